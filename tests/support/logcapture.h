@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+struct LogLine {
+    QtMsgType type;
+    QString text;
+};
+
+/**
+ * Collects what is logged while it lives, from every thread, instead of printing it.
+ *
+ * One object at a time. When the running test has failed, the destructor prints what it collected.
+ */
+class LogCapture
+{
+public:
+    LogCapture();
+    ~LogCapture();
+    Q_DISABLE_COPY(LogCapture)
+
+    QVector<LogLine> lines() const;
+    QStringList texts(QtMsgType type) const;
+
+    /// How many lines of that type have exactly this text.
+    int count(QtMsgType type, const QString &text) const;
+    /// How many lines of any type contain `part`.
+    int countContaining(const QString &part) const;
+    void clear();
+
+private:
+    static void handle(QtMsgType type, const QMessageLogContext &context, const QString &text);
+
+    QVector<LogLine> collected;
+    QtMessageHandler previous;
+};
