@@ -72,6 +72,13 @@ int LogCapture::countContaining(const QString &part) const
         all.begin(), all.end(), [&part](const LogLine &line) { return line.text.contains(part); }));
 }
 
+bool LogCapture::begin(QtMsgType type, const QStringList &beginnings) const
+{
+    const QStringList all = texts(type);
+    return std::equal(all.begin(), all.end(), beginnings.begin(), beginnings.end(),
+                      [](const QString &line, const QString &b) { return line.startsWith(b); });
+}
+
 void LogCapture::clear()
 {
     const QMutexLocker locker(&lock);

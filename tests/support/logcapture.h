@@ -28,6 +28,8 @@ public:
     int count(QtMsgType type, const QString &text) const;
     /// How many lines of any type contain `part`.
     int countContaining(const QString &part) const;
+    /// Whether the lines of that type are as many as `beginnings` and begin with them, in order.
+    bool begin(QtMsgType type, const QStringList &beginnings) const;
     void clear();
 
 private:

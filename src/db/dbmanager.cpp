@@ -1,0 +1,254 @@
+#include "db/dbmanager.h"
+
+#include "db/freshquery.h"
+
+#include <QDebug>
+#include <QSqlError>
+#include <QThread>
+#include <QVariant>
+
+namespace
+{
+
+QString defaultConnectionName()
+{
+    return QLatin1String(QSqlDatabase::defaultConnection);
+}
+
+// The answer where there is no way to a schema: not a schema connection, and invalid unless the
+// host registered one. Callers test it.
+QSqlDatabase defaultConnection()
+{
+    return QSqlDatabase::database(defaultConnectionName(), true);
+}
+
+void logMaster(const char *operation, const QSqlDatabase &db)
+{
+    qDebug("DBManager::%s(host: '%s', port: %i, database: '%s', connection: '%s')", operation,
+           qUtf8Printable(db.hostName()), db.port(), qUtf8Printable(db.databaseName()),
+           qUtf8Printable(db.connectionName()));
+}
+
+} // namespace
+
+DBManager::DBManager()
+{
+    init();
+}
+
+DBManager::DBManager(const QSqlDatabase &info, const QSqlDatabase &zas)
+    : infoDatabase(info)
+    , zasDatabase(zas)
+{
+    init();
+}
+
+void DBManager::init()
+{
+    debugLevel = 0;
+    closeInfoAfterUse = false;
+    infoOpen = false;
+    infoConnectionName = QStringLiteral("KVH.InfoDB");
+}
+
+QSqlDatabase DBManager::getInfoDB() const
+{
+    const QMutexLocker locker(&mutex);
+    return infoDatabase;
+}
+
+QSqlDatabase DBManager::getZasDB() const
+{
+    const QMutexLocker locker(&mutex);
+    return zasDatabase;
+}
+
+void DBManager::setInfoDB(const QSqlDatabase &db)
+{
+    if (debugLevel)
+        logMaster("setInfoDB", db);
+    const QMutexLocker locker(&mutex);
+    infoDatabase = db;
+    infoConnectionName = db.connectionName();
+}
+
+void DBManager::setZasDB(const QSqlDatabase &db)
+{
+    if (debugLevel)
+        logMaster("setZasDB", db);
+    const QMutexLocker locker(&mutex);
+    zasDatabase = db;
+    zasConnectionName = db.connectionName();
+}
+
+void DBManager::setCloseInfoDB(bool close)
+{
+    const QMutexLocker locker(&mutex);
+    closeInfoAfterUse = close;
+}
+
+bool DBManager::isInfoDB() const
+{
+    const QMutexLocker locker(&mutex);
+    if (debugLevel > 1)
+        qDebug("DBManager::isInfoDB(): %s", infoOpen ? "TRUE" : "FALSE");
+    return infoOpen;
+}
+
+bool DBManager::checkOpenDB(QSqlDatabase &db)
+{
+    if (db.isOpen())
+        return true;
+    const bool open = db.open();
+    if (!open) {
+        qWarning().noquote() << "DBManager:: database" << db.databaseName()
+                             << "can NOT open! ERROR:" << db.lastError().text();
+    }
+    // Any connection may be opened here; only the information database's outcome is remembered.
+    const QString name = db.connectionName();
+    if (!name.isEmpty() && name == infoConnectionName)
+        infoOpen = open;
+    return open;
+}
+
+// With the thread's id in it: a connection may only be used on the thread that made it.
+QString DBManager::getConnectionNameFromToken(const QString &token) const
+{
+    return QStringLiteral("%2_dbc_%1")
+        .arg(token, QString::asprintf("%p", QThread::currentThreadId()));
+}
+
+bool DBManager::isDatabase(const QString &token) const
+{
+    const QMutexLocker locker(&mutex);
+    return QSqlDatabase::contains(getConnectionNameFromToken(token));
+}
+
+bool DBManager::isConnection(const QString &token) const
+{
+    const QMutexLocker locker(&mutex);
+    return connectionList.contains(getConnectionNameFromToken(token));
+}
+
+bool DBManager::connectionIsActive(const QString &name)
+{
+    const QSqlDatabase db = QSqlDatabase::database(name, false);
+    return db.isValid() && db.isOpen();
+}
+
+DBSchemeRecord DBManager::getDbConnRecord(const QString &token) const
+{
+    const QMutexLocker locker(&mutex);
+    return schemeCache.value(token);
+}
+
+QSqlDatabase DBManager::getDatabase(const QString &token)
+{
+    if (debugLevel > 1)
+        qDebug("DBManager::getDatabase(%s)", qUtf8Printable(token));
+
+    const QMutexLocker locker(&mutex);
+    if (token.isEmpty())
+        return zasDatabase;
+    const QString name = getConnectionNameFromToken(token);
+    if (QSqlDatabase::contains(name)) // opened again there if it was closed or failed to open
+        return QSqlDatabase::database(name, true);
+
+    const DBSchemeRecord scheme = loadScheme(token);
+    if (scheme.name.isEmpty() || scheme.user.isEmpty() || scheme.pass.isEmpty())
+        return defaultConnection();
+    return openSchema(token, name, scheme);
+}
+
+QSqlDatabase DBManager::openSchema(const QString &token, const QString &connectionName,
+                                   const DBSchemeRecord &scheme)
+{
+    if (!connectionList.contains(connectionName))
+        connectionList.append(connectionName);
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), connectionName);
+    // All schemas live on the information database's server.
+    db.setHostName(infoDatabase.hostName());
+    db.setPort(infoDatabase.port());
+    db.setDatabaseName(scheme.name);
+    db.setUserName(scheme.user);
+    db.setPassword(scheme.pass);
+    db.setConnectOptions(QStringLiteral("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1"));
+    if (db.open())
+        return db;
+
+    // It stays registered on purpose: the next call finds it by its name and tries again.
+    qWarning().noquote() << "DBManager:: database" << connectionName << "(token:" << token
+                         << ") NOT OPEN!";
+    if (db.lastError().isValid())
+        qWarning().noquote() << "SQL ERROR:" << db.lastError().text();
+    return defaultConnection();
+}
+
+// "KVH.ZASDB" is the host's usual name; it is spared even when the host chose another one.
+bool DBManager::isMaster(const QString &name) const
+{
+    return name == zasConnectionName || name == infoConnectionName ||
+           name == QLatin1String("KVH.ZASDB") || name == defaultConnectionName();
+}
+
+void DBManager::addUnusedConnection(const QString &name)
+{
+    const QMutexLocker locker(&mutex);
+    if (!poolEnabled)
+        return;
+    if (debugLevel)
+        qDebug("DBManager::addUnusedConnection(%s)", qUtf8Printable(name));
+    if (name.isEmpty())
+        return;
+    if (isMaster(name)) {
+        qWarning().noquote() << "DBManager::addUnusedConnection() Master connection" << name
+                             << "cannot add to unused connections!";
+        return;
+    }
+    unusedConnections.append(name);
+}
+
+void DBManager::setUnusedConnectionsEnabled(bool on)
+{
+    const QMutexLocker locker(&mutex);
+    if (on == poolEnabled)
+        return;
+    if (debugLevel)
+        qDebug("DBManager::setUnusedConnectionsEnabled(%s)", on ? "true" : "false");
+    poolEnabled = on;
+    if (!on)
+        unusedConnections.clear();
+}
+
+void DBManager::removeUnusedConnections()
+{
+    const QMutexLocker locker(&mutex);
+    if (!poolEnabled)
+        return;
+    if (debugLevel) {
+        qDebug().noquote() << "DBManager::removeUnusedConnections() - master connections:"
+                           << zasConnectionName << infoConnectionName << defaultConnectionName();
+    }
+    while (!unusedConnections.isEmpty())
+        removeUnused(unusedConnections.takeFirst());
+}
+
+void DBManager::removeUnused(const QString &name)
+{
+    if (isMaster(name)) {
+        // It became a master connection after it was offered.
+        qWarning().noquote()
+            << "DBManager::removeUnusedConnections() - cannot remove master connection" << name;
+        return;
+    }
+    if (connectionIsActive(name)) {
+        // Not queued again: whoever still uses it offers it once more.
+        qWarning().noquote()
+            << "DBManager::removeUnusedConnections() - can't remove active connection" << name;
+        return;
+    }
+    if (debugLevel)
+        qDebug().noquote() << "DBManager::removeUnusedConnections() - removing:" << name;
+    QSqlDatabase::removeDatabase(name);
+    connectionList.removeOne(name);
+}

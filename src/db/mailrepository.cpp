@@ -1,0 +1,121 @@
+#include "db/mailrepository.h"
+
+#include "db/freshquery.h"
+
+#include <QDebug>
+#include <QSqlError>
+#include <QVariant>
+
+namespace
+{
+
+void logError(const char *text, const QSqlQuery &query)
+{
+    qCritical().noquote() << text << query.lastError().text() << "\n\nSQL:" << query.lastQuery();
+}
+
+// What is not bound is the sender's business or the column's default, above all `status`.
+void bind(QSqlQuery &query, const MailRecord &mail)
+{
+    query.bindValue(QStringLiteral(":type"),
+                    mail.type.isNull() ? QVariant(QVariant::String) : QString(mail.type));
+    query.bindValue(QStringLiteral(":from"), mail.from);
+    query.bindValue(QStringLiteral(":to"), mail.to);
+    query.bindValue(QStringLiteral(":subject"), mail.subject);
+    query.bindValue(QStringLiteral(":body"), mail.body);
+    // Not alike on purpose: `aid` is always a number, `uid` is NULL for nobody.
+    query.bindValue(QStringLiteral(":aid"), mail.aid);
+    query.bindValue(QStringLiteral(":uid"), mail.uid == 0 ? QVariant(QVariant::UInt) : mail.uid);
+    query.bindValue(QStringLiteral(":data"), mail.data);
+}
+
+// By name: the product's own table has columns of its own between these. NULL reads as 0 or "".
+MailRecord recordOf(const QSqlQuery &query)
+{
+    const auto number = [&query](const QString &column) {
+        return query.value(column).toUInt();
+    };
+    const auto text = [&query](const QString &column) {
+        return query.value(column).toString();
+    };
+
+    MailRecord mail;
+    mail.mid = number(QStringLiteral("mid"));
+    const QString type = text(QStringLiteral("type"));
+    mail.type = type.isEmpty() ? QChar() : type.at(0);
+    mail.status = text(QStringLiteral("status"));
+    mail.from = text(QStringLiteral("from"));
+    mail.to = text(QStringLiteral("to"));
+    mail.subject = text(QStringLiteral("subject"));
+    mail.body = text(QStringLiteral("body"));
+    mail.created = number(QStringLiteral("created"));
+    mail.sent = number(QStringLiteral("sent"));
+    mail.done = number(QStringLiteral("done"));
+    mail.aid = number(QStringLiteral("aid"));
+    mail.uid = number(QStringLiteral("uid"));
+    mail.data = query.value(QStringLiteral("data")).toByteArray();
+    return mail;
+}
+
+} // namespace
+
+MailRepository::MailRepository(QObject *parent)
+    : QObject(parent)
+{
+}
+
+void MailRepository::setDB(const QSqlDatabase &db)
+{
+    database = db;
+}
+
+uint MailRepository::addMail(const MailRecord &mail)
+{
+    if (mail.from.isEmpty() || mail.to.isEmpty() || mail.subject.isEmpty())
+        return 0;
+    if (debug) {
+        qDebug("MailRepository::addMail(from: %s, to: %s, subject: %s)", qUtf8Printable(mail.from),
+               qUtf8Printable(mail.to), qUtf8Printable(mail.subject));
+    }
+
+    QSqlQuery query = freshQuery(database);
+    // `from` and `to` are words of SQL.
+    const QString sql = QStringLiteral(
+        "INSERT INTO emails (type, `from`, `to`, subject, body, created, aid, uid, data) "
+        "VALUES(:type, :from, :to, :subject, :body, UNIX_TIMESTAMP(), :aid, :uid, :data)");
+    if (!query.prepare(sql)) {
+        qCritical().noquote() << "MailRepository::addMail() Prepare failed - ERROR:"
+                              << query.lastError().text() << "\n\nSQL:" << sql;
+        return 0;
+    }
+    bind(query, mail);
+    if (query.exec())
+        return query.lastInsertId().toUInt();
+    logError("MailRepository::addMail() SQL ERROR:", query);
+    return 0;
+}
+
+MailRecord MailRepository::loadMail(uint mid)
+{
+    if (debug)
+        qDebug("MailRepository::loadMail(mid: %u)", mid);
+    QSqlQuery query = freshQuery(database);
+    if (!query.exec(QStringLiteral("SELECT * FROM emails WHERE mid =%1").arg(mid)))
+        logError("MailRepository::loadMail() SQL ERROR:", query);
+    return query.next() ? recordOf(query) : MailRecord();
+}
+
+bool MailRepository::resetMail(uint mid)
+{
+    if (debug)
+        qDebug("MailRepository::resetMail(mid: %u)", mid);
+    if (mid == 0)
+        return false;
+    QSqlQuery query = freshQuery(database);
+    if (query.exec(QStringLiteral(
+                       "UPDATE emails SET status = 'Q', done = NULL, apiID = NULL WHERE mid =%1")
+                       .arg(mid)))
+        return query.numRowsAffected() > 0;
+    logError("MailRepository::resetMail() SQL ERROR:", query);
+    return false;
+}
