@@ -16,12 +16,10 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void infoFlagFollowsTheAttemptsToOpen();
-    void tokens_data();
     void tokens();
     void maintenanceIsDueAfter900Seconds();
     void failuresAreEmptyAndLogged();
     void schemeIsDecodedAndCached();
-    void noWayToASchema_data();
     void noWayToASchema();
     void everyThreadHasItsOwnConnection();
     void failedConnectionIsTriedAgain();
@@ -31,7 +29,6 @@ private Q_SLOTS:
 
 private:
     void addSchema(const QString &token, const QString &databaseName, int status = 1);
-    QString schemeOf(const QString &token);
 
     std::unique_ptr<LogCapture> log;
     std::unique_ptr<TestDatabase> info;
@@ -85,52 +82,42 @@ void TestDBManager::infoFlagFollowsTheAttemptsToOpen()
     QCOMPARE(log->countContaining("DBManager:: database nowhere can NOT open! ERROR: "), 1);
 }
 
-void TestDBManager::tokens_data()
-{
-    QTest::addColumn<bool>("close");
-    QTest::newRow("the information database stays open") << false;
-    QTest::newRow("closed after each use") << true;
-}
-
 void TestDBManager::tokens()
 {
-    QFETCH(bool, close);
-    manager->setCloseInfoDB(close);
-    const auto closedAsAsked = [&] {
-        return manager->getInfoDB().isOpen() != close;
-    };
     for (const char *token : {"c", "a", "%1", "b"})
         addSchema(token, QString("db_") + token);
     addSchema("off", "db_off", 0);
-    info->exec("UPDATE `schemas` SET recalc = sid * 10 WHERE token != 'b'");
+    for (const bool close : {false, true}) {
+        const auto closedAsAsked = [&] {
+            return manager->getInfoDB().isOpen() != close;
+        };
+        manager->setCloseInfoDB(close);
+        info->exec("UPDATE `schemas` SET recalc = IF(token = 'b', NULL, sid * 10)");
 
-    QCOMPARE(manager->tokensCount(true), 4U);
-    QVERIFY(closedAsAsked());
-    QCOMPARE(manager->tokensCount(false), 1U);
-    QCOMPARE(manager->loadTokens(2, 1).join(' '), QString("a b"));
-    QCOMPARE(manager->loadTokens(2, 4), QStringList());
-    QCOMPARE(manager->loadTokens4Recalculate(3).join(' '), QString("b c a"));
-    QVERIFY(manager->setRecalculated("b"));
-    QCOMPARE(manager->loadTokens4Recalculate(1), QStringList("c"));
-    QVERIFY(!manager->setRecalculated("off"));
-    QCOMPARE(manager->getTokenBySchemaName("db_%1"), QString("%1"));
-    QCOMPARE(manager->getTokenBySchemaName("db_off"), QString());
-    QVERIFY(closedAsAsked());
+        QCOMPARE(manager->tokensCount(true), 4U);
+        QVERIFY(closedAsAsked());
+        QCOMPARE(manager->tokensCount(false), 1U);
+        QCOMPARE(manager->loadTokens(2, 1), QStringList({"a", "b"}));
+        QCOMPARE(manager->loadTokens(2, 4), QStringList());
+        QCOMPARE(manager->loadTokens4Recalculate(3), QStringList({"b", "c", "a"}));
+        QVERIFY(manager->setRecalculated("b"));
+        QCOMPARE(manager->loadTokens4Recalculate(1), QStringList("c"));
+        QVERIFY(!manager->setRecalculated("off"));
+        QCOMPARE(manager->getTokenBySchemaName("db_%1"), QString("%1"));
+        QCOMPARE(manager->getTokenBySchemaName("db_off"), QString());
+        QVERIFY(closedAsAsked());
+    }
 }
 
 void TestDBManager::maintenanceIsDueAfter900Seconds()
 {
     for (const char *token : {"never", "due", "stamped", "fresh"})
         addSchema(token, "x");
-    const auto due = [this] {
-        return manager->loadTokens4Maintenance(9).join(' ');
-    };
-
     QVERIFY(manager->setMaintenance("stamped"));
     // 898 leaves room: the clock goes on until the schemas are read.
     info->exec("UPDATE `schemas` SET maintenance = UNIX_TIMESTAMP() - IF(token = 'due', 901, 898) "
                "WHERE token IN ('due', 'fresh')");
-    QCOMPARE(due(), QString("never due"));
+    QCOMPARE(manager->loadTokens4Maintenance(9), QStringList({"never", "due"}));
     QCOMPARE(manager->loadTokens4Maintenance(1), QStringList("never"));
 }
 
@@ -157,54 +144,41 @@ void TestDBManager::failuresAreEmptyAndLogged()
     QVERIFY(log->lines().last().text.contains("QMYSQL"));
 }
 
-QString TestDBManager::schemeOf(const QString &token)
-{
-    const DBSchemeRecord scheme = manager->getDbConnRecord(token);
-    return QStringList{scheme.name, scheme.user, scheme.pass, scheme.token}.join('|');
-}
-
 void TestDBManager::schemeIsDecodedAndCached()
 {
+    const auto cached = [this] {
+        return manager->getDbConnRecord("one");
+    };
+    const QByteArray password = "heslo ľšč";
     addSchema("one", "db1");
-    info->exec(QString("UPDATE `schemas` SET pass = '%1'")
-                   .arg(QString(QByteArray("heslo ľšč").toBase64())));
-    QCOMPARE(schemeOf("one"), QString("|||"));
-    QCOMPARE(manager->loadScheme("one").pass, QString("heslo ľšč"));
-    const QString full = "db1|autoreport|heslo ľšč|one";
-    QCOMPARE(schemeOf("one"), full);
+    info->exec(QString("UPDATE `schemas` SET pass = '%1'").arg(QString(password.toBase64())));
+    QCOMPARE(cached().token, QString());
+    QCOMPARE(manager->loadScheme("one").pass, QString(password));
+    QCOMPARE(QStringList({cached().name, cached().user, cached().pass, cached().token}),
+             QStringList({"db1", TestServer::user(), password, "one"}));
 
     info->exec("UPDATE `schemas` SET status = 0");
     QCOMPARE(manager->loadScheme("one").name, QString());
-    QCOMPARE(schemeOf("one"), full);
+    QCOMPARE(cached().name, QString("db1"));
     info->exec("DROP TABLE `schemas`");
     QCOMPARE(manager->loadScheme("one").name, QString("db1"));
 }
 
-void TestDBManager::noWayToASchema_data()
-{
-    QTest::addColumn<QString>("change");
-    QTest::newRow("unknown") << "DELETE FROM `schemas`";
-    QTest::newRow("inactive") << "UPDATE `schemas` SET status = 0";
-    QTest::newRow("no name") << "UPDATE `schemas` SET name = ''";
-    QTest::newRow("no user") << "UPDATE `schemas` SET user = ''";
-    QTest::newRow("no password") << "UPDATE `schemas` SET pass = ''";
-}
-
 void TestDBManager::noWayToASchema()
 {
-    QFETCH(QString, change);
+    const QString defaultName = QLatin1String(QSqlDatabase::defaultConnection);
     addSchema("one", info->name());
-    info->exec(change);
-    QVERIFY(!manager->getDatabase("one").isValid());
-    QVERIFY(!manager->isConnection("one"));
-    QVERIFY(!manager->isDatabase("one"));
+    for (const char *change : {"status = 0", "status = 1, name = ''", "name = 'x', user = ''",
+                               "user = 'x', pass = ''", "token = 'other'"}) {
+        info->exec(QString("UPDATE `schemas` SET ") + change);
+        QVERIFY2(!manager->getDatabase("one").isValid(), change);
+        QVERIFY2(!manager->isConnection("one") && !manager->isDatabase("one"), change);
+    }
 
-    QSqlDatabase usual =
-        TestServer::addConnection(QLatin1String(QSqlDatabase::defaultConnection), info->name());
-    QCOMPARE(manager->getDatabase("one").connectionName(), usual.connectionName());
-    QVERIFY(usual.isOpen());
-    usual = QSqlDatabase();
-    QSqlDatabase::removeDatabase(QLatin1String(QSqlDatabase::defaultConnection));
+    TestServer::addConnection(defaultName, info->name());
+    QVERIFY(manager->getDatabase("one").isOpen());
+    QCOMPARE(manager->getDatabase("one").connectionName(), defaultName);
+    QSqlDatabase::removeDatabase(defaultName);
 }
 
 void TestDBManager::everyThreadHasItsOwnConnection()
