@@ -1,6 +1,6 @@
 #include "db/dbmanager.h"
 
-#include "db/freshquery.h"
+#include "common/freshquery.h"
 
 #include <QDebug>
 #include <QSqlError>

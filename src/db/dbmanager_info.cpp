@@ -2,7 +2,7 @@
 
 #include "db/dbmanager.h"
 
-#include "db/freshquery.h"
+#include "common/freshquery.h"
 
 #include <QDebug>
 #include <QSqlError>

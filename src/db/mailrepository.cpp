@@ -1,6 +1,6 @@
 #include "db/mailrepository.h"
 
-#include "db/freshquery.h"
+#include "common/freshquery.h"
 
 #include <QDebug>
 #include <QSqlError>

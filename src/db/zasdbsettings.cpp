@@ -1,6 +1,6 @@
 #include "db/zasdbsettings.h"
 
-#include "db/freshquery.h"
+#include "common/freshquery.h"
 
 #include <QDebug>
 #include <QSqlError>

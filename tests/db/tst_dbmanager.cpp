@@ -4,9 +4,9 @@
 #include "support/testserver.h"
 
 #include <QTest>
-#include <QThread>
 
 #include <memory>
+#include <thread>
 
 class TestDBManager : public QObject
 {
@@ -141,7 +141,7 @@ void TestDBManager::failuresAreEmptyAndLogged()
          "DBManager:: NOT load schemas for maintenance from infoDB!\nERROR: ",
          "DBManager:: NOT load schemas for recalculate from infoDB!\nERROR: ",
          "DBManager:: NOT load scheme from infoDB!\nERROR: "}));
-    QVERIFY(log->lines().last().text.contains("QMYSQL"));
+    QVERIFY(log->lines().back().text.contains("QMYSQL"));
 }
 
 void TestDBManager::schemeIsDecodedAndCached()
@@ -201,9 +201,7 @@ void TestDBManager::everyThreadHasItsOwnConnection()
     };
 
     QString otherName;
-    const std::unique_ptr<QThread> thread(QThread::create([&] { otherName = use(); }));
-    thread->start();
-    QVERIFY(thread->wait());
+    std::thread([&] { otherName = use(); }).join();
     const QString name = use();
     QVERIFY(name.startsWith("0x") && name.endsWith("_dbc_%2"));
     QVERIFY(otherName.endsWith("_dbc_%2"));
@@ -226,7 +224,7 @@ void TestDBManager::failedConnectionIsTriedAgain()
     info->exec(QString("DROP DATABASE %1").arg(databaseName));
     manager->addUnusedConnection(name);
     manager->removeUnusedConnections();
-    QCOMPARE(log->lines().last().text,
+    QCOMPARE(log->lines().back().text,
              "DBManager::removeUnusedConnections() - can't remove active connection " + name);
     QVERIFY(manager->isDatabase(token));
     manager->getDatabase(token).close();
@@ -246,7 +244,7 @@ void TestDBManager::mastersStayOutOfThePool()
 
     for (const QString name : {"Product", "KVH.InfoDB", "KVH.ZASDB", "qt_sql_default_connection"}) {
         manager->addUnusedConnection(name);
-        QCOMPARE(log->lines().last().text, "DBManager::addUnusedConnection() Master connection " +
+        QCOMPARE(log->lines().back().text, "DBManager::addUnusedConnection() Master connection " +
                                                name + " cannot add to unused connections!");
     }
     manager->removeUnusedConnections();
@@ -257,7 +255,7 @@ void TestDBManager::mastersStayOutOfThePool()
     manager->addUnusedConnection("Product");
     manager->setZasDB(zas);
     manager->removeUnusedConnections();
-    QCOMPARE(log->lines().last().text,
+    QCOMPARE(log->lines().back().text,
              "DBManager::removeUnusedConnections() - cannot remove master connection Product");
     QVERIFY(QSqlDatabase::contains("Product"));
     manager->setZasDB(QSqlDatabase());

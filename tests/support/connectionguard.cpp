@@ -8,8 +8,8 @@
 void checkConnections(const LogCapture &log)
 {
     for (const char *complaint :
-         {"still in use", "duplicate connection name", "does not belong to the calling thread",
-          "different thread", "another thread"}) {
+         {"still in use", "addDatabase: duplicate connection name",
+          "does not belong to the calling thread", "different thread", "another thread"}) {
         if (log.countContaining(QString::fromLatin1(complaint)) != 0)
             QTest::qFail(complaint, __FILE__, __LINE__);
     }

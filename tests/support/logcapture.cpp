@@ -1,22 +1,23 @@
 #include "support/logcapture.h"
 
-#include <QMutex>
 #include <QTest>
 
 #include <algorithm>
+#include <mutex>
 
 namespace
 {
 
-// A thread may still be inside the handler when the object goes: both meet under this lock.
-QMutex lock;
+// A thread may still be inside the handler when the object goes: both meet under this lock. Not a
+// QMutex: ThreadSanitizer does not see into Qt.
+std::mutex lock;
 LogCapture *current = nullptr;
 
 } // namespace
 
 LogCapture::LogCapture()
 {
-    const QMutexLocker locker(&lock);
+    const std::lock_guard locker(lock);
     Q_ASSERT(!current);
     current = this;
     previous = qInstallMessageHandler(&LogCapture::handle);
@@ -25,28 +26,28 @@ LogCapture::LogCapture()
 LogCapture::~LogCapture()
 {
     {
-        const QMutexLocker locker(&lock);
+        const std::lock_guard locker(lock);
         current = nullptr;
         qInstallMessageHandler(previous);
     }
     if (!QTest::currentTestFailed())
         return;
-    for (const LogLine &line : qAsConst(collected))
+    for (const LogLine &line : std::as_const(collected))
         previous(line.type, QMessageLogContext(), line.text);
 }
 
 void LogCapture::handle(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
-    const QMutexLocker locker(&lock);
+    const std::lock_guard locker(lock);
     if (current && type != QtFatalMsg)
-        current->collected.append({type, text});
+        current->collected.push_back({type, text});
     else if (current)
         current->previous(type, context, text);
 }
 
-QVector<LogLine> LogCapture::lines() const
+std::vector<LogLine> LogCapture::lines() const
 {
-    const QMutexLocker locker(&lock);
+    const std::lock_guard locker(lock);
     return collected;
 }
 
@@ -67,7 +68,7 @@ int LogCapture::count(QtMsgType type, const QString &text) const
 
 int LogCapture::countContaining(const QString &part) const
 {
-    const QVector<LogLine> all = lines();
+    const std::vector<LogLine> all = lines();
     return static_cast<int>(std::count_if(
         all.begin(), all.end(), [&part](const LogLine &line) { return line.text.contains(part); }));
 }
@@ -81,6 +82,6 @@ bool LogCapture::begin(QtMsgType type, const QStringList &beginnings) const
 
 void LogCapture::clear()
 {
-    const QMutexLocker locker(&lock);
+    const std::lock_guard locker(lock);
     collected.clear();
 }

@@ -2,7 +2,8 @@
 
 #include <QString>
 #include <QStringList>
-#include <QVector>
+
+#include <vector>
 
 struct LogLine {
     QtMsgType type;
@@ -21,7 +22,7 @@ public:
     ~LogCapture();
     Q_DISABLE_COPY(LogCapture)
 
-    QVector<LogLine> lines() const;
+    std::vector<LogLine> lines() const;
     QStringList texts(QtMsgType type) const;
 
     /// How many lines of that type have exactly this text.
@@ -35,6 +36,6 @@ public:
 private:
     static void handle(QtMsgType type, const QMessageLogContext &context, const QString &text);
 
-    QVector<LogLine> collected;
+    std::vector<LogLine> collected; // not shared implicitly: each copy has one thread
     QtMessageHandler previous;
 };

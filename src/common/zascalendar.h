@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QDate>
+#include <QString>
+
+/**
+ * Calendar arithmetic on Unix seconds, all in local time. A "midnight" is the day's first moment,
+ * also where summer time skips 00:00. Month keys are year * 100 + month.
+ */
+namespace ZAS
+{
+
+unsigned int midnightFromTs(unsigned int ts);
+unsigned int currentMidnight();
+/// The midnights of the following and of the preceding day.
+long long nextMidnight(long long ts);
+long long prevMidnight(long long ts);
+
+/// The midnights of the first and of the last day of the month.
+unsigned int firstDayOfMonth(unsigned int ts);
+unsigned int lastDayOfMonth(unsigned int ts);
+
+/// 1 = Monday ... 7 = Sunday.
+unsigned char dayOfWeek(unsigned int ts);
+
+unsigned int monthFromTimestamp(long long ts);
+unsigned int monthFromDate(const QDate &date);
+/// "3 / 2020" for March 2020.
+QString monthStrFromTimestamp(long long ts);
+QString monthString(unsigned int monthKey);
+
+/**
+ * Working days of a month of `days` days that begins on `firstDayOfWeek` (1 = Monday), Saturdays,
+ * Sundays and `holidays` left out. Negative where there are more holidays than working days.
+ */
+int workingDaysInMonth(unsigned char days, unsigned char firstDayOfWeek, unsigned char holidays);
+
+/// 7 less the free days: bits 0 to 6 of `freeDays` mark one day of the week each, bit 7 nothing.
+unsigned char workingDaysInWeek(unsigned char freeDays);
+
+/**
+ * The first day of the month of the oldest attendance record on the default connection; of the
+ * current month when there is no record or the query fails, which is logged. The thread of the
+ * default connection only.
+ */
+QDate findFirstMonth();
+
+/// The Slovak name; 1 = Monday ... 6 = Saturday, any other value is Sunday.
+QString getDayName(unsigned char dayOfWeek, bool shortForm);
+
+} // namespace ZAS

@@ -1,0 +1,126 @@
+#include "common/zastime.h"
+
+#include <QDateTime>
+#include <QLocale>
+#include <QRegularExpression>
+
+#include <limits>
+
+namespace
+{
+
+constexpr unsigned long long secondsPerMinute = 60;
+constexpr unsigned long long secondsPerHour = 3600;
+constexpr long long secondsPerDay = 86400;
+constexpr unsigned long long hoursPerDay = 24;
+
+constexpr unsigned int hoursAndMinutes = 2;
+constexpr unsigned int withSeconds = 3;
+
+QString twoDigits(unsigned long long number)
+{
+    return QString::number(number).rightJustified(2, QLatin1Char('0'));
+}
+
+unsigned int customersFormat()
+{
+    return ZAS::timeSecondPrecision ? withSeconds : hoursAndMinutes;
+}
+
+} // namespace
+
+bool ZAS::timeSecondPrecision = false;
+
+bool ZAS::useSecondPrecision()
+{
+    return timeSecondPrecision;
+}
+
+bool ZAS::isTimeSecondPrecision()
+{
+    return timeSecondPrecision;
+}
+
+QString ZAS::tsToTimeString(long long seconds, unsigned int format, bool limit24)
+{
+    // Negated as unsigned: the smallest long long has no positive counterpart.
+    const auto bits = static_cast<unsigned long long>(seconds);
+    const unsigned long long magnitude = seconds < 0 ? 0 - bits : bits;
+
+    unsigned long long hours = magnitude / secondsPerHour;
+    if (limit24 && seconds > secondsPerDay)
+        hours %= hoursPerDay;
+    if (format == 1)
+        return twoDigits(hours);
+
+    const QString sign = seconds < 0 ? QStringLiteral("-") : QString();
+    const QString minutes = twoDigits(magnitude % secondsPerHour / secondsPerMinute);
+    if (format == hoursAndMinutes)
+        return sign + QStringLiteral("%1:%2").arg(twoDigits(hours), minutes);
+    return sign + QStringLiteral("%1:%2:%3")
+                      .arg(twoDigits(hours), minutes, twoDigits(magnitude % secondsPerMinute));
+}
+
+QString ZAS::tsToTimeString(long long seconds)
+{
+    return tsToTimeString(seconds, customersFormat(), false);
+}
+
+QString ZAS::tsToTimeStringLimit(long long seconds)
+{
+    return tsToTimeString(seconds, customersFormat(), true);
+}
+
+std::optional<long long> ZAS::timeStringToTs(const QString &text)
+{
+    static const QRegularExpression shape(
+        QStringLiteral("\\A(-?)([0-9]+):([0-5][0-9])(?::([0-5][0-9]))?\\z"));
+    const QRegularExpressionMatch match = shape.match(text);
+    if (!match.hasMatch())
+        return std::nullopt;
+
+    const bool negative = match.capturedLength(1) > 0;
+    const unsigned long long largest =
+        static_cast<unsigned long long>(std::numeric_limits<long long>::max()) + (negative ? 1 : 0);
+    bool fits = false;
+    const unsigned long long hours = match.captured(2).toULongLong(&fits);
+    const unsigned long long rest =
+        match.captured(3).toULongLong() * secondsPerMinute + match.captured(4).toULongLong();
+    if (!fits || hours > largest / secondsPerHour || rest > largest - hours * secondsPerHour)
+        return std::nullopt;
+    const unsigned long long magnitude = hours * secondsPerHour + rest;
+    return static_cast<long long>(negative ? 0 - magnitude : magnitude);
+}
+
+QString ZAS::tsToDateString(unsigned int ts)
+{
+    return QLocale::system().toString(QDateTime::fromSecsSinceEpoch(ts).date(),
+                                      QLocale::ShortFormat);
+}
+
+QString ZAS::tsToDateTimeString(unsigned int ts)
+{
+    const QTime time = QDateTime::fromSecsSinceEpoch(ts).time();
+    return QStringLiteral("%1 %2").arg(
+        tsToDateString(ts),
+        time.toString(timeSecondPrecision ? QStringLiteral("HH:mm:ss") : QStringLiteral("HH:mm")));
+}
+
+unsigned int ZAS::secondsFromTimestamp(unsigned int ts)
+{
+    // From the clock's hands, not from midnight: days of summer time are shorter or longer.
+    const QTime time = QDateTime::fromSecsSinceEpoch(ts).time();
+    return static_cast<unsigned int>(time.hour() * 3600 + time.minute() * 60 + time.second());
+}
+
+QString ZAS::getMask4timeValue(const QString &value, bool showSeconds)
+{
+    const QString digit = QStringLiteral("[0-9]");
+    const QString two = digit + digit;
+    int hourDigits = 0;
+    for (const QChar c : value.section(QLatin1Char(':'), 0, 0))
+        hourDigits += c.isDigit() ? 1 : 0;
+    const QString hours = digit.repeated(qMax(2, hourDigits));
+    const QString mask = hours + QLatin1Char(':') + two;
+    return showSeconds ? mask + QLatin1Char(':') + two : mask;
+}
