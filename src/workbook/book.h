@@ -1,0 +1,84 @@
+#pragma once
+
+namespace libxl
+{
+
+template <class Char>
+class IFontT;
+template <class Char>
+class IFormatT;
+template <class Char>
+class ISheetT;
+
+/**
+ * A workbook in memory that `save` writes to a file.
+ *
+ * The caller of a factory owns the book and gives it back with release(); sheets, formats and
+ * fonts belong to the book and are never deleted by the caller. A book and what it gave out are
+ * used by one thread at a time; different books share nothing. No exception leaves this interface:
+ * failure, lack of memory included, shows as null or false.
+ */
+template <class Char>
+class IBookT
+{
+public:
+    /**
+     * Writes the file, readable by its owner alone. It is written beside its place and renamed
+     * into it (a symbolic link there is replaced, not followed), so that on failure an older file
+     * of that name is untouched and nothing new is left behind. The book may go on being used and
+     * be saved again. `useTemp` has no effect: no temporary files are needed to save memory.
+     */
+    virtual bool save(const Char *filename, bool useTemp = false) = 0;
+
+    /**
+     * Appends a sheet, a copy of `copyFrom` where that is given. Null for a name that spreadsheet
+     * programs refuse: empty, above 31 UTF-16 units, with any of []:*?/\ or control characters,
+     * with an apostrophe first or last, or equal to another sheet's name but for case.
+     */
+    virtual ISheetT<Char> *addSheet(const Char *name, ISheetT<Char> *copyFrom = nullptr) = 0;
+
+    /**
+     * An identifier for IFormatT::setNumFormat, the same for the same code. For a code that is
+     * null, empty, above 255 UTF-16 units or holds control characters, and past 200 different
+     * codes, 0: the general number format.
+     */
+    virtual int addCustomNumFormat(const Char *customNumFormat) = 0;
+
+    /** A format, or an independent copy of one of the same book. */
+    virtual IFormatT<Char> *addFormat(IFormatT<Char> *copyFrom = nullptr) = 0;
+
+    /** A font like the default font as it is now, or a copy of one of the same book. */
+    virtual IFontT<Char> *addFont(IFontT<Char> *copyFrom = nullptr) = 0;
+
+    /**
+     * The font of every format that sets none, and the measure of column widths. Ignored: names
+     * that are empty or above 31 UTF-16 units, sizes outside 1 to 409 points.
+     */
+    virtual void setDefaultFont(const Char *fontName, int fontSize) = 0;
+
+    /** For callers that have a licence to hand over; this engine needs none and takes any. */
+    virtual void setKey(const Char *name, const Char *key) = 0;
+
+    /** True: files name colours by red, green and blue; false: by their place in the palette. */
+    virtual void setRgbMode(bool rgbMode) = 0;
+
+    /**
+     * The encoding of narrow text, of which there is none: true for any name of UTF-8 ("UTF-8",
+     * "sk_SK.utf8"), false for all others. The locale of the process never matters.
+     */
+    virtual bool setLocale(const char *locale) = 0;
+
+    /** Frees the book with all that it gave out; the pointer is invalid afterwards. */
+    virtual void release() = 0;
+
+protected:
+    ~IBookT() = default;
+};
+
+} // namespace libxl
+
+/** A new, empty book that is saved as Office Open XML (.xlsx); null when memory is short. */
+libxl::IBookT<wchar_t> *xlCreateXMLBookW();
+
+/** A new, empty binary book (.xls). This build writes no binary books yet: always null. */
+libxl::IBookT<wchar_t> *xlCreateBookW();

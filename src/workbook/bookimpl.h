@@ -1,0 +1,46 @@
+#pragma once
+
+#include "workbook/book.h"
+#include "workbook/fileformat.h"
+#include "workbook/fontimpl.h"
+#include "workbook/formatimpl.h"
+#include "workbook/model.h"
+#include "workbook/sheetimpl.h"
+
+#include <deque>
+
+namespace workbook
+{
+
+/** The book: the model, what it gave out, and the file format that it is saved in. */
+class BookImpl final : public libxl::IBookT<wchar_t>
+{
+public:
+    explicit BookImpl(const FileFormat &format)
+        : fileFormat(format)
+    {
+    }
+
+    bool save(const wchar_t *filename, bool useTemp) override;
+    libxl::ISheetT<wchar_t> *addSheet(const wchar_t *name,
+                                      libxl::ISheetT<wchar_t> *copyFrom) override;
+    int addCustomNumFormat(const wchar_t *customNumFormat) override;
+    libxl::IFormatT<wchar_t> *addFormat(libxl::IFormatT<wchar_t> *copyFrom) override;
+    libxl::IFontT<wchar_t> *addFont(libxl::IFontT<wchar_t> *copyFrom) override;
+    void setDefaultFont(const wchar_t *fontName, int fontSize) override;
+    void setKey(const wchar_t *name, const wchar_t *key) override;
+    void setRgbMode(bool rgbMode) override;
+    bool setLocale(const char *locale) override;
+    void release() override;
+
+private:
+    [[nodiscard]] bool isFreeSheetName(const std::u16string &name) const;
+
+    const FileFormat &fileFormat;
+    BookData data;
+    std::deque<SheetImpl> sheets;
+    std::deque<FormatImpl> formats;
+    std::deque<FontImpl> fonts;
+};
+
+} // namespace workbook

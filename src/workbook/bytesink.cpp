@@ -1,0 +1,115 @@
+#include "workbook/bytesink.h"
+
+#include <cerrno>
+#include <cstdio>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace workbook
+{
+
+namespace
+{
+
+constexpr std::size_t bufferBytes = 0x40000;
+constexpr int temporaryNames = 1000;
+
+} // namespace
+
+ByteSink::ByteSink(std::string targetPath)
+    : target(std::move(targetPath))
+{
+    buffer.reserve(bufferBytes);
+    openTemporary();
+}
+
+ByteSink::~ByteSink()
+{
+    close();
+    if (!temporary.empty())
+        ::unlink(temporary.c_str());
+}
+
+void ByteSink::openTemporary()
+{
+    // Not derived from the target's name, which may be as long as the file system allows. O_EXCL
+    // refuses whatever stands there already, a symbolic link as well.
+    const std::string stem =
+        target.substr(0, target.rfind('/') + 1) + ".workbook-" + std::to_string(::getpid()) + "-";
+    for (int i = 0; i < temporaryNames; ++i) {
+        const std::string name = stem + std::to_string(i) + ".tmp";
+        file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+        if (file >= 0) {
+            temporary = name;
+            return;
+        }
+        if (errno != EEXIST)
+            break;
+    }
+    failed = true;
+}
+
+void ByteSink::append(std::string_view bytes)
+{
+    if (failed)
+        return;
+    if (buffer.size() + bytes.size() > bufferBytes)
+        flush();
+    if (bytes.size() < bufferBytes) {
+        buffer += bytes;
+        return;
+    }
+    writeAt(flushed, bytes);
+    flushed += bytes.size();
+}
+
+void ByteSink::patch(std::uint64_t offset, std::string_view bytes)
+{
+    flush();
+    writeAt(offset, bytes);
+}
+
+void ByteSink::flush()
+{
+    writeAt(flushed, buffer);
+    flushed += buffer.size();
+    buffer.clear();
+}
+
+void ByteSink::writeAt(std::uint64_t offset, std::string_view bytes)
+{
+    while (!failed && !bytes.empty()) {
+        const ssize_t written =
+            ::pwrite(file, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+        if (written > 0) {
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+            offset += static_cast<std::uint64_t>(written);
+        } else if (written == 0 || errno != EINTR) {
+            failed = true;
+        }
+    }
+}
+
+bool ByteSink::close()
+{
+    if (file < 0)
+        return true;
+    const bool closed = ::close(file) == 0;
+    file = -1;
+    return closed;
+}
+
+bool ByteSink::commit()
+{
+    flush();
+    // A network file system may report a full disk only here.
+    if (!close() || failed || std::rename(temporary.c_str(), target.c_str()) != 0) {
+        failed = true;
+        return false;
+    }
+    temporary.clear();
+    return true;
+}
+
+} // namespace workbook

@@ -1,0 +1,20 @@
+#include "workbook/cellname.h"
+
+namespace workbook
+{
+
+std::string columnName(int column)
+{
+    // Digits from A to Z without a zero, so each step takes one off.
+    std::string name;
+    for (int rest = column + 1; rest > 0; rest = (rest - 1) / 26)
+        name.insert(name.begin(), static_cast<char>('A' + (rest - 1) % 26));
+    return name;
+}
+
+std::string cellName(int row, int column)
+{
+    return columnName(column) + std::to_string(row + 1);
+}
+
+} // namespace workbook

@@ -1,0 +1,57 @@
+#include "workbook/columnwidth.h"
+
+#include "workbook/model.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+
+namespace workbook
+{
+
+namespace
+{
+
+constexpr double pixelsPerPoint = 96.0 / 72.0;
+constexpr double paddingPixels = 5;
+constexpr double maxStoredWidth = 255;
+constexpr double steps = 256; // files cut widths to 1/256 of a digit
+
+struct DigitWidth {
+    std::u16string_view fontName; // as it begins
+    double ofHeight;
+};
+
+// Measured in fonts of the same metrics. Other fonts are taken to be as wide as Arial, which holds
+// for Tahoma, the usual meaning of "MS Shell Dlg 2", at all sizes in use.
+constexpr DigitWidth digitWidths[] = {
+    {u"Calibri", 0.507}, {u"Carlito", 0.507}, {u"Times", 0.500}, {u"Courier", 0.600}};
+constexpr double usualDigitWidth = 0.556;
+
+} // namespace
+
+int digitPixels(const FontData &font)
+{
+    const auto known =
+        std::find_if(std::begin(digitWidths), std::end(digitWidths), [&](const DigitWidth &width) {
+            return font.name.compare(0, width.fontName.size(), width.fontName) == 0;
+        });
+    const double ofHeight = known == std::end(digitWidths) ? usualDigitWidth : known->ofHeight;
+    return std::max(1, static_cast<int>(std::lround(font.points * pixelsPerPoint * ofHeight)));
+}
+
+double storedColumnWidth(double chars, int digitPixels)
+{
+    if (chars <= 0)
+        return 0;
+    const double pixels = std::round(chars * digitPixels) + paddingPixels;
+    return std::min(std::trunc(pixels / digitPixels * steps) / steps, maxStoredWidth);
+}
+
+double defaultRowPoints(const FontData &font)
+{
+    constexpr double lineHeight = 1.2;
+    return (std::round(font.points * pixelsPerPoint * lineHeight) + 1) / pixelsPerPoint;
+}
+
+} // namespace workbook

@@ -1,0 +1,20 @@
+#pragma once
+
+namespace workbook
+{
+
+struct FontData;
+
+/** Pixels (96 to the inch) of the widest digit of a font: the unit of column widths. */
+int digitPixels(const FontData &font);
+
+/**
+ * The width that files hold for a column of `chars` digits as its user sees it: with five pixels of
+ * padding, in digits, cut to 1/256. Not above 255, the most that spreadsheet programs take.
+ */
+double storedColumnWidth(double chars, int digitPixels);
+
+/** Points that programs give a row of their own accord for text in `font`. */
+double defaultRowPoints(const FontData &font);
+
+} // namespace workbook

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "workbook/enums.h"
+
+namespace libxl
+{
+
+template <class Char>
+class IFontT;
+
+/**
+ * How a cell looks, obtained from IBookT::addFormat.
+ *
+ * It belongs to the book and lives until the book is released. A change shows in every cell that
+ * was written with the format, also before. A new format has the book's default font, the general
+ * number format, general and bottom alignment, no borders and automatic border colours. Values
+ * outside an enumeration are ignored.
+ */
+template <class Char>
+class IFormatT
+{
+public:
+    /** False, and nothing changes, when `font` is null or belongs to another book. */
+    virtual bool setFont(IFontT<Char> *font) = 0;
+
+    /** `numFormat` comes from IBookT::addCustomNumFormat; 0 is the general one. Others: ignored. */
+    virtual void setNumFormat(int numFormat) = 0;
+
+    virtual void setAlignH(AlignH align) = 0;
+    virtual void setAlignV(AlignV align) = 0;
+    virtual void setWrap(bool wrap) = 0;
+
+    /** All four sides at once. */
+    virtual void setBorder(BorderStyle style) = 0;
+
+    /** All four sides at once; shows only on sides that have a style. */
+    virtual void setBorderColor(Color colour) = 0;
+
+    virtual void setBorderLeft(BorderStyle style) = 0;
+    virtual void setBorderRight(BorderStyle style) = 0;
+    virtual void setBorderTop(BorderStyle style) = 0;
+    virtual void setBorderBottom(BorderStyle style) = 0;
+
+protected:
+    ~IFormatT() = default;
+};
+
+} // namespace libxl

@@ -1,0 +1,91 @@
+#include "workbook/formatimpl.h"
+
+#include "workbook/fontimpl.h"
+
+namespace workbook
+{
+
+namespace
+{
+
+/** Callers may cast any number to an enumeration; files must not carry it. */
+template <class Enum>
+bool isWithin(Enum value, Enum last)
+{
+    return static_cast<int>(value) >= 0 && value <= last;
+}
+
+} // namespace
+
+bool FormatImpl::setFont(libxl::IFontT<wchar_t> *font)
+{
+    const auto *own = static_cast<FontImpl *>(font);
+    if (own == nullptr || &own->book != &book)
+        return false;
+    data().font = own->index;
+    return true;
+}
+
+void FormatImpl::setNumFormat(int numFormat)
+{
+    const auto own = static_cast<int>(book.numFormats.size());
+    if (numFormat == 0 || (numFormat >= firstOwnNumFormat && numFormat - firstOwnNumFormat < own))
+        data().numFormat = numFormat;
+}
+
+void FormatImpl::setAlignH(libxl::AlignH align)
+{
+    if (isWithin(align, libxl::AlignH::Distributed))
+        data().alignH = align;
+}
+
+void FormatImpl::setAlignV(libxl::AlignV align)
+{
+    if (isWithin(align, libxl::AlignV::Distributed))
+        data().alignV = align;
+}
+
+void FormatImpl::setWrap(bool wrap)
+{
+    data().wrap = wrap;
+}
+
+void FormatImpl::setBorder(libxl::BorderStyle style)
+{
+    for (const Side side : {Left, Right, Top, Bottom})
+        setSide(side, style);
+}
+
+void FormatImpl::setBorderColor(libxl::Color colour)
+{
+    if (colour >= libxl::Color::Black && colour <= libxl::Color::Automatic)
+        data().borderColours.fill(colour);
+}
+
+void FormatImpl::setBorderLeft(libxl::BorderStyle style)
+{
+    setSide(Left, style);
+}
+
+void FormatImpl::setBorderRight(libxl::BorderStyle style)
+{
+    setSide(Right, style);
+}
+
+void FormatImpl::setBorderTop(libxl::BorderStyle style)
+{
+    setSide(Top, style);
+}
+
+void FormatImpl::setBorderBottom(libxl::BorderStyle style)
+{
+    setSide(Bottom, style);
+}
+
+void FormatImpl::setSide(Side side, libxl::BorderStyle style)
+{
+    if (isWithin(style, libxl::BorderStyle::SlantedDashDot))
+        data().borders.at(side) = style;
+}
+
+} // namespace workbook

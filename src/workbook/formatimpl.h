@@ -1,0 +1,39 @@
+#pragma once
+
+#include "workbook/format.h"
+#include "workbook/model.h"
+
+namespace workbook
+{
+
+/** A format of the model, as the interface shows it. */
+class FormatImpl final : public libxl::IFormatT<wchar_t>
+{
+public:
+    FormatImpl(BookData &owner, std::uint32_t number)
+        : book(owner)
+        , index(number)
+    {
+    }
+
+    bool setFont(libxl::IFontT<wchar_t> *font) override;
+    void setNumFormat(int numFormat) override;
+    void setAlignH(libxl::AlignH align) override;
+    void setAlignV(libxl::AlignV align) override;
+    void setWrap(bool wrap) override;
+    void setBorder(libxl::BorderStyle style) override;
+    void setBorderColor(libxl::Color colour) override;
+    void setBorderLeft(libxl::BorderStyle style) override;
+    void setBorderRight(libxl::BorderStyle style) override;
+    void setBorderTop(libxl::BorderStyle style) override;
+    void setBorderBottom(libxl::BorderStyle style) override;
+
+    BookData &book;
+    const std::uint32_t index;
+
+private:
+    FormatData &data() { return book.formats[index]; }
+    void setSide(Side side, libxl::BorderStyle style);
+};
+
+} // namespace workbook

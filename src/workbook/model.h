@@ -1,0 +1,98 @@
+#pragma once
+
+#include "workbook/cellstore.h"
+#include "workbook/enums.h"
+#include "workbook/stringtable.h"
+
+#include <array>
+#include <deque>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+/**
+ * What a book holds, as plain values: the interface fills it, the writers of the file formats read
+ * it and know nothing of the interface. Values are checked on their way in.
+ */
+namespace workbook
+{
+
+struct FontData {
+    std::u16string name = u"Arial";
+    int points = 10;
+    bool bold = false;
+};
+
+enum Side { Left, Right, Top, Bottom };
+
+constexpr int firstOwnNumFormat = 164; // the numbers below are the built-in formats
+
+struct FormatData {
+    std::uint32_t font = 0;
+    int numFormat = 0;
+    libxl::AlignH alignH = libxl::AlignH::General;
+    libxl::AlignV alignV = libxl::AlignV::Bottom;
+    bool wrap = false;
+    std::array<libxl::BorderStyle, 4> borders{};
+    std::array<libxl::Color, 4> borderColours{{libxl::Color::Automatic, libxl::Color::Automatic,
+                                               libxl::Color::Automatic, libxl::Color::Automatic}};
+};
+
+struct ColumnData {
+    double widthChars = 0;
+    std::uint32_t format = 0;
+    bool hidden = false;
+};
+
+struct RowData {
+    double heightPoints = 0;
+    std::uint32_t format = 0;
+    bool hidden = false;
+};
+
+/** Inches. */
+struct Margins {
+    double left = 0.7;
+    double right = 0.7;
+    double top = 0.75;
+    double bottom = 0.75;
+    double header = 0.3;
+    double footer = 0.3;
+};
+
+/** In pages; 0 is as many as are needed. */
+struct PrintFit {
+    int width;
+    int height;
+};
+
+struct SheetData {
+    std::u16string name;
+    CellStore cells;
+    std::map<int, ColumnData> columns; // those that were set
+    std::map<int, RowData> rows;       // those that were set
+    int frozenRows = 0;
+    int frozenColumns = 0;
+    bool showGridlines = true;
+    bool printGridlines = false;
+    bool landscape = false;
+    std::optional<PrintFit> fit;
+    std::u16string footer;
+    Margins margins;
+    std::optional<std::pair<int, int>> repeatRows; // first and last
+};
+
+struct BookData {
+    std::deque<FontData> fonts{FontData{}};       // 0 is the book's default font
+    std::deque<FormatData> formats{FormatData{}}; // 0 is "no format"
+    std::vector<std::u16string> numFormats;       // codes of firstOwnNumFormat and those after it
+    std::deque<SheetData> sheets;
+    StringTable strings;
+    StringTable formulas; // without the leading "="
+    bool rgbColours = false;
+    bool incomplete = false; // cells were lost that no file of this format can hold
+};
+
+} // namespace workbook

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace workbook
+{
+
+struct BookData;
+
+/**
+ * The texts that the cells of a book really use, numbered in the order of the cells: files carry
+ * none that was overwritten, and do not depend on the order of writing.
+ */
+class SharedStrings
+{
+public:
+    /** The cells of `book` must be sorted. */
+    explicit SharedStrings(const BookData &book);
+
+    /** Indexes of the book's string table, in the order of the file. */
+    [[nodiscard]] const std::vector<std::uint32_t> &used() const { return order; }
+
+    /** The number in the file of a text of the string table that a cell uses. */
+    [[nodiscard]] std::uint32_t numberOf(std::uint32_t index) const { return numbers[index]; }
+
+    /** How many cells hold text. */
+    [[nodiscard]] std::size_t references() const { return cellCount; }
+
+private:
+    std::vector<std::uint32_t> order;
+    std::vector<std::uint32_t> numbers;
+    std::size_t cellCount = 0;
+};
+
+} // namespace workbook

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <charconv>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+namespace workbook
+{
+
+/** How every XML part begins. */
+constexpr std::string_view xmlDeclaration =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n";
+
+/** The namespace of sheets, styles and strings. */
+constexpr std::string_view sheetNamespace =
+    "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
+
+/**
+ * XML under construction. What is char goes in as it stands: markup and numbers; what is UTF-16
+ * is text and gets escaped, for content and for attributes alike. No locale is asked.
+ */
+class XmlText
+{
+public:
+    XmlText &operator<<(std::string_view markup)
+    {
+        out += markup;
+        return *this;
+    }
+
+    XmlText &operator<<(const char *markup) { return *this << std::string_view(markup); }
+
+    XmlText &operator<<(std::u16string_view text);
+
+    /** The shortest text that reads back as the same number; `number` is finite. */
+    XmlText &operator<<(double number);
+
+    template <class Integer, class = std::enable_if_t<std::is_integral_v<Integer>>>
+    XmlText &operator<<(Integer number)
+    {
+        char digits[24];
+        const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+        out.append(digits, static_cast<std::size_t>(end - digits));
+        return *this;
+    }
+
+    [[nodiscard]] std::string_view view() const { return out; }
+    [[nodiscard]] std::size_t size() const { return out.size(); }
+    void clear() { out.clear(); }
+
+private:
+    std::string out;
+};
+
+} // namespace workbook
