@@ -1,0 +1,174 @@
+#include "plugin/autoreport.h"
+
+#include "db/dbmanager.h"
+#include "plugin/buildstamp.h"
+#include "plugin/workerhandle.h"
+#include "worker/autoreportworker.h"
+
+#include <QThread>
+#include <QTimer>
+
+namespace
+{
+
+constexpr int scanIntervalMs = 3600000;
+constexpr int firstScanDelayMs = 1000;
+constexpr unsigned long threadEndTimeoutMs = 10000;
+
+} // namespace
+
+AutoReport::AutoReport(QObject *parent)
+    : QObject(parent)
+    , timer(new QTimer(this))
+{
+}
+
+AutoReport::~AutoReport()
+{
+    stopAllWorkers();
+}
+
+QString AutoReport::getVersion() const
+{
+    return QStringLiteral("1.2.3");
+}
+
+QMap<QString, QString> AutoReport::getVerInfo() const
+{
+    QMap<QString, QString> info{{QStringLiteral("VER"), getVersion()},
+                                {QStringLiteral("orvixType"), QStringLiteral("PLG.AR")},
+                                {QStringLiteral("ZASDB"), QStringLiteral("20.03.17")}};
+    const QString stamp = buildStamp(QStringLiteral(__DATE__), QStringLiteral(__TIME__));
+    if (!stamp.isEmpty())
+        info.insert(QStringLiteral("BUILD"), stamp);
+    return info;
+}
+
+bool AutoReport::start()
+{
+    if (started) {
+        qWarning("AutoReport - START ignored, this plugin instance is already started");
+        return true;
+    }
+    qInfo("AutoReport - START");
+    if (!dbManager) {
+        qCritical("!!! AutoReport: Database manager not initialized !!!");
+        return false;
+    }
+    interval = scanIntervalMs;
+    infoDb = dbManager->isInfoDB();
+    qInfo("AutoReport - is info db: %s", infoDb ? "YES" : "NO");
+    started = true;
+    return infoDb ? startScanning() : startSingleWorker();
+}
+
+bool AutoReport::startScanning()
+{
+    connect(timer, &QTimer::timeout, this, &AutoReport::handleTimer, Qt::UniqueConnection);
+    timer->setInterval(interval);
+    timer->start();
+    QTimer::singleShot(firstScanDelayMs, this, &AutoReport::checkSchemas);
+    return true;
+}
+
+bool AutoReport::startSingleWorker()
+{
+    const QString name = QStringLiteral("AutoReport.single.%1").arg(addressText());
+    singleWorker = createWorker(makeDbConfig(database, name));
+    if (!singleWorker) {
+        started = false;
+        return false;
+    }
+    connect(singleWorker, &AutoReportWorker::finished, singleWorker, &QObject::deleteLater);
+    return singleWorker->start();
+}
+
+void AutoReport::stop()
+{
+    qInfo("AutoReport - STOP");
+    timer->stop();
+    stopAllWorkers();
+    if (singleWorker) {
+        singleWorker->stop();
+        singleWorker = nullptr;
+    }
+    started = false;
+}
+
+void AutoReport::pause()
+{
+    qInfo("AutoReport - PAUSE");
+    timer->stop();
+    if (singleWorker)
+        singleWorker->pause();
+    postToWorkers("pause");
+}
+
+void AutoReport::resume()
+{
+    qInfo("AutoReport - RESUME");
+    if (infoDb && started)
+        timer->start(interval);
+    if (singleWorker)
+        singleWorker->resume();
+    postToWorkers("resume");
+}
+
+void AutoReport::postToWorkers(const char *slot)
+{
+    for (const auto &worker : qAsConst(workers))
+        worker->post(slot);
+}
+
+void AutoReport::startThread(const QString &token, AutoReportWorker *worker)
+{
+    auto *thread = new QThread(this);
+    thread->setObjectName(QStringLiteral("AutoReport_%1").arg(token));
+    worker->moveToThread(thread);
+    connect(thread, &QThread::started, worker, &AutoReportWorker::start);
+    connect(worker, &AutoReportWorker::finished, thread, &QThread::quit);
+    connect(worker, &AutoReportWorker::finished, worker, &QObject::deleteLater);
+    connect(thread, &QThread::finished, thread, &QObject::deleteLater);
+
+    // Both run in the worker's thread. A queued "stop" is lost when the event loop leaves before
+    // it is delivered; so the end of the thread sees to it that the worker has stopped.
+    const auto handle = std::make_shared<WorkerHandle>(worker);
+    connect(
+        worker, &AutoReportWorker::finished, worker, [handle] { handle->clear(); },
+        Qt::DirectConnection);
+    connect(
+        thread, &QThread::finished, thread, [handle] { handle->stopNow(); }, Qt::DirectConnection);
+
+    workers.insert(token, handle);
+    threads.append(thread);
+    thread->start(QThread::LowPriority);
+}
+
+void AutoReport::stopAllWorkers()
+{
+    // A report in the making ends at its next row, so that the wait below is short.
+    for (const auto &thread : qAsConst(threads)) {
+        if (thread)
+            thread->requestInterruption();
+    }
+    postToWorkers("stop");
+    for (const auto &thread : qAsConst(threads)) {
+        if (!thread)
+            continue;
+        thread->quit();
+        if (thread->wait(threadEndTimeoutMs))
+            continue;
+        qWarning("AutoReport::stopAllWorkers() - thread '%s' did not stop in time",
+                 qUtf8Printable(thread->objectName()));
+        thread->terminate();
+        thread->wait();
+    }
+    workers.clear();
+    threads.clear();
+}
+
+/// The object's address in base 16: makes connection names of two plug-in objects distinct.
+QString AutoReport::addressText() const
+{
+    return QString::number(reinterpret_cast<quintptr>(this), 16);
+}

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "plugin/databasemanagerinterface.h"
+#include "plugin/serverinterface.h"
+#include "plugin/verinfointerface.h"
+
+#include <QList>
+#include <QMap>
+#include <QObject>
+#include <QPointer>
+
+#include <memory>
+
+struct AutoReportDbConfig;
+class AutoReportWorker;
+class QThread;
+class QTimer;
+class WorkerHandle;
+
+/**
+ * The plug-in object that the host loads: finds the schemas with an automatic report switched on
+ * and keeps one worker for each.
+ *
+ * With an information database it scans the schemas one second after `start` and then every
+ * hour, and gives each enabled one a worker in a thread of its own. Without one it runs a single
+ * worker on the database that the host set, in the host's own thread, and never scans.
+ *
+ * All operations run in the thread that owns the object. The host owns it, and calls `stop`
+ * before it deletes it; the destructor ends the workers of the registry in any case.
+ */
+class AutoReport : public QObject,
+                   public ServerInterface,
+                   public DatabaseManagerInterface,
+                   public VerInfoInterface
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID "com.velmora.kvh.ServerInterface")
+    Q_INTERFACES(ServerInterface DatabaseManagerInterface VerInfoInterface)
+
+public:
+    explicit AutoReport(QObject *parent = nullptr);
+    ~AutoReport() override;
+
+    QMap<QString, QString> getVerInfo() const override;
+    QString getVersion() const override;
+    /// False without a DBManager, or when the single worker cannot start.
+    bool start() override;
+    /// Returns when every thread has ended; each is given ten seconds before it is terminated.
+    void stop() override;
+    void pause() override;
+    void resume() override;
+
+private Q_SLOTS:
+    void checkSchemas();
+    void handleTimer();
+
+private:
+    bool startScanning();
+    bool startSingleWorker();
+    void checkSchema(const QString &token);
+    bool checkAutoReport(const QSqlDatabase &db);
+    bool queryEnabled(const QSqlDatabase &db);
+    AutoReportDbConfig makeDbConfig(const QSqlDatabase &db, const QString &connectionName) const;
+    AutoReportWorker *createWorker(const AutoReportDbConfig &config);
+    void startThread(const QString &token, AutoReportWorker *worker);
+    void postToWorkers(const char *slot);
+    void stopAllWorkers();
+    QString addressText() const;
+
+    QTimer *timer;
+    int interval = 0; ///< milliseconds between two scans; 0 until `start`
+    bool started = false;
+    bool infoDb = false; ///< the mode that `start` found
+    QPointer<AutoReportWorker> singleWorker;
+    /// By token. An entry stays until `stop`, also when its worker has ended: a schema whose
+    /// worker ended is not taken up again before that.
+    QMap<QString, std::shared_ptr<WorkerHandle>> workers;
+    QList<QPointer<QThread>> threads; ///< in order of creation; a thread deletes itself
+};

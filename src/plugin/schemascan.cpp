@@ -1,0 +1,154 @@
+// The scan: which schemas have an automatic report switched on.
+
+#include "plugin/autoreport.h"
+
+#include "common/freshquery.h"
+#include "db/dbmanager.h"
+#include "worker/autoreportworker.h"
+
+#include <QSqlError>
+#include <QUuid>
+
+namespace
+{
+
+constexpr unsigned int tokensPerPage = 1000;
+
+const char *yesNo(bool value)
+{
+    return value ? "YES" : "NO";
+}
+
+} // namespace
+
+void AutoReport::handleTimer()
+{
+    if (debugLevel)
+        qDebug("~~~ AutoReport::handleTimer() - periodic schema check ~~~");
+    checkSchemas();
+}
+
+void AutoReport::checkSchemas()
+{
+    if (!started || !infoDb)
+        return;
+    if (debugLevel)
+        qDebug("AutoReport::checkSchemas()");
+
+    const unsigned int total = dbManager->tokensCount(true);
+    if (total == 0) {
+        if (debugLevel)
+            qInfo("AutoReport::checkSchemas() - no schemas found");
+        return;
+    }
+
+    unsigned int visited = 0;
+    while (visited < total) {
+        const QStringList page = dbManager->loadTokens(tokensPerPage, visited);
+        if (page.isEmpty())
+            break;
+        for (const QString &token : page)
+            checkSchema(token);
+        visited += static_cast<unsigned int>(page.size());
+    }
+    if (debugLevel)
+        qInfo("AutoReport::checkSchemas() - active workers: %i / %u schemas checked (total "
+              "schemas: %u)",
+              workers.size(), visited, total);
+}
+
+void AutoReport::checkSchema(const QString &token)
+{
+    if (workers.contains(token))
+        return;
+    const QSqlDatabase db = dbManager->getDatabase(token);
+    if (!db.isValid()) {
+        qWarning("AutoReport::checkSchemas() - invalid database for token '%s'",
+                 qUtf8Printable(token));
+        return;
+    }
+    if (!checkAutoReport(db))
+        return;
+
+    const QString name = QStringLiteral("AutoReport.worker.%1.%2").arg(token, addressText());
+    AutoReportWorker *worker = createWorker(makeDbConfig(db, name));
+    if (!worker)
+        return;
+    startThread(token, worker);
+    qInfo("AutoReport::checkSchemas() - worker created for schema '%s' (%s)", qUtf8Printable(token),
+          qUtf8Printable(db.databaseName()));
+}
+
+/// Asks over a connection of its own: the one that the manager keeps for this thread stays as
+/// it is.
+bool AutoReport::checkAutoReport(const QSqlDatabase &db)
+{
+    const QString name = QStringLiteral("AutoReport.check.%1")
+                             .arg(QUuid::createUuid().toString(QUuid::WithoutBraces));
+    bool enabled = false;
+    {
+        QSqlDatabase check = QSqlDatabase::cloneDatabase(db, name);
+        if (debugLevel)
+            qDebug("AutoReport::checkAutoReport(%s)", qUtf8Printable(name));
+        if (check.open()) {
+            enabled = queryEnabled(check);
+            check.close();
+        } else {
+            qWarning("AutoReport::checkAutoReport(%s) - can not open database '%s': %s",
+                     qUtf8Printable(name), qUtf8Printable(check.databaseName()),
+                     qUtf8Printable(check.lastError().text()));
+        }
+    }
+    QSqlDatabase::removeDatabase(name);
+    return enabled;
+}
+
+bool AutoReport::queryEnabled(const QSqlDatabase &db)
+{
+    QSqlQuery query = freshQuery(db);
+    if (!query.exec(QStringLiteral(
+            "SELECT name, value FROM vars WHERE name IN ('autoReport.DailyAtten.enabled', "
+            "'autoReport.MonthlyAtten.enabled')"))) {
+        qCritical("AutoReport::checkAutoReport(%s) - SQL ERROR: %s",
+                  qUtf8Printable(db.databaseName()), qUtf8Printable(query.lastError().text()));
+        return false;
+    }
+    bool daily = false;
+    bool monthly = false;
+    while (query.next()) {
+        const QString name = query.value(0).toString();
+        const bool on = query.value(1).toInt() == 1;
+        if (name == QLatin1String("autoReport.DailyAtten.enabled"))
+            daily = on;
+        else if (name == QLatin1String("autoReport.MonthlyAtten.enabled"))
+            monthly = on;
+    }
+    if (debugLevel)
+        qInfo("AutoReport::checkAutoReport(%s) - daily=%s, monthly=%s, result=%s",
+              qUtf8Printable(db.databaseName()), yesNo(daily), yesNo(monthly),
+              yesNo(daily || monthly));
+    return daily || monthly;
+}
+
+AutoReportDbConfig AutoReport::makeDbConfig(const QSqlDatabase &db,
+                                            const QString &connectionName) const
+{
+    AutoReportDbConfig config;
+    config.driverName = db.driverName();
+    config.connectionName = connectionName;
+    config.hostName = db.hostName();
+    config.port = db.port();
+    config.databaseName = db.databaseName();
+    config.userName = db.userName();
+    config.password = db.password();
+    config.connectOptions = db.connectOptions();
+    return config;
+}
+
+AutoReportWorker *AutoReport::createWorker(const AutoReportDbConfig &config)
+{
+    if (debugLevel)
+        qDebug("AutoReport::createWorker(%s, db=%s)", qUtf8Printable(config.connectionName),
+               qUtf8Printable(config.databaseName));
+    return new AutoReportWorker(config, nullptr);
+}

@@ -1,0 +1,35 @@
+#include "plugin/workerhandle.h"
+
+#include "worker/autoreportworker.h"
+
+#include <QMetaObject>
+
+WorkerHandle::WorkerHandle(AutoReportWorker *liveWorker)
+    : worker(liveWorker)
+{
+}
+
+void WorkerHandle::post(const char *slot)
+{
+    const std::lock_guard lock(mutex);
+    if (worker)
+        QMetaObject::invokeMethod(worker, slot, Qt::QueuedConnection);
+}
+
+void WorkerHandle::stopNow()
+{
+    AutoReportWorker *live = nullptr;
+    {
+        const std::lock_guard lock(mutex);
+        live = worker;
+    }
+    // Not under the lock: the worker's end calls clear(). Only this thread deletes the worker.
+    if (live)
+        live->stop();
+}
+
+void WorkerHandle::clear()
+{
+    const std::lock_guard lock(mutex);
+    worker = nullptr;
+}

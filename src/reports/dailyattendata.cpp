@@ -1,0 +1,171 @@
+#include "reports/dailyattendata.h"
+
+#include "common/freshquery.h"
+#include "reports/reportquery.h"
+
+#include <QVariant>
+
+namespace
+{
+
+/// Identifiers of the records in `atten_data` that correct a day.
+enum Correction { Unrecognised = 1000, Rounding = 1001, Penalty = 1002, Moved = 1003 };
+
+} // namespace
+
+AttenDay::AttenDay(const QDate &date)
+    : dayOfMonth(date.day())
+    , start(dayStartText(date))
+    , end(dayStartText(date.addDays(1)))
+{
+}
+
+DailyAttenData::DailyAttenData(const QSqlDatabase &db, const DailyAttenOptions &reportOptions)
+    : database(db)
+    , options(reportOptions)
+{
+}
+
+std::optional<QVector<DailyAttenPerson>> DailyAttenData::people(const QDate &today) const
+{
+    const QString statement =
+        QStringLiteral(
+            "SELECT uid, pid, CONCAT_WS(' ', p.surname, p.name, p.title, p.title2) person, "
+            "g.name grp, d.name depart, b.name branch FROM people p LEFT JOIN groups g "
+            "USING(gid) LEFT JOIN departs d USING(did) LEFT JOIN branches b USING(bid) WHERE "
+            "p.status=1 AND p.name != '<anonym>' AND p.begin < %1 AND (p.end IS NULL OR p.end "
+            ">= %2) GROUP BY p.uid ORDER BY p.surname, p.name, p.pid")
+            .arg(dayStartText(today.addDays(1)), dayStartText(firstOfMonth(today)));
+    qDebug("DailyAttenReport::makeReport() people SQL: %s", qUtf8Printable(statement));
+
+    QSqlQuery query = freshQuery(database);
+    if (!runOrFail(query, statement, "DailyAttenReport::makeReport() people SQL error:"))
+        return std::nullopt;
+    QVector<DailyAttenPerson> people;
+    while (query.next()) {
+        DailyAttenPerson person;
+        person.uid = query.value(0).toUInt();
+        person.personalNumber = query.value(1).toDouble();
+        person.name = query.value(2).toString().trimmed();
+        person.group = query.value(3).toString();
+        person.department = query.value(4).toString();
+        person.homeBranch = query.value(5).toString();
+        people.append(person);
+    }
+    return people;
+}
+
+void DailyAttenData::loadBranches()
+{
+    const QString statement =
+        QStringLiteral("SELECT uid, br.name FROM brape b LEFT JOIN branches br ON "
+                       "b.bid=br.bid ORDER BY b.since ASC");
+    QSqlQuery query = freshQuery(database);
+    if (!runOrWarn(query, statement, "DailyAttenReport::makeReport() branch SQL error:"))
+        return;
+    while (query.next())
+        branches.insert(query.value(0).toUInt(), query.value(1).toString());
+}
+
+DailyAttenRow DailyAttenData::row(const DailyAttenPerson &person, const AttenDay &day) const
+{
+    const QString uid = QString::number(person.uid);
+    DailyAttenRow row;
+    row.dayOfMonth = day.dayOfMonth;
+    readAttendance(uid, day, row);
+    row.overtime = overtime(uid, day);
+    readCorrections(uid, day, row);
+    if (options.interruptions)
+        readInterruptions(uid, day, row);
+    row.centre = centre(person);
+    return row;
+}
+
+void DailyAttenData::readAttendance(const QString &uid, const AttenDay &day,
+                                    DailyAttenRow &row) const
+{
+    const QString statement =
+        QStringLiteral("SELECT fond, work, diff, expFund FROM atten a WHERE uid = %1 "
+                       "AND (a.date >= %2 AND a.date < %3)")
+            .arg(uid, day.start, day.end);
+    QSqlQuery query = freshQuery(database);
+    if (!runOrWarn(query, statement, "DailyAttenReport::makeReport() atten SQL error:"))
+        return;
+    while (query.next()) {
+        row.worked = query.value(1).toDouble();
+        row.unworked = query.value(0).toDouble() - row.worked;
+    }
+}
+
+double DailyAttenData::overtime(const QString &uid, const AttenDay &day) const
+{
+    const QString statement =
+        options.advancedOvertime
+            ? QStringLiteral("SELECT uid, at.date, saldo_p FROM atten at WHERE (at.date >= %1 AND "
+                             "at.date < %2) AND (saldo_p > 0) AND (ok > 0) AND (at.uid=%3)")
+                  .arg(day.start, day.end, uid)
+            : QStringLiteral("SELECT uid, at.date, diff FROM atten at WHERE (at.date = %1) AND "
+                             "(diff > 0) AND (ok > 0) AND (at.uid=%2)")
+                  .arg(day.start, uid);
+    QSqlQuery query = freshQuery(database);
+    double seconds = 0;
+    if (runOrWarn(query, statement, "DailyAttenReport::makeReport() overtime SQL error:")) {
+        while (query.next())
+            seconds = query.value(2).toDouble();
+    }
+    return seconds;
+}
+
+void DailyAttenData::readCorrections(const QString &uid, const AttenDay &day,
+                                     DailyAttenRow &row) const
+{
+    const QString statement =
+        QStringLiteral("SELECT iid, duration FROM atten_data ad WHERE uid = %1 AND "
+                       "(ad.from >= %2 AND ad.from < %3) AND (iid >= 1000 AND iid < "
+                       "1004)")
+            .arg(uid, day.start, day.end);
+    QSqlQuery query = freshQuery(database);
+    if (!runOrWarn(query, statement, "DailyAttenReport::makeReport() pseudo inters SQL error:"))
+        return;
+    while (query.next()) {
+        const double seconds = query.value(1).toDouble();
+        switch (query.value(0).toInt()) {
+        case Unrecognised:
+            row.unrecognised += seconds;
+            break;
+        case Rounding:
+            row.rounding += seconds;
+            break;
+        case Penalty:
+            row.penalty += seconds;
+            break;
+        case Moved:
+            row.moved += seconds;
+            break;
+        }
+    }
+}
+
+void DailyAttenData::readInterruptions(const QString &uid, const AttenDay &day,
+                                       DailyAttenRow &row) const
+{
+    const QString statement =
+        QStringLiteral("SELECT ad.iid, duration, i.shortcut, i.name FROM atten_data ad "
+                       "LEFT JOIN inters i ON ad.iid = i.iid WHERE uid = %1 AND "
+                       "(ad.from >= %2 AND ad.from < %3) AND (ad.iid < 1000) AND "
+                       "(ad.iid > 1) AND del = 0")
+            .arg(uid, day.start, day.end);
+    QSqlQuery query = freshQuery(database);
+    if (!runOrWarn(query, statement, "DailyAttenReport::makeReport() inters SQL error:"))
+        return;
+    while (query.next()) {
+        InterruptionTotal &total = row.interruptions[query.value(2).toString()];
+        total.seconds += query.value(1).toDouble();
+        ++total.count;
+    }
+}
+
+QString DailyAttenData::centre(const DailyAttenPerson &person) const
+{
+    return options.homeBranch ? person.homeBranch : branches.value(person.uid);
+}

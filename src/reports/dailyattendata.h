@@ -1,0 +1,62 @@
+#pragma once
+
+#include "reports/dailyattenrow.h"
+
+#include <QDate>
+#include <QHash>
+#include <QSqlDatabase>
+#include <QString>
+#include <QVector>
+
+#include <optional>
+
+/// Which values the daily report shows, and from where; keys shared with the product's exports.
+struct DailyAttenOptions {
+    bool decimalTime = false;      ///< "dattenIsTimeDec"
+    bool minusSign = false;        ///< "dattenIsMinusSign"
+    bool interruptions = false;    ///< "dattenInters"
+    bool advancedOvertime = false; ///< "advancedOvertime"
+    bool xlsx = true;              ///< "exportUseXLSX"
+    bool homeBranch = false;       ///< "dattenHomeBranch"
+};
+
+/// A calendar day as the queries ask for it: made once a day, used for every person.
+struct AttenDay {
+    explicit AttenDay(const QDate &date);
+
+    int dayOfMonth;
+    QString start; ///< the day's first second, decimal Unix seconds
+    QString end;   ///< the next day's first second
+};
+
+/**
+ * Reads what the daily report shows: the people of the month so far, and each one's days.
+ *
+ * Lives for one report, on the connection and in the thread of its worker. Failed queries are
+ * logged here; all but the one for the people leave their values empty, and the report goes on.
+ */
+class DailyAttenData
+{
+public:
+    DailyAttenData(const QSqlDatabase &database, const DailyAttenOptions &options);
+
+    /// In the order of the sheet; none when the query failed. `today` is the last day shown.
+    std::optional<QVector<DailyAttenPerson>> people(const QDate &today) const;
+
+    /// Reads each person's latest branch.
+    void loadBranches();
+
+    /// The values of one person and one day; the shift is not looked up here.
+    DailyAttenRow row(const DailyAttenPerson &person, const AttenDay &day) const;
+
+private:
+    void readAttendance(const QString &uid, const AttenDay &day, DailyAttenRow &row) const;
+    double overtime(const QString &uid, const AttenDay &day) const;
+    void readCorrections(const QString &uid, const AttenDay &day, DailyAttenRow &row) const;
+    void readInterruptions(const QString &uid, const AttenDay &day, DailyAttenRow &row) const;
+    QString centre(const DailyAttenPerson &person) const;
+
+    QSqlDatabase database;
+    DailyAttenOptions options;
+    QHash<unsigned int, QString> branches;
+};

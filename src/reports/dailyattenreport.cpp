@@ -1,0 +1,194 @@
+#include "reports/dailyattenreport.h"
+
+#include "common/freshquery.h"
+#include "common/zas.h"
+#include "reports/dailyattensheet.h"
+#include "reports/reportbook.h"
+#include "reports/reportmail.h"
+#include "reports/reportquery.h"
+#include "reports/reportrun.h"
+
+#include <QDir>
+#include <QSqlError>
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr const char *reportName = "DailyAttenReport";
+constexpr double secondsPerHour = 3600.0;
+constexpr double shownAboveSeconds = 59.0;
+constexpr double largestDuration = 9.0e18; // what still fits a 64-bit integer
+
+} // namespace
+
+DailyAttenReport::DailyAttenReport(const QSqlDatabase &db, QObject *parent)
+    : ReportBase(db, parent)
+    , prefix(QStringLiteral("autoReport.DailyAtten."))
+{
+    settings.setDB(db);
+}
+
+void DailyAttenReport::doWork()
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    const auto due = dueReport(reportName, prefix, settings, now);
+    if (!due)
+        return;
+    uids = due->uids;
+    makeReport(due->recipients, now);
+}
+
+void DailyAttenReport::makeReport(const QStringList &emails, const QDateTime &now)
+{
+    const QDate today = now.date();
+    const DailyAttenOptions options = readOptions();
+    const QString path = filePath(today, options.xlsx);
+
+    DailyAttenData data(database, options);
+    const auto people = data.people(today);
+    if (!people)
+        return;
+    if (people->isEmpty()) {
+        qWarning("DailyAttenReport - no people!");
+        return;
+    }
+    data.loadBranches();
+    loadShiftsForMonth(today);
+    if (writeWorkbook(path, options, data, *people, today))
+        mailReport(path, emails, today);
+}
+
+DailyAttenOptions DailyAttenReport::readOptions()
+{
+    const auto decimalTime = QStringLiteral("dattenIsTimeDec");
+    const auto minusSign = QStringLiteral("dattenIsMinusSign");
+    const auto interruptions = QStringLiteral("dattenInters");
+    const auto advancedOvertime = QStringLiteral("advancedOvertime");
+    const auto xlsx = QStringLiteral("exportUseXLSX");
+    const auto homeBranch = QStringLiteral("dattenHomeBranch");
+    const auto values = settings.variableGetMultiple(
+        QStringList{decimalTime, minusSign, interruptions, advancedOvertime, xlsx, homeBranch});
+
+    DailyAttenOptions options;
+    options.decimalTime = values.value(decimalTime, false).toBool();
+    options.minusSign = values.value(minusSign, false).toBool();
+    options.interruptions = values.value(interruptions, false).toBool();
+    options.advancedOvertime = values.value(advancedOvertime, false).toBool();
+    options.xlsx = values.value(xlsx, true).toBool();
+    options.homeBranch = values.value(homeBranch, false).toBool();
+    return options;
+}
+
+QString DailyAttenReport::filePath(const QDate &today, bool xlsx) const
+{
+    return QDir::tempPath() +
+           QStringLiteral("/DennyReport_%1_%2")
+               .arg(database.databaseName(), today.toString(QStringLiteral("MMyyyy"))) +
+           (xlsx ? QStringLiteral(".xlsx") : QStringLiteral(".xls"));
+}
+
+bool DailyAttenReport::writeWorkbook(const QString &path, const DailyAttenOptions &options,
+                                     const DailyAttenData &data,
+                                     const QVector<DailyAttenPerson> &people,
+                                     const QDate &today) const
+{
+    const ReportBook book(options.xlsx ? xlCreateXMLBookW() : xlCreateBookW());
+    if (!book) {
+        qCritical("DailyAttenReport - xlCreateBook() failed!");
+        return false;
+    }
+    setUpReportBook(*book, reportName);
+
+    DailyAttenSheet sheet(*book, options);
+    if (!sheet.begin(tr("Denný report doch. %1").arg(today.toString(QStringLiteral("MM-yyyy"))))) {
+        qCritical("DailyAttenReport - addSheet failed!");
+        return false;
+    }
+    if (!writeRows(sheet, data, people, today))
+        return false;
+    sheet.finish();
+    return saveReportBook(*book, path, reportName);
+}
+
+/// False when the thread was asked to stop: a stop must not wait for the end of a long report.
+bool DailyAttenReport::writeRows(DailyAttenSheet &sheet, const DailyAttenData &data,
+                                 const QVector<DailyAttenPerson> &people, const QDate &today) const
+{
+    for (int dayOfMonth = 1; dayOfMonth <= today.day(); ++dayOfMonth) {
+        const AttenDay day(QDate(today.year(), today.month(), dayOfMonth));
+        for (const DailyAttenPerson &person : people) {
+            if (isInterrupted(reportName))
+                return false;
+            DailyAttenRow row = data.row(person, day);
+            row.shift = shiftFor(static_cast<int>(person.uid), dayOfMonth);
+            sheet.writeRow(person, row);
+        }
+    }
+    return true;
+}
+
+void DailyAttenReport::mailReport(const QString &path, const QStringList &emails,
+                                  const QDate &today)
+{
+    const MailRecord mail = makeMail(path, today);
+    if (!hasAttachment(reportName, mail))
+        return;
+    // Without a single mail the report counts as not made, and the next tick tries again.
+    if (queueReportMail(reportName, mail, emails, database) > 0)
+        storeLastGenerated(reportName, prefix, settings);
+}
+
+MailRecord DailyAttenReport::makeMail(const QString &path, const QDate &today)
+{
+    const ReportMailTexts texts{
+        reportName,
+        tr("Denný report dochádzky za %1").arg(today.toString(QStringLiteral("d. M. yyyy"))),
+        tr("Denný report dochádzky sa nachádza v prílohe.\n\n\nTento e-mail bol vygenerovaný "
+           "automaticky dochádzkovým systémom ZAS (modul AutoReport).")};
+    return makeReportMail(texts, path, database);
+}
+
+void DailyAttenReport::loadShiftsForMonth(const QDate &date)
+{
+    shifts.clear();
+    const QDate first = firstOfMonth(date);
+    QSqlQuery query = freshQuery(database);
+    query.prepare(QStringLiteral("\n        SELECT uid, dom, shift\n        FROM atten\n        "
+                                 "WHERE date >= :tsFrom AND date < :tsTo\n    "));
+    query.bindValue(QStringLiteral(":tsFrom"), first.startOfDay().toSecsSinceEpoch());
+    query.bindValue(QStringLiteral(":tsTo"), first.addMonths(1).startOfDay().toSecsSinceEpoch());
+    if (!query.exec()) {
+        qWarning("DailyAttenReport::loadShiftsForMonth failed: %s",
+                 qUtf8Printable(query.lastError().text()));
+        return;
+    }
+    while (query.next())
+        shifts.insert({query.value(0).toInt(), query.value(1).toInt()}, query.value(2).toInt());
+}
+
+int DailyAttenReport::shiftFor(int uid, int dayOfMonth) const
+{
+    return shifts.value({uid, dayOfMonth}, -1);
+}
+
+QVariant DailyAttenReport::strOrDecTimeFormat(double seconds, bool decimal)
+{
+    if (decimal)
+        return seconds > 0.0 ? QVariant(seconds / secondsPerHour) : QVariant();
+    if (!(seconds > shownAboveSeconds))
+        return QVariant();
+    const auto whole = static_cast<qint64>(std::min(seconds, largestDuration));
+    return ZAS::tsToTimeString(whole, 3, false);
+}
+
+QDate DailyAttenReport::monthToDate(unsigned month) const
+{
+    return QDate::fromString(QString::number(month), QStringLiteral("yyyyMM"));
+}
+
+unsigned DailyAttenReport::dateToMonth(const QDate &date) const
+{
+    return date.toString(QStringLiteral("yyyyMM")).toUInt();
+}

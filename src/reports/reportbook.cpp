@@ -1,0 +1,52 @@
+#include "reports/reportbook.h"
+
+#include "workbook/libxlhelper.h"
+
+namespace
+{
+
+constexpr int fontPoints = 10;
+constexpr double marginInches = 0.1968;
+constexpr double footerMarginInches = 0.5;
+
+} // namespace
+
+void setUpReportBook(libxl::IBookT<wchar_t> &book, const char *report)
+{
+    book.setKey(LibXlHelper::licenceName(), LibXlHelper::licenceKey());
+    if (!book.setLocale("UTF-8"))
+        qWarning("%s::makeReport() - setLocale of book Fail!", report);
+    book.setDefaultFont(L"MS Shell Dlg 2", fontPoints);
+    book.setRgbMode(true);
+}
+
+void setUpReportPage(libxl::ISheetT<wchar_t> &sheet)
+{
+    sheet.setPrintGridlines(true);
+    sheet.setLandscape(true);
+    sheet.setMarginLeft(marginInches);
+    sheet.setMarginRight(marginInches);
+    sheet.setMarginTop(marginInches);
+    sheet.setPrintFit(1, 0);
+    sheet.setFooter(L"Strana &P/&N", footerMarginInches);
+}
+
+void keepHeadingRow(libxl::ISheetT<wchar_t> &sheet)
+{
+    sheet.split(1, 0);
+    sheet.setPrintRepeatRows(0, 0);
+}
+
+bool writeText(libxl::ISheetT<wchar_t> &sheet, int row, int col, const QString &text,
+               libxl::IFormatT<wchar_t> *format)
+{
+    return sheet.writeStr(row, col, text.toStdWString().c_str(), format);
+}
+
+bool saveReportBook(libxl::IBookT<wchar_t> &book, const QString &path, const char *report)
+{
+    if (book.save(path.toStdWString().c_str()))
+        return true;
+    qCritical("%s - XLS not saved!", report);
+    return false;
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "workbook/book.h"
+#include "workbook/sheet.h"
+
+#include <QString>
+
+#include <memory>
+
+struct ReleaseBook {
+    void operator()(libxl::IBookT<wchar_t> *book) const { book->release(); }
+};
+
+/// A book that is released with its last use, whether or not it was saved.
+using ReportBook = std::unique_ptr<libxl::IBookT<wchar_t>, ReleaseBook>;
+
+/// Unlocks a new book and gives it the set-up of all reports. A locale that the engine refuses is
+/// logged in the name of `report`, the class of the report, and the book is used all the same.
+void setUpReportBook(libxl::IBookT<wchar_t> &book, const char *report);
+
+/// Page and print set-up of a report's sheet: landscape, one page wide, numbered pages.
+void setUpReportPage(libxl::ISheetT<wchar_t> &sheet);
+
+/// Keeps the heading row in view on screen and repeats it on every printed page.
+void keepHeadingRow(libxl::ISheetT<wchar_t> &sheet);
+
+bool writeText(libxl::ISheetT<wchar_t> &sheet, int row, int col, const QString &text,
+               libxl::IFormatT<wchar_t> *format = nullptr);
+
+/// Saves the book; a failure is logged in the name of `report`.
+bool saveReportBook(libxl::IBookT<wchar_t> &book, const QString &path, const char *report);

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QDate>
+#include <QString>
+
+class QSqlQuery;
+
+/**
+ * Runs `statement` on a fresh query. A failure is logged as `failure`, the whole
+ * beginning of the log line, followed by the driver's text: as a warning, for the queries that a
+ * report survives, or as critical, for the one that ends it.
+ */
+bool runOrWarn(QSqlQuery &query, const QString &statement, const char *failure);
+bool runOrFail(QSqlQuery &query, const QString &statement, const char *failure);
+
+QDate firstOfMonth(const QDate &date);
+
+/// The day's first second as decimal Unix seconds; some days begin later than at midnight.
+QString dayStartText(const QDate &date);

@@ -1,0 +1,151 @@
+#include "worker/autoreportworker.h"
+
+#include "reports/dailyattenreport.h"
+#include "worker/reportbase.h"
+
+#include <QSqlError>
+#include <QThread>
+#include <QTimer>
+
+namespace
+{
+
+constexpr int tickMs = 60000;
+
+} // namespace
+
+AutoReportWorker::AutoReportWorker(const AutoReportDbConfig &dbConfig, QObject *parent)
+    : QObject(parent)
+    , config(dbConfig)
+{
+}
+
+AutoReportWorker::~AutoReportWorker()
+{
+    // The reports hold handles of the connection; as children they would outlive its removal.
+    qDeleteAll(reports);
+    closeDatabase();
+}
+
+bool AutoReportWorker::start()
+{
+    if (active) {
+        qWarning("AutoReportWorker::start() - already started: %s",
+                 qUtf8Printable(config.connectionName));
+        return true;
+    }
+    qInfo("AutoReportWorker - start() connection=%s db=%s thread=%p",
+          qUtf8Printable(config.connectionName), qUtf8Printable(config.databaseName),
+          QThread::currentThreadId());
+
+    if (QSqlDatabase::contains(config.connectionName)) {
+        qCritical("AutoReportWorker::start() - duplicate connection name '%s'",
+                  qUtf8Printable(config.connectionName));
+        return fail();
+    }
+    if (!openDatabase())
+        return fail();
+
+    createReports();
+    startTimer();
+    active = true;
+    qInfo("AutoReportWorker initialized, db='%s', host='%s', open=%s, reports=%i",
+          qUtf8Printable(database.databaseName()), qUtf8Printable(database.hostName()),
+          database.isOpen() ? "YES" : "NO", reports.size());
+    QTimer::singleShot(0, this, &AutoReportWorker::activateReports);
+    return true;
+}
+
+void AutoReportWorker::activateReports()
+{
+    if (!active || !database.isOpen())
+        return;
+    qInfo("AutoReportWorker - activateReports() db='%s'", qUtf8Printable(database.databaseName()));
+    for (ReportBase *report : qAsConst(reports)) {
+        // A worker that is being stopped begins no further report.
+        if (QThread::currentThread()->isInterruptionRequested())
+            return;
+        report->doWork();
+    }
+}
+
+void AutoReportWorker::pause()
+{
+    qInfo("AutoReportWorker - pause() db='%s'", qUtf8Printable(config.databaseName));
+    if (timer)
+        timer->stop();
+}
+
+void AutoReportWorker::resume()
+{
+    qInfo("AutoReportWorker - resume() db='%s'", qUtf8Printable(config.databaseName));
+    if (active && timer)
+        timer->start();
+}
+
+void AutoReportWorker::stop()
+{
+    qInfo("AutoReportWorker - stop() db='%s'", qUtf8Printable(config.databaseName));
+    if (timer)
+        timer->stop();
+    active = false;
+    qDeleteAll(reports);
+    reports.clear();
+    closeDatabase();
+    Q_EMIT finished();
+}
+
+bool AutoReportWorker::fail()
+{
+    closeDatabase();
+    Q_EMIT finished();
+    return false;
+}
+
+bool AutoReportWorker::openDatabase()
+{
+    database = QSqlDatabase::addDatabase(config.driverName, config.connectionName);
+    database.setHostName(config.hostName);
+    if (config.port > 0)
+        database.setPort(config.port);
+    database.setDatabaseName(config.databaseName);
+    database.setUserName(config.userName);
+    database.setPassword(config.password);
+    if (!config.connectOptions.isEmpty())
+        database.setConnectOptions(config.connectOptions);
+
+    if (database.open())
+        return true;
+    qCritical("AutoReportWorker::start() - can not open DB '%s' on '%s': %s",
+              qUtf8Printable(config.databaseName), qUtf8Printable(config.hostName),
+              qUtf8Printable(database.lastError().text()));
+    return false;
+}
+
+void AutoReportWorker::closeDatabase()
+{
+    // Not isValid(): a connection whose driver is missing is invalid, yet registered.
+    const QString name = database.connectionName();
+    if (name.isEmpty())
+        return;
+    if (database.isOpen())
+        database.close();
+    // Qt removes a connection cleanly only when no handle of it is left.
+    database = QSqlDatabase();
+    if (QSqlDatabase::contains(name))
+        QSqlDatabase::removeDatabase(name);
+}
+
+void AutoReportWorker::createReports()
+{
+    reports.append(new DailyAttenReport(database, this));
+}
+
+void AutoReportWorker::startTimer()
+{
+    timer = new QTimer(this);
+    timer->setInterval(tickMs);
+    connect(timer, &QTimer::timeout, this, &AutoReportWorker::activateReports,
+            Qt::UniqueConnection);
+    timer->start();
+}

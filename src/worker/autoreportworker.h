@@ -1,0 +1,54 @@
+#pragma once
+
+#include "worker/autoreportdbconfig.h"
+
+#include <QList>
+#include <QObject>
+#include <QSqlDatabase>
+
+class QTimer;
+class ReportBase;
+
+/**
+ * Serves one schema: opens a connection of its own and asks its reports every minute whether
+ * they are due.
+ *
+ * All slots run in the thread in which `start` ran; the connection is made, used and removed
+ * there. The worker has no parent: who creates it connects `finished` to its `deleteLater`.
+ * After `stop`, or a `start` that failed, a worker is not started again.
+ */
+class AutoReportWorker : public QObject
+{
+    Q_OBJECT
+
+public:
+    AutoReportWorker(const AutoReportDbConfig &config, QObject *parent);
+    ~AutoReportWorker() override;
+
+    QString getConnectionName() const { return config.connectionName; }
+
+Q_SIGNALS:
+    /// The worker is done for good.
+    void finished();
+
+public Q_SLOTS:
+    void activateReports();
+    /// False when the connection's name is taken or the database cannot be opened.
+    bool start();
+    void stop();
+    void pause();
+    void resume();
+
+private:
+    bool openDatabase();
+    void closeDatabase();
+    void createReports();
+    void startTimer();
+    bool fail();
+
+    AutoReportDbConfig config;
+    QSqlDatabase database; ///< invalid until `start`
+    QList<ReportBase *> reports;
+    QTimer *timer = nullptr; ///< null until `start` has succeeded
+    bool active = false;
+};

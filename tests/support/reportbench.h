@@ -1,0 +1,39 @@
+#pragma once
+
+#include "support/logcapture.h"
+#include "support/testserver.h"
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+/**
+ * What one test of a report needs: a schema, a connection to it, a temporary directory that the
+ * workbook goes to, and the log. Reports must be gone before it is.
+ */
+class ReportBench
+{
+public:
+    ReportBench();
+    ~ReportBench();
+    Q_DISABLE_COPY(ReportBench)
+
+    /// To be called first in main: the reports' days are those of Bratislava.
+    static void setTimeZone();
+
+    void set(const QString &key, const QString &value) const;
+    int mails() const;
+    /// Invalid when it was never stored.
+    QVariant lastGenerated(const QString &report) const;
+
+    LogCapture log;
+    TestDatabase schema;
+    QTemporaryDir temporary;
+    QSqlDatabase database;
+};
+
+// A sheet as readSheet() gives it. Values: text, number, a formula's text, or null.
+QJsonValue cellValue(const QJsonObject &sheet, const QString &reference);
+/// All cells of a row, counted from 1, up to the sheet's last column.
+QJsonArray sheetRow(const QJsonObject &sheet, int row);
+int rowCount(const QJsonObject &sheet);

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "db/dbmanager.h"
+#include "support/testserver.h"
+
+#include <QStringList>
+
+/**
+ * What the product's server is to the plug-in: an information database, its manager, and the
+ * customers' databases that it lists.
+ *
+ * Gives back the connections that the manager made for this thread when it ends.
+ */
+class TestHost
+{
+public:
+    /// Without an information database the manager never opens one: single-database mode.
+    explicit TestHost(bool withInfoDatabase = true);
+    ~TestHost();
+    Q_DISABLE_COPY(TestHost)
+
+    DBManager *manager() { return &dbManager; }
+    const TestDatabase &infoDatabase() const { return info; }
+
+    /// Lists `database` in the information database under `token`.
+    void addSchema(const QString &token, const TestDatabase &database);
+    /// The same for many tokens at once.
+    void addSchemas(const QStringList &tokens, const TestDatabase &database);
+
+private:
+    TestDatabase info;
+    DBManager dbManager;
+    QStringList allTokens;
+};
+
+/// Switches the daily report of a schema on, due with the first tick. No recipients: no report.
+void enableDailyReport(const TestDatabase &schema, const QString &recipients = QString());
+
+/// Adds active people with the uids 1 to `count`.
+void addPeople(const TestDatabase &schema, int count);
