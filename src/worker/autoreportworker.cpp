@@ -1,6 +1,7 @@
 #include "worker/autoreportworker.h"
 
 #include "reports/dailyattenreport.h"
+#include "reports/monthlyattenreport.h"
 #include "worker/reportbase.h"
 
 #include <QSqlError>
@@ -138,6 +139,7 @@ void AutoReportWorker::closeDatabase()
 
 void AutoReportWorker::createReports()
 {
+    reports.append(new MonthlyAttenReport(database, this));
     reports.append(new DailyAttenReport(database, this));
 }
 

@@ -93,6 +93,7 @@ void TestLifecycle::startStopStart()
         QVERIFY(logged("AutoReport - is info db: YES") == round);
         // The first scan comes by itself, a second after the start.
         QTRY_COMPARE_WITH_TIMEOUT(logged("DailyAttenReport::doWork()"), round, patienceMs);
+        QCOMPARE(logged("MonthlyAttenReport::doWork()"), round);
         scan(plugin);
         QCOMPARE(logged("worker created for schema 'firma'"), round);
         QCOMPARE(threadCount(plugin), 1);

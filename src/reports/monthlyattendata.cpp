@@ -1,0 +1,186 @@
+#include "reports/monthlyattendata.h"
+
+#include "common/freshquery.h"
+#include "reports/reportquery.h"
+
+#include <QVariant>
+
+namespace
+{
+
+constexpr double secondsPerHour = 3600.0;
+
+double hours(const QSqlQuery &query, int column)
+{
+    return query.value(column).toDouble() / secondsPerHour;
+}
+
+} // namespace
+
+AttenMonth::AttenMonth(const QDate &date)
+    : start(dayStartText(firstOfMonth(date)))
+    , end(dayStartText(firstOfMonth(date).addDays(date.daysInMonth())))
+    , key(QString::number(date.year() * 100 + date.month()))
+{
+}
+
+MonthlyAttenData::MonthlyAttenData(const QSqlDatabase &db, const MonthlyAttenOptions &reportOptions,
+                                   const QDate &today)
+    : database(db)
+    , options(reportOptions)
+    , month(today)
+{
+}
+
+bool MonthlyAttenData::loadPeople()
+{
+    const QString statement =
+        QStringLiteral("SELECT uid, pid, pamId, CONCAT_WS(' ', p.surname, p.name, p.title, "
+                       "p.title2) person FROM people p WHERE p.status=1 AND p.name != '<anonym>' "
+                       "AND p.begin < %1 AND (p.end IS NULL OR p.end >= %2) GROUP BY p.uid ORDER "
+                       "BY p.surname, p.name, p.pid")
+            .arg(month.end, month.start);
+    qDebug("MonthlyAttenReport::makeReport() people SQL: %s", qUtf8Printable(statement));
+    QSqlQuery query = freshQuery(database);
+    if (!runOrFail(query, statement, "MonthlyAttenReport::makeReport() people SQL ERROR:"))
+        return false;
+    while (query.next())
+        people.append({query.value(0).toUInt(), query.value(3).toString().trimmed()});
+    return true;
+}
+
+void MonthlyAttenData::loadValues()
+{
+    const QString uids = uidText();
+    loadNumbers();
+    loadTotals(uids);
+    loadInterruptions(uids);
+    loadWork(uids);
+}
+
+QString MonthlyAttenData::uidText() const
+{
+    QStringList uids;
+    uids.reserve(people.size());
+    for (const Person &person : people)
+        uids.append(QString::number(person.uid));
+    return uids.join(QLatin1Char(','));
+}
+
+/// Of all people: the first column is looked up here, not among the people of the month.
+void MonthlyAttenData::loadNumbers()
+{
+    QSqlQuery query = freshQuery(database);
+    if (!runOrWarn(query, QStringLiteral("SELECT uid, pid, pamId FROM people"),
+                   "MonthlyAttenReport::makeReport() pid/pamId ERROR:"))
+        return;
+    while (query.next())
+        numbers.insert(query.value(0).toUInt(),
+                       {query.value(1).toUInt(), query.value(2).toString()});
+}
+
+void MonthlyAttenData::loadTotals(const QString &uids)
+{
+    // In the order of the statement; some of its columns nobody reads here.
+    enum {
+        Uid,
+        Fond,
+        Work,
+        Saldo,
+        SaldoP,
+        SaldoC,
+        TotalSaldo,
+        Holidays,
+        HolidaySum,
+        Bonus,
+        Day6Sum,
+        Day7Sum,
+        HolidayFond,
+        Night,
+        Vouchers
+    };
+    const QString statement =
+        QStringLiteral("SELECT uid, fond, work, saldo, saldo_p, saldo_c, totalSaldo, holidays, "
+                       "holidaySum, bonus, day6sum, day7sum, holidayFond, night, vouchers FROM "
+                       "atten_month a WHERE uid IN(%1) AND a.month = %2 ORDER BY uid")
+            .arg(uids, month.key);
+    QSqlQuery query = freshQuery(database);
+    if (!runOrWarn(query, statement, "MonthlyAttenReport::makeReport() atten_month ERROR:"))
+        return;
+    while (query.next()) {
+        Totals total;
+        total.fond = hours(query, Fond);
+        total.overtime = hours(query, options.advancedOvertime ? SaldoP : TotalSaldo);
+        total.values.holidayFond = hours(query, HolidayFond);
+        total.values.holidaySum = hours(query, HolidaySum);
+        total.values.bonus = hours(query, Bonus);
+        total.values.day6sum = hours(query, Day6Sum);
+        total.values.day7sum = hours(query, Day7Sum);
+        total.values.night = hours(query, Night);
+        total.values.vouchers = query.value(Vouchers).toDouble();
+        totals.insert(query.value(Uid).toUInt(), total);
+    }
+}
+
+void MonthlyAttenData::loadInterruptions(const QString &uids)
+{
+    const QString statement =
+        QStringLiteral("SELECT uid, iid, duration FROM atten_data ad WHERE uid IN(%1) AND ad.from "
+                       ">= %2 AND ad.from < %3 AND del = 0 AND iid > 1 AND iid < 1000 ORDER BY "
+                       "uid")
+            .arg(uids, month.start, month.end);
+    QSqlQuery query = freshQuery(database);
+    if (!runOrWarn(query, statement, "MonthlyAttenReport::makeReport() atten_data ERROR:"))
+        return;
+    while (query.next())
+        interruptions[query.value(0).toUInt()][query.value(1).toUInt()] += hours(query, 2);
+}
+
+/// The hours worked come from a statement of their own, though the totals select them too.
+void MonthlyAttenData::loadWork(const QString &uids)
+{
+    const QString statement =
+        QStringLiteral("SELECT uid, work FROM atten_month am WHERE uid IN(%1) AND am.month = %2 "
+                       "ORDER BY uid")
+            .arg(uids, month.key);
+    QSqlQuery query = freshQuery(database);
+    if (!runOrWarn(query, statement, "MonthlyAttenReport::makeReport() work ERROR:"))
+        return;
+    while (query.next())
+        work.insert(query.value(0).toUInt(), hours(query, 1));
+}
+
+MonthlyAttenRow MonthlyAttenData::row(int index) const
+{
+    const Person &person = people.at(index);
+    const Numbers number = numbers.value(person.uid);
+    const Totals total = totals.value(person.uid);
+    MonthlyAttenRow row;
+    row.pid = number.pid;
+    row.pamId = number.pamId;
+    row.name = person.name;
+    row.fond = total.fond;
+    row.overtime = total.overtime;
+    row.values = total.values;
+    row.interruptions = interruptions.value(person.uid);
+    const auto worked = work.constFind(person.uid);
+    if (worked != work.constEnd())
+        row.work = *worked;
+    return row;
+}
+
+bool loadInterruptionCatalogue(const QSqlDatabase &database,
+                               QHash<unsigned int, QString> &iidToName,
+                               QHash<QString, unsigned int> &shortcutToIid, const char *failure)
+{
+    QSqlQuery query = freshQuery(database);
+    if (!runOrWarn(query, QStringLiteral("SELECT iid, shortcut, name FROM inters ORDER BY iid"),
+                   failure))
+        return false;
+    while (query.next()) {
+        const unsigned int iid = query.value(0).toUInt();
+        shortcutToIid.insert(query.value(1).toString(), iid);
+        iidToName.insert(iid, query.value(2).toString());
+    }
+    return true;
+}

@@ -1,0 +1,127 @@
+#include "reports/monthlyattenreport.h"
+
+#include "reports/monthlyattensheet.h"
+#include "reports/reportbook.h"
+#include "reports/reportmail.h"
+#include "reports/reportrun.h"
+
+#include <QDir>
+
+namespace
+{
+
+constexpr const char *reportName = "MonthlyAttenReport";
+
+} // namespace
+
+MonthlyAttenReport::MonthlyAttenReport(const QSqlDatabase &db, QObject *parent)
+    : ReportBase(db, parent)
+    , prefix(QStringLiteral("autoReport.MonthlyAtten."))
+{
+    settings.setDB(db);
+}
+
+void MonthlyAttenReport::doWork()
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    if (const auto due = dueReport(reportName, prefix, settings, now))
+        makeReport(due->recipients, now);
+}
+
+void MonthlyAttenReport::makeReport(const QStringList &emails, const QDateTime &now)
+{
+    const QDate today = now.date();
+    const MonthlyAttenOptions options = readOptions();
+    InterruptionCatalogue catalogue;
+    loadInterruptionCatalogue(database, catalogue.iidToName, catalogue.shortcutToIid,
+                              "MonthlyAttenReport::makeReport() inters ERROR:");
+
+    MonthlyAttenData data(database, options, today);
+    if (!data.loadPeople())
+        return;
+    if (data.count() == 0) {
+        qWarning("MonthlyAttenReport - no people!");
+        return;
+    }
+    data.loadValues();
+    const QString path = filePath(today);
+    if (writeWorkbook(path, options, catalogue, data))
+        mailReport(path, emails, today);
+}
+
+MonthlyAttenOptions MonthlyAttenReport::readOptions()
+{
+    const auto advancedOvertime = QStringLiteral("advancedOvertime");
+    const auto payrollNumber = QStringLiteral("monthAttenUsePamID");
+    const auto extraShortcuts = QStringLiteral("monthAttenInterrupts");
+    const auto values =
+        settings.variableGetMultiple(QStringList{advancedOvertime, payrollNumber, extraShortcuts});
+
+    MonthlyAttenOptions options;
+    options.advancedOvertime = values.value(advancedOvertime, 0).toInt() == 1;
+    options.payrollNumber = values.value(payrollNumber, false).toBool();
+    options.extraShortcuts =
+        values.value(extraShortcuts).toString().split(QLatin1Char(','), Qt::SkipEmptyParts);
+    return options;
+}
+
+QString MonthlyAttenReport::filePath(const QDate &today) const
+{
+    return QDir::tempPath() +
+           QStringLiteral("/MesReportDochadzky_%1_%2.xlsx")
+               .arg(database.databaseName(), today.toString(QStringLiteral("MMyyyy")));
+}
+
+bool MonthlyAttenReport::writeWorkbook(const QString &path, const MonthlyAttenOptions &options,
+                                       const InterruptionCatalogue &catalogue,
+                                       const MonthlyAttenData &data) const
+{
+    const ReportBook book(xlCreateXMLBookW());
+    if (!book) {
+        qCritical("MonthlyAttenReport - xlCreateXMLBook() failed!");
+        return false;
+    }
+    setUpReportBook(*book, reportName);
+
+    MonthlyAttenSheet sheet(*book, options, catalogue);
+    if (!sheet.begin()) {
+        qCritical("MonthlyAttenReport - addSheet failed!");
+        return false;
+    }
+    for (int index = 0; index < data.count(); ++index) {
+        if (isInterrupted(reportName))
+            return false;
+        sheet.writeRow(data.row(index));
+    }
+    sheet.finish();
+    return saveReportBook(*book, path, reportName);
+}
+
+void MonthlyAttenReport::mailReport(const QString &path, const QStringList &emails,
+                                    const QDate &today)
+{
+    const MailRecord mail = makeMail(path, today);
+    if (!hasAttachment(reportName, mail))
+        return;
+    // Unlike the daily report, this one counts as made even when no mail could be queued.
+    queueReportMail(reportName, mail, emails, database);
+    storeLastGenerated(reportName, prefix, settings);
+}
+
+MailRecord MonthlyAttenReport::makeMail(const QString &filePath, const QDate &today)
+{
+    const ReportMailTexts texts{
+        reportName,
+        tr("Mesačný report dochádzky za %1 / %2")
+            .arg(QString::number(today.month()), QString::number(today.year())),
+        tr("Mesačný report dochádzky sa nachádza v prílohe.\n\n\nTento e-mail bol vygenerovaný "
+           "automaticky dochádzkovým systémom ZAS.")};
+    return makeReportMail(texts, filePath, database);
+}
+
+bool MonthlyAttenReport::loadInterruptionMaps(QHash<unsigned, QString> &iidToName,
+                                              QHash<QString, unsigned> &shortcutToIid)
+{
+    return loadInterruptionCatalogue(database, iidToName, shortcutToIid,
+                                     "MonthlyAttenReport::loadInterruptionMaps() ERROR:");
+}

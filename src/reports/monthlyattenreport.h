@@ -1,0 +1,51 @@
+#pragma once
+
+#include "db/mailrecord.h"
+#include "db/zasdbsettings.h"
+#include "reports/monthlyattendata.h"
+#include "worker/reportbase.h"
+
+#include <QDateTime>
+#include <QHash>
+#include <QStringList>
+
+/**
+ * The monthly attendance report: one row per person with the hours of the current month, as a
+ * workbook that is queued as mail to every recipient.
+ *
+ * Belongs to a worker and runs in its thread. Outcomes go to the log; what lasts is the workbook
+ * in the temporary directory, the queued mails and the setting "lastGenerated".
+ */
+class MonthlyAttenReport : public ReportBase
+{
+    Q_OBJECT
+
+public:
+    MonthlyAttenReport(const QSqlDatabase &db, QObject *parent);
+
+    void doWork() override;
+
+    /**
+     * Makes, saves and queues the report for the month of `now`, due or not. "lastGenerated"
+     * becomes the current time whatever became of the single mails. An interruption of the thread
+     * ends it at the next row, without workbook and mail.
+     */
+    void makeReport(const QStringList &emails, const QDateTime &now = QDateTime::currentDateTime());
+
+    /// One mail, its recipient open, with the file attached; without `data` if it is unreadable.
+    MailRecord makeMail(const QString &filePath, const QDate &today = QDate::currentDate());
+
+    /// Adds the schema's kinds of interruption to both maps; false when the query failed.
+    bool loadInterruptionMaps(QHash<unsigned, QString> &iidToName,
+                              QHash<QString, unsigned> &shortcutToIid);
+
+private:
+    MonthlyAttenOptions readOptions();
+    QString filePath(const QDate &today) const;
+    bool writeWorkbook(const QString &path, const MonthlyAttenOptions &options,
+                       const InterruptionCatalogue &catalogue, const MonthlyAttenData &data) const;
+    void mailReport(const QString &path, const QStringList &emails, const QDate &today);
+
+    ZasDbSettings settings;
+    QString prefix;
+};
