@@ -1,0 +1,26 @@
+#include "host/logsink.h"
+#include "host/servecommand.h"
+#include "host/serveoptions.h"
+
+#include <QCoreApplication>
+
+#include <csignal>
+#include <cstdio>
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("autoreport"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(AUTOREPORT_VERSION));
+
+    const CommandLine commandLine = parseCommandLine(QCoreApplication::arguments());
+    if (!commandLine.options) {
+        std::fputs(qUtf8Printable(commandLine.text), commandLine.status == 0 ? stdout : stderr);
+        return commandLine.status;
+    }
+
+    // A log reader that goes away is no reason to stop serving.
+    std::signal(SIGPIPE, SIG_IGN);
+    LogSink::install(commandLine.options->debugLevel > 0);
+    return ServeCommand(*commandLine.options).run();
+}

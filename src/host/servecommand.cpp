@@ -1,0 +1,140 @@
+#include "host/servecommand.h"
+
+#include "db/dbmanager.h"
+#include "plugin/databasemanagerinterface.h"
+#include "plugin/serverinterface.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QSqlError>
+#include <QTimer>
+
+#include <chrono>
+
+namespace
+{
+
+// Names that the connection manager knows: never removed as unused.
+QString masterName(bool single)
+{
+    return single ? QStringLiteral("KVH.ZASDB") : QStringLiteral("KVH.InfoDB");
+}
+
+QSqlDatabase addMaster(const ServeOptions &options)
+{
+    QSqlDatabase db =
+        QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), masterName(options.single));
+    db.setHostName(options.host);
+    db.setPort(options.port);
+    db.setUserName(options.user);
+    db.setPassword(options.password);
+    db.setDatabaseName(options.databaseName);
+    db.setConnectOptions(QStringLiteral("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1"));
+    return db;
+}
+
+} // namespace
+
+ServeCommand::ServeCommand(const ServeOptions &serveOptions)
+    : options(serveOptions)
+    , manager(std::make_unique<DBManager>())
+    , plugin(std::make_unique<PluginHandle>())
+{
+    manager->debugLevel = options.debugLevel;
+}
+
+ServeCommand::~ServeCommand() = default;
+
+int ServeCommand::run()
+{
+    const bool started = loadPlugin() && connectDatabase() && startPlugin();
+    if (started)
+        waitForEnd();
+    giveBack();
+    if (started)
+        qInfo("Host - stopped");
+    return started ? 0 : 1;
+}
+
+bool ServeCommand::loadPlugin()
+{
+    const QString reason = plugin->load(options.plugin);
+    if (reason.isEmpty())
+        return true;
+    qCritical("Host - can not load the plug-in '%s': %s", qUtf8Printable(options.plugin),
+              qUtf8Printable(reason));
+    return false;
+}
+
+bool ServeCommand::connectDatabase()
+{
+    QSqlDatabase db = addMaster(options);
+    // Tried here first, so that a failure is one line which names the server.
+    if (!db.open()) {
+        qCritical("Host - can not open the database '%s' on %s:%i: %s",
+                  qUtf8Printable(options.databaseName), qUtf8Printable(options.host), options.port,
+                  qUtf8Printable(db.lastError().text()));
+        return false;
+    }
+    db.close();
+
+    if (options.single) {
+        manager->setZasDB(db);
+        plugin->server()->setDatabase(db);
+        return true;
+    }
+    // The manager counts only what it opened itself; this is what chooses the plug-in's mode.
+    manager->setInfoDB(db);
+    return manager->checkOpenDB(db);
+}
+
+bool ServeCommand::startPlugin()
+{
+    qInfo("Host - plug-in '%s': %s", qUtf8Printable(options.plugin),
+          qUtf8Printable(plugin->description()));
+    plugin->databaseManager()->setDBManager(manager.get());
+    plugin->server()->setDebugLevel(options.debugLevel);
+    if (plugin->server()->start())
+        return true;
+    qCritical("Host - the plug-in does not start");
+    return false;
+}
+
+void ServeCommand::waitForEnd()
+{
+    ServerInterface *server = plugin->server();
+    QObject::connect(&signalWatcher, &SignalWatcher::stopRequested,
+                     [] { QCoreApplication::quit(); });
+    QObject::connect(&signalWatcher, &SignalWatcher::pauseRequested, [server] { server->pause(); });
+    QObject::connect(&signalWatcher, &SignalWatcher::resumeRequested,
+                     [server] { server->resume(); });
+    if (options.runForSeconds > 0) {
+        QTimer::singleShot(std::chrono::seconds(options.runForSeconds),
+                           [] { QCoreApplication::quit(); });
+    }
+    qInfo("Host - serving '%s' on %s:%i", qUtf8Printable(options.databaseName),
+          qUtf8Printable(options.host), options.port);
+    QCoreApplication::exec();
+    server->stop();
+}
+
+void ServeCommand::giveBack()
+{
+    // What was left to deleteLater() gets no event loop any more.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    plugin.reset();
+
+    // What the names of all of this thread's connections to schemas begin with.
+    const QString mine = manager->getConnectionNameFromToken(QString());
+    const QStringList names = QSqlDatabase::connectionNames();
+    for (const QString &name : names) {
+        if (!name.startsWith(mine))
+            continue;
+        QSqlDatabase::database(name, false).close(); // the pool spares what is open
+        manager->addUnusedConnection(name);
+    }
+    manager->removeUnusedConnections();
+
+    manager.reset();
+    QSqlDatabase::removeDatabase(masterName(options.single));
+}
