@@ -2,11 +2,13 @@
 
 #include "common/freshquery.h"
 #include "common/zas.h"
+#include "db/serverconnection.h"
 #include "reports/dailyattensheet.h"
 #include "reports/reportbook.h"
 #include "reports/reportmail.h"
 #include "reports/reportquery.h"
 #include "reports/reportrun.h"
+#include "reports/reporttransaction.h"
 
 #include <QDir>
 #include <QSqlError>
@@ -32,17 +34,24 @@ DailyAttenReport::DailyAttenReport(const QSqlDatabase &db, QObject *parent)
 
 void DailyAttenReport::doWork()
 {
-    const QDateTime now = QDateTime::currentDateTime();
-    const auto due = dueReport(reportName, prefix, settings, now);
-    if (!due)
-        return;
-    uids = due->uids;
-    makeReport(due->recipients, now);
+    runWhenDue(reportName, prefix, settings, database, [this](const ReportRun &run) {
+        uids = run.settings.uids;
+        produce(run);
+    });
 }
 
 void DailyAttenReport::makeReport(const QStringList &emails, const QDateTime &now)
 {
-    const QDate today = now.date();
+    ReportRun run;
+    run.settings.recipients = emails;
+    run.now = now;
+    run.connectionId = serverConnectionId(database);
+    produce(run);
+}
+
+void DailyAttenReport::produce(const ReportRun &run)
+{
+    const QDate today = run.now.date();
     const DailyAttenOptions options = readOptions();
     const QString path = filePath(today, options.xlsx);
 
@@ -57,7 +66,7 @@ void DailyAttenReport::makeReport(const QStringList &emails, const QDateTime &no
     data.loadBranches();
     loadShiftsForMonth(today);
     if (writeWorkbook(path, options, data, *people, today))
-        mailReport(path, emails, today);
+        mailReport(path, run);
 }
 
 DailyAttenOptions DailyAttenReport::readOptions()
@@ -129,15 +138,18 @@ bool DailyAttenReport::writeRows(DailyAttenSheet &sheet, const DailyAttenData &d
     return true;
 }
 
-void DailyAttenReport::mailReport(const QString &path, const QStringList &emails,
-                                  const QDate &today)
+void DailyAttenReport::mailReport(const QString &path, const ReportRun &run)
 {
-    const MailRecord mail = makeMail(path, today);
+    const MailRecord mail = makeMail(path, run.now.date());
     if (!hasAttachment(reportName, mail))
         return;
+    ReportTransaction transaction(reportName, database, run.connectionId);
+    if (!transaction.isIntact())
+        return;
     // Without a single mail the report counts as not made, and the next tick tries again.
-    if (queueReportMail(reportName, mail, emails, database) > 0)
+    if (queueReportMail(reportName, mail, run.settings.recipients, database, transaction) > 0)
         storeLastGenerated(reportName, prefix, settings);
+    transaction.commit();
 }
 
 MailRecord DailyAttenReport::makeMail(const QString &path, const QDate &today)

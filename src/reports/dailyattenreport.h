@@ -12,6 +12,7 @@
 #include <QVariant>
 
 class DailyAttenSheet;
+struct ReportRun;
 
 /**
  * The daily attendance report: each day of the month so far, for each person, as a workbook that
@@ -53,6 +54,7 @@ public:
     unsigned dateToMonth(const QDate &date) const;
 
 private:
+    void produce(const ReportRun &run);
     DailyAttenOptions readOptions();
     QString filePath(const QDate &today, bool xlsx) const;
     bool writeWorkbook(const QString &path, const DailyAttenOptions &options,
@@ -60,7 +62,7 @@ private:
                        const QDate &today) const;
     bool writeRows(DailyAttenSheet &sheet, const DailyAttenData &data,
                    const QVector<DailyAttenPerson> &people, const QDate &today) const;
-    void mailReport(const QString &path, const QStringList &emails, const QDate &today);
+    void mailReport(const QString &path, const ReportRun &run);
 
     ZasDbSettings settings;
     QString prefix;

@@ -1,9 +1,11 @@
 #include "reports/monthlyattenreport.h"
 
+#include "db/serverconnection.h"
 #include "reports/monthlyattensheet.h"
 #include "reports/reportbook.h"
 #include "reports/reportmail.h"
 #include "reports/reportrun.h"
+#include "reports/reporttransaction.h"
 
 #include <QDir>
 
@@ -23,14 +25,22 @@ MonthlyAttenReport::MonthlyAttenReport(const QSqlDatabase &db, QObject *parent)
 
 void MonthlyAttenReport::doWork()
 {
-    const QDateTime now = QDateTime::currentDateTime();
-    if (const auto due = dueReport(reportName, prefix, settings, now))
-        makeReport(due->recipients, now);
+    runWhenDue(reportName, prefix, settings, database,
+               [this](const ReportRun &run) { produce(run); });
 }
 
 void MonthlyAttenReport::makeReport(const QStringList &emails, const QDateTime &now)
 {
-    const QDate today = now.date();
+    ReportRun run;
+    run.settings.recipients = emails;
+    run.now = now;
+    run.connectionId = serverConnectionId(database);
+    produce(run);
+}
+
+void MonthlyAttenReport::produce(const ReportRun &run)
+{
+    const QDate today = run.now.date();
     const MonthlyAttenOptions options = readOptions();
     InterruptionCatalogue catalogue;
     loadInterruptionCatalogue(database, catalogue.iidToName, catalogue.shortcutToIid,
@@ -46,7 +56,7 @@ void MonthlyAttenReport::makeReport(const QStringList &emails, const QDateTime &
     data.loadValues();
     const QString path = filePath(today);
     if (writeWorkbook(path, options, catalogue, data))
-        mailReport(path, emails, today);
+        mailReport(path, run);
 }
 
 MonthlyAttenOptions MonthlyAttenReport::readOptions()
@@ -97,15 +107,19 @@ bool MonthlyAttenReport::writeWorkbook(const QString &path, const MonthlyAttenOp
     return saveReportBook(*book, path, reportName);
 }
 
-void MonthlyAttenReport::mailReport(const QString &path, const QStringList &emails,
-                                    const QDate &today)
+void MonthlyAttenReport::mailReport(const QString &path, const ReportRun &run)
 {
-    const MailRecord mail = makeMail(path, today);
+    const MailRecord mail = makeMail(path, run.now.date());
     if (!hasAttachment(reportName, mail))
         return;
+    ReportTransaction transaction(reportName, database, run.connectionId);
+    if (!transaction.isIntact())
+        return;
     // Unlike the daily report, this one counts as made even when no mail could be queued.
-    queueReportMail(reportName, mail, emails, database);
-    storeLastGenerated(reportName, prefix, settings);
+    queueReportMail(reportName, mail, run.settings.recipients, database, transaction);
+    if (transaction.isIntact())
+        storeLastGenerated(reportName, prefix, settings);
+    transaction.commit();
 }
 
 MailRecord MonthlyAttenReport::makeMail(const QString &filePath, const QDate &today)

@@ -9,6 +9,8 @@
 #include <QHash>
 #include <QStringList>
 
+struct ReportRun;
+
 /**
  * The monthly attendance report: one row per person with the hours of the current month, as a
  * workbook that is queued as mail to every recipient.
@@ -40,11 +42,12 @@ public:
                               QHash<QString, unsigned> &shortcutToIid);
 
 private:
+    void produce(const ReportRun &run);
     MonthlyAttenOptions readOptions();
     QString filePath(const QDate &today) const;
     bool writeWorkbook(const QString &path, const MonthlyAttenOptions &options,
                        const InterruptionCatalogue &catalogue, const MonthlyAttenData &data) const;
-    void mailReport(const QString &path, const QStringList &emails, const QDate &today);
+    void mailReport(const QString &path, const ReportRun &run);
 
     ZasDbSettings settings;
     QString prefix;

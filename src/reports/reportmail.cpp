@@ -2,6 +2,7 @@
 
 #include "db/mailrepository.h"
 #include "db/zasdbsettings.h"
+#include "reports/reporttransaction.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -68,7 +69,7 @@ bool hasAttachment(const char *report, const MailRecord &mail)
 }
 
 int queueReportMail(const char *report, MailRecord mail, const QStringList &recipients,
-                    const QSqlDatabase &database)
+                    const QSqlDatabase &database, ReportTransaction &transaction)
 {
     MailRepository repository(nullptr);
     repository.setDB(database);
@@ -84,6 +85,8 @@ int queueReportMail(const char *report, MailRecord mail, const QStringList &reci
             qWarning("%s::makeReport() - mail not created!", report);
         else
             qCritical("%s::makeReport - mail not created!", report);
+        if (mid <= 0 && !transaction.isIntact())
+            return 0;
     }
     return created;
 }

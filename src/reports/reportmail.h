@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+class ReportTransaction;
+
 /// The texts in which the mails of the two reports differ.
 struct ReportMailTexts {
     const char *report; ///< the report's class, as its log lines begin
@@ -25,7 +27,7 @@ bool hasAttachment(const char *report, const MailRecord &mail);
 
 /**
  * Queues `mail` for each recipient, trimmed, blank ones skipped; logs each one that is not
- * queued and goes on. Answers how many mails were queued.
+ * queued and goes on, unless the run's connection is lost. Answers how many mails were queued.
  */
 int queueReportMail(const char *report, MailRecord mail, const QStringList &recipients,
-                    const QSqlDatabase &database);
+                    const QSqlDatabase &database, ReportTransaction &transaction);

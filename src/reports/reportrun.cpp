@@ -1,19 +1,33 @@
 #include "reports/reportrun.h"
 
 #include "db/zasdbsettings.h"
+#include "reports/reportlock.h"
 
 #include <QThread>
 
-std::optional<ReportSettings> dueReport(const char *report, const QString &prefix,
-                                        ZasDbSettings &settings, const QDateTime &now)
+void runWhenDue(const char *report, const QString &prefix, ZasDbSettings &settings,
+                const QSqlDatabase &database, const std::function<void(const ReportRun &)> &make)
 {
     qInfo("%s::doWork()", report);
-    const auto reportSettings =
-        ReportSettings::fromValues(settings.variableGetMultiple(prefix), prefix);
-    const ReportReason reason = reportReason(reportSettings, now);
+    const auto read = [&] {
+        return ReportSettings::fromValues(settings.variableGetMultiple(prefix), prefix);
+    };
+    ReportRun run{read(), QDateTime::currentDateTime()};
+    ReportReason reason = reportReason(run.settings, run.now);
     if (reason == ReportReason::NoRecipients)
         qWarning("%s - no e-mail addresses!", report);
-    return reason == ReportReason::Due ? std::make_optional(reportSettings) : std::nullopt;
+    if (reason != ReportReason::Due)
+        return;
+
+    const ReportLock lock(database, report);
+    if (!lock.mayRun())
+        return;
+    // Another host may have finished the report between the first look and the lock.
+    run.settings = read();
+    run.connectionId = lock.connectionId();
+    reason = reportReason(run.settings, run.now);
+    if (reason == ReportReason::Due)
+        make(run);
 }
 
 void storeLastGenerated(const char *report, const QString &prefix, ZasDbSettings &settings)

@@ -2,17 +2,26 @@
 
 #include "reports/reportschedule.h"
 
-#include <optional>
+#include <QSqlDatabase>
+
+#include <functional>
 
 class ZasDbSettings;
 
+/// A run of a report that is due: who gets it, at which moment, over which connection.
+struct ReportRun {
+    ReportSettings settings;
+    QDateTime now;
+    qulonglong connectionId = 0; ///< the server's number when the run began, 0 if unknown
+};
+
 /**
- * One tick of a report: its settings when it is due at `now`, none when it is not.
+ * One tick of a report: calls `make` when the report is due now and no other host is making it.
  *
  * `report` is the report's class, as its log lines begin; `prefix` that of its settings.
  */
-std::optional<ReportSettings> dueReport(const char *report, const QString &prefix,
-                                        ZasDbSettings &settings, const QDateTime &now);
+void runWhenDue(const char *report, const QString &prefix, ZasDbSettings &settings,
+                const QSqlDatabase &database, const std::function<void(const ReportRun &)> &make);
 
 /// Stores the current time as the report's "lastGenerated"; a failure is logged.
 void storeLastGenerated(const char *report, const QString &prefix, ZasDbSettings &settings);

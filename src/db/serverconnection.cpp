@@ -1,0 +1,13 @@
+#include "db/serverconnection.h"
+
+#include "common/freshquery.h"
+
+#include <QVariant>
+
+qulonglong serverConnectionId(const QSqlDatabase &database)
+{
+    QSqlQuery query = freshQuery(database);
+    return query.exec(QStringLiteral("SELECT CONNECTION_ID()")) && query.next()
+               ? query.value(0).toULongLong()
+               : 0;
+}

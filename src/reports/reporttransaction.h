@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QSqlDatabase>
+
+/**
+ * Holds the mails of one run and its "lastGenerated" together: all of them reach the database, or
+ * none. Without a commit the end of the object takes everything back.
+ *
+ * Where the driver or the tables know no transactions, each statement counts at once.
+ */
+class ReportTransaction
+{
+public:
+    /// `report` is the report's class, as its log lines begin; `connectionId` the server's number
+    /// of the connection when the run began, 0 if unknown.
+    ReportTransaction(const char *report, const QSqlDatabase &database, qulonglong connectionId);
+    ~ReportTransaction();
+    Q_DISABLE_COPY_MOVE(ReportTransaction)
+
+    /// False, with a warning, when the run has lost its connection: what was queued so far is gone
+    /// with it, and what would follow would stand alone on the new one.
+    bool isIntact();
+
+    /// False when the commit failed, which is logged.
+    bool commit();
+
+private:
+    const char *report;
+    QSqlDatabase database;
+    qulonglong connectionId;
+    bool open;
+    bool lost = false;
+};
