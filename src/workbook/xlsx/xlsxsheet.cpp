@@ -31,6 +31,7 @@ XlsxSheet::XlsxSheet(const BookData &bookData, const SheetData &sheetData,
     , styles(styleTable)
     , strings(sharedStrings)
     , zip(zipWriter)
+    , evaluator(bookData, sheetData)
 {
 }
 
@@ -174,12 +175,28 @@ void XlsxSheet::cell(const Cell &cell, std::string_view rowName)
         xml << " t=\"s\"><v>" << strings.numberOf(cell.index) << "</v></c>";
         break;
     case CellKind::Formula:
-        xml << "><f>" << book.formulas.at(cell.index) << "</f></c>";
+        formula(cell);
         break;
     case CellKind::Blank:
     case CellKind::Erased:
         xml << "/>";
     }
+}
+
+/** No value at all where it is not known: programs then calculate it, else they show what is there.
+ */
+void XlsxSheet::formula(const Cell &cell)
+{
+    const FormulaValue value = evaluator.valueOf(cell);
+    const bool isNumber = value.kind == FormulaValue::Kind::Number;
+    const bool isError = value.kind == FormulaValue::Kind::DivisionByZero ||
+                         value.kind == FormulaValue::Kind::Overflow;
+    xml << (isError ? " t=\"e\"><f>" : "><f>") << book.formulas.at(cell.index) << "</f>";
+    if (isNumber)
+        xml << "<v>" << value.number << "</v>";
+    if (isError)
+        xml << (value.kind == FormulaValue::Kind::Overflow ? "<v>#NUM!</v>" : "<v>#DIV/0!</v>");
+    xml << "</c>";
 }
 
 void XlsxSheet::printing()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "workbook/cellstore.h"
+#include "workbook/formula/evaluator.h"
 #include "workbook/model.h"
 #include "workbook/xlsx/xmltext.h"
 
@@ -33,6 +34,7 @@ private:
     void rows();
     void row(int number, const RowData *properties, CellIterator first, CellIterator last);
     void cell(const Cell &cell, std::string_view rowName);
+    void formula(const Cell &cell);
     void printing();
     void prepareNames();
 
@@ -41,6 +43,7 @@ private:
     const StyleTable &styles;
     const SharedStrings &strings;
     ZipWriter &zip;
+    Evaluator evaluator;
     XmlText xml;
     std::vector<std::string> columnTags; // "<c r=\"A", by column
     std::vector<std::string> formatTags; // " s=\"1\"", by format of the model

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <algorithm>
+#include <string_view>
+
+/** The few characters that formulas are made of, whatever the locale. */
+namespace workbook
+{
+
+constexpr bool isDigit(char16_t unit)
+{
+    return unit >= u'0' && unit <= u'9';
+}
+
+constexpr bool isLetter(char16_t unit)
+{
+    return (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z');
+}
+
+/** `unit` must be a letter. */
+constexpr char upper(char16_t unit)
+{
+    return static_cast<char>(unit >= u'a' ? unit - u'a' + u'A' : unit);
+}
+
+/** Takes what `predicate` holds for off the front of `text`. */
+template <class Predicate>
+std::u16string_view takeWhile(std::u16string_view &text, Predicate predicate)
+{
+    const auto end = std::find_if_not(text.begin(), text.end(), predicate);
+    const std::u16string_view taken = text.substr(0, static_cast<std::size_t>(end - text.begin()));
+    text.remove_prefix(taken.size());
+    return taken;
+}
+
+} // namespace workbook
