@@ -1,5 +1,6 @@
 #include "worker/autoreportworker.h"
 
+#include "db/serverconnection.h"
 #include "reports/dailyattenreport.h"
 #include "reports/monthlyattenreport.h"
 #include "worker/reportbase.h"
@@ -47,6 +48,7 @@ bool AutoReportWorker::start()
     if (!openDatabase())
         return fail();
 
+    connectionId = serverConnectionId(database);
     createReports();
     startTimer();
     active = true;
@@ -59,7 +61,7 @@ bool AutoReportWorker::start()
 
 void AutoReportWorker::activateReports()
 {
-    if (!active || !database.isOpen())
+    if (!active || !keepDatabase())
         return;
     qInfo("AutoReportWorker - activateReports() db='%s'", qUtf8Printable(database.databaseName()));
     for (ReportBase *report : qAsConst(reports)) {
@@ -121,6 +123,32 @@ bool AutoReportWorker::openDatabase()
               qUtf8Printable(config.databaseName), qUtf8Printable(config.hostName),
               qUtf8Printable(database.lastError().text()));
     return false;
+}
+
+/// Whether there is a connection to work on. One that the server has dropped is opened again, so
+/// that a worker outlives a restart of the server; one that was closed here stays closed.
+bool AutoReportWorker::keepDatabase()
+{
+    if (!database.isOpen() && !databaseLost)
+        return false;
+    if (connectionId == 0) // a server without such numbers
+        return true;
+    qulonglong current = serverConnectionId(database);
+    if (current == 0 && database.open())
+        current = serverConnectionId(database);
+    databaseLost = current == 0;
+    if (databaseLost) {
+        qWarning("AutoReportWorker::activateReports() - no connection to db='%s': %s",
+                 qUtf8Printable(config.databaseName), qUtf8Printable(database.lastError().text()));
+        return false;
+    }
+    if (current != connectionId) {
+        qWarning("AutoReportWorker::activateReports() - the connection to db='%s' was lost and "
+                 "made again",
+                 qUtf8Printable(config.databaseName));
+        connectionId = current;
+    }
+    return true;
 }
 
 void AutoReportWorker::closeDatabase()

@@ -41,13 +41,16 @@ public Q_SLOTS:
 
 private:
     bool openDatabase();
+    bool keepDatabase();
     void closeDatabase();
     void createReports();
     void startTimer();
     bool fail();
 
     AutoReportDbConfig config;
-    QSqlDatabase database; ///< invalid until `start`
+    QSqlDatabase database;       ///< invalid until `start`
+    qulonglong connectionId = 0; ///< the server's number of the connection, 0 if unknown
+    bool databaseLost = false;   ///< the server did not answer at the last tick
     QList<ReportBase *> reports;
     QTimer *timer = nullptr; ///< null until `start` has succeeded
     bool active = false;

@@ -67,6 +67,7 @@ private Q_SLOTS:
     void sheet_data();
     void sheet();
     void layout();
+    void formulaResults();
     void mailAndBookkeeping();
     void countsAsMadeWithoutMail();
     void survivesFailedQueries_data();
@@ -229,6 +230,23 @@ void TestMonthlyReport::layout()
         QVERIFY(!widths.contains(column));
     QCOMPARE(sheet.value("rowHeights").toObject().value("1").toDouble(), 16.0);
     QVERIFY(!sheet.value("showGridLines").toBool() && sheet.value("printGridLines").toBool());
+}
+
+/// What the file says the formulas amount to, for readers that do not calculate.
+void TestMonthlyReport::formulaResults()
+{
+    const QDate month(2024, 10, 1);
+    fillSchema(bench->schema, month);
+    makeReport(month);
+    const QJsonObject cells = readSheet(file(month)).value("cells").toObject();
+    const auto result = [&cells](const char *cell) {
+        return cells.value(cell).toObject().value("cached");
+    };
+    QCOMPARE(result("L2"), QJsonValue(5));
+    QCOMPARE(result("M2"), QJsonValue(165 / 1.6));
+    QCOMPARE(result("O2"), QJsonValue(0));
+    QCOMPARE(result("L4"), QJsonValue(-10));
+    QCOMPARE(result("L5"), QJsonValue(0));
 }
 
 void TestMonthlyReport::mailAndBookkeeping()
