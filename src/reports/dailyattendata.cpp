@@ -73,7 +73,7 @@ DailyAttenRow DailyAttenData::row(const DailyAttenPerson &person, const AttenDay
     DailyAttenRow row;
     row.dayOfMonth = day.dayOfMonth;
     readAttendance(uid, day, row);
-    row.overtime = overtime(uid, day);
+    readOvertime(uid, day, row);
     readCorrections(uid, day, row);
     if (options.interruptions)
         readInterruptions(uid, day, row);
@@ -89,15 +89,14 @@ void DailyAttenData::readAttendance(const QString &uid, const AttenDay &day,
                        "AND (a.date >= %2 AND a.date < %3)")
             .arg(uid, day.start, day.end);
     QSqlQuery query = freshQuery(database);
-    if (!runOrWarn(query, statement, "DailyAttenReport::makeReport() atten SQL error:"))
-        return;
+    row.complete &= runOrWarn(query, statement, "DailyAttenReport::makeReport() atten SQL error:");
     while (query.next()) {
         row.worked = query.value(1).toDouble();
         row.unworked = query.value(0).toDouble() - row.worked;
     }
 }
 
-double DailyAttenData::overtime(const QString &uid, const AttenDay &day) const
+void DailyAttenData::readOvertime(const QString &uid, const AttenDay &day, DailyAttenRow &row) const
 {
     const QString statement =
         options.advancedOvertime
@@ -108,12 +107,10 @@ double DailyAttenData::overtime(const QString &uid, const AttenDay &day) const
                              "(diff > 0) AND (ok > 0) AND (at.uid=%2)")
                   .arg(day.start, uid);
     QSqlQuery query = freshQuery(database);
-    double seconds = 0;
-    if (runOrWarn(query, statement, "DailyAttenReport::makeReport() overtime SQL error:")) {
-        while (query.next())
-            seconds = query.value(2).toDouble();
-    }
-    return seconds;
+    row.complete &=
+        runOrWarn(query, statement, "DailyAttenReport::makeReport() overtime SQL error:");
+    while (query.next())
+        row.overtime = query.value(2).toDouble();
 }
 
 void DailyAttenData::readCorrections(const QString &uid, const AttenDay &day,
@@ -125,8 +122,8 @@ void DailyAttenData::readCorrections(const QString &uid, const AttenDay &day,
                        "1004)")
             .arg(uid, day.start, day.end);
     QSqlQuery query = freshQuery(database);
-    if (!runOrWarn(query, statement, "DailyAttenReport::makeReport() pseudo inters SQL error:"))
-        return;
+    row.complete &=
+        runOrWarn(query, statement, "DailyAttenReport::makeReport() pseudo inters SQL error:");
     while (query.next()) {
         const double seconds = query.value(1).toDouble();
         switch (query.value(0).toInt()) {
@@ -156,8 +153,7 @@ void DailyAttenData::readInterruptions(const QString &uid, const AttenDay &day,
                        "(ad.iid > 1) AND del = 0")
             .arg(uid, day.start, day.end);
     QSqlQuery query = freshQuery(database);
-    if (!runOrWarn(query, statement, "DailyAttenReport::makeReport() inters SQL error:"))
-        return;
+    row.complete &= runOrWarn(query, statement, "DailyAttenReport::makeReport() inters SQL error:");
     while (query.next()) {
         InterruptionTotal &total = row.interruptions[query.value(2).toString()];
         total.seconds += query.value(1).toDouble();

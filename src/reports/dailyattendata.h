@@ -51,7 +51,7 @@ public:
 
 private:
     void readAttendance(const QString &uid, const AttenDay &day, DailyAttenRow &row) const;
-    double overtime(const QString &uid, const AttenDay &day) const;
+    void readOvertime(const QString &uid, const AttenDay &day, DailyAttenRow &row) const;
     void readCorrections(const QString &uid, const AttenDay &day, DailyAttenRow &row) const;
     void readInterruptions(const QString &uid, const AttenDay &day, DailyAttenRow &row) const;
     QString centre(const DailyAttenPerson &person) const;

@@ -65,7 +65,7 @@ void DailyAttenReport::produce(const ReportRun &run)
     }
     data.loadBranches();
     loadShiftsForMonth(today);
-    if (writeWorkbook(path, options, data, *people, today))
+    if (writeWorkbook(path, options, data, *people, run))
         mailReport(path, run);
 }
 
@@ -101,7 +101,7 @@ QString DailyAttenReport::filePath(const QDate &today, bool xlsx) const
 bool DailyAttenReport::writeWorkbook(const QString &path, const DailyAttenOptions &options,
                                      const DailyAttenData &data,
                                      const QVector<DailyAttenPerson> &people,
-                                     const QDate &today) const
+                                     const ReportRun &run) const
 {
     const ReportBook book(options.xlsx ? xlCreateXMLBookW() : xlCreateBookW());
     if (!book) {
@@ -111,26 +111,31 @@ bool DailyAttenReport::writeWorkbook(const QString &path, const DailyAttenOption
     setUpReportBook(*book, reportName);
 
     DailyAttenSheet sheet(*book, options);
-    if (!sheet.begin(tr("Denný report doch. %1").arg(today.toString(QStringLiteral("MM-yyyy"))))) {
+    if (!sheet.begin(
+            tr("Denný report doch. %1").arg(run.now.date().toString(QStringLiteral("MM-yyyy"))))) {
         qCritical("DailyAttenReport - addSheet failed!");
         return false;
     }
-    if (!writeRows(sheet, data, people, today))
+    if (!writeRows(sheet, data, people, run))
         return false;
     sheet.finish();
     return saveReportBook(*book, path, reportName);
 }
 
-/// False when the thread was asked to stop: a stop must not wait for the end of a long report.
+/// False when there is no point in going on: the thread is to stop, or the connection is lost.
 bool DailyAttenReport::writeRows(DailyAttenSheet &sheet, const DailyAttenData &data,
-                                 const QVector<DailyAttenPerson> &people, const QDate &today) const
+                                 const QVector<DailyAttenPerson> &people,
+                                 const ReportRun &run) const
 {
+    const QDate today = run.now.date();
     for (int dayOfMonth = 1; dayOfMonth <= today.day(); ++dayOfMonth) {
         const AttenDay day(QDate(today.year(), today.month(), dayOfMonth));
         for (const DailyAttenPerson &person : people) {
             if (isInterrupted(reportName))
                 return false;
             DailyAttenRow row = data.row(person, day);
+            if (!row.complete && isConnectionLost(reportName, database, run.connectionId))
+                return false;
             row.shift = shiftFor(static_cast<int>(person.uid), dayOfMonth);
             sheet.writeRow(person, row);
         }

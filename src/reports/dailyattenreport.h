@@ -59,9 +59,9 @@ private:
     QString filePath(const QDate &today, bool xlsx) const;
     bool writeWorkbook(const QString &path, const DailyAttenOptions &options,
                        const DailyAttenData &data, const QVector<DailyAttenPerson> &people,
-                       const QDate &today) const;
+                       const ReportRun &run) const;
     bool writeRows(DailyAttenSheet &sheet, const DailyAttenData &data,
-                   const QVector<DailyAttenPerson> &people, const QDate &today) const;
+                   const QVector<DailyAttenPerson> &people, const ReportRun &run) const;
     void mailReport(const QString &path, const ReportRun &run);
 
     ZasDbSettings settings;

@@ -32,4 +32,5 @@ struct DailyAttenRow {
     double moved = 0;
     double penalty = 0;
     QMap<QString, InterruptionTotal> interruptions; ///< by shortcut
+    bool complete = true; ///< false when a query failed, so that values may be missing
 };

@@ -1,5 +1,6 @@
 #include "reports/reportrun.h"
 
+#include "db/serverconnection.h"
 #include "db/zasdbsettings.h"
 #include "reports/reportlock.h"
 
@@ -42,5 +43,13 @@ bool isInterrupted(const char *report)
     if (!QThread::currentThread()->isInterruptionRequested())
         return false;
     qWarning("%s::makeReport() - interrupted, nothing saved and no mail!", report);
+    return true;
+}
+
+bool isConnectionLost(const char *report, const QSqlDatabase &database, qulonglong connectionId)
+{
+    if (connectionId == 0 || serverConnectionId(database) == connectionId)
+        return false;
+    qWarning("%s::makeReport() - database connection lost, no mail queued!", report);
     return true;
 }

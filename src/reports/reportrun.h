@@ -29,3 +29,7 @@ void storeLastGenerated(const char *report, const QString &prefix, ZasDbSettings
 /// True, with a warning, when the thread was asked to stop: a report in the making then ends like
 /// a failed one, so that a stop need not wait for it.
 bool isInterrupted(const char *report);
+
+/// True, with a warning, when the run no longer has the connection that it began on. What was
+/// queued over that one is gone, and what would follow would stand alone on another.
+bool isConnectionLost(const char *report, const QSqlDatabase &database, qulonglong connectionId);

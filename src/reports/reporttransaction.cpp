@@ -1,6 +1,6 @@
 #include "reports/reporttransaction.h"
 
-#include "db/serverconnection.h"
+#include "reports/reportrun.h"
 
 #include <QSqlError>
 
@@ -21,11 +21,8 @@ ReportTransaction::~ReportTransaction()
 
 bool ReportTransaction::isIntact()
 {
-    if (lost || connectionId == 0 || serverConnectionId(database) == connectionId)
-        return !lost;
-    lost = true;
-    qWarning("%s::makeReport() - database connection lost, no mail queued!", report);
-    return false;
+    lost = lost || isConnectionLost(report, database, connectionId);
+    return !lost;
 }
 
 bool ReportTransaction::commit()

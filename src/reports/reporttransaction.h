@@ -17,8 +17,7 @@ public:
     ~ReportTransaction();
     Q_DISABLE_COPY_MOVE(ReportTransaction)
 
-    /// False, with a warning, when the run has lost its connection: what was queued so far is gone
-    /// with it, and what would follow would stand alone on the new one.
+    /// False, with one warning, when the run has lost its connection.
     bool isIntact();
 
     /// False when the commit failed, which is logged.
