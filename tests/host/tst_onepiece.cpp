@@ -1,0 +1,147 @@
+#include "reports/dailyattenreport.h"
+
+#include "support/logcapture.h"
+#include "support/reportbench.h"
+#include "support/testhost.h"
+
+#include <QProcess>
+#include <QTest>
+
+#include <memory>
+#include <thread>
+#include <vector>
+
+namespace
+{
+
+constexpr int patienceMs = 60000;
+constexpr int recipients = 8;
+
+} // namespace
+
+/// All of a run reaches the database, or nothing; and one host makes it, not two.
+class TestOnePiece : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void killedAtAnyMoment();
+    void refusedMailTakesNoOtherAlong();
+    void twoHosts();
+};
+
+namespace
+{
+
+std::unique_ptr<QProcess> startHost(const QString &schema)
+{
+    auto host = std::make_unique<QProcess>();
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("AUTOREPORT_DB_PASSWORD", TestServer::password());
+    host->setProcessEnvironment(environment);
+    host->start(AUTOREPORT_PROGRAM, {"serve", "--single", "--db-host", TestServer::host(),
+                                     "--db-port", QString::number(TestServer::port()), "--db-user",
+                                     TestServer::user(), "--db-name", schema});
+    return host;
+}
+
+QString recipientList()
+{
+    QStringList list;
+    for (int i = 1; i <= recipients; ++i)
+        list << QString("r%1@firma.sk").arg(i);
+    return list.join(',');
+}
+
+} // namespace
+
+void TestOnePiece::killedAtAnyMoment()
+{
+    ReportBench bench;
+    addPeople(bench.schema, 3);
+    enableDailyReport(bench.schema, recipientList());
+    // Slow enough for the kill to fall between any two mails.
+    bench.schema.exec("CREATE TRIGGER slow AFTER INSERT ON emails FOR EACH ROW DO SLEEP(0.03)");
+    const auto inserting = [&bench] {
+        return bench.schema
+            .value("SELECT COUNT(*) FROM information_schema.processlist WHERE state = 'User sleep'")
+            .toInt();
+    };
+    int killedWithoutTrace = 0;
+    for (int moment = 0; moment < 20; ++moment) {
+        bench.schema.exec("DELETE FROM emails");
+        bench.schema.exec("DELETE FROM vars WHERE name LIKE '%lastGenerated'");
+        auto host = startHost(bench.schema.name());
+        QTRY_VERIFY_WITH_TIMEOUT(inserting() == 1, patienceMs);
+        QTest::qWait(moment * 15); // the moments are what this test is about
+        host->kill();
+        QVERIFY(host->waitForFinished(patienceMs));
+
+        QTRY_COMPARE_WITH_TIMEOUT(inserting(), 0, patienceMs); // the server notices, too
+        const int queued = bench.mails();
+        QVERIFY2(queued == 0 || queued == recipients, qPrintable(QString::number(queued)));
+        QCOMPARE(bench.lastGenerated("DailyAtten").isValid(), queued == recipients);
+        killedWithoutTrace += queued == 0 ? 1 : 0;
+
+        host = startHost(bench.schema.name());
+        QTRY_VERIFY_WITH_TIMEOUT(bench.lastGenerated("DailyAtten").isValid(), patienceMs);
+        host->terminate();
+        QVERIFY(host->waitForFinished(patienceMs));
+        const auto perRecipient =
+            bench.schema.rows("SELECT COUNT(*), COUNT(DISTINCT `to`) FROM emails");
+        QCOMPARE(perRecipient.at(0), QVariantList({recipients, recipients}));
+    }
+    QVERIFY2(killedWithoutTrace > 5, qPrintable(QString::number(killedWithoutTrace)));
+}
+
+void TestOnePiece::refusedMailTakesNoOtherAlong()
+{
+    ReportBench bench;
+    addPeople(bench.schema, 1);
+    bench.schema.exec("CREATE TRIGGER refuse BEFORE INSERT ON emails FOR EACH ROW IF NEW.`to` = "
+                      "'r2@firma.sk' THEN SIGNAL SQLSTATE '45000'; END IF");
+    DailyAttenReport(bench.database, nullptr)
+        .makeReport(recipientList().split(','), QDateTime::currentDateTime());
+    QCOMPARE(bench.mails(), recipients - 1);
+    QVERIFY(bench.lastGenerated("DailyAtten").isValid());
+    QCOMPARE(bench.log.count(QtWarningMsg, "DailyAttenReport::makeReport() - mail not created!"),
+             1);
+}
+
+void TestOnePiece::twoHosts()
+{
+    constexpr int schemas = 50;
+    constexpr int rounds = 20;
+    ReportBench bench; // the log and the temporary directory
+    std::vector<std::unique_ptr<TestDatabase>> databases;
+    for (int i = 0; i < schemas; ++i) {
+        databases.push_back(std::make_unique<TestDatabase>(TestDatabase::Tables::Schema));
+        addPeople(*databases.back(), 1);
+        enableDailyReport(*databases.back(), "a@firma.sk");
+    }
+    const auto host = [&databases](const QString &name) {
+        for (const auto &schema : databases) {
+            {
+                QSqlDatabase db = TestServer::addConnection(name, schema->name());
+                if (db.open())
+                    DailyAttenReport(db, nullptr).doWork();
+            }
+            QSqlDatabase::removeDatabase(name);
+        }
+    };
+    for (int round = 0; round < rounds; ++round) {
+        std::thread first(host, "first");
+        std::thread second(host, "second");
+        first.join();
+        second.join();
+        for (const auto &schema : databases) {
+            QCOMPARE(schema->value("SELECT COUNT(*) FROM emails").toInt(), 1);
+            schema->exec("DELETE FROM emails");
+            schema->exec("DELETE FROM vars WHERE name LIKE '%lastGenerated'");
+        }
+    }
+    QCOMPARE(bench.log.count(QtInfoMsg, "DailyAttenReport::doWork()"), 2 * rounds * schemas);
+}
+
+QTEST_GUILESS_MAIN(TestOnePiece)
+#include "tst_onepiece.moc"
