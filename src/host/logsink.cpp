@@ -1,16 +1,23 @@
 #include "host/logsink.h"
 
+#include "host/logrepeats.h"
+
 #include <QDateTime>
+#include <QElapsedTimer>
 #include <QString>
 
-#include <atomic>
+#include <mutex>
 
 #include <unistd.h>
 
 namespace
 {
 
-std::atomic<bool> debugShown{false};
+std::mutex lock; // guards what follows; each line is written with it held
+bool everythingShown = false;
+QElapsedTimer sinceInstalled;
+LogRepeats warnings;
+LogRepeats criticals;
 
 QString levelName(QtMsgType type)
 {
@@ -29,10 +36,8 @@ QString levelName(QtMsgType type)
     return QStringLiteral("FATAL");
 }
 
-void handle(QtMsgType type, const QMessageLogContext &, const QString &message)
+void write(QtMsgType type, const QString &message)
 {
-    if (type == QtDebugMsg && !debugShown)
-        return;
     QString text = message;
     text.replace(QLatin1Char('\n'), QLatin1String(" | ")); // one message stays one line
     const QString time =
@@ -43,10 +48,39 @@ void handle(QtMsgType type, const QMessageLogContext &, const QString &message)
         ::write(STDERR_FILENO, line.constData(), static_cast<size_t>(line.size()));
 }
 
+void writeSummaries(QtMsgType type, LogRepeats &repeats)
+{
+    const QStringList summaries = repeats.takeSummaries(sinceInstalled.elapsed());
+    for (const QString &summary : summaries)
+        write(type, summary);
+}
+
+bool isShown(QtMsgType type, const QString &message)
+{
+    if (everythingShown)
+        return true;
+    if (type == QtWarningMsg)
+        return warnings.isShown(message, sinceInstalled.elapsed());
+    if (type == QtCriticalMsg)
+        return criticals.isShown(message, sinceInstalled.elapsed());
+    return type != QtDebugMsg;
+}
+
+void handle(QtMsgType type, const QMessageLogContext &, const QString &message)
+{
+    const std::lock_guard guard(lock);
+    // Workers log with every tick, so that no timer is needed for these.
+    writeSummaries(QtWarningMsg, warnings);
+    writeSummaries(QtCriticalMsg, criticals);
+    if (isShown(type, message))
+        write(type, message);
+}
+
 } // namespace
 
-void LogSink::install(bool showDebug)
+void LogSink::install(bool showEverything)
 {
-    debugShown = showDebug;
+    everythingShown = showEverything;
+    sinceInstalled.start();
     qInstallMessageHandler(handle);
 }

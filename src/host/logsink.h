@@ -8,7 +8,11 @@
 namespace LogSink
 {
 
-/// From now on; for the whole process. Debug messages are dropped unless `showDebug`.
-void install(bool showDebug);
+/**
+ * From now on; for the whole process. Unless everything is to be shown, debug messages are dropped
+ * and a warning or critical line that comes again in the same words is shown once an hour, with
+ * its count.
+ */
+void install(bool showEverything);
 
 } // namespace LogSink

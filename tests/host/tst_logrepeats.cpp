@@ -1,0 +1,47 @@
+#include "host/logrepeats.h"
+
+#include <QTest>
+
+class TestLogRepeats : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyMinute();
+    void backAfterSilence();
+};
+
+/// A fault that comes back with every tick for three hours, and another one once.
+void TestLogRepeats::everyMinute()
+{
+    constexpr qint64 minuteMs = 60000;
+    LogRepeats repeats;
+    int shown = 0;
+    QStringList summaries;
+    for (int minute = 0; minute <= 180; ++minute) {
+        summaries += repeats.takeSummaries(minute * minuteMs);
+        shown += repeats.isShown("queue full", minute * minuteMs) ? 1 : 0;
+        if (minute == 30)
+            QVERIFY(repeats.isShown("no people", minute * minuteMs));
+    }
+    QCOMPARE(shown, 1);
+    QCOMPARE(summaries, QStringList({"queue full (59 times in the last hour)",
+                                     "queue full (60 times in the last hour)",
+                                     "queue full (60 times in the last hour)"}));
+}
+
+void TestLogRepeats::backAfterSilence()
+{
+    constexpr qint64 hourMs = 3600000;
+    LogRepeats repeats;
+    QVERIFY(repeats.isShown("lost", 0));
+    QVERIFY(!repeats.isShown("lost", hourMs - 1));
+    QCOMPARE(repeats.takeSummaries(hourMs - 1), QStringList());
+    QCOMPARE(repeats.takeSummaries(hourMs), QStringList("lost (1 times in the last hour)"));
+    QCOMPARE(repeats.takeSummaries(9 * hourMs), QStringList());
+    QVERIFY(repeats.isShown("lost", 9 * hourMs));
+    QVERIFY(!repeats.isShown("lost", 10 * hourMs - 1));
+}
+
+QTEST_APPLESS_MAIN(TestLogRepeats)
+#include "tst_logrepeats.moc"
