@@ -24,7 +24,7 @@ bool DBManager::queryInfo(const QString &sql, const QString &failure, const Read
     if (!checkOpenDB(infoDatabase))
         return false;
     bool ran = false;
-    { // the query must be gone before the database is closed: the rows are still on their way
+    { // the query must be gone before the database is closed
         QSqlQuery query = freshQuery(infoDatabase);
         ran = query.exec(sql);
         if (ran)

@@ -20,7 +20,14 @@ constexpr unsigned long threadEndTimeoutMs = 10000;
 AutoReport::AutoReport(QObject *parent)
     : QObject(parent)
     , timer(new QTimer(this))
+    , firstScan(new QTimer(this))
 {
+    firstScan->setSingleShot(true);
+    firstScan->setInterval(firstScanDelayMs);
+    connect(firstScan, &QTimer::timeout, this, [this] {
+        firstScanPending = false;
+        checkSchemas();
+    });
 }
 
 AutoReport::~AutoReport()
@@ -67,7 +74,8 @@ bool AutoReport::startScanning()
     connect(timer, &QTimer::timeout, this, &AutoReport::handleTimer, Qt::UniqueConnection);
     timer->setInterval(interval);
     timer->start();
-    QTimer::singleShot(firstScanDelayMs, this, &AutoReport::checkSchemas);
+    firstScanPending = true;
+    firstScan->start();
     return true;
 }
 
@@ -87,6 +95,7 @@ void AutoReport::stop()
 {
     qInfo("AutoReport - STOP");
     timer->stop();
+    firstScan->stop();
     stopAllWorkers();
     if (singleWorker) {
         singleWorker->stop();
@@ -99,6 +108,7 @@ void AutoReport::pause()
 {
     qInfo("AutoReport - PAUSE");
     timer->stop();
+    firstScan->stop();
     if (singleWorker)
         singleWorker->pause();
     postToWorkers("pause");
@@ -107,8 +117,11 @@ void AutoReport::pause()
 void AutoReport::resume()
 {
     qInfo("AutoReport - RESUME");
-    if (infoDb && started)
+    if (infoDb && started) {
         timer->start(interval);
+        if (firstScanPending)
+            firstScan->start();
+    }
     if (singleWorker)
         singleWorker->resume();
     postToWorkers("resume");

@@ -68,6 +68,8 @@ private:
     QString addressText() const;
 
     QTimer *timer;
+    QTimer *firstScan; ///< single shot; its scan is made up for when a pause came before
+    bool firstScanPending = false;
     int interval = 0; ///< milliseconds between two scans; 0 until `start`
     bool started = false;
     bool infoDb = false; ///< the mode that `start` found

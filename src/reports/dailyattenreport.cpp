@@ -152,7 +152,9 @@ void DailyAttenReport::mailReport(const QString &path, const ReportRun &run)
     if (!transaction.isIntact())
         return;
     // Without a single mail the report counts as not made, and the next tick tries again.
-    if (queueReportMail(reportName, mail, run.settings.recipients, database, transaction) > 0)
+    const int created =
+        queueReportMail(reportName, mail, run.settings.recipients, database, transaction);
+    if (created > 0 && transaction.isIntact())
         storeLastGenerated(reportName, prefix, settings);
     transaction.commit();
 }

@@ -6,7 +6,7 @@
 class QSqlQuery;
 
 /**
- * Runs `statement` on a fresh query. A failure is logged as `failure`, the whole
+ * Runs `statement`. A failure is logged as `failure`, the whole
  * beginning of the log line, followed by the driver's text: as a warning, for the queries that a
  * report survives, or as critical, for the one that ends it.
  */

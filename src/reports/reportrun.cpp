@@ -21,8 +21,10 @@ void runWhenDue(const char *report, const QString &prefix, ZasDbSettings &settin
         return;
 
     const ReportLock lock(database, report);
-    if (!lock.mayRun())
+    if (!lock.mayRun()) {
+        qInfo("%s::doWork() - another host is making this report", report);
         return;
+    }
     // Another host may have finished the report between the first look and the lock.
     run.settings = read();
     run.connectionId = lock.connectionId();

@@ -54,7 +54,7 @@ QDateTime scheduledMoment(const QDate &date, const QTime &time)
     // The clock was changed earlier this day. No such moment: the first one after the gap.
     QDateTime moment(date, time);
     QTime minute(time.hour(), time.minute());
-    while (!moment.isValid() && minute.isValid()) {
+    while (!moment.isValid() && minute < QTime(23, 59)) {
         minute = minute.addSecs(secondsPerMinute);
         moment = QDateTime(date, minute);
     }

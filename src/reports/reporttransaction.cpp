@@ -1,5 +1,6 @@
 #include "reports/reporttransaction.h"
 
+#include "common/freshquery.h"
 #include "reports/reportrun.h"
 
 #include <QSqlError>
@@ -9,7 +10,7 @@ ReportTransaction::ReportTransaction(const char *reportName, const QSqlDatabase 
     : report(reportName)
     , database(db)
     , connectionId(serverConnection)
-    , open(database.transaction())
+    , open(database.transaction() && setSavepoint())
 {
 }
 
@@ -21,8 +22,25 @@ ReportTransaction::~ReportTransaction()
 
 bool ReportTransaction::isIntact()
 {
-    lost = lost || isConnectionLost(report, database, connectionId);
+    lost = lost || isConnectionLost(report, database, connectionId) || isRolledBack();
     return !lost;
+}
+
+bool ReportTransaction::setSavepoint()
+{
+    return freshQuery(database).exec(QStringLiteral("SAVEPOINT report"));
+}
+
+/// A savepoint goes with its transaction: where it is gone, whatever follows would stand alone.
+bool ReportTransaction::isRolledBack()
+{
+    if (!open)
+        return false;
+    if (freshQuery(database).exec(QStringLiteral("RELEASE SAVEPOINT report")) && setSavepoint())
+        return false;
+    qWarning("%s::makeReport() - the server took the mails of this run back, no mail queued!",
+             report);
+    return true;
 }
 
 bool ReportTransaction::commit()

@@ -17,13 +17,17 @@ public:
     ~ReportTransaction();
     Q_DISABLE_COPY_MOVE(ReportTransaction)
 
-    /// False, with one warning, when the run has lost its connection.
+    /// False, with one warning, when the run has lost its connection, or when the server took the
+    /// transaction back by itself, as it does to end a deadlock.
     bool isIntact();
 
     /// False when the commit failed, which is logged.
     bool commit();
 
 private:
+    bool setSavepoint();
+    bool isRolledBack();
+
     const char *report;
     QSqlDatabase database;
     qulonglong connectionId;

@@ -133,7 +133,7 @@ bool AutoReportWorker::keepDatabase()
         return false;
     if (connectionId == 0) // a server without such numbers
         return true;
-    qulonglong current = serverConnectionId(database);
+    qulonglong current = database.isOpen() ? serverConnectionId(database) : 0;
     if (current == 0 && database.open())
         current = serverConnectionId(database);
     databaseLost = current == 0;

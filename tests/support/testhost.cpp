@@ -1,5 +1,7 @@
 #include "support/testhost.h"
 
+#include <QDate>
+
 namespace
 {
 
@@ -64,4 +66,10 @@ void addPeople(const TestDatabase &schema, int count)
     schema.exec(QStringLiteral("INSERT INTO people (uid, pid, name, surname) SELECT seq, seq + "
                                "100, 'Ján', CONCAT('Priezvisko', seq) FROM seq_1_to_%1")
                     .arg(count));
+}
+
+int peopleForSeconds()
+{
+    constexpr int rows = 21000;
+    return rows / QDate::currentDate().day();
 }

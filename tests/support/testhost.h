@@ -38,3 +38,6 @@ void enableDailyReport(const TestDatabase &schema, const QString &recipients = Q
 
 /// Adds active people with the uids 1 to `count`.
 void addPeople(const TestDatabase &schema, int count);
+
+/// So many people that a daily report of today takes seconds, early in a month too.
+int peopleForSeconds();

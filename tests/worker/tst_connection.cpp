@@ -1,3 +1,4 @@
+#include "plugin/workerhandle.h"
 #include "worker/autoreportworker.h"
 
 #include "support/connectionguard.h"
@@ -5,6 +6,7 @@
 #include "support/testhost.h"
 
 #include <QProcess>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
@@ -142,14 +144,26 @@ void TestConnection::lostDuringRun()
     QFETCH(QString, where);
     QFETCH(QString, options);
     const bool queueing = where == "first mail";
-    addPeople(*schema, queueing ? 2 : 400);
+    addPeople(*schema, queueing ? 2 : peopleForSeconds());
     if (queueing)
         schema->exec("CREATE TRIGGER slow AFTER INSERT ON emails FOR EACH ROW DO SLEEP(0.5)");
     auto *worker = new AutoReportWorker(config(options), nullptr);
     QThread thread;
+    WorkerHandle handle(worker);
+    const auto end = qScopeGuard([&] {
+        handle.post("stop");
+        thread.wait();
+    });
     worker->moveToThread(&thread);
     connect(&thread, &QThread::started, worker, &AutoReportWorker::start);
     connect(worker, &AutoReportWorker::finished, worker, &QObject::deleteLater);
+    connect(
+        worker, &AutoReportWorker::finished, worker,
+        [&] {
+            handle.clear();
+            thread.quit();
+        },
+        Qt::DirectConnection);
     thread.start();
     if (queueing) {
         QTRY_COMPARE_WITH_TIMEOUT(
@@ -167,12 +181,9 @@ void TestConnection::lostDuringRun()
     QVERIFY(!schema->value("SELECT 1 FROM vars WHERE name LIKE 'autoReport.%.lastGenerated'")
                  .isValid());
 
-    QMetaObject::invokeMethod(worker, "activateReports", Qt::QueuedConnection);
+    handle.post("activateReports");
     QTRY_COMPARE_WITH_TIMEOUT(mails(), 2, patienceMs);
     QCOMPARE(logged("was lost and made again"), 1);
-    QMetaObject::invokeMethod(worker, "stop", Qt::BlockingQueuedConnection);
-    thread.quit();
-    QVERIFY(thread.wait(patienceMs));
 }
 
 QTEST_GUILESS_MAIN(TestConnection)
