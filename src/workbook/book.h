@@ -80,5 +80,5 @@ protected:
 /** A new, empty book that is saved as Office Open XML (.xlsx); null when memory is short. */
 libxl::IBookT<wchar_t> *xlCreateXMLBookW();
 
-/** A new, empty binary book (.xls). This build writes no binary books yet: always null. */
+/** The same for a binary book (.xls, as of Excel 97). */
 libxl::IBookT<wchar_t> *xlCreateBookW();

@@ -153,13 +153,18 @@ void BookImpl::release()
 
 } // namespace workbook
 
-libxl::IBookT<wchar_t> *xlCreateXMLBookW()
+static libxl::IBookT<wchar_t> *newBook(const workbook::FileFormat &format)
 {
     return workbook::guarded<libxl::IBookT<wchar_t> *>(
-        nullptr, [] { return new workbook::BookImpl(workbook::xlsxFormat); });
+        nullptr, [&] { return new workbook::BookImpl(format); });
+}
+
+libxl::IBookT<wchar_t> *xlCreateXMLBookW()
+{
+    return newBook(workbook::xlsxFormat);
 }
 
 libxl::IBookT<wchar_t> *xlCreateBookW()
 {
-    return nullptr;
+    return newBook(workbook::xlsFormat);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cstddef>
+#include <string_view>
 
 namespace workbook
 {
@@ -16,9 +16,11 @@ struct BookData;
 struct FileFormat {
     int rows;
     int columns;
+    bool (*acceptsFormula)(std::u16string_view text);
     void (*write)(const BookData &book, ByteSink &sink);
 };
 
 extern const FileFormat xlsxFormat;
+extern const FileFormat xlsFormat;
 
 } // namespace workbook

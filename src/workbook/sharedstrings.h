@@ -16,8 +16,10 @@ struct BookData;
 class SharedStrings
 {
 public:
-    /** The cells of `book` must be sorted. */
-    explicit SharedStrings(const BookData &book);
+    enum class Empty { Kept, LeftOut };
+
+    /** The cells of `book` must be sorted. `empty` says whether empty text is a string. */
+    SharedStrings(const BookData &book, Empty empty);
 
     /** Indexes of the book's string table, in the order of the file. */
     [[nodiscard]] const std::vector<std::uint32_t> &used() const { return order; }

@@ -40,6 +40,8 @@ public:
     /**
      * Writes a formula in A1 notation, with English function names, up to 8,192 UTF-16 units;
      * a leading "=" may be there. Spreadsheet programs calculate it when they open the file.
+     * A binary book takes what it can translate: cells of the same sheet, ranges, numbers, texts,
+     * all operators, and the functions SUM, AVERAGE, MIN, MAX, COUNT, IF, ROUND and ABS.
      */
     virtual bool writeFormula(int row, int col, const Char *expr,
                               IFormatT<Char> *format = nullptr) = 0;

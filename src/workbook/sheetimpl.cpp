@@ -104,7 +104,8 @@ bool SheetImpl::writeFormula(int row, int col, const wchar_t *expr,
             return false;
         if (!scratch.empty() && scratch.front() == u'=')
             scratch.erase(0, 1);
-        if (scratch.empty() || scratch.size() > maxFormulaUnits)
+        if (scratch.empty() || scratch.size() > maxFormulaUnits ||
+            !fileFormat.acceptsFormula(scratch))
             return false;
         cell.kindCode = static_cast<unsigned>(CellKind::Formula) & 0xFU;
         cell.index = book.formulas.intern(scratch);

@@ -2,15 +2,13 @@
 
 #include <algorithm>
 
+namespace workbook
+{
+
 namespace
 {
 
 constexpr char32_t replacement = 0xFFFD;
-
-constexpr bool isHighSurrogate(char32_t unit)
-{
-    return unit >= 0xD800 && unit <= 0xDBFF;
-}
 
 constexpr bool isLowSurrogate(char32_t unit)
 {
@@ -32,7 +30,7 @@ void appendUtf16(std::u16string &units, char32_t point)
     units += static_cast<char16_t>(0xDC00U + (point & 0x3FFU));
 }
 
-void appendUtf8(std::string &out, char32_t point)
+void appendPoint(std::string &out, char32_t point)
 {
     const auto tail = [&out](char32_t bits) {
         out += static_cast<char>(0x80U | (bits & 0x3FU));
@@ -88,9 +86,6 @@ char16_t fold(char16_t unit)
 
 } // namespace
 
-namespace workbook
-{
-
 bool readText(const wchar_t *text, std::size_t maxUnits, std::u16string &units)
 {
     units.clear();
@@ -131,7 +126,7 @@ void appendUtf8(std::string &out, std::u16string_view text)
 {
     for (std::size_t i = 0; i < text.size(); ++i) {
         const bool pair = isHighSurrogate(text[i]) && i + 1 < text.size();
-        ::appendUtf8(out, pair ? joined(text[i], text[i + 1]) : text[i]);
+        appendPoint(out, pair ? joined(text[i], text[i + 1]) : text[i]);
         i += pair ? 1 : 0;
     }
 }

@@ -20,6 +20,12 @@ bool isXmlText(std::u16string_view text);
 /** True when the text holds no control character at all. */
 bool isPlainLine(std::u16string_view text);
 
+/** The first of the two units of a character beyond 16 bits. */
+constexpr bool isHighSurrogate(char32_t unit)
+{
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+
 void appendUtf8(std::string &out, std::u16string_view text);
 
 /**

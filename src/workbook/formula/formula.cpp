@@ -208,8 +208,23 @@ private:
         if (!last)
             return false;
         formula.back().op = Operator::Range;
-        formula.back().last = *last;
+        setCorners(formula.back(), first, *last);
         return true;
+    }
+
+    /** Files name the upper left corner first, whatever the formula does. */
+    static void setCorners(FormulaToken &token, CellReference a, CellReference b)
+    {
+        if (a.row > b.row) {
+            std::swap(a.row, b.row);
+            std::swap(a.fixedRow, b.fixedRow);
+        }
+        if (a.column > b.column) {
+            std::swap(a.column, b.column);
+            std::swap(a.fixedColumn, b.fixedColumn);
+        }
+        token.first = a;
+        token.last = b;
     }
 
     bool call()

@@ -3,10 +3,9 @@
 #include "workbook/cellname.h"
 #include "workbook/columnwidth.h"
 #include "workbook/sharedstrings.h"
+#include "workbook/sheetlayout.h"
 #include "workbook/styletable.h"
 #include "workbook/xlsx/zipwriter.h"
-
-#include <algorithm>
 
 namespace workbook
 {
@@ -15,11 +14,6 @@ namespace
 {
 
 constexpr std::size_t chunkBytes = 0x10000;
-
-bool sameLook(const ColumnData &a, const ColumnData &b)
-{
-    return a.widthChars == b.widthChars && a.format == b.format && a.hidden == b.hidden;
-}
 
 } // namespace
 
@@ -54,14 +48,10 @@ void XlsxSheet::write(bool isFirst)
 
 void XlsxSheet::dimension()
 {
-    const std::vector<Cell> &cells = sheet.cells.all();
     std::string range = "A1";
-    if (!cells.empty()) {
-        const auto [left, right] =
-            std::minmax_element(cells.begin(), cells.end(),
-                                [](const Cell &a, const Cell &b) { return a.column < b.column; });
-        const std::string first = cellName(cells.front().row, left->column);
-        const std::string last = cellName(cells.back().row, right->column);
+    if (const std::optional<UsedRange> used = usedRange(sheet)) {
+        const std::string first = cellName(used->firstRow, used->firstColumn);
+        const std::string last = cellName(used->lastRow, used->lastColumn);
         range = first == last ? first : first + ":" + last;
     }
     xml << "<dimension ref=\"" << range << "\"/>";
@@ -95,19 +85,12 @@ void XlsxSheet::columns()
         return;
     const int digit = digitPixels(book.fonts.front());
     xml << "<cols>";
-    for (auto first = sheet.columns.begin(); first != sheet.columns.end();) {
-        auto last = first;
-        auto next = std::next(first);
-        while (next != sheet.columns.end() && next->first == last->first + 1 &&
-               sameLook(next->second, first->second))
-            last = next++;
-        const ColumnData &column = first->second;
-        xml << "<col min=\"" << first->first + 1 << "\" max=\"" << last->first + 1 << "\" width=\""
-            << storedColumnWidth(column.widthChars, digit) << "\"";
-        if (column.format != 0)
-            xml << " style=\"" << styles.indexOf(column.format) << "\"";
-        xml << (column.hidden ? " hidden=\"1\"" : "") << " customWidth=\"1\"/>";
-        first = next;
+    for (const ColumnRun &run : columnRuns(sheet)) {
+        xml << "<col min=\"" << run.first + 1 << "\" max=\"" << run.last + 1 << "\" width=\""
+            << storedColumnWidth(run.data.widthChars, digit) << "\"";
+        if (run.data.format != 0)
+            xml << " style=\"" << styles.indexOf(run.data.format) << "\"";
+        xml << (run.data.hidden ? " hidden=\"1\"" : "") << " customWidth=\"1\"/>";
     }
     xml << "</cols>";
 }
@@ -115,52 +98,40 @@ void XlsxSheet::columns()
 /** All that is said again in every cell, made once. */
 void XlsxSheet::prepareNames()
 {
-    std::size_t width = 0;
-    for (const Cell &cell : sheet.cells.all())
-        width = std::max<std::size_t>(width, cell.column + 1U);
-    for (std::size_t column = 0; column < width; ++column)
-        columnTags.push_back("<c r=\"" + columnName(static_cast<int>(column)));
+    const std::optional<UsedRange> used = usedRange(sheet);
+    for (int column = 0; used && column <= used->lastColumn; ++column)
+        columnTags.push_back(R"(<c r=")" + columnName(column));
     for (std::uint32_t format = 0; format < book.formats.size(); ++format) {
         const std::size_t index = styles.indexOf(format);
-        formatTags.push_back(index == 0 ? "\"" : "\" s=\"" + std::to_string(index) + "\"");
+        formatTags.push_back(index == 0 ? R"(")" : R"(" s=")" + std::to_string(index) + R"(")");
     }
 }
 
 void XlsxSheet::rows()
 {
     prepareNames();
-    auto nextCell = sheet.cells.all().begin();
-    const auto endCell = sheet.cells.all().end();
-    auto nextRow = sheet.rows.begin();
-    while (nextCell != endCell || nextRow != sheet.rows.end()) {
-        const bool ofCell =
-            nextRow == sheet.rows.end() ||
-            (nextCell != endCell && static_cast<int>(nextCell->row) < nextRow->first);
-        const int number = ofCell ? static_cast<int>(nextCell->row) : nextRow->first;
-        const auto first = nextCell;
-        while (nextCell != endCell && static_cast<int>(nextCell->row) == number)
-            ++nextCell;
-        row(number, ofCell ? nullptr : &nextRow++->second, first, nextCell);
+    forEachRow(sheet, [this](const RowSpan &span) {
+        row(span);
         if (xml.size() >= chunkBytes) {
             zip.append(xml.view());
             xml.clear();
         }
-    }
+    });
 }
 
-void XlsxSheet::row(int number, const RowData *properties, CellIterator first, CellIterator last)
+void XlsxSheet::row(const RowSpan &span)
 {
-    const std::string name = std::to_string(number + 1);
+    const std::string name = std::to_string(span.number + 1);
     xml << "<row r=\"" << name << "\"";
-    if (properties != nullptr) {
+    if (const RowData *properties = span.properties) {
         if (properties->format != 0)
             xml << " s=\"" << styles.indexOf(properties->format) << R"(" customFormat="1")";
         xml << " ht=\"" << properties->heightPoints << "\""
             << (properties->hidden ? " hidden=\"1\"" : "") << " customHeight=\"1\"";
     }
     xml << ">";
-    for (; first != last; ++first)
-        cell(*first, name);
+    for (const Cell *next = span.first; next != span.last; ++next)
+        cell(*next, name);
     xml << "</row>";
 }
 

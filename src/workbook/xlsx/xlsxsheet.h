@@ -13,6 +13,7 @@ namespace workbook
 
 class SharedStrings;
 class StyleTable;
+struct RowSpan;
 class ZipWriter;
 
 /** Writes the part of one worksheet into the open entry of an archive, piece by piece. */
@@ -26,13 +27,11 @@ public:
     void write(bool isFirst);
 
 private:
-    using CellIterator = std::vector<Cell>::const_iterator;
-
     void dimension();
     void view(bool isFirst);
     void columns();
     void rows();
-    void row(int number, const RowData *properties, CellIterator first, CellIterator last);
+    void row(const RowSpan &span);
     void cell(const Cell &cell, std::string_view rowName);
     void formula(const Cell &cell);
     void printing();

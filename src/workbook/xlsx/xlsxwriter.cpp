@@ -157,7 +157,7 @@ void writeXlsx(const BookData &book, ByteSink &sink)
         sink.fail();
         return;
     }
-    const SharedStrings strings(book);
+    const SharedStrings strings(book, SharedStrings::Empty::Kept);
     ZipWriter zip(sink);
     addPart(zip, "[Content_Types].xml", [&](XmlText &xml) { contentTypes(book, xml); });
     addPart(zip, "_rels/.rels", packageRelations);
@@ -173,8 +173,14 @@ void writeXlsx(const BookData &book, ByteSink &sink)
     zip.finish();
 }
 
+/** The file holds the text of a formula; programs may know more functions than we do. */
+bool isAnyFormula(std::u16string_view /*text*/)
+{
+    return true;
+}
+
 } // namespace
 
-const FileFormat xlsxFormat = {1048576, 16384, writeXlsx};
+const FileFormat xlsxFormat = {1048576, 16384, isAnyFormula, writeXlsx};
 
 } // namespace workbook

@@ -1,0 +1,95 @@
+#include "workbook/xls/recordwriter.h"
+
+#include "workbook/bytesink.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace workbook
+{
+
+namespace
+{
+
+constexpr std::size_t chunkBytes = 0x10000;
+constexpr unsigned wideFlag = 1;
+
+} // namespace
+
+bool isNarrow(std::u16string_view text)
+{
+    return std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit < 0x100; });
+}
+
+void appendCharacters(std::string &out, std::u16string_view text, bool narrow)
+{
+    for (const char16_t unit : text) {
+        if (narrow)
+            out += static_cast<char>(unit);
+        else
+            appendU16(out, unit);
+    }
+}
+
+RecordWriter::RecordWriter(ByteSink &target)
+    : sink(target)
+    , start(target.size())
+{
+}
+
+RecordWriter &RecordWriter::begin(unsigned id)
+{
+    u16(id).u16(0);
+    dataBegin = buffer.size();
+    return *this;
+}
+
+void RecordWriter::end()
+{
+    const std::size_t size = dataBytes();
+    if (size > maxData)
+        sink.fail();
+    std::string bytesOfSize;
+    appendU16(bytesOfSize, static_cast<unsigned>(size));
+    buffer.replace(dataBegin - bytesOfSize.size(), bytesOfSize.size(), bytesOfSize);
+    if (buffer.size() >= chunkBytes)
+        flush();
+}
+
+RecordWriter &RecordWriter::shortText(std::u16string_view text)
+{
+    const bool narrow = isNarrow(text);
+    u8(static_cast<unsigned>(text.size())).u8(narrow ? 0 : wideFlag);
+    appendCharacters(buffer, text, narrow);
+    return *this;
+}
+
+RecordWriter &RecordWriter::longText(std::u16string_view text)
+{
+    const bool narrow = isNarrow(text);
+    u16(static_cast<unsigned>(text.size())).u8(narrow ? 0 : wideFlag);
+    appendCharacters(buffer, text, narrow);
+    return *this;
+}
+
+std::uint32_t RecordWriter::position() const
+{
+    const std::uint64_t bytes = sink.size() - start + buffer.size();
+    if (bytes > std::numeric_limits<std::int32_t>::max())
+        sink.fail(); // readers take positions for signed numbers
+    return static_cast<std::uint32_t>(bytes);
+}
+
+void RecordWriter::patch(std::uint32_t at, std::string_view bytes)
+{
+    flush();
+    sink.patch(start + at, bytes);
+}
+
+void RecordWriter::flush()
+{
+    sink.append(buffer);
+    buffer.clear();
+}
+
+} // namespace workbook

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "workbook/formula/evaluator.h"
+#include "workbook/sheetlayout.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace workbook
+{
+
+class RecordWriter;
+class SharedStrings;
+class StyleTable;
+
+constexpr int xlsBlockRows = 32;
+
+/**
+ * Writes the rows and cells of a sheet in blocks: of each 32 rows first the rows, then the cells,
+ * then a record (DBCELL) that says where they stand.
+ */
+class XlsCells
+{
+public:
+    XlsCells(const BookData &book, const SheetData &sheet, const StyleTable &styles,
+             const SharedStrings &strings, RecordWriter &out);
+
+    /** Answers the positions of the DBCELL records: one a block from the first row to the last. */
+    std::vector<std::uint32_t> write(unsigned defaultRowTwips);
+
+private:
+    void writeBlock(unsigned defaultRowTwips);
+    void row(const RowSpan &span, unsigned defaultRowTwips);
+    void cells(const RowSpan &span);
+    void cell(const Cell &cell);
+    void blanks(const Cell *first, const Cell *last);
+    void number(const Cell &cell);
+    void formula(const Cell &cell);
+    RecordWriter &beginCell(unsigned id, const Cell &cell);
+    [[nodiscard]] unsigned formatOf(std::uint32_t modelFormat) const;
+    [[nodiscard]] bool isBlank(const Cell &cell) const;
+
+    const BookData &book;
+    const SheetData &sheet;
+    const StyleTable &styles;
+    const SharedStrings &strings;
+    RecordWriter &out;
+    Evaluator evaluator;
+    std::vector<RowSpan> block; // rows that are still to be written
+    std::vector<std::uint32_t> blockEnds;
+};
+
+} // namespace workbook

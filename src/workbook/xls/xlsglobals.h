@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace workbook
+{
+
+struct BookData;
+class RecordWriter;
+class SharedStrings;
+class StyleTable;
+
+enum class XlsPart : unsigned { Globals = 0x0005, Sheet = 0x0010 };
+
+/** The record that each part of the stream begins with. */
+void writeXlsBegin(XlsPart part, RecordWriter &out);
+
+/**
+ * Writes what belongs to the whole book. Answers where in the stream the position of each sheet
+ * is to be filled in.
+ */
+std::vector<std::uint32_t> writeXlsGlobals(const BookData &book, const StyleTable &styles,
+                                           const SharedStrings &strings, RecordWriter &out);
+
+} // namespace workbook

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <cstddef>
+
+/** What an .xls can hold. */
+namespace workbook
+{
+
+constexpr int xlsRows = 65536;
+constexpr int xlsColumns = 256;
+constexpr std::size_t xlsCellFormats = 4000;
+constexpr std::size_t xlsFonts = 506; // without the copies of the default font
+
+} // namespace workbook

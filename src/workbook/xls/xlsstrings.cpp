@@ -1,0 +1,107 @@
+#include "workbook/xls/xlsstrings.h"
+
+#include "workbook/model.h"
+#include "workbook/sharedstrings.h"
+#include "workbook/text.h"
+#include "workbook/xls/records.h"
+#include "workbook/xls/recordwriter.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+// SST:    u32 cells with text, u32 distinct strings, strings; goes on in CONTINUE records
+// string: u16 count, u8 flags (1: two bytes a character), characters
+// EXTSST: u16 d, then for every d-th string: u32 its position, u16 its distance from the start of
+//         its record, u16 0
+
+namespace workbook
+{
+
+namespace
+{
+
+class StringRecords
+{
+public:
+    StringRecords(const SharedStrings &strings, RecordWriter &writer)
+        : out(writer)
+        , step(std::max<std::size_t>(strings.used().size() / 128 + 1, 8))
+    {
+        recordAt = out.position();
+        out.begin(record::Sst)
+            .u32(static_cast<std::uint32_t>(strings.references()))
+            .u32(static_cast<std::uint32_t>(strings.used().size()));
+    }
+
+    void add(std::u16string_view text)
+    {
+        const bool narrow = isNarrow(text);
+        const std::size_t unitBytes = narrow ? 1 : 2;
+        // A string's head and its first character are never parted.
+        constexpr std::size_t headBytes = 3;
+        if (room() < headBytes + 2 * unitBytes)
+            next();
+        if (count++ % step == 0)
+            places.push_back({out.position(), out.position() - recordAt});
+        out.u16(static_cast<unsigned>(text.size())).u8(narrow ? 0 : 1);
+        while (true) {
+            std::size_t fitting = std::min(text.size(), room() / unitBytes);
+            // Some readers decode record by record: a pair of surrogates stays in one.
+            if (fitting < text.size() && isHighSurrogate(text[fitting - 1]))
+                --fitting;
+            characters.clear();
+            appendCharacters(characters, text.substr(0, fitting), narrow);
+            out.bytes(characters);
+            text.remove_prefix(fitting);
+            if (text.empty())
+                return;
+            // What goes on in the middle of a string repeats its flags.
+            next();
+            out.u8(narrow ? 0 : 1);
+        }
+    }
+
+    void finish()
+    {
+        out.end();
+        out.begin(record::ExtSst).u16(static_cast<unsigned>(step));
+        for (const Place &place : places)
+            out.u32(place.position).u16(place.inRecord).u16(0);
+        out.end();
+    }
+
+private:
+    struct Place {
+        std::uint32_t position;
+        std::uint32_t inRecord;
+    };
+
+    [[nodiscard]] std::size_t room() const { return RecordWriter::maxData - out.dataBytes(); }
+
+    void next()
+    {
+        out.end();
+        recordAt = out.position();
+        out.begin(record::Continue);
+    }
+
+    RecordWriter &out;
+    const std::size_t step;
+    std::size_t count = 0;
+    std::uint32_t recordAt = 0;
+    std::vector<Place> places;
+    std::string characters;
+};
+
+} // namespace
+
+void writeXlsStrings(const BookData &book, const SharedStrings &strings, RecordWriter &out)
+{
+    StringRecords records(strings, out);
+    for (const std::uint32_t index : strings.used())
+        records.add(book.strings.at(index));
+    records.finish();
+}
+
+} // namespace workbook

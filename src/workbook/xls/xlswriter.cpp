@@ -1,0 +1,50 @@
+#include "workbook/bytesink.h"
+#include "workbook/fileformat.h"
+#include "workbook/model.h"
+#include "workbook/sharedstrings.h"
+#include "workbook/styletable.h"
+#include "workbook/xls/compoundfile.h"
+#include "workbook/xls/recordwriter.h"
+#include "workbook/xls/xlsformula.h"
+#include "workbook/xls/xlsglobals.h"
+#include "workbook/xls/xlslimits.h"
+#include "workbook/xls/xlssheet.h"
+
+namespace workbook
+{
+
+namespace
+{
+
+void writeXls(const BookData &book, ByteSink &sink)
+{
+    const StyleTable styles(book);
+    if (styles.formats().size() > xlsCellFormats + 1 || styles.fonts().size() > xlsFonts) {
+        sink.fail();
+        return;
+    }
+    // Empty text is written as a blank cell.
+    const SharedStrings strings(book, SharedStrings::Empty::LeftOut);
+    CompoundFile container(sink);
+    RecordWriter records(sink);
+    const std::vector<std::uint32_t> places = writeXlsGlobals(book, styles, strings, records);
+    for (std::size_t i = 0; i < book.sheets.size(); ++i) {
+        std::string position;
+        appendU32(position, records.position());
+        writeXlsSheet(book, book.sheets[i], styles, strings, i == 0, records);
+        records.patch(places[i], position);
+    }
+    records.flush();
+    container.finish();
+}
+
+bool isXlsFormula(std::u16string_view text)
+{
+    return compileXlsFormula(text).has_value();
+}
+
+} // namespace
+
+const FileFormat xlsFormat = {xlsRows, xlsColumns, isXlsFormula, writeXls};
+
+} // namespace workbook
