@@ -1,0 +1,180 @@
+#include "testbook.h"
+
+/** What formulas amount to: as the files say, and as programs reckon that read them. */
+class TestFormulas : public QObject, private FormatFixture
+{
+    Q_OBJECT
+
+public:
+    explicit TestFormulas(bool binary)
+        : FormatFixture(binary)
+    {
+    }
+
+private Q_SLOTS:
+    void storedResults();
+    void programsAgree();
+    void refusedInXls();
+    void chains();
+};
+
+namespace
+{
+
+/** The few cells that the formulas of the tests see, and the formulas in column F. */
+void fill(Sheet *sheet, const std::vector<std::wstring> &expressions)
+{
+    sheet->writeNum(0, 0, 10);
+    sheet->writeNum(0, 1, 4);
+    sheet->writeBlank(0, 2, nullptr);
+    sheet->writeStr(0, 3, L"12");
+    sheet->writeFormula(1, 0, L"=A1/0");
+    sheet->writeFormula(2, 0, L"=A4");
+    sheet->writeFormula(3, 0, L"=1+A3");
+    int row = 0;
+    for (const std::wstring &expression : expressions)
+        QVERIFY2(sheet->writeFormula(row++, 5, (L'=' + expression).c_str()),
+                 qPrintable(QString::fromStdWString(expression)));
+}
+
+} // namespace
+
+void TestFormulas::storedResults()
+{
+    struct {
+        std::wstring expression;
+        QJsonValue result;                    // text for an error, null where we do not know
+    } const cases[] = {{L"F1", QJsonValue()}, // is this very cell
+                       {L"A1-B1*2", 2.0},
+                       {L"(A1-B1)*2", 12.0},
+                       {L"A1/(B1/100)", 250.0},
+                       {L"2-3-4", -5.0},
+                       {L"8/4/2", 1.0},
+                       {L"-A1+B1", -6.0},
+                       {L"3--+A1", 13.0},
+                       {L" a1 + $B$1 ", 14.0},
+                       {L"0.1+0.2", 0.1 + 0.2},
+                       {L"1.5E-3*.5", 0.00075},
+                       {L"250%", 2.5},
+                       {L"C1+Z99", 0.0},
+                       {L"0*-1", 0.0},
+                       {L"A1/C1", "#DIV/0!"_q},
+                       {L"1+A2", "#DIV/0!"_q},
+                       {L"1E308*10", "#NUM!"_q},
+                       {L"D1+1", QJsonValue()},
+                       {L"A3", QJsonValue()}, // a cycle
+                       {L"A1/0+D1", QJsonValue()},
+                       {L"2^3", QJsonValue()},
+                       {L"SUM(A1:B1)", QJsonValue()}};
+    std::vector<std::wstring> expressions;
+    for (const auto &entry : cases)
+        expressions.push_back(entry.expression);
+    const TestBook book(isXls);
+    fill(book->addSheet(L"S"), expressions);
+    const QJsonObject read = saved(book);
+    int row = 0;
+    for (const auto &entry : cases) {
+        const QJsonObject cell = cellOf(read, "F%1"_q.arg(++row));
+        const QString expression = QString::fromStdWString(entry.expression);
+        QCOMPARE(cell["type"_q].toString(), "formula"_q);
+        QCOMPARE(cell["value"_q].toString(), isXls ? QString() : QLatin1Char('=') + expression);
+        QVERIFY2(cell["cached"_q] == entry.result, qPrintable(expression));
+    }
+}
+
+void TestFormulas::programsAgree()
+{
+    // Reckoned by hand as spreadsheet programs do it: signs before powers, powers from the left
+    // (gnumeric reads the text of an .xlsx from the right).
+    struct {
+        std::wstring expression;
+        QByteArray result;
+    } const cases[] = {{L"A1-B1*2", "2"},
+                       {L"A1/(B1/100)", "250"},
+                       {L"-A1+B1", "-6"},
+                       {L"-B1^2", "16"},
+                       {isXls ? L"2^3^2" : L"(2^3)^2", "64"},
+                       {L"250%*A1", "25"},
+                       {L"SUM(A1:B1,$A$1,5,(A1))", "39"},
+                       {L"AVERAGE(B1:A1)+MIN(A1,B1)*MAX(A1,1.5)", "47"},
+                       {L"COUNT(A1:D1)", "2"},
+                       {L"ROUND(A1/3,2)", "3.33"},
+                       {L"ABS(-A1)", "10"},
+                       {L"IF(A1>B1,\"\"\"a\"&\"č\",0)&\"!\"", "\"\"\"ač!\""},
+                       {L"IF(A1<=B1,1,IF(A1<>10,2,IF(B1=4,3,4)))", "3"},
+                       {L"IF(A1>=10,SUM(A1,B1))", "14"},
+                       {L"A1/C1", "#DIV/0!"}};
+    std::vector<std::wstring> expressions;
+    for (const auto &entry : cases)
+        expressions.push_back(entry.expression);
+    const TestBook book(isXls);
+    fill(book->addSheet(L"S"), expressions);
+    QVERIFY(book.save(file()));
+    const QList<QByteArray> byPrograms[] = {byGnumeric(), byOffice()};
+    int row = 0;
+    for (const auto &entry : cases) {
+        for (const QList<QByteArray> &lines : byPrograms)
+            QCOMPARE(lines.value(row).split(',').last(), entry.result);
+        ++row;
+    }
+}
+
+void TestFormulas::refusedInXls()
+{
+    const TestBook book(isXls);
+    Sheet *sheet = book->addSheet(L"S");
+    // An .xlsx holds the text of whatever it is given, an .xls only what we can translate.
+    int row = 0;
+    for (const wchar_t *expression :
+         {L"XFD1048576", L"IW1",      L"A65537",     L"'Other sheet'!A1",
+          L"S!A1",       L"A1:B1",    L"XFE1",       L"A1048577",
+          L"A0",         L"A1+",      L"(A1",        L"A1)",
+          L"1.2.3",      L"1e999",    L"\"text",     L"FOO(1)",
+          L"SUM()",      L"ABS(1,2)", L"ABS(A1:B1)", L"SUM(-A1:B1)",
+          L"TRUE",       L"LOG10(1)", L"{1,2}"}) {
+        sheet->writeNum(row, 0, 1); // goes, too
+        QVERIFY2(sheet->writeFormula(row++, 0, expression) != isXls,
+                 qPrintable(QString::fromWCharArray(expression)));
+    }
+    QCOMPARE(saved(book)["cells"_q].toObject().size(), isXls ? 0 : row);
+}
+
+void TestFormulas::chains()
+{
+    const TestBook book(isXls);
+    Sheet *sheet = book->addSheet(L"S");
+    const int rows = 20000;
+    // Each cell of A needs the one below it, each of B twice the one above it.
+    sheet->writeNum(0, 1, 1);
+    for (int row = 1; row < rows; ++row) {
+        const std::wstring below = std::to_wstring(row + 1);
+        sheet->writeFormula(row - 1, 0, (L"=1+A" + below).c_str());
+        std::wstring sum = L"B" + std::to_wstring(row);
+        sum += L"/4+" + sum + L"/4";
+        if (row < 1000)
+            sheet->writeFormula(row, 1, sum.c_str());
+    }
+    sheet->writeNum(rows - 1, 0, 1);
+    std::wstring terms = L"=0";
+    for (int i = 0; i < 400; ++i)
+        terms += L"+1";
+    QVERIFY(sheet->writeFormula(0, 2, terms.c_str()));
+    const auto nested = [](std::size_t depth) {
+        return std::wstring(depth, L'(') + L'1' + std::wstring(depth, L')');
+    };
+    QVERIFY(sheet->writeFormula(0, 3, nested(63).c_str()));
+    QVERIFY(sheet->writeFormula(0, 4, nested(4000).c_str()) != isXls);
+
+    const QJsonObject read = saved(book);
+    QCOMPARE(cellOf(read, "A1"_q)["cached"_q].toInt(), rows);
+    QCOMPARE(cellOf(read, "B11"_q)["cached"_q].toDouble(), 1.0 / 1024);
+    QCOMPARE(cellOf(read, "C1"_q)["cached"_q].toInt(), 400);
+    QCOMPARE(cellOf(read, "D1"_q)["cached"_q].toInt(), 1);
+    QVERIFY(cellOf(read, "E1"_q)["cached"_q].isNull());
+}
+
+int main(int argc, char **argv)
+{
+    return testBothFormats<TestFormulas>(argc, argv);
+}
+#include "tst_workbook_formulas.moc"
