@@ -1,0 +1,189 @@
+// The reports against their statements alone, their peak of memory, and how they grow.
+
+#include "support/bareclient.h"
+#include "support/benchschema.h"
+#include "support/checkoutput.h"
+#include "support/measure.h"
+#include "support/tablerow.h"
+
+#include "reports/dailyattenreport.h"
+#include "reports/monthlyattenreport.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <ctime>
+
+namespace
+{
+
+const QString secondsFigure = QStringLiteral("seconds");
+const QString peakFigure = QStringLiteral("peakMib");
+const QString daily = QStringLiteral("daily");
+const QString monthly = QStringLiteral("monthly");
+
+struct Size {
+    int people;
+    int days;
+};
+
+/// One run of the product: "daily" or "monthly", the schema, the number of days.
+void runReport(const QStringList &arguments)
+{
+    const QString connectionName = QStringLiteral("report");
+    {
+        QSqlDatabase database = TestServer::addConnection(connectionName, arguments.at(1));
+        Bench::require(database.open(), QStringLiteral("no connection"));
+        Bench::failOnWarnings();
+        const QStringList recipients{QStringLiteral("office@example.com")};
+        const QDateTime moment = BenchSchema::moment(arguments.at(2).toInt());
+        DailyAttenReport dailyReport(database, nullptr);
+        MonthlyAttenReport monthlyReport(database, nullptr);
+        Bench::resetPeak();
+        const double idle = Bench::residentKib();
+        const double seconds = Bench::secondsOf([&] {
+            if (arguments.at(0) == daily)
+                dailyReport.makeReport(recipients, moment);
+            else
+                monthlyReport.makeReport(recipients, moment);
+        });
+        Bench::print({{secondsFigure, seconds}, {peakFigure, (Bench::peakKib() - idle) / 1024}});
+    }
+    QSqlDatabase::removeDatabase(connectionName);
+}
+
+/// One run of the floor: the schema, the file with the recorded statements.
+void runFloor(const QStringList &arguments)
+{
+    const Recording recording = loadRecording(arguments.at(2));
+    BareClient client(arguments.at(1));
+    const double seconds = Bench::secondsOf([&] {
+        for (const RecordedStatement &statement : recording)
+            client.run(statement);
+    });
+    Bench::print({{secondsFigure, seconds}});
+}
+
+QString fileOf(const QString &report, const BenchSchema &schema)
+{
+    return QDir::tempPath() + (report == daily
+                                   ? QStringLiteral("/DennyReport_%1_112026.xlsx")
+                                   : QStringLiteral("/MesReportDochadzky_%1_112026.xlsx"))
+                                  .arg(schema.name());
+}
+
+/// The workbook has its rows, and each of the mails queued since the last check carries it.
+void check(const QString &report, const BenchSchema &schema, int rows, int mails)
+{
+    const QString path = fileOf(report, schema);
+    requireRows(path, rows + 1);
+    QFile file(path);
+    Bench::require(file.open(QIODevice::ReadOnly), path);
+    const QByteArray content = file.readAll();
+    const auto queued = schema.tables().rows(QStringLiteral("SELECT data FROM emails"));
+    Bench::require(queued.size() == mails, QStringLiteral("%1 mails").arg(queued.size()));
+    const QJsonObject attachment = QJsonDocument::fromJson(queued.last().first().toByteArray())
+                                       .object()[QStringLiteral("attachments")]
+                                       .toArray()
+                                       .first()
+                                       .toObject();
+    Bench::require(QByteArray::fromBase64(
+                       attachment[QStringLiteral("content")].toString().toLatin1()) == content,
+                   QStringLiteral("the mail does not carry the file"));
+    schema.tables().exec(QStringLiteral("TRUNCATE emails"));
+}
+
+void printRow(const QString &work, double ours, const QString &against, double theirs,
+              const char *unit, double goal, int decimals)
+{
+    TableRow{work, ours, against, theirs, QString::fromLatin1(unit), goal, decimals}.print();
+}
+
+/// The report in turn with its own statements, as one recorded run sent them.
+QVector<Bench::Figures> compare(const Bench::Plan &plan, const QString &report, const Size &size,
+                                const BenchSchema &schema, double goal)
+{
+    const QStringList ours{report, schema.name(), QString::number(size.days)};
+    const QString file = QDir::tempPath() + QStringLiteral("/statements");
+    saveRecording(file, recordStatements(schema.tables(), [&] { Bench::child(ours); }));
+    const auto runs =
+        Bench::inTurn(plan.pairs, {ours, {QStringLiteral("floor"), schema.name(), file}});
+    const int rows = report == daily ? size.people * size.days : size.people;
+    check(report, schema, rows, 1 + 2 * plan.pairs); // the floor queues its mail, too
+    printRow(QStringLiteral("%1 report, %2 people: time").arg(report).arg(size.people),
+             Bench::median(runs[0], secondsFigure), QStringLiteral("its statements alone"),
+             Bench::median(runs[1], secondsFigure), "s", goal, 3);
+    return runs[0];
+}
+
+void compareDaily(const Bench::Plan &plan)
+{
+    const Size size = plan.quick ? Size{20, 3} : Size{1000, 30};
+    const BenchSchema schema(size.people, size.days);
+    const auto runs = compare(plan, daily, size, schema, 1.10);
+    const double fileMib = double(QFileInfo(fileOf(daily, schema)).size()) / (1024 * 1024);
+    printRow(QStringLiteral("daily report: peak memory above idle"),
+             Bench::median(runs, peakFigure), QStringLiteral("the saved file"), fileMib, "MiB", 12,
+             2);
+}
+
+void compareMonthly(const Bench::Plan &plan)
+{
+    const Size size = plan.quick ? Size{20, 3} : Size{5000, 30};
+    const BenchSchema schema(size.people, size.days);
+    compare(plan, monthly, size, schema, 1.25);
+}
+
+void growth(const Bench::Plan &plan)
+{
+    const QVector<Size> sizes = plan.quick ? QVector<Size>{{5, 3}, {10, 3}}
+                                           : QVector<Size>{{100, 10}, {1000, 10}, {10000, 10}};
+    const int rounds = plan.quick ? 1 : 3;
+    std::vector<std::unique_ptr<BenchSchema>> schemas;
+    QVector<QStringList> sides;
+    for (const Size &size : sizes) {
+        schemas.push_back(std::make_unique<BenchSchema>(size.people, size.days));
+        sides.append({daily, schemas.back()->name(), QString::number(size.days)});
+    }
+    const auto runs = Bench::inTurn(rounds, sides);
+    QVector<double> microseconds;
+    for (int i = 0; i < sizes.size(); ++i) {
+        const int rows = sizes[i].people * sizes[i].days;
+        check(daily, *schemas[std::size_t(i)], rows, rounds);
+        microseconds.append(Bench::median(runs[i], secondsFigure) * 1e6 / rows);
+    }
+    const double smallest = *std::min_element(microseconds.cbegin(), microseconds.cend());
+    for (int i = 0; i < sizes.size(); ++i)
+        printRow(
+            QStringLiteral("growth, daily report of %1 people: time per row").arg(sizes[i].people),
+            microseconds[i], QStringLiteral("smallest of the three"), smallest, "us", 1.15, 1);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    qputenv("TZ", "Europe/Bratislava");
+    tzset();
+    const QCoreApplication application(argc, argv);
+    const Bench::Plan plan(QCoreApplication::arguments());
+    if (!plan.run.isEmpty()) {
+        if (plan.run.first() == QStringLiteral("floor"))
+            runFloor(plan.run);
+        else
+            runReport(plan.run);
+        return 0;
+    }
+    const QTemporaryDir folder;
+    qputenv("TMPDIR", QFile::encodeName(folder.path())); // where the reports go, here and in runs
+    compareDaily(plan);
+    compareMonthly(plan);
+    growth(plan);
+    return 0;
+}

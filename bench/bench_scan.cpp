@@ -1,0 +1,117 @@
+// A scan over schemas of which none is enabled, against connecting, asking and leaving.
+
+#include "support/bareclient.h"
+#include "support/measure.h"
+#include "support/tablerow.h"
+#include "support/testhost.h"
+
+#include "plugin/autoreport.h"
+
+#include <QCoreApplication>
+
+#include <memory>
+#include <vector>
+
+namespace
+{
+
+const QString secondsFigure = QStringLiteral("seconds");
+const QString firstFigure = QStringLiteral("firstSeconds");
+const QString query =
+    QStringLiteral("SELECT name, value FROM vars WHERE name IN ('autoReport.DailyAtten.enabled', "
+                   "'autoReport.MonthlyAtten.enabled')");
+
+double scan(AutoReport &plugin)
+{
+    return Bench::secondsOf(
+        [&plugin] { QMetaObject::invokeMethod(&plugin, "checkSchemas", Qt::DirectConnection); });
+}
+
+int connectionsSoFar(const TestDatabase &database)
+{
+    return database.rows(QStringLiteral("SHOW GLOBAL STATUS LIKE 'Connections'"))[0][1].toInt();
+}
+
+/// The hourly scan: the first one, which opens the manager's own connections, is told apart.
+void runScan(int schemas)
+{
+    TestHost host;
+    const TestDatabase schema(TestDatabase::Tables::Schema);
+    QStringList tokens;
+    for (int i = 0; i < schemas; ++i)
+        tokens.append(QStringLiteral("firm%1").arg(i));
+    host.addSchemas(tokens, schema);
+
+    AutoReport plugin;
+    plugin.setDBManager(host.manager());
+    Bench::failOnWarnings();
+    Bench::require(plugin.start(), QStringLiteral("not started"));
+    const double first = scan(plugin);
+    const int before = connectionsSoFar(schema);
+    const double next = scan(plugin);
+    Bench::require(connectionsSoFar(schema) == before + schemas,
+                   QStringLiteral("not one connection a schema"));
+    plugin.stop();
+    Bench::print({{firstFigure, first}, {secondsFigure, next}});
+    qInstallMessageHandler(nullptr);
+}
+
+/// What the first scan does besides: a question to the information database and a connection to
+/// each schema, which stays.
+void runFloor(int schemas)
+{
+    const TestDatabase schema(TestDatabase::Tables::Schema);
+    const TestDatabase info(TestDatabase::Tables::Info);
+    const auto check = [&schema] {
+        BareClient(schema.name()).query(query.toUtf8());
+    };
+    BareClient infoClient(info.name());
+    std::vector<std::unique_ptr<BareClient>> kept;
+    const double first = Bench::secondsOf([&] {
+        for (int i = 0; i < schemas; ++i) {
+            infoClient.query(
+                "SELECT * FROM `schemas` WHERE status = 1 AND token = 'firm' LIMIT 1;");
+            kept.push_back(std::make_unique<BareClient>(schema.name()));
+            check();
+        }
+    });
+    const double next = Bench::secondsOf([&] {
+        for (int i = 0; i < schemas; ++i)
+            check();
+    });
+    Bench::print({{firstFigure, first}, {secondsFigure, next}});
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    const Bench::Plan plan(QCoreApplication::arguments());
+    const int schemas = plan.quick ? 20 : 2500;
+    Bench::raiseFileLimit();
+    if (!plan.run.isEmpty()) {
+        if (plan.run.first() == QStringLiteral("floor"))
+            runFloor(plan.run.last().toInt());
+        else
+            runScan(plan.run.last().toInt());
+        return 0;
+    }
+    const QString count = QString::number(schemas);
+    const auto runs = Bench::inTurn(
+        plan.pairs, {{QStringLiteral("scan"), count}, {QStringLiteral("floor"), count}});
+    const auto row = [&runs](const QString &work, const QString &against, const QString &figure) {
+        TableRow{work,
+                 Bench::median(runs[0], figure),
+                 against,
+                 Bench::median(runs[1], figure),
+                 QStringLiteral("s"),
+                 1.25}
+            .print();
+    };
+    row(QStringLiteral("scan of %1 schemas, none enabled").arg(schemas),
+        QStringLiteral("connect, query, disconnect"), secondsFigure);
+    row(QStringLiteral("the first scan, which leaves a connection to each"),
+        QStringLiteral("the same, bare"), firstFigure);
+    return 0;
+}

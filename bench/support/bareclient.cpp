@@ -1,0 +1,63 @@
+#include "support/bareclient.h"
+
+#include "support/measure.h"
+
+#include <mysql.h>
+
+void BareClient::Close::operator()(st_mysql *connection) const
+{
+    mysql_close(connection);
+}
+
+BareClient::BareClient(const QString &schema)
+    : connection(mysql_init(nullptr))
+{
+    // The same character set as Qt's driver asks for: the same bytes come back.
+    mysql_options(connection.get(), MYSQL_SET_CHARSET_NAME, "utf8mb3");
+    const bool open = mysql_real_connect(
+        connection.get(), qPrintable(TestServer::host()), qPrintable(TestServer::user()),
+        qPrintable(TestServer::password()), qPrintable(schema),
+        static_cast<unsigned int>(TestServer::port()), nullptr, CLIENT_IGNORE_SPACE);
+    Bench::require(open, QString::fromUtf8(mysql_error(connection.get())));
+}
+
+void BareClient::run(const RecordedStatement &statement)
+{
+    if (statement.prepared)
+        execute(statement);
+    else
+        query(statement.text);
+}
+
+void BareClient::query(const QByteArray &statement)
+{
+    const bool ran = mysql_real_query(connection.get(), statement.constData(),
+                                      static_cast<unsigned long>(statement.size())) == 0;
+    Bench::require(ran, QString::fromUtf8(mysql_error(connection.get())));
+    if (MYSQL_RES *result = mysql_store_result(connection.get())) {
+        while (mysql_fetch_row(result) != nullptr) {
+        }
+        mysql_free_result(result);
+    }
+}
+
+void BareClient::execute(const RecordedStatement &statement)
+{
+    QVector<MYSQL_BIND> binds(statement.values.size());
+    for (int i = 0; i < binds.size(); ++i) {
+        binds[i] = MYSQL_BIND{};
+        const QByteArray &value = statement.values[i];
+        binds[i].buffer_type = value == "NULL" ? MYSQL_TYPE_NULL : MYSQL_TYPE_STRING;
+        binds[i].buffer = const_cast<char *>(value.constData());
+        binds[i].buffer_length = static_cast<unsigned long>(value.size());
+    }
+    MYSQL_STMT *prepared = mysql_stmt_init(connection.get());
+    const bool ran = mysql_stmt_prepare(prepared, statement.text.constData(),
+                                        static_cast<unsigned long>(statement.text.size())) == 0 &&
+                     mysql_stmt_bind_param(prepared, binds.data()) == 0 &&
+                     mysql_stmt_execute(prepared) == 0 && mysql_stmt_store_result(prepared) == 0;
+    Bench::require(ran, QString::fromUtf8(mysql_stmt_error(prepared)));
+    while (mysql_stmt_fetch(prepared) == 0) {
+    }
+    mysql_stmt_close(prepared);
+}

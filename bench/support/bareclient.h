@@ -1,0 +1,28 @@
+#pragma once
+
+#include "support/recording.h"
+
+#include <memory>
+
+struct st_mysql;
+
+/**
+ * The floor that the product is held against: MariaDB's client library and nothing else. Rows are
+ * fetched and dropped. A statement that fails ends the program.
+ */
+class BareClient
+{
+public:
+    explicit BareClient(const QString &schema);
+
+    void run(const RecordedStatement &statement);
+    void query(const QByteArray &statement);
+
+private:
+    void execute(const RecordedStatement &statement);
+
+    struct Close {
+        void operator()(st_mysql *connection) const;
+    };
+    std::unique_ptr<st_mysql, Close> connection;
+};

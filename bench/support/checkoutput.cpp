@@ -1,0 +1,30 @@
+#include "support/checkoutput.h"
+
+#include "support/measure.h"
+
+#include <QProcess>
+
+namespace
+{
+
+void check(const QStringList &arguments)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.start(QStringLiteral(AUTOREPORT_CHECK_OUTPUT), arguments);
+    Bench::require(process.waitForFinished(300000) &&
+                       process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0,
+                   QStringLiteral("wrong output: ") + arguments.join(QLatin1Char(' ')));
+}
+
+} // namespace
+
+void requireSameCells(const QString &path, const QString &otherPath)
+{
+    check({QStringLiteral("same"), path, otherPath});
+}
+
+void requireRows(const QString &path, int rows)
+{
+    check({QStringLiteral("rows"), path, QString::number(rows)});
+}
