@@ -14,6 +14,8 @@
 namespace
 {
 
+constexpr qint64 chunkBytes = 3 * 0x8000; // whole groups of Base64: only the last chunk is padded
+
 QString mimeTypeName(const QString &path)
 {
     const QMimeType type = QMimeDatabase().mimeTypeForFile(path);
@@ -26,14 +28,29 @@ QString mimeTypeName(const QString &path)
                      "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet");
 }
 
-QByteArray attachmentDocument(const QString &path, const QByteArray &content)
+/// Empty when reading fails.
+QByteArray attachmentDocument(QFile &file)
 {
-    const QJsonObject attachment{
-        {QStringLiteral("type"), mimeTypeName(path)},
-        {QStringLiteral("name"), QFileInfo(path).fileName()},
-        {QStringLiteral("content"), QString::fromLatin1(content.toBase64())}};
-    const QJsonObject document{{QStringLiteral("attachments"), QJsonArray{attachment}}};
-    return QJsonDocument(document).toJson(QJsonDocument::Indented);
+    const QJsonObject attachment{{QStringLiteral("type"), mimeTypeName(file.fileName())},
+                                 {QStringLiteral("name"), QFileInfo(file).fileName()},
+                                 {QStringLiteral("content"), QString()}};
+    const QJsonObject root{{QStringLiteral("attachments"), QJsonArray{attachment}}};
+    const QByteArray frame = QJsonDocument(root).toJson(QJsonDocument::Indented);
+
+    // The file goes straight into its place: as a value of the document it would be in memory
+    // several times over, half of them in wide characters. Keys are sorted, so it comes first.
+    const QByteArray opening = QByteArrayLiteral("\"content\": \"");
+    const int place = frame.indexOf(opening) + opening.size();
+    QByteArray document;
+    document.reserve(frame.size() + static_cast<int>(file.size() / 3 + 1) * 4);
+    document += frame.left(place);
+    while (!file.atEnd()) {
+        const QByteArray chunk = file.read(chunkBytes);
+        if (chunk.isEmpty())
+            return QByteArray();
+        document += chunk.toBase64();
+    }
+    return document += frame.mid(place);
 }
 
 } // namespace
@@ -54,9 +71,7 @@ MailRecord makeReportMail(const ReportMailTexts &texts, const QString &path,
         qCritical("%s makeMail - can not open file '%s' for read!", texts.report, qPrintable(path));
         return mail;
     }
-    const QByteArray content = file.readAll();
-    file.close();
-    mail.data = attachmentDocument(path, content);
+    mail.data = attachmentDocument(file);
     return mail;
 }
 
