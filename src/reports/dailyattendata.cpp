@@ -11,13 +11,57 @@ namespace
 /// Identifiers of the records in `atten_data` that correct a day.
 enum Correction { Unrecognised = 1000, Rounding = 1001, Penalty = 1002, Moved = 1003 };
 
+// A day's statements, from `start`, the day's first second, to `end`, the next day's, both as
+// decimal Unix seconds. The uid is left open, as "%1".
+
+QString openUid()
+{
+    return QStringLiteral("%1");
+}
+
+QString attendanceStatement(const QString &start, const QString &end)
+{
+    return QStringLiteral("SELECT fond, work, diff, expFund FROM atten a WHERE uid = %1 "
+                          "AND (a.date >= %2 AND a.date < %3)")
+        .arg(openUid(), start, end);
+}
+
+QString overtimeStatement(const QString &start, const QString &end, bool advanced)
+{
+    return advanced
+               ? QStringLiteral("SELECT uid, at.date, saldo_p FROM atten at WHERE (at.date >= %1 "
+                                "AND at.date < %2) AND (saldo_p > 0) AND (ok > 0) AND (at.uid=%3)")
+                     .arg(start, end, openUid())
+               : QStringLiteral("SELECT uid, at.date, diff FROM atten at WHERE (at.date = %1) AND "
+                                "(diff > 0) AND (ok > 0) AND (at.uid=%2)")
+                     .arg(start, openUid());
+}
+
+QString correctionsStatement(const QString &start, const QString &end)
+{
+    return QStringLiteral("SELECT iid, duration FROM atten_data ad WHERE uid = %1 AND "
+                          "(ad.from >= %2 AND ad.from < %3) AND (iid >= 1000 AND iid < "
+                          "1004)")
+        .arg(openUid(), start, end);
+}
+
+QString interruptionsStatement(const QString &start, const QString &end)
+{
+    return QStringLiteral("SELECT ad.iid, duration, i.shortcut, i.name FROM atten_data ad "
+                          "LEFT JOIN inters i ON ad.iid = i.iid WHERE uid = %1 AND "
+                          "(ad.from >= %2 AND ad.from < %3) AND (ad.iid < 1000) AND "
+                          "(ad.iid > 1) AND del = 0")
+        .arg(openUid(), start, end);
+}
+
 } // namespace
 
-AttenDay::AttenDay(const QDate &date)
-    : dayOfMonth(date.day())
-    , start(dayStartText(date))
-    , end(dayStartText(date.addDays(1)))
+PersonStatement::PersonStatement(const QString &text)
 {
+    const QString place = QStringLiteral("%1");
+    const int cut = text.indexOf(place);
+    before = text.left(cut);
+    after = text.mid(cut + place.size());
 }
 
 DailyAttenData::DailyAttenData(const QSqlDatabase &db, const DailyAttenOptions &reportOptions)
@@ -67,6 +111,16 @@ void DailyAttenData::loadBranches()
         branches.insert(query.value(0).toUInt(), query.value(1).toString());
 }
 
+AttenDay DailyAttenData::day(const QDate &date) const
+{
+    const QString start = dayStartText(date);
+    const QString end = dayStartText(date.addDays(1));
+    return {date.day(), PersonStatement(attendanceStatement(start, end)),
+            PersonStatement(overtimeStatement(start, end, options.advancedOvertime)),
+            PersonStatement(correctionsStatement(start, end)),
+            PersonStatement(interruptionsStatement(start, end))};
+}
+
 DailyAttenRow DailyAttenData::row(const DailyAttenPerson &person, const AttenDay &day) const
 {
     const QString uid = QString::number(person.uid);
@@ -84,12 +138,9 @@ DailyAttenRow DailyAttenData::row(const DailyAttenPerson &person, const AttenDay
 void DailyAttenData::readAttendance(const QString &uid, const AttenDay &day,
                                     DailyAttenRow &row) const
 {
-    const QString statement =
-        QStringLiteral("SELECT fond, work, diff, expFund FROM atten a WHERE uid = %1 "
-                       "AND (a.date >= %2 AND a.date < %3)")
-            .arg(uid, day.start, day.end);
     QSqlQuery query = freshQuery(database);
-    row.complete &= runOrWarn(query, statement, "DailyAttenReport::makeReport() atten SQL error:");
+    row.complete &=
+        runOrWarn(query, day.attendance.of(uid), "DailyAttenReport::makeReport() atten SQL error:");
     while (query.next()) {
         row.worked = query.value(1).toDouble();
         row.unworked = query.value(0).toDouble() - row.worked;
@@ -98,17 +149,9 @@ void DailyAttenData::readAttendance(const QString &uid, const AttenDay &day,
 
 void DailyAttenData::readOvertime(const QString &uid, const AttenDay &day, DailyAttenRow &row) const
 {
-    const QString statement =
-        options.advancedOvertime
-            ? QStringLiteral("SELECT uid, at.date, saldo_p FROM atten at WHERE (at.date >= %1 AND "
-                             "at.date < %2) AND (saldo_p > 0) AND (ok > 0) AND (at.uid=%3)")
-                  .arg(day.start, day.end, uid)
-            : QStringLiteral("SELECT uid, at.date, diff FROM atten at WHERE (at.date = %1) AND "
-                             "(diff > 0) AND (ok > 0) AND (at.uid=%2)")
-                  .arg(day.start, uid);
     QSqlQuery query = freshQuery(database);
-    row.complete &=
-        runOrWarn(query, statement, "DailyAttenReport::makeReport() overtime SQL error:");
+    row.complete &= runOrWarn(query, day.overtime.of(uid),
+                              "DailyAttenReport::makeReport() overtime SQL error:");
     while (query.next())
         row.overtime = query.value(2).toDouble();
 }
@@ -116,14 +159,9 @@ void DailyAttenData::readOvertime(const QString &uid, const AttenDay &day, Daily
 void DailyAttenData::readCorrections(const QString &uid, const AttenDay &day,
                                      DailyAttenRow &row) const
 {
-    const QString statement =
-        QStringLiteral("SELECT iid, duration FROM atten_data ad WHERE uid = %1 AND "
-                       "(ad.from >= %2 AND ad.from < %3) AND (iid >= 1000 AND iid < "
-                       "1004)")
-            .arg(uid, day.start, day.end);
     QSqlQuery query = freshQuery(database);
-    row.complete &=
-        runOrWarn(query, statement, "DailyAttenReport::makeReport() pseudo inters SQL error:");
+    row.complete &= runOrWarn(query, day.corrections.of(uid),
+                              "DailyAttenReport::makeReport() pseudo inters SQL error:");
     while (query.next()) {
         const double seconds = query.value(1).toDouble();
         switch (query.value(0).toInt()) {
@@ -146,14 +184,9 @@ void DailyAttenData::readCorrections(const QString &uid, const AttenDay &day,
 void DailyAttenData::readInterruptions(const QString &uid, const AttenDay &day,
                                        DailyAttenRow &row) const
 {
-    const QString statement =
-        QStringLiteral("SELECT ad.iid, duration, i.shortcut, i.name FROM atten_data ad "
-                       "LEFT JOIN inters i ON ad.iid = i.iid WHERE uid = %1 AND "
-                       "(ad.from >= %2 AND ad.from < %3) AND (ad.iid < 1000) AND "
-                       "(ad.iid > 1) AND del = 0")
-            .arg(uid, day.start, day.end);
     QSqlQuery query = freshQuery(database);
-    row.complete &= runOrWarn(query, statement, "DailyAttenReport::makeReport() inters SQL error:");
+    row.complete &= runOrWarn(query, day.interruptions.of(uid),
+                              "DailyAttenReport::makeReport() inters SQL error:");
     while (query.next()) {
         InterruptionTotal &total = row.interruptions[query.value(2).toString()];
         total.seconds += query.value(1).toDouble();

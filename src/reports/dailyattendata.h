@@ -6,6 +6,7 @@
 #include <QHash>
 #include <QSqlDatabase>
 #include <QString>
+#include <QStringBuilder>
 #include <QVector>
 
 #include <optional>
@@ -20,13 +21,27 @@ struct DailyAttenOptions {
     bool homeBranch = false;       ///< "dattenHomeBranch"
 };
 
-/// A calendar day as the queries ask for it: made once a day, used for every person.
-struct AttenDay {
-    explicit AttenDay(const QDate &date);
+/// A statement about one person, with all pasted in but the uid.
+class PersonStatement
+{
+public:
+    /// `text` holds "%1" where the uid goes, once.
+    explicit PersonStatement(const QString &text);
 
+    QString of(const QString &uid) const { return before % uid % after; }
+
+private:
+    QString before;
+    QString after;
+};
+
+/// A calendar day with its statements: made once a day, used for every person.
+struct AttenDay {
     int dayOfMonth;
-    QString start; ///< the day's first second, decimal Unix seconds
-    QString end;   ///< the next day's first second
+    PersonStatement attendance;
+    PersonStatement overtime;
+    PersonStatement corrections;
+    PersonStatement interruptions;
 };
 
 /**
@@ -45,6 +60,8 @@ public:
 
     /// Reads each person's latest branch.
     void loadBranches();
+
+    AttenDay day(const QDate &date) const;
 
     /// The values of one person and one day; the shift is not looked up here.
     DailyAttenRow row(const DailyAttenPerson &person, const AttenDay &day) const;

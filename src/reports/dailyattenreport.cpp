@@ -129,7 +129,7 @@ bool DailyAttenReport::writeRows(DailyAttenSheet &sheet, const DailyAttenData &d
 {
     const QDate today = run.now.date();
     for (int dayOfMonth = 1; dayOfMonth <= today.day(); ++dayOfMonth) {
-        const AttenDay day(QDate(today.year(), today.month(), dayOfMonth));
+        const AttenDay day = data.day(QDate(today.year(), today.month(), dayOfMonth));
         for (const DailyAttenPerson &person : people) {
             if (isInterrupted(reportName))
                 return false;
