@@ -176,8 +176,10 @@ DailyAttenSheet::interruptionText(const QMap<QString, InterruptionTotal> &interr
             options.decimalTime
                 ? QString::number(std::floor(time.toDouble() * 10000 + 0.5) / 10000, 'g', 6)
                 : time.toString();
-        const QString times = it->count > 1 ? QStringLiteral("-%1x").arg(it->count) : QString();
-        text += QStringLiteral("[%1 %2%3]").arg(it.key(), amount, times);
+        text += QLatin1Char('[') + it.key() + QLatin1Char(' ') + amount;
+        if (it->count > 1)
+            text += QLatin1Char('-') + QString::number(it->count) + QLatin1Char('x');
+        text += QLatin1Char(']');
     }
     return text;
 }

@@ -2,6 +2,8 @@
 
 #include "workbook/libxlhelper.h"
 
+#include <QVarLengthArray>
+
 namespace
 {
 
@@ -40,7 +42,10 @@ void keepHeadingRow(libxl::ISheetT<wchar_t> &sheet)
 bool writeText(libxl::ISheetT<wchar_t> &sheet, int row, int col, const QString &text,
                libxl::IFormatT<wchar_t> *format)
 {
-    return sheet.writeStr(row, col, text.toStdWString().c_str(), format);
+    // On the stack: a report writes hundreds of thousands of texts, few of them long.
+    QVarLengthArray<wchar_t, 256> wide(text.size() + 1);
+    wide[text.toWCharArray(wide.data())] = L'\0';
+    return sheet.writeStr(row, col, wide.constData(), format);
 }
 
 bool saveReportBook(libxl::IBookT<wchar_t> &book, const QString &path, const char *report)
