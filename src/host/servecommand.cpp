@@ -20,19 +20,6 @@ QString masterName(bool single)
     return single ? QStringLiteral("KVH.ZASDB") : QStringLiteral("KVH.InfoDB");
 }
 
-QSqlDatabase addMaster(const ServeOptions &options)
-{
-    QSqlDatabase db =
-        QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), masterName(options.single));
-    db.setHostName(options.host);
-    db.setPort(options.port);
-    db.setUserName(options.user);
-    db.setPassword(options.password);
-    db.setDatabaseName(options.databaseName);
-    db.setConnectOptions(QStringLiteral("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1"));
-    return db;
-}
-
 } // namespace
 
 ServeCommand::ServeCommand(const ServeOptions &serveOptions)
@@ -68,17 +55,18 @@ bool ServeCommand::loadPlugin()
 
 bool ServeCommand::connectDatabase()
 {
-    QSqlDatabase db = addMaster(options);
+    QSqlDatabase db = options.connection.addDatabase(masterName(options.connection.single));
     // Tried here first, so that a failure is one line which names the server.
     if (!db.open()) {
         qCritical("Host - can not open the database '%s' on %s:%i: %s",
-                  qUtf8Printable(options.databaseName), qUtf8Printable(options.host), options.port,
+                  qUtf8Printable(options.connection.databaseName),
+                  qUtf8Printable(options.connection.host), options.connection.port,
                   qUtf8Printable(db.lastError().text()));
         return false;
     }
     db.close();
 
-    if (options.single) {
+    if (options.connection.single) {
         manager->setZasDB(db);
         plugin->server()->setDatabase(db);
         return true;
@@ -112,8 +100,8 @@ void ServeCommand::waitForEnd()
         QTimer::singleShot(std::chrono::seconds(options.runForSeconds),
                            [] { QCoreApplication::quit(); });
     }
-    qInfo("Host - serving '%s' on %s:%i", qUtf8Printable(options.databaseName),
-          qUtf8Printable(options.host), options.port);
+    qInfo("Host - serving '%s' on %s:%i", qUtf8Printable(options.connection.databaseName),
+          qUtf8Printable(options.connection.host), options.connection.port);
     QCoreApplication::exec();
     server->stop();
 }
@@ -136,5 +124,5 @@ void ServeCommand::giveBack()
     manager->removeUnusedConnections();
 
     manager.reset();
-    QSqlDatabase::removeDatabase(masterName(options.single));
+    QSqlDatabase::removeDatabase(masterName(options.connection.single));
 }

@@ -1,18 +1,15 @@
 #pragma once
 
+#include "host/connectionoptions.h"
+
 #include <QStringList>
 
 #include <optional>
 
 /// What `autoreport serve` was asked to do.
 struct ServeOptions {
-    bool single = false; ///< serve one schema instead of all that an information database lists
-    QString plugin;      ///< file of the module
-    QString host;
-    int port = 0;
-    QString user;
-    QString password;
-    QString databaseName;
+    ConnectionOptions connection;
+    QString plugin; ///< file of the module
     quint8 debugLevel = 0;
     int runForSeconds = 0; ///< 0: until a signal asks to stop
 };
@@ -29,6 +26,5 @@ struct CommandLine {
     QString text;
 };
 
-/// `arguments` with the program's name first. The password comes from the environment or a file,
-/// never from the command line, where everybody on the machine could read it.
+/// `arguments` with the program's name first.
 CommandLine parseCommandLine(const QStringList &arguments);

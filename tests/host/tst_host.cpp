@@ -22,6 +22,8 @@ private Q_SLOTS:
     void cleanup();
     void commandLine_data();
     void commandLine();
+    void configuration_data();
+    void configuration();
     void failsWithOneLine_data();
     void failsWithOneLine();
     void serves_data();
@@ -118,6 +120,7 @@ void TestHost::commandLine_data()
     QTest::newRow("port") << most + "--db-port 65536" << 2 << "from 1 to 65535, not '65536'";
     QTest::newRow("debug") << most + "--db-port 1 --debug 256" << 2 << "--debug must";
     QTest::newRow("run") << most + "--db-port 1 --run-for 0" << 2 << "--run-for must";
+    QTest::newRow("no configuration") << most + "--config /no/such" << 1 << "'/no/such': No such";
     QTest::newRow("password file") << most + "--db-port 1 --password-file /no/such" << 1
                                    << "cannot read the password file '/no/such'";
 }
@@ -136,6 +139,48 @@ void TestHost::commandLine()
     QVERIFY2(spoken.contains(text), qPrintable(spoken));
     QVERIFY((status == 0 ? errors : output).isEmpty());
     QCOMPARE(errors.contains("Usage: "), status == 2);
+}
+
+void TestHost::configuration_data()
+{
+    QTest::addColumn<QString>("content");
+    QTest::addColumn<bool>("isOpen");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("text");
+    const QString way = QString("[database]\nhost=127.0.0.1\nport=%1\nname=here\nuser=%2\n")
+                            .arg(TestServer::port())
+                            .arg(TestServer::user());
+    QTest::newRow("password") << way + "password=secret\n"
+                              << false << 1 << "Unknown database 'here'";
+    QTest::newRow("quoted") << way + "password=\"se,cret\"\n" << false << 1 << "Access denied";
+    QTest::newRow("open, password") << way + "password=secret" << true << 1 << "chmod o-rwx /";
+    QTest::newRow("open, without") << way << true << 1 << "no password: set AUTOREPORT_DB_PASSWORD";
+    QTest::newRow("password file") << way + "password-file=/no/such\n" << true << 1 << "'/no/such'";
+    QTest::newRow("wrong key") << way + "pasword=x\n" << false << 1 << "key 'database/pasword'";
+    QTest::newRow("incomplete") << "[database]\nhost=h\n" << true << 2 << "--db-port is missing";
+}
+
+void TestHost::configuration()
+{
+    QFETCH(QString, content);
+    QFETCH(bool, isOpen);
+    QFETCH(int, status);
+    QFETCH(QString, text);
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    file.write(content.toUtf8());
+    file.close();
+    QFile::Permissions permissions = QFile::ReadOwner | QFile::WriteOwner;
+    QVERIFY(file.setPermissions(isOpen ? permissions | QFile::ReadOther : permissions));
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove("AUTOREPORT_DB_PASSWORD");
+    program->setProcessEnvironment(environment);
+    program->start(AUTOREPORT_PROGRAM, {"serve", "--config", file.fileName()});
+    QVERIFY(ended());
+    const QString errors = QString::fromUtf8(program->readAllStandardError());
+    QVERIFY2(errors.contains(text), qPrintable(errors));
+    QCOMPARE(program->exitCode(), status);
+    QVERIFY(!errors.contains("cret"));
 }
 
 void TestHost::failsWithOneLine_data()

@@ -1,0 +1,139 @@
+#include "host/connectionoptions.h"
+
+#include <QCommandLineParser>
+#include <QFile>
+#include <QVariant>
+
+namespace
+{
+
+constexpr const char *passwordVariable = "AUTOREPORT_DB_PASSWORD";
+
+/// "db-host" is "host" in the file, where the section says the rest.
+QString configKey(const QString &option)
+{
+    const auto prefix = QLatin1String("db-");
+    return option.startsWith(prefix) ? option.mid(prefix.size()) : option;
+}
+
+QString firstLine(QFile &file)
+{
+    QString line = QString::fromUtf8(file.readLine());
+    if (line.endsWith(QLatin1Char('\n')))
+        line.chop(1);
+    return line;
+}
+
+} // namespace
+
+QSqlDatabase ConnectionOptions::addDatabase(const QString &connectionName) const
+{
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), connectionName);
+    db.setHostName(host);
+    db.setPort(port);
+    db.setUserName(user);
+    db.setPassword(password);
+    db.setDatabaseName(databaseName);
+    db.setConnectOptions(QStringLiteral("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1"));
+    return db;
+}
+
+void OptionReader::describe(QCommandLineParser &parser)
+{
+    const auto add = [&parser](const char *name, const char *description, const char *value) {
+        parser.addOption({QLatin1String(name), QLatin1String(description), QLatin1String(value)});
+    };
+    parser.addOption({QStringLiteral("single"),
+                      QStringLiteral("Serve one schema, --db-name, instead of every schema that "
+                                     "the information database --db-name lists.")});
+    add("db-host", "Host of the database server.", "host");
+    add("db-port", "Port of the database server.", "port");
+    add("db-user", "Account on the database server.", "user");
+    add("db-name", "Name of the database.", "name");
+    add("password-file", "File whose first line is the password.", "file");
+    add("config", "Configuration file with these options, /etc/autoreport.conf if there is one.",
+        "file");
+}
+
+OptionReader::OptionReader(const QCommandLineParser &commandLine)
+    : parser(commandLine)
+{
+    const bool asked = parser.isSet(QStringLiteral("config"));
+    const QString path = asked ? parser.value(QStringLiteral("config")) : ConfigFile::defaultPath();
+    if (!asked && !QFile::exists(path))
+        return;
+    config = ConfigFile::read(path);
+    if (!config.error.isEmpty())
+        fail(config.error, false);
+}
+
+bool OptionReader::hasOption(const QString &option) const
+{
+    return parser.isSet(option) || !parser.value(option).isEmpty();
+}
+
+QString OptionReader::text(const char *name)
+{
+    const QString option = QLatin1String(name);
+    QString value =
+        hasOption(option) ? parser.value(option) : config.values.value(configKey(option));
+    if (value.isEmpty())
+        fail(QStringLiteral("--%1 is missing").arg(option));
+    return value;
+}
+
+int OptionReader::number(const char *name, int least, int most)
+{
+    bool isNumber = false;
+    const QString value = text(name);
+    const int number = value.toInt(&isNumber);
+    if (!isNumber || number < least || number > most) {
+        fail(QStringLiteral("--%1 must be a number from %2 to %3, not '%4'")
+                 .arg(QLatin1String(name), QString::number(least), QString::number(most), value));
+    }
+    return number;
+}
+
+ConnectionOptions OptionReader::connection()
+{
+    ConnectionOptions options;
+    const auto single = QStringLiteral("single");
+    options.single = parser.isSet(single) || QVariant(config.values.value(single)).toBool();
+    options.host = text("db-host");
+    options.port = number("db-port", 1, 65535);
+    options.user = text("db-user");
+    options.databaseName = text("db-name");
+    return options;
+}
+
+QString OptionReader::password()
+{
+    const auto fileKey = QStringLiteral("password-file");
+    const auto passwordKey = QStringLiteral("password");
+    const bool asked = parser.isSet(fileKey);
+    if (!asked && qEnvironmentVariableIsSet(passwordVariable))
+        return qEnvironmentVariable(passwordVariable);
+    if (!asked && config.values.contains(passwordKey))
+        return config.values.value(passwordKey);
+    if (asked || config.values.contains(fileKey)) {
+        QFile file(asked ? parser.value(fileKey) : config.values.value(fileKey));
+        if (file.open(QIODevice::ReadOnly | QIODevice::Text))
+            return firstLine(file);
+        fail(QStringLiteral("cannot read the password file '%1': %2")
+                 .arg(file.fileName(), file.errorString()),
+             false);
+        return {};
+    }
+    fail(QStringLiteral("no password: set %1 or give --password-file")
+             .arg(QLatin1String(passwordVariable)),
+         false);
+    return {};
+}
+
+void OptionReader::fail(const QString &reason, bool usage)
+{
+    if (!error.isEmpty())
+        return;
+    error = reason;
+    isUsage = usage;
+}

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "host/configfile.h"
+
+#include <QSqlDatabase>
+#include <QString>
+
+class QCommandLineParser;
+
+/// The way to the database server, the same for every command.
+struct ConnectionOptions {
+    bool single = false; ///< one schema instead of all that an information database lists
+    QString host;
+    int port = 0;
+    QString user;
+    QString password;
+    QString databaseName;
+
+    /// Registers a connection of that name, not opened.
+    QSqlDatabase addDatabase(const QString &connectionName) const;
+};
+
+/**
+ * Reads options off a parsed command line; what is missing there comes from the configuration
+ * file, where that knows it.
+ *
+ * The first thing found wrong stays in `error`, as one sentence. `isUsage` tells a wrong command
+ * line from one that is right but cannot be followed, such as a file that cannot be read.
+ */
+class OptionReader
+{
+public:
+    explicit OptionReader(const QCommandLineParser &commandLine);
+
+    /// Adds the options of the connection to a command's own.
+    static void describe(QCommandLineParser &parser);
+
+    QString text(const char *name);
+    int number(const char *name, int least, int most);
+    /// All but the password.
+    ConnectionOptions connection();
+    /// From a file, the environment or the configuration, in this order; never from the command
+    /// line, where everybody on the machine could read it.
+    QString password();
+
+    void fail(const QString &reason, bool usage = true);
+
+    QString error;
+    bool isUsage = true;
+
+private:
+    bool hasOption(const QString &option) const;
+
+    const QCommandLineParser &parser;
+    ConfigFile config;
+};
