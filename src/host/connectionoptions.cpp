@@ -44,7 +44,7 @@ void OptionReader::describe(QCommandLineParser &parser)
         parser.addOption({QLatin1String(name), QLatin1String(description), QLatin1String(value)});
     };
     parser.addOption({QStringLiteral("single"),
-                      QStringLiteral("Serve one schema, --db-name, instead of every schema that "
+                      QStringLiteral("One schema, --db-name, instead of every schema that "
                                      "the information database --db-name lists.")});
     add("db-host", "Host of the database server.", "host");
     add("db-port", "Port of the database server.", "port");

@@ -1,6 +1,7 @@
 #include "host/logsink.h"
 #include "host/servecommand.h"
 #include "host/serveoptions.h"
+#include "tool/tool.h"
 
 #include <QCoreApplication>
 
@@ -12,6 +13,10 @@ int main(int argc, char *argv[])
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("autoreport"));
     QCoreApplication::setApplicationVersion(QStringLiteral(AUTOREPORT_VERSION));
+
+    const QString command = Tool::commandIn(QCoreApplication::arguments());
+    if (!command.isEmpty())
+        return Tool::run(command, QCoreApplication::arguments());
 
     const CommandLine commandLine = parseCommandLine(QCoreApplication::arguments());
     if (!commandLine.options) {

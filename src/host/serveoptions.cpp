@@ -1,6 +1,7 @@
 #include "host/serveoptions.h"
 
 #include "host/pluginhandle.h"
+#include "tool/tool.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -29,7 +30,10 @@ void describe(QCommandLineParser &parser)
     parser.addOption(
         {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Print this help.")});
     parser.addVersionOption();
-    parser.addPositionalArgument(QStringLiteral("serve"), QStringLiteral("Run the plug-in."));
+    parser.addPositionalArgument(
+        QStringLiteral("serve"),
+        QStringLiteral("Run the plug-in. Further commands, each with a --help of its own:\n") +
+            Tool::commandHelp().trimmed());
     OptionReader::describe(parser);
     add("plugin", "The module to load; otherwise the program's own.", "file");
     add("debug", "Debug level, 0 to 255; above 0 debug lines are shown.", "level", "0");

@@ -1,10 +1,19 @@
 #include "reports/reportschedule.h"
 
+#include <algorithm>
+
 namespace
 {
 
 constexpr qint64 toleranceSeconds = 60;
 constexpr int secondsPerMinute = 60;
+
+/// Whether the report is still to be made on that day.
+bool isOpenOn(const QDate &date, const ReportSettings &settings)
+{
+    const qint64 scheduled = scheduledMoment(date, settings.time).toSecsSinceEpoch();
+    return settings.lastGenerated < scheduled - toleranceSeconds;
+}
 
 } // namespace
 
@@ -24,18 +33,39 @@ ReportSettings ReportSettings::fromValues(const QMap<QString, QVariant> &values,
     return settings;
 }
 
+QVector<ScheduleRule> scheduleRules(const ReportSettings &settings, const QDateTime &now)
+{
+    return {{ReportReason::Disabled, settings.enabled},
+            {ReportReason::NoRecipients, !settings.recipients.isEmpty()},
+            // An invalid time compares as earlier than any other.
+            {ReportReason::TooEarly, !(now.time() < settings.time)},
+            {ReportReason::AlreadyGenerated, isOpenOn(now.date(), settings)}};
+}
+
 ReportReason reportReason(const ReportSettings &settings, const QDateTime &now)
 {
-    if (!settings.enabled)
-        return ReportReason::Disabled;
-    if (settings.recipients.isEmpty())
-        return ReportReason::NoRecipients;
-    // An invalid time compares as earlier than any other.
-    if (now.time() < settings.time)
-        return ReportReason::TooEarly;
-    const qint64 scheduled = scheduledMoment(now.date(), settings.time).toSecsSinceEpoch();
-    return settings.lastGenerated < scheduled - toleranceSeconds ? ReportReason::Due
-                                                                 : ReportReason::AlreadyGenerated;
+    const QVector<ScheduleRule> rules = scheduleRules(settings, now);
+    const auto unmet = std::find_if(rules.cbegin(), rules.cend(),
+                                    [](const ScheduleRule &rule) { return !rule.met; });
+    return unmet == rules.cend() ? ReportReason::Due : unmet->otherwise;
+}
+
+QDateTime nextDue(const ReportSettings &settings, const QDateTime &now)
+{
+    if (!settings.enabled || settings.recipients.isEmpty())
+        return {};
+    // The last report may lie in the future, after a clock went wrong: no day before it is open.
+    const QDate last = QDateTime::fromSecsSinceEpoch(settings.lastGenerated).date();
+    QDate date = last.isValid() ? std::max(last, now.date()) : QDate();
+    while (date.isValid() && !isOpenOn(date, settings))
+        date = date.addDays(1);
+    if (!date.isValid())
+        return {};
+    const QDateTime first = scheduledMoment(date, settings.time);
+    if (now < first || !settings.time.isValid())
+        return std::max(now, first);
+    // Past it, yet too early again: the clock was set back, and the time of day comes once more.
+    return now.time() < settings.time ? now.addMSecs(now.time().msecsTo(settings.time)) : now;
 }
 
 QDateTime scheduledMoment(const QDate &date, const QTime &time)

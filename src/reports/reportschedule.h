@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 #include <QVariant>
+#include <QVector>
 
 /// What the schedule of a report depends on, as its settings say it.
 struct ReportSettings {
@@ -21,6 +22,15 @@ struct ReportSettings {
 /// Why a report is made now, or is not.
 enum class ReportReason { Due, Disabled, NoRecipients, TooEarly, AlreadyGenerated };
 
+/// One condition of the schedule, and the reason given where it is not met.
+struct ScheduleRule {
+    ReportReason otherwise;
+    bool met;
+};
+
+/// Every condition, in the order in which they count: the first that is not met is the reason.
+QVector<ScheduleRule> scheduleRules(const ReportSettings &settings, const QDateTime &now);
+
 /**
  * The one rule of both reports: once a day, with the first tick at or after the configured time.
  *
@@ -28,6 +38,10 @@ enum class ReportReason { Due, Disabled, NoRecipients, TooEarly, AlreadyGenerate
  * Pure: the answer depends on the arguments and the local time zone alone.
  */
 ReportReason reportReason(const ReportSettings &settings, const QDateTime &now);
+
+/// The first moment from `now` on at which the report is due, if nothing changes until then;
+/// invalid when there is none.
+QDateTime nextDue(const ReportSettings &settings, const QDateTime &now);
 
 /**
  * The first moment of `date` at which a local clock shows `time` or later, for days of 23, 24 and

@@ -34,6 +34,8 @@ private Q_SLOTS:
     void rules();
     void oncePerDay_data();
     void oncePerDay();
+    void nextDueIsTheFirstDueMoment_data();
+    void nextDueIsTheFirstDueMoment();
 };
 
 void TestReportSchedule::initTestCase()
@@ -147,6 +149,51 @@ void TestReportSchedule::oncePerDay()
     }
     QFETCH(QString, firstTick);
     QCOMPARE(made, QStringList{firstTick});
+}
+
+void TestReportSchedule::nextDueIsTheFirstDueMoment_data()
+{
+    QTest::addColumn<QString>("time");
+    QTest::addColumn<QString>("last");
+    QTest::addColumn<QString>("now");
+    QTest::addColumn<int>("secondsUntil");
+
+    const auto row = [](const char *name, const char *time, const char *last, const char *now,
+                        int secondsUntil) {
+        QTest::newRow(name) << QString::fromLatin1(time) << QString::fromLatin1(last)
+                            << QString::fromLatin1(now) << secondsUntil;
+    };
+    row("due now", "07:00", "2024-03-29 07:00:00", "2024-03-30 09:00:00", 0);
+    row("later today", "07:00", "2024-03-29 07:00:00", "2024-03-30 06:59:00", 60);
+    row("over the short night", "07:00", "2024-03-30 07:00:01", "2024-03-30 08:00:00", 22 * 3600);
+    row("over the long night", "07:00", "2024-10-26 07:00:01", "2024-10-26 08:00:00", 24 * 3600);
+    row("in the gap", "02:30", "2024-03-30 02:30:01", "2024-03-31 01:59:00", 60);
+    row("before both passages", "02:30", "2024-10-26 02:30:01", "2024-10-27 01:30:00", 3600);
+    row("no time", "", "2024-10-26 00:00:01", "2024-10-26 23:59:00", 60);
+    row("made ahead of time", "07:00", "2024-06-01 08:00:00", "2024-05-31 08:00:00", 47 * 3600);
+}
+
+void TestReportSchedule::nextDueIsTheFirstDueMoment()
+{
+    QFETCH(QString, time);
+    QFETCH(QString, last);
+    QFETCH(QString, now);
+    QFETCH(int, secondsUntil);
+    ReportSettings settings = dueSettings(time);
+    settings.lastGenerated = local(last).toSecsSinceEpoch();
+    const QDateTime next = nextDue(settings, local(now));
+    QCOMPARE(local(now).secsTo(next), qint64(secondsUntil));
+    QCOMPARE(reportReason(settings, next), ReportReason::Due);
+    if (secondsUntil > 0)
+        QVERIFY(reportReason(settings, next.addMSecs(-1)) != ReportReason::Due);
+
+    // Between the two passages of a time of day, after a morning without a host.
+    const QDateTime between = QDateTime::fromSecsSinceEpoch(1729991400); // the second 02:10
+    settings.time = QTime(2, 30);
+    settings.lastGenerated = 0;
+    QCOMPARE(between.secsTo(nextDue(settings, between)), Q_INT64_C(1200));
+    settings.recipients.clear();
+    QVERIFY(!nextDue(settings, local(now)).isValid());
 }
 
 QTEST_APPLESS_MAIN(TestReportSchedule)

@@ -1,0 +1,12 @@
+#pragma once
+
+class Invocation;
+class QCommandLineParser;
+
+// Each command: the options that are its own, and its work, which gives the exit status.
+
+void describeStatus(QCommandLineParser &parser);
+int runStatus(const Invocation &invocation);
+
+void describeWhy(QCommandLineParser &parser);
+int runWhy(const Invocation &invocation);

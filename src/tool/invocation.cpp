@@ -1,0 +1,17 @@
+#include "tool/invocation.h"
+
+#include "tool/output.h"
+#include "tool/tool.h"
+
+#include <cstdio>
+
+int Invocation::wrong(const QString &reason) const
+{
+    Output::error(reason + QLatin1String("\n\n") + parser.helpText());
+    return Tool::CouldNotAsk;
+}
+
+QDate Invocation::date() const
+{
+    return has("date") ? QDate::fromString(value("date"), Qt::ISODate) : QDate::currentDate();
+}

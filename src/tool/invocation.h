@@ -1,0 +1,34 @@
+#pragma once
+
+#include "host/connectionoptions.h"
+#include "tool/reportkind.h"
+
+#include <QCommandLineParser>
+#include <QDate>
+
+/**
+ * One command as it was called: its options, the schema and the report where it takes them, and
+ * the way to the database.
+ */
+class Invocation
+{
+public:
+    explicit Invocation(const QCommandLineParser &commandLine)
+        : parser(commandLine)
+    {
+    }
+
+    bool has(const char *option) const { return parser.isSet(QLatin1String(option)); }
+    QString value(const char *option) const { return parser.value(QLatin1String(option)); }
+
+    /// Says what is wrong with the command line, and how it should be; gives the exit status.
+    int wrong(const QString &reason) const;
+
+    /// The day of "--date", today without it; invalid when it is none.
+    QDate date() const;
+
+    const QCommandLineParser &parser;
+    ConnectionOptions connection;
+    QString token;
+    ReportKind kind = ReportKind::Daily;
+};

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QStringList>
+
+/**
+ * Collects the warnings that the product's code logs while it lives: they are the reasons that a
+ * command gives. Nothing is printed; lines below a warning are dropped.
+ *
+ * One object at a time, for a program with one thread.
+ */
+class Messages
+{
+public:
+    Messages();
+    ~Messages();
+    Q_DISABLE_COPY(Messages)
+
+    /// What was logged since the last call, each on one line.
+    static QStringList take();
+
+private:
+    QtMessageHandler previous;
+};

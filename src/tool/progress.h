@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QString>
+
+/**
+ * A bar on standard error, for work that takes longer than a second; none where standard error is
+ * no terminal. It is wiped at the end.
+ */
+class Progress
+{
+public:
+    /// `what` is counted, "schemas" for example.
+    Progress(const QString &what, int total);
+    ~Progress();
+    Q_DISABLE_COPY(Progress)
+
+    /// One more is done.
+    void step();
+
+private:
+    void draw() const;
+
+    QString what;
+    int total;
+    int done = 0;
+    bool possible;
+    bool shown = false;
+    QElapsedTimer sinceStart;
+    QElapsedTimer sinceDrawn;
+};

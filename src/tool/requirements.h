@@ -1,0 +1,18 @@
+#pragma once
+
+#include "tool/reportkind.h"
+
+#include <QSqlDatabase>
+#include <QStringList>
+
+/// The tables and columns of a schema that a report reads and writes.
+namespace Requirements
+{
+
+/// What of it cannot be read, in the server's words, one text per table; empty when all is there.
+QStringList unmet(const QSqlDatabase &database, ReportKind kind);
+
+/// The tables that both reports write to.
+QStringList writtenTables();
+
+} // namespace Requirements

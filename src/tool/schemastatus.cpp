@@ -1,0 +1,153 @@
+#include "tool/schemastatus.h"
+
+#include "common/freshquery.h"
+#include "common/zas.h"
+#include "db/zasdbsettings.h"
+#include "tool/messages.h"
+#include "tool/requirements.h"
+
+#include <QSqlError>
+
+namespace
+{
+
+constexpr qint64 graceSeconds = 4200; // a scan an hour, a tick a minute, and the report itself
+constexpr qint64 clockToleranceSeconds = 300;
+constexpr qint64 queuePatienceSeconds = 3600;
+
+void say(ReportStatus &status, const char *reason, const QString &detail)
+{
+    if (!status.reason.isEmpty())
+        return;
+    status.reason = QLatin1String(reason);
+    status.detail = detail;
+}
+
+/// Whether a moment at which the report should have gone out is over, with time to spare.
+bool isOverdue(const ReportSettings &settings, const QDateTime &now)
+{
+    QDate day = now.date();
+    if (scheduledMoment(day, settings.time).secsTo(now) < graceSeconds)
+        day = day.addDays(-1);
+    // Never generated: nobody knows since when it is switched on, so that only today counts.
+    if (settings.lastGenerated == 0 && day != now.date())
+        return false;
+    const QDateTime scheduled = scheduledMoment(day, settings.time);
+    return reportReason(settings, scheduled) == ReportReason::Due;
+}
+
+void judgeSettings(ReportStatus &status, const QDateTime &now)
+{
+    const ReportSettings &settings = status.stored.settings;
+    if (!status.stored.isFoundByScan())
+        say(status, "switch",
+            QStringLiteral("enabled is '%1', but the scan asks for exactly 1: autoreport set "
+                           "... --enable")
+                .arg(status.stored.text("enabled")));
+    const Recipients recipients(settings.recipients);
+    if (recipients.wellFormed.isEmpty())
+        say(status, "recipients",
+            QStringLiteral("nobody would get it: autoreport set ... --emails"));
+    if (!recipients.malformed.isEmpty())
+        say(status, "recipients",
+            QStringLiteral("no mail address: %1; autoreport set ... --emails")
+                .arg(recipients.malformed.join(QStringLiteral(", "))));
+    const QString time = status.stored.text("time");
+    if (!settings.time.isValid() && !time.isEmpty())
+        say(status, "time",
+            QStringLiteral("'%1' is no time of day, the report goes out at midnight: autoreport "
+                           "set ... --time")
+                .arg(time));
+    if (settings.lastGenerated > now.toSecsSinceEpoch() + clockToleranceSeconds)
+        say(status, "future",
+            QStringLiteral("it was last generated in the future; a clock was wrong: put "
+                           "lastGenerated right in the table vars"));
+    if (isOverdue(settings, now))
+        say(status, "overdue",
+            QStringLiteral("it should have gone out: see that autoreport serve runs, and its log"));
+}
+
+void judge(ReportStatus &status, const QSqlDatabase &database, const QDateTime &now)
+{
+    if (!status.stored.settings.enabled)
+        return;
+    const QStringList unmet = Requirements::unmet(database, *status.kind);
+    if (!unmet.isEmpty())
+        say(status, "tables",
+            QStringLiteral("%1: autoreport check").arg(unmet.join(QStringLiteral("; "))));
+    judgeSettings(status, now);
+    if (status.queued > 0 && status.oldestSeconds > queuePatienceSeconds)
+        say(status, "queue",
+            QStringLiteral("mails have been waiting for over an hour: see that the product's "
+                           "sender works"));
+}
+
+/// The mails that wait, by the server's clock, which also stamped them.
+void readQueue(ReportStatus &status, const QSqlDatabase &database)
+{
+    QSqlQuery query = freshQuery(database);
+    if (!query.exec(QStringLiteral("SELECT COUNT(*), UNIX_TIMESTAMP() - MIN(created) FROM emails "
+                                   "WHERE status = 'Q'")) ||
+        !query.next())
+        return;
+    status.queued = query.value(0).toInt();
+    status.oldestSeconds = query.value(1).toLongLong();
+}
+
+ReportStatus unasked(const QString &token, const QString &databaseName, const char *reason,
+                     const QString &detail)
+{
+    ReportStatus status;
+    status.token = token;
+    status.databaseName = databaseName;
+    say(status, reason, detail);
+    return status;
+}
+
+} // namespace
+
+StoredSettings StoredSettings::read(const QSqlDatabase &database, ReportKind kind)
+{
+    const QString prefix = settingsPrefix(kind);
+    const auto found = ZasDbSettings(database).variableGetMultiple(prefix);
+    StoredSettings stored;
+    stored.settings = ReportSettings::fromValues(found, prefix);
+    for (auto entry = found.cbegin(); entry != found.cend(); ++entry)
+        stored.values.insert(entry.key().mid(prefix.size()), entry.value());
+    return stored;
+}
+
+Recipients::Recipients(const QStringList &written)
+{
+    for (const QString &entry : written) {
+        const QString address = entry.trimmed();
+        if (!address.isEmpty())
+            (ZAS::validEmail(address) ? wellFormed : malformed).append(address);
+    }
+}
+
+QVector<ReportStatus> readStatus(Schemas &schemas, const QString &token, const QDateTime &now)
+{
+    const SchemaConnection connection(schemas, token, SchemaConnection::Access::ReadOnly);
+    if (!connection.error.isEmpty())
+        return {unasked(token, connection.databaseName, "unreachable", connection.error)};
+    const QSqlDatabase database = connection.database();
+    QVector<ReportStatus> both;
+    for (const ReportKind kind : {ReportKind::Daily, ReportKind::Monthly}) {
+        Messages::take();
+        ReportStatus status;
+        status.token = token;
+        status.databaseName = connection.databaseName;
+        status.kind = kind;
+        status.stored = StoredSettings::read(database, kind);
+        const QStringList failures = Messages::take();
+        if (!failures.isEmpty())
+            return {unasked(token, connection.databaseName, "tables",
+                            failures.join(QStringLiteral("; ")))};
+        status.next = nextDue(status.stored.settings, now);
+        readQueue(status, database);
+        judge(status, database, now);
+        both.append(status);
+    }
+    return both;
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "reports/reportschedule.h"
+#include "tool/reportkind.h"
+#include "tool/schemas.h"
+
+#include <QDateTime>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <optional>
+
+/// A report's settings as they stand in the table `vars`, and as the schedule reads them.
+struct StoredSettings {
+    QMap<QString, QVariant> values; ///< by key, without the prefix
+    ReportSettings settings;
+
+    static StoredSettings read(const QSqlDatabase &database, ReportKind kind);
+
+    QString text(const char *key) const { return values.value(QLatin1String(key)).toString(); }
+    /// Whether the scan of a host takes the schema up: it asks for exactly 1.
+    bool isFoundByScan() const { return text("enabled").toInt() == 1; }
+};
+
+/// Recipients as they are mailed to: trimmed, blank ones left out.
+struct Recipients {
+    explicit Recipients(const QStringList &written);
+
+    QStringList wellFormed;
+    QStringList malformed;
+};
+
+/// How one report of one schema is doing.
+struct ReportStatus {
+    QString token;
+    QString databaseName;
+    std::optional<ReportKind> kind; ///< none: the schema as a whole could not be asked
+    StoredSettings stored;
+    QDateTime next; ///< next due
+    int queued = 0; ///< mails of the whole schema that wait for the sender
+    qint64 oldestSeconds = 0;
+    QString reason; ///< one word; empty while all is well
+    QString detail; ///< a sentence, and what to do
+};
+
+/// Both reports of a schema, or one record that says why it could not be asked.
+QVector<ReportStatus> readStatus(Schemas &schemas, const QString &token, const QDateTime &now);

@@ -1,0 +1,71 @@
+#include "tool/commands.h"
+#include "tool/invocation.h"
+#include "tool/output.h"
+#include "tool/progress.h"
+#include "tool/statustable.h"
+#include "tool/tool.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <algorithm>
+
+namespace
+{
+
+QVector<ReportStatus> readAll(Schemas &schemas, const QStringList &tokens, const QDateTime &now)
+{
+    QVector<ReportStatus> reports;
+    Progress progress(QStringLiteral("schemas"), tokens.size());
+    for (const QString &token : tokens) {
+        reports += readStatus(schemas, token, now);
+        progress.step();
+    }
+    return reports;
+}
+
+void printJson(const QVector<ReportStatus> &reports, const QDateTime &now, int status)
+{
+    QJsonArray array;
+    for (const ReportStatus &report : reports)
+        array.append(statusJson(report));
+    const QJsonObject object{{QStringLiteral("moment"), now.toUTC().toString(Qt::ISODate)},
+                             {QStringLiteral("status"), status},
+                             {QStringLiteral("reports"), array}};
+    Output::print(QString::fromUtf8(QJsonDocument(object).toJson()).trimmed());
+}
+
+} // namespace
+
+void describeStatus(QCommandLineParser &parser)
+{
+    parser.addOption(
+        {QStringLiteral("schema"), QStringLiteral("This schema alone."), QStringLiteral("token")});
+    parser.addOption({QStringLiteral("json"), QStringLiteral("Print JSON, for a monitor.")});
+}
+
+int runStatus(const Invocation &invocation)
+{
+    Schemas schemas(invocation.connection);
+    QString failure = schemas.open();
+    const QString only = invocation.value("schema");
+    if (failure.isEmpty() && !only.isEmpty() && schemas.find(only).databaseName.isEmpty())
+        failure = QStringLiteral("there is no active schema '%1': autoreport status without "
+                                 "--schema lists them")
+                      .arg(only);
+    if (!failure.isEmpty()) {
+        Output::error(failure);
+        return Tool::CouldNotAsk;
+    }
+    const QDateTime now = QDateTime::currentDateTime();
+    const auto reports =
+        readAll(schemas, only.isEmpty() ? schemas.tokens() : QStringList{only}, now);
+    const bool well = std::all_of(reports.cbegin(), reports.cend(),
+                                  [](const ReportStatus &one) { return one.reason.isEmpty(); });
+    const int status = well ? Tool::Well : Tool::Look;
+    if (invocation.has("json"))
+        printJson(reports, now, status);
+    else
+        Output::print(statusTable(reports));
+    return status;
+}

@@ -1,0 +1,136 @@
+#include "tool/tool.h"
+
+#include "tool/commands.h"
+#include "tool/invocation.h"
+#include "tool/messages.h"
+#include "tool/output.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <array>
+
+namespace
+{
+
+struct Command {
+    const char *name;
+    bool takesReport; ///< the arguments TOKEN and daily|monthly
+    const char *purpose;
+    const char *example;
+    void (*describe)(QCommandLineParser &);
+    int (*run)(const Invocation &);
+};
+
+constexpr std::array commands{
+    Command{"status", false, "Tells of each schema's reports whether they went out.",
+            "autoreport status\n  autoreport status --schema kovo --json", describeStatus,
+            runStatus},
+    Command{"why", true, "Tells why a report is due or not, rule by rule, and when it will be.",
+            "autoreport why kovo daily\n  autoreport why kovo daily --at \"2026-12-24 07:00\"",
+            describeWhy, runWhy},
+};
+
+const Command *find(const QString &name)
+{
+    const auto *found = std::find_if(commands.begin(), commands.end(), [&name](const Command &one) {
+        return name == QLatin1String(one.name);
+    });
+    return found == commands.end() ? nullptr : found;
+}
+
+void describe(const Command &command, QCommandLineParser &parser)
+{
+    parser.setApplicationDescription(
+        QStringLiteral("%1\n\nExample:\n  %2")
+            .arg(QLatin1String(command.purpose), QLatin1String(command.example)));
+    parser.addOption(
+        {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Print this help.")});
+    parser.addPositionalArgument(QLatin1String(command.name), {}, QLatin1String(command.name));
+    if (command.takesReport) {
+        parser.addPositionalArgument(
+            QStringLiteral("TOKEN"),
+            QStringLiteral("The schema's token; with --single the name of the database."));
+        parser.addPositionalArgument(QStringLiteral("daily|monthly"),
+                                     QStringLiteral("Which of its two reports."));
+    }
+    command.describe(parser);
+    OptionReader::describe(parser);
+}
+
+/// Fills in what the positional arguments say; gives what is wrong with them, or an empty text.
+QString readArguments(const Command &command, Invocation &invocation)
+{
+    const QStringList given = invocation.parser.positionalArguments();
+    const int expected = command.takesReport ? 3 : 1;
+    if (given.size() > expected)
+        return QStringLiteral("unexpected argument '%1'").arg(given.at(expected));
+    if (!command.takesReport)
+        return {};
+    if (given.size() < expected)
+        return QStringLiteral("the schema and the report are missing");
+    const auto kind = kindFromName(given.at(2));
+    if (!kind)
+        return QStringLiteral("there is no report '%1': it is daily or monthly").arg(given.at(2));
+    invocation.token = given.at(1);
+    invocation.kind = *kind;
+    return {};
+}
+
+int runCommand(const Command &command, Invocation &invocation)
+{
+    const QString fault = readArguments(command, invocation);
+    if (!fault.isEmpty())
+        return invocation.wrong(fault);
+    OptionReader reader(invocation.parser);
+    invocation.connection = reader.connection();
+    if (reader.error.isEmpty())
+        invocation.connection.password = reader.password();
+    if (reader.error.isEmpty()) {
+        const Messages messages;
+        return command.run(invocation);
+    }
+    if (reader.isUsage)
+        return invocation.wrong(reader.error);
+    Output::error(reader.error);
+    return Tool::CouldNotAsk;
+}
+
+} // namespace
+
+QString Tool::commandIn(const QStringList &arguments)
+{
+    // Options of the connection may stand before the command; what is wrong with any option is
+    // said by the command itself.
+    QCommandLineParser parser;
+    OptionReader::describe(parser);
+    parser.parse(arguments);
+    const QString first = parser.positionalArguments().value(0);
+    return find(first) ? first : QString();
+}
+
+QString Tool::commandHelp()
+{
+    QString text;
+    for (const Command &command : commands) {
+        text += QStringLiteral("  %1 %2\n")
+                    .arg(QLatin1String(command.name), -8)
+                    .arg(QLatin1String(command.purpose));
+    }
+    return text;
+}
+
+int Tool::run(const QString &name, const QStringList &arguments)
+{
+    const Command &command = *find(name);
+    QCommandLineParser parser;
+    describe(command, parser);
+    Invocation invocation(parser);
+    if (!parser.parse(arguments))
+        return invocation.wrong(parser.errorText());
+    if (invocation.has("help")) {
+        Output::print(parser.helpText().trimmed());
+        return Well;
+    }
+    return runCommand(command, invocation);
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QStringList>
+
+/// The operator's commands: everything but `serve`.
+namespace Tool
+{
+
+/// The exit status of every command.
+enum Status {
+    Well = 0,       ///< done, and all is well
+    Look = 1,       ///< done, and something needs a look; or not done, with the reason
+    CouldNotAsk = 2 ///< a wrong command line, or no way to the database
+};
+
+/// The command that `arguments` (the program's name first) begin with; empty for none of ours.
+QString commandIn(const QStringList &arguments);
+
+/// Runs that command and gives the exit status. `QCoreApplication` must exist.
+int run(const QString &command, const QStringList &arguments);
+
+/// All commands, one a line, as the program's help shows them.
+QString commandHelp();
+
+} // namespace Tool
