@@ -145,7 +145,9 @@ void TestLifecycle::schemasThatCannotBeServed()
     host.addSchema(QStringLiteral("b-without-tables"), withoutTables);
     host.infoDatabase().exec(QStringLiteral(
         "INSERT INTO `schemas` (token, name, user, pass, status) VALUES ('c-no-name', '', '', '', "
-        "1), ('d-missing', 'no_such_database', 'autoreport', 'c2VjcmV0', 1)"));
+        "1), ('d-missing', 'no_such_database', 'autoreport', 'c2VjcmV0', 1), ('e''quote', 'x', "
+        "'x', "
+        "'x', 1)"));
     AutoReport plugin;
     plugin.setDBManager(host.manager());
     plugin.setDebugLevel(1);
@@ -158,7 +160,8 @@ void TestLifecycle::schemasThatCannotBeServed()
                                                      "database for token 'c-no-name'")),
              1);
     QCOMPARE(logged("database for token 'd-missing'"), 1);
-    QCOMPARE(logged("active workers: 0 / 4 schemas checked (total schemas: 4)"), 1);
+    QCOMPARE(logged("DBManager:: NOT load scheme from infoDB!"), 1);
+    QCOMPARE(logged("active workers: 0 / 5 schemas checked (total schemas: 5)"), 1);
 
     // The failed connection is known by now: the next scan finds and tries it again.
     scan(plugin);
