@@ -21,19 +21,19 @@ void describe(QCommandLineParser &parser)
                           QLatin1String(preset)});
     };
     parser.setApplicationDescription(
-        QStringLiteral("Loads the attendance report plug-in and serves it until SIGINT or "
-                       "SIGTERM; SIGUSR1 pauses,\nSIGUSR2 resumes. --db-host, --db-port, "
-                       "--db-user and --db-name are required, here\nor in the configuration file. "
-                       "The password is read from the environment variable\n"
-                       "AUTOREPORT_DB_PASSWORD or from a file."));
+        QStringLiteral(
+            "Loads the attendance report plug-in and serves it until SIGINT or "
+            "SIGTERM; SIGUSR1 pauses,\nSIGUSR2 resumes. --db-host, --db-port, "
+            "--db-user and --db-name are required, here\nor in the configuration file. "
+            "The password is read from the environment variable\n"
+            "AUTOREPORT_DB_PASSWORD or from a file.\n\nThe operator's commands, each with "
+            "a --help of its own:\n") +
+        Tool::commandHelp().chopped(1));
     // Not addHelpOption(), which brings along "--help-all" for programs with windows.
     parser.addOption(
         {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Print this help.")});
     parser.addVersionOption();
-    parser.addPositionalArgument(
-        QStringLiteral("serve"),
-        QStringLiteral("Run the plug-in. Further commands, each with a --help of its own:\n") +
-            Tool::commandHelp().trimmed());
+    parser.addPositionalArgument(QStringLiteral("serve"), QStringLiteral("Run the plug-in."));
     OptionReader::describe(parser);
     add("plugin", "The module to load; otherwise the program's own.", "file");
     add("debug", "Debug level, 0 to 255; above 0 debug lines are shown.", "level", "0");

@@ -51,22 +51,35 @@ void DailyAttenReport::makeReport(const QStringList &emails, const QDateTime &no
 
 void DailyAttenReport::produce(const ReportRun &run)
 {
-    const QDate today = run.now.date();
     const DailyAttenOptions options = readOptions();
-    const QString path = filePath(today, options.xlsx);
+    const QString path =
+        QDir::tempPath() + QLatin1Char('/') + fileName(run.now.date(), options.xlsx);
+    if (buildWorkbook(path, options, run))
+        queueMails(path, run);
+}
 
+bool DailyAttenReport::saveWorkbook(const QString &path, const ReportRun &run)
+{
+    DailyAttenOptions options = readOptions();
+    options.xlsx = !path.endsWith(QLatin1String(".xls"), Qt::CaseInsensitive);
+    return buildWorkbook(path, options, run);
+}
+
+bool DailyAttenReport::buildWorkbook(const QString &path, const DailyAttenOptions &options,
+                                     const ReportRun &run)
+{
+    const QDate today = run.now.date();
     DailyAttenData data(database, options);
     const auto people = data.people(today);
     if (!people)
-        return;
+        return false;
     if (people->isEmpty()) {
         qWarning("DailyAttenReport - no people!");
-        return;
+        return false;
     }
     data.loadBranches();
     loadShiftsForMonth(today);
-    if (writeWorkbook(path, options, data, *people, run))
-        mailReport(path, run);
+    return writeWorkbook(path, options, data, *people, run);
 }
 
 DailyAttenOptions DailyAttenReport::readOptions()
@@ -90,10 +103,14 @@ DailyAttenOptions DailyAttenReport::readOptions()
     return options;
 }
 
-QString DailyAttenReport::filePath(const QDate &today, bool xlsx) const
+QString DailyAttenReport::fileName(const QDate &today)
 {
-    return QDir::tempPath() +
-           QStringLiteral("/DennyReport_%1_%2")
+    return fileName(today, readOptions().xlsx);
+}
+
+QString DailyAttenReport::fileName(const QDate &today, bool xlsx) const
+{
+    return QStringLiteral("DennyReport_%1_%2")
                .arg(database.databaseName(), today.toString(QStringLiteral("MMyyyy"))) +
            (xlsx ? QStringLiteral(".xlsx") : QStringLiteral(".xls"));
 }
@@ -138,25 +155,27 @@ bool DailyAttenReport::writeRows(DailyAttenSheet &sheet, const DailyAttenData &d
                 return false;
             row.shift = shiftFor(static_cast<int>(person.uid), dayOfMonth);
             sheet.writeRow(person, row);
+            if (run.progress)
+                run.progress(today.day() * people.size());
         }
     }
     return true;
 }
 
-void DailyAttenReport::mailReport(const QString &path, const ReportRun &run)
+int DailyAttenReport::queueMails(const QString &path, const ReportRun &run)
 {
     const MailRecord mail = makeMail(path, run.now.date());
     if (!hasAttachment(reportName, mail))
-        return;
+        return 0;
     ReportTransaction transaction(reportName, database, run.connectionId);
     if (!transaction.isIntact())
-        return;
+        return 0;
     // Without a single mail the report counts as not made, and the next tick tries again.
-    const int created =
+    const int queued =
         queueReportMail(reportName, mail, run.settings.recipients, database, transaction);
-    if (created > 0 && transaction.isIntact())
+    if (queued > 0 && run.mark)
         storeLastGenerated(reportName, prefix, settings);
-    transaction.commit();
+    return transaction.commit() ? queued : 0;
 }
 
 MailRecord DailyAttenReport::makeMail(const QString &path, const QDate &today)

@@ -37,6 +37,14 @@ public:
      */
     void makeReport(const QStringList &emails, const QDateTime &now = QDateTime::currentDateTime());
 
+    /// The two halves of makeReport(), for a workbook in another place. The first takes the format
+    /// from the extension of `path`, writes nothing else and is false when there is no workbook;
+    /// the second answers how many mails are in the queue.
+    bool saveWorkbook(const QString &path, const ReportRun &run);
+    int queueMails(const QString &path, const ReportRun &run);
+    /// The name that the workbook has in its mail.
+    QString fileName(const QDate &today);
+
     /// One mail, its recipient open, with the file attached; without `data` if it is unreadable.
     MailRecord makeMail(const QString &path, const QDate &today = QDate::currentDate());
 
@@ -56,13 +64,13 @@ public:
 private:
     void produce(const ReportRun &run);
     DailyAttenOptions readOptions();
-    QString filePath(const QDate &today, bool xlsx) const;
+    QString fileName(const QDate &today, bool xlsx) const;
+    bool buildWorkbook(const QString &path, const DailyAttenOptions &options, const ReportRun &run);
     bool writeWorkbook(const QString &path, const DailyAttenOptions &options,
                        const DailyAttenData &data, const QVector<DailyAttenPerson> &people,
                        const ReportRun &run) const;
     bool writeRows(DailyAttenSheet &sheet, const DailyAttenData &data,
                    const QVector<DailyAttenPerson> &people, const ReportRun &run) const;
-    void mailReport(const QString &path, const ReportRun &run);
 
     ZasDbSettings settings;
     QString prefix;

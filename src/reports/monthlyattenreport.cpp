@@ -40,6 +40,13 @@ void MonthlyAttenReport::makeReport(const QStringList &emails, const QDateTime &
 
 void MonthlyAttenReport::produce(const ReportRun &run)
 {
+    const QString path = QDir::tempPath() + QLatin1Char('/') + fileName(run.now.date());
+    if (saveWorkbook(path, run))
+        queueMails(path, run);
+}
+
+bool MonthlyAttenReport::saveWorkbook(const QString &path, const ReportRun &run)
+{
     const QDate today = run.now.date();
     const MonthlyAttenOptions options = readOptions();
     InterruptionCatalogue catalogue;
@@ -48,15 +55,13 @@ void MonthlyAttenReport::produce(const ReportRun &run)
 
     MonthlyAttenData data(database, options, today);
     if (!data.loadPeople())
-        return;
+        return false;
     if (data.count() == 0) {
         qWarning("MonthlyAttenReport - no people!");
-        return;
+        return false;
     }
     data.loadValues();
-    const QString path = filePath(today);
-    if (writeWorkbook(path, options, catalogue, data))
-        mailReport(path, run);
+    return writeWorkbook(path, options, catalogue, data);
 }
 
 MonthlyAttenOptions MonthlyAttenReport::readOptions()
@@ -75,18 +80,18 @@ MonthlyAttenOptions MonthlyAttenReport::readOptions()
     return options;
 }
 
-QString MonthlyAttenReport::filePath(const QDate &today) const
+QString MonthlyAttenReport::fileName(const QDate &today) const
 {
-    return QDir::tempPath() +
-           QStringLiteral("/MesReportDochadzky_%1_%2.xlsx")
-               .arg(database.databaseName(), today.toString(QStringLiteral("MMyyyy")));
+    return QStringLiteral("MesReportDochadzky_%1_%2.xlsx")
+        .arg(database.databaseName(), today.toString(QStringLiteral("MMyyyy")));
 }
 
 bool MonthlyAttenReport::writeWorkbook(const QString &path, const MonthlyAttenOptions &options,
                                        const InterruptionCatalogue &catalogue,
                                        const MonthlyAttenData &data) const
 {
-    const ReportBook book(xlCreateXMLBookW());
+    const bool xls = path.endsWith(QLatin1String(".xls"), Qt::CaseInsensitive);
+    const ReportBook book(xls ? xlCreateBookW() : xlCreateXMLBookW());
     if (!book) {
         qCritical("MonthlyAttenReport - xlCreateXMLBook() failed!");
         return false;
@@ -107,19 +112,20 @@ bool MonthlyAttenReport::writeWorkbook(const QString &path, const MonthlyAttenOp
     return saveReportBook(*book, path, reportName);
 }
 
-void MonthlyAttenReport::mailReport(const QString &path, const ReportRun &run)
+int MonthlyAttenReport::queueMails(const QString &path, const ReportRun &run)
 {
     const MailRecord mail = makeMail(path, run.now.date());
     if (!hasAttachment(reportName, mail))
-        return;
+        return 0;
     ReportTransaction transaction(reportName, database, run.connectionId);
     if (!transaction.isIntact())
-        return;
+        return 0;
     // Unlike the daily report, this one counts as made even when no mail could be queued.
-    queueReportMail(reportName, mail, run.settings.recipients, database, transaction);
-    if (transaction.isIntact())
+    const int queued =
+        queueReportMail(reportName, mail, run.settings.recipients, database, transaction);
+    if (run.mark && transaction.isIntact())
         storeLastGenerated(reportName, prefix, settings);
-    transaction.commit();
+    return transaction.commit() ? queued : 0;
 }
 
 MailRecord MonthlyAttenReport::makeMail(const QString &filePath, const QDate &today)

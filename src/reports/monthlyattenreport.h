@@ -34,6 +34,14 @@ public:
      */
     void makeReport(const QStringList &emails, const QDateTime &now = QDateTime::currentDateTime());
 
+    /// The two halves of makeReport(), for a workbook in another place. The first takes the format
+    /// from the extension of `path`, writes nothing else and is false when there is no workbook;
+    /// the second answers how many mails are in the queue.
+    bool saveWorkbook(const QString &path, const ReportRun &run);
+    int queueMails(const QString &path, const ReportRun &run);
+    /// The name that the workbook has in its mail.
+    QString fileName(const QDate &today) const;
+
     /// One mail, its recipient open, with the file attached; without `data` if it is unreadable.
     MailRecord makeMail(const QString &filePath, const QDate &today = QDate::currentDate());
 
@@ -44,10 +52,8 @@ public:
 private:
     void produce(const ReportRun &run);
     MonthlyAttenOptions readOptions();
-    QString filePath(const QDate &today) const;
     bool writeWorkbook(const QString &path, const MonthlyAttenOptions &options,
                        const InterruptionCatalogue &catalogue, const MonthlyAttenData &data) const;
-    void mailReport(const QString &path, const ReportRun &run);
 
     ZasDbSettings settings;
     QString prefix;

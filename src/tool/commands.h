@@ -10,3 +10,9 @@ int runStatus(const Invocation &invocation);
 
 void describeWhy(QCommandLineParser &parser);
 int runWhy(const Invocation &invocation);
+
+void describePreview(QCommandLineParser &parser);
+int runPreview(const Invocation &invocation);
+
+void describeRun(QCommandLineParser &parser);
+int runRun(const Invocation &invocation);

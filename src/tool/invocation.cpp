@@ -11,6 +11,11 @@ int Invocation::wrong(const QString &reason) const
     return Tool::CouldNotAsk;
 }
 
+int Invocation::wrongDate() const
+{
+    return wrong(QStringLiteral("--date must be YYYY-MM-DD, not '%1'").arg(value("date")));
+}
+
 QDate Invocation::date() const
 {
     return has("date") ? QDate::fromString(value("date"), Qt::ISODate) : QDate::currentDate();

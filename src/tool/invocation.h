@@ -24,6 +24,8 @@ public:
     /// Says what is wrong with the command line, and how it should be; gives the exit status.
     int wrong(const QString &reason) const;
 
+    int wrongDate() const;
+
     /// The day of "--date", today without it; invalid when it is none.
     QDate date() const;
 

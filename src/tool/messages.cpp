@@ -7,8 +7,10 @@ QStringList collected;
 
 void collect(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
-    if (type != QtDebugMsg && type != QtInfoMsg)
-        collected.append(message.simplified());
+    const QString line = message.simplified();
+    // A table that cannot be read is a warning for every row.
+    if (type != QtDebugMsg && type != QtInfoMsg && !collected.contains(line))
+        collected.append(line);
 }
 
 } // namespace

@@ -15,7 +15,7 @@ public:
     ~Messages();
     Q_DISABLE_COPY(Messages)
 
-    /// What was logged since the last call, each on one line.
+    /// What was logged since the last call: each text once, on one line.
     static QStringList take();
 
 private:

@@ -29,6 +29,14 @@ constexpr std::array commands{
     Command{"why", true, "Tells why a report is due or not, rule by rule, and when it will be.",
             "autoreport why kovo daily\n  autoreport why kovo daily --at \"2026-12-24 07:00\"",
             describeWhy, runWhy},
+    Command{"preview", true, "Makes a report's workbook into a file; nothing is queued or stored.",
+            "autoreport preview kovo daily --out kovo.xlsx\n"
+            "  autoreport preview kovo monthly --date 2026-10-31 --out october.xls",
+            describePreview, runPreview},
+    Command{"run", true, "Queues a report now, due or not.",
+            "autoreport run kovo daily --to me@example.com\n"
+            "  autoreport run kovo daily --mark --yes",
+            describeRun, runRun},
 };
 
 const Command *find(const QString &name)

@@ -55,8 +55,10 @@ private Q_SLOTS:
     void cleanup() { bench.reset(); }
     void dailyReport_data();
     void dailyReport();
+    void previewOfAPastMonth();
 
 private:
+    QStringList databaseOptions() const;
     void fillCompany(const QDate &today) const;
     void serveAt(const QDateTime &moment) const;
     static QJsonArray expectedRow(int uid, int day);
@@ -98,6 +100,19 @@ void TestFakedMoment::fillCompany(const QDate &today) const
     schema.exec("INSERT INTO atten_data (uid, iid, `from`, duration) VALUES " + records.join(','));
 }
 
+QStringList TestFakedMoment::databaseOptions() const
+{
+    return {"--single",
+            "--db-host",
+            TestServer::host(),
+            "--db-port",
+            QString::number(TestServer::port()),
+            "--db-user",
+            TestServer::user(),
+            "--db-name",
+            bench->schema.name()};
+}
+
 void TestFakedMoment::serveAt(const QDateTime &moment) const
 {
     QProcess host;
@@ -109,10 +124,7 @@ void TestFakedMoment::serveAt(const QDateTime &moment) const
     environment.insert("ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0");
     host.setProcessEnvironment(environment);
     host.setProcessChannelMode(QProcess::MergedChannels);
-    host.start(AUTOREPORT_PROGRAM,
-               {"serve", "--single", "--db-host", TestServer::host(), "--db-port",
-                QString::number(TestServer::port()), "--db-user", TestServer::user(), "--db-name",
-                bench->schema.name(), "--run-for", "300"});
+    host.start(AUTOREPORT_PROGRAM, QStringList{"serve", "--run-for", "300"} + databaseOptions());
     QTRY_VERIFY_WITH_TIMEOUT(bench->lastGenerated("DailyAtten").isValid() ||
                                  host.state() == QProcess::NotRunning,
                              patienceMs);
@@ -184,6 +196,36 @@ void TestFakedMoment::dailyReport()
     QCOMPARE(mails.at(0).at(1).toString(), "Denný report dochádzky za " + subjectDate);
     const qint64 generated = bench->lastGenerated("DailyAtten").toLongLong();
     QVERIFY(qAbs(generated - moment.toSecsSinceEpoch()) < 60);
+}
+
+/// The operator's preview, made today, is what a host mailed then.
+void TestFakedMoment::previewOfAPastMonth()
+{
+    const QDate day(2023, 10, 30);
+    fillCompany(day);
+    bench->schema.exec("INSERT INTO atten_month (uid, month, fond, work, night, totalSaldo) SELECT "
+                       "uid, 202310, 633600, 630000 + uid * 60, uid * 3600, uid FROM people");
+    for (const char *report : {"DailyAtten", "MonthlyAtten"}) {
+        bench->set(QString("autoReport.%1.enabled").arg(report), "1");
+        bench->set(QString("autoReport.%1.emails").arg(report), "a@firma.sk");
+    }
+    serveAt(QDateTime(day, QTime(7, 0)));
+    const auto before = bench->schema.rows("CHECKSUM TABLE vars, emails");
+    qputenv("AUTOREPORT_DB_PASSWORD", TestServer::password().toUtf8());
+    for (const QString kind : {"daily", "monthly"}) {
+        const QString preview = bench->temporary.filePath(kind + ".xlsx");
+        QCOMPARE(QProcess::execute(AUTOREPORT_PROGRAM,
+                                   QStringList{"preview", bench->schema.name(), kind, "--date",
+                                               "2023-10-30", "--out", preview} +
+                                       databaseOptions()),
+                 0);
+        const QString name = kind == "daily" ? "DennyReport" : "MesReportDochadzky";
+        const QJsonObject served = readSheet(bench->temporary.filePath(
+            QString("%1_%2_102023.xlsx").arg(name, bench->schema.name())));
+        QCOMPARE(rowCount(served), kind == "daily" ? 1 + 30 * people : 1 + people);
+        QCOMPARE(readSheet(preview), served);
+    }
+    QCOMPARE(bench->schema.rows("CHECKSUM TABLE vars, emails"), before);
 }
 
 QTEST_GUILESS_MAIN(TestFakedMoment)

@@ -1,5 +1,9 @@
-#include "support/reportbench.h"
+#include "reports/reportlock.h"
 
+#include "support/reportbench.h"
+#include "support/workbookreader.h"
+
+#include <QDir>
 #include <QJsonDocument>
 #include <QProcess>
 #include <QTest>
@@ -33,6 +37,11 @@ private Q_SLOTS:
     void statusOfManySchemas();
     void whyTellsEachRule_data();
     void whyTellsEachRule();
+    void previewWritesOneFileOnly_data();
+    void previewWritesOneFileOnly();
+    void runQueues_data();
+    void runQueues();
+    void runLeavesAReportInTheMakingAlone();
 
 private:
     Outcome run(const QStringList &arguments) const;
@@ -72,6 +81,7 @@ void TestTool::setUpDailyReport() const
     bench->set("autoReport.DailyAtten.emails", "a@firma.sk");
     bench->set("autoReport.DailyAtten.time", "07:00");
     bench->set("autoReport.DailyAtten.lastGenerated", "1700028002");
+    bench->schema.exec("INSERT INTO people (pid, surname, name) VALUES (7, 'Novák', 'Ján')");
 }
 
 Outcome TestTool::run(const QStringList &arguments) const
@@ -107,6 +117,16 @@ void TestTool::usage_data()
                             << "it is daily or monthly";
     QTest::newRow("moment") << "why firm daily --at 25:00"
                             << "--at must be";
+    QTest::newRow("format") << "preview firm daily --out x.ods"
+                            << "end with .xlsx or .xls";
+    QTest::newRow("date") << "preview firm daily --out x.xls --date 2023-02-29"
+                          << "--date must";
+    QTest::newRow("to") << "run firm daily --to a@firma"
+                        << "--to must be one mail address";
+    QTest::newRow("nobody to ask") << "run firm daily"
+                                   << "give --yes";
+    QTest::newRow("mark") << "run firm daily --yes --mark --date 2023-11-14"
+                          << "--mark is for";
     QTest::newRow("schema") << "why nobody daily"
                             << "no active schema 'nobody'";
     QTest::newRow("injection") << "why x'OR''=' daily"
@@ -241,6 +261,119 @@ void TestTool::whyTellsEachRule()
     QVERIFY2(outcome.output.endsWith("\nNext due: " + next + "\n"), qPrintable(outcome.output));
     QCOMPARE(outcome.status, 0);
     QCOMPARE(run({"why", "firm", "monthly"}).status, 1); // it will never be due
+}
+
+void TestTool::previewWritesOneFileOnly_data()
+{
+    QTest::addColumn<QString>("report");
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("error");
+    const QString none = "DO 0";
+    QTest::newRow("daily") << "daily"
+                           << "p.xlsx" << none << 0 << "";
+    QTest::newRow("monthly") << "monthly"
+                             << "p.xlsx" << none << 0 << "";
+    QTest::newRow("the older format") << "daily"
+                                      << "p.xls" << none << 0 << "";
+    QTest::newRow("monthly, older") << "monthly"
+                                    << "p.XLS" << none << 0 << "";
+    QTest::newRow("no directory") << "daily"
+                                  << "none/p.xlsx" << none << 1 << "can not write into";
+    QTest::newRow("no people") << "daily"
+                               << "p.xlsx"
+                               << "DELETE FROM people" << 1 << "no people!";
+    QTest::newRow("no table") << "monthly"
+                              << "p.xlsx"
+                              << "DROP TABLE people" << 1 << ".people'";
+    QTest::newRow("a value lost") << "daily"
+                                  << "p.xlsx"
+                                  << "DROP TABLE brape" << 1 << ".brape'";
+}
+
+void TestTool::previewWritesOneFileOnly()
+{
+    QFETCH(QString, report);
+    QFETCH(QString, file);
+    QFETCH(QString, change);
+    QFETCH(int, status);
+    QFETCH(QString, error);
+    setUpDailyReport();
+    bench->schema.exec(change);
+    const QString path = bench->temporary.filePath(file);
+    const Outcome outcome = run({"preview", "firm", report, "--out", path});
+    QCOMPARE(outcome.status, status);
+    QVERIFY2(outcome.errors.contains(error), qPrintable(outcome.errors));
+    QCOMPARE(outcome.errors.isEmpty(), error.isEmpty());
+    const bool made = outcome.output == path + '\n';
+    QCOMPARE(QDir(bench->temporary.path()).entryList(QDir::Files).size(), made ? 1 : 0);
+    if (made)
+        QCOMPARE(rowCount(readSheet(path)), report == "daily" ? 16 : 2);
+    QCOMPARE(made, status == 0 || error == ".brape'");
+    QCOMPARE(bench->mails(), 0);
+    QCOMPARE(bench->lastGenerated("DailyAtten").toString(), QString("1700028002"));
+}
+
+void TestTool::runQueues_data()
+{
+    QTest::addColumn<QString>("options");
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("mails");
+    QTest::addColumn<bool>("marked");
+    const QString none = "DO 0";
+    const QString two =
+        "UPDATE vars SET value = ' a@firma.sk, ,b@firma.sk' WHERE name LIKE '%emails'";
+    const QString text = "Denný report dochádzky za ";
+    QTest::newRow("one address") << "--to x@firma.sk" << two << 0
+                                 << "x@firma.sk: " + text + "15. 11. 2023" << false;
+    QTest::newRow("all") << "--yes" << two << 0
+                         << "a@firma.sk: " + text + "15. 11. 2023|b@firma.sk: " + text +
+                                "15. 11. 2023"
+                         << false;
+    QTest::newRow("a past day") << "--yes --date 2023-09-30" << none << 0
+                                << "a@firma.sk: " + text + "30. 9. 2023" << false;
+    QTest::newRow("marked") << "--to x@firma.sk --mark" << none << 0
+                            << "x@firma.sk: " + text + "15. 11. 2023" << true;
+    QTest::newRow("nobody") << "--yes"
+                            << "DELETE FROM vars" << 1 << "" << false;
+    QTest::newRow("no people") << "--yes --mark"
+                               << "DELETE FROM people" << 1 << "" << false;
+    QTest::newRow("no queue") << "--yes --mark"
+                              << "DROP TABLE emails" << 1 << "" << false;
+}
+
+void TestTool::runQueues()
+{
+    QFETCH(QString, options);
+    QFETCH(QString, change);
+    QFETCH(int, status);
+    setUpDailyReport();
+    bench->schema.exec(change);
+    const Outcome outcome = run(QStringList{"run", "firm", "daily"} + options.split(' '));
+    QVERIFY2(outcome.status == status, qPrintable(outcome.output + outcome.errors));
+    QCOMPARE(outcome.errors.isEmpty(), status == 0);
+    QStringList mails;
+    if (!change.startsWith("DROP"))
+        for (const auto &row : bench->schema.rows("SELECT `to`, subject FROM emails"))
+            mails.append(row.at(0).toString() + ": " + row.at(1).toString());
+    QTEST(mails.join('|'), "mails");
+    const qint64 now = QDateTime::fromString(moment, "yyyy-MM-dd HH:mm:ss").toSecsSinceEpoch();
+    QTEST(bench->lastGenerated("DailyAtten").toLongLong() >= now, "marked");
+    QVERIFY(QDir(bench->temporary.path()).isEmpty());
+}
+
+void TestTool::runLeavesAReportInTheMakingAlone()
+{
+    setUpDailyReport();
+    const ReportLock host(bench->database, "DailyAttenReport");
+    QVERIFY(host.mayRun());
+    const Outcome outcome = run({"run", "firm", "daily", "--yes"});
+    QCOMPARE(outcome.status, 1);
+    QVERIFY(outcome.errors.contains("a host is making this report right now"));
+    QCOMPARE(bench->mails(), 0);
+    QCOMPARE(run({"run", "firm", "monthly", "--to", "a@firma.sk"}).status, 0);
 }
 
 QTEST_GUILESS_MAIN(TestTool)

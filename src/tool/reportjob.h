@@ -1,0 +1,28 @@
+#pragma once
+
+#include "reports/reportrun.h"
+#include "tool/progress.h"
+
+#include <QDate>
+#include <QSqlDatabase>
+
+#include <memory>
+
+/**
+ * A run of a report on an operator's demand: for any day, with a progress bar, over a connection
+ * whose loss ends it. "lastGenerated" is left alone.
+ */
+class ReportJob
+{
+public:
+    ReportJob(const QSqlDatabase &database, const QDate &date);
+    Q_DISABLE_COPY(ReportJob)
+
+    ReportRun run;
+
+private:
+    std::unique_ptr<Progress> bar;
+};
+
+/// Prints what was logged meanwhile as errors; whether there was anything.
+bool printMessages();
