@@ -333,7 +333,7 @@ void TestLifecycle::stopOfTwoHundred()
         busy.push_back(std::make_unique<TestDatabase>(TestDatabase::Tables::Schema));
         addPeople(*busy.back(), peopleForSeconds());
         enableDailyReport(*busy.back(), "a@firma.sk");
-        host.addSchema(QString("busy%1").arg(i), *busy.back());
+        host.addSchema(QString("late%1").arg(i), *busy.back());
     }
     host.addSchemas(idleTokens, idle);
     AutoReport plugin;
