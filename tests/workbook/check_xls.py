@@ -93,6 +93,8 @@ def check_strings(records):
         at += 3
         while True:
             fitting = min(left, (len(data) - at) // width)
+            if left and not fitting:
+                yield f"string {string}: nothing of it before the cut"
             left -= fitting
             at += fitting * width
             if not left:
@@ -117,6 +119,24 @@ def cells_of(number, data):
             yield column + i, u16(data, 4 + 2 * i)
     else:
         yield column, u16(data, 4)
+
+
+def check_tokens(tokens):
+    """No reader of ours follows the jumps of an IF."""
+    sizes = {0x19: 4, 0x1E: 3, 0x1F: 9, 0x24: 5, 0x25: 9, 0x41: 3, 0x42: 4, 0x44: 5}
+    jumps, at = [], 0
+    while at < len(tokens):
+        if tokens[at] == 0x19:
+            jumps.append((tokens[at + 1], at + 4 + u16(tokens, at + 2)))
+        text = 3 + tokens[at + 1] * (1 + tokens[at + 2]) if tokens[at] == 0x17 else 0
+        at += text or sizes.get(tokens[at], 1)
+    for kind, target in jumps:
+        before = tokens[target - 4:target] if kind == 2 else tokens[target - 3:target + 1]
+        if kind == 2 and before[:2] != b"\x19\x08" \
+                or kind == 8 and (before[:1], before[2:]) != (b"\x42", b"\x01\0"):
+            yield "FORMULA: wrong jump"
+    if at != len(tokens):
+        yield "FORMULA: last token cut"
 
 
 class SheetCheck:
@@ -156,6 +176,7 @@ class SheetCheck:
             self.strings.append(u32(data, 6))
         if number == FORMULA:
             self.expect(u16(data, 20) == len(data) - 22, "FORMULA: wrong token length")
+            self.faults += check_tokens(data[22:])
 
     def block_end(self, position, data):
         self.ends.append(position)
