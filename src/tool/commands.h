@@ -16,3 +16,6 @@ int runPreview(const Invocation &invocation);
 
 void describeRun(QCommandLineParser &parser);
 int runRun(const Invocation &invocation);
+
+void describeSet(QCommandLineParser &parser);
+int runSet(const Invocation &invocation);

@@ -37,6 +37,10 @@ constexpr std::array commands{
             "autoreport run kovo daily --to me@example.com\n"
             "  autoreport run kovo daily --mark --yes",
             describeRun, runRun},
+    Command{"set", true, "Changes a report's settings, and shows what they were before.",
+            "autoreport set kovo daily --enable --time 07:00 \\\n"
+            "      --emails payroll@example.com,boss@example.com",
+            describeSet, runSet},
 };
 
 const Command *find(const QString &name)

@@ -42,6 +42,9 @@ private Q_SLOTS:
     void runQueues_data();
     void runQueues();
     void runLeavesAReportInTheMakingAlone();
+    void setRefuses_data();
+    void setRefuses();
+    void operatorAtWork();
 
 private:
     Outcome run(const QStringList &arguments) const;
@@ -374,6 +377,71 @@ void TestTool::runLeavesAReportInTheMakingAlone()
     QVERIFY(outcome.errors.contains("a host is making this report right now"));
     QCOMPARE(bench->mails(), 0);
     QCOMPARE(run({"run", "firm", "monthly", "--to", "a@firma.sk"}).status, 0);
+}
+
+void TestTool::setRefuses_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("nothing") << "daily" << 2 << "nothing to set";
+    QTest::newRow("both") << "daily --enable --disable" << 2 << "exclude each other";
+    QTest::newRow("address") << "daily --emails a@firma.sk,b" << 2 << "'b' is no mail address";
+    QTest::newRow("time") << "daily --enable --time 7:00" << 2 << "--time must be HH:MM";
+    QTest::newRow("format") << "daily --format ods" << 2 << "xlsx or xls, not 'ods'";
+    QTest::newRow("monthly format") << "monthly --format xls" << 2 << "always .xlsx";
+    QTest::newRow("too long") << "daily --enable --emails " + QString("a@firma.sk,").repeated(30)
+                              << 1 << "nothing was set";
+}
+
+void TestTool::setRefuses()
+{
+    QFETCH(QString, arguments);
+    QFETCH(QString, text);
+    bench->schema.exec("ALTER TABLE vars MODIFY value VARCHAR(300)");
+    const Outcome outcome = run(QStringList{"set", "firm"} + arguments.split(' '));
+    QTEST(outcome.status, "status");
+    QVERIFY2(outcome.errors.contains(text), qPrintable(outcome.errors));
+    QCOMPARE(bench->schema.value("SELECT COUNT(*) FROM vars").toInt(), 0);
+}
+
+/// A new customer, from the empty settings to the first mail, beside one whose tables are broken.
+void TestTool::operatorAtWork()
+{
+    bench->schema.exec("INSERT INTO people (pid, surname, name) VALUES (7, 'Novák', 'Ján')");
+    bench->set("autoReport.DailyAtten.enabled", "yes");
+    QCOMPARE(run({"status"}).status, 1);
+    const Outcome set = run({"set", "firm", "daily", "--enable", "--emails",
+                             "a@firma.sk,b@firma.sk", "--time", "08:00", "--format", "xls"});
+    QCOMPARE(set.output,
+             QString("autoReport.DailyAtten.emails: not set -> 'a@firma.sk,b@firma.sk'\n"
+                     "autoReport.DailyAtten.enabled: 'yes' -> '1'\n"
+                     "autoReport.DailyAtten.time: not set -> '08:00'\n"
+                     "exportUseXLSX: not set -> '0'\n"));
+    QCOMPARE(set.status, 0);
+    QVERIFY(
+        run({"why", "firm", "daily"}).output.contains("Due: the next tick of a host makes it."));
+    QVERIFY(run({"status"}).output.contains("overdue"));
+
+    const QString file = bench->temporary.filePath("p.xls");
+    QCOMPARE(run({"preview", "firm", "daily", "--out", file}).status, 0);
+    QVERIFY(cellValue(readSheet(file), "B2").toString().startsWith("Novák Ján"));
+    QCOMPARE(run({"run", "firm", "daily", "--to", "a@firma.sk", "--mark"}).status, 0);
+    QCOMPARE(bench->mails(), 1);
+    QVERIFY(bench->schema.value("SELECT data FROM emails").toString().contains(".xls\""));
+    QCOMPARE(run({"status"}).status, 0);
+
+    const TestDatabase broken(TestDatabase::Tables::Schema);
+    addSchema("broken", broken.name());
+    QCOMPARE(run({"set", "broken", "daily", "--enable", "--emails", "c@firma.sk"}).status, 0);
+    broken.exec("DROP TABLE people");
+    const Outcome status = run({"status"});
+    QCOMPARE(status.status, 1);
+    const QStringList lines = status.output.split('\n');
+    QVERIFY2(lines.at(1).startsWith("broken  daily ") && lines.at(1).endsWith(" tables") &&
+                 lines.at(3).startsWith("firm    daily ") && lines.at(3).endsWith(" well"),
+             qPrintable(status.output));
+    QVERIFY(status.output.contains("broken daily: table people: Table '"));
 }
 
 QTEST_GUILESS_MAIN(TestTool)

@@ -1,0 +1,155 @@
+#include "common/zas.h"
+#include "db/zasdbsettings.h"
+#include "tool/commands.h"
+#include "tool/onschema.h"
+#include "tool/output.h"
+#include "tool/reportjob.h"
+#include "tool/tool.h"
+
+#include <QMap>
+#include <QTime>
+
+namespace
+{
+
+// The format of the daily report is a setting of all of the product's exports.
+QString formatKey()
+{
+    return QStringLiteral("exportUseXLSX");
+}
+
+/// Collects what the command line asks for; the first thing found wrong stays in `fault`.
+class Changes
+{
+public:
+    explicit Changes(const Invocation &commandLine)
+        : invocation(commandLine)
+    {
+        readSwitch();
+        readEmails();
+        readTime();
+        readFormat();
+        if (values.isEmpty())
+            fail(QStringLiteral("nothing to set"));
+    }
+
+    QMap<QString, QVariant> values;
+    QString fault;
+
+private:
+    void readSwitch()
+    {
+        const bool on = invocation.has("enable");
+        if (on && invocation.has("disable"))
+            fail(QStringLiteral("--enable and --disable exclude each other"));
+        if (on || invocation.has("disable"))
+            set("enabled", on ? QStringLiteral("1") : QStringLiteral("0"));
+    }
+
+    void readEmails()
+    {
+        if (!invocation.has("emails"))
+            return;
+        QStringList addresses;
+        const QStringList parts =
+            invocation.value("emails").split(QLatin1Char(','), Qt::SkipEmptyParts);
+        for (const QString &part : parts) {
+            if (!ZAS::validEmail(part.trimmed()))
+                fail(QStringLiteral("'%1' is no mail address").arg(part.trimmed()));
+            addresses.append(part.trimmed());
+        }
+        set("emails", addresses.join(QLatin1Char(',')));
+    }
+
+    void readTime()
+    {
+        if (!invocation.has("time"))
+            return;
+        const QString text = invocation.value("time");
+        if (!QTime::fromString(text, QStringLiteral("HH:mm")).isValid())
+            fail(QStringLiteral("--time must be HH:MM, not '%1'").arg(text));
+        set("time", text);
+    }
+
+    void readFormat()
+    {
+        if (!invocation.has("format"))
+            return;
+        const QString format = invocation.value("format");
+        if (format != QLatin1String("xlsx") && format != QLatin1String("xls"))
+            fail(QStringLiteral("--format must be xlsx or xls, not '%1'").arg(format));
+        else if (invocation.kind == ReportKind::Monthly)
+            fail(QStringLiteral("the monthly report is always .xlsx: leave --format out"));
+        values.insert(formatKey(),
+                      format == QLatin1String("xlsx") ? QStringLiteral("1") : QStringLiteral("0"));
+    }
+
+    void set(const char *key, const QString &value)
+    {
+        values.insert(settingsPrefix(invocation.kind) + QLatin1String(key), value);
+    }
+
+    void fail(const QString &reason)
+    {
+        if (fault.isEmpty())
+            fault = reason;
+    }
+
+    const Invocation &invocation;
+};
+
+/// All of it or nothing, where the table knows transactions.
+bool store(const SchemaConnection &connection, const QMap<QString, QVariant> &values)
+{
+    QSqlDatabase database = connection.database();
+    const bool open = database.transaction();
+    const bool stored = ZasDbSettings(database).variableSetMultiple(values);
+    return (!open || (stored ? database.commit() : database.rollback())) && stored;
+}
+
+int applyChanges(const SchemaConnection &connection, const QMap<QString, QVariant> &values)
+{
+    const auto before = ZasDbSettings(connection.database()).variableGetMultiple(values.keys());
+    const bool stored = !printMessages() && store(connection, values);
+    if (printMessages() || !stored) {
+        Output::error(QStringLiteral("nothing was set in the database '%1': autoreport check says "
+                                     "what it lacks")
+                          .arg(connection.databaseName));
+        return Tool::Look;
+    }
+    for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {
+        const QString old = before.contains(entry.key())
+                                ? QStringLiteral("'%1'").arg(before.value(entry.key()).toString())
+                                : QStringLiteral("not set");
+        Output::print(
+            QStringLiteral("%1: %2 -> '%3'").arg(entry.key(), old, entry.value().toString()));
+    }
+    return Tool::Well;
+}
+
+} // namespace
+
+void describeSet(QCommandLineParser &parser)
+{
+    const auto add = [&parser](const char *name, const char *description, const char *value) {
+        parser.addOption({QLatin1String(name), QLatin1String(description), QLatin1String(value)});
+    };
+    parser.addOption({QStringLiteral("enable"), QStringLiteral("Switch the report on.")});
+    parser.addOption({QStringLiteral("disable"), QStringLiteral("Switch it off.")});
+    add("emails", "Its recipients, separated by commas.", "list");
+    add("time", "Local time of day, HH:MM, from which it is due.", "time");
+    add("format",
+        "xlsx or xls; for the daily report, and for the product's own exports of the schema.",
+        "format");
+}
+
+int runSet(const Invocation &invocation)
+{
+    const Changes changes(invocation);
+    if (!changes.fault.isEmpty())
+        return invocation.wrong(changes.fault);
+    return onSchema(invocation, SchemaConnection::Access::ReadWrite,
+                    [&changes](const SchemaConnection &connection) {
+                        return applyChanges(connection, changes.values);
+                    });
+}
