@@ -19,3 +19,6 @@ int runRun(const Invocation &invocation);
 
 void describeSet(QCommandLineParser &parser);
 int runSet(const Invocation &invocation);
+
+void describeCheck(QCommandLineParser &parser);
+int runCheck(const Invocation &invocation);

@@ -12,7 +12,7 @@ namespace Requirements
 /// What of it cannot be read, in the server's words, one text per table; empty when all is there.
 QStringList unmet(const QSqlDatabase &database, ReportKind kind);
 
-/// The tables that both reports write to.
-QStringList writtenTables();
+/// The same for one table that both need.
+QStringList unmet(const QSqlDatabase &database, const QString &table);
 
 } // namespace Requirements

@@ -41,6 +41,8 @@ constexpr std::array commands{
             "autoreport set kovo daily --enable --time 07:00 \\\n"
             "      --emails payroll@example.com,boss@example.com",
             describeSet, runSet},
+    Command{"check", false, "Looks for what an installation lacks, and tells what to do about it.",
+            "autoreport check\n  autoreport check --json", describeCheck, runCheck},
 };
 
 const Command *find(const QString &name)

@@ -45,9 +45,14 @@ private Q_SLOTS:
     void setRefuses_data();
     void setRefuses();
     void operatorAtWork();
+    void checkFinds_data();
+    void checkFinds();
+    void checkFindsMissingRights();
+    void checkOfServerAndHost();
 
 private:
-    Outcome run(const QStringList &arguments) const;
+    Outcome run(const QStringList &arguments, bool faked = true) const;
+    QStringList checkFindings(const QString &subject) const;
     void addSchema(const QString &token, const QString &database) const;
     void setUpDailyReport() const;
 
@@ -87,11 +92,12 @@ void TestTool::setUpDailyReport() const
     bench->schema.exec("INSERT INTO people (pid, surname, name) VALUES (7, 'Novák', 'Ján')");
 }
 
-Outcome TestTool::run(const QStringList &arguments) const
+Outcome TestTool::run(const QStringList &arguments, bool faked) const
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("AUTOREPORT_DB_PASSWORD", TestServer::password());
-    environment.insert("LD_PRELOAD", AUTOREPORT_FAKETIME);
+    if (faked)
+        environment.insert("LD_PRELOAD", AUTOREPORT_FAKETIME);
     environment.insert("FAKETIME", "@" + moment);
     environment.insert("FAKETIME_DONT_FAKE_MONOTONIC", "1");
     environment.insert("ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0");
@@ -104,6 +110,22 @@ Outcome TestTool::run(const QStringList &arguments) const
     const bool ended = tool.waitForFinished(60000) && tool.exitStatus() == QProcess::NormalExit;
     return {ended ? tool.exitCode() : -1, QString::fromUtf8(tool.readAllStandardOutput()),
             QString::fromUtf8(tool.readAllStandardError())};
+}
+
+/// What the check tells of that subject, each with its remedy.
+QStringList TestTool::checkFindings(const QString &subject) const
+{
+    const Outcome outcome = run({"check", "--json"}, subject != "server");
+    QStringList found;
+    bool isProblem = false;
+    const QJsonObject object = QJsonDocument::fromJson(outcome.output.toUtf8()).object();
+    for (const auto &value : object.value("findings").toArray()) {
+        const QJsonObject finding = value.toObject();
+        isProblem |= finding.value("problem").toBool();
+        if (finding.value("subject") == subject)
+            found << finding.value("text").toString() + " -> " + finding.value("remedy").toString();
+    }
+    return outcome.status == (isProblem ? 1 : 0) ? found : QStringList{"status"};
 }
 
 void TestTool::usage_data()
@@ -442,6 +464,77 @@ void TestTool::operatorAtWork()
                  lines.at(3).startsWith("firm    daily ") && lines.at(3).endsWith(" well"),
              qPrintable(status.output));
     QVERIFY(status.output.contains("broken daily: table people: Table '"));
+}
+
+void TestTool::checkFinds_data()
+{
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<QString>("finding");
+    QTest::newRow("nothing") << "DO 0"
+                             << "";
+    QTest::newRow("settings") << "DROP TABLE vars"
+                              << "table vars: Table";
+    QTest::newRow("column") << "ALTER TABLE atten DROP ok"
+                            << "table atten: Unknown column 'ok'";
+    QTest::newRow("ambiguous") << "ALTER TABLE inters ADD del INT"
+                               << "Column 'del' in";
+    QTest::newRow("engine") << "ALTER TABLE emails ENGINE=MyISAM"
+                            << "emails ENGINE=InnoDB";
+    QTest::newRow("key") << "ALTER TABLE vars DROP PRIMARY KEY, ADD KEY (name)"
+                         << "ADD UNIQUE KEY (name)";
+    QTest::newRow("letters") << "ALTER TABLE emails MODIFY subject VARCHAR(255) CHARSET latin1"
+                             << "emails.subject is in latin1";
+    QTest::newRow("attachments") << "ALTER TABLE emails MODIFY data BLOB"
+                                 << "emails.data holds 65535";
+    QTest::newRow("packet") << "INSERT INTO emails (`from`, `to`, subject, data) VALUES "
+                               "('a', 'b', 'c', REPEAT('x', 34 * 1024 * 1024))"
+                            << "set max_allowed_packet";
+    QTest::newRow("sender") << "INSERT INTO vars VALUES ('globalEmail', '')"
+                            << "globalEmail, is no";
+    QTest::newRow("disabled") << "UPDATE vars SET value = 0 WHERE name LIKE '%enabled'"
+                              << "";
+}
+
+void TestTool::checkFinds()
+{
+    QFETCH(QString, change);
+    QFETCH(QString, finding);
+    setUpDailyReport();
+    bench->schema.exec(change);
+    const QStringList found = checkFindings("firm");
+    QVERIFY2(finding.isEmpty() ? found.isEmpty()
+                               : found.size() == 1 && found.at(0).contains(finding),
+             qPrintable(found.join('\n')));
+}
+
+void TestTool::checkFindsMissingRights()
+{
+    setUpDailyReport();
+    const QString name = bench->schema.name();
+    const QString user = name + "@'127.0.0.1'";
+    bench->schema.exec({QString("CREATE USER %1 IDENTIFIED BY 'secret'").arg(user),
+                        QString("GRANT SELECT ON %1.* TO %2").arg(name, user),
+                        QString("GRANT INSERT, UPDATE ON %1.vars TO %2").arg(name, user)});
+    info->exec(QString("UPDATE `schemas` SET user = '%1'").arg(name));
+    const QStringList found = checkFindings("firm");
+    bench->schema.exec("DROP USER " + user);
+    QVERIFY2(found.size() == 1 && found.at(0).startsWith("INSERT command denied"),
+             qPrintable(found.join('\n')));
+    QVERIFY(found.at(0).contains("-> grant INSERT and UPDATE on vars, INSERT on emails"));
+    QVERIFY(checkFindings("firm").at(0).contains("Access denied"));
+}
+
+void TestTool::checkOfServerAndHost()
+{
+    QVERIFY(run({"check"}).output.contains("problem: server: its clock is "));
+    info->exec("INSERT INTO `schemas` (token, name, user, pass) SELECT seq, '', '', '' FROM "
+               "seq_1_to_6000");
+    const QStringList found = checkFindings("server").filter("max_connections is 6000");
+    QCOMPARE(found.size(), 1);
+    QVERIFY2(found.at(0).contains("up to 6003 for 6001 schemas"), qPrintable(found.at(0)));
+    qputenv("TMPDIR", "/no/such");
+    const QStringList host = checkFindings("host");
+    QVERIFY(!host.isEmpty() && host.at(0).contains("point TMPDIR elsewhere"));
 }
 
 QTEST_GUILESS_MAIN(TestTool)

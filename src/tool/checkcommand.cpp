@@ -1,0 +1,92 @@
+#include "tool/commands.h"
+#include "tool/invocation.h"
+#include "tool/output.h"
+#include "tool/progress.h"
+#include "tool/schemacheck.h"
+#include "tool/servercheck.h"
+#include "tool/tool.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <algorithm>
+
+namespace
+{
+
+QVector<Finding> findAll(Schemas &schemas, const QStringList &tokens)
+{
+    QVector<Finding> findings = checkTemporaryDirectory() + checkServer(schemas.master());
+    QVector<Finding> ofSchemas;
+    int enabled = 0;
+    Progress progress(QStringLiteral("schemas"), tokens.size());
+    for (const QString &token : tokens) {
+        const SchemaCheck check = checkSchema(schemas, token);
+        ofSchemas += check.findings;
+        enabled += check.isEnabled ? 1 : 0;
+        progress.step();
+    }
+    findings += checkConnections(schemas.master(), tokens.size(), enabled);
+    if (enabled == 0)
+        findings.append({false, QStringLiteral("schemas"),
+                         QStringLiteral("none of the %1 active ones has a report switched on")
+                             .arg(tokens.size()),
+                         QStringLiteral("autoreport set TOKEN daily --enable ...")});
+    return findings + ofSchemas;
+}
+
+void printText(const QVector<Finding> &findings, int schemas)
+{
+    for (const Finding &finding : findings) {
+        const QString word =
+            finding.isProblem ? Output::coloured(QStringLiteral("problem"), Output::Colour::Bad)
+                              : Output::coloured(QStringLiteral("notice"), Output::Colour::Notable);
+        Output::print(QStringLiteral("%1: %2: %3\n    %4")
+                          .arg(word, finding.subject, finding.text, finding.remedy));
+    }
+    const auto problems = std::count_if(findings.cbegin(), findings.cend(),
+                                        [](const Finding &one) { return one.isProblem; });
+    Output::print(QStringLiteral("%1 schemas checked, %2 problems")
+                      .arg(QString::number(schemas), QString::number(problems)));
+}
+
+void printJson(const QVector<Finding> &findings, int schemas, int status)
+{
+    QJsonArray array;
+    for (const Finding &finding : findings)
+        array.append(QJsonObject{{QStringLiteral("problem"), finding.isProblem},
+                                 {QStringLiteral("subject"), finding.subject},
+                                 {QStringLiteral("text"), finding.text},
+                                 {QStringLiteral("remedy"), finding.remedy}});
+    const QJsonObject object{{QStringLiteral("status"), status},
+                             {QStringLiteral("schemas"), schemas},
+                             {QStringLiteral("findings"), array}};
+    Output::print(QString::fromUtf8(QJsonDocument(object).toJson()).trimmed());
+}
+
+} // namespace
+
+void describeCheck(QCommandLineParser &parser)
+{
+    parser.addOption({QStringLiteral("json"), QStringLiteral("Print JSON, for a monitor.")});
+}
+
+int runCheck(const Invocation &invocation)
+{
+    Schemas schemas(invocation.connection);
+    const QString failure = schemas.open();
+    if (!failure.isEmpty()) {
+        Output::error(failure);
+        return Tool::CouldNotAsk;
+    }
+    const QStringList tokens = schemas.tokens();
+    const QVector<Finding> findings = findAll(schemas, tokens);
+    const bool well = std::none_of(findings.cbegin(), findings.cend(),
+                                   [](const Finding &one) { return one.isProblem; });
+    const int status = well ? Tool::Well : Tool::Look;
+    if (invocation.has("json"))
+        printJson(findings, tokens.size(), status);
+    else
+        printText(findings, tokens.size());
+    return status;
+}

@@ -1,0 +1,185 @@
+#include "tool/schemacheck.h"
+
+#include "common/freshquery.h"
+#include "common/zas.h"
+#include "db/zasdbsettings.h"
+#include "tool/requirements.h"
+#include "tool/schemastatus.h"
+
+#include <QSqlError>
+
+namespace
+{
+
+using Row = QVector<QVariant>;
+
+constexpr qint64 attachmentBytes = 16777215; // a MEDIUMBLOB; a BLOB would cut off every workbook
+
+/// No rows where the statement fails.
+QVector<Row> ask(const QSqlDatabase &database, const QString &statement, int columns)
+{
+    QVector<Row> rows;
+    QSqlQuery query = freshQuery(database);
+    query.exec(statement);
+    while (query.next()) {
+        Row row;
+        for (int column = 0; column < columns; ++column)
+            row.append(query.value(column));
+        rows.append(row);
+    }
+    return rows;
+}
+
+void checkTables(const QSqlDatabase &database, const QVector<ReportKind> &enabled,
+                 Findings &findings)
+{
+    QStringList unmet;
+    for (const ReportKind kind : enabled)
+        unmet += Requirements::unmet(database, kind);
+    unmet.removeDuplicates();
+    for (const QString &text : qAsConst(unmet))
+        findings.problem(text, QStringLiteral("bring the schema up to the product's version, or "
+                                              "grant SELECT on it"));
+}
+
+/// The server explains a statement only to who may run it.
+void checkWriteAccess(const QSqlDatabase &database, Findings &findings)
+{
+    const QString statements[] = {
+        QStringLiteral("EXPLAIN INSERT INTO vars (name, value) VALUES ('', '') ON DUPLICATE KEY "
+                       "UPDATE value = VALUES(value)"),
+        QStringLiteral(
+            "EXPLAIN INSERT INTO emails (type, `from`, `to`, subject, body, created, aid, "
+            "uid, data) VALUES (NULL, '', '', '', '', 0, 0, NULL, '')")};
+    for (const QString &statement : statements) {
+        QSqlQuery query = freshQuery(database);
+        if (!query.exec(statement))
+            findings.problem(query.lastError().databaseText().simplified(),
+                             QStringLiteral("grant INSERT and UPDATE on vars, INSERT on emails"));
+    }
+}
+
+void checkStorage(const QSqlDatabase &database, Findings &findings)
+{
+    const auto engines =
+        ask(database,
+            QStringLiteral("SELECT table_name, engine FROM information_schema.tables WHERE "
+                           "table_schema = DATABASE() AND table_name IN ('vars', 'emails') AND "
+                           "engine != 'InnoDB'"),
+            2);
+    for (const Row &row : engines)
+        findings.problem(QStringLiteral("table %1 is kept by %2, without transactions: mails and "
+                                        "lastGenerated could part")
+                             .arg(row.at(0).toString(), row.at(1).toString()),
+                         QStringLiteral("ALTER TABLE %1 ENGINE=InnoDB").arg(row.at(0).toString()));
+
+    const auto keys = ask(
+        database,
+        QStringLiteral("SELECT index_name FROM information_schema.statistics WHERE table_schema = "
+                       "DATABASE() AND table_name = 'vars' AND non_unique = 0 GROUP BY index_name "
+                       "HAVING COUNT(*) = 1 AND MAX(column_name) = 'name'"),
+        1);
+    if (keys.isEmpty())
+        findings.problem(QStringLiteral("vars.name is not unique: each report adds a row "
+                                        "lastGenerated, and goes out again with every tick"),
+                         QStringLiteral("ALTER TABLE vars ADD UNIQUE KEY (name)"));
+}
+
+void checkColumns(const QSqlDatabase &database, Findings &findings)
+{
+    const auto columns =
+        ask(database,
+            QStringLiteral("SELECT table_name, column_name, character_set_name FROM "
+                           "information_schema.columns WHERE table_schema = DATABASE() AND "
+                           "character_set_name NOT LIKE 'utf8%' AND (table_name, column_name) IN "
+                           "(('emails', 'subject'), ('emails', 'body'), ('emails', 'to'), "
+                           "('vars', 'value'), ('people', 'name'), ('people', 'surname'))"),
+            3);
+    for (const Row &row : columns)
+        findings.problem(QStringLiteral("%1.%2 is in %3, where letters get lost")
+                             .arg(row.at(0).toString(), row.at(1).toString(), row.at(2).toString()),
+                         QStringLiteral("ALTER TABLE %1 CONVERT TO CHARACTER SET utf8mb4")
+                             .arg(row.at(0).toString()));
+
+    const auto data =
+        ask(database,
+            QStringLiteral("SELECT character_maximum_length FROM information_schema.columns WHERE "
+                           "table_schema = DATABASE() AND table_name = 'emails' AND column_name = "
+                           "'data'"),
+            1);
+    if (!data.isEmpty() && data.at(0).at(0).toLongLong() < attachmentBytes)
+        findings.problem(QStringLiteral("emails.data holds %1 bytes, too few for workbooks")
+                             .arg(data.at(0).at(0).toString()),
+                         QStringLiteral("ALTER TABLE emails MODIFY data LONGBLOB"));
+}
+
+void checkMails(const QSqlDatabase &database, Findings &findings)
+{
+    const auto sizes = ask(database,
+                           QStringLiteral("SELECT MAX(LENGTH(data)), @@max_allowed_packet FROM "
+                                          "emails WHERE status = 'Q'"),
+                           2);
+    if (!sizes.isEmpty() && 2 * sizes.at(0).at(0).toLongLong() > sizes.at(0).at(1).toLongLong())
+        findings.problem(QStringLiteral("the largest queued mail has %1 bytes, the server takes "
+                                        "%2 at a time")
+                             .arg(sizes.at(0).at(0).toString(), sizes.at(0).at(1).toString()),
+                         QStringLiteral("set max_allowed_packet to at least twice the mail"));
+
+    const QVariant sender =
+        ZasDbSettings(database).variableGet(QStringLiteral("globalEmail"), QVariant());
+    if (sender.isValid() && !ZAS::validEmail(sender.toString()))
+        findings.problem(QStringLiteral("the sender, globalEmail, is no mail address: '%1'")
+                             .arg(sender.toString()),
+                         QStringLiteral("correct globalEmail in the table vars, or delete it"));
+}
+
+/// An account without the right PROCESS sees its own connections, which are those of the hosts.
+void checkHosts(const QSqlDatabase &database, Findings &findings)
+{
+    const auto machines =
+        ask(database,
+            QStringLiteral("SELECT DISTINCT SUBSTRING_INDEX(host, ':', 1) FROM "
+                           "information_schema.processlist WHERE db = DATABASE() ORDER BY 1"),
+            1);
+    QStringList names;
+    for (const Row &row : machines)
+        names.append(row.at(0).toString());
+    if (names.size() > 1)
+        findings.notice(QStringLiteral("connections from several machines: %1")
+                            .arg(names.join(QStringLiteral(", "))),
+                        QStringLiteral("if autoreport serve runs on more than one of them, stop it "
+                                       "on the others; until then no report goes out twice"));
+}
+
+} // namespace
+
+SchemaCheck checkSchema(Schemas &schemas, const QString &token)
+{
+    Findings findings(token);
+    const SchemaConnection connection(schemas, token, SchemaConnection::Access::ReadWrite);
+    if (!connection.error.isEmpty()) {
+        findings.problem(
+            connection.error,
+            QStringLiteral("correct its row in the table schemas, or grant the access"));
+        return {findings.list, false};
+    }
+    const QSqlDatabase database = connection.database();
+    const QStringList vars = Requirements::unmet(database, QStringLiteral("vars"));
+    for (const QString &text : vars)
+        findings.problem(text, QStringLiteral("bring the schema up to the product's version, or "
+                                              "grant SELECT on it"));
+    QVector<ReportKind> enabled;
+    for (const ReportKind kind : {ReportKind::Daily, ReportKind::Monthly}) {
+        if (vars.isEmpty() && StoredSettings::read(database, kind).settings.enabled)
+            enabled.append(kind);
+    }
+    if (!enabled.isEmpty()) {
+        checkTables(database, enabled, findings);
+        checkWriteAccess(database, findings);
+        checkStorage(database, findings);
+        checkColumns(database, findings);
+        checkMails(database, findings);
+        checkHosts(database, findings);
+    }
+    return {findings.list, !enabled.isEmpty()};
+}

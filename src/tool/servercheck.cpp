@@ -1,0 +1,102 @@
+#include "tool/servercheck.h"
+
+#include "common/freshquery.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QSqlError>
+#include <QStorageInfo>
+#include <QTemporaryFile>
+
+namespace
+{
+
+constexpr qint64 clockToleranceSeconds = 5;
+constexpr int connectionsToSpare = 20; // for the product, its people and an operator
+constexpr qint64 bytesPerMiB = 1048576;
+constexpr qint64 spaceWantedMiB = 512;
+
+/// Nothing where the statement fails.
+QVariant ask(const QSqlDatabase &database, const char *statement)
+{
+    QSqlQuery query = freshQuery(database);
+    return query.exec(QLatin1String(statement)) && query.next() ? query.value(0) : QVariant();
+}
+
+void checkWords(const QSqlDatabase &master, Findings &findings)
+{
+    if (ask(master, "SELECT 1 AS groups").isValid())
+        return;
+    findings.problem(
+        QStringLiteral("%1 reserves the word groups, the name of a table of every schema")
+            .arg(ask(master, "SELECT VERSION()").toString()),
+        QStringLiteral("run the schemas on MariaDB or on MySQL 5.7; MySQL 8 does not do"));
+}
+
+void checkClock(const QSqlDatabase &master, Findings &findings)
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    const qint64 ahead =
+        ask(master, "SELECT UNIX_TIMESTAMP()").toLongLong() - now.toSecsSinceEpoch();
+    if (qAbs(ahead) > clockToleranceSeconds)
+        findings.problem(QStringLiteral("its clock is %1 s %2 this machine's")
+                             .arg(QString::number(qAbs(ahead)), ahead > 0
+                                                                    ? QStringLiteral("ahead of")
+                                                                    : QStringLiteral("behind")),
+                         QStringLiteral("keep both clocks right, with NTP for example"));
+    const QVariant offset = ask(master, "SELECT TIMESTAMPDIFF(SECOND, UTC_TIMESTAMP(), NOW())");
+    // NOW() and the other are taken at the same moment; minutes are what time zones differ in.
+    if (offset.isValid() && offset.toInt() != now.offsetFromUtc())
+        findings.notice(QStringLiteral("its time zone is %1 min off UTC, this machine's %2 min")
+                            .arg(QString::number(offset.toInt() / 60),
+                                 QString::number(now.offsetFromUtc() / 60)),
+                        QStringLiteral("the reports' days are those of the machine that runs "
+                                       "autoreport serve: see that its zone is the customers'"));
+}
+
+} // namespace
+
+QVector<Finding> checkServer(const QSqlDatabase &master)
+{
+    Findings findings(QStringLiteral("server"));
+    checkWords(master, findings);
+    checkClock(master, findings);
+    return findings.list;
+}
+
+QVector<Finding> checkConnections(const QSqlDatabase &master, int schemas, int enabled)
+{
+    Findings findings(QStringLiteral("server"));
+    const int limit = ask(master, "SELECT @@max_connections").toInt();
+    // The information database, one of the scan to each schema, one of each worker, one to look.
+    const int needed = 2 + schemas + enabled;
+    if (needed + connectionsToSpare > limit)
+        findings.problem(QStringLiteral("max_connections is %1; a host takes up to %2 for %3 "
+                                        "schemas, %4 with a report enabled")
+                             .arg(QString::number(limit), QString::number(needed),
+                                  QString::number(schemas), QString::number(enabled)),
+                         QStringLiteral("set max_connections to %1 or more, and open_files_limit "
+                                        "with it")
+                             .arg(needed + connectionsToSpare));
+    return findings.list;
+}
+
+QVector<Finding> checkTemporaryDirectory()
+{
+    Findings findings(QStringLiteral("host"));
+    const QString path = QDir::tempPath();
+    QTemporaryFile file(path + QStringLiteral("/autoreport-check-XXXXXX"));
+    if (!file.open())
+        findings.problem(QStringLiteral("can not write into the temporary directory '%1': %2")
+                             .arg(path, file.errorString()),
+                         QStringLiteral("make it writable, or point TMPDIR elsewhere"));
+    const qint64 free = QStorageInfo(path).bytesAvailable() / bytesPerMiB;
+    if (free < spaceWantedMiB)
+        findings.problem(
+            QStringLiteral("%1 MiB are free in the temporary directory '%2'")
+                .arg(QString::number(free), path),
+            QStringLiteral("workbooks stay there until they are replaced: make room for %1 MiB, "
+                           "or point TMPDIR elsewhere")
+                .arg(spaceWantedMiB));
+    return findings.list;
+}
