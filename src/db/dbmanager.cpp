@@ -127,7 +127,7 @@ bool DBManager::isDatabase(const QString &token) const
 bool DBManager::isConnection(const QString &token) const
 {
     const QMutexLocker locker(&mutex);
-    return connectionList.contains(getConnectionNameFromToken(token));
+    return connections.contains(getConnectionNameFromToken(token));
 }
 
 bool DBManager::connectionIsActive(const QString &name)
@@ -163,8 +163,7 @@ QSqlDatabase DBManager::getDatabase(const QString &token)
 QSqlDatabase DBManager::openSchema(const QString &token, const QString &connectionName,
                                    const DBSchemeRecord &scheme)
 {
-    if (!connectionList.contains(connectionName))
-        connectionList.append(connectionName);
+    connections.insert(connectionName);
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), connectionName);
     // All schemas live on the information database's server.
     db.setHostName(infoDatabase.hostName());
@@ -250,5 +249,5 @@ void DBManager::removeUnused(const QString &name)
     if (debugLevel)
         qDebug().noquote() << "DBManager::removeUnusedConnections() - removing:" << name;
     QSqlDatabase::removeDatabase(name);
-    connectionList.removeOne(name);
+    connections.remove(name);
 }

@@ -4,6 +4,7 @@
 
 #include <QHash>
 #include <QMutex>
+#include <QSet>
 #include <QSqlDatabase>
 #include <QStringList>
 #include <QVector>
@@ -103,7 +104,7 @@ private:
     QHash<QString, DBSchemeRecord> schemeCache; // by token; only grows
     QSqlDatabase infoDatabase;
     QSqlDatabase zasDatabase;
-    QVector<QString> connectionList;    // made by getDatabase()
+    QSet<QString> connections;          // made by getDatabase()
     QVector<QString> unusedConnections; // in order of arrival
     bool closeInfoAfterUse;
     bool infoOpen;
