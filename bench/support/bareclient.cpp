@@ -61,3 +61,15 @@ void BareClient::execute(const RecordedStatement &statement)
     }
     mysql_stmt_close(prepared);
 }
+
+void BareClient::openLikeQt(const QString &schema)
+{
+    const QByteArray probe("SELECT ? + ?"); // can this server prepare?
+    MYSQL_STMT *prepared = mysql_stmt_init(connection.get());
+    const bool ran = mysql_select_db(connection.get(), qPrintable(schema)) == 0 &&
+                     mysql_set_character_set(connection.get(), "utf8mb3") == 0 &&
+                     mysql_stmt_prepare(prepared, probe.constData(),
+                                        static_cast<unsigned long>(probe.size())) == 0;
+    mysql_stmt_close(prepared);
+    Bench::require(ran, QStringLiteral("the server refuses what Qt's driver asks"));
+}

@@ -18,6 +18,9 @@ public:
     void run(const RecordedStatement &statement);
     void query(const QByteArray &statement);
 
+    /// What Qt's driver asks of the server after every connect: three round trips more.
+    void openLikeQt(const QString &schema);
+
 private:
     void execute(const RecordedStatement &statement);
 
