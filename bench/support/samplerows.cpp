@@ -9,6 +9,7 @@ namespace
 std::vector<SampleText> numbered(const std::string &stem, int count)
 {
     std::vector<SampleText> texts;
+    texts.reserve(std::size_t(count));
     for (int i = 1; i <= count; ++i)
         texts.emplace_back(stem + std::to_string(i));
     return texts;

@@ -14,7 +14,8 @@
 namespace
 {
 
-constexpr qint64 chunkBytes = 3 * 0x8000; // whole groups of Base64: only the last chunk is padded
+// Whole groups of Base64, so that only the last chunk is padded.
+constexpr qint64 chunkBytes = 3 * qint64(0x8000);
 
 QString mimeTypeName(const QString &path)
 {
