@@ -82,6 +82,18 @@ QString OptionReader::text(const char *name)
     return value;
 }
 
+bool OptionReader::flag(const QString &key)
+{
+    const QString value = config.values.value(key).toLower();
+    const bool isTrue = value == QLatin1String("true") || value == QLatin1String("1");
+    if (!isTrue && !value.isEmpty() && value != QLatin1String("false") &&
+        value != QLatin1String("0"))
+        fail(QStringLiteral("'%1' in the configuration must be true or false, not '%2'")
+                 .arg(key, value),
+             false);
+    return isTrue;
+}
+
 int OptionReader::number(const char *name, int least, int most)
 {
     bool isNumber = false;
@@ -98,7 +110,7 @@ ConnectionOptions OptionReader::connection()
 {
     ConnectionOptions options;
     const auto single = QStringLiteral("single");
-    options.single = parser.isSet(single) || QVariant(config.values.value(single)).toBool();
+    options.single = parser.isSet(single) || flag(single);
     options.host = text("db-host");
     options.port = number("db-port", 1, 65535);
     options.user = text("db-user");

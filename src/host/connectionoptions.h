@@ -50,6 +50,7 @@ public:
 
 private:
     bool hasOption(const QString &option) const;
+    bool flag(const QString &key);
 
     const QCommandLineParser &parser;
     ConfigFile config;

@@ -40,6 +40,10 @@ void write(QtMsgType type, const QString &message)
 {
     QString text = message;
     text.replace(QLatin1Char('\n'), QLatin1String(" | ")); // one message stays one line
+    for (QChar &c : text) {
+        if (c.unicode() < 0x20 || c.unicode() == 0x7F)
+            c = QChar::ReplacementCharacter; // what comes from a database must not move a terminal
+    }
     const QString time =
         QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
     const QByteArray line = QStringLiteral("%1 %2 %3\n").arg(time, levelName(type), text).toUtf8();

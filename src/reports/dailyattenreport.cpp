@@ -173,7 +173,7 @@ int DailyAttenReport::queueMails(const QString &path, const ReportRun &run)
     // Without a single mail the report counts as not made, and the next tick tries again.
     const int queued =
         queueReportMail(reportName, mail, run.settings.recipients, database, transaction);
-    if (queued > 0 && run.mark)
+    if (queued > 0 && run.mark && transaction.isIntact())
         storeLastGenerated(reportName, prefix, settings);
     return transaction.commit() ? queued : 0;
 }

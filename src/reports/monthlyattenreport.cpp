@@ -120,10 +120,11 @@ int MonthlyAttenReport::queueMails(const QString &path, const ReportRun &run)
     ReportTransaction transaction(reportName, database, run.connectionId);
     if (!transaction.isIntact())
         return 0;
-    // Unlike the daily report, this one counts as made even when no mail could be queued.
+    // Unlike the daily report, this one counts as made even when no mail could be queued, unless
+    // an operator asked for it.
     const int queued =
         queueReportMail(reportName, mail, run.settings.recipients, database, transaction);
-    if (run.mark && transaction.isIntact())
+    if (run.mark && (queued > 0 || !run.byHand) && transaction.isIntact())
         storeLastGenerated(reportName, prefix, settings);
     return transaction.commit() ? queued : 0;
 }

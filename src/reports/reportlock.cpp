@@ -1,6 +1,7 @@
 #include "reports/reportlock.h"
 
 #include "common/freshquery.h"
+#include "db/serverconnection.h"
 
 #include <QCryptographicHash>
 #include <QVariant>
@@ -24,8 +25,10 @@ ReportLock::ReportLock(const QSqlDatabase &db, const char *report)
 {
     QSqlQuery query = freshQuery(database);
     if (!query.exec(QStringLiteral("SELECT GET_LOCK('%1', 0), CONNECTION_ID()").arg(name)) ||
-        !query.next())
+        !query.next()) {
+        connection = serverConnectionId(database); // a server without locks still has connections
         return;
+    }
     connection = query.value(1).toULongLong();
     const QVariant answer = query.value(0); // NULL: the server could not tell
     held = answer.toInt() == 1;

@@ -54,6 +54,8 @@ QDateTime nextDue(const ReportSettings &settings, const QDateTime &now)
 {
     if (!settings.enabled || settings.recipients.isEmpty())
         return {};
+    if (settings.lastGenerated > endOfYear9999) // no clock gets there
+        return {};
     // The last report may lie in the future, after a clock went wrong: no day before it is open.
     const QDate last = QDateTime::fromSecsSinceEpoch(settings.lastGenerated).date();
     QDate date = last.isValid() ? std::max(last, now.date()) : QDate();

@@ -7,6 +7,10 @@
 #include <QVariant>
 #include <QVector>
 
+/// Unix seconds that no clock reaches and that dates still hold; above, "lastGenerated" is a
+/// mistake.
+constexpr qint64 endOfYear9999 = 253402300799;
+
 /// What the schedule of a report depends on, as its settings say it.
 struct ReportSettings {
     bool enabled = false;

@@ -10,8 +10,12 @@ ReportTransaction::ReportTransaction(const char *reportName, const QSqlDatabase 
     : report(reportName)
     , database(db)
     , connectionId(serverConnection)
-    , open(database.transaction() && setSavepoint())
+    , open(database.transaction())
 {
+    if (open && !setSavepoint()) {
+        database.rollback();
+        open = false;
+    }
 }
 
 ReportTransaction::~ReportTransaction()

@@ -1,5 +1,6 @@
 #include "tool/commands.h"
 #include "tool/invocation.h"
+#include "tool/messages.h"
 #include "tool/output.h"
 #include "tool/progress.h"
 #include "tool/schemacheck.h"
@@ -80,6 +81,8 @@ int runCheck(const Invocation &invocation)
         return Tool::CouldNotAsk;
     }
     const QStringList tokens = schemas.tokens();
+    if (printMessages()) // a list that could not be read looks like an empty one
+        return Tool::CouldNotAsk;
     const QVector<Finding> findings = findAll(schemas, tokens);
     const bool well = std::none_of(findings.cbegin(), findings.cend(),
                                    [](const Finding &one) { return one.isProblem; });

@@ -1,5 +1,7 @@
 #include "tool/messages.h"
 
+#include "tool/output.h"
+
 namespace
 {
 
@@ -31,4 +33,12 @@ QStringList Messages::take()
     QStringList taken;
     taken.swap(collected);
     return taken;
+}
+
+bool printMessages()
+{
+    const QStringList messages = Messages::take();
+    for (const QString &message : messages)
+        Output::error(message);
+    return !messages.isEmpty();
 }

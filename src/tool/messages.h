@@ -21,3 +21,6 @@ public:
 private:
     QtMessageHandler previous;
 };
+
+/// Prints what was logged meanwhile as errors; whether there was anything.
+bool printMessages();

@@ -1,4 +1,5 @@
 #include "tool/commands.h"
+#include "tool/messages.h"
 #include "tool/onschema.h"
 #include "tool/output.h"
 #include "tool/reportjob.h"

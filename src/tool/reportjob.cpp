@@ -9,17 +9,10 @@ ReportJob::ReportJob(const QSqlDatabase &database, const QDate &date)
     run.now = date.startOfDay();
     run.connectionId = serverConnectionId(database);
     run.mark = false;
+    run.byHand = true;
     run.progress = [this](int rows) {
         if (!bar)
             bar = std::make_unique<Progress>(QStringLiteral("rows"), rows);
         bar->step();
     };
-}
-
-bool printMessages()
-{
-    const QStringList messages = Messages::take();
-    for (const QString &message : messages)
-        Output::error(message);
-    return !messages.isEmpty();
 }

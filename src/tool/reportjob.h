@@ -9,8 +9,8 @@
 #include <memory>
 
 /**
- * A run of a report on an operator's demand: for any day, with a progress bar, over a connection
- * whose loss ends it. "lastGenerated" is left alone.
+ * A run of a report on an operator's demand: for any day, with a progress bar where rows take long,
+ * over a connection whose loss ends it. "lastGenerated" is left alone.
  */
 class ReportJob
 {
@@ -23,6 +23,3 @@ public:
 private:
     std::unique_ptr<Progress> bar;
 };
-
-/// Prints what was logged meanwhile as errors; whether there was anything.
-bool printMessages();

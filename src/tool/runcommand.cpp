@@ -1,6 +1,7 @@
 #include "common/zas.h"
 #include "reports/reportlock.h"
 #include "tool/commands.h"
+#include "tool/messages.h"
 #include "tool/onschema.h"
 #include "tool/output.h"
 #include "tool/reportjob.h"
@@ -20,8 +21,12 @@ QStringList chosenRecipients(const Invocation &invocation, const QSqlDatabase &d
 {
     if (invocation.has("to"))
         return {invocation.value("to").trimmed()};
-    const Recipients all(StoredSettings::read(database, invocation.kind).settings.recipients);
-    return all.wellFormed + all.malformed;
+    QStringList recipients; // in the order in which the report itself mails them
+    for (const QString &one : StoredSettings::read(database, invocation.kind).settings.recipients) {
+        if (!one.trimmed().isEmpty())
+            recipients.append(one.trimmed());
+    }
+    return recipients;
 }
 
 bool isAgreed(const Invocation &invocation, const QStringList &recipients)
@@ -77,7 +82,7 @@ int makeRun(const Invocation &invocation, const QSqlDatabase &database)
     const bool complained = printMessages();
     Output::print(QStringLiteral("%1 of %2 mails queued%3")
                       .arg(QString::number(queued), QString::number(recipients.size()),
-                           queued > 0 && invocation.has("mark")
+                           queued > 0 && !complained && invocation.has("mark")
                                ? QStringLiteral("; the report counts as made")
                                : QString()));
     return queued == recipients.size() && !complained ? Tool::Well : Tool::Look;

@@ -138,8 +138,10 @@ void checkHosts(const QSqlDatabase &database, Findings &findings)
 {
     const auto machines =
         ask(database,
-            QStringLiteral("SELECT DISTINCT SUBSTRING_INDEX(host, ':', 1) FROM "
-                           "information_schema.processlist WHERE db = DATABASE() ORDER BY 1"),
+            QStringLiteral("SELECT DISTINCT IF(host LIKE '%:%', LEFT(host, LENGTH(host) - "
+                           "LENGTH(SUBSTRING_INDEX(host, ':', -1)) - 1), host) FROM "
+                           "information_schema.processlist WHERE db = DATABASE() AND id <> "
+                           "CONNECTION_ID() ORDER BY 1"),
             1);
     QStringList names;
     for (const Row &row : machines)

@@ -1,6 +1,7 @@
 #include "tool/schemas.h"
 
 #include "common/freshquery.h"
+#include "tool/messages.h"
 
 #include <QSqlError>
 
@@ -103,7 +104,11 @@ SchemaConnection::SchemaConnection(Schemas &schemas, const QString &token, Acces
     const ConnectionOptions way = schemas.find(token);
     databaseName = way.databaseName;
     if (databaseName.isEmpty()) {
-        error = QStringLiteral("there is no active schema '%1': see autoreport status").arg(token);
+        const QStringList failures = Messages::take();
+        error =
+            failures.isEmpty()
+                ? QStringLiteral("there is no active schema '%1': see autoreport status").arg(token)
+                : failures.join(QStringLiteral("; "));
         return;
     }
     QSqlDatabase db = way.addDatabase(schemaName());

@@ -1,6 +1,7 @@
 #include "common/zas.h"
 #include "db/zasdbsettings.h"
 #include "tool/commands.h"
+#include "tool/messages.h"
 #include "tool/onschema.h"
 #include "tool/output.h"
 #include "tool/reportjob.h"

@@ -1,5 +1,6 @@
 #include "tool/commands.h"
 #include "tool/invocation.h"
+#include "tool/messages.h"
 #include "tool/output.h"
 #include "tool/progress.h"
 #include "tool/statustable.h"
@@ -57,9 +58,11 @@ int runStatus(const Invocation &invocation)
         Output::error(failure);
         return Tool::CouldNotAsk;
     }
+    const QStringList tokens = only.isEmpty() ? schemas.tokens() : QStringList{only};
+    if (printMessages()) // a list that could not be read looks like an empty one
+        return Tool::CouldNotAsk;
     const QDateTime now = QDateTime::currentDateTime();
-    const auto reports =
-        readAll(schemas, only.isEmpty() ? schemas.tokens() : QStringList{only}, now);
+    const auto reports = readAll(schemas, tokens, now);
     const bool well = std::all_of(reports.cbegin(), reports.cend(),
                                   [](const ReportStatus &one) { return one.reason.isEmpty(); });
     const int status = well ? Tool::Well : Tool::Look;

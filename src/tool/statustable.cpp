@@ -4,10 +4,12 @@
 
 #include <QJsonArray>
 
+#include <algorithm>
+
 namespace
 {
 
-constexpr int tokenWidth = 24;
+constexpr int tokenWidth = 20;
 constexpr int timeWidth = 8;
 constexpr int maxCount = 99;
 constexpr qint64 secondsPerMinute = 60;
@@ -17,7 +19,8 @@ constexpr qint64 secondsPerDay = 86400;
 QDateTime lastGenerated(const ReportStatus &report)
 {
     const qint64 seconds = report.stored.settings.lastGenerated;
-    return seconds == 0 ? QDateTime() : QDateTime::fromSecsSinceEpoch(seconds);
+    return seconds == 0 ? QDateTime()
+                        : QDateTime::fromSecsSinceEpoch(std::min(seconds, endOfYear9999));
 }
 
 QString count(int number)

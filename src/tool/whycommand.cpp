@@ -5,6 +5,8 @@
 #include "tool/schemastatus.h"
 #include "tool/tool.h"
 
+#include <algorithm>
+
 namespace
 {
 
@@ -24,7 +26,7 @@ QString lastText(const ReportSettings &settings)
     return settings.lastGenerated == 0 ? QStringLiteral("never generated")
                                        : QStringLiteral("last generated %1")
                                              .arg(Output::exactMoment(QDateTime::fromSecsSinceEpoch(
-                                                 settings.lastGenerated)));
+                                                 std::min(settings.lastGenerated, endOfYear9999))));
 }
 
 /// What a rule asks for, and the value that it looks at.

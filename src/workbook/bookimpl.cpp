@@ -74,7 +74,12 @@ libxl::ISheetT<wchar_t> *BookImpl::addSheet(const wchar_t *name, libxl::ISheetT<
         if (!readText(name, maxSheetNameUnits, sheet.name) || !isFreeSheetName(sheet.name))
             return nullptr;
         data.sheets.push_back(std::move(sheet));
-        return &sheets.emplace_back(data, data.sheets.back(), fileFormat);
+        try {
+            return &sheets.emplace_back(data, data.sheets.back(), fileFormat);
+        } catch (...) {
+            data.sheets.pop_back(); // no sheet without the one who asked knowing it
+            throw;
+        }
     });
 }
 

@@ -17,7 +17,8 @@ class IFormatT;
  * arguments outside its range.
  *
  * A cell writer that answers false leaves the cell empty, whatever it held before. A cell below
- * the last row of the file format also makes IBookT::save fail: a sheet is never cut in silence.
+ * the last row or right of the last column of the file format also makes IBookT::save fail: a sheet
+ * is never cut in silence.
  */
 template <class Char>
 class ISheetT

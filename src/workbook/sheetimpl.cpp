@@ -50,7 +50,7 @@ std::optional<std::uint32_t> SheetImpl::formatIndex(libxl::IFormatT<wchar_t> *fo
 template <class Fill>
 bool SheetImpl::writeCell(int row, int col, libxl::IFormatT<wchar_t> *format, Fill fill)
 {
-    if (row >= fileFormat.rows)
+    if (row >= fileFormat.rows || col >= fileFormat.columns)
         book.incomplete = true;
     if (!isRow(row) || !isColumn(col))
         return false;

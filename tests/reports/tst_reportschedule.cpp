@@ -3,6 +3,7 @@
 #include <QTest>
 
 #include <ctime>
+#include <limits>
 
 namespace
 {
@@ -192,6 +193,9 @@ void TestReportSchedule::nextDueIsTheFirstDueMoment()
     settings.time = QTime(2, 30);
     settings.lastGenerated = 0;
     QCOMPARE(between.secsTo(nextDue(settings, between)), Q_INT64_C(1200));
+    settings.lastGenerated = std::numeric_limits<qint64>::max(); // not one day after the other
+    QVERIFY(!nextDue(settings, local(now)).isValid());
+    settings.lastGenerated = 0;
     settings.recipients.clear();
     QVERIFY(!nextDue(settings, local(now)).isValid());
 }
