@@ -21,14 +21,12 @@ constexpr std::size_t maxNumFormatUnits = 255;
 constexpr std::size_t maxNumFormats = 200;
 constexpr int maxFontPoints = 409;
 
-bool endsWithoutCase(std::string_view text, std::string_view ending)
+/** `ending` is in lower case. */
+bool endsInAnyCase(std::string text, std::string_view ending)
 {
-    const auto equal = [](char a, char b) {
-        return (a >= 'A' && a <= 'Z' ? static_cast<char>(a + ('a' - 'A')) : a) == b;
-    };
-    return text.size() >= ending.size() &&
-           std::equal(ending.rbegin(), ending.rend(), text.rbegin(),
-                      [equal](char wanted, char given) { return equal(given, wanted); });
+    for (char &c : text)
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    return text.size() >= ending.size() && text.substr(text.size() - ending.size()) == ending;
 }
 
 } // namespace
@@ -147,8 +145,10 @@ void BookImpl::setRgbMode(bool rgbMode)
 
 bool BookImpl::setLocale(const char *locale)
 {
-    return locale != nullptr &&
-           (endsWithoutCase(locale, "utf-8") || endsWithoutCase(locale, "utf8"));
+    return guarded(false, [&] {
+        return locale != nullptr &&
+               (endsInAnyCase(locale, "utf-8") || endsInAnyCase(locale, "utf8"));
+    });
 }
 
 void BookImpl::release()

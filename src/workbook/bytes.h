@@ -8,6 +8,32 @@
 namespace workbook
 {
 
+inline void storeU16(char *at, unsigned value)
+{
+    at[0] = static_cast<char>(value);
+    at[1] = static_cast<char>(value >> 8U);
+}
+
+inline void storeU32(char *at, std::uint32_t value)
+{
+    storeU16(at, value & 0xFFFFU);
+    storeU16(at + 2, value >> 16U);
+}
+
+inline void storeU64(char *at, std::uint64_t value)
+{
+    storeU32(at, static_cast<std::uint32_t>(value));
+    storeU32(at + 4, static_cast<std::uint32_t>(value >> 32U));
+}
+
+inline void storeF64(char *at, double value)
+{
+    std::uint64_t bits = 0;
+    static_assert(sizeof bits == sizeof value);
+    std::memcpy(&bits, &value, sizeof bits);
+    storeU64(at, bits);
+}
+
 inline void appendU8(std::string &out, unsigned value)
 {
     out += static_cast<char>(value & 0xFFU);
@@ -15,29 +41,30 @@ inline void appendU8(std::string &out, unsigned value)
 
 inline void appendU16(std::string &out, unsigned value)
 {
-    const char bytes[] = {static_cast<char>(value), static_cast<char>(value >> 8U)};
+    char bytes[2];
+    storeU16(bytes, value);
     out.append(bytes, sizeof bytes);
 }
 
 inline void appendU32(std::string &out, std::uint32_t value)
 {
-    const char bytes[] = {static_cast<char>(value), static_cast<char>(value >> 8U),
-                          static_cast<char>(value >> 16U), static_cast<char>(value >> 24U)};
+    char bytes[4];
+    storeU32(bytes, value);
     out.append(bytes, sizeof bytes);
 }
 
 inline void appendU64(std::string &out, std::uint64_t value)
 {
-    appendU32(out, static_cast<std::uint32_t>(value));
-    appendU32(out, static_cast<std::uint32_t>(value >> 32U));
+    char bytes[8];
+    storeU64(bytes, value);
+    out.append(bytes, sizeof bytes);
 }
 
 inline void appendF64(std::string &out, double value)
 {
-    std::uint64_t bits = 0;
-    static_assert(sizeof bits == sizeof value);
-    std::memcpy(&bits, &value, sizeof bits);
-    appendU64(out, bits);
+    char bytes[8];
+    storeF64(bytes, value);
+    out.append(bytes, sizeof bytes);
 }
 
 } // namespace workbook

@@ -27,28 +27,30 @@ Cell makeCell(int row, int column, CellKind kind, std::uint32_t format)
 
 void CellStore::put(const Cell &cell)
 {
-    // Rows that are rewritten again and again must not pile up.
-    if (!ordered && cells.size() >= tidyAt) {
-        sort();
-        tidyAt = std::max(tidyAt, 2 * cells.size());
-    }
     holdsErased = holdsErased || cell.kind() == CellKind::Erased;
-    if (!cells.empty() && cell.row == cells.back().row) {
+    if (cells.empty() || before(cells.back(), cell)) {
+        if (cells.empty() || cells.back().row != cell.row)
+            lastRow = cells.size();
+        cells.push_back(cell);
+    } else if (cells.back().row == cell.row) {
         putIntoLastRow(cell);
-        return;
+    } else {
+        cells.push_back(cell);
+        lastRow = cells.size() - 1;
+        ordered = false;
+        // Rows that are rewritten again and again must not pile up.
+        if (cells.size() >= tidyAt) {
+            sort();
+            tidyAt = std::max(tidyAt, 2 * cells.size());
+        }
     }
-    ordered = ordered && (cells.empty() || before(cells.back(), cell));
-    cells.push_back(cell);
-    lastRow = cells.size() - 1;
 }
 
 void CellStore::putIntoLastRow(const Cell &cell)
 {
     const auto begin = cells.begin() + static_cast<std::ptrdiff_t>(lastRow);
-    const auto place = before(cells.back(), cell)
-                           ? cells.end()
-                           : std::lower_bound(begin, cells.end(), cell, before);
-    if (place != cells.end() && place->key() == cell.key())
+    const auto place = std::lower_bound(begin, cells.end(), cell, before);
+    if (place->key() == cell.key())
         *place = cell;
     else
         cells.insert(place, cell);

@@ -1,6 +1,7 @@
 #include "workbook/text.h"
 
 #include <algorithm>
+#include <cwchar>
 
 namespace workbook
 {
@@ -52,6 +53,24 @@ void appendPoint(std::string &out, char32_t point)
     }
 }
 
+/** Characters beyond 16 bits become pairs; halves of pairs that stand alone are replaced. */
+void appendRepaired(std::u16string &units, std::wstring_view wide)
+{
+    for (std::size_t i = 0; i < wide.size(); ++i) {
+        auto point = static_cast<char32_t>(wide[i]);
+        const auto next = static_cast<char32_t>(i + 1 < wide.size() ? wide[i + 1] : 0);
+        if (isHighSurrogate(point) && isLowSurrogate(next)) {
+            units += static_cast<char16_t>(point);
+            units += static_cast<char16_t>(next);
+            ++i;
+            continue;
+        }
+        if (isHighSurrogate(point) || isLowSurrogate(point) || point > 0x10FFFF)
+            point = replacement;
+        appendUtf16(units, point);
+    }
+}
+
 // The pairs of the Latin extensions stand side by side, capital first; where it is the even or the
 // odd code changes from block to block.
 char16_t foldLatinExtended(char16_t unit)
@@ -91,22 +110,23 @@ bool readText(const wchar_t *text, std::size_t maxUnits, std::u16string &units)
     units.clear();
     if (text == nullptr)
         return false;
-    for (; *text != L'\0'; ++text) {
-        auto point = static_cast<char32_t>(*text);
-        const auto next = static_cast<char32_t>(text[1]);
-        if (isHighSurrogate(point) && isLowSurrogate(next)) {
-            units += static_cast<char16_t>(point);
-            units += static_cast<char16_t>(next);
-            ++text;
-        } else {
-            if (isHighSurrogate(point) || isLowSurrogate(point) || point > 0x10FFFF)
-                point = replacement;
-            appendUtf16(units, point);
-        }
-        if (units.size() > maxUnits)
-            return false;
+    // Every character gives a unit at least.
+    const std::size_t length = wcsnlen(text, maxUnits + 1);
+    if (length > maxUnits)
+        return false;
+    const auto isOneUnit = [](wchar_t c) {
+        const auto point = static_cast<char32_t>(c);
+        return point < 0xD800 || (point > 0xDFFF && point < 0x10000);
+    };
+    const std::wstring_view wide(text, length);
+    if (std::all_of(wide.begin(), wide.end(), isOneUnit)) {
+        units.resize(length);
+        std::transform(wide.begin(), wide.end(), units.begin(),
+                       [](wchar_t c) { return static_cast<char16_t>(c); });
+        return true;
     }
-    return true;
+    appendRepaired(units, wide);
+    return units.size() <= maxUnits;
 }
 
 bool isXmlText(std::u16string_view text)

@@ -108,9 +108,19 @@ void TestFormulas::programsAgree()
     for (const auto &entry : cases)
         expressions.push_back(entry.expression);
     const TestBook book(isXls);
-    fill(book->addSheet(L"S"), expressions);
+    book->setDefaultFont(L"MS Shell Dlg 2", 10);
+    Sheet *sheet = book->addSheet(L"Mes. report dochádzky");
+    fill(sheet, expressions);
+    Format *decimal = book->addFormat();
+    decimal->setNumFormat(book->addCustomNumFormat(L"#0.00"));
+    sheet->writeNum(9, 4, 2.5, decimal);
+    sheet->setFooter(L"Strana &P/&N", 0.5);
+    sheet->setPrintRepeatRows(0, 0);
+    sheet->split(1, 0);
     QVERIFY(book.save(file()));
     const QList<QByteArray> byPrograms[] = {byGnumeric(), byOffice()};
+    QCOMPARE(byPrograms[0].value(9).split(',').value(4), QByteArray("2.5"));
+    QCOMPARE(byPrograms[1].value(9).split(',').value(4), QByteArray("2.50"));
     int row = 0;
     for (const auto &entry : cases) {
         for (const QList<QByteArray> &lines : byPrograms)

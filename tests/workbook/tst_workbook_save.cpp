@@ -10,7 +10,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-/** Saving, and what does not depend on single cells: bytes, failures, threads, other programs. */
+/** Saving, and what does not depend on single cells: bytes, failures, threads. */
 class TestSave : public QObject, private FormatFixture
 {
     Q_OBJECT
@@ -30,7 +30,6 @@ private Q_SLOTS:
     void failures();
     void linkIsReplaced();
     void fullDisk();
-    void otherPrograms();
 
 private:
     [[nodiscard]] QStringList listing() const
@@ -222,21 +221,6 @@ void TestSave::fullDisk()
     QCOMPARE(listing(), QStringList(QFileInfo(file()).fileName()));
     QVERIFY(book.save(file()));
     QVERIFY2(QFileInfo(file()).size() > 300000, "the largest limit was no limit");
-}
-
-void TestSave::otherPrograms()
-{
-    const TestBook book(isXls);
-    fill(book, 50);
-    QVERIFY(book.save(file()));
-    const QByteArray heading = "Priezvisko a meno";
-    const QByteArray name = "Zamestnanec 3";
-    QList<QByteArray> lines = byGnumeric();
-    QCOMPARE(lines.value(0), "\"" + heading + "\",,,");
-    QCOMPARE(lines.value(3), "\"" + name + "\",0.75,,300");
-    lines = byOffice();
-    QCOMPARE(lines.value(0), heading + ",,,");
-    QCOMPARE(lines.value(3), name + ",0.75,,300.00");
 }
 
 int main(int argc, char **argv)

@@ -21,16 +21,6 @@ bool isNarrow(std::u16string_view text)
     return std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit < 0x100; });
 }
 
-void appendCharacters(std::string &out, std::u16string_view text, bool narrow)
-{
-    for (const char16_t unit : text) {
-        if (narrow)
-            out += static_cast<char>(unit);
-        else
-            appendU16(out, unit);
-    }
-}
-
 RecordWriter::RecordWriter(ByteSink &target)
     : sink(target)
     , start(target.size())
@@ -49,9 +39,7 @@ void RecordWriter::end()
     const std::size_t size = dataBytes();
     if (size > maxData)
         sink.fail();
-    std::string bytesOfSize;
-    appendU16(bytesOfSize, static_cast<unsigned>(size));
-    buffer.replace(dataBegin - bytesOfSize.size(), bytesOfSize.size(), bytesOfSize);
+    storeU16(buffer.data() + dataBegin - 2, static_cast<unsigned>(size));
     if (buffer.size() >= chunkBytes)
         flush();
 }
@@ -60,15 +48,24 @@ RecordWriter &RecordWriter::shortText(std::u16string_view text)
 {
     const bool narrow = isNarrow(text);
     u8(static_cast<unsigned>(text.size())).u8(narrow ? 0 : wideFlag);
-    appendCharacters(buffer, text, narrow);
-    return *this;
+    return characters(text, narrow);
 }
 
 RecordWriter &RecordWriter::longText(std::u16string_view text)
 {
     const bool narrow = isNarrow(text);
     u16(static_cast<unsigned>(text.size())).u8(narrow ? 0 : wideFlag);
-    appendCharacters(buffer, text, narrow);
+    return characters(text, narrow);
+}
+
+RecordWriter &RecordWriter::characters(std::u16string_view text, bool narrow)
+{
+    for (const char16_t unit : text) {
+        if (narrow)
+            u8(unit);
+        else
+            u16(unit);
+    }
     return *this;
 }
 
@@ -88,7 +85,7 @@ void RecordWriter::patch(std::uint32_t at, std::string_view bytes)
 
 void RecordWriter::flush()
 {
-    sink.append(buffer);
+    sink.append(buffer.view());
     buffer.clear();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "workbook/buffer.h"
 #include "workbook/bytes.h"
 
 #include <cstdint>
@@ -13,8 +14,6 @@ class ByteSink;
 
 /** True when a text is stored in one byte a character (Latin-1), else it takes two (UTF-16). */
 bool isNarrow(std::u16string_view text);
-
-void appendCharacters(std::string &out, std::u16string_view text, bool narrow);
 
 /**
  * A stream of records, each `u16 id, u16 size, data`, with data of 8,224 bytes at most. A record
@@ -34,27 +33,27 @@ public:
 
     RecordWriter &u8(unsigned value)
     {
-        appendU8(buffer, value);
-        return *this;
+        *buffer.room(1) = static_cast<char>(value);
+        return grown(1);
     }
     RecordWriter &u16(unsigned value)
     {
-        appendU16(buffer, value);
-        return *this;
+        storeU16(buffer.room(2), value);
+        return grown(2);
     }
     RecordWriter &u32(std::uint32_t value)
     {
-        appendU32(buffer, value);
-        return *this;
+        storeU32(buffer.room(4), value);
+        return grown(4);
     }
     RecordWriter &f64(double value)
     {
-        appendF64(buffer, value);
-        return *this;
+        storeF64(buffer.room(8), value);
+        return grown(8);
     }
     RecordWriter &bytes(std::string_view value)
     {
-        buffer += value;
+        buffer.append(value);
         return *this;
     }
 
@@ -63,6 +62,9 @@ public:
 
     /** u16 count, flags, characters. */
     RecordWriter &longText(std::u16string_view text);
+
+    /** Characters alone. */
+    RecordWriter &characters(std::u16string_view text, bool narrow);
 
     /** A whole record of one number. */
     void flag(unsigned id, unsigned value) { begin(id).u16(value).end(); }
@@ -80,9 +82,15 @@ public:
     void flush();
 
 private:
+    RecordWriter &grown(std::size_t bytes)
+    {
+        buffer.grow(bytes);
+        return *this;
+    }
+
     ByteSink &sink;
     const std::uint64_t start;
-    std::string buffer;        // whole records, and the one that is open
+    Buffer buffer;             // whole records, and the one that is open
     std::size_t dataBegin = 0; // of the open one
 };
 

@@ -134,7 +134,12 @@ private:
         appendU8(out, TokenText);
         appendU8(out, static_cast<unsigned>(value.size()));
         appendU8(out, narrow ? 0 : 1);
-        appendCharacters(out, value, narrow);
+        for (const char16_t unit : value) {
+            if (narrow)
+                appendU8(out, unit);
+            else
+                appendU16(out, unit);
+        }
     }
 
     void check(const CellReference &cell)

@@ -7,7 +7,6 @@
 #include "workbook/xls/recordwriter.h"
 
 #include <algorithm>
-#include <string>
 #include <vector>
 
 // SST:    u32 cells with text, u32 distinct strings, strings; goes on in CONTINUE records
@@ -50,9 +49,7 @@ public:
             // Some readers decode record by record: a pair of surrogates stays in one.
             if (fitting < text.size() && isHighSurrogate(text[fitting - 1]))
                 --fitting;
-            characters.clear();
-            appendCharacters(characters, text.substr(0, fitting), narrow);
-            out.bytes(characters);
+            out.characters(text.substr(0, fitting), narrow);
             text.remove_prefix(fitting);
             if (text.empty())
                 return;
@@ -91,7 +88,6 @@ private:
     std::size_t count = 0;
     std::uint32_t recordAt = 0;
     std::vector<Place> places;
-    std::string characters;
 };
 
 } // namespace

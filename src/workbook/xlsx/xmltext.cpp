@@ -30,30 +30,35 @@ constexpr bool isPlain(char16_t unit)
            unit != u'"' && unit != u'_';
 }
 
-void appendSpecial(std::string &out, std::u16string_view rest)
+/** What stands for the special ASCII character that `rest` begins with. */
+std::string_view replacement(std::u16string_view rest)
 {
     switch (rest.front()) {
     case u'&':
-        out += "&amp;";
-        break;
+        return "&amp;";
     case u'<':
-        out += "&lt;";
-        break;
+        return "&lt;";
     case u'>':
-        out += "&gt;";
-        break;
+        return "&gt;";
     case u'"':
-        out += "&quot;";
-        break;
+        return "&quot;";
     case u'\r': // a parser would make it a line feed
-        out += "_x000D_";
-        break;
-    case u'_':
-        out += looksEscaped(rest) ? "_x005F_" : "_";
-        break;
+        return "_x000D_";
+    case u'\n':
+        return "\n";
+    case u'\t':
+        return "\t";
     default:
-        out += static_cast<char>(rest.front()); // tab, line feed
+        return looksEscaped(rest) ? "_x005F_" : "_";
     }
+}
+
+/** The length of what `text` begins with, up to where `isOne` changes. */
+template <class Predicate>
+std::size_t runLength(std::u16string_view text, Predicate isOne)
+{
+    const auto end = std::find_if_not(text.begin(), text.end(), isOne);
+    return static_cast<std::size_t>(end - text.begin());
 }
 
 } // namespace
@@ -61,18 +66,19 @@ void appendSpecial(std::string &out, std::u16string_view rest)
 XmlText &XmlText::operator<<(std::u16string_view text)
 {
     while (!text.empty()) {
-        if (isPlain(text.front())) {
-            out += static_cast<char>(text.front());
+        const std::size_t plain = runLength(text, isPlain);
+        std::copy_n(text.begin(), plain, buffer.room(plain));
+        buffer.grow(plain);
+        text.remove_prefix(plain);
+        const std::size_t wide = runLength(text, [](char16_t unit) { return unit >= 0x80; });
+        if (wide > 0) {
+            std::string utf8;
+            appendUtf8(utf8, text.substr(0, wide));
+            *this << std::string_view(utf8);
+            text.remove_prefix(wide);
+        } else if (!text.empty()) {
+            *this << replacement(text);
             text.remove_prefix(1);
-        } else if (text.front() < 0x80) {
-            appendSpecial(out, text);
-            text.remove_prefix(1);
-        } else {
-            const auto end =
-                std::find_if(text.begin(), text.end(), [](char16_t unit) { return unit < 0x80; });
-            const auto length = static_cast<std::size_t>(end - text.begin());
-            appendUtf8(out, text.substr(0, length));
-            text.remove_prefix(length);
         }
     }
     return *this;
@@ -84,10 +90,7 @@ XmlText &XmlText::operator<<(double number)
     constexpr double wholeLimit = 1e15;
     if (std::fabs(number) < wholeLimit && std::trunc(number) == number)
         return *this << static_cast<long long>(number);
-    char digits[32];
-    const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
-    out.append(digits, static_cast<std::size_t>(end - digits));
-    return *this;
+    return digits(number);
 }
 
 } // namespace workbook

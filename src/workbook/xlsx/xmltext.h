@@ -1,7 +1,8 @@
 #pragma once
 
+#include "workbook/buffer.h"
+
 #include <charconv>
-#include <string>
 #include <string_view>
 #include <type_traits>
 
@@ -25,7 +26,7 @@ class XmlText
 public:
     XmlText &operator<<(std::string_view markup)
     {
-        out += markup;
+        buffer.append(markup);
         return *this;
     }
 
@@ -39,18 +40,25 @@ public:
     template <class Integer, class = std::enable_if_t<std::is_integral_v<Integer>>>
     XmlText &operator<<(Integer number)
     {
-        char digits[24];
-        const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
-        out.append(digits, static_cast<std::size_t>(end - digits));
+        return digits(number);
+    }
+
+    [[nodiscard]] std::string_view view() const { return buffer.view(); }
+    [[nodiscard]] std::size_t size() const { return buffer.size(); }
+    void clear() { buffer.clear(); }
+
+private:
+    template <class Number>
+    XmlText &digits(Number number)
+    {
+        constexpr std::size_t longest = 32;
+        char *const begin = buffer.room(longest);
+        const auto end = std::to_chars(begin, begin + longest, number).ptr;
+        buffer.grow(static_cast<std::size_t>(end - begin));
         return *this;
     }
 
-    [[nodiscard]] std::string_view view() const { return out; }
-    [[nodiscard]] std::size_t size() const { return out.size(); }
-    void clear() { out.clear(); }
-
-private:
-    std::string out;
+    Buffer buffer;
 };
 
 } // namespace workbook

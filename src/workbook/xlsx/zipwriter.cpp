@@ -46,12 +46,18 @@ struct ZipWriter::Deflater {
     Deflater()
     {
         ready = deflateInit2(&stream, level, Z_DEFLATED, rawDeflateWindow, memoryLevel,
-                             Z_DEFAULT_STRATEGY) == Z_OK &&
-                deflateTune(&stream, goodLength, maxLazy, niceLength, maxChain) == Z_OK;
+                             Z_DEFAULT_STRATEGY) == Z_OK;
     }
     ~Deflater() { deflateEnd(&stream); }
     Deflater(const Deflater &) = delete;
     Deflater &operator=(const Deflater &) = delete;
+
+    /** Before each entry: a reset takes the tuning back, too. */
+    void restart()
+    {
+        ready = ready && deflateReset(&stream) == Z_OK &&
+                deflateTune(&stream, goodLength, maxLazy, niceLength, maxChain) == Z_OK;
+    }
 
     z_stream stream{};
     std::array<char, 0x10000> packed{};
@@ -62,8 +68,6 @@ ZipWriter::ZipWriter(ByteSink &target)
     : sink(target)
     , deflater(std::make_unique<Deflater>())
 {
-    if (!deflater->ready)
-        sink.fail();
 }
 
 ZipWriter::~ZipWriter() = default;
@@ -90,6 +94,9 @@ void ZipWriter::appendCommonHeader(std::string &out, const Entry &entry)
 
 void ZipWriter::begin(std::string_view name)
 {
+    deflater->restart();
+    if (!deflater->ready)
+        sink.fail();
     Entry entry;
     entry.name = name;
     entry.offset = sink.size();
@@ -132,7 +139,6 @@ void ZipWriter::deflate(std::string_view bytes, int flush)
 void ZipWriter::end()
 {
     deflate({}, Z_FINISH);
-    deflateReset(&deflater->stream);
     const Entry &entry = entries.back();
     checkRange(std::max(entry.packedBytes, entry.plainBytes));
     std::string header;
