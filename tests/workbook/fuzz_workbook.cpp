@@ -52,7 +52,7 @@ public:
         const int calls = below(400);
         for (int i = 0; i < calls; ++i)
             call();
-        const bool mustFail = sheets.empty() || rowLost;
+        const bool mustFail = sheets.empty() || cellLost;
         if (book.save(path) == mustFail || (chance(4) && book.save(path) == mustFail))
             return false;
         if (mustFail)
@@ -216,7 +216,7 @@ private:
         const int sheetNumber = below(static_cast<int>(sheets.size()));
         Sheet *sheet = sheets[static_cast<std::size_t>(sheetNumber)];
         const Place place{sheetNumber, index(rows), index(columns)};
-        rowLost = rowLost || place.row >= rows;
+        cellLost = cellLost || place.row >= rows || place.column >= columns;
         bool written = false;
         QByteArray content;
         const int kind = below(10);
@@ -252,7 +252,7 @@ private:
     std::vector<Sheet *> sheets;
     std::vector<Format *> formats;
     std::map<Place, QByteArray> cells;
-    bool rowLost = false;
+    bool cellLost = false;
     bool good = true;
 };
 
