@@ -11,6 +11,7 @@ _autoreport() {
       return
       ;;
     --format) words="xlsx xls" ;;
+    --language) words="sk en" ;;
     --db-host | --db-port | --db-user | --db-name | --schema | --at | --date | --to | --emails | --time | --debug | --run-for)
       return
       ;;
@@ -22,11 +23,11 @@ _autoreport() {
       words="daily monthly"
     else
       case $command in
-        serve) words="--plugin --debug --run-for $way" ;;
+        serve) words="--language --plugin --debug --run-for $way" ;;
         status) words="--schema --json $way" ;;
         why) words="--at $way" ;;
-        preview) words="--date --out $way" ;;
-        run) words="--date --to --mark --yes $way" ;;
+        preview) words="--language --date --out $way" ;;
+        run) words="--language --date --to --mark --yes $way" ;;
         set) words="--enable --disable --emails --time --format $way" ;;
         check) words="--json $way" ;;
       esac

@@ -10,10 +10,11 @@ namespace
 
 bool isKnown(const QString &key)
 {
-    static const QStringList known{QStringLiteral("host"),         QStringLiteral("port"),
-                                   QStringLiteral("user"),         QStringLiteral("name"),
-                                   QStringLiteral("single"),       QStringLiteral("password"),
-                                   QStringLiteral("password-file")};
+    static const QStringList known{
+        QStringLiteral("database/host"),          QStringLiteral("database/port"),
+        QStringLiteral("database/user"),          QStringLiteral("database/name"),
+        QStringLiteral("database/single"),        QStringLiteral("database/password"),
+        QStringLiteral("database/password-file"), QStringLiteral("reports/language")};
     return known.contains(key);
 }
 
@@ -55,23 +56,21 @@ ConfigFile ConfigFile::read(const QString &path)
 
     QSettings settings(path, QSettings::IniFormat);
     settings.setIniCodec("UTF-8");
-    const QString section = QStringLiteral("database/");
     const QStringList keys = settings.allKeys();
     if (settings.status() != QSettings::NoError)
         config.error =
             QStringLiteral("the configuration file '%1' is no INI file: see man autoreport")
                 .arg(path);
-    for (const QString &full : keys) {
-        const QString key = full.mid(section.size());
-        if (!full.startsWith(section) || !isKnown(key)) {
+    for (const QString &key : keys) {
+        if (!isKnown(key)) {
             config.error = QStringLiteral("the configuration file '%1' has an unknown key '%2'")
-                               .arg(path, full);
+                               .arg(path, key);
             continue;
         }
         // A value with a comma that nobody quoted comes apart as a list.
-        config.values.insert(key, settings.value(full).toStringList().join(QLatin1Char(',')));
+        config.values.insert(key, settings.value(key).toStringList().join(QLatin1Char(',')));
     }
-    if (config.error.isEmpty() && config.values.contains(QStringLiteral("password")))
+    if (config.error.isEmpty() && config.values.contains(QStringLiteral("database/password")))
         config.error = secrecyError(path);
     return config;
 }

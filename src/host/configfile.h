@@ -4,12 +4,13 @@
 #include <QString>
 
 /**
- * What a configuration file says about the connection: the section "database" of an INI file.
+ * What a configuration file, an INI file, says instead of the command line.
  *
- * Keys: host, port, user, name, single, password, password-file.
+ * Section "database": host, port, user, name, single, password, password-file. Section "reports":
+ * language.
  */
 struct ConfigFile {
-    QMap<QString, QString> values; ///< by key, without the section
+    QMap<QString, QString> values; ///< by section and key, "database/host"
     QString error;                 ///< why it was refused; empty when all is well
 
     /// Where a machine keeps it. It may be missing, unlike one that was asked for by name.

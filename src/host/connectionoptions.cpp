@@ -1,5 +1,7 @@
 #include "host/connectionoptions.h"
 
+#include "host/language.h"
+
 #include <QCommandLineParser>
 #include <QFile>
 #include <QVariant>
@@ -9,11 +11,12 @@ namespace
 
 constexpr const char *passwordVariable = "AUTOREPORT_DB_PASSWORD";
 
-/// "db-host" is "host" in the file, where the section says the rest.
+/// "db-host" is "database/host" in the file.
 QString configKey(const QString &option)
 {
     const auto prefix = QLatin1String("db-");
-    return option.startsWith(prefix) ? option.mid(prefix.size()) : option;
+    return QStringLiteral("database/") +
+           (option.startsWith(prefix) ? option.mid(prefix.size()) : option);
 }
 
 QString firstLine(QFile &file)
@@ -110,7 +113,7 @@ ConnectionOptions OptionReader::connection()
 {
     ConnectionOptions options;
     const auto single = QStringLiteral("single");
-    options.single = parser.isSet(single) || flag(single);
+    options.single = parser.isSet(single) || flag(configKey(single));
     options.host = text("db-host");
     options.port = number("db-port", 1, 65535);
     options.user = text("db-user");
@@ -121,14 +124,14 @@ ConnectionOptions OptionReader::connection()
 QString OptionReader::password()
 {
     const auto fileKey = QStringLiteral("password-file");
-    const auto passwordKey = QStringLiteral("password");
+    const auto passwordKey = QStringLiteral("database/password");
     const bool asked = parser.isSet(fileKey);
     if (!asked && qEnvironmentVariableIsSet(passwordVariable))
         return qEnvironmentVariable(passwordVariable);
     if (!asked && config.values.contains(passwordKey))
         return config.values.value(passwordKey);
-    if (asked || config.values.contains(fileKey)) {
-        QFile file(asked ? parser.value(fileKey) : config.values.value(fileKey));
+    if (asked || config.values.contains(configKey(fileKey))) {
+        QFile file(asked ? parser.value(fileKey) : config.values.value(configKey(fileKey)));
         if (file.open(QIODevice::ReadOnly | QIODevice::Text))
             return firstLine(file);
         fail(QStringLiteral("cannot read the password file '%1': %2")
@@ -140,6 +143,27 @@ QString OptionReader::password()
              .arg(QLatin1String(passwordVariable)),
          false);
     return {};
+}
+
+void OptionReader::describeLanguage(QCommandLineParser &parser)
+{
+    parser.addOption({QStringLiteral("language"),
+                      QStringLiteral("Language of the reports: %1.")
+                          .arg(Language::known().join(QStringLiteral(" (as they are) or "))),
+                      QStringLiteral("language")});
+}
+
+QString OptionReader::language()
+{
+    const auto option = QStringLiteral("language");
+    QString language =
+        config.values.value(QStringLiteral("reports/language"), Language::known().first());
+    if (parser.optionNames().contains(option)) // some commands have no such option
+        language = parser.value(option);
+    if (!Language::known().contains(language))
+        fail(QStringLiteral("--language must be %1, not '%2'")
+                 .arg(Language::known().join(QStringLiteral(" or ")), language));
+    return language;
 }
 
 void OptionReader::fail(const QString &reason, bool usage)

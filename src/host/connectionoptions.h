@@ -34,6 +34,8 @@ public:
 
     /// Adds the options of the connection to a command's own.
     static void describe(QCommandLineParser &parser);
+    /// Adds the language, for the commands that make reports.
+    static void describeLanguage(QCommandLineParser &parser);
 
     QString text(const char *name);
     int number(const char *name, int least, int most);
@@ -42,6 +44,9 @@ public:
     /// From a file, the environment or the configuration, in this order; never from the command
     /// line, where everybody on the machine could read it.
     QString password();
+
+    /// One of Language::known().
+    QString language();
 
     void fail(const QString &reason, bool usage = true);
 

@@ -1,3 +1,4 @@
+#include "host/language.h"
 #include "host/logsink.h"
 #include "host/servecommand.h"
 #include "host/serveoptions.h"
@@ -27,5 +28,6 @@ int main(int argc, char *argv[])
     // A log reader that goes away is no reason to stop serving.
     std::signal(SIGPIPE, SIG_IGN);
     LogSink::install(commandLine.options->debugLevel > 0);
+    Language::install(commandLine.options->language);
     return ServeCommand(*commandLine.options).run();
 }

@@ -35,6 +35,7 @@ void describe(QCommandLineParser &parser)
     parser.addVersionOption();
     parser.addPositionalArgument(QStringLiteral("serve"), QStringLiteral("Run the plug-in."));
     OptionReader::describe(parser);
+    OptionReader::describeLanguage(parser);
     add("plugin", "The module to load; otherwise the program's own.", "file");
     add("debug", "Debug level, 0 to 255; above 0 debug lines are shown.", "level", "0");
     add("run-for", "Stop after that many seconds.", "seconds");
@@ -57,6 +58,7 @@ ServeOptions read(const QCommandLineParser &parser, OptionReader &reader)
     options.plugin = parser.isSet(QStringLiteral("plugin")) ? reader.text("plugin")
                                                             : PluginHandle::defaultFile();
     options.connection = reader.connection();
+    options.language = reader.language();
     options.debugLevel = static_cast<quint8>(reader.number("debug", 0, 255));
     if (parser.isSet(QStringLiteral("run-for")))
         options.runForSeconds = reader.number("run-for", 1, maxRunForSeconds);

@@ -10,6 +10,7 @@
 struct ServeOptions {
     ConnectionOptions connection;
     QString plugin; ///< file of the module
+    QString language;
     quint8 debugLevel = 0;
     int runForSeconds = 0; ///< 0: until a signal asks to stop
 };

@@ -49,6 +49,7 @@ int makePreview(const Invocation &invocation, const SchemaConnection &connection
 
 void describePreview(QCommandLineParser &parser)
 {
+    OptionReader::describeLanguage(parser);
     parser.addOption({QStringLiteral("date"),
                       QStringLiteral("As it would be on that day, YYYY-MM-DD, instead of today."),
                       QStringLiteral("date")});

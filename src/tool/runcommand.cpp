@@ -106,6 +106,7 @@ QString optionFault(const Invocation &invocation)
 
 void describeRun(QCommandLineParser &parser)
 {
+    OptionReader::describeLanguage(parser);
     parser.addOption({QStringLiteral("date"),
                       QStringLiteral("The report of that day, YYYY-MM-DD, instead of today's."),
                       QStringLiteral("date")});

@@ -1,5 +1,6 @@
 #include "tool/tool.h"
 
+#include "host/language.h"
 #include "tool/commands.h"
 #include "tool/invocation.h"
 #include "tool/messages.h"
@@ -100,7 +101,9 @@ int runCommand(const Command &command, Invocation &invocation)
     invocation.connection = reader.connection();
     if (reader.error.isEmpty())
         invocation.connection.password = reader.password();
+    const QString language = reader.language();
     if (reader.error.isEmpty()) {
+        Language::install(language);
         const Messages messages;
         return command.run(invocation);
     }

@@ -55,12 +55,13 @@ private Q_SLOTS:
     void cleanup() { bench.reset(); }
     void dailyReport_data();
     void dailyReport();
+    void previewOfAPastMonth_data();
     void previewOfAPastMonth();
 
 private:
     QStringList databaseOptions() const;
     void fillCompany(const QDate &today) const;
-    void serveAt(const QDateTime &moment) const;
+    void serveAt(const QDateTime &moment, const QString &language = "sk") const;
     static QJsonArray expectedRow(int uid, int day);
 
     std::unique_ptr<ReportBench> bench;
@@ -113,7 +114,7 @@ QStringList TestFakedMoment::databaseOptions() const
             bench->schema.name()};
 }
 
-void TestFakedMoment::serveAt(const QDateTime &moment) const
+void TestFakedMoment::serveAt(const QDateTime &moment, const QString &language) const
 {
     QProcess host;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -124,7 +125,9 @@ void TestFakedMoment::serveAt(const QDateTime &moment) const
     environment.insert("ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0");
     host.setProcessEnvironment(environment);
     host.setProcessChannelMode(QProcess::MergedChannels);
-    host.start(AUTOREPORT_PROGRAM, QStringList{"serve", "--run-for", "300"} + databaseOptions());
+    host.start(AUTOREPORT_PROGRAM,
+               QStringList{"serve", "--run-for", "300", "--language", language} +
+                   databaseOptions());
     QTRY_VERIFY_WITH_TIMEOUT(bench->lastGenerated("DailyAtten").isValid() ||
                                  host.state() == QProcess::NotRunning,
                              patienceMs);
@@ -198,9 +201,20 @@ void TestFakedMoment::dailyReport()
     QVERIFY(qAbs(generated - moment.toSecsSinceEpoch()) < 60);
 }
 
+void TestFakedMoment::previewOfAPastMonth_data()
+{
+    QTest::addColumn<QString>("headings");
+    QTest::addColumn<QString>("subject");
+    QTest::newRow("sk") << "OSCISLO|Dovolenka"
+                        << "Denný report dochádzky za 30. 10. 2023";
+    QTest::newRow("en") << "NUMBER|Holiday leave"
+                        << "Daily attendance report of 30. 10. 2023";
+}
+
 /// The operator's preview, made today, is what a host mailed then.
 void TestFakedMoment::previewOfAPastMonth()
 {
+    const QString language = QTest::currentDataTag();
     const QDate day(2023, 10, 30);
     fillCompany(day);
     bench->schema.exec("INSERT INTO atten_month (uid, month, fond, work, night, totalSaldo) SELECT "
@@ -209,22 +223,28 @@ void TestFakedMoment::previewOfAPastMonth()
         bench->set(QString("autoReport.%1.enabled").arg(report), "1");
         bench->set(QString("autoReport.%1.emails").arg(report), "a@firma.sk");
     }
-    serveAt(QDateTime(day, QTime(7, 0)));
+    serveAt(QDateTime(day, QTime(7, 0)), language);
+    QTEST(bench->schema.value("SELECT subject FROM emails ORDER BY mid DESC").toString(),
+          "subject");
+    QStringList headings;
     const auto before = bench->schema.rows("CHECKSUM TABLE vars, emails");
     qputenv("AUTOREPORT_DB_PASSWORD", TestServer::password().toUtf8());
     for (const QString kind : {"daily", "monthly"}) {
         const QString preview = bench->temporary.filePath(kind + ".xlsx");
-        QCOMPARE(QProcess::execute(AUTOREPORT_PROGRAM,
-                                   QStringList{"preview", bench->schema.name(), kind, "--date",
-                                               "2023-10-30", "--out", preview} +
-                                       databaseOptions()),
-                 0);
+        QCOMPARE(
+            QProcess::execute(AUTOREPORT_PROGRAM,
+                              QStringList{"preview", bench->schema.name(), kind, "--date",
+                                          "2023-10-30", "--language", language, "--out", preview} +
+                                  databaseOptions()),
+            0);
         const QString name = kind == "daily" ? "DennyReport" : "MesReportDochadzky";
         const QJsonObject served = readSheet(bench->temporary.filePath(
             QString("%1_%2_102023.xlsx").arg(name, bench->schema.name())));
         QCOMPARE(rowCount(served), kind == "daily" ? 1 + 30 * people : 1 + people);
         QCOMPARE(readSheet(preview), served);
+        headings << cellValue(served, kind == "daily" ? "A1" : "D1").toString();
     }
+    QTEST(headings.join('|'), "headings");
     QCOMPARE(bench->schema.rows("CHECKSUM TABLE vars, emails"), before);
 }
 

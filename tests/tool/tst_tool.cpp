@@ -146,6 +146,8 @@ void TestTool::usage_data()
                             << "end with .xlsx or .xls";
     QTest::newRow("date") << "preview firm daily --out x.xls --date 2023-02-29"
                           << "--date must";
+    QTest::newRow("language") << "run firm daily --yes --language de"
+                              << "must be sk or en, not";
     QTest::newRow("to") << "run firm daily --to a@firma"
                         << "--to must be one mail address";
     QTest::newRow("nobody to ask") << "run firm daily"

@@ -1,0 +1,28 @@
+#include "host/language.h"
+
+#include <QCoreApplication>
+#include <QTranslator>
+
+/// Out of a library, the resource would be left out by the linker. Not in a namespace: the macro
+/// declares a function.
+static void keepResource()
+{
+    Q_INIT_RESOURCE(translations);
+}
+
+QStringList Language::known()
+{
+    return {QStringLiteral("sk"), QStringLiteral("en")};
+}
+
+void Language::install(const QString &language)
+{
+    if (language == known().constFirst())
+        return;
+    keepResource();
+    auto *translator = new QTranslator(QCoreApplication::instance());
+    if (translator->load(QStringLiteral(":/translations/autoreport_%1.qm").arg(language)))
+        QCoreApplication::installTranslator(translator);
+    else
+        qCritical("Host - no translation into '%s'", qUtf8Printable(language));
+}
