@@ -1,0 +1,22 @@
+# A Debian package: `scripts/package`, or cpack in a build tree whose prefix is /usr.
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME autoreport)
+set(CPACK_PACKAGE_VENDOR "AutoReport")
+set(CPACK_PACKAGE_CONTACT "AutoReport maintainers <autoreport@localhost>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "automatic attendance reports")
+set(CPACK_PACKAGE_DESCRIPTION
+  "Makes the attendance reports of many customers: reads their databases at the time that\neach one chose, writes workbooks and queues them as mail. With the operator's commands,\nand a systemd unit that is disabled until someone enables it.")
+set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION database)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# What no library tells: the driver and the databases that Qt looks for while it runs.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt5sql5-mysql, shared-mime-info, tzdata")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "mariadb-server")
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA
+  ${PROJECT_SOURCE_DIR}/packaging/debian/postinst
+  ${PROJECT_SOURCE_DIR}/packaging/debian/postrm
+  ${PROJECT_SOURCE_DIR}/packaging/debian/prerm)
+include(CPack)
