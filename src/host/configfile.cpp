@@ -62,6 +62,7 @@ ConfigFile ConfigFile::read(const QString &path)
             QStringLiteral("the configuration file '%1' is no INI file: see man autoreport")
                 .arg(path);
     for (const QString &key : keys) {
+        // Refused rather than skipped: a typing error in "password" is hard to find otherwise.
         if (!isKnown(key)) {
             config.error = QStringLiteral("the configuration file '%1' has an unknown key '%2'")
                                .arg(path, key);

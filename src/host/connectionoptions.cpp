@@ -19,6 +19,7 @@ QString configKey(const QString &option)
            (option.startsWith(prefix) ? option.mid(prefix.size()) : option);
 }
 
+/// Without the line end; any other blank may belong to the password.
 QString firstLine(QFile &file)
 {
     QString line = QString::fromUtf8(file.readLine());
@@ -37,6 +38,7 @@ QSqlDatabase ConnectionOptions::addDatabase(const QString &connectionName) const
     db.setUserName(user);
     db.setPassword(password);
     db.setDatabaseName(databaseName);
+    // As the manager opens schemas: a restart of the server does not end the program.
     db.setConnectOptions(QStringLiteral("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1"));
     return db;
 }
@@ -63,6 +65,7 @@ OptionReader::OptionReader(const QCommandLineParser &commandLine)
 {
     const bool asked = parser.isSet(QStringLiteral("config"));
     const QString path = asked ? parser.value(QStringLiteral("config")) : ConfigFile::defaultPath();
+    // The default one may be missing, but when it is there it must be in order.
     if (!asked && !QFile::exists(path))
         return;
     config = ConfigFile::read(path);

@@ -15,6 +15,7 @@
 namespace
 {
 
+/// The server's first: what it lacks is the cause of much that schemas complain about.
 QVector<Finding> findAll(Schemas &schemas, const QStringList &tokens)
 {
     QVector<Finding> findings = checkTemporaryDirectory() + checkServer(schemas.master());
@@ -27,7 +28,9 @@ QVector<Finding> findAll(Schemas &schemas, const QStringList &tokens)
         enabled += check.isEnabled ? 1 : 0;
         progress.step();
     }
+    // Only now is it known how many workers a host would have.
     findings += checkConnections(schemas.master(), tokens.size(), enabled);
+    // No problem, as every new installation begins like this.
     if (enabled == 0)
         findings.append({false, QStringLiteral("schemas"),
                          QStringLiteral("none of the %1 active ones has a report switched on")

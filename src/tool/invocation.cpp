@@ -7,6 +7,7 @@
 
 int Invocation::wrong(const QString &reason) const
 {
+    // The help too goes to standard error: who reads the output must not take it for an answer.
     Output::error(reason + QLatin1String("\n\n") + parser.helpText());
     return Tool::CouldNotAsk;
 }

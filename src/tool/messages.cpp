@@ -5,6 +5,7 @@
 namespace
 {
 
+// Qt's message handler is a plain function, so what it collects belongs to the process.
 QStringList collected;
 
 void collect(QtMsgType type, const QMessageLogContext &, const QString &message)

@@ -12,6 +12,7 @@ int onSchema(const Invocation &invocation, SchemaConnection::Access access,
         Output::error(failure);
         return Tool::CouldNotAsk;
     }
+    // Gone before the schemas are, whose manager found the way to it.
     const SchemaConnection connection(schemas, invocation.token, access);
     if (connection.error.isEmpty())
         return work(connection);

@@ -7,6 +7,7 @@
 
 #include <unistd.h>
 
+// No text stream: in the C locale it would turn letters into question marks.
 void Output::print(const QString &text)
 {
     std::fputs((text + QLatin1Char('\n')).toUtf8().constData(), stdout);
@@ -24,6 +25,7 @@ bool Output::isTerminal(int descriptor)
 
 QString Output::coloured(const QString &text, Colour colour)
 {
+    // Asked once: neither changes while the program runs. The rule of NO_COLOR: set and not empty.
     static const bool used = isTerminal(STDOUT_FILENO) && qEnvironmentVariableIsEmpty("NO_COLOR");
     if (!used || text.isEmpty())
         return text;
@@ -42,6 +44,7 @@ QString Output::table(const QVector<QStringList> &rows, const QVector<Colour> &c
     QStringList lines;
     for (const QStringList &row : rows) {
         QString line;
+        // The last column is not padded: no line ends with blanks, and colours have no width.
         for (int col = 0; col + 1 < row.size(); ++col)
             line += row.at(col).leftJustified(widths.at(col) + 2);
         const int entry = lines.size() - 1;

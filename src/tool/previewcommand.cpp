@@ -26,7 +26,7 @@ int makePreview(const Invocation &invocation, const SchemaConnection &connection
 {
     const QString path = invocation.value("out");
     bool saved = false;
-    {
+    { // the bar is wiped before anything is printed
         const ReportJob job(connection.database(), invocation.date());
         saved = withReport(invocation.kind, connection.database(),
                            [&](auto &report) { return report.saveWorkbook(path, job.run); });
@@ -34,8 +34,10 @@ int makePreview(const Invocation &invocation, const SchemaConnection &connection
     const bool complained = printMessages();
     if (saved) {
         Output::print(path);
+        // A query that failed leaves cells empty, which nobody would notice in the file.
         return complained ? Tool::Look : Tool::Well;
     }
+    // The engine says no more than that it could not save.
     const QFileInfo folder(QFileInfo(path).absolutePath());
     if (!folder.isDir() || !folder.isWritable())
         Output::error(QStringLiteral("can not write into '%1': make the directory, or choose "

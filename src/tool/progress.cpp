@@ -27,12 +27,13 @@ Progress::Progress(const QString &counted, int ofAll)
 Progress::~Progress()
 {
     if (shown)
-        std::fputs("\r\033[K", stderr);
+        std::fputs("\r\033[K", stderr); // to the start of the line, and clear it
 }
 
 void Progress::step()
 {
     ++done;
+    // What is done within a second needs no bar, and one drawn for every row would slow the rows.
     if (!possible || sinceStart.elapsed() < patienceMs)
         return;
     if (shown && sinceDrawn.elapsed() < intervalMs)

@@ -6,11 +6,13 @@
 
 ReportJob::ReportJob(const QSqlDatabase &database, const QDate &date)
 {
+    // Any moment of the day will do: a report looks at the date alone.
     run.now = date.startOfDay();
     run.connectionId = serverConnectionId(database);
     run.mark = false;
     run.byHand = true;
     run.progress = [this](int rows) {
+        // How many rows there will be is known with the first.
         if (!bar)
             bar = std::make_unique<Progress>(QStringLiteral("rows"), rows);
         bar->step();

@@ -14,6 +14,7 @@ struct Table {
     bool monthly;
 };
 
+// A table stands twice where the reports differ too much in what they read of it.
 constexpr Table tables[] = {
     {"vars", "name, value", true, true},
     {"people", "uid, pid, surname, name, title, title2, gid, did, bid, status, begin, end", true,

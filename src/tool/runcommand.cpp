@@ -33,6 +33,7 @@ bool isAgreed(const Invocation &invocation, const QStringList &recipients)
 {
     if (invocation.has("to") || invocation.has("yes"))
         return true;
+    // On standard error, where it is seen even if the output goes into a file.
     const QString question =
         QStringLiteral("Queue the %1 report of '%2' of %3 for %4? [y/N] ")
             .arg(kindName(invocation.kind), invocation.token,
@@ -72,6 +73,7 @@ int makeRun(const Invocation &invocation, const QSqlDatabase &database)
         Output::error(QStringLiteral("nothing was queued"));
         return Tool::Look;
     }
+    // Not before the answer: a host that is due would skip its tick while people think.
     const ReportLock lock(database, reportClass(invocation.kind));
     if (!lock.mayRun()) {
         Output::error(QStringLiteral("a host is making this report right now, nothing was queued: "
@@ -94,6 +96,7 @@ QString optionFault(const Invocation &invocation)
     if (invocation.has("to") && !ZAS::validEmail(invocation.value("to").trimmed()))
         return QStringLiteral("--to must be one mail address, not '%1'")
             .arg(invocation.value("to"));
+    // Marked is the day on which it is queued; another day's report would stand for today's.
     if (invocation.has("mark") && invocation.date() != QDate::currentDate())
         return QStringLiteral("--mark is for the report of today: it stands for today's run");
     if (!invocation.has("to") && !invocation.has("yes") && !Output::isTerminal(STDIN_FILENO))

@@ -59,6 +59,7 @@ void checkWriteAccess(const QSqlDatabase &database, Findings &findings)
     }
 }
 
+/// What "all mails and lastGenerated, or nothing" and "once a day" rest on.
 void checkStorage(const QSqlDatabase &database, Findings &findings)
 {
     const auto engines =
@@ -73,6 +74,7 @@ void checkStorage(const QSqlDatabase &database, Findings &findings)
                              .arg(row.at(0).toString(), row.at(1).toString()),
                          QStringLiteral("ALTER TABLE %1 ENGINE=InnoDB").arg(row.at(0).toString()));
 
+    // A key over several columns lets the same name in twice.
     const auto keys = ask(
         database,
         QStringLiteral("SELECT index_name FROM information_schema.statistics WHERE table_schema = "
@@ -115,6 +117,7 @@ void checkColumns(const QSqlDatabase &database, Findings &findings)
 
 void checkMails(const QSqlDatabase &database, Findings &findings)
 {
+    // The sender fetches a mail in one piece, and a restored dump writes it with escapes: twice.
     const auto sizes = ask(database,
                            QStringLiteral("SELECT MAX(LENGTH(data)), @@max_allowed_packet FROM "
                                           "emails WHERE status = 'Q'"),
@@ -125,6 +128,7 @@ void checkMails(const QSqlDatabase &database, Findings &findings)
                              .arg(sizes.at(0).at(0).toString(), sizes.at(0).at(1).toString()),
                          QStringLiteral("set max_allowed_packet to at least twice the mail"));
 
+    // Missing is fine, the program has a default; empty is not, no mail is queued then.
     const QVariant sender =
         ZasDbSettings(database).variableGet(QStringLiteral("globalEmail"), QVariant());
     if (sender.isValid() && !ZAS::validEmail(sender.toString()))
@@ -166,6 +170,7 @@ SchemaCheck checkSchema(Schemas &schemas, const QString &token)
         return {findings.list, false};
     }
     const QSqlDatabase database = connection.database();
+    // Without its settings nobody knows what else the schema needs.
     const QStringList vars = Requirements::unmet(database, QStringLiteral("vars"));
     for (const QString &text : vars)
         findings.problem(text, QStringLiteral("bring the schema up to the product's version, or "
@@ -175,6 +180,7 @@ SchemaCheck checkSchema(Schemas &schemas, const QString &token)
         if (vars.isEmpty() && StoredSettings::read(database, kind).settings.enabled)
             enabled.append(kind);
     }
+    // A customer without reports may well lack what they need.
     if (!enabled.isEmpty()) {
         checkTables(database, enabled, findings);
         checkWriteAccess(database, findings);

@@ -10,6 +10,7 @@ namespace
 
 constexpr uint tokensPerPage = 1000;
 
+// The names of the connections; the manager takes the first for a master's.
 QString masterName()
 {
     return QStringLiteral("KVH.InfoDB");
@@ -55,6 +56,7 @@ QString Schemas::open()
         return openFailure(db);
     if (options.single)
         return {};
+    // Asked here, so that a wrong database is one sentence and not a failure per schema.
     QSqlQuery query = freshQuery(db);
     if (!query.exec(
             QStringLiteral("SELECT token, name, user, pass, status FROM `schemas` LIMIT 0")))
@@ -111,11 +113,13 @@ SchemaConnection::SchemaConnection(Schemas &schemas, const QString &token, Acces
                 : failures.join(QStringLiteral("; "));
         return;
     }
+    // Not through the manager, which keeps the connections that it made.
     QSqlDatabase db = way.addDatabase(schemaName());
     if (!db.open()) {
         error = openFailure(db);
         return;
     }
+    // Of use against our own mistakes: these commands have no business writing.
     if (access == Access::ReadOnly &&
         !freshQuery(db).exec(QStringLiteral("SET SESSION TRANSACTION READ ONLY")))
         error = QStringLiteral("the server cannot hold the connection read-only");

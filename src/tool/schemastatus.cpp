@@ -15,6 +15,7 @@ constexpr qint64 graceSeconds = 4200; // a scan an hour, a tick a minute, and th
 constexpr qint64 clockToleranceSeconds = 300;
 constexpr qint64 queuePatienceSeconds = 3600;
 
+/// The first reason counts: they are looked for in the order in which they need mending.
 void say(ReportStatus &status, const char *reason, const QString &detail)
 {
     if (!status.reason.isEmpty())
@@ -69,6 +70,7 @@ void judgeSettings(ReportStatus &status, const QDateTime &now)
 
 void judge(ReportStatus &status, const QSqlDatabase &database, const QDateTime &now)
 {
+    // What is switched off lacks nothing.
     if (!status.stored.settings.enabled)
         return;
     const QStringList unmet = Requirements::unmet(database, *status.kind);
@@ -134,7 +136,7 @@ QVector<ReportStatus> readStatus(Schemas &schemas, const QString &token, const Q
     const QSqlDatabase database = connection.database();
     QVector<ReportStatus> both;
     for (const ReportKind kind : {ReportKind::Daily, ReportKind::Monthly}) {
-        Messages::take();
+        Messages::take(); // what comes now is about these settings
         ReportStatus status;
         status.token = token;
         status.databaseName = connection.databaseName;

@@ -25,6 +25,7 @@ QVariant ask(const QSqlDatabase &database, const char *statement)
 
 void checkWords(const QSqlDatabase &master, Findings &findings)
 {
+    // Tried out: version numbers of the two families say little.
     if (ask(master, "SELECT 1 AS groups").isValid())
         return;
     findings.problem(
@@ -45,7 +46,7 @@ void checkClock(const QSqlDatabase &master, Findings &findings)
                                                                     : QStringLiteral("behind")),
                          QStringLiteral("keep both clocks right, with NTP for example"));
     const QVariant offset = ask(master, "SELECT TIMESTAMPDIFF(SECOND, UTC_TIMESTAMP(), NOW())");
-    // NOW() and the other are taken at the same moment; minutes are what time zones differ in.
+    // No problem in itself: the server keeps moments as Unix seconds.
     if (offset.isValid() && offset.toInt() != now.offsetFromUtc())
         findings.notice(QStringLiteral("its time zone is %1 min off UTC, this machine's %2 min")
                             .arg(QString::number(offset.toInt() / 60),
@@ -85,6 +86,7 @@ QVector<Finding> checkTemporaryDirectory()
 {
     Findings findings(QStringLiteral("host"));
     const QString path = QDir::tempPath();
+    // Rights alone do not tell: a full or read-only disk refuses as well.
     QTemporaryFile file(path + QStringLiteral("/autoreport-check-XXXXXX"));
     if (!file.open())
         findings.problem(QStringLiteral("can not write into the temporary directory '%1': %2")

@@ -51,13 +51,14 @@ private:
     {
         if (!invocation.has("emails"))
             return;
+        // An empty list is a wish too: nobody gets the report any more.
         QStringList addresses;
         const QStringList parts =
             invocation.value("emails").split(QLatin1Char(','), Qt::SkipEmptyParts);
         for (const QString &part : parts) {
             if (!ZAS::validEmail(part.trimmed()))
                 fail(QStringLiteral("'%1' is no mail address").arg(part.trimmed()));
-            addresses.append(part.trimmed());
+            addresses.append(part.trimmed()); // as they are mailed to
         }
         set("emails", addresses.join(QLatin1Char(',')));
     }
@@ -110,6 +111,7 @@ bool store(const SchemaConnection &connection, const QMap<QString, QVariant> &va
 
 int applyChanges(const SchemaConnection &connection, const QMap<QString, QVariant> &values)
 {
+    // Read first: a table that cannot be read will not be written to either.
     const auto before = ZasDbSettings(connection.database()).variableGetMultiple(values.keys());
     const bool stored = !printMessages() && store(connection, values);
     if (printMessages() || !stored) {

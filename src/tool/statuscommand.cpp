@@ -61,6 +61,7 @@ int runStatus(const Invocation &invocation)
     const QStringList tokens = only.isEmpty() ? schemas.tokens() : QStringList{only};
     if (printMessages()) // a list that could not be read looks like an empty one
         return Tool::CouldNotAsk;
+    // One moment for all: a schema that is asked late must not look worse for it.
     const QDateTime now = QDateTime::currentDateTime();
     const auto reports = readAll(schemas, tokens, now);
     const bool well = std::all_of(reports.cbegin(), reports.cend(),

@@ -9,6 +9,7 @@
 namespace
 {
 
+// What keeps the widest line at 120 columns.
 constexpr int tokenWidth = 20;
 constexpr int timeWidth = 8;
 constexpr int maxCount = 99;
@@ -28,6 +29,7 @@ QString count(int number)
     return number > maxCount ? QStringLiteral(">99") : QString::number(number);
 }
 
+/// In the largest unit of which there are at least two, so that it says something.
 QString age(qint64 seconds)
 {
     if (seconds < 2 * secondsPerMinute)
@@ -118,6 +120,7 @@ QString statusTable(const QVector<ReportStatus> &reports)
 
 QJsonObject statusJson(const ReportStatus &report)
 {
+    // "reason" and "detail" are always there, so that a monitor needs to look at one key only.
     QJsonObject object{{QStringLiteral("schema"), report.token},
                        {QStringLiteral("database"), report.databaseName},
                        {QStringLiteral("reason"), jsonText(report.reason)},

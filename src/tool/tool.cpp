@@ -23,6 +23,7 @@ struct Command {
     int (*run)(const Invocation &);
 };
 
+// The one list of them: help, dispatch and positional arguments follow from it.
 constexpr std::array commands{
     Command{"status", false, "Tells of each schema's reports whether they went out.",
             "autoreport status\n  autoreport status --schema kovo --json", describeStatus,
@@ -104,6 +105,7 @@ int runCommand(const Command &command, Invocation &invocation)
     const QString language = reader.language();
     if (reader.error.isEmpty()) {
         Language::install(language);
+        // From here on warnings are reasons to be told, not lines of a log.
         const Messages messages;
         return command.run(invocation);
     }

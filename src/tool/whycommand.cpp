@@ -72,6 +72,7 @@ QString answer(ReportReason reason)
 
 void printRules(const StoredSettings &stored, const QDateTime &now)
 {
+    // All of them, not only the first that is not met: the next one may be wrong as well.
     const QVector<ScheduleRule> rules = scheduleRules(stored.settings, now);
     for (const ScheduleRule &rule : rules) {
         const QString verdict =
@@ -99,6 +100,7 @@ int explain(const Invocation &invocation, const SchemaConnection &connection, co
     const QDateTime next = nextDue(stored.settings, now);
     Output::print(QStringLiteral("\n%1\nNext due: %2")
                       .arg(answer(reportReason(stored.settings, now)), Output::exactMoment(next)));
+    // A report that will never be due is what an operator must look at.
     return next.isValid() ? Tool::Well : Tool::Look;
 }
 

@@ -1,0 +1,204 @@
+#include "reports/reportlock.h"
+
+#include "support/workbookreader.h"
+#include "tool/tooltest.h"
+
+#include <QDir>
+#include <QTest>
+
+/// The commands that make reports and set them up.
+class TestToolReports : public ToolTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void previewWritesOneFileOnly_data();
+    void previewWritesOneFileOnly();
+    void runQueues_data();
+    void runQueues();
+    void runLeavesAReportInTheMakingAlone();
+    void setRefuses_data();
+    void setRefuses();
+    void operatorAtWork();
+};
+
+void TestToolReports::previewWritesOneFileOnly_data()
+{
+    QTest::addColumn<QString>("report");
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("error");
+    const QString none = "DO 0";
+    QTest::newRow("daily") << "daily"
+                           << "p.xlsx" << none << 0 << "";
+    QTest::newRow("monthly") << "monthly"
+                             << "p.xlsx" << none << 0 << "";
+    QTest::newRow("the older format") << "daily"
+                                      << "p.xls" << none << 0 << "";
+    QTest::newRow("monthly, older") << "monthly"
+                                    << "p.XLS" << none << 0 << "";
+    QTest::newRow("no directory") << "daily"
+                                  << "none/p.xlsx" << none << 1 << "can not write into";
+    QTest::newRow("no people") << "daily"
+                               << "p.xlsx"
+                               << "DELETE FROM people" << 1 << "no people!";
+    QTest::newRow("no table") << "monthly"
+                              << "p.xlsx"
+                              << "DROP TABLE people" << 1 << ".people'";
+    QTest::newRow("a value lost") << "daily"
+                                  << "p.xlsx"
+                                  << "DROP TABLE brape" << 1 << ".brape'";
+}
+
+void TestToolReports::previewWritesOneFileOnly()
+{
+    QFETCH(QString, report);
+    QFETCH(QString, file);
+    QFETCH(QString, change);
+    QFETCH(int, status);
+    QFETCH(QString, error);
+    setUpDailyReport();
+    bench->schema.exec(change);
+    const QString path = bench->temporary.filePath(file);
+    const Outcome outcome = run({"preview", "firm", report, "--out", path});
+    QCOMPARE(outcome.status, status);
+    QVERIFY2(outcome.errors.contains(error), qPrintable(outcome.errors));
+    QCOMPARE(outcome.errors.isEmpty(), error.isEmpty());
+    const bool made = outcome.output == path + '\n';
+    QCOMPARE(QDir(bench->temporary.path()).entryList(QDir::Files).size(), made ? 1 : 0);
+    if (made)
+        QCOMPARE(rowCount(readSheet(path)), report == "daily" ? 16 : 2);
+    QCOMPARE(made, status == 0 || error == ".brape'");
+    QCOMPARE(bench->mails(), 0);
+    QCOMPARE(bench->lastGenerated("DailyAtten").toString(), QString("1700028002"));
+}
+
+void TestToolReports::runQueues_data()
+{
+    QTest::addColumn<QString>("options");
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("mails");
+    QTest::addColumn<bool>("marked");
+    const QString none = "DO 0";
+    const QString two =
+        "UPDATE vars SET value = ' a@firma.sk, ,b@firma.sk' WHERE name LIKE '%emails'";
+    const QString text = "Denný report dochádzky za ";
+    QTest::newRow("one address") << "--to x@firma.sk" << two << 0
+                                 << "x@firma.sk: " + text + "15. 11. 2023" << false;
+    QTest::newRow("all") << "--yes" << two << 0
+                         << "a@firma.sk: " + text + "15. 11. 2023|b@firma.sk: " + text +
+                                "15. 11. 2023"
+                         << false;
+    QTest::newRow("a past day") << "--yes --date 2023-09-30" << none << 0
+                                << "a@firma.sk: " + text + "30. 9. 2023" << false;
+    QTest::newRow("marked") << "--to x@firma.sk --mark" << none << 0
+                            << "x@firma.sk: " + text + "15. 11. 2023" << true;
+    QTest::newRow("nobody") << "--yes"
+                            << "DELETE FROM vars" << 1 << "" << false;
+    QTest::newRow("no people") << "--yes --mark"
+                               << "DELETE FROM people" << 1 << "" << false;
+    QTest::newRow("no queue") << "--yes --mark"
+                              << "DROP TABLE emails" << 1 << "" << false;
+}
+
+void TestToolReports::runQueues()
+{
+    QFETCH(QString, options);
+    QFETCH(QString, change);
+    QFETCH(int, status);
+    setUpDailyReport();
+    bench->schema.exec(change);
+    const Outcome outcome = run(QStringList{"run", "firm", "daily"} + options.split(' '));
+    QVERIFY2(outcome.status == status, qPrintable(outcome.output + outcome.errors));
+    QCOMPARE(outcome.errors.isEmpty(), status == 0);
+    QStringList mails;
+    if (!change.startsWith("DROP"))
+        for (const auto &row : bench->schema.rows("SELECT `to`, subject FROM emails"))
+            mails.append(row.at(0).toString() + ": " + row.at(1).toString());
+    QTEST(mails.join('|'), "mails");
+    const qint64 now = QDateTime::fromString(moment, "yyyy-MM-dd HH:mm:ss").toSecsSinceEpoch();
+    QTEST(bench->lastGenerated("DailyAtten").toLongLong() >= now, "marked");
+    QVERIFY(QDir(bench->temporary.path()).isEmpty());
+}
+
+void TestToolReports::runLeavesAReportInTheMakingAlone()
+{
+    setUpDailyReport();
+    const ReportLock host(bench->database, "DailyAttenReport");
+    QVERIFY(host.mayRun());
+    const Outcome outcome = run({"run", "firm", "daily", "--yes"});
+    QCOMPARE(outcome.status, 1);
+    QVERIFY(outcome.errors.contains("a host is making this report right now"));
+    QCOMPARE(bench->mails(), 0);
+    QCOMPARE(run({"run", "firm", "monthly", "--to", "a@firma.sk"}).status, 0);
+}
+
+void TestToolReports::setRefuses_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("nothing") << "daily" << 2 << "nothing to set";
+    QTest::newRow("both") << "daily --enable --disable" << 2 << "exclude each other";
+    QTest::newRow("address") << "daily --emails a@firma.sk,b" << 2 << "'b' is no mail address";
+    QTest::newRow("time") << "daily --enable --time 7:00" << 2 << "--time must be HH:MM";
+    QTest::newRow("format") << "daily --format ods" << 2 << "xlsx or xls, not 'ods'";
+    QTest::newRow("monthly format") << "monthly --format xls" << 2 << "always .xlsx";
+    QTest::newRow("too long") << "daily --enable --emails " + QString("a@firma.sk,").repeated(30)
+                              << 1 << "nothing was set";
+}
+
+void TestToolReports::setRefuses()
+{
+    QFETCH(QString, arguments);
+    QFETCH(QString, text);
+    bench->schema.exec("ALTER TABLE vars MODIFY value VARCHAR(300)");
+    const Outcome outcome = run(QStringList{"set", "firm"} + arguments.split(' '));
+    QTEST(outcome.status, "status");
+    QVERIFY2(outcome.errors.contains(text), qPrintable(outcome.errors));
+    QCOMPARE(bench->schema.value("SELECT COUNT(*) FROM vars").toInt(), 0);
+}
+
+/// A new customer, from the empty settings to the first mail, beside one whose tables are broken.
+void TestToolReports::operatorAtWork()
+{
+    bench->schema.exec("INSERT INTO people (pid, surname, name) VALUES (7, 'Novák', 'Ján')");
+    bench->set("autoReport.DailyAtten.enabled", "yes");
+    QCOMPARE(run({"status"}).status, 1);
+    const Outcome set = run({"set", "firm", "daily", "--enable", "--emails",
+                             "a@firma.sk,b@firma.sk", "--time", "08:00", "--format", "xls"});
+    QCOMPARE(set.output,
+             QString("autoReport.DailyAtten.emails: not set -> 'a@firma.sk,b@firma.sk'\n"
+                     "autoReport.DailyAtten.enabled: 'yes' -> '1'\n"
+                     "autoReport.DailyAtten.time: not set -> '08:00'\n"
+                     "exportUseXLSX: not set -> '0'\n"));
+    QCOMPARE(set.status, 0);
+    QVERIFY(
+        run({"why", "firm", "daily"}).output.contains("Due: the next tick of a host makes it."));
+    QVERIFY(run({"status"}).output.contains("overdue"));
+
+    const QString file = bench->temporary.filePath("p.xls");
+    QCOMPARE(run({"preview", "firm", "daily", "--out", file}).status, 0);
+    QVERIFY(cellValue(readSheet(file), "B2").toString().startsWith("Novák Ján"));
+    QCOMPARE(run({"run", "firm", "daily", "--to", "a@firma.sk", "--mark"}).status, 0);
+    QCOMPARE(bench->mails(), 1);
+    QVERIFY(bench->schema.value("SELECT data FROM emails").toString().contains(".xls\""));
+    QCOMPARE(run({"status"}).status, 0);
+
+    const TestDatabase broken(TestDatabase::Tables::Schema);
+    addSchema("broken", broken.name());
+    QCOMPARE(run({"set", "broken", "daily", "--enable", "--emails", "c@firma.sk"}).status, 0);
+    broken.exec("DROP TABLE people");
+    const Outcome status = run({"status"});
+    QCOMPARE(status.status, 1);
+    const QStringList lines = status.output.split('\n');
+    QVERIFY2(lines.at(1).startsWith("broken  daily ") && lines.at(1).endsWith(" tables") &&
+                 lines.at(3).startsWith("firm    daily ") && lines.at(3).endsWith(" well"),
+             qPrintable(status.output));
+    QVERIFY(status.output.contains("broken daily: table people: Table '"));
+}
+
+QTEST_GUILESS_MAIN(TestToolReports)
+#include "tst_toolreports.moc"
