@@ -84,7 +84,7 @@ int runCheck(const Invocation &invocation)
         return Tool::CouldNotAsk;
     }
     const QStringList tokens = schemas.tokens();
-    if (printMessages()) // a list that could not be read looks like an empty one
+    if (Messages::print()) // a list that could not be read looks like an empty one
         return Tool::CouldNotAsk;
     const QVector<Finding> findings = findAll(schemas, tokens);
     const bool well = std::none_of(findings.cbegin(), findings.cend(),

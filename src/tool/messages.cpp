@@ -36,9 +36,9 @@ QStringList Messages::take()
     return taken;
 }
 
-bool printMessages()
+bool Messages::print()
 {
-    const QStringList messages = Messages::take();
+    const QStringList messages = take();
     for (const QString &message : messages)
         Output::error(message);
     return !messages.isEmpty();

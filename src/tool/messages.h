@@ -17,10 +17,9 @@ public:
 
     /// What was logged since the last call: each text once, on one line.
     static QStringList take();
+    /// Prints the same as errors; whether there was anything.
+    static bool print();
 
 private:
     QtMessageHandler previous;
 };
-
-/// Prints what was logged meanwhile as errors; whether there was anything.
-bool printMessages();

@@ -31,7 +31,7 @@ int makePreview(const Invocation &invocation, const SchemaConnection &connection
         saved = withReport(invocation.kind, connection.database(),
                            [&](auto &report) { return report.saveWorkbook(path, job.run); });
     }
-    const bool complained = printMessages();
+    const bool complained = Messages::print();
     if (saved) {
         Output::print(path);
         // A query that failed leaves cells empty, which nobody would notice in the file.

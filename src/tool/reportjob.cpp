@@ -1,8 +1,6 @@
 #include "tool/reportjob.h"
 
 #include "db/serverconnection.h"
-#include "tool/messages.h"
-#include "tool/output.h"
 
 ReportJob::ReportJob(const QSqlDatabase &database, const QDate &date)
 {

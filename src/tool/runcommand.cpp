@@ -62,7 +62,7 @@ int queue(const Invocation &invocation, const QSqlDatabase &database, const QStr
 int makeRun(const Invocation &invocation, const QSqlDatabase &database)
 {
     const QStringList recipients = chosenRecipients(invocation, database);
-    if (printMessages())
+    if (Messages::print())
         return Tool::CouldNotAsk;
     if (recipients.isEmpty()) {
         Output::error(QStringLiteral("the report has no recipients: give --to, or see autoreport "
@@ -81,7 +81,7 @@ int makeRun(const Invocation &invocation, const QSqlDatabase &database)
         return Tool::Look;
     }
     const int queued = queue(invocation, database, recipients, lock.connectionId());
-    const bool complained = printMessages();
+    const bool complained = Messages::print();
     Output::print(QStringLiteral("%1 of %2 mails queued%3")
                       .arg(QString::number(queued), QString::number(recipients.size()),
                            queued > 0 && !complained && invocation.has("mark")

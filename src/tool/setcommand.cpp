@@ -4,7 +4,6 @@
 #include "tool/messages.h"
 #include "tool/onschema.h"
 #include "tool/output.h"
-#include "tool/reportjob.h"
 #include "tool/tool.h"
 
 #include <QMap>
@@ -113,8 +112,8 @@ int applyChanges(const SchemaConnection &connection, const QMap<QString, QVarian
 {
     // Read first: a table that cannot be read will not be written to either.
     const auto before = ZasDbSettings(connection.database()).variableGetMultiple(values.keys());
-    const bool stored = !printMessages() && store(connection, values);
-    if (printMessages() || !stored) {
+    const bool stored = !Messages::print() && store(connection, values);
+    if (Messages::print() || !stored) {
         Output::error(QStringLiteral("nothing was set in the database '%1': autoreport check says "
                                      "what it lacks")
                           .arg(connection.databaseName));

@@ -59,7 +59,7 @@ int runStatus(const Invocation &invocation)
         return Tool::CouldNotAsk;
     }
     const QStringList tokens = only.isEmpty() ? schemas.tokens() : QStringList{only};
-    if (printMessages()) // a list that could not be read looks like an empty one
+    if (Messages::print()) // a list that could not be read looks like an empty one
         return Tool::CouldNotAsk;
     // One moment for all: a schema that is asked late must not look worse for it.
     const QDateTime now = QDateTime::currentDateTime();

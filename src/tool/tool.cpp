@@ -107,7 +107,9 @@ int runCommand(const Command &command, Invocation &invocation)
         Language::install(language);
         // From here on warnings are reasons to be told, not lines of a log.
         const Messages messages;
-        return command.run(invocation);
+        const int status = command.run(invocation);
+        // What nobody asked about, a list of schemas that broke off for example, is no success.
+        return Messages::print() && status == Tool::Well ? Tool::Look : status;
     }
     if (reader.isUsage)
         return invocation.wrong(reader.error);

@@ -88,11 +88,8 @@ void printRules(const StoredSettings &stored, const QDateTime &now)
 int explain(const Invocation &invocation, const SchemaConnection &connection, const QDateTime &now)
 {
     const auto stored = StoredSettings::read(connection.database(), invocation.kind);
-    const QStringList failures = Messages::take();
-    if (!failures.isEmpty()) {
-        Output::error(failures.join(QStringLiteral("; ")));
+    if (Messages::print())
         return Tool::CouldNotAsk;
-    }
     Output::print(QStringLiteral("The %1 report of '%2' (database '%3') on %4:\n")
                       .arg(kindName(invocation.kind), invocation.token, connection.databaseName,
                            Output::exactMoment(now)));
