@@ -15,8 +15,9 @@ INSERT INTO vars (name, value) VALUES
   ('autoReport.DailyAtten.enabled',   '1'),
   ('autoReport.DailyAtten.time',      '00:00:00'),
   ('autoReport.DailyAtten.emails',    'uctaren@obchod.example, vedenie@obchod.example'),
-  -- Without the monthly report.
-  ('autoReport.MonthlyAtten.enabled', '0'),
+  ('autoReport.MonthlyAtten.enabled', '1'),
+  ('autoReport.MonthlyAtten.time',    '00:00:00'),
+  ('autoReport.MonthlyAtten.emails',  'uctaren@obchod.example'),
   ('globalEmail',       'dochadzka@obchod.example'),
   ('dattenIsTimeDec',   '0'),
   ('dattenIsMinusSign', '1'),
