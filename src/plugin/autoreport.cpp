@@ -12,7 +12,7 @@ namespace
 {
 
 constexpr int scanIntervalMs = 3600000;
-constexpr int firstScanDelayMs = 1000;
+constexpr int soonMs = 1000;
 constexpr unsigned long threadEndTimeoutMs = 10000;
 
 } // namespace
@@ -20,14 +20,15 @@ constexpr unsigned long threadEndTimeoutMs = 10000;
 AutoReport::AutoReport(QObject *parent)
     : QObject(parent)
     , timer(new QTimer(this))
-    , firstScan(new QTimer(this))
+    , soonScan(new QTimer(this))
+    , nextSlice(new QTimer(this))
 {
-    firstScan->setSingleShot(true);
-    firstScan->setInterval(firstScanDelayMs);
-    connect(firstScan, &QTimer::timeout, this, [this] {
-        firstScanPending = false;
-        checkSchemas();
-    });
+    soonScan->setSingleShot(true);
+    soonScan->setInterval(soonMs);
+    connect(soonScan, &QTimer::timeout, this, &AutoReport::checkSchemas);
+    nextSlice->setObjectName(QStringLiteral("nextSlice"));
+    nextSlice->setSingleShot(true);
+    connect(nextSlice, &QTimer::timeout, this, &AutoReport::scanSlice);
 }
 
 AutoReport::~AutoReport()
@@ -74,8 +75,8 @@ bool AutoReport::startScanning()
     connect(timer, &QTimer::timeout, this, &AutoReport::handleTimer, Qt::UniqueConnection);
     timer->setInterval(interval);
     timer->start();
-    firstScanPending = true;
-    firstScan->start();
+    scanPending = true;
+    soonScan->start();
     return true;
 }
 
@@ -91,11 +92,17 @@ bool AutoReport::startSingleWorker()
     return singleWorker->start();
 }
 
+void AutoReport::holdScanning()
+{
+    timer->stop();
+    soonScan->stop();
+    nextSlice->stop();
+}
+
 void AutoReport::stop()
 {
     qInfo("AutoReport - STOP");
-    timer->stop();
-    firstScan->stop();
+    holdScanning();
     stopAllWorkers();
     if (singleWorker) {
         singleWorker->stop();
@@ -107,8 +114,7 @@ void AutoReport::stop()
 void AutoReport::pause()
 {
     qInfo("AutoReport - PAUSE");
-    timer->stop();
-    firstScan->stop();
+    holdScanning();
     if (singleWorker)
         singleWorker->pause();
     postToWorkers("pause");
@@ -119,8 +125,8 @@ void AutoReport::resume()
     qInfo("AutoReport - RESUME");
     if (infoDb && started) {
         timer->start(interval);
-        if (firstScanPending)
-            firstScan->start();
+        if (scanPending)
+            soonScan->start();
     }
     if (singleWorker)
         singleWorker->resume();

@@ -8,6 +8,7 @@
 #include <QMap>
 #include <QObject>
 #include <QPointer>
+#include <QStringList>
 
 #include <memory>
 
@@ -22,8 +23,10 @@ class WorkerHandle;
  * and keeps one worker for each.
  *
  * With an information database it scans the schemas one second after `start` and then every
- * hour, and gives each enabled one a worker in a thread of its own. Without one it runs a single
- * worker on the database that the host set, in the host's own thread, and never scans.
+ * hour, and gives each enabled one a worker in a thread of its own. A long scan goes back to the
+ * event loop several times a second, so that a stop or a pause need not wait for its end. Without
+ * an information database the plug-in runs a single worker on the database that the host set, in
+ * the host's own thread, and never scans.
  *
  * All operations run in the thread that owns the object. The host owns it, and calls `stop`
  * before it deletes it; the destructor ends the workers of the registry in any case.
@@ -57,6 +60,8 @@ private Q_SLOTS:
 private:
     bool startScanning();
     bool startSingleWorker();
+    void holdScanning();
+    void scanSlice();
     void checkSchema(const QString &token);
     bool checkAutoReport(const QSqlDatabase &db);
     bool queryEnabled(const QSqlDatabase &db);
@@ -67,10 +72,19 @@ private:
     void stopAllWorkers();
     QString addressText() const;
 
+    /// How far the scan is that goes on.
+    struct Scan {
+        unsigned int total = 0;
+        unsigned int visited = 0;
+        QStringList page; ///< tokens that were loaded and not visited yet
+    };
+
     QTimer *timer;
-    QTimer *firstScan; ///< single shot; its scan is made up for when a pause came before
-    bool firstScanPending = false;
-    int interval = 0; ///< milliseconds between two scans; 0 until `start`
+    QTimer *soonScan;  ///< single shot: the first scan, and one that a pause held back
+    QTimer *nextSlice; ///< single shot, running between two slices of a scan
+    Scan scan;
+    bool scanPending = false; ///< from the time a scan is due until it is through
+    int interval = 0;         ///< milliseconds between two scans; 0 until `start`
     bool started = false;
     bool infoDb = false; ///< the mode that `start` found
     QPointer<AutoReportWorker> singleWorker;

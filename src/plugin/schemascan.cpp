@@ -6,13 +6,16 @@
 #include "db/dbmanager.h"
 #include "worker/autoreportworker.h"
 
+#include <QElapsedTimer>
 #include <QSqlError>
+#include <QTimer>
 #include <QUuid>
 
 namespace
 {
 
 constexpr unsigned int tokensPerPage = 1000;
+constexpr int sliceMs = 200;
 
 const char *yesNo(bool value)
 {
@@ -30,31 +33,45 @@ void AutoReport::handleTimer()
 
 void AutoReport::checkSchemas()
 {
-    if (!started || !infoDb)
+    if (!started || !infoDb || nextSlice->isActive())
         return;
     if (debugLevel)
         qDebug("AutoReport::checkSchemas()");
 
-    const unsigned int total = dbManager->tokensCount(true);
-    if (total == 0) {
+    scan = Scan();
+    scan.total = dbManager->tokensCount(true);
+    if (scan.total == 0) {
+        scanPending = false;
         if (debugLevel)
             qInfo("AutoReport::checkSchemas() - no schemas found");
         return;
     }
+    scanPending = true;
+    scanSlice();
+}
 
-    unsigned int visited = 0;
-    while (visited < total) {
-        const QStringList page = dbManager->loadTokens(tokensPerPage, visited);
-        if (page.isEmpty())
+/// Visits schemas until the slice is over or all are visited.
+void AutoReport::scanSlice()
+{
+    QElapsedTimer elapsed;
+    elapsed.start();
+    while (!scan.page.isEmpty() || scan.visited < scan.total) {
+        if (elapsed.hasExpired(sliceMs)) {
+            nextSlice->start(0);
+            return;
+        }
+        if (scan.page.isEmpty())
+            scan.page = dbManager->loadTokens(tokensPerPage, scan.visited);
+        if (scan.page.isEmpty())
             break;
-        for (const QString &token : page)
-            checkSchema(token);
-        visited += static_cast<unsigned int>(page.size());
+        ++scan.visited;
+        checkSchema(scan.page.takeFirst());
     }
+    scanPending = false;
     if (debugLevel)
         qInfo("AutoReport::checkSchemas() - active workers: %i / %u schemas checked (total "
               "schemas: %u)",
-              workers.size(), visited, total);
+              workers.size(), scan.visited, scan.total);
 }
 
 void AutoReport::checkSchema(const QString &token)
