@@ -35,9 +35,9 @@ constexpr std::uint64_t signatureBytes = 4;
 constexpr int level = 6;
 constexpr int rawDeflateWindow = -15;
 constexpr int memoryLevel = 8;
-constexpr int goodLength = 8;
-constexpr int maxLazy = 16;
-constexpr int niceLength = 128;
+constexpr int goodLength = 16;
+constexpr int maxLazy = 32;
+constexpr int niceLength = 64;
 constexpr int maxChain = 16;
 
 } // namespace
