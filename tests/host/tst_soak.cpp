@@ -1,0 +1,210 @@
+#include "support/testhost.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QScopeGuard>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <memory>
+#include <vector>
+
+namespace
+{
+
+constexpr int patienceMs = 60000;
+constexpr int speed = 20; // the host's clock runs so much faster, and so do its minutes
+constexpr int tickMs = 60000 / speed;
+
+/// What a host holds while it has nothing to do.
+struct Holdings {
+    int memoryKiB;
+    int threads;
+    int files;
+    int connections; ///< those of the bench too, which stay the same
+
+    QString text() const
+    {
+        return QString("%1 KiB, %2 threads, %3 files, %4 connections")
+            .arg(memoryKiB)
+            .arg(threads)
+            .arg(files)
+            .arg(connections);
+    }
+};
+
+int setting(const char *name, int otherwise)
+{
+    return qEnvironmentVariableIsSet(name) ? qEnvironmentVariableIntValue(name) : otherwise;
+}
+
+} // namespace
+
+/**
+ * A host at work for long: reports made due again and again, the server restarted, pauses.
+ *
+ * The suite runs a short form. AUTOREPORT_SOAK_SECONDS=600 AUTOREPORT_SOAK_SCHEMAS=200 is the
+ * long one; it prints what the host holds after each round.
+ */
+class TestSoak : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase() { server("stop"); }
+    void soak();
+
+private:
+    void server(const char *command) const
+    {
+        QCOMPARE(QProcess::execute(AUTOREPORT_PRIVATE_MARIADB, {command, serverFolder}), 0);
+    }
+    void startHost(const QString &infoDatabase);
+    void makeDue() const;
+    QVariantList sums() const; ///< mails, schemas with a report made, most mails of a schema
+    void restartServer() const;
+    Holdings holdings() const;
+
+    QTemporaryDir folder;
+    QString serverFolder = folder.filePath("server");
+    std::vector<std::unique_ptr<TestDatabase>> schemas;
+    QProcess host;
+};
+
+void TestSoak::initTestCase()
+{
+    server("start");
+    qputenv("AUTOREPORT_TEST_SERVER", serverFolder.toLocal8Bit());
+}
+
+void TestSoak::startHost(const QString &infoDatabase)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("AUTOREPORT_DB_PASSWORD", TestServer::password());
+    environment.insert("TMPDIR", folder.path());
+    environment.insert("LD_PRELOAD", AUTOREPORT_FAKETIME);
+    environment.insert("FAKETIME", QString("@2026-11-10 01:00:00 x%1").arg(speed));
+    environment.insert("ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0");
+    host.setProcessEnvironment(environment);
+    host.setStandardErrorFile(folder.filePath("log"));
+    host.start(AUTOREPORT_PROGRAM, {"serve", "--db-host", TestServer::host(), "--db-port",
+                                    QString::number(TestServer::port()), "--db-user",
+                                    TestServer::user(), "--db-name", infoDatabase});
+    QVERIFY(host.waitForStarted());
+}
+
+void TestSoak::makeDue() const
+{
+    for (const auto &schema : schemas) {
+        schema->exec("DELETE FROM emails");
+        schema->exec("DELETE FROM vars WHERE name LIKE '%lastGenerated'");
+    }
+}
+
+QVariantList TestSoak::sums() const
+{
+    QStringList counts;
+    for (const auto &schema : schemas) {
+        counts << QString("SELECT COUNT(*) AS mails, EXISTS (SELECT 1 FROM %1.vars WHERE name LIKE "
+                          "'%lastGenerated') AS made FROM %1.emails")
+                      .arg(schema->name());
+    }
+    return schemas.front()
+        ->rows("SELECT SUM(mails), SUM(made), MAX(mails) FROM (" + counts.join(" UNION ALL ") +
+               ") AS counts")
+        .at(0);
+}
+
+void TestSoak::restartServer() const
+{
+    server("restart");
+    for (const auto &schema : schemas) {
+        schema->database().close();
+        QVERIFY(schema->database().open());
+    }
+}
+
+Holdings TestSoak::holdings() const
+{
+    const QString process = QString("/proc/%1/").arg(host.processId());
+    QFile file(process + "status");
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QString status = file.readAll();
+    const auto number = [&status](const QString &key) {
+        return status.section("\n" + key + ":", 1)
+            .section('\n', 0, 0)
+            .simplified()
+            .section(' ', 0, 0)
+            .toInt();
+    };
+    return {number("VmRSS"), number("Threads"),
+            static_cast<int>(QDir(process + "fd").entryList(QDir::Files | QDir::System).size()),
+            schemas.front()->value("SELECT COUNT(*) FROM information_schema.processlist").toInt()};
+}
+
+void TestSoak::soak()
+{
+    const int count = setting("AUTOREPORT_SOAK_SCHEMAS", 20);
+    const qint64 lengthMs = setting("AUTOREPORT_SOAK_SECONDS", 30) * Q_INT64_C(1000);
+    TestHost information;
+    for (int i = 0; i < count; ++i) {
+        schemas.push_back(std::make_unique<TestDatabase>(TestDatabase::Tables::Schema));
+        addPeople(*schemas.back(), 5);
+        enableDailyReport(*schemas.back(), "a@firma.sk");
+        information.addSchema(QString("t%1").arg(i), *schemas.back());
+    }
+    const auto dropSchemas = qScopeGuard([this] { schemas.clear(); });
+    startHost(information.infoDatabase().name());
+
+    QElapsedTimer elapsed;
+    elapsed.start();
+    int rounds = 0;
+    int restarts = 0;
+    Holdings first = {};
+    Holdings last = {};
+    while (elapsed.elapsed() < lengthMs || restarts < 2) {
+        if (rounds > 0)
+            makeDue();
+        if (rounds > 0 && elapsed.elapsed() > lengthMs * (restarts + 1) / 3 && restarts < 2) {
+            restartServer();
+            ++restarts;
+        } else if (rounds % 5 == 2) {
+            ::kill(static_cast<pid_t>(host.processId()), SIGUSR1);
+            QTest::qWait(500);
+            makeDue();
+            QTest::qWait(2 * tickMs);
+            QCOMPARE(sums().at(1).toInt(), 0);
+            ::kill(static_cast<pid_t>(host.processId()), SIGUSR2);
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(sums(), QVariantList({count, count, 1}), patienceMs);
+        last = holdings();
+        if (++rounds == 1)
+            first = last;
+        qInfo("after round %i: %s", rounds, qPrintable(last.text()));
+    }
+    qInfo("%i rounds, %i reports", rounds, rounds * count);
+    QCOMPARE(last.threads, first.threads);
+    QVERIFY(last.files <= first.files);
+    QVERIFY(last.connections <= first.connections);
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // they keep memory back
+    QVERIFY(last.memoryKiB < first.memoryKiB * 5 / 4);
+#endif
+
+    host.terminate();
+    QVERIFY(host.waitForFinished(patienceMs));
+    QCOMPARE(host.exitCode(), 0);
+}
+
+int main(int argc, char **argv)
+{
+    qputenv("QTEST_FUNCTION_TIMEOUT", "3600000"); // its own limit is five minutes
+    QCoreApplication application(argc, argv);
+    TestSoak test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_soak.moc"
