@@ -64,6 +64,12 @@ private:
         QCOMPARE(QProcess::execute(AUTOREPORT_PRIVATE_MARIADB, {command, serverFolder}), 0);
     }
     void startHost(const QString &infoDatabase);
+    void signalHost(int number) const { ::kill(static_cast<pid_t>(host.processId()), number); }
+    int logged(const char *part) const
+    {
+        QFile log(folder.filePath("log"));
+        return log.open(QIODevice::ReadOnly) ? log.readAll().count(part) : -1;
+    }
     void makeDue() const;
     QVariantList sums() const; ///< mails, schemas with a report made, most mails of a schema
     void restartServer() const;
@@ -165,21 +171,25 @@ void TestSoak::soak()
     elapsed.start();
     int rounds = 0;
     int restarts = 0;
+    int pauses = 0;
     Holdings first = {};
     Holdings last = {};
     while (elapsed.elapsed() < lengthMs || restarts < 2) {
+        const bool pausing = rounds % 5 == 2;
+        if (pausing) {
+            ++pauses;
+            signalHost(SIGUSR1);
+            QTRY_COMPARE_WITH_TIMEOUT(logged("Worker - pause()"), pauses * count, patienceMs);
+        }
         if (rounds > 0)
             makeDue();
-        if (rounds > 0 && elapsed.elapsed() > lengthMs * (restarts + 1) / 3 && restarts < 2) {
-            restartServer();
-            ++restarts;
-        } else if (rounds % 5 == 2) {
-            ::kill(static_cast<pid_t>(host.processId()), SIGUSR1);
-            QTest::qWait(500);
-            makeDue();
+        if (pausing) {
             QTest::qWait(2 * tickMs);
             QCOMPARE(sums().at(1).toInt(), 0);
-            ::kill(static_cast<pid_t>(host.processId()), SIGUSR2);
+            signalHost(SIGUSR2);
+        } else if (restarts < 2 && elapsed.elapsed() > lengthMs * (restarts + 1) / 3) {
+            restartServer();
+            ++restarts;
         }
         QTRY_COMPARE_WITH_TIMEOUT(sums(), QVariantList({count, count, 1}), patienceMs);
         last = holdings();
