@@ -8,7 +8,6 @@
 #include "reports/reportmail.h"
 #include "reports/reportquery.h"
 #include "reports/reportrun.h"
-#include "reports/reporttransaction.h"
 
 #include <QDir>
 #include <QSqlError>
@@ -164,18 +163,9 @@ bool DailyAttenReport::writeRows(DailyAttenSheet &sheet, const DailyAttenData &d
 
 int DailyAttenReport::queueMails(const QString &path, const ReportRun &run)
 {
-    const MailRecord mail = makeMail(path, run.now.date());
-    if (!hasAttachment(reportName, mail))
-        return 0;
-    ReportTransaction transaction(reportName, database, run.connectionId);
-    if (!transaction.isIntact())
-        return 0;
-    // Without a single mail the report counts as not made, and the next tick tries again.
-    const int queued =
-        queueReportMail(reportName, mail, run.settings.recipients, database, transaction);
-    if (queued > 0 && run.mark && transaction.isIntact())
-        storeLastGenerated(reportName, prefix, settings);
-    return transaction.commit() ? queued : 0;
+    // Without a single mail the next tick tries again.
+    return queueReport(reportName, prefix, makeMail(path, run.now.date()), run,
+                       CountsAsMade::WithAnyMail, settings, database);
 }
 
 MailRecord DailyAttenReport::makeMail(const QString &path, const QDate &today)

@@ -5,7 +5,6 @@
 #include "reports/reportbook.h"
 #include "reports/reportmail.h"
 #include "reports/reportrun.h"
-#include "reports/reporttransaction.h"
 
 #include <QDir>
 
@@ -114,19 +113,9 @@ bool MonthlyAttenReport::writeWorkbook(const QString &path, const MonthlyAttenOp
 
 int MonthlyAttenReport::queueMails(const QString &path, const ReportRun &run)
 {
-    const MailRecord mail = makeMail(path, run.now.date());
-    if (!hasAttachment(reportName, mail))
-        return 0;
-    ReportTransaction transaction(reportName, database, run.connectionId);
-    if (!transaction.isIntact())
-        return 0;
-    // Unlike the daily report, this one counts as made even when no mail could be queued, unless
-    // an operator asked for it.
-    const int queued =
-        queueReportMail(reportName, mail, run.settings.recipients, database, transaction);
-    if (run.mark && (queued > 0 || !run.byHand) && transaction.isIntact())
-        storeLastGenerated(reportName, prefix, settings);
-    return transaction.commit() ? queued : 0;
+    // Unlike the daily report, this one is not tried again when no mail could be queued.
+    return queueReport(reportName, prefix, makeMail(path, run.now.date()), run,
+                       CountsAsMade::Always, settings, database);
 }
 
 MailRecord MonthlyAttenReport::makeMail(const QString &filePath, const QDate &today)

@@ -2,6 +2,7 @@
 
 #include "db/mailrepository.h"
 #include "db/zasdbsettings.h"
+#include "reports/reportrun.h"
 #include "reports/reporttransaction.h"
 
 #include <QFile>
@@ -54,6 +55,30 @@ QByteArray attachmentDocument(QFile &file)
     return document += frame.mid(place);
 }
 
+/// Zero, whatever went before, when the transaction is gone.
+int queueForEach(const char *report, MailRecord mail, const QStringList &recipients,
+                 const QSqlDatabase &database, ReportTransaction &transaction)
+{
+    MailRepository repository(nullptr);
+    repository.setDB(database);
+    int created = 0;
+    for (const QString &recipient : recipients) {
+        mail.to = recipient.trimmed();
+        if (mail.to.isEmpty())
+            continue;
+        const int mid = static_cast<int>(repository.addMail(mail));
+        if (mid > 0)
+            ++created;
+        else if (mid == 0)
+            qWarning("%s::makeReport() - mail not created!", report);
+        else
+            qCritical("%s::makeReport - mail not created!", report);
+        if (mid <= 0 && !transaction.isIntact())
+            return 0;
+    }
+    return created;
+}
+
 } // namespace
 
 MailRecord makeReportMail(const ReportMailTexts &texts, const QString &path,
@@ -76,33 +101,21 @@ MailRecord makeReportMail(const ReportMailTexts &texts, const QString &path,
     return mail;
 }
 
-bool hasAttachment(const char *report, const MailRecord &mail)
+int queueReport(const char *report, const QString &prefix, const MailRecord &mail,
+                const ReportRun &run, CountsAsMade counts, ZasDbSettings &settings,
+                const QSqlDatabase &database)
 {
-    if (!mail.data.isEmpty())
-        return true;
-    qWarning("%s - invalid email (attachment missing)!", report);
-    return false;
-}
-
-int queueReportMail(const char *report, MailRecord mail, const QStringList &recipients,
-                    const QSqlDatabase &database, ReportTransaction &transaction)
-{
-    MailRepository repository(nullptr);
-    repository.setDB(database);
-    int created = 0;
-    for (const QString &recipient : recipients) {
-        mail.to = recipient.trimmed();
-        if (mail.to.isEmpty())
-            continue;
-        const int mid = static_cast<int>(repository.addMail(mail));
-        if (mid > 0)
-            ++created;
-        else if (mid == 0)
-            qWarning("%s::makeReport() - mail not created!", report);
-        else
-            qCritical("%s::makeReport - mail not created!", report);
-        if (mid <= 0 && !transaction.isIntact())
-            return 0;
+    if (mail.data.isEmpty()) {
+        qWarning("%s - invalid email (attachment missing)!", report);
+        return 0;
     }
-    return created;
+    ReportTransaction transaction(report, database, run.connectionId);
+    if (!transaction.isIntact())
+        return 0;
+    const int queued = queueForEach(report, mail, run.settings.recipients, database, transaction);
+    // Whatever the report's rule, an operator who gets no mail has no report.
+    const bool made = queued > 0 || (counts == CountsAsMade::Always && !run.byHand);
+    if (made && run.mark && transaction.isIntact())
+        storeLastGenerated(report, prefix, settings);
+    return transaction.commit() ? queued : 0;
 }

@@ -4,9 +4,9 @@
 
 #include <QSqlDatabase>
 #include <QString>
-#include <QStringList>
 
-class ReportTransaction;
+class ZasDbSettings;
+struct ReportRun;
 
 /// The texts in which the mails of the two reports differ.
 struct ReportMailTexts {
@@ -22,12 +22,16 @@ struct ReportMailTexts {
 MailRecord makeReportMail(const ReportMailTexts &texts, const QString &path,
                           const QSqlDatabase &database);
 
-/// False, with a warning, when the mail came back without its file.
-bool hasAttachment(const char *report, const MailRecord &mail);
+/// When a report counts as made: "lastGenerated" is stored, and it is not due again today.
+enum class CountsAsMade { WithAnyMail, Always };
 
 /**
- * Queues `mail` for each recipient, trimmed, blank ones skipped; logs each one that is not
- * queued and goes on, unless the run's connection is lost. Answers how many mails were queued.
+ * Queues `mail` for each recipient of the run, trimmed, blank ones skipped, and stores
+ * "lastGenerated" under `prefix` where the report counts as made: all of it, or nothing when the
+ * run loses its connection. Logs each mail that is not queued and goes on. `report` is the report's
+ * class, as its log lines begin. Answers how many mails were queued; a mail without its file is
+ * never queued.
  */
-int queueReportMail(const char *report, MailRecord mail, const QStringList &recipients,
-                    const QSqlDatabase &database, ReportTransaction &transaction);
+int queueReport(const char *report, const QString &prefix, const MailRecord &mail,
+                const ReportRun &run, CountsAsMade counts, ZasDbSettings &settings,
+                const QSqlDatabase &database);
