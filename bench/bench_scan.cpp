@@ -8,7 +8,6 @@
 #include "plugin/autoreport.h"
 
 #include <QCoreApplication>
-#include <QTimer>
 
 #include <memory>
 #include <vector>
@@ -28,8 +27,7 @@ double scan(AutoReport &plugin)
 {
     return Bench::secondsOf([&plugin] {
         QMetaObject::invokeMethod(&plugin, "checkSchemas", Qt::DirectConnection);
-        const auto *nextSlice = plugin.findChild<QTimer *>(QStringLiteral("nextSlice"));
-        while (nextSlice->isActive())
+        while (isScanning(plugin))
             QCoreApplication::processEvents();
     });
 }

@@ -1,11 +1,8 @@
 #include "db/dbmanager.h"
 
-#include "common/freshquery.h"
-
 #include <QDebug>
 #include <QSqlError>
 #include <QThread>
-#include <QVariant>
 
 namespace
 {

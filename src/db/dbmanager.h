@@ -27,7 +27,8 @@ class QSqlQuery;
 class DBManager
 {
 public:
-    /// Above 0 most operations log what they do, above 1 the frequent ones too.
+    /// Above 0 most operations log what they do, above 1 the frequent ones too. Set it while no
+    /// other thread uses the manager.
     quint8 debugLevel;
 
     DBManager();
@@ -74,12 +75,15 @@ public:
     bool setRecalculated(const QString &token);
     QString getTokenBySchemaName(const QString &name);
 
-    /// Reads and caches one row of `schemas`. No lock.
+    /// Reads and caches one row of `schemas`: empty without a server or such a row, the row as last
+    /// read when the query fails. No lock.
     DBSchemeRecord loadScheme(const QString &token);
     DBSchemeRecord getDbConnRecord(const QString &token) const;
 
     /// The calling thread's connection to that schema, opened; the product's own database for an
     /// empty token; Qt's default connection, valid or not, when there is no way to the schema.
+    /// After a failed attempt later calls give the schema's own connection, tried again, and open
+    /// only if that helped.
     QSqlDatabase getDatabase(const QString &token);
 
     /// The pool of connections that their threads no longer use. A thread offers names before it

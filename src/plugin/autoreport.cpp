@@ -26,7 +26,6 @@ AutoReport::AutoReport(QObject *parent)
     soonScan->setSingleShot(true);
     soonScan->setInterval(soonMs);
     connect(soonScan, &QTimer::timeout, this, &AutoReport::checkSchemas);
-    nextSlice->setObjectName(QStringLiteral("nextSlice"));
     nextSlice->setSingleShot(true);
     connect(nextSlice, &QTimer::timeout, this, &AutoReport::scanSlice);
 }
@@ -103,6 +102,7 @@ void AutoReport::stop()
 {
     qInfo("AutoReport - STOP");
     holdScanning();
+    scanPending = false;
     stopAllWorkers();
     if (singleWorker) {
         singleWorker->stop();
@@ -125,7 +125,8 @@ void AutoReport::resume()
     qInfo("AutoReport - RESUME");
     if (infoDb && started) {
         timer->start(interval);
-        if (scanPending)
+        const bool heldBack = scanPending && !soonScan->isActive() && !nextSlice->isActive();
+        if (heldBack)
             soonScan->start();
     }
     if (singleWorker)

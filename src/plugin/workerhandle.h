@@ -16,7 +16,7 @@ class AutoReportWorker;
 class WorkerHandle
 {
 public:
-    /// Made before the worker moves to its thread.
+    /// Made before the worker's thread starts.
     explicit WorkerHandle(AutoReportWorker *worker);
     ~WorkerHandle() = default;
     Q_DISABLE_COPY_MOVE(WorkerHandle)

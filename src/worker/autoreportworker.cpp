@@ -131,7 +131,9 @@ bool AutoReportWorker::keepDatabase()
 {
     if (!database.isOpen() && !databaseLost)
         return false;
-    if (connectionId == 0) // a server without such numbers
+    if (connectionId == 0) // the server did not answer at the start
+        connectionId = serverConnectionId(database);
+    if (connectionId == 0) // it has no such numbers
         return true;
     qulonglong current = database.isOpen() ? serverConnectionId(database) : 0;
     if (current == 0 && database.open())

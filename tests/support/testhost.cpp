@@ -1,6 +1,9 @@
 #include "support/testhost.h"
 
 #include <QDate>
+#include <QTimer>
+
+#include <algorithm>
 
 namespace
 {
@@ -66,6 +69,14 @@ void addPeople(const TestDatabase &schema, int count)
     schema.exec(QStringLiteral("INSERT INTO people (uid, pid, name, surname) SELECT seq, seq + "
                                "100, 'Ján', CONCAT('Priezvisko', seq) FROM seq_1_to_%1")
                     .arg(count));
+}
+
+bool isScanning(const QObject &plugin)
+{
+    const auto timers = plugin.findChildren<const QTimer *>();
+    return std::any_of(timers.begin(), timers.end(), [](const QTimer *timer) {
+        return timer->isActive() && timer->interval() == 0;
+    });
 }
 
 int peopleForSeconds()

@@ -39,5 +39,8 @@ void enableDailyReport(const TestDatabase &schema, const QString &recipients = Q
 /// Adds active people with the uids 1 to `count`.
 void addPeople(const TestDatabase &schema, int count);
 
+/// Whether the plug-in has a scan to go on with.
+bool isScanning(const QObject &plugin);
+
 /// So many people that a daily report of today takes seconds, early in a month too.
 int peopleForSeconds();
