@@ -1,9 +1,9 @@
 #include "reports/dailyattenreport.h"
 
 #include "common/freshquery.h"
-#include "common/zas.h"
 #include "db/serverconnection.h"
 #include "reports/dailyattensheet.h"
+#include "reports/duration.h"
 #include "reports/reportbook.h"
 #include "reports/reportmail.h"
 #include "reports/reportquery.h"
@@ -12,15 +12,12 @@
 #include <QDir>
 #include <QSqlError>
 
-#include <algorithm>
+#include <utility>
 
 namespace
 {
 
 constexpr const char *reportName = "DailyAttenReport";
-constexpr double secondsPerHour = 3600.0;
-constexpr double shownAboveSeconds = 59.0;
-constexpr double largestDuration = 9.0e18; // what still fits a 64-bit integer
 
 } // namespace
 
@@ -60,7 +57,7 @@ void DailyAttenReport::produce(const ReportRun &run)
 bool DailyAttenReport::saveWorkbook(const QString &path, const ReportRun &run)
 {
     DailyAttenOptions options = readOptions();
-    options.xlsx = !path.endsWith(QLatin1String(".xls"), Qt::CaseInsensitive);
+    options.xlsx = !isBinaryBook(path);
     return buildWorkbook(path, options, run);
 }
 
@@ -119,7 +116,7 @@ bool DailyAttenReport::writeWorkbook(const QString &path, const DailyAttenOption
                                      const QVector<DailyAttenPerson> &people,
                                      const ReportRun &run) const
 {
-    const ReportBook book(options.xlsx ? xlCreateXMLBookW() : xlCreateBookW());
+    ReportBook book(options.xlsx ? xlCreateXMLBookW() : xlCreateBookW());
     if (!book) {
         qCritical("DailyAttenReport - xlCreateBook() failed!");
         return false;
@@ -135,7 +132,7 @@ bool DailyAttenReport::writeWorkbook(const QString &path, const DailyAttenOption
     if (!writeRows(sheet, data, people, run))
         return false;
     sheet.finish();
-    return saveReportBook(*book, path, reportName);
+    return saveReportBook(std::move(book), path, reportName);
 }
 
 /// False when there is no point in going on: the thread is to stop, or the connection is lost.
@@ -203,12 +200,7 @@ int DailyAttenReport::shiftFor(int uid, int dayOfMonth) const
 
 QVariant DailyAttenReport::strOrDecTimeFormat(double seconds, bool decimal)
 {
-    if (decimal)
-        return seconds > 0.0 ? QVariant(seconds / secondsPerHour) : QVariant();
-    if (!(seconds > shownAboveSeconds))
-        return QVariant();
-    const auto whole = static_cast<qint64>(std::min(seconds, largestDuration));
-    return ZAS::tsToTimeString(whole, 3, false);
+    return durationValue(seconds, decimal);
 }
 
 QDate DailyAttenReport::monthToDate(unsigned month) const

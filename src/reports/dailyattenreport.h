@@ -74,6 +74,6 @@ private:
 
     ZasDbSettings settings;
     QString prefix;
-    QString uids;                       ///< the setting "uids"; no query of this report asks for it
+    QString uids; ///< the setting "uids" of the last run; no query asks for it
     QHash<QPair<int, int>, int> shifts; ///< by uid and day of month
 };

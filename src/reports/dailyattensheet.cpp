@@ -1,6 +1,6 @@
 #include "reports/dailyattensheet.h"
 
-#include "reports/dailyattenreport.h"
+#include "reports/duration.h"
 #include "reports/reportbook.h"
 
 #include <cmath>
@@ -8,8 +8,6 @@
 namespace
 {
 
-constexpr double secondsPerHour = 3600.0;
-constexpr double shownAboveSeconds = 59.0;
 constexpr double defaultWidth = 0;
 
 using Person = DailyAttenPerson;
@@ -161,7 +159,7 @@ void DailyAttenSheet::writeDuration(int col, double seconds, bool negative)
         sheet->writeNum(row, col, negative ? 0 - hours : hours, decimalFormat);
         return;
     }
-    const QString text = DailyAttenReport::strOrDecTimeFormat(seconds, false).toString();
+    const QString text = durationValue(seconds, false).toString();
     writeText(*sheet, row, col, negative ? QLatin1Char('-') + text : text);
 }
 
@@ -170,8 +168,7 @@ DailyAttenSheet::interruptionText(const QMap<QString, InterruptionTotal> &interr
 {
     QString text;
     for (auto it = interruptions.cbegin(); it != interruptions.cend(); ++it) {
-        const QVariant time =
-            DailyAttenReport::strOrDecTimeFormat(it->seconds, options.decimalTime);
+        const QVariant time = durationValue(it->seconds, options.decimalTime);
         const QString amount =
             options.decimalTime
                 ? QString::number(std::floor(time.toDouble() * 10000 + 0.5) / 10000, 'g', 6)

@@ -1,14 +1,13 @@
 #include "reports/monthlyattendata.h"
 
 #include "common/freshquery.h"
+#include "reports/duration.h"
 #include "reports/reportquery.h"
 
 #include <QVariant>
 
 namespace
 {
-
-constexpr double secondsPerHour = 3600.0;
 
 double hours(const QSqlQuery &query, int column)
 {

@@ -8,6 +8,8 @@
 
 #include <QDir>
 
+#include <utility>
+
 namespace
 {
 
@@ -89,8 +91,7 @@ bool MonthlyAttenReport::writeWorkbook(const QString &path, const MonthlyAttenOp
                                        const InterruptionCatalogue &catalogue,
                                        const MonthlyAttenData &data) const
 {
-    const bool xls = path.endsWith(QLatin1String(".xls"), Qt::CaseInsensitive);
-    const ReportBook book(xls ? xlCreateBookW() : xlCreateXMLBookW());
+    ReportBook book(isBinaryBook(path) ? xlCreateBookW() : xlCreateXMLBookW());
     if (!book) {
         qCritical("MonthlyAttenReport - xlCreateXMLBook() failed!");
         return false;
@@ -108,7 +109,7 @@ bool MonthlyAttenReport::writeWorkbook(const QString &path, const MonthlyAttenOp
         sheet.writeRow(data.row(index));
     }
     sheet.finish();
-    return saveReportBook(*book, path, reportName);
+    return saveReportBook(std::move(book), path, reportName);
 }
 
 int MonthlyAttenReport::queueMails(const QString &path, const ReportRun &run)

@@ -134,11 +134,11 @@ void MonthlyAttenSheet::createFormats(int decimalNumber)
     if (boldFont)
         boldFont->setBold(true);
 
-    headerFormat = book.addFormat();
-    if (headerFormat) {
-        headerFormat->setAlignH(libxl::AlignH::Centre);
-        headerFormat->setBorder(libxl::BorderStyle::Medium);
-        headerFormat->setFont(boldFont);
+    headingFormat = book.addFormat();
+    if (headingFormat) {
+        headingFormat->setAlignH(libxl::AlignH::Centre);
+        headingFormat->setBorder(libxl::BorderStyle::Medium);
+        headingFormat->setFont(boldFont);
     }
     idFormat = book.addFormat();
     if (idFormat) {
@@ -166,7 +166,7 @@ void MonthlyAttenSheet::writeHeadings()
         const Column &column = columns.at(col);
         if (column.widthChars > defaultWidth)
             sheet->setCol(col, col, column.widthChars);
-        writeText(*sheet, 0, col, column.heading, headerFormat);
+        writeText(*sheet, 0, col, column.heading, headingFormat);
     }
 }
 

@@ -50,7 +50,7 @@ private:
     const bool payrollNumber; ///< shown in the first column instead of the personal number
     QVector<Column> columns;
     libxl::ISheetT<wchar_t> *sheet = nullptr;
-    libxl::IFormatT<wchar_t> *headerFormat = nullptr;
+    libxl::IFormatT<wchar_t> *headingFormat = nullptr;
     libxl::IFormatT<wchar_t> *idFormat = nullptr;
     libxl::IFormatT<wchar_t> *valueFormat = nullptr;
     libxl::IFormatT<wchar_t> *nameFormat = nullptr;

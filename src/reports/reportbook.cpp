@@ -39,19 +39,25 @@ void keepHeadingRow(libxl::ISheetT<wchar_t> &sheet)
     sheet.setPrintRepeatRows(0, 0);
 }
 
-bool writeText(libxl::ISheetT<wchar_t> &sheet, int row, int col, const QString &text,
+void writeText(libxl::ISheetT<wchar_t> &sheet, int row, int col, const QString &text,
                libxl::IFormatT<wchar_t> *format)
 {
     // On the stack: a report writes hundreds of thousands of texts, few of them long.
     QVarLengthArray<wchar_t, 256> wide(text.size() + 1);
     wide[text.toWCharArray(wide.data())] = L'\0';
-    return sheet.writeStr(row, col, wide.constData(), format);
+    sheet.writeStr(row, col, wide.constData(), format);
 }
 
-bool saveReportBook(libxl::IBookT<wchar_t> &book, const QString &path, const char *report)
+bool saveReportBook(ReportBook book, const QString &path, const char *report)
 {
-    if (book.save(path.toStdWString().c_str()))
-        return true;
-    qCritical("%s - XLS not saved!", report);
-    return false;
+    const bool saved = book->save(path.toStdWString().c_str());
+    book.reset();
+    if (!saved)
+        qCritical("%s - XLS not saved!", report);
+    return saved;
+}
+
+bool isBinaryBook(const QString &path)
+{
+    return path.endsWith(QLatin1String(".xls"), Qt::CaseInsensitive);
 }

@@ -24,8 +24,12 @@ void setUpReportPage(libxl::ISheetT<wchar_t> &sheet);
 /// Keeps the heading row in view on screen and repeats it on every printed page.
 void keepHeadingRow(libxl::ISheetT<wchar_t> &sheet);
 
-bool writeText(libxl::ISheetT<wchar_t> &sheet, int row, int col, const QString &text,
+/// Writes text as it is; what the engine refuses leaves the cell empty.
+void writeText(libxl::ISheetT<wchar_t> &sheet, int row, int col, const QString &text,
                libxl::IFormatT<wchar_t> *format = nullptr);
 
-/// Saves the book; a failure is logged in the name of `report`.
-bool saveReportBook(libxl::IBookT<wchar_t> &book, const QString &path, const char *report);
+/// Saves the book and releases it; a failure is then logged in the name of `report`.
+bool saveReportBook(ReportBook book, const QString &path, const char *report);
+
+/// Whether a workbook at `path` is a binary one, by its extension.
+bool isBinaryBook(const QString &path);

@@ -2,6 +2,7 @@
 
 #include "db/mailrepository.h"
 #include "db/zasdbsettings.h"
+#include "reports/reportbook.h"
 #include "reports/reportrun.h"
 #include "reports/reporttransaction.h"
 
@@ -11,6 +12,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMimeDatabase>
+
+#include <limits>
 
 namespace
 {
@@ -24,13 +27,13 @@ QString mimeTypeName(const QString &path)
     if (type.isValid() && !type.isDefault())
         return type.name();
     // A system without a MIME database: these two are all that a report can be.
-    return path.endsWith(QLatin1String(".xls"))
+    return isBinaryBook(path)
                ? QStringLiteral("application/vnd.ms-excel")
                : QStringLiteral(
                      "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet");
 }
 
-/// Empty when reading fails.
+/// Empty when reading fails, or for a file above what a byte array holds.
 QByteArray attachmentDocument(QFile &file)
 {
     const QJsonObject attachment{{QStringLiteral("type"), mimeTypeName(file.fileName())},
@@ -43,8 +46,11 @@ QByteArray attachmentDocument(QFile &file)
     // several times over, half of them in wide characters. Keys are sorted, so it comes first.
     const QByteArray opening = QByteArrayLiteral("\"content\": \"");
     const int place = frame.indexOf(opening) + opening.size();
+    const qint64 bytes = frame.size() + (file.size() / 3 + 1) * 4;
+    if (bytes > std::numeric_limits<int>::max())
+        return QByteArray();
     QByteArray document;
-    document.reserve(frame.size() + static_cast<int>(file.size() / 3 + 1) * 4);
+    document.reserve(static_cast<int>(bytes));
     document += frame.left(place);
     while (!file.atEnd()) {
         const QByteArray chunk = file.read(chunkBytes);
@@ -93,11 +99,10 @@ MailRecord makeReportMail(const ReportMailTexts &texts, const QString &path,
             .toString();
 
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (file.open(QIODevice::ReadOnly))
+        mail.data = attachmentDocument(file);
+    if (mail.data.isEmpty())
         qCritical("%s makeMail - can not open file '%s' for read!", texts.report, qPrintable(path));
-        return mail;
-    }
-    mail.data = attachmentDocument(file);
     return mail;
 }
 

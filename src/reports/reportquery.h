@@ -6,9 +6,9 @@
 class QSqlQuery;
 
 /**
- * Runs `statement`. A failure is logged as `failure`, the whole
- * beginning of the log line, followed by the driver's text: as a warning, for the queries that a
- * report survives, or as critical, for the one that ends it.
+ * Runs `statement`. A failure is logged as `failure`, the whole beginning of the log line, followed
+ * by the driver's text: by the first as a warning, for the queries that a report survives, by the
+ * second as critical, for the one that ends it.
  */
 bool runOrWarn(QSqlQuery &query, const QString &statement, const char *failure);
 bool runOrFail(QSqlQuery &query, const QString &statement, const char *failure);

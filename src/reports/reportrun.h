@@ -15,7 +15,7 @@ struct ReportRun {
     qulonglong connectionId = 0; ///< the server's number when the run began, 0 if unknown
     bool mark = true;            ///< whether the run counts: "lastGenerated" is written
     bool byHand = false;         ///< an operator's run: it never counts without a mail
-    /// Called after each row of a report that may take long, with the number of all its rows.
+    /// Called by the daily report, which may take long, after each row with the number of all rows.
     std::function<void(int)> progress = nullptr;
 };
 

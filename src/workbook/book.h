@@ -26,20 +26,21 @@ public:
      * Writes the file, readable by its owner alone. It is written beside its place and renamed
      * into it (a symbolic link there is replaced, not followed), so that on failure an older file
      * of that name is untouched and nothing new is left behind. The book may go on being used and
-     * be saved again. `useTemp` has no effect: no temporary files are needed to save memory.
+     * be saved again. False also for a book without a sheet. The path reaches the system as UTF-8,
+     * whatever the locale. `useTemp` has no effect: no temporary files are needed to save memory.
      */
     virtual bool save(const Char *filename, bool useTemp = false) = 0;
 
     /**
      * Appends a sheet, a copy of `copyFrom` where that is given. Null for a name that spreadsheet
-     * programs refuse: empty, above 31 UTF-16 units, with any of []:*?/\ or control characters,
-     * with an apostrophe first or last, or equal to another sheet's name but for case.
+     * programs refuse: empty, above 31 UTF-16 units, with any of []:*?/\ or characters below
+     * U+0020, with an apostrophe first or last, or equal to another sheet's name but for case.
      */
     virtual ISheetT<Char> *addSheet(const Char *name, ISheetT<Char> *copyFrom = nullptr) = 0;
 
     /**
      * An identifier for IFormatT::setNumFormat, the same for the same code. For a code that is
-     * null, empty, above 255 UTF-16 units or holds control characters, and past 200 different
+     * null, empty, above 255 UTF-16 units or holds characters below U+0020, and past 200 different
      * codes, 0: the general number format.
      */
     virtual int addCustomNumFormat(const Char *customNumFormat) = 0;
@@ -59,7 +60,10 @@ public:
     /** For callers that have a licence to hand over; this engine needs none and takes any. */
     virtual void setKey(const Char *name, const Char *key) = 0;
 
-    /** True: files name colours by red, green and blue; false: by their place in the palette. */
+    /**
+     * True: XML files name colours by red, green and blue; false: by their place in the palette, as
+     * binary files always do. The look is the same.
+     */
     virtual void setRgbMode(bool rgbMode) = 0;
 
     /**

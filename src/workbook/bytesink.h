@@ -17,7 +17,7 @@ namespace workbook
 class ByteSink
 {
 public:
-    /** `target` is a path in the encoding of the file system. */
+    /** `target` is a path as the system takes it: bytes. */
     explicit ByteSink(std::string target);
     ~ByteSink();
     ByteSink(const ByteSink &) = delete;

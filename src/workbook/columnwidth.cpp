@@ -44,14 +44,17 @@ double storedColumnWidth(double chars, int digitPixels)
 {
     if (chars <= 0)
         return 0;
-    const double pixels = std::round(chars * digitPixels) + paddingPixels;
+    // Programs show a column that is narrower than its padding and a digit as a part of both.
+    const double pixels = chars < 1 ? std::round(chars * (digitPixels + paddingPixels))
+                                    : std::round(chars * digitPixels) + paddingPixels;
     return std::min(std::trunc(pixels / digitPixels * steps) / steps, maxStoredWidth);
 }
 
 double defaultRowPoints(const FontData &font)
 {
     constexpr double lineHeight = 1.2;
-    return (std::round(font.points * pixelsPerPoint * lineHeight) + 1) / pixelsPerPoint;
+    return std::min((std::round(font.points * pixelsPerPoint * lineHeight) + 1) / pixelsPerPoint,
+                    maxRowPoints);
 }
 
 } // namespace workbook

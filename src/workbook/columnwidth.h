@@ -5,6 +5,9 @@ namespace workbook
 
 struct FontData;
 
+constexpr double minRowPoints = 0.1;
+constexpr double maxRowPoints = 409.5; // what the formats hold
+
 /** Pixels (96 to the inch) of the widest digit of a font: the unit of column widths. */
 int digitPixels(const FontData &font);
 

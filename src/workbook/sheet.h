@@ -26,8 +26,8 @@ class ISheetT
 public:
     /**
      * Writes text, also an empty one, up to 32,767 UTF-16 units. Refused: null, longer text, text
-     * with control characters other than tab, line feed and carriage return, and any other `type`.
-     * Lone surrogates become U+FFFD.
+     * with U+FFFE, U+FFFF or control characters below U+0020 other than tab, line feed and carriage
+     * return, and any other `type`. Lone surrogates become U+FFFD.
      */
     virtual bool writeStr(int row, int col, const Char *value, IFormatT<Char> *format = nullptr,
                           CellType type = CellType::String) = 0;
@@ -41,8 +41,10 @@ public:
     /**
      * Writes a formula in A1 notation, with English function names, up to 8,192 UTF-16 units;
      * a leading "=" may be there. Spreadsheet programs calculate it when they open the file.
-     * A binary book takes what it can translate: cells of the same sheet, ranges, numbers, texts,
-     * all operators, and the functions SUM, AVERAGE, MIN, MAX, COUNT, IF, ROUND and ABS.
+     * Refused: null, an empty or longer text, and what writeStr refuses. An XML book takes any
+     * other text unchecked. A binary book takes what it can translate: cells of the same sheet,
+     * ranges, numbers, texts, all operators, and the functions SUM, AVERAGE, MIN, MAX, COUNT, IF,
+     * ROUND and ABS.
      */
     virtual bool writeFormula(int row, int col, const Char *expr,
                               IFormatT<Char> *format = nullptr) = 0;
@@ -55,7 +57,7 @@ public:
     virtual bool setCol(int colFirst, int colLast, double width, IFormatT<Char> *format = nullptr,
                         bool hidden = false) = 0;
 
-    /** `height` in points, above 0 and at most 409.5. `format` as for setCol. */
+    /** `height` in points, 0.1 to 409.5. `format` as for setCol. */
     virtual bool setRow(int row, double height, IFormatT<Char> *format = nullptr,
                         bool hidden = false) = 0;
 

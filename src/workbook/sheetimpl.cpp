@@ -1,5 +1,6 @@
 #include "workbook/sheetimpl.h"
 
+#include "workbook/columnwidth.h"
 #include "workbook/formatimpl.h"
 #include "workbook/guarded.h"
 #include "workbook/text.h"
@@ -16,7 +17,6 @@ constexpr std::size_t maxTextUnits = 32767;
 constexpr std::size_t maxFormulaUnits = 8192;
 constexpr std::size_t maxFooterUnits = 255;
 constexpr double maxColumnChars = 255;
-constexpr double maxRowPoints = 409.5;
 constexpr double marginLimitInches = 49;
 constexpr int maxPages = 32767;
 
@@ -130,7 +130,7 @@ bool SheetImpl::setCol(int colFirst, int colLast, double width, libxl::IFormatT<
 bool SheetImpl::setRow(int row, double height, libxl::IFormatT<wchar_t> *format, bool hidden)
 {
     const auto index = formatIndex(format);
-    if (!isRow(row) || !index || !(height > 0 && height <= maxRowPoints))
+    if (!isRow(row) || !index || !(height >= minRowPoints && height <= maxRowPoints))
         return false;
     return guarded(false, [&] {
         sheet.rows[row] = {height, *index, hidden};

@@ -14,10 +14,11 @@ namespace workbook
  */
 bool readText(const wchar_t *text, std::size_t maxUnits, std::u16string &units);
 
-/** True when XML can hold the text: no control characters but tab, line feed, carriage return. */
+/** True when XML can hold the text: nothing below U+0020 but tab, line feed and carriage return,
+ * and neither U+FFFE nor U+FFFF. */
 bool isXmlText(std::u16string_view text);
 
-/** True when the text holds no control character at all. */
+/** True when XML can hold the text, and it has neither tab nor line break. */
 bool isPlainLine(std::u16string_view text);
 
 /** The first of the two units of a character beyond 16 bits. */

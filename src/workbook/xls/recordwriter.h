@@ -12,6 +12,9 @@ namespace workbook
 
 class ByteSink;
 
+constexpr std::uint32_t recordHead = 4; // bytes
+constexpr unsigned twipsPerPoint = 20;
+
 /** True when a text is stored in one byte a character (Latin-1), else it takes two (UTF-16). */
 bool isNarrow(std::u16string_view text);
 

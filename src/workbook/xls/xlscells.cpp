@@ -18,8 +18,6 @@ namespace workbook
 namespace
 {
 
-constexpr double twipsPerPoint = 20;
-
 /** A number in 4 bytes (RK), if it comes back as exactly the same. */
 std::optional<std::uint32_t> compressed(double number)
 {

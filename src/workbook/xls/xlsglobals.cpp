@@ -57,7 +57,6 @@ void window(RecordWriter &out)
 // BOUNDSHEET: u32 position of the sheet, u8 visible, u8 kind, short text name
 std::vector<std::uint32_t> sheetList(const BookData &book, RecordWriter &out)
 {
-    constexpr std::uint32_t recordHead = 4;
     std::vector<std::uint32_t> places;
     for (const SheetData &sheet : book.sheets) {
         places.push_back(out.position() + recordHead);

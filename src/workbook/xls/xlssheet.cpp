@@ -40,7 +40,6 @@ RowRange rowRange(const SheetData &sheet)
 
 // INDEX: u32 0, u32 first row, u32 last row + 1, u32 position of DEFCOLWIDTH, u32 position of the
 //        DBCELL of each block of rows
-constexpr std::uint32_t recordHead = 4;
 constexpr std::uint32_t indexHead = 12; // what is known before the sheet is written
 
 std::uint32_t reserveIndex(const RowRange &rows, RecordWriter &out)
@@ -92,7 +91,6 @@ void dimensions(const SheetData &sheet, RecordWriter &out)
 void writeXlsSheet(const BookData &book, const SheetData &sheet, const StyleTable &styles,
                    const SharedStrings &strings, bool isFirst, RecordWriter &out)
 {
-    constexpr double twipsPerPoint = 20;
     constexpr unsigned defaultColumnChars = 8;
     const auto rowTwips =
         static_cast<unsigned>(std::lround(defaultRowPoints(book.fonts.front()) * twipsPerPoint));

@@ -11,8 +11,6 @@ namespace workbook
 namespace
 {
 
-constexpr unsigned twipsPerPoint = 20;
-
 // FONT: u16 height in twips, u16 flags, u16 colour, u16 weight, u16 raised or lowered,
 //       u8 underline, u8 family, u8 character set, u8 0, short text name
 void font(const FontData &data, RecordWriter &out)

@@ -10,13 +10,6 @@
 namespace workbook
 {
 
-namespace
-{
-
-constexpr std::size_t chunkBytes = 0x10000;
-
-} // namespace
-
 XlsxSheet::XlsxSheet(const BookData &bookData, const SheetData &sheetData,
                      const StyleTable &styleTable, const SharedStrings &sharedStrings,
                      ZipWriter &zipWriter)
@@ -112,10 +105,7 @@ void XlsxSheet::rows()
     prepareNames();
     forEachRow(sheet, [this](const RowSpan &span) {
         row(span);
-        if (xml.size() >= chunkBytes) {
-            zip.append(xml.view());
-            xml.clear();
-        }
+        flushChunk(xml, zip);
     });
 }
 

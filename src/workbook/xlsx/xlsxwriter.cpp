@@ -15,7 +15,6 @@ namespace
 {
 
 constexpr std::size_t maxCellFormats = 64000;
-constexpr std::size_t chunkBytes = 0x10000;
 
 constexpr std::string_view officeTypes =
     "application/vnd.openxmlformats-officedocument.spreadsheetml.";
@@ -132,10 +131,7 @@ void writeStrings(const BookData &book, const SharedStrings &strings, ZipWriter 
         const std::u16string_view text = book.strings.at(index);
         xml << (needsSpacePreserved(text) ? "<si><t xml:space=\"preserve\">" : "<si><t>") << text
             << "</t></si>";
-        if (xml.size() >= chunkBytes) {
-            zip.append(xml.view());
-            xml.clear();
-        }
+        flushChunk(xml, zip);
     }
     xml << "</sst>";
     zip.append(xml.view());

@@ -1,6 +1,7 @@
 #include "workbook/xlsx/xmltext.h"
 
 #include "workbook/text.h"
+#include "workbook/xlsx/zipwriter.h"
 
 #include <algorithm>
 #include <cmath>
@@ -91,6 +92,15 @@ XmlText &XmlText::operator<<(double number)
     if (std::fabs(number) < wholeLimit && std::trunc(number) == number)
         return *this << static_cast<long long>(number);
     return digits(number);
+}
+
+void flushChunk(XmlText &xml, ZipWriter &zip)
+{
+    constexpr std::size_t chunkBytes = 0x10000;
+    if (xml.size() < chunkBytes)
+        return;
+    zip.append(xml.view());
+    xml.clear();
 }
 
 } // namespace workbook

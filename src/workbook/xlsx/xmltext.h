@@ -9,6 +9,8 @@
 namespace workbook
 {
 
+class ZipWriter;
+
 /** How every XML part begins. */
 constexpr std::string_view xmlDeclaration =
     "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n";
@@ -60,5 +62,8 @@ private:
 
     Buffer buffer;
 };
+
+/** Moves the text into the archive's entry once there is a good deal of it. */
+void flushChunk(XmlText &xml, ZipWriter &zip);
 
 } // namespace workbook

@@ -155,6 +155,8 @@ void ZipWriter::add(std::string_view name, std::string_view bytes)
 
 void ZipWriter::finish()
 {
+    if (entries.size() >= std::numeric_limits<std::uint16_t>::max())
+        sink.fail();
     const std::uint64_t centralOffset = sink.size();
     std::string central;
     for (const Entry &entry : entries) {
