@@ -30,6 +30,38 @@ QString accessError(const QString &path)
     return {};
 }
 
+/// What stands behind each key, by section and key, before anything is made of it.
+QMap<QString, QString> writtenValues(const QString &path)
+{
+    QMap<QString, QString> written;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return written;
+    QString section;
+    const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+    for (const QString &whole : lines) {
+        const QString line = whole.trimmed();
+        const int equals = line.indexOf(QLatin1Char('='));
+        if (line.startsWith(QLatin1Char('[')) && line.endsWith(QLatin1Char(']')))
+            section = line.mid(1, line.size() - 2) + QLatin1Char('/');
+        else if (equals > 0)
+            written.insert(section + line.left(equals).trimmed(), line.mid(equals + 1).trimmed());
+    }
+    return written;
+}
+
+/// What the one who wrote that value means: without quotes the text itself, within them the text
+/// with a backslash before each quotation mark and backslash.
+QString meantValue(const QString &written)
+{
+    const QLatin1Char quote('"');
+    if (written.size() < 2 || !written.startsWith(quote) || !written.endsWith(quote))
+        return written;
+    return written.mid(1, written.size() - 2)
+        .replace(QLatin1String("\\\""), QLatin1String("\""))
+        .replace(QLatin1String("\\\\"), QLatin1String("\\"));
+}
+
 QString secrecyError(const QString &path)
 {
     const QFile::Permissions others = QFile::ReadOther | QFile::WriteOther;
@@ -51,7 +83,8 @@ ConfigFile ConfigFile::read(const QString &path)
 {
     ConfigFile config;
     config.error = accessError(path);
-    if (!config.error.isEmpty())
+    config.isReadable = config.error.isEmpty();
+    if (!config.isReadable)
         return config;
 
     QSettings settings(path, QSettings::IniFormat);
@@ -61,6 +94,7 @@ ConfigFile ConfigFile::read(const QString &path)
         config.error =
             QStringLiteral("the configuration file '%1' is no INI file: see man autoreport")
                 .arg(path);
+    const QMap<QString, QString> written = writtenValues(path);
     for (const QString &key : keys) {
         // Refused rather than skipped: a typing error in "password" is hard to find otherwise.
         if (!isKnown(key)) {
@@ -68,10 +102,20 @@ ConfigFile ConfigFile::read(const QString &path)
                                .arg(path, key);
             continue;
         }
-        // A value with a comma that nobody quoted comes apart as a list.
-        config.values.insert(key, settings.value(key).toStringList().join(QLatin1Char(',')));
+        // Qt makes lists of commas, comments of semicolons, and codes of a leading "@": a password
+        // that got another in silence would be looked for at the server.
+        const QString value = settings.value(key).toString();
+        if (value != meantValue(written.value(key)))
+            config.error =
+                QStringLiteral("the value of '%1' in the configuration file '%2' cannot be read as "
+                               "it stands: put it within double quotes, with a backslash before "
+                               "each \" and \\; one that begins with @@ has to be another")
+                    .arg(key, path);
+        config.values.insert(key, value);
     }
     if (config.error.isEmpty() && config.values.contains(QStringLiteral("database/password")))
         config.error = secrecyError(path);
+    if (!config.error.isEmpty())
+        config.values.clear();
     return config;
 }

@@ -69,7 +69,8 @@ OptionReader::OptionReader(const QCommandLineParser &commandLine)
     if (!asked && !QFile::exists(path))
         return;
     config = ConfigFile::read(path);
-    if (!config.error.isEmpty())
+    // Root may keep it to itself: that harms nobody whose command line needs nothing out of it.
+    if (!config.error.isEmpty() && (asked || config.isReadable))
         fail(config.error, false);
 }
 
@@ -84,7 +85,7 @@ QString OptionReader::text(const char *name)
     QString value =
         hasOption(option) ? parser.value(option) : config.values.value(configKey(option));
     if (value.isEmpty())
-        fail(QStringLiteral("--%1 is missing").arg(option));
+        failMissing(QStringLiteral("--%1 is missing").arg(option), true);
     return value;
 }
 
@@ -142,9 +143,9 @@ QString OptionReader::password()
              false);
         return {};
     }
-    fail(QStringLiteral("no password: set %1 or give --password-file")
-             .arg(QLatin1String(passwordVariable)),
-         false);
+    failMissing(QStringLiteral("no password: set %1 or give --password-file")
+                    .arg(QLatin1String(passwordVariable)),
+                false);
     return {};
 }
 
@@ -167,6 +168,15 @@ QString OptionReader::language()
         fail(QStringLiteral("--language must be %1, not '%2'")
                  .arg(Language::known().join(QStringLiteral(" or ")), language));
     return language;
+}
+
+/// What is missing may well stand in the file that could not be read.
+void OptionReader::failMissing(const QString &reason, bool usage)
+{
+    if (config.isReadable)
+        fail(reason, usage);
+    else
+        fail(QStringLiteral("%1; %2").arg(reason, config.error), false);
 }
 
 void OptionReader::fail(const QString &reason, bool usage)

@@ -57,6 +57,7 @@ private:
     bool hasOption(const QString &option) const;
     bool flag(const QString &key);
 
+    void failMissing(const QString &reason, bool usage);
     const QCommandLineParser &parser;
     ConfigFile config;
 };

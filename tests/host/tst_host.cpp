@@ -153,6 +153,11 @@ void TestHost::configuration_data()
     QTest::newRow("password") << way + "password=secret\n"
                               << false << 1 << "Unknown database 'here'";
     QTest::newRow("quoted") << way + "password=\"se,cret\"\n" << false << 1 << "Access denied";
+    QTest::newRow("escaped") << way + "password=\"\\\"se;\\\\cret@@\"\n" << false << 1 << "Access";
+    for (const char *password : {"se,cret", "@@secret", "\"@@secret\"", "se;cret", "se\\tcret"})
+        QTest::newRow(password) << way + "password=" + password << false << 1
+                                << "'database/password' in the configuration";
+    QTest::newRow("flag") << way + "single=no\n" << false << 1 << "must be true or false, not 'no'";
     QTest::newRow("open, password") << way + "password=secret" << true << 1 << "chmod o-rwx /";
     QTest::newRow("open, without") << way << true << 1 << "no password: set AUTOREPORT_DB_PASSWORD";
     QTest::newRow("password file") << way + "password-file=/no/such\n" << true << 1 << "'/no/such'";
