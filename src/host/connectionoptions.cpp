@@ -30,7 +30,7 @@ QString firstLine(QFile &file)
 
 } // namespace
 
-QSqlDatabase ConnectionOptions::addDatabase(const QString &connectionName) const
+QSqlDatabase ConnectionOptions::addDatabase(const QString &connectionName, OnLoss onLoss) const
 {
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), connectionName);
     db.setHostName(host);
@@ -38,8 +38,11 @@ QSqlDatabase ConnectionOptions::addDatabase(const QString &connectionName) const
     db.setUserName(user);
     db.setPassword(password);
     db.setDatabaseName(databaseName);
-    // As the manager opens schemas: a restart of the server does not end the program.
-    db.setConnectOptions(QStringLiteral("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1"));
+    // As the manager opens schemas: a restart of the server does not end a host. But the driver
+    // reconnects in silence, and what held for the session, read-only for example, is gone.
+    db.setConnectOptions(onLoss == OnLoss::Reconnect
+                             ? QStringLiteral("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1")
+                             : QStringLiteral("CLIENT_IGNORE_SPACE=1"));
     return db;
 }
 

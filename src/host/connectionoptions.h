@@ -16,8 +16,11 @@ struct ConnectionOptions {
     QString password;
     QString databaseName;
 
-    /// Registers a connection of that name, not opened.
-    QSqlDatabase addDatabase(const QString &connectionName) const;
+    /// What a lost connection means: a host goes on over a new one, an operator's command fails.
+    enum class OnLoss { Reconnect, Fail };
+
+    /// Registers a connection of that name, not opened. Who asked for it removes it.
+    QSqlDatabase addDatabase(const QString &connectionName, OnLoss onLoss) const;
 };
 
 /**
@@ -54,10 +57,10 @@ public:
     bool isUsage = true;
 
 private:
+    void failMissing(const QString &reason, bool usage);
     bool hasOption(const QString &option) const;
     bool flag(const QString &key);
 
-    void failMissing(const QString &reason, bool usage);
     const QCommandLineParser &parser;
     ConfigFile config;
 };

@@ -55,7 +55,8 @@ bool ServeCommand::loadPlugin()
 
 bool ServeCommand::connectDatabase()
 {
-    QSqlDatabase db = options.connection.addDatabase(masterName(options.connection.single));
+    QSqlDatabase db = options.connection.addDatabase(masterName(options.connection.single),
+                                                     ConnectionOptions::OnLoss::Reconnect);
     // Tried here first, so that a failure is one line which names the server.
     if (!db.open()) {
         qCritical("Host - can not open the database '%s' on %s:%i: %s",

@@ -40,7 +40,7 @@ QString openFailure(const QSqlDatabase &db)
 Schemas::Schemas(const ConnectionOptions &connectionOptions)
     : options(connectionOptions)
 {
-    options.addDatabase(masterName());
+    options.addDatabase(masterName(), ConnectionOptions::OnLoss::Fail);
 }
 
 Schemas::~Schemas()
@@ -114,12 +114,13 @@ SchemaConnection::SchemaConnection(Schemas &schemas, const QString &token, Acces
         return;
     }
     // Not through the manager, which keeps the connections that it made.
-    QSqlDatabase db = way.addDatabase(schemaName());
+    QSqlDatabase db = way.addDatabase(schemaName(), ConnectionOptions::OnLoss::Fail);
     if (!db.open()) {
         error = openFailure(db);
         return;
     }
-    // Of use against our own mistakes: these commands have no business writing.
+    // Of use against our own mistakes: these commands have no business writing. It holds as long
+    // as the connection, which is never replaced by another.
     if (access == Access::ReadOnly &&
         !freshQuery(db).exec(QStringLiteral("SET SESSION TRANSACTION READ ONLY")))
         error = QStringLiteral("the server cannot hold the connection read-only");

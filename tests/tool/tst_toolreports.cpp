@@ -1,9 +1,11 @@
 #include "reports/reportlock.h"
 
 #include "support/workbookreader.h"
+#include "tool/schemas.h"
 #include "tool/tooltest.h"
 
 #include <QDir>
+#include <QSqlQuery>
 #include <QTest>
 
 /// The commands that make reports and set them up.
@@ -17,6 +19,7 @@ private Q_SLOTS:
     void runQueues_data();
     void runQueues();
     void runLeavesAReportInTheMakingAlone();
+    void lostConnectionIsAnError();
     void setRefuses_data();
     void setRefuses();
     void operatorAtWork();
@@ -133,6 +136,28 @@ void TestToolReports::runLeavesAReportInTheMakingAlone()
     QVERIFY(outcome.errors.contains("a host is making this report right now"));
     QCOMPARE(bench->mails(), 0);
     QCOMPARE(run({"run", "firm", "monthly", "--to", "a@firma.sk"}).status, 0);
+}
+
+/// A connection that came back by itself would no longer be read-only.
+void TestToolReports::lostConnectionIsAnError()
+{
+    ConnectionOptions options;
+    options.host = TestServer::host();
+    options.port = TestServer::port();
+    options.user = TestServer::user();
+    options.password = TestServer::password();
+    options.databaseName = bench->schema.name();
+    options.single = true;
+    Schemas schemas(options);
+    QCOMPARE(schemas.open(), QString());
+    const SchemaConnection connection(schemas, options.databaseName,
+                                      SchemaConnection::Access::ReadOnly);
+    QSqlQuery query(connection.database());
+    QVERIFY(!query.exec("INSERT INTO vars VALUES ('a', '1')"));
+    query.exec("KILL CONNECTION_ID()");
+    QVERIFY(!query.exec("DO 0")); // over no other connection
+    QVERIFY(!query.exec("INSERT INTO vars VALUES ('a', '1')"));
+    QCOMPARE(bench->schema.value("SELECT COUNT(*) FROM vars").toInt(), 0);
 }
 
 void TestToolReports::setRefuses_data()
