@@ -144,7 +144,7 @@ bool DailyAttenReport::writeRows(DailyAttenSheet &sheet, const DailyAttenData &d
     for (int dayOfMonth = 1; dayOfMonth <= today.day(); ++dayOfMonth) {
         const AttenDay day = data.day(QDate(today.year(), today.month(), dayOfMonth));
         for (const DailyAttenPerson &person : people) {
-            if (isInterrupted(reportName))
+            if (isInterrupted(reportName, run))
                 return false;
             DailyAttenRow row = data.row(person, day);
             if (!row.complete && isConnectionLost(reportName, database, run.connectionId))

@@ -62,7 +62,7 @@ bool MonthlyAttenReport::saveWorkbook(const QString &path, const ReportRun &run)
         return false;
     }
     data.loadValues();
-    return writeWorkbook(path, options, catalogue, data);
+    return writeWorkbook(path, options, catalogue, data, run);
 }
 
 MonthlyAttenOptions MonthlyAttenReport::readOptions()
@@ -89,7 +89,7 @@ QString MonthlyAttenReport::fileName(const QDate &today) const
 
 bool MonthlyAttenReport::writeWorkbook(const QString &path, const MonthlyAttenOptions &options,
                                        const InterruptionCatalogue &catalogue,
-                                       const MonthlyAttenData &data) const
+                                       const MonthlyAttenData &data, const ReportRun &run) const
 {
     ReportBook book(isBinaryBook(path) ? xlCreateBookW() : xlCreateXMLBookW());
     if (!book) {
@@ -104,7 +104,7 @@ bool MonthlyAttenReport::writeWorkbook(const QString &path, const MonthlyAttenOp
         return false;
     }
     for (int index = 0; index < data.count(); ++index) {
-        if (isInterrupted(reportName))
+        if (isInterrupted(reportName, run))
             return false;
         sheet.writeRow(data.row(index));
     }

@@ -53,7 +53,8 @@ private:
     void produce(const ReportRun &run);
     MonthlyAttenOptions readOptions();
     bool writeWorkbook(const QString &path, const MonthlyAttenOptions &options,
-                       const InterruptionCatalogue &catalogue, const MonthlyAttenData &data) const;
+                       const InterruptionCatalogue &catalogue, const MonthlyAttenData &data,
+                       const ReportRun &run) const;
 
     ZasDbSettings settings;
     QString prefix;

@@ -40,9 +40,11 @@ void storeLastGenerated(const char *report, const QString &prefix, ZasDbSettings
         qCritical("%s::makeReport() - 'lastGenerated' NOT SET!", report);
 }
 
-bool isInterrupted(const char *report)
+bool isInterrupted(const char *report, const ReportRun &run)
 {
-    if (!QThread::currentThread()->isInterruptionRequested())
+    // The main thread knows no interruption; commands that work there cancel the run itself.
+    const bool cancelled = run.isCancelled && run.isCancelled();
+    if (!cancelled && !QThread::currentThread()->isInterruptionRequested())
         return false;
     qWarning("%s::makeReport() - interrupted, nothing saved and no mail!", report);
     return true;

@@ -17,6 +17,8 @@ struct ReportRun {
     bool byHand = false;         ///< an operator's run: it never counts without a mail
     /// Called by the daily report, which may take long, after each row with the number of all rows.
     std::function<void(int)> progress = nullptr;
+    /// Asked at each row: true ends the run as an interruption of the thread does.
+    std::function<bool()> isCancelled = nullptr;
 };
 
 /**
@@ -30,9 +32,9 @@ void runWhenDue(const char *report, const QString &prefix, ZasDbSettings &settin
 /// Stores the current time as the report's "lastGenerated"; a failure is logged.
 void storeLastGenerated(const char *report, const QString &prefix, ZasDbSettings &settings);
 
-/// True, with a warning, when the thread was asked to stop: a report in the making then ends like
-/// a failed one, so that a stop need not wait for it.
-bool isInterrupted(const char *report);
+/// True, with a warning, when the thread was asked to stop, or the run: a report in the making then
+/// ends like a failed one, so that a stop need not wait for it.
+bool isInterrupted(const char *report, const ReportRun &run);
 
 /// True, with a warning, when the run no longer has the connection that it began on. What was
 /// queued over that one is gone, and what would follow would stand alone on another.

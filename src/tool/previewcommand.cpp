@@ -1,4 +1,5 @@
 #include "tool/commands.h"
+#include "tool/interruption.h"
 #include "tool/messages.h"
 #include "tool/onschema.h"
 #include "tool/output.h"
@@ -25,6 +26,7 @@ QString pathFault(const QString &path)
 int makePreview(const Invocation &invocation, const SchemaConnection &connection)
 {
     const QString path = invocation.value("out");
+    const Interruption interruption;
     bool saved = false;
     { // the bar is wiped before anything is printed
         const ReportJob job(connection.database(), invocation.date());
@@ -44,7 +46,7 @@ int makePreview(const Invocation &invocation, const SchemaConnection &connection
                                      "another")
                           .arg(folder.filePath()));
     Output::error(QStringLiteral("there is no preview; '%1' is as it was").arg(path));
-    return Tool::Look;
+    return Interruption::isRequested() ? Interruption::status() : Tool::Look;
 }
 
 } // namespace

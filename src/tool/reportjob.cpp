@@ -1,6 +1,7 @@
 #include "tool/reportjob.h"
 
 #include "db/serverconnection.h"
+#include "tool/interruption.h"
 
 ReportJob::ReportJob(const QSqlDatabase &database, const QDate &date)
 {
@@ -9,6 +10,7 @@ ReportJob::ReportJob(const QSqlDatabase &database, const QDate &date)
     run.connectionId = serverConnectionId(database);
     run.mark = false;
     run.byHand = true;
+    run.isCancelled = &Interruption::isRequested;
     run.progress = [this](int rows) {
         // How many rows there will be is known with the first.
         if (!bar)

@@ -10,7 +10,9 @@
 
 /**
  * A run of a report on an operator's demand: for any day, with a progress bar where rows take long,
- * over a connection whose loss ends it. "lastGenerated" is left alone.
+ * over a connection whose loss ends it, as does an Interruption. "lastGenerated" is left alone.
+ *
+ * To be kept as long as `run` is used. The bar is wiped with it.
  */
 class ReportJob
 {

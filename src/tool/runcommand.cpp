@@ -1,6 +1,7 @@
 #include "common/zas.h"
 #include "reports/reportlock.h"
 #include "tool/commands.h"
+#include "tool/interruption.h"
 #include "tool/messages.h"
 #include "tool/onschema.h"
 #include "tool/output.h"
@@ -55,7 +56,10 @@ int queue(const Invocation &invocation, const QSqlDatabase &database, const QStr
     job.run.mark = invocation.has("mark");
     return withReport(invocation.kind, database, [&](auto &report) {
         const QString path = folder.filePath(report.fileName(invocation.date()));
-        return report.saveWorkbook(path, job.run) ? report.queueMails(path, job.run) : 0;
+        // The last moment for a change of mind: mails go out all or none.
+        const bool saved = report.saveWorkbook(path, job.run) &&
+                           !isInterrupted(reportClass(invocation.kind), job.run);
+        return saved ? report.queueMails(path, job.run) : 0;
     });
 }
 
@@ -80,6 +84,8 @@ int makeRun(const Invocation &invocation, const QSqlDatabase &database)
                                      "see autoreport status in a minute"));
         return Tool::Look;
     }
+    // Nor this: at the question, an interruption is an answer.
+    const Interruption interruption;
     const int queued = queue(invocation, database, recipients, lock.connectionId());
     const bool complained = Messages::print();
     Output::print(QStringLiteral("%1 of %2 mails queued%3")
@@ -87,6 +93,8 @@ int makeRun(const Invocation &invocation, const QSqlDatabase &database)
                            queued > 0 && !complained && invocation.has("mark")
                                ? QStringLiteral("; the report counts as made")
                                : QString()));
+    if (queued == 0 && Interruption::isRequested())
+        return Interruption::status();
     return queued == recipients.size() && !complained ? Tool::Well : Tool::Look;
 }
 

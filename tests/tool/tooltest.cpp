@@ -1,7 +1,5 @@
 #include "tool/tooltest.h"
 
-#include <QProcess>
-
 void ToolTest::init()
 {
     bench = std::make_unique<ReportBench>();
@@ -31,7 +29,7 @@ void ToolTest::setUpDailyReport() const
     bench->schema.exec("INSERT INTO people (pid, surname, name) VALUES (7, 'Novák', 'Ján')");
 }
 
-ToolTest::Outcome ToolTest::run(const QStringList &arguments, bool faked) const
+std::unique_ptr<QProcess> ToolTest::start(const QStringList &arguments, bool faked) const
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("AUTOREPORT_DB_PASSWORD", TestServer::password());
@@ -40,13 +38,19 @@ ToolTest::Outcome ToolTest::run(const QStringList &arguments, bool faked) const
     environment.insert("FAKETIME", "@" + moment);
     environment.insert("FAKETIME_DONT_FAKE_MONOTONIC", "1");
     environment.insert("ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0");
-    QProcess tool;
-    tool.setProcessEnvironment(environment);
-    tool.start(AUTOREPORT_PROGRAM,
-               arguments + QStringList{"--db-host", TestServer::host(), "--db-port",
-                                       QString::number(TestServer::port()), "--db-user",
-                                       TestServer::user(), "--db-name", info->name()});
-    const bool ended = tool.waitForFinished(60000) && tool.exitStatus() == QProcess::NormalExit;
-    return {ended ? tool.exitCode() : -1, QString::fromUtf8(tool.readAllStandardOutput()),
-            QString::fromUtf8(tool.readAllStandardError())};
+    auto tool = std::make_unique<QProcess>();
+    tool->setProcessEnvironment(environment);
+    tool->start(AUTOREPORT_PROGRAM,
+                arguments + QStringList{"--db-host", TestServer::host(), "--db-port",
+                                        QString::number(TestServer::port()), "--db-user",
+                                        TestServer::user(), "--db-name", info->name()});
+    return tool;
+}
+
+ToolTest::Outcome ToolTest::run(const QStringList &arguments, bool faked) const
+{
+    const auto tool = start(arguments, faked);
+    const bool ended = tool->waitForFinished(60000) && tool->exitStatus() == QProcess::NormalExit;
+    return {ended ? tool->exitCode() : -1, QString::fromUtf8(tool->readAllStandardOutput()),
+            QString::fromUtf8(tool->readAllStandardError())};
 }

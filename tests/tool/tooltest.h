@@ -3,6 +3,7 @@
 #include "support/reportbench.h"
 
 #include <QObject>
+#include <QProcess>
 
 #include <memory>
 
@@ -23,7 +24,9 @@ protected:
         QString errors;
     };
 
-    /// Runs `autoreport` with the options of the connection added.
+    /// Starts `autoreport` with the options of the connection added.
+    std::unique_ptr<QProcess> start(const QStringList &arguments, bool faked = true) const;
+    /// The same to its end.
     Outcome run(const QStringList &arguments, bool faked = true) const;
     void addSchema(const QString &token, const QString &database) const;
     /// As it is on a good day: one person, made this morning.

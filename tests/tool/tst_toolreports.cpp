@@ -19,6 +19,8 @@ private Q_SLOTS:
     void runQueues_data();
     void runQueues();
     void runLeavesAReportInTheMakingAlone();
+    void interruptionLeavesNothing_data();
+    void interruptionLeavesNothing();
     void lostConnectionIsAnError();
     void setRefuses_data();
     void setRefuses();
@@ -88,22 +90,24 @@ void TestToolReports::runQueues_data()
     const QString two =
         "UPDATE vars SET value = ' a@firma.sk, ,b@firma.sk' WHERE name LIKE '%emails'";
     const QString text = "Denný report dochádzky za ";
-    QTest::newRow("one address") << "--to x@firma.sk" << two << 0
+    QTest::newRow("one address") << "daily --to x@firma.sk" << two << 0
                                  << "x@firma.sk: " + text + "15. 11. 2023" << false;
-    QTest::newRow("all") << "--yes" << two << 0
+    QTest::newRow("all") << "daily --yes" << two << 0
                          << "a@firma.sk: " + text + "15. 11. 2023|b@firma.sk: " + text +
                                 "15. 11. 2023"
                          << false;
-    QTest::newRow("a past day") << "--yes --date 2023-09-30" << none << 0
+    QTest::newRow("a past day") << "daily --yes --date 2023-09-30" << none << 0
                                 << "a@firma.sk: " + text + "30. 9. 2023" << false;
-    QTest::newRow("marked") << "--to x@firma.sk --mark" << none << 0
+    QTest::newRow("marked") << "daily --to x@firma.sk --mark" << none << 0
                             << "x@firma.sk: " + text + "15. 11. 2023" << true;
-    QTest::newRow("nobody") << "--yes"
+    QTest::newRow("nobody") << "daily --yes"
                             << "DELETE FROM vars" << 1 << "" << false;
-    QTest::newRow("no people") << "--yes --mark"
+    QTest::newRow("no people") << "daily --yes --mark"
                                << "DELETE FROM people" << 1 << "" << false;
-    QTest::newRow("no queue") << "--yes --mark"
+    QTest::newRow("no queue") << "daily --yes --mark"
                               << "DROP TABLE emails" << 1 << "" << false;
+    QTest::newRow("monthly, no queue") << "monthly --to x@firma.sk --mark"
+                                       << "DROP TABLE emails" << 1 << "" << false;
 }
 
 void TestToolReports::runQueues()
@@ -113,7 +117,7 @@ void TestToolReports::runQueues()
     QFETCH(int, status);
     setUpDailyReport();
     bench->schema.exec(change);
-    const Outcome outcome = run(QStringList{"run", "firm", "daily"} + options.split(' '));
+    const Outcome outcome = run(QStringList{"run", "firm"} + options.split(' '));
     QVERIFY2(outcome.status == status, qPrintable(outcome.output + outcome.errors));
     QCOMPARE(outcome.errors.isEmpty(), status == 0);
     QStringList mails;
@@ -122,7 +126,8 @@ void TestToolReports::runQueues()
             mails.append(row.at(0).toString() + ": " + row.at(1).toString());
     QTEST(mails.join('|'), "mails");
     const qint64 now = QDateTime::fromString(moment, "yyyy-MM-dd HH:mm:ss").toSecsSinceEpoch();
-    QTEST(bench->lastGenerated("DailyAtten").toLongLong() >= now, "marked");
+    const QString made = options.startsWith("monthly") ? "MonthlyAtten" : "DailyAtten";
+    QTEST(bench->lastGenerated(made).toLongLong() >= now, "marked");
     QVERIFY(QDir(bench->temporary.path()).isEmpty());
 }
 
@@ -136,6 +141,35 @@ void TestToolReports::runLeavesAReportInTheMakingAlone()
     QVERIFY(outcome.errors.contains("a host is making this report right now"));
     QCOMPARE(bench->mails(), 0);
     QCOMPARE(run({"run", "firm", "monthly", "--to", "a@firma.sk"}).status, 0);
+}
+
+void TestToolReports::interruptionLeavesNothing_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::newRow("daily") << "run firm daily --yes";
+    QTest::newRow("monthly") << "run firm monthly --to a@firma.sk";
+    QTest::newRow("preview") << "preview firm daily --out DIR/p.xlsx";
+}
+
+void TestToolReports::interruptionLeavesNothing()
+{
+    QFETCH(QString, arguments);
+    setUpDailyReport();
+    // Locked out of a table, the report stands still in the middle of its work.
+    bench->schema.exec("LOCK TABLES atten WRITE, atten_month WRITE");
+    const auto tool = start(arguments.replace("DIR", bench->temporary.path()).split(' '));
+    QTRY_COMPARE_WITH_TIMEOUT(info->value("SELECT COUNT(*) FROM information_schema.processlist "
+                                          "WHERE state LIKE 'Waiting for table%'")
+                                  .toInt(),
+                              1, 20000);
+    tool->terminate();
+    bench->schema.exec("UNLOCK TABLES");
+    QVERIFY(tool->waitForFinished());
+    QCOMPARE(tool->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(tool->exitCode(), 143);
+    QVERIFY(tool->readAllStandardError().contains("interrupted, nothing saved and no mail!"));
+    QVERIFY(QDir(bench->temporary.path()).isEmpty());
+    QCOMPARE(bench->mails(), 0);
 }
 
 /// A connection that came back by itself would no longer be read-only.
