@@ -48,6 +48,9 @@ public:
     /// One mail, its recipient open, with the file attached; without `data` if it is unreadable.
     MailRecord makeMail(const QString &path, const QDate &today = QDate::currentDate());
 
+    /// What the customer's settings say now of what the report reads and shows.
+    DailyAttenOptions readOptions();
+
     /// Replaces the shift table by the shifts of the month of `date`.
     void loadShiftsForMonth(const QDate &date);
 
@@ -63,7 +66,6 @@ public:
 
 private:
     void produce(const ReportRun &run);
-    DailyAttenOptions readOptions();
     QString fileName(const QDate &today, bool xlsx) const;
     bool buildWorkbook(const QString &path, const DailyAttenOptions &options, const ReportRun &run);
     bool writeWorkbook(const QString &path, const DailyAttenOptions &options,

@@ -91,7 +91,7 @@ void TestToolAnswers::statusTellsReasons_data()
         << "overdue";
     QTest::newRow("table") << "DROP TABLE brape"
                            << "tables";
-    QTest::newRow("column") << "ALTER TABLE atten DROP saldo_p"
+    QTest::newRow("column") << "ALTER TABLE atten DROP ok"
                             << "tables";
     QTest::newRow("another report's column") << "ALTER TABLE people DROP pamId"
                                              << "";

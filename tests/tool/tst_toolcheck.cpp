@@ -44,8 +44,13 @@ void TestToolCheck::checkFinds_data()
                               << "table vars: Table";
     QTest::newRow("column") << "ALTER TABLE atten DROP ok"
                             << "table atten: Unknown column 'ok'";
-    QTest::newRow("ambiguous") << "ALTER TABLE inters ADD del INT"
-                               << "Column 'del' in";
+    const QString on = "; INSERT INTO vars VALUES ('dattenInters', '1'), ('advancedOvertime', '1')";
+    const QString ambiguous = "ALTER TABLE inters ADD del INT";
+    QTest::newRow("ambiguous") << ambiguous + on << "Column 'del' in";
+    QTest::newRow("ambiguous, not joined") << ambiguous << "";
+    QTest::newRow("overtime") << "ALTER TABLE atten DROP saldo_p" + on << "column 'saldo_p'";
+    QTest::newRow("overtime, not read") << "ALTER TABLE atten DROP saldo_p"
+                                        << "";
     QTest::newRow("engine") << "ALTER TABLE emails ENGINE=MyISAM"
                             << "emails ENGINE=InnoDB";
     QTest::newRow("key") << "ALTER TABLE vars DROP PRIMARY KEY, ADD KEY (name)"
@@ -68,7 +73,7 @@ void TestToolCheck::checkFinds()
     QFETCH(QString, change);
     QFETCH(QString, finding);
     setUpDailyReport();
-    bench->schema.exec(change);
+    bench->schema.exec(change.split("; "));
     const QStringList found = checkFindings("firm");
     QVERIFY2(finding.isEmpty() ? found.isEmpty()
                                : found.size() == 1 && found.at(0).contains(finding),
