@@ -71,13 +71,14 @@ void judgeSettings(ReportStatus &status, const QDateTime &now)
 void judge(ReportStatus &status, const QSqlDatabase &database, const QDateTime &now)
 {
     // What is switched off lacks nothing.
-    if (!status.stored.settings.enabled)
-        return;
-    const QStringList unmet = Requirements::unmet(database, *status.kind);
-    if (!unmet.isEmpty())
-        say(status, "tables",
-            QStringLiteral("%1: autoreport check").arg(unmet.join(QStringLiteral("; "))));
-    judgeSettings(status, now);
+    if (status.stored.settings.enabled) {
+        const QStringList unmet = Requirements::unmet(database, *status.kind);
+        if (!unmet.isEmpty())
+            say(status, "tables",
+                QStringLiteral("%1: autoreport check").arg(unmet.join(QStringLiteral("; "))));
+        judgeSettings(status, now);
+    }
+    // But what was queued, by hand or before the reports were switched off, was promised to people.
     if (status.queued > 0 && status.oldestSeconds > queuePatienceSeconds)
         say(status, "queue",
             QStringLiteral("mails have been waiting for over an hour: see that the product's "

@@ -100,6 +100,10 @@ void TestToolAnswers::statusTellsReasons_data()
     QTest::newRow("queue") << "INSERT INTO emails (`from`, `to`, subject, created) VALUES "
                               "('a', 'b', 'c', UNIX_TIMESTAMP() - 3700)"
                            << "queue";
+    QTest::newRow("queue, off") << "INSERT INTO emails (`from`, `to`, subject, created) SELECT "
+                                   "'a', 'b', 'c', UNIX_TIMESTAMP() - 3700 FROM (SELECT 1) x; " +
+                                       key("enabled", "0")
+                                << "queue";
 }
 
 void TestToolAnswers::statusTellsReasons()
@@ -107,7 +111,7 @@ void TestToolAnswers::statusTellsReasons()
     QFETCH(QString, change);
     QFETCH(QString, reason);
     setUpDailyReport();
-    bench->schema.exec(change);
+    bench->schema.exec(change.split("; "));
     const Outcome outcome = run({"status", "--json"});
     QCOMPARE(outcome.errors, QString());
     QCOMPARE(outcome.status, reason.isEmpty() ? 0 : 1);
