@@ -8,7 +8,6 @@
 #include "tool/tool.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 
 #include <algorithm>
 
@@ -45,8 +44,8 @@ void printText(const QVector<Finding> &findings, int schemas)
         const QString word =
             finding.isProblem ? Output::coloured(QStringLiteral("problem"), Output::Colour::Bad)
                               : Output::coloured(QStringLiteral("notice"), Output::Colour::Notable);
-        Output::print(QStringLiteral("%1: %2: %3\n    %4")
-                          .arg(word, finding.subject, finding.text, finding.remedy));
+        Output::print(QStringLiteral("%1: %2: %3").arg(word, finding.subject, finding.text));
+        Output::print(QStringLiteral("    ") + finding.remedy);
     }
     const auto problems = std::count_if(findings.cbegin(), findings.cend(),
                                         [](const Finding &one) { return one.isProblem; });
@@ -65,7 +64,7 @@ void printJson(const QVector<Finding> &findings, int schemas, int status)
     const QJsonObject object{{QStringLiteral("status"), status},
                              {QStringLiteral("schemas"), schemas},
                              {QStringLiteral("findings"), array}};
-    Output::print(QString::fromUtf8(QJsonDocument(object).toJson()).trimmed());
+    Output::print(object);
 }
 
 } // namespace

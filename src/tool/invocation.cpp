@@ -3,12 +3,11 @@
 #include "tool/output.h"
 #include "tool/tool.h"
 
-#include <cstdio>
-
 int Invocation::wrong(const QString &reason) const
 {
     // The help too goes to standard error: who reads the output must not take it for an answer.
-    Output::error(reason + QLatin1String("\n\n") + parser.helpText());
+    Output::error(reason);
+    Output::errorHelp(parser.helpText());
     return Tool::CouldNotAsk;
 }
 

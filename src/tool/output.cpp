@@ -1,21 +1,80 @@
 #include "tool/output.h"
 
 #include <QDateTime>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <algorithm>
 #include <cstdio>
 
 #include <unistd.h>
 
-// No text stream: in the C locale it would turn letters into question marks.
-void Output::print(const QString &text)
+namespace
 {
-    std::fputs((text + QLatin1Char('\n')).toUtf8().constData(), stdout);
+
+// Colours stand in the text as code points that never stand for a character, so that a terminal's
+// own codes are known not to be ours. Foreign ones could do no more than to colour.
+constexpr ushort colourMark = 0xFDD0;
+constexpr const char *colourCodes[] = {"\033[32m", "\033[31m", "\033[33m", "\033[0m"};
+constexpr ushort endMark = colourMark + 3;
+
+/// Asked once: neither changes while the program runs. The rule of NO_COLOR: set and not empty.
+bool areColoursUsed()
+{
+    static const bool used =
+        Output::isTerminal(STDOUT_FILENO) && qEnvironmentVariableIsEmpty("NO_COLOR");
+    return used;
 }
 
-void Output::error(const QString &text)
+QString harmless(const QString &text)
 {
-    std::fputs(QStringLiteral("autoreport: %1\n").arg(text).toUtf8().constData(), stderr);
+    QString safe;
+    for (const QChar c : text) {
+        if (areColoursUsed() && c >= QChar(colourMark) && c <= QChar(endMark))
+            safe += QLatin1String(colourCodes[c.unicode() - colourMark]);
+        else
+            safe += c.category() == QChar::Other_Control ? QChar(QChar::ReplacementCharacter) : c;
+    }
+    return safe;
+}
+
+// No text stream: in the C locale it would turn letters into question marks.
+void write(const QString &text, std::FILE *stream)
+{
+    std::fputs(text.toUtf8().constData(), stream);
+}
+
+} // namespace
+
+void Output::print(const QString &line)
+{
+    write(harmless(line) + QLatin1Char('\n'), stdout);
+}
+
+void Output::print(const QStringList &lines)
+{
+    for (const QString &line : lines)
+        print(line);
+}
+
+void Output::print(const QJsonObject &object)
+{
+    print(QString::fromUtf8(QJsonDocument(object).toJson()).trimmed().split(QLatin1Char('\n')));
+}
+
+void Output::error(const QString &line)
+{
+    write(QStringLiteral("autoreport: %1\n").arg(harmless(line)), stderr);
+}
+
+void Output::errorHelp(const QString &text)
+{
+    write(QLatin1Char('\n') + text, stderr);
+}
+
+void Output::ask(const QString &question)
+{
+    write(harmless(question), stderr);
 }
 
 bool Output::isTerminal(int descriptor)
@@ -25,15 +84,13 @@ bool Output::isTerminal(int descriptor)
 
 QString Output::coloured(const QString &text, Colour colour)
 {
-    // Asked once: neither changes while the program runs. The rule of NO_COLOR: set and not empty.
-    static const bool used = isTerminal(STDOUT_FILENO) && qEnvironmentVariableIsEmpty("NO_COLOR");
-    if (!used || text.isEmpty())
+    if (!areColoursUsed() || text.isEmpty())
         return text;
-    const char *code = colour == Colour::Good ? "32" : colour == Colour::Bad ? "31" : "33";
-    return QStringLiteral("\033[%1m%2\033[0m").arg(QLatin1String(code), text);
+    return QChar(static_cast<ushort>(colourMark + static_cast<int>(colour))) + text +
+           QChar(endMark);
 }
 
-QString Output::table(const QVector<QStringList> &rows, const QVector<Colour> &colours)
+QStringList Output::table(const QVector<QStringList> &rows, const QVector<Colour> &colours)
 {
     QVector<int> widths;
     for (const QStringList &row : rows) {
@@ -51,7 +108,7 @@ QString Output::table(const QVector<QStringList> &rows, const QVector<Colour> &c
         line += entry < 0 ? row.last() : coloured(row.last(), colours.at(entry));
         lines.append(line);
     }
-    return lines.join(QLatin1Char('\n'));
+    return lines;
 }
 
 QString Output::shortened(const QString &text, int width)

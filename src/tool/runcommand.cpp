@@ -34,12 +34,10 @@ bool isAgreed(const Invocation &invocation, const QStringList &recipients)
 {
     if (invocation.has("to") || invocation.has("yes"))
         return true;
-    // On standard error, where it is seen even if the output goes into a file.
-    const QString question =
-        QStringLiteral("Queue the %1 report of '%2' of %3 for %4? [y/N] ")
-            .arg(kindName(invocation.kind), invocation.token,
-                 invocation.date().toString(Qt::ISODate), recipients.join(QStringLiteral(", ")));
-    std::fputs(question.toUtf8().constData(), stderr);
+    Output::ask(QStringLiteral("Queue the %1 report of '%2' of %3 for %4? [y/N] ")
+                    .arg(kindName(invocation.kind), invocation.token,
+                         invocation.date().toString(Qt::ISODate),
+                         recipients.join(QStringLiteral(", "))));
     char answer[8] = {};
     return std::fgets(answer, sizeof answer, stdin) && (answer[0] == 'y' || answer[0] == 'Y');
 }

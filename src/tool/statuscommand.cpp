@@ -7,7 +7,6 @@
 #include "tool/tool.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 
 #include <algorithm>
 
@@ -33,7 +32,7 @@ void printJson(const QVector<ReportStatus> &reports, const QDateTime &now, int s
     const QJsonObject object{{QStringLiteral("moment"), now.toUTC().toString(Qt::ISODate)},
                              {QStringLiteral("status"), status},
                              {QStringLiteral("reports"), array}};
-    Output::print(QString::fromUtf8(QJsonDocument(object).toJson()).trimmed());
+    Output::print(object);
 }
 
 } // namespace

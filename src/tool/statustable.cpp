@@ -101,21 +101,21 @@ QJsonValue jsonText(const QString &text)
 
 } // namespace
 
-QString statusTable(const QVector<ReportStatus> &reports)
+QStringList statusTable(const QVector<ReportStatus> &reports)
 {
     QVector<QStringList> rows{
         QStringLiteral("SCHEMA REPORT ON TIME LAST NEXT TO QUEUED OLDEST STATE")
             .split(QLatin1Char(' '))};
     QVector<Output::Colour> colours;
-    QString details;
+    QStringList details;
     for (const ReportStatus &report : reports) {
         rows.append(tableRow(report));
         colours.append(stateColour(report));
         if (!report.reason.isEmpty())
-            details += QStringLiteral("\n%1: %2").arg(headline(report), report.detail);
+            details += QStringLiteral("%1: %2").arg(headline(report), report.detail);
     }
-    const QString table = Output::table(rows, colours);
-    return details.isEmpty() ? table : table + QLatin1Char('\n') + details;
+    const QStringList table = Output::table(rows, colours);
+    return details.isEmpty() ? table : table + QStringList(QString()) + details;
 }
 
 QJsonObject statusJson(const ReportStatus &report)

@@ -4,8 +4,10 @@
 
 #include <QJsonObject>
 
-/// Within 120 columns: a line per report, and below a sentence for each that needs a look.
-QString statusTable(const QVector<ReportStatus> &reports);
+/// The lines to print, within 120 columns: one per report, and below a sentence, of any length, for
+/// each that needs a look.
+QStringList statusTable(const QVector<ReportStatus> &reports);
 
-/// Everything about one report, for monitors. Moments are ISO 8601 with offset, or null.
+/// Everything about one report, for monitors. Moments are ISO 8601 with offset, ages seconds; what
+/// there is nothing to say of is null.
 QJsonObject statusJson(const ReportStatus &report);

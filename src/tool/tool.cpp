@@ -150,7 +150,7 @@ int Tool::run(const QString &name, const QStringList &arguments)
     if (!parser.parse(arguments))
         return invocation.wrong(parser.errorText());
     if (invocation.has("help")) {
-        Output::print(parser.helpText().trimmed());
+        Output::print(parser.helpText().trimmed().split(QLatin1Char('\n')));
         return Well;
     }
     return runCommand(command, invocation);

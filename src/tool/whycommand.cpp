@@ -90,13 +90,14 @@ int explain(const Invocation &invocation, const SchemaConnection &connection, co
     const auto stored = StoredSettings::read(connection.database(), invocation.kind);
     if (Messages::print())
         return Tool::CouldNotAsk;
-    Output::print(QStringLiteral("The %1 report of '%2' (database '%3') on %4:\n")
+    Output::print(QStringLiteral("The %1 report of '%2' (database '%3') on %4:")
                       .arg(kindName(invocation.kind), invocation.token, connection.databaseName,
                            Output::exactMoment(now)));
+    Output::print(QString());
     printRules(stored, now);
     const QDateTime next = nextDue(stored.settings, now);
-    Output::print(QStringLiteral("\n%1\nNext due: %2")
-                      .arg(answer(reportReason(stored.settings, now)), Output::exactMoment(next)));
+    Output::print(QStringList{QString(), answer(reportReason(stored.settings, now)),
+                              QStringLiteral("Next due: %1").arg(Output::exactMoment(next))});
     // A report that will never be due is what an operator must look at.
     return next.isValid() ? Tool::Well : Tool::Look;
 }

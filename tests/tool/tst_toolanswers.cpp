@@ -146,6 +146,13 @@ void TestToolAnswers::statusOfManySchemas()
     QVERIFY(!outcome.output.contains("gone"));
     outcome = run({"status", "--single"}); // the information database is no schema
     QCOMPARE(outcome.status, 1);
+    info->exec("UPDATE `schemas` SET token = 'x\nfirm  daily\x1b[2J' WHERE token = 'gone'");
+    QVERIFY(run({"status"})
+                .output.contains("\nx\uFFFD"
+                                 "firm  daily\uFFFD[2J "));
+    info->exec("ALTER TABLE `schemas` DROP sid"); // an empty list is no answer
+    QCOMPARE(run({"status"}).status, 2);
+    QCOMPARE(run({"check"}).status, 2);
 }
 
 void TestToolAnswers::whyTellsEachRule_data()
