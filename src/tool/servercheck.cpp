@@ -5,16 +5,17 @@
 #include <QDateTime>
 #include <QDir>
 #include <QSqlError>
-#include <QStorageInfo>
 #include <QTemporaryFile>
+
+#include <sys/statvfs.h>
 
 namespace
 {
 
-constexpr qint64 clockToleranceSeconds = 5;
-constexpr int connectionsToSpare = 20; // for the product, its people and an operator
-constexpr qint64 bytesPerMiB = 1048576;
-constexpr qint64 spaceWantedMiB = 512;
+constexpr qint64 clockToleranceSeconds = 5; // more than NTP leaves, and a slow answer costs
+constexpr int connectionsToSpare = 20;      // for the product, its people and an operator
+constexpr quint64 bytesPerMiB = 1048576;
+constexpr quint64 spaceWantedMiB = 512;
 
 /// Nothing where the statement fails.
 QVariant ask(const QSqlDatabase &database, const char *statement)
@@ -87,12 +88,22 @@ QVector<Finding> checkTemporaryDirectory()
     Findings findings(QStringLiteral("host"));
     const QString path = QDir::tempPath();
     // Rights alone do not tell: a full or read-only disk refuses as well.
+    if (path.isEmpty()) { // that is what Qt makes of it, and workbooks would go to the root
+        findings.problem(QStringLiteral("the temporary directory '%1' does not exist")
+                             .arg(qEnvironmentVariable("TMPDIR")),
+                         QStringLiteral("make it, or point TMPDIR elsewhere"));
+        return findings.list;
+    }
     QTemporaryFile file(path + QStringLiteral("/autoreport-check-XXXXXX"));
     if (!file.open())
         findings.problem(QStringLiteral("can not write into the temporary directory '%1': %2")
                              .arg(path, file.errorString()),
                          QStringLiteral("make it writable, or point TMPDIR elsewhere"));
-    const qint64 free = QStorageInfo(path).bytesAvailable() / bytesPerMiB;
+    // Qt's own answer goes by the table of mounts, which knows little in a chroot or a container.
+    struct statvfs room = {};
+    if (::statvfs(QFile::encodeName(path).constData(), &room) != 0)
+        return findings.list;
+    const quint64 free = room.f_bavail * room.f_frsize / bytesPerMiB;
     if (free < spaceWantedMiB)
         findings.problem(
             QStringLiteral("%1 MiB are free in the temporary directory '%2'")
