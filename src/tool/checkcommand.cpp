@@ -38,6 +38,7 @@ QVector<Finding> findAll(Schemas &schemas, const QStringList &tokens)
     return findings + ofSchemas;
 }
 
+/// Two lines each, for people: what it is, and what to do about it.
 void printText(const QVector<Finding> &findings, int schemas)
 {
     for (const Finding &finding : findings) {

@@ -3,7 +3,10 @@
 class Invocation;
 class QCommandLineParser;
 
-// Each command: the options that are its own, and its work, which gives the exit status.
+// Each command in two functions: describe... adds the options that are its own, run... does its
+// work and gives the exit status, one of Tool::Status or that of an interruption. What went wrong
+// is on standard error by then, or in the collected warnings, which Tool::run prints. A command
+// opens what it needs and leaves no connection behind. All on the main thread.
 
 void describeStatus(QCommandLineParser &parser);
 int runStatus(const Invocation &invocation);

@@ -4,7 +4,8 @@
 #include <QString>
 #include <QVector>
 
-/// Something that a check came upon, and what to do about it.
+/// Something that a check came upon, and what to do about it. Texts are half sentences without a
+/// full stop, as they come from here or from the server; `remedy` is never empty.
 struct Finding {
     bool isProblem;  ///< else worth knowing, but no reason for an exit status
     QString subject; ///< "server", "host", or a schema's token
@@ -12,7 +13,7 @@ struct Finding {
     QString remedy;
 };
 
-/// Findings of one subject, in the order in which they were made.
+/// Collects findings of one subject, in the order in which they are made.
 class Findings
 {
 public:

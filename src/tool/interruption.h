@@ -18,6 +18,6 @@ public:
     /// Whether one came since the object was made; false without an object.
     static bool isRequested();
 
-    /// The exit status of a program that such a signal ended, as shells know it: 130 or 143.
+    /// The exit status of a program that such a signal ended, as shells know it: 130 for SIGINT.
     static int status();
 };

@@ -6,7 +6,7 @@
  * Collects the warnings that the product's code logs while it lives: they are the reasons that a
  * command gives. Nothing is printed; lines below a warning are dropped.
  *
- * One object at a time, for a program with one thread.
+ * One object at a time, for a program with one thread; the handler before it is back afterwards.
  */
 class Messages
 {

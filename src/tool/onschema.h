@@ -6,8 +6,10 @@
 #include <functional>
 
 /**
- * Opens the schema that the command line names and gives back what `work` gives; without a way to
- * it, says why.
+ * Opens the schema that the command line names and gives back what `work` gives, an exit status.
+ * Without a way to it, says why, calls nothing and gives Tool::CouldNotAsk.
+ *
+ * The connection is closed when `work` returns; queries of its own must be gone by then.
  */
 int onSchema(const Invocation &invocation, SchemaConnection::Access access,
              const std::function<int(const SchemaConnection &)> &work);

@@ -11,7 +11,8 @@
 namespace
 {
 
-/// What is wrong with the file to be written, or an empty text.
+/// What is wrong with the name of the file to be written, or an empty text. Without an extension
+/// that says the format, the operator would not know what was made.
 QString pathFault(const QString &path)
 {
     const QFileInfo file(path);

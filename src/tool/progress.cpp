@@ -10,7 +10,7 @@ namespace
 {
 
 constexpr qint64 patienceMs = 1000;
-constexpr qint64 intervalMs = 100;
+constexpr qint64 intervalMs = 100; // what eyes follow
 constexpr int barWidth = 30;
 
 } // namespace

@@ -14,6 +14,7 @@ std::optional<ReportKind> kindFromName(const QString &name)
     return std::nullopt;
 }
 
+// Written out: the lock that hosts hold carries it, whatever the classes are called one day.
 const char *reportClass(ReportKind kind)
 {
     return kind == ReportKind::Daily ? "DailyAttenReport" : "MonthlyAttenReport";

@@ -18,6 +18,7 @@
 namespace
 {
 
+// Not the well-formed alone: what the report itself would refuse has to be seen as not queued.
 QStringList chosenRecipients(const Invocation &invocation, const QSqlDatabase &database)
 {
     if (invocation.has("to"))
@@ -38,7 +39,7 @@ bool isAgreed(const Invocation &invocation, const QStringList &recipients)
                     .arg(kindName(invocation.kind), invocation.token,
                          invocation.date().toString(Qt::ISODate),
                          recipients.join(QStringLiteral(", "))));
-    char answer[8] = {};
+    char answer[8] = {}; // the end of the input is a no
     return std::fgets(answer, sizeof answer, stdin) && (answer[0] == 'y' || answer[0] == 'Y');
 }
 

@@ -30,6 +30,7 @@ QVector<Row> ask(const QSqlDatabase &database, const QString &statement, int col
     return rows;
 }
 
+// Both reports miss the same table; it is one finding.
 void checkTables(const QSqlDatabase &database, const QVector<ReportKind> &enabled,
                  Findings &findings)
 {
@@ -87,6 +88,7 @@ void checkStorage(const QSqlDatabase &database, Findings &findings)
                          QStringLiteral("ALTER TABLE vars ADD UNIQUE KEY (name)"));
 }
 
+/// That what is written comes back: letters as they are, attachments in full.
 void checkColumns(const QSqlDatabase &database, Findings &findings)
 {
     const auto columns =
@@ -115,6 +117,7 @@ void checkColumns(const QSqlDatabase &database, Findings &findings)
                          QStringLiteral("ALTER TABLE emails MODIFY data LONGBLOB"));
 }
 
+/// That what is queued can leave, and what will be queued is taken.
 void checkMails(const QSqlDatabase &database, Findings &findings)
 {
     // The sender fetches a mail in one piece, and a restored dump writes it with escapes: twice.

@@ -8,5 +8,11 @@ struct SchemaCheck {
     bool isEnabled = false; ///< it has a report that is switched on
 };
 
-/// What one schema must have for the reports that are switched on in it. Nothing is written.
+/**
+ * What one schema must have for the reports that are switched on in it. Nothing is written, and of
+ * the data only the settings and the queue's sizes are read.
+ *
+ * A schema that cannot be reached is a finding like any other. The connection is closed at the end;
+ * `schemas` must be open.
+ */
 SchemaCheck checkSchema(Schemas &schemas, const QString &token);

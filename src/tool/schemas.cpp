@@ -89,6 +89,7 @@ QStringList Schemas::tokens()
 ConnectionOptions Schemas::find(const QString &token)
 {
     ConnectionOptions found = options;
+    // Any other token would be answered for by the wrong database.
     if (!manager) {
         if (token != options.databaseName)
             found.databaseName.clear();
@@ -113,7 +114,7 @@ SchemaConnection::SchemaConnection(Schemas &schemas, const QString &token, Acces
                 : failures.join(QStringLiteral("; "));
         return;
     }
-    // Not through the manager, which keeps the connections that it made.
+    // Not through the manager, which reconnects and keeps the connections that it made.
     QSqlDatabase db = way.addDatabase(schemaName(), ConnectionOptions::OnLoss::Fail);
     if (!db.open()) {
         error = openFailure(db);

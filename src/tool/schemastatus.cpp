@@ -12,8 +12,8 @@ namespace
 {
 
 constexpr qint64 graceSeconds = 4200; // a scan an hour, a tick a minute, and the report itself
-constexpr qint64 clockToleranceSeconds = 300;
-constexpr qint64 queuePatienceSeconds = 3600;
+constexpr qint64 clockToleranceSeconds = 300; // hosts whose clocks differ a little are no fault
+constexpr qint64 queuePatienceSeconds = 3600; // senders work in minutes
 
 /// The first reason counts: they are looked for in the order in which they need mending.
 void say(ReportStatus &status, const char *reason, const QString &detail)
@@ -37,6 +37,8 @@ bool isOverdue(const ReportSettings &settings, const QDateTime &now)
     return reportReason(settings, scheduled) == ReportReason::Due;
 }
 
+// In the order in which an operator mends them: what keeps every report from going out first, what
+// is only seen by its absence last.
 void judgeSettings(ReportStatus &status, const QDateTime &now)
 {
     const ReportSettings &settings = status.stored.settings;
@@ -89,6 +91,7 @@ void judge(ReportStatus &status, const QSqlDatabase &database, const QDateTime &
 void readQueue(ReportStatus &status, const QSqlDatabase &database)
 {
     QSqlQuery query = freshQuery(database);
+    // A failure is told where the tables are looked at, for the reports that need this one.
     if (!query.exec(QStringLiteral("SELECT COUNT(*), UNIX_TIMESTAMP() - MIN(created) FROM emails "
                                    "WHERE status = 'Q'")) ||
         !query.next())

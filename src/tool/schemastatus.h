@@ -16,14 +16,16 @@ struct StoredSettings {
     QMap<QString, QVariant> values; ///< by key, without the prefix
     ReportSettings settings;
 
+    /// A failure is a warning in the log; what is missing has its default then.
     static StoredSettings read(const QSqlDatabase &database, ReportKind kind);
 
+    /// As it was written, empty where it was not.
     QString text(const char *key) const { return values.value(QLatin1String(key)).toString(); }
     /// Whether the scan of a host takes the schema up: it asks for exactly 1.
     bool isFoundByScan() const { return text("enabled").toInt() == 1; }
 };
 
-/// Recipients as they are mailed to: trimmed, blank ones left out.
+/// Recipients as they are mailed to: trimmed, blank ones left out, in the order of the setting.
 struct Recipients {
     explicit Recipients(const QStringList &written);
 
@@ -31,18 +33,23 @@ struct Recipients {
     QStringList malformed;
 };
 
-/// How one report of one schema is doing.
+/**
+ * How one report of one schema is doing, at the moment for which it was asked. Moments are in local
+ * time, which is what the schedule goes by.
+ */
 struct ReportStatus {
     QString token;
     QString databaseName;
     std::optional<ReportKind> kind; ///< none: the schema as a whole could not be asked
     StoredSettings stored;
-    QDateTime next; ///< next due
-    int queued = 0; ///< mails of the whole schema that wait for the sender
-    qint64 oldestSeconds = 0;
-    QString reason; ///< one word; empty while all is well
-    QString detail; ///< a sentence, and what to do
+    QDateTime next;           ///< next due; invalid when it never will be
+    int queued = 0;           ///< mails of the whole schema that wait for the sender
+    qint64 oldestSeconds = 0; ///< age of the oldest of them, by the server's clock
+    QString reason;           ///< one word; empty while all is well
+    QString detail;           ///< a sentence, and what to do
 };
 
-/// Both reports of a schema, or one record that says why it could not be asked.
+/// Both reports of a schema, daily first, or one record that says why it could not be asked.
+/// Nothing is written; the connection is closed at the end. Warnings that were not taken yet are
+/// lost.
 QVector<ReportStatus> readStatus(Schemas &schemas, const QString &token, const QDateTime &now);

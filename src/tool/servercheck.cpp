@@ -66,6 +66,7 @@ QVector<Finding> checkServer(const QSqlDatabase &master)
     return findings.list;
 }
 
+// A host that runs out of connections serves some schemas and not others, by chance.
 QVector<Finding> checkConnections(const QSqlDatabase &master, int schemas, int enabled)
 {
     Findings findings(QStringLiteral("server"));
@@ -87,13 +88,13 @@ QVector<Finding> checkTemporaryDirectory()
 {
     Findings findings(QStringLiteral("host"));
     const QString path = QDir::tempPath();
-    // Rights alone do not tell: a full or read-only disk refuses as well.
     if (path.isEmpty()) { // that is what Qt makes of it, and workbooks would go to the root
         findings.problem(QStringLiteral("the temporary directory '%1' does not exist")
                              .arg(qEnvironmentVariable("TMPDIR")),
                          QStringLiteral("make it, or point TMPDIR elsewhere"));
         return findings.list;
     }
+    // Rights alone do not tell: a full or read-only disk refuses as well.
     QTemporaryFile file(path + QStringLiteral("/autoreport-check-XXXXXX"));
     if (!file.open())
         findings.problem(QStringLiteral("can not write into the temporary directory '%1': %2")

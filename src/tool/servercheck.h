@@ -4,11 +4,15 @@
 
 #include <QSqlDatabase>
 
-/// What the server and this machine must have, apart from any schema.
+// Statements that fail find nothing: which rights an account has is the schemas' matter. `master`
+// is open and stays so.
+
+/// What the server must have apart from any schema, its clock against this machine's included.
 QVector<Finding> checkServer(const QSqlDatabase &master);
 
 /// Whether a host gets all its connections: for `schemas` served, `enabled` of them with a report.
 QVector<Finding> checkConnections(const QSqlDatabase &master, int schemas, int enabled);
 
-/// The temporary directory of this process.
+/// Whether the temporary directory of this process, by TMPDIR, takes workbooks. A file is made in
+/// it for a moment.
 QVector<Finding> checkTemporaryDirectory();

@@ -62,6 +62,7 @@ private:
         set("emails", addresses.join(QLatin1Char(',')));
     }
 
+    // Stricter than the report, which takes what it cannot read for midnight.
     void readTime()
     {
         if (!invocation.has("time"))
@@ -85,6 +86,7 @@ private:
                       format == QLatin1String("xlsx") ? QStringLiteral("1") : QStringLiteral("0"));
     }
 
+    /// A setting of this report; the rest belongs to the whole schema.
     void set(const char *key, const QString &value)
     {
         values.insert(settingsPrefix(invocation.kind) + QLatin1String(key), value);
@@ -119,6 +121,7 @@ int applyChanges(const SchemaConnection &connection, const QMap<QString, QVarian
                           .arg(connection.databaseName));
         return Tool::Look;
     }
+    // What was there before is the way back from a slip.
     for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {
         const QString old = before.contains(entry.key())
                                 ? QStringLiteral("'%1'").arg(before.value(entry.key()).toString())

@@ -13,6 +13,7 @@
 namespace
 {
 
+// One after another: thousands of connections at once would take them from the hosts.
 QVector<ReportStatus> readAll(Schemas &schemas, const QStringList &tokens, const QDateTime &now)
 {
     QVector<ReportStatus> reports;
@@ -48,6 +49,7 @@ int runStatus(const Invocation &invocation)
 {
     Schemas schemas(invocation.connection);
     QString failure = schemas.open();
+    // Asked for by name, a schema that is not there is a mistake of the caller, not of the schema.
     const QString only = invocation.value("schema");
     if (failure.isEmpty() && !only.isEmpty() && schemas.find(only).databaseName.isEmpty())
         failure = QStringLiteral("there is no active schema '%1': autoreport status without "

@@ -17,6 +17,7 @@ constexpr qint64 secondsPerMinute = 60;
 constexpr qint64 secondsPerHour = 3600;
 constexpr qint64 secondsPerDay = 86400;
 
+// Seconds that no calendar holds come from damaged settings.
 QDateTime lastGenerated(const ReportStatus &report)
 {
     const qint64 seconds = report.stored.settings.lastGenerated;
@@ -24,6 +25,7 @@ QDateTime lastGenerated(const ReportStatus &report)
                         : QDateTime::fromSecsSinceEpoch(std::min(seconds, endOfYear9999));
 }
 
+// A column stays as wide as its heading: the exact number is in the JSON.
 QString count(int number)
 {
     return number > maxCount ? QStringLiteral(">99") : QString::number(number);
@@ -41,6 +43,7 @@ QString age(qint64 seconds)
     return QStringLiteral("%1 d").arg(seconds / secondsPerDay);
 }
 
+/// "2" or, with one entry that is no address, "2+1".
 QString recipientsText(const ReportStatus &report)
 {
     const Recipients recipients(report.stored.settings.recipients);
@@ -50,6 +53,7 @@ QString recipientsText(const ReportStatus &report)
                : good + QLatin1Char('+') + count(recipients.malformed.size());
 }
 
+/// The last column: the reason, or that there is none.
 QString stateText(const ReportStatus &report)
 {
     if (!report.reason.isEmpty())
@@ -83,6 +87,7 @@ QStringList tableRow(const ReportStatus &report)
             stateText(report)};
 }
 
+/// What the sentence below the table begins with: the token in full, unlike in its row.
 QString headline(const ReportStatus &report)
 {
     return report.kind ? report.token + QLatin1Char(' ') + kindName(*report.kind) : report.token;

@@ -74,7 +74,8 @@ void describe(const Command &command, QCommandLineParser &parser)
     OptionReader::describe(parser);
 }
 
-/// Fills in what the positional arguments say; gives what is wrong with them, or an empty text.
+/// Fills in what the positional arguments, the command's name first, say; gives what is wrong with
+/// them, or an empty text.
 QString readArguments(const Command &command, Invocation &invocation)
 {
     const QStringList given = invocation.parser.positionalArguments();
@@ -103,6 +104,7 @@ int runCommand(const Command &command, Invocation &invocation)
     if (reader.error.isEmpty())
         invocation.connection.password = reader.password();
     const QString language = reader.language();
+    // All that the command line lacks is said before the first connection is tried.
     if (reader.error.isEmpty()) {
         Language::install(language);
         // From here on warnings are reasons to be told, not lines of a log.

@@ -10,7 +10,8 @@
 namespace
 {
 
-/// The moment of "--at"; where the clock shows it twice the first, where it never does the next.
+/// The moment of "--at", invalid when it is none; where the clock shows it twice the first, where
+/// it never does the next.
 QDateTime askedMoment(const Invocation &invocation)
 {
     if (!invocation.has("at"))
@@ -53,6 +54,7 @@ QString ruleText(const ScheduleRule &rule, const StoredSettings &stored, const Q
     return {};
 }
 
+/// The verdict that the schedule itself gives; the rules above it only explain.
 QString answer(ReportReason reason)
 {
     switch (reason) {
