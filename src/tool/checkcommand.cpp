@@ -1,6 +1,7 @@
 #include "tool/commands.h"
 #include "tool/invocation.h"
 #include "tool/messages.h"
+#include "tool/onschema.h"
 #include "tool/output.h"
 #include "tool/progress.h"
 #include "tool/schemacheck.h"
@@ -68,21 +69,8 @@ void printJson(const QVector<Finding> &findings, int schemas, int status)
     Output::print(object);
 }
 
-} // namespace
-
-void describeCheck(QCommandLineParser &parser)
+int checkAll(const Invocation &invocation, Schemas &schemas)
 {
-    parser.addOption({QStringLiteral("json"), QStringLiteral("Print JSON, for a monitor.")});
-}
-
-int runCheck(const Invocation &invocation)
-{
-    Schemas schemas(invocation.connection);
-    const QString failure = schemas.open();
-    if (!failure.isEmpty()) {
-        Output::error(failure);
-        return Tool::CouldNotAsk;
-    }
     const QStringList tokens = schemas.tokens();
     if (Messages::print()) // a list that could not be read looks like an empty one
         return Tool::CouldNotAsk;
@@ -95,4 +83,16 @@ int runCheck(const Invocation &invocation)
     else
         printText(findings, tokens.size());
     return status;
+}
+
+} // namespace
+
+void describeCheck(QCommandLineParser &parser)
+{
+    parser.addOption({QStringLiteral("json"), QStringLiteral("Print JSON, for a monitor.")});
+}
+
+int runCheck(const Invocation &invocation)
+{
+    return onSchemas(invocation, [&](Schemas &schemas) { return checkAll(invocation, schemas); });
 }

@@ -30,6 +30,13 @@ QVector<Row> ask(const QSqlDatabase &database, const QString &statement, int col
     return rows;
 }
 
+void tellUnmet(const QStringList &unmet, Findings &findings)
+{
+    for (const QString &text : unmet)
+        findings.problem(text, QStringLiteral("bring the schema up to the product's version, or "
+                                              "grant SELECT on it"));
+}
+
 // Both reports miss the same table; it is one finding.
 void checkTables(const QSqlDatabase &database, const QVector<ReportKind> &enabled,
                  Findings &findings)
@@ -38,9 +45,7 @@ void checkTables(const QSqlDatabase &database, const QVector<ReportKind> &enable
     for (const ReportKind kind : enabled)
         unmet += Requirements::unmet(database, kind);
     unmet.removeDuplicates();
-    for (const QString &text : qAsConst(unmet))
-        findings.problem(text, QStringLiteral("bring the schema up to the product's version, or "
-                                              "grant SELECT on it"));
+    tellUnmet(unmet, findings);
 }
 
 /// The server explains a statement only to who may run it.
@@ -175,9 +180,7 @@ SchemaCheck checkSchema(Schemas &schemas, const QString &token)
     const QSqlDatabase database = connection.database();
     // Without its settings nobody knows what else the schema needs.
     const QStringList vars = Requirements::unmet(database, QStringLiteral("vars"));
-    for (const QString &text : vars)
-        findings.problem(text, QStringLiteral("bring the schema up to the product's version, or "
-                                              "grant SELECT on it"));
+    tellUnmet(vars, findings);
     QVector<ReportKind> enabled;
     for (const ReportKind kind : {ReportKind::Daily, ReportKind::Monthly}) {
         if (vars.isEmpty() && StoredSettings::read(database, kind).settings.enabled)

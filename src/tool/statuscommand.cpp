@@ -1,6 +1,7 @@
 #include "tool/commands.h"
 #include "tool/invocation.h"
 #include "tool/messages.h"
+#include "tool/onschema.h"
 #include "tool/output.h"
 #include "tool/progress.h"
 #include "tool/statustable.h"
@@ -36,27 +37,14 @@ void printJson(const QVector<ReportStatus> &reports, const QDateTime &now, int s
     Output::print(object);
 }
 
-} // namespace
-
-void describeStatus(QCommandLineParser &parser)
+int showStatus(const Invocation &invocation, Schemas &schemas)
 {
-    parser.addOption(
-        {QStringLiteral("schema"), QStringLiteral("This schema alone."), QStringLiteral("token")});
-    parser.addOption({QStringLiteral("json"), QStringLiteral("Print JSON, for a monitor.")});
-}
-
-int runStatus(const Invocation &invocation)
-{
-    Schemas schemas(invocation.connection);
-    QString failure = schemas.open();
-    // Asked for by name, a schema that is not there is a mistake of the caller, not of the schema.
     const QString only = invocation.value("schema");
-    if (failure.isEmpty() && !only.isEmpty() && schemas.find(only).databaseName.isEmpty())
-        failure = QStringLiteral("there is no active schema '%1': autoreport status without "
-                                 "--schema lists them")
-                      .arg(only);
-    if (!failure.isEmpty()) {
-        Output::error(failure);
+    // Asked for by name, a schema that is not there is a mistake of the caller, not of the schema.
+    if (!only.isEmpty() && schemas.find(only).databaseName.isEmpty()) {
+        Output::error(QStringLiteral("there is no active schema '%1': autoreport status without "
+                                     "--schema lists them")
+                          .arg(only));
         return Tool::CouldNotAsk;
     }
     const QStringList tokens = only.isEmpty() ? schemas.tokens() : QStringList{only};
@@ -73,4 +61,18 @@ int runStatus(const Invocation &invocation)
     else
         Output::print(statusTable(reports));
     return status;
+}
+
+} // namespace
+
+void describeStatus(QCommandLineParser &parser)
+{
+    parser.addOption(
+        {QStringLiteral("schema"), QStringLiteral("This schema alone."), QStringLiteral("token")});
+    parser.addOption({QStringLiteral("json"), QStringLiteral("Print JSON, for a monitor.")});
+}
+
+int runStatus(const Invocation &invocation)
+{
+    return onSchemas(invocation, [&](Schemas &schemas) { return showStatus(invocation, schemas); });
 }
