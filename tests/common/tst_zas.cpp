@@ -1,51 +1,226 @@
 #include "common/zas.h"
 
-#include <QTest>
+#include "support/logcapture.h"
+#include "support/testdata.h"
+#include "support/testserver.h"
+
+#include <QDateTime>
+#include <QUrlQuery>
 
 #include <limits>
+
+namespace
+{
+
+uint at(const char *text)
+{
+    return static_cast<uint>(QDateTime::fromString(text, "yyyy-MM-dd HH:mm:ss").toSecsSinceEpoch());
+}
+
+/// The date of a midnight; of any other moment the time as well.
+QString text(qint64 ts)
+{
+    return QDateTime::fromSecsSinceEpoch(ts).toString("yyyy-MM-dd HH:mm:ss").remove(" 00:00:00");
+}
+
+} // namespace
 
 class TestZas : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void durationText_data();
-    void durationText();
+    void durations_data();
+    void durations();
+    void notADuration();
+    void pointsInTime();
+    void calendar_data();
+    void calendar();
+    void monthsAndDays();
+    void roundingSteps();
+    void texts();
+    void administrator();
+    void helpersThatAskTheDatabase();
 };
 
-void TestZas::durationText_data()
+void TestZas::durations_data()
 {
-    QTest::addColumn<qint64>("seconds");
-    QTest::addColumn<uint>("format");
-    QTest::addColumn<bool>("limit24");
-    QTest::addColumn<QString>("text");
-
-    const auto row = [](const char *name, qint64 seconds, uint format, bool limit24,
-                        const char *text) {
-        QTest::newRow(name) << seconds << format << limit24 << QString::fromLatin1(text);
-    };
-    row("zero", 0, 2, false, "00:00");
-    row("hours alone", 7 * 3600, 1, false, "07");
-    row("hours alone lose the sign", -7 * 3600, 1, false, "07");
-    row("negative below a minute keeps its sign", -59, 2, false, "-00:00");
-    row("negative", -3600, 2, false, "-01:00");
-    row("seconds", 45, 3, false, "00:00:45");
-    row("unknown formats show seconds", 25509, 9, false, "07:05:09");
-    row("more than 99 hours", 360000, 2, false, "100:00");
-    row("wrapped above a day", 90061, 2, true, "01:01");
-    row("a whole day is not wrapped", 86400, 2, true, "24:00");
-    row("one second more is", 86401, 3, true, "00:00:01");
-    row("negative is never wrapped", -90061, 2, true, "-25:01");
-    row("smallest", std::numeric_limits<qint64>::min(), 3, false, "-2562047788015215:30:08");
+    addColumns<qint64, uint, bool, QString>("seconds", "format", "limit24", "text");
+    addRow("hours alone lose the sign", Q_INT64_C(-25200), 1U, false, "07");
+    addRow("negative below a minute keeps its sign", Q_INT64_C(-59), 2U, false, "-00:00");
+    addRow("unknown formats show seconds", Q_INT64_C(25509), 9U, false, "07:05:09");
+    addRow("more than 99 hours", Q_INT64_C(360000), 2U, false, "100:00");
+    addRow("wrapped above a day", Q_INT64_C(90061), 2U, true, "01:01");
+    addRow("a whole day is not wrapped", Q_INT64_C(86400), 2U, true, "24:00");
+    addRow("one second more is", Q_INT64_C(86401), 3U, true, "00:00:01");
+    addRow("negative is never wrapped", Q_INT64_C(-90061), 2U, true, "-25:01");
+    addRow("smallest", std::numeric_limits<qint64>::min(), 3U, false, "-2562047788015215:30:08");
+    addRow("largest", std::numeric_limits<qint64>::max(), 3U, false, "2562047788015215:30:07");
 }
 
-void TestZas::durationText()
+void TestZas::durations()
 {
     QFETCH(qint64, seconds);
     QFETCH(uint, format);
     QFETCH(bool, limit24);
     QTEST(ZAS::tsToTimeString(seconds, format, limit24), "text");
+    const auto thereAndBack = [seconds](uint precision) {
+        return ZAS::timeStringToTs(ZAS::tsToTimeString(seconds, precision, false)).value();
+    };
+    QCOMPARE(thereAndBack(3), seconds);
+    QCOMPARE(thereAndBack(2), seconds - seconds % 60);
 }
 
-QTEST_APPLESS_MAIN(TestZas)
+void TestZas::notADuration()
+{
+    for (const char *text : {"", "7", "07:60", "07:05:60", "07:5", "+07:05", " 07:05", "07:05\n",
+                             "--07:05", "7:05:09:01", "2562047788015215:30:08",
+                             "99999999999999999999:00", "-2562047788015215:30:09"})
+        QVERIFY2(!ZAS::timeStringToTs(text), text);
+}
+
+void TestZas::pointsInTime()
+{
+    QLocale::setDefault(QLocale::C);
+    const uint ts = at("2024-03-31 14:05:09"); // a day of 23 hours
+    const QString date = QLocale::system().toString(QDate(2024, 3, 31), QLocale::ShortFormat);
+    QCOMPARE(ZAS::tsToDateTimeString(ts), date + " 14:05");
+    QCOMPARE(ZAS::tsToTimeString(25509), QString("07:05"));
+    QCOMPARE(ZAS::secondsFromTimestamp(ts), 14U * 3600 + 5 * 60 + 9);
+    ZAS::timeSecondPrecision = true;
+    QCOMPARE(ZAS::tsToDateTimeString(ts), date + " 14:05:09");
+    QCOMPARE(ZAS::tsToTimeStringLimit(90061), QString("01:01:01"));
+    ZAS::timeSecondPrecision = false;
+    QCOMPARE(ZAS::getMask4timeValue("7:05", false), QString("[0-9][0-9]:[0-9][0-9]"));
+    QCOMPARE(ZAS::getMask4timeValue("-123:05", true),
+             QString("[0-9][0-9][0-9]:[0-9][0-9]:[0-9][0-9]"));
+}
+
+void TestZas::calendar_data()
+{
+    // Midnight, the next and the previous one, the month's first and last day.
+    addColumns<QString, int>("days", "weekday");
+    addRow("2024-03-31 23:59:59", "2024-03-31 2024-04-01 2024-03-30 2024-03-01 2024-03-31", 7);
+    addRow("2024-10-27 00:00:00", "2024-10-27 2024-10-28 2024-10-26 2024-10-01 2024-10-31", 7);
+    addRow("2024-03-01 12:00:00", "2024-03-01 2024-03-02 2024-02-29 2024-03-01 2024-03-31", 5);
+    addRow("2023-12-31 12:00:00", "2023-12-31 2024-01-01 2023-12-30 2023-12-01 2023-12-31", 7);
+}
+
+void TestZas::calendar()
+{
+    const uint ts = at(QTest::currentDataTag());
+    const QStringList days{text(ZAS::midnightFromTs(ts)), text(ZAS::nextMidnight(ts)),
+                           text(ZAS::prevMidnight(ts)), text(ZAS::firstDayOfMonth(ts)),
+                           text(ZAS::lastDayOfMonth(ts))};
+    QTEST(days.join(' '), "days");
+    QTEST(static_cast<int>(ZAS::dayOfWeek(ts)), "weekday");
+}
+
+void TestZas::monthsAndDays()
+{
+    const uint ts = at("2020-03-31 23:59:59");
+    QCOMPARE(ZAS::monthFromTimestamp(ts), 202003U);
+    QCOMPARE(ZAS::monthFromDate(QDate(2024, 12, 1)), 202412U);
+    QCOMPARE(ZAS::monthStrFromTimestamp(ts), QString("3 / 2020"));
+    // Days, the first one's weekday, holidays.
+    QCOMPARE(ZAS::workingDaysInMonth(31, 1, 0), 23);
+    QCOMPARE(ZAS::workingDaysInMonth(30, 6, 1), 19);
+    QCOMPARE(ZAS::workingDaysInMonth(28, 7, 2), 18);
+    QCOMPARE(ZAS::workingDaysInMonth(0, 1, 3), -3);
+    QCOMPARE(int(ZAS::workingDaysInWeek(0xE0)), 5);
+    QStringList names;
+    for (const int day : {1, 2, 3, 4, 5, 6, 7, 0, 8})
+        names << ZAS::getDayName(static_cast<uchar>(day), day % 2 == 0);
+    QCOMPARE(names.join(' '), QString("Pondelok UT Streda ŠT Piatok SO Nedeľa NE NE"));
+}
+
+void TestZas::roundingSteps()
+{
+    QStringList steps;
+    for (const int index : {0, 1, 2, 3, 4, 5, 6, -1}) {
+        const int seconds = ZAS::roundIndexToVal(index);
+        steps << ZAS::roundValToString(seconds) + QString(" %1").arg(seconds);
+        QCOMPARE(ZAS::roundValToIndex(seconds), index == 6 || index == -1 ? 0 : index);
+    }
+    const QString none = "bez zaokrúhľovania 0";
+    QCOMPARE(steps, QStringList({none, "minúta 60", "5 minút 300", "15 minút 900", "30 minút 1800",
+                                 "hodina 3600", none, none}));
+    QCOMPARE(ZAS::roundValToIndex(120), 0);
+    QString indexes;
+    for (const int interval : {60, 300, 900, 0, 61, 899, 901, 65535})
+        indexes += QString::number(ZAS::dayIssuesIndexFromInterval(static_cast<ushort>(interval)));
+    QCOMPARE(indexes, QString("12300033"));
+    QCOMPARE(int(ZAS::dayIssuesIntervalFromIndex(3)), 900);
+    QCOMPARE(int(ZAS::dayIssuesIntervalFromIndex(4)), 0);
+}
+
+void TestZas::texts()
+{
+    QCOMPARE(ZAS::firstInterruption("[D 1.5-2x][L 0.25]"), QString("D 1.5-2x"));
+    QCOMPARE(ZAS::shortcutFromInters("[SC 2 1.5][L 0.25]"), QString("SC 2"));
+    QVERIFY(ZAS::firstInterruption("D 1.5]").isEmpty() && ZAS::shortcutFromInters("").isEmpty());
+    QCOMPARE(ZAS::shiftKeyFromNum(-1, 31, 2), QString("-1-31-2"));
+    QCOMPARE(ZAS::makeShiftString(3, 1, true, true), QString("(3/1*)"));
+    QCOMPARE(ZAS::makeShiftString(3, 0, false, false), QString("3"));
+    QVERIFY(ZAS::checkDuplicateEntry("Duplicate entry 'a' for key 'PRIMARY'"));
+    QVERIFY(!ZAS::checkDuplicateEntry("Table 'a' doesn't exist"));
+    QCOMPARE(ZAS::getRandomString(5, "x"), QString("xxxxx"));
+    QVERIFY(ZAS::getRandomString(5, "").isEmpty() && ZAS::getRandomString(-1, "x").isEmpty());
+    for (const char *address : {"jan.novak@firma.sk", "Jan+Mzdy%1@Firma-SK.Travel"})
+        QVERIFY2(ZAS::validEmail(address), address);
+    for (const char *address : {"jan@firma.s", "jan@firma.abcdefghijklmnop", "Ján <jan@firma.sk>",
+                                " jan@firma.sk", "jan@"})
+        QVERIFY2(!ZAS::validEmail(address), address);
+}
+
+void TestZas::administrator()
+{
+    ZAS::LoginInfo &admin = ZAS::curAdmin;
+    admin.name = "Ján & syn";
+    admin.login = "jan";
+    admin.uids = "2,40";
+    admin.closedScreens.insert(static_cast<int>(ZAS::GUIStates::Plan));
+    ZAS::license = {"Firma s.r.o.", {"PLAN"}};
+    QCOMPARE(admin.getName(), QString("Ján & syn (jan)"));
+    QVERIFY(admin.checkPersonAccess(40) && !admin.checkPersonAccess(4));
+    QVERIFY(!admin.closurePerms() && !ZAS::guiAccess(ZAS::GUIStates::Plan));
+    QVERIFY(ZAS::isModule("PLAN") && !ZAS::isModule("MZDY"));
+    const QUrlQuery query(ZAS::getSupportChatUrl());
+    QCOMPARE(query.queryItemValue("name", QUrl::FullyDecoded), admin.name);
+    QCOMPARE(query.queryItemValue("company", QUrl::FullyDecoded), QString("Firma s.r.o."));
+    admin.login = "system";
+    QVERIFY(admin.checkPersonAccess(4));
+    QVERIFY(admin.closurePerms() && ZAS::guiAccess(ZAS::GUIStates::Plan));
+}
+
+void TestZas::helpersThatAskTheDatabase()
+{
+    LogCapture log;
+    const QDate today = QDate::currentDate();
+    QCOMPARE(ZAS::findFirstMonth(), today.addDays(1 - today.day())); // no connection at all
+    const TestDatabase schema(TestDatabase::Tables::Schema);
+    const QString usual = QLatin1String(QSqlDatabase::defaultConnection);
+    QVERIFY(TestServer::addConnection(usual, schema.name()).open());
+    schema.exec(QString("INSERT INTO atten (uid, date, dom) VALUES (1, 0, 1), (1, %1, 15)")
+                    .arg(at("2019-05-15 00:00:00")));
+    QCOMPARE(ZAS::findFirstMonth(), QDate(2019, 5, 1));
+
+    schema.exec("INSERT INTO people (uid, name, surname, status) VALUES (1, 'A', 'A', 1), "
+                "(2, 'B', 'B', 0), (3, 'C', 'C', 1)");
+    schema.exec("INSERT INTO admins_people VALUES (5, 2), (5, 7), (6, 1)");
+    const auto uidsOf = [](uint admin) {
+        ZAS::curAdminID = admin;
+        ZAS::loadCurrentAdminPeopleUids();
+        return ZAS::curAdmin.uids;
+    };
+    QCOMPARE(uidsOf(1), QString("1,3"));
+    QCOMPARE(uidsOf(5), QString("2,7"));
+    schema.exec("DROP TABLE admins_people");
+    QCOMPARE(uidsOf(5), QString());
+    QCOMPARE(log.countContaining("Cannot load from admin_people, ERROR: "), 1);
+    QSqlDatabase::database(usual).close();
+    QSqlDatabase::removeDatabase(usual);
+}
+
+QTEST_GUILESS_MAIN(TestZas)
 #include "tst_zas.moc"
