@@ -1,7 +1,6 @@
-#include "db/dbmanager.h"
 #include "support/connectionguard.h"
 #include "support/logcapture.h"
-#include "support/testserver.h"
+#include "support/testhost.h"
 
 #include <QTest>
 
@@ -25,51 +24,42 @@ private Q_SLOTS:
     void failedConnectionIsTriedAgain();
     void mastersStayOutOfThePool();
     void poolRemovesClosedConnections();
-    void emptyManagerIsQuiet();
 
 private:
-    void addSchema(const QString &token, const QString &databaseName, int status = 1);
+    const TestDatabase &info() const { return host->infoDatabase(); }
+    QString lastLine() const { return log->lines().back().text; }
+    void removeUnused(const QString &name) const
+    {
+        manager->addUnusedConnection(name);
+        manager->removeUnusedConnections();
+    }
 
     std::unique_ptr<LogCapture> log;
-    std::unique_ptr<TestDatabase> info;
-    std::unique_ptr<DBManager> manager;
+    std::unique_ptr<TestHost> host;
+    DBManager *manager = nullptr;
 };
 
 void TestDBManager::init()
 {
     log = std::make_unique<LogCapture>();
-    info = std::make_unique<TestDatabase>(TestDatabase::Tables::Info);
-    manager = std::make_unique<DBManager>();
-    manager->setInfoDB(TestServer::addConnection("KVH.InfoDB", info->name()));
+    host = std::make_unique<TestHost>(false);
+    manager = host->manager();
 }
 
 void TestDBManager::cleanup()
 {
-    manager.reset();
-    QSqlDatabase::removeDatabase("KVH.InfoDB");
-    info.reset();
+    host.reset();
     checkConnections(*log);
     log.reset();
-}
-
-void TestDBManager::addSchema(const QString &token, const QString &databaseName, int status)
-{
-    info->exec(QString("INSERT INTO `schemas` (token, name, user, pass, status) "
-                       "VALUES ('%1', '%2', '%3', '%4', %5)")
-                   .arg(token, databaseName, TestServer::user(),
-                        QString(TestServer::password().toUtf8().toBase64()),
-                        QString::number(status)));
 }
 
 void TestDBManager::infoFlagFollowsTheAttemptsToOpen()
 {
     QSqlDatabase db = manager->getInfoDB();
     QVERIFY(!manager->isInfoDB());
-    QVERIFY(manager->checkOpenDB(db));
-    QVERIFY(manager->isInfoDB());
+    QVERIFY(manager->checkOpenDB(db) && manager->isInfoDB());
 
-    QSqlDatabase other = TestServer::addConnection("other", info->name());
-    other.setPassword("wrong");
+    QSqlDatabase other = TestServer::addConnection("other", "nowhere");
     QVERIFY(!manager->checkOpenDB(other));
     QVERIFY2(manager->isInfoDB(), "another connection's failure does not count");
     other = QSqlDatabase();
@@ -79,20 +69,25 @@ void TestDBManager::infoFlagFollowsTheAttemptsToOpen()
     db.setDatabaseName("nowhere");
     QCOMPARE(manager->loadTokens(10, 0), QStringList());
     QVERIFY(!manager->isInfoDB());
-    QCOMPARE(log->countContaining("DBManager:: database nowhere can NOT open! ERROR: "), 1);
+    QCOMPARE(log->countContaining("DBManager:: database nowhere can NOT open! ERROR: "), 2);
+
+    DBManager empty;
+    QCOMPARE(empty.tokensCount(true), 0U);
+    QVERIFY(!empty.isInfoDB() && !empty.getDatabase(QString()).isValid());
+    QCOMPARE(log->lines().size(), 2); // without an information database that is no fault
 }
 
 void TestDBManager::tokens()
 {
-    for (const char *token : {"c", "a", "%1", "b"})
-        addSchema(token, QString("db_") + token);
-    addSchema("off", "db_off", 0);
+    for (const char *token : {"c", "a", "%1", "b", "off"})
+        info().addSchemas({token}, QString("db_") + token);
+    info().exec("UPDATE `schemas` SET status = 0 WHERE token = 'off'");
     for (const bool close : {false, true}) {
         const auto closedAsAsked = [&] {
             return manager->getInfoDB().isOpen() != close;
         };
         manager->setCloseInfoDB(close);
-        info->exec("UPDATE `schemas` SET recalc = IF(token = 'b', NULL, sid * 10)");
+        info().exec("UPDATE `schemas` SET recalc = IF(token = 'b', NULL, sid * 10)");
 
         QCOMPARE(manager->tokensCount(true), 4U);
         QVERIFY(closedAsAsked());
@@ -111,12 +106,11 @@ void TestDBManager::tokens()
 
 void TestDBManager::maintenanceIsDueAfter900Seconds()
 {
-    for (const char *token : {"never", "due", "stamped", "fresh"})
-        addSchema(token, "x");
+    info().addSchemas({"never", "due", "stamped", "fresh"}, "x");
     QVERIFY(manager->setMaintenance("stamped"));
     // 898 leaves room: the clock goes on until the schemas are read.
-    info->exec("UPDATE `schemas` SET maintenance = UNIX_TIMESTAMP() - IF(token = 'due', 901, 898) "
-               "WHERE token IN ('due', 'fresh')");
+    info().exec("UPDATE `schemas` SET maintenance = UNIX_TIMESTAMP() - IF(token = 'due', 901, 898) "
+                "WHERE token IN ('due', 'fresh')");
     QCOMPARE(manager->loadTokens4Maintenance(9), QStringList({"never", "due"}));
     QCOMPARE(manager->loadTokens4Maintenance(1), QStringList("never"));
 }
@@ -126,13 +120,12 @@ void TestDBManager::failuresAreEmptyAndLogged()
     const QString token = "t'"; // breaks a statement by itself
     QVERIFY(!manager->setMaintenance(token));
     QVERIFY(!manager->setRecalculated(token));
-    info->exec("DROP TABLE `schemas`");
+    info().exec("DROP TABLE `schemas`");
     QCOMPARE(manager->tokensCount(true), 0U);
     QCOMPARE(manager->loadTokens(1, 0), QStringList());
     QCOMPARE(manager->loadTokens4Maintenance(1), QStringList());
     QCOMPARE(manager->loadTokens4Recalculate(1), QStringList());
     QCOMPARE(manager->getTokenBySchemaName(token), QString());
-
     QVERIFY(log->begin(
         QtCriticalMsg,
         {"DBManager:: cannot set maintenance for tokent'!\nERROR: ",
@@ -141,7 +134,7 @@ void TestDBManager::failuresAreEmptyAndLogged()
          "DBManager:: NOT load schemas for maintenance from infoDB!\nERROR: ",
          "DBManager:: NOT load schemas for recalculate from infoDB!\nERROR: ",
          "DBManager:: NOT load scheme from infoDB!\nERROR: "}));
-    QVERIFY(log->lines().back().text.contains("QMYSQL"));
+    QVERIFY(lastLine().contains("QMYSQL"));
 }
 
 void TestDBManager::schemeIsDecodedAndCached()
@@ -149,42 +142,42 @@ void TestDBManager::schemeIsDecodedAndCached()
     const auto cached = [this] {
         return manager->getDbConnRecord("one");
     };
-    const QByteArray password = "heslo ľšč";
-    addSchema("one", "db1");
-    info->exec(QString("UPDATE `schemas` SET pass = '%1'").arg(QString(password.toBase64())));
+    const QString password = "heslo ľšč";
+    info().addSchemas({"one"}, "db1");
+    info().exec(
+        QString("UPDATE `schemas` SET pass = '%1'").arg(QString(password.toUtf8().toBase64())));
     QCOMPARE(cached().token, QString());
-    QCOMPARE(manager->loadScheme("one").pass, QString(password));
+    QCOMPARE(manager->loadScheme("one").pass, password);
     QCOMPARE(QStringList({cached().name, cached().user, cached().pass, cached().token}),
              QStringList({"db1", TestServer::user(), password, "one"}));
 
-    info->exec("UPDATE `schemas` SET status = 0");
+    info().exec("UPDATE `schemas` SET status = 0");
     QCOMPARE(manager->loadScheme("one").name, QString());
     QCOMPARE(cached().name, QString("db1"));
-    info->exec("DROP TABLE `schemas`");
+    info().exec("DROP TABLE `schemas`");
     QCOMPARE(manager->loadScheme("one").name, QString("db1"));
 }
 
 void TestDBManager::noWayToASchema()
 {
-    const QString defaultName = QLatin1String(QSqlDatabase::defaultConnection);
-    addSchema("one", info->name());
+    const QString usual = QLatin1String(QSqlDatabase::defaultConnection);
+    info().addSchemas({"one"}, info().name());
     for (const char *change : {"status = 0", "status = 1, name = ''", "name = 'x', user = ''",
                                "user = 'x', pass = ''", "token = 'other'"}) {
-        info->exec(QString("UPDATE `schemas` SET ") + change);
+        info().exec(QString("UPDATE `schemas` SET ") + change);
         QVERIFY2(!manager->getDatabase("one").isValid(), change);
         QVERIFY2(!manager->isConnection("one") && !manager->isDatabase("one"), change);
     }
-
-    TestServer::addConnection(defaultName, info->name());
+    TestServer::addConnection(usual, info().name());
     QVERIFY(manager->getDatabase("one").isOpen());
-    QCOMPARE(manager->getDatabase("one").connectionName(), defaultName);
-    QSqlDatabase::removeDatabase(defaultName);
+    QCOMPARE(manager->getDatabase("one").connectionName(), usual);
+    QSqlDatabase::removeDatabase(usual);
 }
 
 void TestDBManager::everyThreadHasItsOwnConnection()
 {
     const QString token = "%2";
-    addSchema(token, info->name());
+    info().addSchemas({token}, info().name());
     const auto use = [this, &token] {
         QSqlDatabase db = manager->getDatabase(token);
         const QString name = db.connectionName();
@@ -195,112 +188,85 @@ void TestDBManager::everyThreadHasItsOwnConnection()
             db.connectOptions() == QString("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1");
         db.close();
         db = QSqlDatabase();
-        manager->addUnusedConnection(name);
-        manager->removeUnusedConnections();
+        removeUnused(name);
         return open && !manager->isConnection(token) ? name : QString();
     };
-
     QString otherName;
     std::thread([&] { otherName = use(); }).join();
     const QString name = use();
     QVERIFY(name.startsWith("0x") && name.endsWith("_dbc_%2"));
-    QVERIFY(otherName.endsWith("_dbc_%2"));
-    QVERIFY(name != otherName);
+    QVERIFY(otherName.endsWith("_dbc_%2") && name != otherName);
 }
 
 void TestDBManager::failedConnectionIsTriedAgain()
 {
     const QString token = "late";
-    const QString databaseName = info->name() + "_late";
-    addSchema(token, databaseName);
+    const QString databaseName = info().name() + "_late";
+    info().addSchemas({token}, databaseName);
     QVERIFY(!manager->getDatabase(token).isValid());
     QVERIFY(manager->isDatabase(token) && manager->isConnection(token));
     const QString name = manager->getConnectionNameFromToken(token);
     QVERIFY(log->begin(QtWarningMsg, {"DBManager:: database " + name + " (token: late ) NOT OPEN!",
                                       "SQL ERROR: "}));
 
-    info->exec(QString("CREATE DATABASE %1").arg(databaseName));
+    info().exec("CREATE DATABASE " + databaseName);
     QVERIFY(manager->getDatabase(token).isOpen());
-    info->exec(QString("DROP DATABASE %1").arg(databaseName));
-    manager->addUnusedConnection(name);
-    manager->removeUnusedConnections();
-    QCOMPARE(log->lines().back().text,
+    info().exec("DROP DATABASE " + databaseName);
+    removeUnused(name);
+    QCOMPARE(lastLine(),
              "DBManager::removeUnusedConnections() - can't remove active connection " + name);
-    QVERIFY(manager->isDatabase(token));
     manager->getDatabase(token).close();
     manager->removeUnusedConnections();
     QVERIFY2(manager->isDatabase(token), "a refused name is not queued again");
-    manager->addUnusedConnection(name);
-    manager->removeUnusedConnections();
+    removeUnused(name);
     QVERIFY(!manager->isDatabase(token));
 }
 
 void TestDBManager::mastersStayOutOfThePool()
 {
-    QSqlDatabase zas = TestServer::addConnection("Product", info->name());
+    QSqlDatabase zas = TestServer::addConnection("Product", info().name());
     manager->setZasDB(zas);
     QCOMPARE(manager->getDatabase(QString()).connectionName(), QString("Product"));
-    QCOMPARE(manager->getZasDB().databaseName(), info->name());
-
+    QCOMPARE(manager->getZasDB().databaseName(), info().name());
     for (const QString name : {"Product", "KVH.InfoDB", "KVH.ZASDB", "qt_sql_default_connection"}) {
-        manager->addUnusedConnection(name);
-        QCOMPARE(log->lines().back().text, "DBManager::addUnusedConnection() Master connection " +
-                                               name + " cannot add to unused connections!");
+        removeUnused(name);
+        QCOMPARE(lastLine(), "DBManager::addUnusedConnection() Master connection " + name +
+                                 " cannot add to unused connections!");
     }
-    manager->removeUnusedConnections();
-    QCOMPARE(log->lines().size(), 4);
-
     // A name that became a master's after it was offered.
     manager->setZasDB(QSqlDatabase());
     manager->addUnusedConnection("Product");
     manager->setZasDB(zas);
     manager->removeUnusedConnections();
-    QCOMPARE(log->lines().back().text,
+    QCOMPARE(lastLine(),
              "DBManager::removeUnusedConnections() - cannot remove master connection Product");
-    QVERIFY(QSqlDatabase::contains("Product"));
     manager->setZasDB(QSqlDatabase());
     zas = QSqlDatabase();
+    QVERIFY(QSqlDatabase::contains("Product"));
     QSqlDatabase::removeDatabase("Product");
 }
 
 void TestDBManager::poolRemovesClosedConnections()
 {
-    const auto registered = [] {
-        return QSqlDatabase::contains("old");
-    };
-    TestServer::addConnection("old", info->name());
+    TestServer::addConnection("old", info().name());
     manager->addUnusedConnection("old");
     manager->setUnusedConnectionsEnabled(false);
-    manager->addUnusedConnection("old");
-    manager->removeUnusedConnections();
+    removeUnused("old");
     manager->setUnusedConnectionsEnabled(true);
     manager->removeUnusedConnections();
-    QVERIFY2(registered(), "switching off forgets what was offered");
+    QVERIFY2(QSqlDatabase::contains("old"), "switching off forgets what was offered");
 
     manager->debugLevel = 1;
     manager->addUnusedConnection(QString());
     manager->addUnusedConnection("old");
-    manager->addUnusedConnection("old");
-    manager->removeUnusedConnections();
-    QVERIFY(!registered());
+    removeUnused("old");
+    QVERIFY(!QSqlDatabase::contains("old"));
     const QString add = "DBManager::addUnusedConnection(%1)";
     const QString remove = "DBManager::removeUnusedConnections() - ";
+    const QString masters = remove + "master connections:  KVH.InfoDB qt_sql_default_connection";
     QCOMPARE(log->texts(QtDebugMsg),
-             QStringList({add.arg(QString()), add.arg("old"), add.arg("old"),
-                          remove + "master connections:  KVH.InfoDB "
-                                   "qt_sql_default_connection",
+             QStringList({add.arg(QString()), add.arg("old"), add.arg("old"), masters,
                           remove + "removing: old", remove + "removing: old"}));
-}
-
-void TestDBManager::emptyManagerIsQuiet()
-{
-    DBManager empty;
-    QCOMPARE(empty.tokensCount(true), 0U);
-    QVERIFY(!empty.isInfoDB());
-    QVERIFY(!empty.getDatabase(QString()).isValid());
-    QCOMPARE(log->lines().size(), 0);
-    QVERIFY(!empty.getDatabase("one").isValid());
-    QCOMPARE(log->lines().size(), 1); // that the information database cannot be opened
 }
 
 QTEST_GUILESS_MAIN(TestDBManager)

@@ -5,20 +5,10 @@
 
 #include <algorithm>
 
-namespace
-{
-
-QString quoted(const QString &text)
-{
-    return QLatin1Char('\'') + text + QLatin1Char('\'');
-}
-
-} // namespace
-
 TestHost::TestHost(bool withInfoDatabase)
     : info(TestDatabase::Tables::Info)
 {
-    QSqlDatabase db = TestServer::addConnection(QStringLiteral("KVH.InfoDB"), info.name());
+    QSqlDatabase db = TestServer::addConnection("KVH.InfoDB", info.name());
     dbManager.setInfoDB(db);
     if (withInfoDatabase)
         dbManager.checkOpenDB(db);
@@ -34,7 +24,7 @@ TestHost::~TestHost()
     }
     dbManager.removeUnusedConnections();
     dbManager.setInfoDB(QSqlDatabase());
-    QSqlDatabase::removeDatabase(QStringLiteral("KVH.InfoDB"));
+    QSqlDatabase::removeDatabase("KVH.InfoDB");
 }
 
 void TestHost::addSchema(const QString &token, const TestDatabase &database)
@@ -44,30 +34,21 @@ void TestHost::addSchema(const QString &token, const TestDatabase &database)
 
 void TestHost::addSchemas(const QStringList &tokens, const TestDatabase &database)
 {
-    const QString account =
-        QStringLiteral(", '%1', '%2', '%3', 1)")
-            .arg(database.name(), TestServer::user(),
-                 QString::fromLatin1(TestServer::password().toUtf8().toBase64()));
-    QStringList rows;
-    for (const QString &token : tokens)
-        rows.append(QLatin1Char('(') + quoted(token) + account);
-    info.exec(QStringLiteral("INSERT INTO `schemas` (token, name, user, pass, status) VALUES ") +
-              rows.join(QLatin1Char(',')));
+    info.addSchemas(tokens, database.name());
     allTokens += tokens;
 }
 
 void enableDailyReport(const TestDatabase &schema, const QString &recipients)
 {
-    schema.exec(QStringLiteral("REPLACE INTO vars (name, value) VALUES "
-                               "('autoReport.DailyAtten.enabled', '1'), "
-                               "('autoReport.DailyAtten.emails', '%1')")
-                    .arg(recipients));
+    schema.exec("REPLACE INTO vars (name, value) VALUES ('autoReport.DailyAtten.enabled', '1'), "
+                "('autoReport.DailyAtten.emails', '" +
+                recipients + "')");
 }
 
 void addPeople(const TestDatabase &schema, int count)
 {
-    schema.exec(QStringLiteral("INSERT INTO people (uid, pid, name, surname) SELECT seq, seq + "
-                               "100, 'Ján', CONCAT('Priezvisko', seq) FROM seq_1_to_%1")
+    schema.exec(QString("INSERT INTO people (uid, pid, name, surname) SELECT seq, seq + "
+                        "100, 'Ján', CONCAT('Priezvisko', seq) FROM seq_1_to_%1")
                     .arg(count));
 }
 

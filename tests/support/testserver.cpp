@@ -34,7 +34,7 @@ QSqlQuery run(const QSqlDatabase &database, const QString &sql)
 
 QString TestServer::host()
 {
-    return QStringLiteral("127.0.0.1");
+    return "127.0.0.1";
 }
 
 int TestServer::port()
@@ -42,40 +42,59 @@ int TestServer::port()
     const QString folder = qEnvironmentVariable("AUTOREPORT_TEST_SERVER");
     if (folder.isEmpty())
         qFatal("test bench: AUTOREPORT_TEST_SERVER is not set; run the tests with ctest");
-    return readFile(folder + QStringLiteral("/port")).trimmed().toInt();
+    return readFile(folder + "/port").trimmed().toInt();
 }
 
 QString TestServer::user()
 {
-    return QStringLiteral("autoreport");
+    return "autoreport";
 }
 
 QString TestServer::password()
 {
-    return QStringLiteral("secret");
+    return "secret";
 }
 
 QSqlDatabase TestServer::addConnection(const QString &connectionName, const QString &databaseName)
 {
-    QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), connectionName);
+    QSqlDatabase database = QSqlDatabase::addDatabase("QMYSQL", connectionName);
     database.setHostName(host());
     database.setPort(port());
     database.setUserName(user());
     database.setPassword(password());
     database.setDatabaseName(databaseName);
-    database.setConnectOptions(QStringLiteral("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1"));
+    database.setConnectOptions("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1");
     return database;
 }
 
 QString TestServer::ownPrefix()
 {
-    return QStringLiteral("TestDatabase.");
+    return "TestDatabase.";
+}
+
+QStringList TestServer::options(const QString &databaseName)
+{
+    const QString text("--db-host %1 --db-port %2 --db-user %3 --db-name %4");
+    return text.arg(host()).arg(port()).arg(user(), databaseName).split(' ');
+}
+
+QProcessEnvironment TestServer::environment(const QString &moment)
+{
+    QProcessEnvironment result = QProcessEnvironment::systemEnvironment();
+    result.insert("AUTOREPORT_DB_PASSWORD", password());
+    if (moment.isEmpty())
+        return result;
+    result.insert("LD_PRELOAD", AUTOREPORT_FAKETIME);
+    result.insert("FAKETIME", "@" + moment);
+    result.insert("FAKETIME_DONT_FAKE_MONOTONIC", "1");
+    result.insert("ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0");
+    return result;
 }
 
 TestDatabase::TestDatabase(Tables tables)
 {
     static std::atomic<int> made{0};
-    databaseName = QStringLiteral("t%1_%2").arg(QCoreApplication::applicationPid()).arg(++made);
+    databaseName = QString("t%1_%2").arg(QCoreApplication::applicationPid()).arg(++made);
     connectionName = TestServer::ownPrefix() + databaseName;
 
     QSqlDatabase database = TestServer::addConnection(connectionName, QString());
@@ -84,21 +103,18 @@ TestDatabase::TestDatabase(Tables tables)
             qFatal("test bench: %s", qUtf8Printable(database.lastError().text()));
     };
     open();
-    run(database, QStringLiteral("CREATE DATABASE %1").arg(databaseName));
+    run(database, QString("CREATE DATABASE %1").arg(databaseName));
     database.close();
     database.setDatabaseName(databaseName);
     open();
 
-    const QString folder = QStringLiteral(AUTOREPORT_SOURCE_DIR "/demo/");
-    if (tables == Tables::Info)
-        execFile(folder + QStringLiteral("tables-info.sql"));
-    if (tables == Tables::Schema)
-        execFile(folder + QStringLiteral("tables-schema.sql"));
+    if (tables != Tables::None)
+        createTables(tables == Tables::Info ? "tables-info.sql" : "tables-schema.sql");
 }
 
 TestDatabase::~TestDatabase()
 {
-    exec(QStringLiteral("DROP DATABASE %1").arg(databaseName));
+    exec(QString("DROP DATABASE %1").arg(databaseName));
     database().close();
     QSqlDatabase::removeDatabase(connectionName);
 }
@@ -119,11 +135,22 @@ void TestDatabase::exec(const QStringList &statements) const
         exec(statement);
 }
 
-void TestDatabase::execFile(const QString &path) const
+void TestDatabase::createTables(const QString &file) const
 {
-    static const QRegularExpression endOfStatement(QStringLiteral(";\\s*\n"));
-    const QString text = QString::fromUtf8(readFile(path));
+    static const QRegularExpression endOfStatement(";\\s*\n");
+    const QString text = readFile(AUTOREPORT_SOURCE_DIR "/demo/" + file);
     exec(text.split(endOfStatement, Qt::SkipEmptyParts));
+}
+
+void TestDatabase::addSchemas(const QStringList &tokens, const QString &name) const
+{
+    const QString row =
+        QString("('%4', '%1', '%2', '%3', 1)")
+            .arg(name, TestServer::user(), QString(TestServer::password().toUtf8().toBase64()));
+    QStringList rows;
+    for (const QString &token : tokens)
+        rows.append(QString(row).replace("%4", token));
+    exec("INSERT INTO `schemas` (token, name, user, pass, status) VALUES " + rows.join(','));
 }
 
 QVector<QVariantList> TestDatabase::rows(const QString &sql) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QProcessEnvironment>
 #include <QSqlDatabase>
 #include <QStringList>
 #include <QVariant>
@@ -24,6 +25,11 @@ QSqlDatabase addConnection(const QString &connectionName, const QString &databas
 /// What the name of every connection of the bench itself begins with.
 QString ownPrefix();
 
+/// The options of the program that lead to that database, and its environment with the password;
+/// the clock is set to `moment` unless it is empty.
+QStringList options(const QString &databaseName);
+QProcessEnvironment environment(const QString &moment = QString());
+
 } // namespace TestServer
 
 /**
@@ -46,14 +52,16 @@ public:
 
     void exec(const QString &sql) const;
     void exec(const QStringList &statements) const;
-    /// Runs a file of statements, each of which ends with a semicolon at the end of a line.
-    void execFile(const QString &path) const;
+    /// Of an information database: lists `databaseName` under each of the tokens.
+    void addSchemas(const QStringList &tokens, const QString &databaseName) const;
 
     QVector<QVariantList> rows(const QString &sql) const;
     /// The first value of the first row; invalid without rows.
     QVariant value(const QString &sql) const;
 
 private:
+    void createTables(const QString &file) const;
+
     QString databaseName;
     QString connectionName;
 };

@@ -1,0 +1,206 @@
+#include "db/mailrepository.h"
+#include "db/zasdbsettings.h"
+#include "support/reportbench.h"
+
+#include <QDateTime>
+#include <QTest>
+
+namespace
+{
+
+const QString daily = "autoReport.DailyAtten.enabled";
+const QString monthly = "autoReport.MonthlyAtten.enabled";
+using Values = QMap<QString, QVariant>;
+
+struct Stores : ReportBench {
+    Stores()
+    {
+        settings.setDB(database);
+        repository.setDB(database);
+    }
+
+    ZasDbSettings settings;
+    MailRepository repository;
+};
+
+MailRecord someMail()
+{
+    MailRecord mail;
+    mail.from = "od@firma.sk";
+    mail.to = "komu@firma.sk";
+    mail.subject = "Denný report dochádzky";
+    mail.body = "It's in the \"attachment\".\n\n\n:to ?";
+    mail.data = QByteArray::fromHex("00ff27225c0a");
+    return mail;
+}
+
+} // namespace
+
+/// What a schema keeps for us: its settings and its mail queue.
+class TestSchemaStores : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void settingIsStoredAndReplaced();
+    void settingsByListAndPrefix();
+    void oneBadSettingStopsNoOther();
+    void failuresOfSettingsAreLogged();
+    void mailComesBackAsItWasQueued();
+    void mailQueuedAgainOrNotAtAll();
+    void failuresOfMailsAreLogged();
+};
+
+void TestSchemaStores::settingIsStoredAndReplaced()
+{
+    Stores stores;
+    ZasDbSettings &settings = stores.settings;
+    QCOMPARE(settings.variableGet(daily, 5), QVariant(5));
+    QVERIFY(settings.variableSet(daily, "it's 100 % Ľ"));
+    QCOMPARE(settings.variableGet(daily, 5).toString(), QString("it's 100 % Ľ"));
+    QVERIFY(settings.variableSet(daily, 1700000000LL));
+    QCOMPARE(settings.variableGet(daily, 5).toLongLong(), 1700000000LL);
+    QVERIFY(settings.variableSet(daily, QVariant(QVariant::String)));
+    QVERIFY2(settings.variableGet(daily, 5).isNull(), "a stored NULL is not a missing key");
+    QCOMPARE(stores.schema.value("SELECT COUNT(*) FROM vars").toInt(), 1);
+    QCOMPARE(stores.log.lines().size(), 0);
+}
+
+void TestSchemaStores::settingsByListAndPrefix()
+{
+    Stores stores;
+    ZasDbSettings &settings = stores.settings;
+    QVERIFY(settings.variableSetMultiple({{daily, 1}, {monthly, 0}, {"x", 2}}));
+    const QStringList asked{daily, "missing", "x"};
+    QCOMPARE(settings.variableGetMultiple(asked), Values({{daily, "1"}, {"x", "2"}}));
+    QCOMPARE(settings.variableGetMultiple("autoReport.DailyAtten.").keys(), QStringList(daily));
+    QCOMPARE(settings.variableGetMultiple("auto_eport.").keys(), QStringList({daily, monthly}));
+
+    QVERIFY(!settings.variableDel("autoReport.", false));
+    QVERIFY(settings.variableDel("x", false));
+    QVERIFY(settings.variableDel("autoReport.", true));
+    QCOMPARE(stores.schema.value("SELECT COUNT(*) FROM vars").toInt(), 0);
+    QVERIFY(!settings.variableDel("autoReport.", true));
+    QVERIFY(settings.variableSetMultiple(Values()));
+
+    settings.setDB(QSqlDatabase()); // no statement: this one would fail
+    QCOMPARE(settings.variableGetMultiple(QStringList()), Values());
+    QCOMPARE(stores.log.lines().size(), 0);
+}
+
+void TestSchemaStores::oneBadSettingStopsNoOther()
+{
+    Stores stores;
+    QVERIFY(!stores.settings.variableSetMultiple({{"a", 1}, {QString(200, 'b'), 2}, {"c", 3}}));
+    QCOMPARE(stores.schema.value("SELECT GROUP_CONCAT(name) FROM vars").toString(), QString("a,c"));
+    QVERIFY(stores.log.begin(QtCriticalMsg, {"variableSet ERROR: "}));
+}
+
+void TestSchemaStores::failuresOfSettingsAreLogged()
+{
+    const QString usual = QLatin1String(QSqlDatabase::defaultConnection);
+    const QString name = "name";
+    for (const bool isConnected : {true, false}) {
+        Stores stores;
+        ZasDbSettings &settings = stores.settings;
+        stores.schema.exec("DROP TABLE vars");
+        // Without a connection of their own they do not fall back to the default one.
+        const TestDatabase other(TestDatabase::Tables::Schema);
+        QVERIFY(TestServer::addConnection(usual, other.name()).open());
+        if (!isConnected)
+            settings.setDB(QSqlDatabase());
+
+        QCOMPARE(settings.variableGet(name, 5), QVariant(5));
+        QCOMPARE(settings.variableGetMultiple(QStringList(name)), Values());
+        QCOMPARE(settings.variableGetMultiple(name), Values());
+        QVERIFY(!settings.variableSet(name, 1));
+        QVERIFY(!settings.variableSetMultiple({{name, 1}}));
+        QVERIFY(!settings.variableDel(name, true));
+        QSqlDatabase::removeDatabase(usual);
+        stores.database.close();
+        stores.database.setDatabaseName("nowhere");
+        settings.setDB(stores.database);
+        QVERIFY(!settings.openDB());
+        const QString many = "ZasDbSettings::variableGetMultiple - SQL ERROR: ";
+        QVERIFY(stores.log.begin(QtCriticalMsg, {"ZasDbSettings::variableGet - SQL ERROR: ", many,
+                                                 many, "variableSet ERROR: ", "variableSet ERROR: ",
+                                                 "ZasDbSettings::variableDel - SQL ERROR: ",
+                                                 "ZasDbSettings Database Error: "}));
+    }
+}
+
+void TestSchemaStores::mailComesBackAsItWasQueued()
+{
+    Stores stores;
+    MailRecord mail = someMail();
+    mail.aid = 4000000000U;
+    mail.uid = 7;
+    mail.status = "X"; // never written
+    uint mid = 0;
+    // By name, as the host may call it.
+    QVERIFY(QMetaObject::invokeMethod(&stores.repository, "addMail", Q_RETURN_ARG(uint, mid),
+                                      Q_ARG(MailRecord, mail)));
+    const MailRecord read = stores.repository.loadMail(mid);
+    QVERIFY(mid > 0 && read.mid == mid);
+    QCOMPARE(QStringList({read.type, read.status, read.from, read.to, read.subject, read.body}),
+             QStringList({QChar(69), "Q", mail.from, mail.to, mail.subject, mail.body}));
+    QVERIFY(qAbs(QDateTime::currentSecsSinceEpoch() - read.created) < 60);
+    QCOMPARE(read.sent + read.done, 0U);
+    QCOMPARE(read.aid, mail.aid);
+    QCOMPARE(read.uid, mail.uid);
+    QCOMPARE(read.data, mail.data);
+    QCOMPARE(stores.repository.loadMail(mid + 1).mid, 0U);
+
+    mail = someMail();
+    mail.type = QChar();
+    mid = stores.repository.addMail(mail);
+    const QString sql = "SELECT CONCAT(type IS NULL, aid = 0, uid IS NULL, sent IS NULL, done IS "
+                        "NULL) FROM emails WHERE mid = %1";
+    QCOMPARE(stores.schema.value(sql.arg(mid)).toString(), QString("11111"));
+    QCOMPARE(stores.repository.loadMail(mid).type, QChar());
+    QCOMPARE(stores.log.lines().size(), 0);
+}
+
+void TestSchemaStores::mailQueuedAgainOrNotAtAll()
+{
+    Stores stores;
+    for (QString MailRecord::*field : {&MailRecord::from, &MailRecord::to, &MailRecord::subject}) {
+        MailRecord incomplete = someMail();
+        (incomplete.*field).clear();
+        QCOMPARE(stores.repository.addMail(incomplete), 0U);
+    }
+    QCOMPARE(stores.mails(), 0);
+
+    const uint mid = stores.repository.addMail(someMail());
+    stores.schema.exec("UPDATE emails SET status = 'F', done = 5, sent = 4, apiID = 'a'");
+    QVERIFY(stores.repository.resetMail(mid));
+    const QString sql = "SELECT CONCAT(status, sent, done IS NULL, apiID IS NULL) FROM emails";
+    QCOMPARE(stores.schema.value(sql).toString(), QString("Q411"));
+    QVERIFY(!stores.repository.resetMail(mid + 1));
+    QCOMPARE(stores.log.lines().size(), 0);
+}
+
+void TestSchemaStores::failuresOfMailsAreLogged()
+{
+    Stores stores;
+    MailRepository &repository = stores.repository;
+    stores.schema.exec("ALTER TABLE emails MODIFY subject VARCHAR(3)");
+    QCOMPARE(repository.addMail(someMail()), 0U);
+    stores.schema.exec("DROP TABLE emails");
+    QCOMPARE(repository.addMail(someMail()), 0U);
+    QCOMPARE(repository.loadMail(8).mid, 0U);
+    QVERIFY(!repository.resetMail(0));
+    QVERIFY(!repository.resetMail(9));
+    QVERIFY(stores.log.begin(QtCriticalMsg, {"MailRepository::addMail() SQL ERROR: ",
+                                             "MailRepository::addMail() Prepare failed - ERROR: ",
+                                             "MailRepository::loadMail() SQL ERROR: ",
+                                             "MailRepository::resetMail() SQL ERROR: "}));
+    const QString update =
+        "\n\nSQL: UPDATE emails SET status = 'Q', done = NULL, apiID = NULL WHERE mid =9";
+    QCOMPARE(stores.log.countContaining("\n\nSQL: INSERT INTO emails (type, `from`, `to`, "), 2);
+    QCOMPARE(stores.log.countContaining("\n\nSQL: SELECT * FROM emails WHERE mid =8"), 1);
+    QCOMPARE(stores.log.countContaining(update), 1);
+}
+
+QTEST_GUILESS_MAIN(TestSchemaStores)
+#include "tst_schemastores.moc"
