@@ -86,7 +86,6 @@ QProcessEnvironment TestServer::environment(const QString &moment)
         return result;
     result.insert("LD_PRELOAD", AUTOREPORT_FAKETIME);
     result.insert("FAKETIME", "@" + moment);
-    result.insert("FAKETIME_DONT_FAKE_MONOTONIC", "1");
     result.insert("ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0");
     return result;
 }
