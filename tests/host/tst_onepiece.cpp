@@ -38,12 +38,8 @@ namespace
 std::unique_ptr<QProcess> startHost(const QString &schema)
 {
     auto host = std::make_unique<QProcess>();
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("AUTOREPORT_DB_PASSWORD", TestServer::password());
-    host->setProcessEnvironment(environment);
-    host->start(AUTOREPORT_PROGRAM, {"serve", "--single", "--db-host", TestServer::host(),
-                                     "--db-port", QString::number(TestServer::port()), "--db-user",
-                                     TestServer::user(), "--db-name", schema});
+    host->setProcessEnvironment(TestServer::environment());
+    host->start(AUTOREPORT_PROGRAM, QStringList{"serve", "--single"} + TestServer::options(schema));
     return host;
 }
 
@@ -74,21 +70,19 @@ void TestOnePiece::killedAtAnyMoment()
         bench.schema.exec("DELETE FROM emails");
         bench.schema.exec("DELETE FROM vars WHERE name LIKE '%lastGenerated'");
         auto host = startHost(bench.schema.name());
-        QTRY_VERIFY_WITH_TIMEOUT(inserting() == 1, patienceMs);
+        // Not QTRY_: that looks again, perhaps between two mails.
+        QVERIFY(QTest::qWaitFor([&] { return inserting() == 1; }, patienceMs));
         QTest::qWait(moment * 22); // the moments are what this test is about
         host->kill();
         QVERIFY(host->waitForFinished(patienceMs));
 
         QTRY_COMPARE_WITH_TIMEOUT(inserting(), 0, patienceMs); // the server notices, too
-        const QVariantList left =
-            bench.schema
-                .rows("SELECT COUNT(*), (SELECT COUNT(*) FROM vars WHERE name LIKE "
-                      "'%lastGenerated') FROM emails")
-                .at(0);
-        const int queued = left.at(0).toInt();
-        QVERIFY2(queued == 0 || queued == recipients, qPrintable(QString::number(queued)));
-        QCOMPARE(left.at(1).toInt(), queued == recipients ? 1 : 0);
-        killedWithoutTrace += queued == 0 ? 1 : 0;
+        const QString left = bench.schema
+                                 .value("SELECT CONCAT(COUNT(*), ' ', (SELECT COUNT(*) FROM vars "
+                                        "WHERE name LIKE '%lastGenerated')) FROM emails")
+                                 .toString();
+        QVERIFY2(left == "0 0" || left == "8 1", qPrintable(left));
+        killedWithoutTrace += left == "0 0" ? 1 : 0;
 
         host = startHost(bench.schema.name());
         QTRY_VERIFY_WITH_TIMEOUT(bench.lastGenerated("DailyAtten").isValid(), patienceMs);
@@ -140,12 +134,12 @@ void TestOnePiece::victimOfDeadlock()
     // The competitor has changed more rows, so that the run is the one to give way.
     bool waiting = false;
     while (!waiting) {
-        QTest::qWait(
-            200); // the server's view of it is renewed only when nobody has looked for 100 ms
-        waiting = schema
-                      .value("SELECT COUNT(*) FROM information_schema.innodb_trx WHERE "
-                             "trx_state = 'LOCK WAIT'")
-                      .toInt() > 0;
+        // The server's view of it is renewed only when nobody has looked for 100 ms.
+        QTest::qWait(200);
+        waiting =
+            schema
+                .value("SELECT 1 FROM information_schema.innodb_trx WHERE trx_state = 'LOCK WAIT'")
+                .isValid();
     }
     const bool won = competitor.exec("UPDATE locks SET value = 2 WHERE id = 1").isActive();
     competitor.commit();

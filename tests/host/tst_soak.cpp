@@ -89,17 +89,12 @@ void TestSoak::initTestCase()
 
 void TestSoak::startHost(const QString &infoDatabase)
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("AUTOREPORT_DB_PASSWORD", TestServer::password());
+    QProcessEnvironment environment =
+        TestServer::environment(QString("2026-11-10 01:00:00 x%1").arg(speed));
     environment.insert("TMPDIR", folder.path());
-    environment.insert("LD_PRELOAD", AUTOREPORT_FAKETIME);
-    environment.insert("FAKETIME", QString("@2026-11-10 01:00:00 x%1").arg(speed));
-    environment.insert("ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0");
     host.setProcessEnvironment(environment);
     host.setStandardErrorFile(folder.filePath("log"));
-    host.start(AUTOREPORT_PROGRAM, {"serve", "--db-host", TestServer::host(), "--db-port",
-                                    QString::number(TestServer::port()), "--db-user",
-                                    TestServer::user(), "--db-name", infoDatabase});
+    host.start(AUTOREPORT_PROGRAM, QStringList("serve") + TestServer::options(infoDatabase));
     QVERIFY(host.waitForStarted());
 }
 
@@ -142,11 +137,7 @@ Holdings TestSoak::holdings() const
         return {};
     const QString status = file.readAll();
     const auto number = [&status](const QString &key) {
-        return status.section("\n" + key + ":", 1)
-            .section('\n', 0, 0)
-            .simplified()
-            .section(' ', 0, 0)
-            .toInt();
+        return status.section("\n" + key + ":", 1).simplified().section(' ', 0, 0).toInt();
     };
     return {number("VmRSS"), number("Threads"),
             static_cast<int>(QDir(process + "fd").entryList(QDir::Files | QDir::System).size()),

@@ -4,20 +4,13 @@ void ToolTest::init()
 {
     bench = std::make_unique<ReportBench>();
     info = std::make_unique<TestDatabase>(TestDatabase::Tables::Info);
-    addSchema("firm", bench->schema.name());
+    info->addSchemas({"firm"}, bench->schema.name());
 }
 
 void ToolTest::cleanup()
 {
     info.reset();
     bench.reset();
-}
-
-void ToolTest::addSchema(const QString &token, const QString &database) const
-{
-    info->exec(QString("INSERT INTO `schemas` (token, name, user, pass) VALUES ('%1', '%2', "
-                       "'autoreport', 'c2VjcmV0')")
-                   .arg(token, database));
 }
 
 void ToolTest::setUpDailyReport() const
@@ -31,19 +24,9 @@ void ToolTest::setUpDailyReport() const
 
 std::unique_ptr<QProcess> ToolTest::start(const QStringList &arguments, bool faked) const
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("AUTOREPORT_DB_PASSWORD", TestServer::password());
-    if (faked)
-        environment.insert("LD_PRELOAD", AUTOREPORT_FAKETIME);
-    environment.insert("FAKETIME", "@" + moment);
-    environment.insert("FAKETIME_DONT_FAKE_MONOTONIC", "1");
-    environment.insert("ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0");
     auto tool = std::make_unique<QProcess>();
-    tool->setProcessEnvironment(environment);
-    tool->start(AUTOREPORT_PROGRAM,
-                arguments + QStringList{"--db-host", TestServer::host(), "--db-port",
-                                        QString::number(TestServer::port()), "--db-user",
-                                        TestServer::user(), "--db-name", info->name()});
+    tool->setProcessEnvironment(TestServer::environment(faked ? moment : QString()));
+    tool->start(AUTOREPORT_PROGRAM, arguments + TestServer::options(info->name()));
     return tool;
 }
 

@@ -28,7 +28,6 @@ protected:
     std::unique_ptr<QProcess> start(const QStringList &arguments, bool faked = true) const;
     /// The same to its end.
     Outcome run(const QStringList &arguments, bool faked = true) const;
-    void addSchema(const QString &token, const QString &database) const;
     /// As it is on a good day: one person, made this morning.
     void setUpDailyReport() const;
 

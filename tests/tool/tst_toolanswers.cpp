@@ -126,8 +126,8 @@ void TestToolAnswers::statusTellsReasons()
 void TestToolAnswers::statusOfManySchemas()
 {
     setUpDailyReport();
-    addSchema(QString(64, 'x'), bench->schema.name());
-    addSchema("gone", "no_such_database");
+    info->addSchemas({QString(64, 'x')}, bench->schema.name());
+    info->addSchemas({"gone"}, "no_such_database");
     Outcome outcome = run({"status"});
     QCOMPARE(outcome.status, 1);
     const QStringList lines = outcome.output.split('\n');

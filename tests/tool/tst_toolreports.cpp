@@ -247,7 +247,7 @@ void TestToolReports::operatorAtWork()
     QCOMPARE(run({"status"}).status, 0);
 
     const TestDatabase broken(TestDatabase::Tables::Schema);
-    addSchema("broken", broken.name());
+    info->addSchemas({"broken"}, broken.name());
     QCOMPARE(run({"set", "broken", "daily", "--enable", "--emails", "c@firma.sk"}).status, 0);
     broken.exec("DROP TABLE people");
     const Outcome status = run({"status"});

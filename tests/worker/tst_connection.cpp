@@ -155,7 +155,7 @@ void TestConnection::lostDuringRun()
                               .toInt()
                         : logged("people SQL:");
     };
-    QTRY_COMPARE_WITH_TIMEOUT(isAtIt(), 1, patienceMs);
+    QVERIFY(QTest::qWaitFor([&] { return isAtIt() == 1; }, patienceMs));
     killConnection();
     QTRY_COMPARE_WITH_TIMEOUT(logged("database connection lost, no mail queued!"), 1, patienceMs);
     QCOMPARE(mails(), 0);
