@@ -184,7 +184,6 @@ void TestDBManager::everyThreadHasItsOwnConnection()
         const bool open =
             db.isOpen() && manager->isDatabase(token) && manager->isConnection(token) &&
             manager->getDatabase(token).connectionName() == name &&
-            name == manager->getConnectionNameFromToken(token) &&
             db.connectOptions() == QString("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1");
         db.close();
         db = QSqlDatabase();

@@ -68,9 +68,10 @@ int LogCapture::count(QtMsgType type, const QString &text) const
 
 int LogCapture::countContaining(const QString &part) const
 {
-    const std::vector<LogLine> all = lines();
-    return static_cast<int>(std::count_if(
-        all.begin(), all.end(), [&part](const LogLine &line) { return line.text.contains(part); }));
+    int count = 0;
+    for (const LogLine &line : lines())
+        count += line.text.contains(part) ? 1 : 0;
+    return count;
 }
 
 bool LogCapture::begin(QtMsgType type, const QStringList &beginnings) const
@@ -78,10 +79,4 @@ bool LogCapture::begin(QtMsgType type, const QStringList &beginnings) const
     const QStringList all = texts(type);
     return std::equal(all.begin(), all.end(), beginnings.begin(), beginnings.end(),
                       [](const QString &line, const QString &b) { return line.startsWith(b); });
-}
-
-void LogCapture::clear()
-{
-    const std::lock_guard locker(lock);
-    collected.clear();
 }

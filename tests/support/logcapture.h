@@ -31,7 +31,6 @@ public:
     int countContaining(const QString &part) const;
     /// Whether the lines of that type are as many as `beginnings` and begin with them, in order.
     bool begin(QtMsgType type, const QStringList &beginnings) const;
-    void clear();
 
 private:
     static void handle(QtMsgType type, const QMessageLogContext &context, const QString &text);

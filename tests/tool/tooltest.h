@@ -1,6 +1,7 @@
 #pragma once
 
 #include "support/reportbench.h"
+#include "support/testdata.h"
 
 #include <QObject>
 #include <QProcess>

@@ -1,7 +1,6 @@
 #include "tool/tooltest.h"
 
 #include <QJsonDocument>
-#include <QTest>
 
 /// The commands that only look: what they say, and what they make of wrong command lines.
 class TestToolAnswers : public ToolTest
@@ -20,38 +19,27 @@ private Q_SLOTS:
 
 void TestToolAnswers::usage_data()
 {
-    QTest::addColumn<QString>("arguments");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("surplus") << "status now"
-                             << "unexpected argument 'now'";
-    QTest::newRow("option") << "status --nonsense"
-                            << "'nonsense'";
-    QTest::newRow("no report") << "why firm"
-                               << "the schema and the report are missing";
-    QTest::newRow("weekly") << "why firm weekly"
-                            << "it is daily or monthly";
-    QTest::newRow("moment") << "why firm daily --at 25:00"
-                            << "--at must be";
-    QTest::newRow("format") << "preview firm daily --out x.ods"
-                            << "end with .xlsx or .xls";
-    QTest::newRow("date") << "preview firm daily --out x.xls --date 2023-02-29"
-                          << "--date must";
-    QTest::newRow("language") << "run firm daily --yes --language de"
-                              << "must be sk or en, not";
-    QTest::newRow("to") << "run firm daily --to a@firma"
-                        << "--to must be one mail address";
-    QTest::newRow("nobody to ask") << "run firm daily"
-                                   << "give --yes";
-    QTest::newRow("mark") << "run firm daily --yes --mark --date 2023-11-14"
-                          << "--mark is for";
-    QTest::newRow("schema") << "why nobody daily"
-                            << "no active schema 'nobody'";
-    QTest::newRow("injection") << "why x'OR''=' daily"
-                               << "no active schema 'x'OR''=''";
-    QTest::newRow("one schema") << "status --schema nobody"
-                                << "no active schema 'nobody'";
-    QTest::newRow("one database") << "status --single --schema firm"
-                                  << "no active schema 'firm'";
+    addColumns<QString, QString>("arguments", "text");
+    addRow("surplus", "status now", "unexpected argument 'now'");
+    addRow("option", "status --nonsense", "'nonsense'");
+    addRow("no report", "why firm", "the schema and the report are missing");
+    addRow("weekly", "why firm weekly", "it is daily or monthly");
+    addRow("moment", "why firm daily --at 25:00", "--at must be");
+    addRow("format", "preview firm daily --out x.ods", "end with .xlsx or .xls");
+    addRow("date", "preview firm daily --out x.xls --date 2023-02-29", "--date must");
+    addRow("language", "run firm daily --yes --language de", "must be sk or en, not");
+    addRow("to", "run firm daily --to a@firma", "--to must be one mail address");
+    addRow("nobody to ask", "run firm daily", "give --yes");
+    addRow("mark", "run firm daily --yes --mark --date 2023-11-14", "--mark is for");
+    addRow("nothing to set", "set firm daily", "nothing to set");
+    addRow("both", "set firm daily --enable --disable", "exclude each other");
+    addRow("address", "set firm daily --emails a@firma.sk,b", "'b' is no mail address");
+    addRow("time", "set firm daily --enable --time 7:00", "--time must be HH:MM");
+    addRow("older format", "set firm monthly --format xls", "always .xlsx");
+    addRow("schema", "why nobody daily", "no active schema 'nobody'");
+    addRow("injection", "why x'OR''=' daily", "no active schema 'x'OR''=''");
+    addRow("one schema", "status --schema nobody", "no active schema 'nobody'");
+    addRow("one database", "status --single --schema firm", "no active schema 'firm'");
 }
 
 void TestToolAnswers::usage()
@@ -62,48 +50,45 @@ void TestToolAnswers::usage()
     QVERIFY2(outcome.errors.contains(text), qPrintable(outcome.errors));
     QCOMPARE(outcome.status, 2);
     QCOMPARE(outcome.output, QString());
+    QCOMPARE(bench->schema.value("SELECT COUNT(*) FROM vars").toInt(), 0);
 }
 
 void TestToolAnswers::statusTellsReasons_data()
 {
-    QTest::addColumn<QString>("change");
-    QTest::addColumn<QString>("reason");
+    addColumns<QString, QString>("change", "reason");
     const auto key = [](const char *name, const char *value) {
         return QString("REPLACE INTO vars VALUES ('autoReport.DailyAtten.%1', '%2')")
             .arg(name, value);
     };
-    QTest::newRow("well") << "DO 0"
-                          << "";
-    QTest::newRow("off") << key("enabled", "0") << "";
-    QTest::newRow("not found by the scan") << key("enabled", "true") << "switch";
-    QTest::newRow("nobody") << key("emails", " , ") << "recipients";
-    QTest::newRow("malformed") << key("emails", "a@firma.sk, b@firma") << "recipients";
-    QTest::newRow("time") << key("time", "7 hours") << "time";
-    QTest::newRow("future") << key("lastGenerated", "1900000000") << "future";
-    QTest::newRow("overdue") << key("lastGenerated", "1699941602") << "overdue";
-    QTest::newRow("in time for a while")
-        << "UPDATE vars SET value = IF(name LIKE '%.time', '08:30', 1699947002) "
-           "WHERE name LIKE '%.time' OR name LIKE '%.lastGenerated'"
-        << "";
-    QTest::newRow("none yesterday")
-        << "UPDATE vars SET value = IF(name LIKE '%.time', '10:00', 1699866002) "
-           "WHERE name LIKE '%.time' OR name LIKE '%.lastGenerated'"
-        << "overdue";
-    QTest::newRow("table") << "DROP TABLE brape"
-                           << "tables";
-    QTest::newRow("column") << "ALTER TABLE atten DROP ok"
-                            << "tables";
-    QTest::newRow("another report's column") << "ALTER TABLE people DROP pamId"
-                                             << "";
-    QTest::newRow("settings") << "DROP TABLE vars"
-                              << "tables";
-    QTest::newRow("queue") << "INSERT INTO emails (`from`, `to`, subject, created) VALUES "
-                              "('a', 'b', 'c', UNIX_TIMESTAMP() - 3700)"
-                           << "queue";
-    QTest::newRow("queue, off") << "INSERT INTO emails (`from`, `to`, subject, created) SELECT "
-                                   "'a', 'b', 'c', UNIX_TIMESTAMP() - 3700 FROM (SELECT 1) x; " +
-                                       key("enabled", "0")
-                                << "queue";
+    const auto timeAndLast = [](const char *time, int lastGenerated) {
+        return QString("REPLACE INTO vars VALUES ('autoReport.DailyAtten.time', '%1'), "
+                       "('autoReport.DailyAtten.lastGenerated', %2)")
+            .arg(time)
+            .arg(lastGenerated);
+    };
+    addRow("well", "DO 0", "");
+    addRow("off", key("enabled", "0"), "");
+    addRow("not found by the scan", key("enabled", "true"), "switch");
+    addRow("nobody", key("emails", " , "), "recipients");
+    addRow("malformed", key("emails", "a@firma.sk, b@firma"), "recipients");
+    addRow("time", key("time", "7 hours"), "time");
+    addRow("future", key("lastGenerated", "1900000000"), "future");
+    addRow("overdue", key("lastGenerated", "1699941602"), "overdue");
+    addRow("in time for a while", timeAndLast("08:30", 1699947002), "");
+    addRow("none yesterday", timeAndLast("10:00", 1699866002), "overdue");
+    addRow("table", "DROP TABLE brape", "tables");
+    addRow("column", "ALTER TABLE atten DROP ok", "tables");
+    addRow("another report's column", "ALTER TABLE people DROP pamId", "");
+    addRow("settings", "DROP TABLE vars", "tables");
+    addRow("queue",
+           "INSERT INTO emails (`from`, `to`, subject, created) VALUES "
+           "('a', 'b', 'c', UNIX_TIMESTAMP() - 3700)",
+           "queue");
+    addRow("queue, off",
+           "INSERT INTO emails (`from`, `to`, subject, created) SELECT "
+           "'a', 'b', 'c', UNIX_TIMESTAMP() - 3700 FROM (SELECT 1) x; " +
+               key("enabled", "0"),
+           "queue");
 }
 
 void TestToolAnswers::statusTellsReasons()
@@ -157,21 +142,11 @@ void TestToolAnswers::statusOfManySchemas()
 
 void TestToolAnswers::whyTellsEachRule_data()
 {
-    QTest::addColumn<QString>("at");
-    QTest::addColumn<QString>("verdicts");
-    QTest::addColumn<QString>("next");
-    QTest::newRow("now") << ""
-                         << "yyyn"
-                         << "2023-11-16 07:00:00 CET";
-    QTest::newRow("too early") << "2023-11-16 06:59"
-                               << "yyny"
-                               << "2023-11-16 07:00:00 CET";
-    QTest::newRow("due") << "2023-11-16 07:00"
-                         << "yyyy"
-                         << "2023-11-16 07:00:00 CET";
-    QTest::newRow("in the gap") << "2024-03-31 02:30"
-                                << "yyny"
-                                << "2024-03-31 07:00:00 CEST";
+    addColumns<QString, QString, QString>("at", "verdicts", "next");
+    addRow("made", "2023-11-15 09:30", "yyyn", "2023-11-16 07:00:00 CET");
+    addRow("too early", "2023-11-16 06:59", "yyny", "2023-11-16 07:00:00 CET");
+    addRow("due", "2023-11-16 07:00", "yyyy", "2023-11-16 07:00:00 CET");
+    addRow("in the gap", "2024-03-31 02:30", "yyny", "2024-03-31 07:00:00 CEST");
 }
 
 void TestToolAnswers::whyTellsEachRule()
@@ -180,8 +155,7 @@ void TestToolAnswers::whyTellsEachRule()
     QFETCH(QString, verdicts);
     QFETCH(QString, next);
     setUpDailyReport();
-    const Outcome outcome = run(at.isEmpty() ? QStringList{"why", "firm", "daily"}
-                                             : QStringList{"why", "firm", "daily", "--at", at});
+    const Outcome outcome = run({"why", "firm", "daily", "--at", at});
     QString found;
     for (const QString &line : outcome.output.split('\n'))
         found += line.startsWith("  met ") ? "y" : line.startsWith("  not met ") ? "n" : "";

@@ -1,7 +1,6 @@
 #include "tool/tooltest.h"
 
 #include <QJsonDocument>
-#include <QTest>
 
 /// What the check finds in installations that lack something.
 class TestToolCheck : public ToolTest
@@ -36,36 +35,27 @@ QStringList TestToolCheck::checkFindings(const QString &subject) const
 
 void TestToolCheck::checkFinds_data()
 {
-    QTest::addColumn<QString>("change");
-    QTest::addColumn<QString>("finding");
-    QTest::newRow("nothing") << "DO 0"
-                             << "";
-    QTest::newRow("settings") << "DROP TABLE vars"
-                              << "table vars: Table";
-    QTest::newRow("column") << "ALTER TABLE atten DROP ok"
-                            << "table atten: Unknown column 'ok'";
+    addColumns<QString, QString>("change", "finding");
+    addRow("nothing", "DO 0", "");
+    addRow("settings", "DROP TABLE vars", "table vars: Table");
+    addRow("column", "ALTER TABLE atten DROP ok", "table atten: Unknown column 'ok'");
     const QString on = "; INSERT INTO vars VALUES ('dattenInters', '1'), ('advancedOvertime', '1')";
     const QString ambiguous = "ALTER TABLE inters ADD del INT";
-    QTest::newRow("ambiguous") << ambiguous + on << "Column 'del' in";
-    QTest::newRow("ambiguous, not joined") << ambiguous << "";
-    QTest::newRow("overtime") << "ALTER TABLE atten DROP saldo_p" + on << "column 'saldo_p'";
-    QTest::newRow("overtime, not read") << "ALTER TABLE atten DROP saldo_p"
-                                        << "";
-    QTest::newRow("engine") << "ALTER TABLE emails ENGINE=MyISAM"
-                            << "emails ENGINE=InnoDB";
-    QTest::newRow("key") << "ALTER TABLE vars DROP PRIMARY KEY, ADD KEY (name)"
-                         << "ADD UNIQUE KEY (name)";
-    QTest::newRow("letters") << "ALTER TABLE emails MODIFY subject VARCHAR(255) CHARSET latin1"
-                             << "emails.subject is in latin1";
-    QTest::newRow("attachments") << "ALTER TABLE emails MODIFY data BLOB"
-                                 << "emails.data holds 65535";
-    QTest::newRow("packet") << "INSERT INTO emails (`from`, `to`, subject, data) VALUES "
-                               "('a', 'b', 'c', REPEAT('x', 34 * 1024 * 1024))"
-                            << "set max_allowed_packet";
-    QTest::newRow("sender") << "INSERT INTO vars VALUES ('globalEmail', '')"
-                            << "globalEmail, is no";
-    QTest::newRow("disabled") << "UPDATE vars SET value = 0 WHERE name LIKE '%enabled'"
-                              << "";
+    addRow("ambiguous", ambiguous + on, "Column 'del' in");
+    addRow("ambiguous, not joined", ambiguous, "");
+    addRow("overtime", "ALTER TABLE atten DROP saldo_p" + on, "column 'saldo_p'");
+    addRow("overtime, not read", "ALTER TABLE atten DROP saldo_p", "");
+    addRow("engine", "ALTER TABLE emails ENGINE=MyISAM", "emails ENGINE=InnoDB");
+    addRow("key", "ALTER TABLE vars DROP PRIMARY KEY, ADD KEY (name)", "ADD UNIQUE KEY (name)");
+    addRow("letters", "ALTER TABLE emails MODIFY subject VARCHAR(255) CHARSET latin1",
+           "emails.subject is in latin1");
+    addRow("attachments", "ALTER TABLE emails MODIFY data BLOB", "emails.data holds 65535");
+    addRow("packet",
+           "INSERT INTO emails (`from`, `to`, subject, data) VALUES "
+           "('a', 'b', 'c', REPEAT('x', 34 * 1024 * 1024))",
+           "set max_allowed_packet");
+    addRow("sender", "INSERT INTO vars VALUES ('globalEmail', '')", "globalEmail, is no");
+    addRow("disabled", "UPDATE vars SET value = 0 WHERE name LIKE '%enabled'", "");
 }
 
 void TestToolCheck::checkFinds()
