@@ -32,27 +32,12 @@ QSqlQuery run(const QSqlDatabase &database, const QString &sql)
 
 } // namespace
 
-QString TestServer::host()
-{
-    return "127.0.0.1";
-}
-
 int TestServer::port()
 {
     const QString folder = qEnvironmentVariable("AUTOREPORT_TEST_SERVER");
     if (folder.isEmpty())
         qFatal("test bench: AUTOREPORT_TEST_SERVER is not set; run the tests with ctest");
     return readFile(folder + "/port").trimmed().toInt();
-}
-
-QString TestServer::user()
-{
-    return "autoreport";
-}
-
-QString TestServer::password()
-{
-    return "secret";
 }
 
 QSqlDatabase TestServer::addConnection(const QString &connectionName, const QString &databaseName)
@@ -65,11 +50,6 @@ QSqlDatabase TestServer::addConnection(const QString &connectionName, const QStr
     database.setDatabaseName(databaseName);
     database.setConnectOptions("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1");
     return database;
-}
-
-QString TestServer::ownPrefix()
-{
-    return "TestDatabase.";
 }
 
 QStringList TestServer::options(const QString &databaseName)

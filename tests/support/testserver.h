@@ -14,16 +14,28 @@
 namespace TestServer
 {
 
-QString host();
+inline QString host()
+{
+    return "127.0.0.1";
+}
 int port();
-QString user();
-QString password();
+inline QString user()
+{
+    return "autoreport";
+}
+inline QString password()
+{
+    return "secret";
+}
 
 /// Registers a connection to `databaseName`, not opened. The caller removes it.
 QSqlDatabase addConnection(const QString &connectionName, const QString &databaseName);
 
 /// What the name of every connection of the bench itself begins with.
-QString ownPrefix();
+inline QString ownPrefix()
+{
+    return "TestDatabase.";
+}
 
 /// The options of the program that lead to that database, and its environment with the password;
 /// the clock is set to `moment` unless it is empty.
