@@ -1,23 +1,95 @@
 #include "support/workbookreader.h"
 
 #include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QProcess>
 
-QJsonObject readWorkbook(const QString &path)
+namespace
 {
-    QProcess reader;
-    reader.start(QStringLiteral(AUTOREPORT_READ_WORKBOOK), {path});
-    if (reader.waitForFinished(60000) && reader.exitStatus() == QProcess::NormalExit &&
-        reader.exitCode() == 0)
-        return QJsonDocument::fromJson(reader.readAllStandardOutput()).object();
-    qCritical().noquote() << "cannot read" << path << ":" << reader.errorString()
-                          << reader.readAllStandardError();
+
+constexpr int patienceMs = 180000;
+
+/// What the program prints; empty when it fails or has something to say beside.
+QByteArray outputOf(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    bool good = process.waitForFinished(patienceMs) &&
+                process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+    const QByteArray said = process.readAllStandardError();
+    // Which fonts gnumeric knows is not our affair.
+    for (const QByteArray &line : said.split('\n'))
+        good = good && (line.isEmpty() || line.contains("unknown widths for font"));
+    if (good)
+        return process.readAllStandardOutput();
+    qCritical().noquote() << program << arguments << process.errorString() << said;
     return {};
+}
+
+} // namespace
+
+QByteArray readRaw(const QString &option, const QString &path)
+{
+    return outputOf(QStringLiteral(AUTOREPORT_READ_WORKBOOK), {option, path});
+}
+
+QVector<QJsonObject> readWorkbooks(const QStringList &paths)
+{
+    QVector<QJsonObject> books;
+    const QByteArray lines = outputOf(QStringLiteral(AUTOREPORT_READ_WORKBOOK), paths);
+    for (const QByteArray &line : lines.split('\n'))
+        books.append(QJsonDocument::fromJson(line).object());
+    books.resize(paths.size());
+    return books;
 }
 
 QJsonObject readSheet(const QString &path, int index)
 {
-    return readWorkbook(path).value(QLatin1String("sheets")).toArray().at(index).toObject();
+    const QJsonObject book = readWorkbooks({path}).first();
+    return book.value(QLatin1String("sheets")).toArray().at(index).toObject();
+}
+
+QString savedBy(Program program, const QString &path, const QString &suffix)
+{
+    const QFileInfo file(path);
+    const bool gnumeric = program == Program::Gnumeric;
+    const QString folder =
+        file.path() + (gnumeric ? QStringLiteral("/gnumeric") : QStringLiteral("/office"));
+    const QString saved =
+        folder + QLatin1Char('/') + file.completeBaseName() + QLatin1Char('.') + suffix;
+    QDir().mkpath(folder);
+    QFile::remove(saved);
+    if (gnumeric) {
+        outputOf(QStringLiteral("ssconvert"), {path, saved});
+        return saved;
+    }
+    // What it says and its exit code tell nothing: only the file counts. A profile of its own keeps
+    // it apart from others that run at the same time.
+    const QString csv = QStringLiteral("csv:Text - txt - csv (StarCalc):44,34,76,1,,0,false,true");
+    QProcess office;
+    office.start(QStringLiteral("soffice"),
+                 {QStringLiteral("-env:UserInstallation=file://%1/profile").arg(folder),
+                  QStringLiteral("--headless"), QStringLiteral("--convert-to"),
+                  suffix == QLatin1String("csv") ? csv : suffix, QStringLiteral("--outdir"), folder,
+                  path});
+    office.waitForFinished(patienceMs);
+    return saved;
+}
+
+QByteArrayList linesBy(Program program, const QString &path)
+{
+    QFile csv(savedBy(program, path, QStringLiteral("csv")));
+    return csv.open(QIODevice::ReadOnly) ? csv.readAll().split('\n') : QByteArrayList();
+}
+
+QString cellName(int row, int column)
+{
+    QString name;
+    for (int rest = column + 1; rest > 0; rest = (rest - 1) / 26)
+        name.prepend(QChar('A' + (rest - 1) % 26));
+    return name + QString::number(row + 1);
 }

@@ -4,8 +4,6 @@
 
 #include <QFileInfo>
 
-using libxl::BorderStyle;
-
 /** Books as large as the formats allow, and the edges inside an .xls. */
 class TestLimits : public QObject
 {
@@ -17,7 +15,6 @@ private Q_SLOTS:
     void fullXls();
     void manyFormats_data();
     void manyFormats();
-    void equalFormatsAreShared();
 };
 
 void TestLimits::container_data()
@@ -26,16 +23,11 @@ void TestLimits::container_data()
 
     // Where the stream leaves the smallest size, and where one more sector needs one more sector
     // of tables: 109 of them are named in the header, each 127 more need an overflow sector.
-    const auto around = [](int bytes) {
-        for (const int size : {bytes - 1, bytes, bytes + 1, bytes + 512})
-            QTest::addRow("%d", size) << size;
-    };
     QTest::newRow("empty") << 0;
-    around(4096);
-    around(126 * 512);
-    around(7087104);
-    around(15279616);
-    around(15344640);
+    for (const int edge : {4096, 126 * 512, 7087104, 15279616, 15344640}) {
+        for (const int size : {edge - 1, edge, edge + 1, edge + 512})
+            QTest::addRow("%d", size) << size;
+    }
 }
 
 void TestLimits::container()
@@ -51,27 +43,21 @@ void TestLimits::container()
     sink.append(stream);
     file.finish();
     QVERIFY(sink.commit());
-
-    QProcess reader;
-    reader.start("/usr/bin/python3"_q, {QStringLiteral(AUTOREPORT_CHECK_XLS), path});
-    QVERIFY(reader.waitForFinished());
-    QCOMPARE(reader.readAllStandardError(), QByteArray());
-    QByteArray expected = QByteArray::fromStdString(stream);
-    if (bytes < 4096)
-        expected += QByteArray(4096 - bytes, '\0');
-    QVERIFY(reader.readAllStandardOutput() == expected);
+    stream.resize(std::max(stream.size(), std::size_t(4096)), '\0');
+    QVERIFY(readRaw("--stream"_q, path) == QByteArray::fromStdString(stream));
 }
 
-/** All rows of an .xls, and strings of all lengths across the limits of records. */
+/** All rows of an .xls, and strings of all lengths and widths across the limits of records. */
 void TestLimits::fullXls()
 {
-    const FormatFixture fixture(true);
+    FormatFixture::nextIsXls = true;
+    const FormatFixture fixture;
     const TestBook book(true);
     Sheet *sheet = book->addSheet(L"S");
+    const QString letters[] = {"\U0001F600"_q, "á"_q, "č"_q, "x"_q};
     QByteArray expected;
-    for (int row = 0; row < 65536; ++row) {
-        const int length = 1 + row * 37 % 700;
-        const QString text = QString::number(row) + QString(length, QChar(row % 3 ? 0xE1 : 0x10D));
+    for (int row = 0; row < fixture.rows; ++row) {
+        const QString text = QString::number(row) + letters[row % 4].repeated(1 + row * 37 % 700);
         QVERIFY(sheet->writeStr(row, 0, text.toStdWString().c_str()));
         expected += text.toUtf8();
         for (int column = 1; column < 15; ++column) {
@@ -83,8 +69,12 @@ void TestLimits::fullXls()
     }
     QVERIFY(book.save(fixture.file()));
     QVERIFY(QFileInfo(fixture.file()).size() > 40000000);
-    QCOMPARE(faultsOf(fixture.file()), QByteArray());
-    QVERIFY(fixture.byGnumeric().join('\n') == expected);
+    QVERIFY(readRaw("--values"_q, fixture.file()) == expected);
+    QVERIFY(linesBy(Program::LibreOffice, fixture.file()).join('\n') == expected);
+
+    QVERIFY(!sheet->writeNum(fixture.rows, 0, 1));
+    QVERIFY(!book.save(fixture.file("again"_q)));
+    QVERIFY(!QFileInfo::exists(fixture.file("again"_q)));
 }
 
 void TestLimits::manyFormats_data()
@@ -98,49 +88,40 @@ void TestLimits::manyFormats_data()
     QTest::newRow("an .xlsx has more") << false << 4001 << true;
 }
 
+/** Equal formats count once. */
 void TestLimits::manyFormats()
 {
     QFETCH(bool, isXls);
     QFETCH(int, count);
-    const FormatFixture fixture(isXls);
+    FormatFixture::nextIsXls = isXls;
+    const FormatFixture fixture;
     const TestBook book(isXls);
     Sheet *sheet = book->addSheet(L"S");
     // Format i + 1 is a number of four digits to the base of 14, a digit for each side.
     const auto style = [](int i, int divisor) {
-        return static_cast<BorderStyle>((i + 1) / divisor % 14);
+        return static_cast<libxl::BorderStyle>((i + 1) / divisor % 14);
     };
-    for (int i = 0; i < count; ++i) {
+    for (int i = 0; i < 2 * count; ++i) {
         Format *format = book->addFormat();
-        format->setBorderLeft(style(i, 1));
-        format->setBorderRight(style(i, 14));
-        format->setBorderTop(style(i, 14 * 14));
-        format->setBorderBottom(style(i, 14 * 14 * 14));
+        format->setBorderLeft(style(i % count, 1));
+        format->setBorderRight(style(i % count, 14));
+        format->setBorderTop(style(i % count, 14 * 14));
+        format->setBorderBottom(style(i % count, 14 * 14 * 14));
         sheet->writeBlank(i / 256, i % 256, format);
     }
-    QTEST(book.save(fixture.file()), "fits");
-    if (!QTest::currentTestFailed() && QFileInfo::exists(fixture.file())) {
-        const QJsonObject read = fixture.saved(book);
-        const QJsonObject borders = cellOf(read, "FD16"_q)["borders"_q].toObject(); // number 4000
-        QCOMPARE(borders["left"_q].toObject()["style"_q].toString(), "mediumDashDot"_q);
-        QCOMPARE(borders["right"_q].toObject()["style"_q].toString(), "thick"_q);
-        QCOMPARE(borders["top"_q].toObject()["style"_q].toString(), "double"_q);
-        QCOMPARE(borders["bottom"_q].toObject()["style"_q].toString(), "thin"_q);
-        QCOMPARE(read["cells"_q].toObject().size(), count);
-    }
-}
-
-void TestLimits::equalFormatsAreShared()
-{
-    const FormatFixture fixture(true);
-    const TestBook book(true);
-    Sheet *sheet = book->addSheet(L"S");
-    for (int i = 0; i < 10000; ++i) {
-        book->addFont();
-        Format *format = book->addFormat();
-        format->setWrap(true);
-        sheet->writeNum(i, 0, 1, format);
-    }
-    QVERIFY(book.save(fixture.file()));
+    const QJsonObject read = fixture.saved(book);
+    QTEST(!read.isEmpty(), "fits");
+    QCOMPARE(QFileInfo::exists(fixture.file()), !read.isEmpty());
+    if (read.isEmpty())
+        return;
+    QCOMPARE(read["cells"_q].toObject().size(), 2 * count);
+    const QJsonObject borders = cellOf(read, "FD16"_q)["borders"_q].toObject(); // number 4000
+    const std::pair<QString, QString> sides[] = {{"left"_q, "mediumDashDot"_q},
+                                                 {"right"_q, "thick"_q},
+                                                 {"top"_q, "double"_q},
+                                                 {"bottom"_q, "thin"_q}};
+    for (const auto &[side, name] : sides)
+        QCOMPARE(borders[side].toObject()["style"_q].toString(), name);
 }
 
 QTEST_GUILESS_MAIN(TestLimits)

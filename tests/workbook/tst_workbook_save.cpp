@@ -2,29 +2,22 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QProcess>
 
 #include <clocale>
 #include <csignal>
 #include <thread>
 
 #include <sys/resource.h>
-#include <sys/stat.h>
 
 /** Saving, and what does not depend on single cells: bytes, failures, threads. */
 class TestSave : public QObject, private FormatFixture
 {
     Q_OBJECT
 
-public:
-    explicit TestSave(bool binary)
-        : FormatFixture(binary)
-    {
-    }
-
 private Q_SLOTS:
     void cleanup();
     void equalBytes();
-    void threadsShareNothing();
     void decimalComma();
     void failures_data();
     void failures();
@@ -32,6 +25,12 @@ private Q_SLOTS:
     void fullDisk();
 
 private:
+    [[nodiscard]] QString makeFile(const QString &name, const QByteArray &content) const
+    {
+        QFile made(dir.filePath(name));
+        const bool good = made.open(QIODevice::WriteOnly) && made.write(content) >= 0;
+        return good ? made.fileName() : QString();
+    }
     [[nodiscard]] QStringList listing() const
     {
         return QDir(dir.path())
@@ -42,32 +41,20 @@ private:
 namespace
 {
 
-/** A small report with everything that one uses; every third row has formulas. */
+/** A small report. */
 void fill(const TestBook &book, int rows)
 {
-    book->setDefaultFont(L"MS Shell Dlg 2", 10);
-    book->setRgbMode(true);
     Sheet *sheet = book->addSheet(L"Mes. report dochádzky");
     Format *format = book->addFormat();
     format->setNumFormat(book->addCustomNumFormat(L"#0.00"));
-    format->setBorder(libxl::BorderStyle::Thin);
-    format->setBorderColor(libxl::Color::Black);
     sheet->setCol(0, 3, 20);
     sheet->setRow(0, 16);
-    sheet->setFooter(L"Strana &P/&N", 0.5);
-    sheet->writeStr(0, 0, L"Priezvisko a meno", format);
     for (int row = 1; row <= rows; ++row) {
-        sheet->writeStr(row, 0, (L"Zamestnanec " + std::to_wstring(row)).c_str(), format);
+        const std::wstring number = std::to_wstring(row + 1);
+        sheet->writeStr(row, 0, (L"Zamestnanec " + number).c_str(), format);
         sheet->writeNum(row, 1, row * 0.25, format);
-        sheet->writeBlank(row, 2, format);
-        if (row % 3 == 0) {
-            const std::wstring number = std::to_wstring(row + 1);
-            std::wstring expr = L"=B" + number;
-            expr += L"/(B2/100)-C" + number;
-            sheet->writeFormula(row, 3, expr.c_str(), format);
-        }
+        sheet->writeFormula(row, 2, (L"=B" + number + L"/(B2/100)").c_str(), format);
     }
-    sheet->split(1, 0);
     sheet->setPrintRepeatRows(0, 0);
 }
 
@@ -84,56 +71,45 @@ void TestSave::cleanup()
     QCOMPARE(listing(), QStringList());
 }
 
+/** Twice the same book, and two like it in threads that run at once. */
 void TestSave::equalBytes()
 {
     const TestBook book(isXls);
-    fill(book, 200);
+    fill(book, 2000);
     QVERIFY(book.save(file()));
-    const QByteArray bytes = bytesOf(file());
-    QCOMPARE(faultsOf(file()), QByteArray());
-    QVERIFY(book.save(file("again"_q)));
-    QCOMPARE(bytesOf(file("again"_q)), bytes);
-
-    const TestBook other(isXls);
-    fill(other, 200);
-    QVERIFY(other.save(file())); // over the older file
-    QCOMPARE(bytesOf(file()), bytes);
-    QCOMPARE(QFileInfo(file()).permissions() & ~(QFile::ReadUser | QFile::WriteUser),
-             QFile::ReadOwner | QFile::WriteOwner);
-    QCOMPARE(listing().size(), 2);
-}
-
-void TestSave::threadsShareNothing()
-{
+    QVERIFY(book.save(file())); // over the older file
+    QVERIFY(!readSheet(file()).isEmpty());
     bool saved[2] = {};
     const auto work = [&](int i) {
-        const TestBook book(isXls);
-        fill(book, 2000);
-        saved[i] = book.save(file(QString::number(i)));
+        const TestBook other(isXls);
+        fill(other, 2000);
+        saved[i] = other.save(file(QString::number(i)));
     };
     std::thread first(work, 0);
     std::thread second(work, 1);
     first.join();
     second.join();
     QVERIFY(saved[0] && saved[1]);
-    QCOMPARE(bytesOf(file("0"_q)), bytesOf(file("1"_q)));
+    QVERIFY(bytesOf(file("0"_q)) == bytesOf(file()));
+    QVERIFY(bytesOf(file("1"_q)) == bytesOf(file()));
+    QCOMPARE(QFileInfo(file()).permissions() & ~(QFile::ReadUser | QFile::WriteUser),
+             QFile::ReadOwner | QFile::WriteOwner);
+    QCOMPARE(listing().size(), 3);
 }
 
 void TestSave::decimalComma()
 {
     // A locale of our own: whether the machine has one with a comma does not matter.
-    QFile source(dir.filePath("numbers"_q));
-    QVERIFY(source.open(QIODevice::WriteOnly));
-    source.write("LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \"\"\ngrouping -1\n"
-                 "END LC_NUMERIC\n");
-    source.close();
-    QFile characters(dir.filePath("characters"_q));
-    QVERIFY(characters.open(QIODevice::WriteOnly));
-    characters.write("<code_set_name> MINI\nCHARMAP\n<U002C> \\x2c\nEND CHARMAP\n");
-    characters.close();
+    const QString numbers =
+        makeFile("numbers"_q, "LC_NUMERIC\ndecimal_point \",\"\nthousands_sep \"\"\ngrouping -1\n"
+                              "END LC_NUMERIC\n");
+    const QString characters =
+        makeFile("characters"_q, "<code_set_name> MINI\nCHARMAP\n<U002C> \\x2c\nEND CHARMAP\n");
     // It warns of all that is missing beside the numbers.
-    complaints("localedef"_q, {"-c"_q, "-f"_q, characters.fileName(), "-i"_q, source.fileName(),
-                               dir.filePath("comma"_q)});
+    QProcess maker;
+    maker.start("localedef"_q,
+                {"-c"_q, "-f"_q, characters, "-i"_q, numbers, dir.filePath("comma"_q)});
+    QVERIFY(maker.waitForFinished());
     qputenv("LOCPATH", dir.path().toLocal8Bit());
     QVERIFY(std::setlocale(LC_NUMERIC, "comma") != nullptr);
     char text[8];
@@ -156,6 +132,7 @@ void TestSave::failures_data()
     QTest::addColumn<QString>("target");
 
     QTest::newRow("no such folder") << "none/book"_q;
+    QTest::newRow("a read-only folder") << "../../../../../../proc/self/book"_q;
     QTest::newRow("the target is a folder") << "folder"_q;
     QTest::newRow("a file is taken for a folder") << "older/book"_q;
     QTest::newRow("longest name and one more") << QString(256, QLatin1Char('x'));
@@ -166,8 +143,7 @@ void TestSave::failures()
 {
     QFETCH(QString, target);
     QVERIFY(QDir(dir.path()).mkdir("folder"_q));
-    QFile older(dir.filePath("older"_q));
-    QVERIFY(older.open(QIODevice::WriteOnly));
+    QVERIFY(!makeFile("older"_q, "older").isNull());
     const QStringList before = listing();
 
     const TestBook book(isXls);
@@ -182,26 +158,20 @@ void TestSave::failures()
 
 void TestSave::linkIsReplaced()
 {
-    QFile precious(dir.filePath("precious"_q));
-    QVERIFY(precious.open(QIODevice::WriteOnly));
-    precious.write("precious");
-    precious.close();
-    QVERIFY(precious.link(file()));
+    const QString precious = makeFile("precious"_q, "precious");
+    QVERIFY(QFile::link(precious, file()));
     const TestBook book(isXls);
     fill(book, 1);
     QVERIFY(book.save(file()));
     QVERIFY(!QFileInfo(file()).isSymLink());
-    QCOMPARE(bytesOf(precious.fileName()), QByteArray("precious"));
+    QCOMPARE(bytesOf(precious), QByteArray("precious"));
 }
 
 void TestSave::fullDisk()
 {
     const TestBook book(isXls);
     fill(book, 30000);
-    QFile older(file());
-    QVERIFY(older.open(QIODevice::WriteOnly));
-    older.write("older");
-    older.close();
+    QCOMPARE(makeFile(QFileInfo(file()).fileName(), "older"), file());
 
     // A file may not grow past the limit: the write that crosses it is cut short, the next fails.
     rlimit old{};
