@@ -8,18 +8,19 @@
 namespace
 {
 
-ReportSettings dueSettings(const QString &time)
-{
-    ReportSettings settings;
-    settings.enabled = true;
-    settings.recipients = QStringList{QStringLiteral("a@firma.sk")};
-    settings.time = QTime::fromString(time);
-    return settings;
-}
-
 QDateTime local(const QString &text)
 {
-    return QDateTime::fromString(text, QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    return QDateTime::fromString(text, "yyyy-MM-dd HH:mm:ss");
+}
+
+ReportSettings settingsWith(const QString &time, const QDateTime &lastGenerated)
+{
+    const qint64 seconds = lastGenerated.toSecsSinceEpoch();
+    return ReportSettings::fromValues({{"p.enabled", QByteArray("1")},
+                                       {"p.emails", "a@b.sk,, ,c@d.sk"},
+                                       {"p.time", time},
+                                       {"p.lastGenerated", QByteArray::number(seconds)}},
+                                      "p.");
 }
 
 } // namespace
@@ -30,13 +31,12 @@ class TestReportSchedule : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void settingsAreRead();
+    void settings();
     void rules_data();
     void rules();
     void oncePerDay_data();
     void oncePerDay();
-    void nextDueIsTheFirstDueMoment_data();
-    void nextDueIsTheFirstDueMoment();
+    void edges();
 };
 
 void TestReportSchedule::initTestCase()
@@ -45,22 +45,15 @@ void TestReportSchedule::initTestCase()
     tzset();
 }
 
-void TestReportSchedule::settingsAreRead()
+void TestReportSchedule::settings()
 {
-    const QString prefix = QStringLiteral("p.");
-    const QMap<QString, QVariant> values{
-        {QStringLiteral("p.enabled"), QByteArray("1")},
-        {QStringLiteral("p.emails"), QStringLiteral("a@b.sk,, ,c@d.sk")},
-        {QStringLiteral("p.time"), QStringLiteral("07:30")},
-        {QStringLiteral("p.lastGenerated"), QByteArray("5000000000")}};
-    const ReportSettings settings = ReportSettings::fromValues(values, prefix);
-    QVERIFY(settings.enabled);
-    QCOMPARE(settings.recipients, QStringList({QStringLiteral("a@b.sk"), QStringLiteral(" "),
-                                               QStringLiteral("c@d.sk")}));
-    QCOMPARE(settings.time, QTime(7, 30));
-    QCOMPARE(settings.lastGenerated, Q_INT64_C(5000000000));
+    const ReportSettings read = settingsWith("07:30", QDateTime::fromSecsSinceEpoch(5000000000));
+    QVERIFY(read.enabled);
+    QCOMPARE(read.recipients, QStringList({"a@b.sk", " ", "c@d.sk"}));
+    QCOMPARE(read.time, QTime(7, 30));
+    QCOMPARE(read.lastGenerated, Q_INT64_C(5000000000));
 
-    const ReportSettings missing = ReportSettings::fromValues({}, prefix);
+    const ReportSettings missing = ReportSettings::fromValues({}, "p.");
     QVERIFY(!missing.enabled && missing.recipients.isEmpty() && !missing.time.isValid());
 }
 
@@ -70,24 +63,34 @@ void TestReportSchedule::rules_data()
     QTest::addColumn<QString>("last");
     QTest::addColumn<QString>("now");
     QTest::addColumn<int>("reason");
+    QTest::addColumn<int>("secondsUntil");
 
     const auto row = [](const char *name, const char *time, const char *last, const char *now,
-                        ReportReason reason) {
-        QTest::newRow(name) << QString::fromLatin1(time) << QString::fromLatin1(last)
-                            << QString::fromLatin1(now) << static_cast<int>(reason);
+                        ReportReason reason, int secondsUntil) {
+        QTest::newRow(name) << time << last << now << int(reason) << secondsUntil;
     };
+    const int hour = 3600;
     const auto due = ReportReason::Due;
     const auto done = ReportReason::AlreadyGenerated;
     const auto early = ReportReason::TooEarly;
-    row("a minute early", "07:00", "2023-11-14 07:00:00", "2023-11-15 06:59:59", early);
-    row("on time", "07:00", "2023-11-14 07:00:00", "2023-11-15 07:00:00", due);
-    row("made today", "07:00", "2023-11-15 07:00:05", "2023-11-15 07:01:05", done);
-    row("60 s before the moment", "07:00", "2023-11-15 06:59:00", "2023-11-15 07:00:00", done);
-    row("61 s before the moment", "07:00", "2023-11-15 06:58:59", "2023-11-15 07:00:00", due);
-    row("seconds in the time", "07:00:30", "2023-11-14 07:00:00", "2023-11-15 07:00:29", early);
-    row("no time: the first tick", "", "2023-11-14 23:00:00", "2023-11-15 00:00:03", due);
-    row("no time: once", "25:00", "2023-11-15 00:00:04", "2023-11-15 18:00:00", done);
-    row("generated in the future", "07:00", "2024-01-01 00:00:00", "2023-11-15 08:00:00", done);
+    const char *day = "2023-11-14 07:00:00";
+    row("a second early", "07:00", day, "2023-11-15 06:59:59", early, 1);
+    row("on time", "07:00", day, "2023-11-15 07:00:00", due, 0);
+    row("hours late", "07:00", day, "2023-11-15 09:00:00", due, 0);
+    row("seconds in the time", "07:00:30", day, "2023-11-15 07:00:29", early, 1);
+    row("made today", "07:00", "2023-11-15 07:00:05", "2023-11-15 08:00:00", done, 23 * hour);
+    row("made 60 s before the moment", "07:00", "2023-11-15 06:59:00", "2023-11-15 07:00:00", done,
+        24 * hour);
+    row("61 s", "07:00", "2023-11-15 06:58:59", "2023-11-15 07:00:00", due, 0);
+    row("no time: the first tick", "", "2023-11-14 23:00:00", "2023-11-15 00:00:03", due, 0);
+    row("25:00: once", "25:00", "2023-11-15 00:00:04", "2023-11-15 18:00:00", done, 6 * hour);
+    row("7: none either", "7", "2023-11-14 23:00:00", "2023-11-15 00:00:00", due, 0);
+    row("made in the future", "07:00", "2024-06-01 08:00:00", "2024-05-31 08:00:00", done,
+        47 * hour);
+    row("short night", "07:00", "2024-03-30 07:00:01", "2024-03-30 08:00:00", done, 22 * hour);
+    row("long night", "07:00", "2024-10-26 07:00:01", "2024-10-26 08:00:00", done, 24 * hour);
+    row("in the gap", "02:30", "2024-03-30 02:30:01", "2024-03-31 01:59:00", early, 60);
+    row("before both passages", "02:30", "2024-10-26 02:30:01", "2024-10-27 01:30:00", early, hour);
 }
 
 void TestReportSchedule::rules()
@@ -95,14 +98,21 @@ void TestReportSchedule::rules()
     QFETCH(QString, time);
     QFETCH(QString, last);
     QFETCH(QString, now);
-    ReportSettings settings = dueSettings(time);
-    settings.lastGenerated = local(last).toSecsSinceEpoch();
-    QTEST(static_cast<int>(reportReason(settings, local(now))), "reason");
+    QFETCH(int, secondsUntil);
+    ReportSettings settings = settingsWith(time, local(last));
+    QTEST(int(reportReason(settings, local(now))), "reason");
+
+    const QDateTime next = nextDue(settings, local(now));
+    QCOMPARE(local(now).secsTo(next), qint64(secondsUntil));
+    QCOMPARE(reportReason(settings, next), ReportReason::Due);
+    if (secondsUntil > 0)
+        QVERIFY(reportReason(settings, next.addMSecs(-1)) != ReportReason::Due);
 
     settings.recipients.clear();
     QCOMPARE(reportReason(settings, local(now)), ReportReason::NoRecipients);
     settings.enabled = false;
     QCOMPARE(reportReason(settings, local(now)), ReportReason::Disabled);
+    QVERIFY(!nextDue(settings, local(now)).isValid());
 }
 
 void TestReportSchedule::oncePerDay_data()
@@ -114,8 +124,7 @@ void TestReportSchedule::oncePerDay_data()
 
     const auto row = [](const char *name, const QDate &date, int hours, const char *time,
                         const char *firstTick) {
-        QTest::newRow(name) << date << hours << QString::fromLatin1(time)
-                            << QString::fromLatin1(firstTick);
+        QTest::newRow(name) << date << hours << time << firstTick;
     };
     const QDate spring(2024, 3, 31);
     const QDate autumn(2024, 10, 27);
@@ -135,9 +144,7 @@ void TestReportSchedule::oncePerDay()
     QFETCH(QDate, date);
     QFETCH(int, hours);
     QFETCH(QString, time);
-    ReportSettings settings = dueSettings(time);
-    settings.lastGenerated = date.addDays(-1).startOfDay().toSecsSinceEpoch();
-
+    ReportSettings settings = settingsWith(time, date.addDays(-1).startOfDay());
     const qint64 start = date.startOfDay().toSecsSinceEpoch();
     QCOMPARE(date.addDays(1).startOfDay().toSecsSinceEpoch() - start, hours * Q_INT64_C(3600));
     QStringList made;
@@ -145,59 +152,24 @@ void TestReportSchedule::oncePerDay()
         const QDateTime now = QDateTime::fromSecsSinceEpoch(tick);
         if (reportReason(settings, now) != ReportReason::Due)
             continue;
-        made.append(now.toString(QStringLiteral("HH:mm")));
+        made.append(now.toString("HH:mm"));
         settings.lastGenerated = tick + 2;
     }
     QFETCH(QString, firstTick);
     QCOMPARE(made, QStringList{firstTick});
 }
 
-void TestReportSchedule::nextDueIsTheFirstDueMoment_data()
+void TestReportSchedule::edges()
 {
-    QTest::addColumn<QString>("time");
-    QTest::addColumn<QString>("last");
-    QTest::addColumn<QString>("now");
-    QTest::addColumn<int>("secondsUntil");
-
-    const auto row = [](const char *name, const char *time, const char *last, const char *now,
-                        int secondsUntil) {
-        QTest::newRow(name) << QString::fromLatin1(time) << QString::fromLatin1(last)
-                            << QString::fromLatin1(now) << secondsUntil;
-    };
-    row("due now", "07:00", "2024-03-29 07:00:00", "2024-03-30 09:00:00", 0);
-    row("later today", "07:00", "2024-03-29 07:00:00", "2024-03-30 06:59:00", 60);
-    row("over the short night", "07:00", "2024-03-30 07:00:01", "2024-03-30 08:00:00", 22 * 3600);
-    row("over the long night", "07:00", "2024-10-26 07:00:01", "2024-10-26 08:00:00", 24 * 3600);
-    row("in the gap", "02:30", "2024-03-30 02:30:01", "2024-03-31 01:59:00", 60);
-    row("before both passages", "02:30", "2024-10-26 02:30:01", "2024-10-27 01:30:00", 3600);
-    row("no time", "", "2024-10-26 00:00:01", "2024-10-26 23:59:00", 60);
-    row("made ahead of time", "07:00", "2024-06-01 08:00:00", "2024-05-31 08:00:00", 47 * 3600);
-}
-
-void TestReportSchedule::nextDueIsTheFirstDueMoment()
-{
-    QFETCH(QString, time);
-    QFETCH(QString, last);
-    QFETCH(QString, now);
-    QFETCH(int, secondsUntil);
-    ReportSettings settings = dueSettings(time);
-    settings.lastGenerated = local(last).toSecsSinceEpoch();
-    const QDateTime next = nextDue(settings, local(now));
-    QCOMPARE(local(now).secsTo(next), qint64(secondsUntil));
-    QCOMPARE(reportReason(settings, next), ReportReason::Due);
-    if (secondsUntil > 0)
-        QVERIFY(reportReason(settings, next.addMSecs(-1)) != ReportReason::Due);
-
     // Between the two passages of a time of day, after a morning without a host.
     const QDateTime between = QDateTime::fromSecsSinceEpoch(1729991400); // the second 02:10
-    settings.time = QTime(2, 30);
-    settings.lastGenerated = 0;
+    ReportSettings settings = settingsWith("02:30", local("2024-10-26 02:30:01"));
     QCOMPARE(between.secsTo(nextDue(settings, between)), Q_INT64_C(1200));
     settings.lastGenerated = std::numeric_limits<qint64>::max(); // not one day after the other
-    QVERIFY(!nextDue(settings, local(now)).isValid());
-    settings.lastGenerated = 0;
+    QVERIFY(!nextDue(settings, between).isValid());
+    settings = settingsWith("02:30", between);
     settings.recipients.clear();
-    QVERIFY(!nextDue(settings, local(now)).isValid());
+    QVERIFY(!nextDue(settings, between).isValid());
 }
 
 QTEST_APPLESS_MAIN(TestReportSchedule)

@@ -1,6 +1,10 @@
 #include "support/reportbench.h"
 
 #include "support/connectionguard.h"
+#include "support/workbookreader.h"
+
+#include <QTest>
+#include <QtMath>
 
 #include <ctime>
 
@@ -72,12 +76,10 @@ QJsonArray sheetRow(const QJsonObject &sheet, int row)
 {
     const QString last = lastCell(sheet).first;
     QJsonArray values;
-    QString column;
-    // Two letters are enough for a report: A to Z, then AA to AZ.
-    for (int index = 0; column != last && index < 52; ++index) {
-        column = (index < 26 ? QString() : QString(QLatin1Char('A'))) +
-                 QLatin1Char(static_cast<char>('A' + index % 26));
-        values.append(cellValue(sheet, column + QString::number(row)));
+    QString cell;
+    while (cell != last + QString::number(row) && values.size() < 52) {
+        cell = cellName(row - 1, values.size());
+        values.append(cellValue(sheet, cell));
     }
     return values;
 }
@@ -85,4 +87,48 @@ QJsonArray sheetRow(const QJsonObject &sheet, int row)
 int rowCount(const QJsonObject &sheet)
 {
     return lastCell(sheet).second;
+}
+
+QString lookOf(const QJsonObject &sheet, const QString &reference)
+{
+    const QJsonObject cell = sheet["cells"].toObject()[reference].toObject();
+    const QJsonObject font = cell["font"].toObject();
+    QString look = QString("%1 %2%3, %4 %5%6, %7")
+                       .arg(font["name"].toString(), QString::number(font["size"].toDouble()),
+                            font["bold"].toBool() ? " bold" : "", cell["horizontal"].toString(),
+                            cell["vertical"].toString(), cell["wrap"].toBool() ? " wrap" : "",
+                            cell["numberFormat"].toString());
+    const QJsonObject borders = cell["borders"].toObject();
+    for (const QJsonValue &border : borders) {
+        if (border != borders["top"] || borders.size() != 4)
+            return "borders that differ";
+    }
+    if (!borders.isEmpty())
+        look += QString(", %1 %2").arg(borders["top"].toObject()["style"].toString(),
+                                       borders["top"].toObject()["color"].toString());
+    return look;
+}
+
+QString shownWidths(const QJsonObject &sheet)
+{
+    // Stored widths hold five pixels of padding beside the digits of seven pixels each.
+    const QJsonObject widths = sheet["columnWidths"].toObject();
+    QStringList shown;
+    for (auto width = widths.begin(); width != widths.end(); ++width)
+        shown += width.key() + QString::number(qFloor(width->toDouble()));
+    return shown.join(' ');
+}
+
+void checkPage(const QJsonObject &sheet)
+{
+    const QJsonObject margins = sheet["margins"].toObject();
+    for (const char *side : {"left", "right", "top"})
+        QCOMPARE(margins[side].toDouble(), 0.1968);
+    QCOMPARE(margins["footer"].toDouble(), 0.5);
+    QCOMPARE(sheet["footer"].toString(), QString("Strana &P/&N"));
+    QCOMPARE(sheet["freeze"].toString(), QString("A2"));
+    QCOMPARE(sheet["printTitles"].toString(), QString("$1:$1"));
+    QVERIFY(sheet["landscape"].toBool() && sheet["printGridLines"].toBool());
+    QCOMPARE(sheet["fitToWidth"].toInt(), 1);
+    QCOMPARE(sheet["fitToHeight"].toInt(), 0);
 }

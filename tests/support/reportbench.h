@@ -37,3 +37,9 @@ QJsonValue cellValue(const QJsonObject &sheet, const QString &reference);
 /// All cells of a row, counted from 1, up to the sheet's last column.
 QJsonArray sheetRow(const QJsonObject &sheet, int row);
 int rowCount(const QJsonObject &sheet);
+/// Such as "MS Shell Dlg 2 10 bold, center top wrap, #0.00, thin FF000000"; the borders are alike.
+QString lookOf(const QJsonObject &sheet, const QString &reference);
+/// The widths that are set, as their users see them: "A10 B20".
+QString shownWidths(const QJsonObject &sheet);
+/// What the pages of both reports have in common.
+void checkPage(const QJsonObject &sheet);

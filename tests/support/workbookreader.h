@@ -2,6 +2,7 @@
 
 #include <QByteArrayList>
 #include <QJsonObject>
+#include <QMetaType>
 #include <QStringList>
 #include <QVector>
 
@@ -18,6 +19,7 @@ QJsonObject readSheet(const QString &path, int index = 0);
 QByteArray readRaw(const QString &option, const QString &path);
 
 enum class Program { Gnumeric, LibreOffice };
+Q_DECLARE_METATYPE(Program)
 
 /// Lets the program open the file and save it under another suffix; gives the new file's path.
 QString savedBy(Program program, const QString &path, const QString &suffix);
