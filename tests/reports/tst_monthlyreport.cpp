@@ -49,20 +49,6 @@ void fillSchema(const TestDatabase &schema, const QDate &month)
             .arg(begin, end)});
 }
 
-/// A row of `columns` cells; both texts are objects in JSON that give values by column.
-QJsonArray rowOf(int columns, const QString &cells, const QString &more)
-{
-    QJsonArray row;
-    for (int column = 0; column < columns; ++column)
-        row += QJsonValue();
-    for (const QString &text : {cells, more}) {
-        const QJsonObject values = QJsonDocument::fromJson(text.toUtf8()).object();
-        for (auto value = values.begin(); value != values.end(); ++value)
-            row[value.key().at(0).unicode() - 'A'] = value.value();
-    }
-    return row;
-}
-
 } // namespace
 
 class TestMonthlyReport : public QObject

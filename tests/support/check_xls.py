@@ -101,6 +101,8 @@ def check_strings(records):
             index += struct.pack("<IHH", position + 4 + at, 4 + at, 0)
         left, wide = u16(data, at), data[at + 2]
         at += 3
+        if left and at == len(data):
+            yield f"string {string}: nothing of it before the cut"
         while left > (len(data) - at) >> wide:
             left -= (len(data) - at) >> wide
             part, at = part + 1, 1

@@ -3,6 +3,7 @@
 #include "support/connectionguard.h"
 #include "support/workbookreader.h"
 
+#include <QJsonDocument>
 #include <QTest>
 #include <QtMath>
 
@@ -131,4 +132,17 @@ void checkPage(const QJsonObject &sheet)
     QVERIFY(sheet["landscape"].toBool() && sheet["printGridLines"].toBool());
     QCOMPARE(sheet["fitToWidth"].toInt(), 1);
     QCOMPARE(sheet["fitToHeight"].toInt(), 0);
+}
+
+QJsonArray rowOf(int columns, const QString &cells, const QString &more)
+{
+    QJsonArray row;
+    for (int column = 0; column < columns; ++column)
+        row += QJsonValue();
+    for (const QString &text : {cells, more}) {
+        const QJsonObject values = QJsonDocument::fromJson(text.toUtf8()).object();
+        for (auto value = values.begin(); value != values.end(); ++value)
+            row[value.key().at(0).unicode() - 'A'] = value.value();
+    }
+    return row;
 }
