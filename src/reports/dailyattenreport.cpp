@@ -9,7 +9,6 @@
 #include "reports/reportquery.h"
 #include "reports/reportrun.h"
 
-#include <QDir>
 #include <QSqlError>
 
 #include <utility>
@@ -48,8 +47,7 @@ void DailyAttenReport::makeReport(const QStringList &emails, const QDateTime &no
 void DailyAttenReport::produce(const ReportRun &run)
 {
     const DailyAttenOptions options = readOptions();
-    const QString path =
-        QDir::tempPath() + QLatin1Char('/') + fileName(run.now.date(), options.xlsx);
+    const QString path = reportPath(fileName(run.now.date(), options.xlsx));
     if (buildWorkbook(path, options, run))
         queueMails(path, run);
 }

@@ -6,8 +6,6 @@
 #include "reports/reportmail.h"
 #include "reports/reportrun.h"
 
-#include <QDir>
-
 #include <utility>
 
 namespace
@@ -41,7 +39,7 @@ void MonthlyAttenReport::makeReport(const QStringList &emails, const QDateTime &
 
 void MonthlyAttenReport::produce(const ReportRun &run)
 {
-    const QString path = QDir::tempPath() + QLatin1Char('/') + fileName(run.now.date());
+    const QString path = reportPath(fileName(run.now.date()));
     if (saveWorkbook(path, run))
         queueMails(path, run);
 }

@@ -2,6 +2,7 @@
 
 #include "workbook/libxlhelper.h"
 
+#include <QDir>
 #include <QVarLengthArray>
 
 namespace
@@ -46,6 +47,14 @@ void writeText(libxl::ISheetT<wchar_t> &sheet, int row, int col, const QString &
     QVarLengthArray<wchar_t, 256> wide(text.size() + 1);
     wide[text.toWCharArray(wide.data())] = L'\0';
     sheet.writeStr(row, col, wide.constData(), format);
+}
+
+QString reportPath(const QString &fileName)
+{
+    // Qt's answer for a directory that does not exist is empty: that would be the root directory.
+    const QString existing = QDir::tempPath();
+    const QString folder = existing.isEmpty() ? qEnvironmentVariable("TMPDIR") : existing;
+    return folder + QLatin1Char('/') + fileName;
 }
 
 bool saveReportBook(ReportBook book, const QString &path, const char *report)

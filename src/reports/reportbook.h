@@ -28,6 +28,10 @@ void keepHeadingRow(libxl::ISheetT<wchar_t> &sheet);
 void writeText(libxl::ISheetT<wchar_t> &sheet, int row, int col, const QString &text,
                libxl::IFormatT<wchar_t> *format = nullptr);
 
+/// Where a report puts its file: in the temporary directory. One that does not exist stays in the
+/// path, so that saving fails.
+QString reportPath(const QString &fileName);
+
 /// Saves the book and releases it; a failure is then logged in the name of `report`.
 bool saveReportBook(ReportBook book, const QString &path, const char *report);
 

@@ -210,6 +210,7 @@ void TestBothReports::noMail_data()
     row("no people", "DELETE FROM people", "", "%1 - no people!", false);
     row("the file is a folder", "DO 0", "", unsaved, false);
     row("read-only folder", "DO 0", "/proc", unsaved, false);
+    row("missing folder", "DO 0", "/no/such", unsaved, false);
     row("queue refuses", "ALTER TABLE emails DROP subject", "",
         "%1::makeReport() - mail not created!", true);
 }
