@@ -88,7 +88,7 @@ QVector<Finding> checkTemporaryDirectory()
 {
     Findings findings(QStringLiteral("host"));
     const QString path = QDir::tempPath();
-    if (path.isEmpty()) { // that is what Qt makes of it, and workbooks would go to the root
+    if (path.isEmpty()) { // that is what Qt makes of one that is missing
         findings.problem(QStringLiteral("the temporary directory '%1' does not exist")
                              .arg(qEnvironmentVariable("TMPDIR")),
                          QStringLiteral("make it, or point TMPDIR elsewhere"));
