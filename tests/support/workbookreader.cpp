@@ -89,7 +89,7 @@ QByteArrayList linesBy(Program program, const QString &path)
 QString cellName(int row, int column)
 {
     QString name;
-    for (int rest = column + 1; rest > 0; rest = (rest - 1) / 26)
-        name.prepend(QChar('A' + (rest - 1) % 26));
-    return name + QString::number(row + 1);
+    for (qint64 rest = qint64(column) + 1; rest > 0; rest = (rest - 1) / 26)
+        name.prepend(QChar('A' + int((rest - 1) % 26)));
+    return name + QString::number(qint64(row) + 1);
 }
