@@ -25,15 +25,12 @@ void TestLogRepeats::everyMinute()
             QVERIFY(repeats.isShown("no people", minute * minuteMs));
     }
     QCOMPARE(shown, 1);
-    QCOMPARE(repeats.takeSummaries(4 * hourMs - 1), QStringList());
     summaries += repeats.takeSummaries(9 * hourMs); // the last one of the third hour
     QCOMPARE(summaries, QStringList({"queue full (59 times in the last hour)",
                                      "queue full (60 times in the last hour)",
                                      "queue full (60 times in the last hour)",
                                      "queue full (1 times in the last hour)"}));
-    QCOMPARE(repeats.takeSummaries(9 * hourMs), QStringList());
     QVERIFY2(repeats.isShown("queue full", 9 * hourMs), "back after silence");
-    QVERIFY(!repeats.isShown("queue full", 10 * hourMs - 1));
 }
 
 QTEST_APPLESS_MAIN(TestLogRepeats)
