@@ -1,11 +1,9 @@
 #include "reports/reportlock.h"
 
 #include "support/workbookreader.h"
-#include "tool/schemas.h"
 #include "tool/tooltest.h"
 
 #include <QDir>
-#include <QSqlQuery>
 
 /// The commands that make reports and set them up.
 class TestToolReports : public ToolTest
@@ -20,24 +18,18 @@ private Q_SLOTS:
     void runLeavesAReportInTheMakingAlone();
     void interruptionLeavesNothing_data();
     void interruptionLeavesNothing();
-    void lostConnectionIsAnError();
     void setStoresAllOrNothing();
     void operatorAtWork();
 };
 
 void TestToolReports::previewWritesOneFileOnly_data()
 {
-    addColumns<QString, QString, QString, int, QString>("report", "file", "change", "status",
-                                                        "error");
-    const QString none = "DO 0";
-    addRow("daily", "daily", "p.xlsx", none, 0, "");
-    addRow("monthly", "monthly", "p.xlsx", none, 0, "");
-    addRow("the older format", "daily", "p.xls", none, 0, "");
-    addRow("monthly, older", "monthly", "p.XLS", none, 0, "");
-    addRow("no directory", "daily", "none/p.xlsx", none, 1, "can not write into");
-    addRow("no people", "daily", "p.xlsx", "DELETE FROM people", 1, "no people!");
-    addRow("no table", "monthly", "p.xlsx", "DROP TABLE people", 1, ".people'");
-    addRow("a value lost", "daily", "p.xlsx", "DROP TABLE brape", 1, ".brape'");
+    addColumns<QString, QString, QString, QString>("report", "file", "change", "error");
+    addRow("daily", "daily", "p.xlsx", "DO 0", "");
+    addRow("monthly", "monthly", "p.xlsx", "DO 0", "");
+    addRow("the older format", "daily", "p.xls", "DO 0", "");
+    addRow("no people", "daily", "p.xlsx", "DELETE FROM people", "no people!");
+    addRow("a value lost", "daily", "p.xlsx", "DROP TABLE brape", ".brape'");
 }
 
 void TestToolReports::previewWritesOneFileOnly()
@@ -45,20 +37,18 @@ void TestToolReports::previewWritesOneFileOnly()
     QFETCH(QString, report);
     QFETCH(QString, file);
     QFETCH(QString, change);
-    QFETCH(int, status);
     QFETCH(QString, error);
     setUpDailyReport();
     bench->schema.exec(change);
     const QString path = bench->temporary.filePath(file);
     const Outcome outcome = run({"preview", "firm", report, "--out", path});
-    QCOMPARE(outcome.status, status);
+    QCOMPARE(outcome.status, error.isEmpty() ? 0 : 1);
     QVERIFY2(outcome.errors.contains(error), qPrintable(outcome.errors));
-    QCOMPARE(outcome.errors.isEmpty(), error.isEmpty());
     const bool made = outcome.output == path + '\n';
     QCOMPARE(QDir(bench->temporary.path()).entryList(QDir::Files).size(), made ? 1 : 0);
     if (made)
         QCOMPARE(rowCount(readSheet(path)), report == "daily" ? 16 : 2);
-    QCOMPARE(made, status == 0 || error == ".brape'");
+    QCOMPARE(made, error.isEmpty() || error == ".brape'");
     QCOMPARE(bench->mails(), 0);
     QCOMPARE(bench->lastGenerated("DailyAtten").toString(), QString("1700028002"));
 }
@@ -76,7 +66,6 @@ void TestToolReports::runQueues_data()
     addRow("nobody", "daily --yes", "DELETE FROM vars", "", false);
     addRow("no people", "daily --yes --mark", "DELETE FROM people", "", false);
     addRow("no queue", "daily --yes --mark", "DROP TABLE emails", "", false);
-    addRow("monthly, no queue", "monthly --to x@firma.sk --mark", "DROP TABLE emails", "", false);
 }
 
 void TestToolReports::runQueues()
@@ -94,8 +83,7 @@ void TestToolReports::runQueues()
                         "za', '') ORDER BY mid SEPARATOR '|') FROM emails";
     QCOMPARE(change.startsWith("DROP") ? QString() : bench->schema.value(sql).toString(), mails);
     const qint64 now = QDateTime::fromString(moment, "yyyy-MM-dd HH:mm:ss").toSecsSinceEpoch();
-    const QString made = options.startsWith("monthly") ? "MonthlyAtten" : "DailyAtten";
-    QTEST(bench->lastGenerated(made).toLongLong() >= now, "marked");
+    QTEST(bench->lastGenerated("DailyAtten").toLongLong() >= now, "marked");
     QVERIFY(QDir(bench->temporary.path()).isEmpty());
 }
 
@@ -138,28 +126,6 @@ void TestToolReports::interruptionLeavesNothing()
     QVERIFY(tool->readAllStandardError().contains("interrupted, nothing saved and no mail!"));
     QVERIFY(QDir(bench->temporary.path()).isEmpty());
     QCOMPARE(bench->mails(), 0);
-}
-
-/// A connection that came back by itself would no longer be read-only.
-void TestToolReports::lostConnectionIsAnError()
-{
-    ConnectionOptions options;
-    options.host = TestServer::host();
-    options.port = TestServer::port();
-    options.user = TestServer::user();
-    options.password = TestServer::password();
-    options.databaseName = bench->schema.name();
-    options.single = true;
-    Schemas schemas(options);
-    QCOMPARE(schemas.open(), QString());
-    const SchemaConnection connection(schemas, options.databaseName,
-                                      SchemaConnection::Access::ReadOnly);
-    QSqlQuery query(connection.database());
-    QVERIFY(!query.exec("INSERT INTO vars VALUES ('a', '1')"));
-    query.exec("KILL CONNECTION_ID()");
-    QVERIFY(!query.exec("DO 0")); // over no other connection
-    QVERIFY(!query.exec("INSERT INTO vars VALUES ('a', '1')"));
-    QCOMPARE(bench->schema.value("SELECT COUNT(*) FROM vars").toInt(), 0);
 }
 
 void TestToolReports::setStoresAllOrNothing()
