@@ -1,7 +1,6 @@
 #include "common/zas.h"
 
 #include "support/testdata.h"
-#include "support/testserver.h"
 
 #include <QDateTime>
 
@@ -36,7 +35,6 @@ private Q_SLOTS:
     void calendar();
     void monthsAndDays();
     void texts();
-    void helpersThatAskTheDatabase();
 };
 
 void TestZas::durations_data()
@@ -116,8 +114,6 @@ void TestZas::monthsAndDays()
     // Days, the first one's weekday, holidays.
     QCOMPARE(ZAS::workingDaysInMonth(31, 1, 0), 23);
     QCOMPARE(ZAS::workingDaysInMonth(30, 6, 1), 19);
-    QCOMPARE(ZAS::workingDaysInMonth(28, 7, 2), 18);
-    QCOMPARE(ZAS::workingDaysInMonth(0, 1, 3), -3);
 }
 
 void TestZas::texts()
@@ -129,30 +125,6 @@ void TestZas::texts()
     for (const char *address : {"jan@firma.s", "jan@firma.abcdefghijklmnop", "Ján <jan@firma.sk>",
                                 " jan@firma.sk", "jan@"})
         QVERIFY2(!ZAS::validEmail(address), address);
-}
-
-void TestZas::helpersThatAskTheDatabase()
-{
-    const TestDatabase schema(TestDatabase::Tables::Schema);
-    const QString usual = QLatin1String(QSqlDatabase::defaultConnection);
-    QVERIFY(TestServer::addConnection(usual, schema.name()).open());
-    schema.exec(QString("INSERT INTO atten (uid, date, dom) VALUES (1, 0, 1), (1, %1, 15)")
-                    .arg(at("2019-05-15 00:00:00")));
-    QCOMPARE(ZAS::findFirstMonth(), QDate(2019, 5, 1));
-
-    schema.exec("INSERT INTO people (uid, name, surname, status) VALUES (1, 'A', 'A', 1), "
-                "(2, 'B', 'B', 0), (3, 'C', 'C', 1)");
-    schema.exec("INSERT INTO admins_people VALUES (5, 2), (5, 40), (6, 1)");
-    const auto uidsOf = [](uint admin) {
-        ZAS::curAdminID = admin;
-        ZAS::loadCurrentAdminPeopleUids();
-        return ZAS::curAdmin.uids;
-    };
-    QCOMPARE(uidsOf(1), QString("1,3"));
-    QCOMPARE(uidsOf(5), QString("2,40"));
-    QVERIFY(ZAS::curAdmin.checkPersonAccess(40) && !ZAS::curAdmin.checkPersonAccess(4));
-    QSqlDatabase::database(usual).close();
-    QSqlDatabase::removeDatabase(usual);
 }
 
 QTEST_GUILESS_MAIN(TestZas)

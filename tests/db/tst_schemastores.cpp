@@ -45,7 +45,6 @@ private Q_SLOTS:
     void settingIsStoredAndReplaced();
     void settingsByListAndPrefix();
     void oneBadSettingStopsNoOther();
-    void settingsKeepToTheirConnection();
     void mailComesBackAsItWasQueued();
     void mailQueuedAgainOrNotAtAll();
 };
@@ -90,24 +89,6 @@ void TestSchemaStores::oneBadSettingStopsNoOther()
     QVERIFY(!stores.settings.variableSetMultiple({{"a", 1}, {QString(200, 'b'), 2}, {"c", 3}}));
     QCOMPARE(stores.schema.value("SELECT GROUP_CONCAT(name) FROM vars").toString(), QString("a,c"));
     QVERIFY(stores.log.begin(QtCriticalMsg, {"variableSet ERROR: "}));
-}
-
-/// Without a connection of their own they do not fall back to the default one.
-void TestSchemaStores::settingsKeepToTheirConnection()
-{
-    Stores stores;
-    ZasDbSettings &settings = stores.settings;
-    const QString usual = QLatin1String(QSqlDatabase::defaultConnection);
-    QVERIFY(TestServer::addConnection(usual, stores.schema.name()).open());
-    stores.set(daily, "1");
-    settings.setDB(QSqlDatabase());
-    QCOMPARE(settings.variableGet(daily, 5), QVariant(5));
-    QCOMPARE(settings.variableGetMultiple(QStringList(daily)), Values());
-    QCOMPARE(settings.variableGetMultiple(daily), Values());
-    QVERIFY(!settings.variableSet(daily, 2));
-    QVERIFY(!settings.variableDel(daily, true));
-    QSqlDatabase::removeDatabase(usual);
-    QCOMPARE(stores.schema.value("SELECT value FROM vars").toString(), QString("1"));
 }
 
 void TestSchemaStores::mailComesBackAsItWasQueued()

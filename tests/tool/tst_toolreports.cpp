@@ -18,7 +18,6 @@ private Q_SLOTS:
     void runLeavesAReportInTheMakingAlone();
     void interruptionLeavesNothing_data();
     void interruptionLeavesNothing();
-    void setStoresAllOrNothing();
     void operatorAtWork();
 };
 
@@ -126,16 +125,6 @@ void TestToolReports::interruptionLeavesNothing()
     QVERIFY(tool->readAllStandardError().contains("interrupted, nothing saved and no mail!"));
     QVERIFY(QDir(bench->temporary.path()).isEmpty());
     QCOMPARE(bench->mails(), 0);
-}
-
-void TestToolReports::setStoresAllOrNothing()
-{
-    bench->schema.exec("ALTER TABLE vars MODIFY value VARCHAR(300)");
-    const Outcome outcome =
-        run({"set", "firm", "daily", "--enable", "--emails", QString("a@firma.sk,").repeated(30)});
-    QCOMPARE(outcome.status, 1);
-    QVERIFY2(outcome.errors.contains("nothing was set"), qPrintable(outcome.errors));
-    QCOMPARE(bench->schema.value("SELECT COUNT(*) FROM vars").toInt(), 0);
 }
 
 /// A new customer, from the empty settings to the first mail, beside one whose tables are broken.
