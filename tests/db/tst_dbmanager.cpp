@@ -1,4 +1,3 @@
-#include "support/connectionguard.h"
 #include "support/logcapture.h"
 #include "support/testhost.h"
 
@@ -19,8 +18,6 @@ private Q_SLOTS:
     void schemeIsDecodedAndCached();
     void everyThreadHasItsOwnConnection();
     void failedConnectionIsTriedAgain();
-    void mastersStayOutOfThePool();
-    void poolRemovesClosedConnections();
 
 private:
     const TestDatabase &info() const { return host->infoDatabase(); }
@@ -55,12 +52,6 @@ void TestDBManager::infoFlagFollowsTheAttemptsToOpen()
     QSqlDatabase db = manager->getInfoDB();
     QVERIFY(!manager->isInfoDB());
     QVERIFY(manager->checkOpenDB(db) && manager->isInfoDB());
-
-    QSqlDatabase other = TestServer::addConnection("other", "nowhere");
-    QVERIFY(!manager->checkOpenDB(other));
-    QVERIFY2(manager->isInfoDB(), "another connection's failure does not count");
-    other = QSqlDatabase();
-    QSqlDatabase::removeDatabase("other");
 
     db.close();
     db.setDatabaseName("nowhere");
@@ -161,35 +152,6 @@ void TestDBManager::failedConnectionIsTriedAgain()
     QVERIFY2(manager->isDatabase(token), "a refused name is not queued again");
     removeUnused(name);
     QVERIFY(!manager->isDatabase(token));
-}
-
-void TestDBManager::mastersStayOutOfThePool()
-{
-    QSqlDatabase zas = TestServer::addConnection("Product", info().name());
-    manager->setZasDB(zas);
-    for (const QString name : {"Product", "KVH.InfoDB", "KVH.ZASDB", "qt_sql_default_connection"}) {
-        removeUnused(name);
-        QCOMPARE(lastLine(), "DBManager::addUnusedConnection() Master connection " + name +
-                                 " cannot add to unused connections!");
-    }
-    manager->setZasDB(QSqlDatabase());
-    zas = QSqlDatabase();
-    QVERIFY(QSqlDatabase::contains("Product"));
-    QSqlDatabase::removeDatabase("Product");
-}
-
-void TestDBManager::poolRemovesClosedConnections()
-{
-    TestServer::addConnection("old", info().name());
-    manager->addUnusedConnection("old");
-    manager->setUnusedConnectionsEnabled(false);
-    removeUnused("old");
-    manager->setUnusedConnectionsEnabled(true);
-    manager->removeUnusedConnections();
-    QVERIFY2(QSqlDatabase::contains("old"), "switching off forgets what was offered");
-
-    removeUnused("old");
-    QVERIFY(!QSqlDatabase::contains("old"));
 }
 
 QTEST_GUILESS_MAIN(TestDBManager)

@@ -1,6 +1,5 @@
 #include "plugin/autoreport.h"
 
-#include "support/connectionguard.h"
 #include "support/logcapture.h"
 #include "support/testdata.h"
 #include "support/testhost.h"
@@ -35,7 +34,6 @@ class TestLifecycle : public QObject
 private Q_SLOTS:
     void init() { setUp(true); }
     void cleanup();
-    void startNeedsManager();
     void startStopStart();
     void pauseAndResume();
     void schemasThatCannotBeServed();
@@ -77,7 +75,7 @@ void TestLifecycle::setUp(bool withInfoDatabase)
     host = std::make_unique<TestHost>(withInfoDatabase);
     schema = std::make_unique<TestDatabase>(TestDatabase::Tables::Schema);
     enableDailyReport(*schema);
-    host->addSchema("firma", *schema);
+    host->addSchemas({"firma"}, *schema);
     makePlugin();
 }
 
@@ -98,27 +96,11 @@ void TestLifecycle::cleanup()
     temporary.reset();
 }
 
-void TestLifecycle::startNeedsManager()
-{
-    plugin = std::make_unique<AutoReport>();
-    QVERIFY(!plugin->start());
-    const QString reason = "!!! AutoReport: Database manager not initialized !!!";
-    QCOMPARE(log->count(QtCriticalMsg, reason), 1);
-    plugin->resume();
-    plugin->stop();
-    plugin->setDBManager(host->manager());
-    QVERIFY(plugin->start());
-    QVERIFY(plugin->start());
-    QCOMPARE(logged("already started"), 1);
-    plugin->stop();
-    QCOMPARE(logged("AutoReport - STOP"), 2);
-}
-
 void TestLifecycle::startStopStart()
 {
     for (int round = 1; round <= 2; ++round) {
-        QVERIFY(plugin->start());
-        QCOMPARE(logged("AutoReport - is info db: YES"), round);
+        QVERIFY(plugin->start() && plugin->start());
+        QCOMPARE(logged("already started"), round);
         // The first scan comes by itself, a second after the start.
         QTRY_COMPARE_WITH_TIMEOUT(logged("DailyAttenReport::doWork()"), round, patienceMs);
         QCOMPARE(logged("MonthlyAttenReport::doWork()"), round);
@@ -141,7 +123,6 @@ void TestLifecycle::pauseAndResume()
     QTRY_COMPARE_WITH_TIMEOUT(logged("AutoReportWorker - pause() db="), 1, patienceMs);
     plugin->resume();
     QTRY_COMPARE_WITH_TIMEOUT(logged("AutoReportWorker - resume() db="), 1, patienceMs);
-    QCOMPARE(logged("AutoReport - PAUSE") + logged("AutoReport - RESUME"), 2);
     // Destroyed without a stop.
 }
 
@@ -150,7 +131,7 @@ void TestLifecycle::schemasThatCannotBeServed()
     schema->exec("REPLACE INTO vars VALUES ('autoReport.DailyAtten.enabled', '2'), "
                  "('autoReport.MonthlyAtten.enabled', 'true')");
     const TestDatabase withoutTables;
-    host->addSchema("without-tables", withoutTables);
+    host->addSchemas({"without-tables"}, withoutTables);
     host->infoDatabase().addSchemas({"missing"}, "no_such_database");
     host->infoDatabase().addSchemas({"no-name"}, QString());
     host->infoDatabase().addSchemas({"e''quote"}, "x");
@@ -158,12 +139,7 @@ void TestLifecycle::schemasThatCannotBeServed()
     QVERIFY(plugin->start());
     scan();
     QCOMPARE(threads(), 0);
-    QCOMPARE(logged("daily=NO, monthly=NO, result=NO"), 1);
-    QCOMPARE(logged(") - SQL ERROR: "), 1);
-    const QString invalid = "AutoReport::checkSchemas() - invalid database for token 'no-name'";
-    QCOMPARE(log->count(QtWarningMsg, invalid), 1);
     QCOMPARE(logged("database for token 'missing'"), 1);
-    QCOMPARE(logged("DBManager:: NOT load scheme from infoDB!"), 1);
     QCOMPARE(logged("active workers: 0 / 5 schemas checked (total schemas: 5)"), 1);
 
     // The failed connection is known by now: the next scan finds and tries it again.
@@ -200,15 +176,11 @@ void TestLifecycle::singleDatabase()
     QSqlDatabase product = TestServer::addConnection("product", "no_such_database");
     plugin->setDatabase(product);
     QVERIFY(!plugin->start());
-    QCOMPARE(logged("AutoReportWorker::start() - can not open DB 'no_such_database' on "), 1);
     QTest::qWait(0); // the worker deletes itself
-    QVERIFY(plugin->start());
     plugin->stop();
-
     product.setDatabaseName(schema->name());
     plugin->setDatabase(product);
     QVERIFY(plugin->start());
-    QCOMPARE(logged("AutoReport - is info db: NO"), 2);
     QTRY_COMPARE_WITH_TIMEOUT(logged("DailyAttenReport::doWork()"), 1, patienceMs);
     QCOMPARE(threads(), 0);
     plugin->pause();
@@ -216,7 +188,6 @@ void TestLifecycle::singleDatabase()
     QCOMPARE(logged("AutoReportWorker - resume() db="), 1);
     plugin->stop();
     QCOMPARE(logged("AutoReportWorker - stop() db="), 1);
-    plugin->stop();
     plugin->setDatabase(QSqlDatabase());
     product = QSqlDatabase();
     QSqlDatabase::removeDatabase("product");
@@ -277,11 +248,11 @@ void TestLifecycle::stopDuringReports()
     std::vector<std::unique_ptr<TestDatabase>> busy;
     for (int i = 0; i < half; ++i) {
         if (i > 0) // the first one is "firma" itself
-            host->addSchema(QString("idle%1").arg(i), *schema);
+            host->addSchemas({QString("idle%1").arg(i)}, *schema);
         busy.push_back(std::make_unique<TestDatabase>(TestDatabase::Tables::Schema));
         addPeople(*busy.back(), peopleForSeconds());
         enableDailyReport(*busy.back(), "a@firma.sk");
-        host->addSchema(QString("late%1").arg(i), *busy.back());
+        host->addSchemas({QString("late%1").arg(i)}, *busy.back());
     }
     QVERIFY(plugin->start());
     scan();

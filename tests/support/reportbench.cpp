@@ -1,6 +1,5 @@
 #include "support/reportbench.h"
 
-#include "support/connectionguard.h"
 #include "support/workbookreader.h"
 
 #include <QJsonDocument>

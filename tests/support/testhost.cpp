@@ -27,11 +27,6 @@ TestHost::~TestHost()
     QSqlDatabase::removeDatabase("KVH.InfoDB");
 }
 
-void TestHost::addSchema(const QString &token, const TestDatabase &database)
-{
-    addSchemas({token}, database);
-}
-
 void TestHost::addSchemas(const QStringList &tokens, const TestDatabase &database)
 {
     info.addSchemas(tokens, database.name());

@@ -22,9 +22,7 @@ public:
     DBManager *manager() { return &dbManager; }
     const TestDatabase &infoDatabase() const { return info; }
 
-    /// Lists `database` in the information database under `token`.
-    void addSchema(const QString &token, const TestDatabase &database);
-    /// The same for many tokens at once.
+    /// Lists `database` in the information database under each of the tokens.
     void addSchemas(const QStringList &tokens, const TestDatabase &database);
 
 private:

@@ -87,8 +87,12 @@ TestDatabase::TestDatabase(Tables tables)
     database.setDatabaseName(databaseName);
     open();
 
-    if (tables != Tables::None)
-        createTables(tables == Tables::Info ? "tables-info.sql" : "tables-schema.sql");
+    if (tables == Tables::None)
+        return;
+    static const QRegularExpression endOfStatement(";\\s*\n");
+    const QString file = tables == Tables::Info ? "tables-info.sql" : "tables-schema.sql";
+    const QString text = readFile(AUTOREPORT_SOURCE_DIR "/demo/" + file);
+    exec(text.split(endOfStatement, Qt::SkipEmptyParts));
 }
 
 TestDatabase::~TestDatabase()
@@ -112,13 +116,6 @@ void TestDatabase::exec(const QStringList &statements) const
 {
     for (const QString &statement : statements)
         exec(statement);
-}
-
-void TestDatabase::createTables(const QString &file) const
-{
-    static const QRegularExpression endOfStatement(";\\s*\n");
-    const QString text = readFile(AUTOREPORT_SOURCE_DIR "/demo/" + file);
-    exec(text.split(endOfStatement, Qt::SkipEmptyParts));
 }
 
 void TestDatabase::addSchemas(const QStringList &tokens, const QString &name) const

@@ -72,8 +72,6 @@ public:
     QVariant value(const QString &sql) const;
 
 private:
-    void createTables(const QString &file) const;
-
     QString databaseName;
     QString connectionName;
 };

@@ -1,6 +1,5 @@
 #include "worker/autoreportworker.h"
 
-#include "support/connectionguard.h"
 #include "support/logcapture.h"
 #include "support/testdata.h"
 #include "support/testhost.h"
