@@ -1,10 +1,10 @@
 #include "reports/dailyattenreport.h"
 
 #include "support/reportbench.h"
+#include "support/testdata.h"
 #include "support/workbookreader.h"
 
 #include <QJsonDocument>
-#include <QTest>
 #include <QtMath>
 
 #include <memory>
@@ -73,7 +73,6 @@ class TestDailyReport : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { ReportBench::setTimeZone(); }
     void init()
     {
         bench = std::make_unique<ReportBench>();
@@ -85,7 +84,6 @@ private Q_SLOTS:
     void layout();
     void binaryBookInOtherPrograms_data();
     void binaryBookInOtherPrograms();
-    void monthKeys();
 
 private:
     /// Makes the report with the settings named in `options` switched on; returns the sheet.
@@ -108,22 +106,15 @@ private:
 
 void TestDailyReport::rows_data()
 {
-    QTest::addColumn<QString>("options");
-    QTest::addColumn<QString>("cells"); // what the option changes: column, value
-
-    const auto row = [](const char *name, const QString &options, const char *cells) {
-        QTest::newRow(name) << options << QString(cells);
-    };
-    row("no options", "", "{}");
-    row("decimal time", "dattenIsTimeDec",
-        R"({"H": 7, "I": 1, "J": 1, "K": 0.016666666666666666, "M": 2, "N": 1})");
-    row("minus sign", "dattenIsMinusSign", R"({"I": "-01:00:00"})");
-    row("interruptions", "dattenInters", R"({"O": "[D 01:30:00-2x][L 00:15:00]"})");
-    row("advanced overtime", "advancedOvertime", R"({"J": "00:30:00"})");
-    row("home branch", "dattenHomeBranch", R"({"F": "Žilina"})");
-    row("all at once", allOptions,
-        R"({"F": "Žilina", "H": 7, "I": -1, "J": 0.5, "K": 0.016666666666666666, "M": 2, "N": 1,
-            "O": "[D 1.5-2x][L 0.25]"})");
+    addColumns<QString, QString>("options", "cells"); // what the options change: column, value
+    addRow("no options", "", "{}");
+    addRow("decimal time", "dattenIsTimeDec",
+           R"({"H": 7, "I": 1, "J": 1, "K": 0.016666666666666666, "M": 2, "N": 1})");
+    addRow("minus sign, interruptions", "dattenIsMinusSign dattenInters",
+           R"({"I": "-01:00:00", "O": "[D 01:30:00-2x][L 00:15:00]"})");
+    addRow("all at once", allOptions,
+           R"({"F": "Žilina", "H": 7, "I": -1, "J": 0.5, "K": 0.016666666666666666, "M": 2, "N": 1,
+               "O": "[D 1.5-2x][L 0.25]"})");
 }
 
 /// The row of the second day and the first person: the sheet has two people a day.
@@ -158,20 +149,22 @@ void TestDailyReport::layout()
     QCOMPARE(cellValue(sheet, "H5"), QJsonValue(3541 / 3600.0));
     QCOMPARE(cellValue(sheet, "I5"), QJsonValue()); // 59 seconds
 
-    QCOMPARE(lookOf(sheet, "B1"),
-             QString("MS Shell Dlg 2 10, general bottom, General, medium auto"));
-    QCOMPARE(lookOf(sheet, "A4"), QString("MS Shell Dlg 2 10, general bottom, General"));
-    QCOMPARE(lookOf(sheet, "D4"), QString("MS Shell Dlg 2 10, center bottom, General"));
-    QCOMPARE(lookOf(sheet, "H4"), QString("MS Shell Dlg 2 10, right bottom, #0.00"));
+    const QString font = "MS Shell Dlg 2 10, ";
+    const QStringList looks[] = {{"B1", "general bottom, General, medium auto"},
+                                 {"A4", "general bottom, General"},
+                                 {"D4", "center bottom, General"},
+                                 {"H4", "right bottom, #0.00"}};
+    for (const QStringList &look : looks)
+        QCOMPARE(cellValue(sheet, look[0], "look"), QJsonValue(font + look[1]));
     QCOMPARE(shownWidths(sheet), QString("B17 C20 D10 E20 F20 G4 H20 I20 J20 K20 L20 M20 N20 O26"));
     checkPage(sheet);
 }
 
 void TestDailyReport::binaryBookInOtherPrograms_data()
 {
-    QTest::addColumn<Program>("program");
-    QTest::newRow("gnumeric") << Program::Gnumeric;
-    QTest::newRow("LibreOffice") << Program::LibreOffice;
+    addColumns<Program>("program");
+    addRow("gnumeric", Program::Gnumeric);
+    addRow("LibreOffice", Program::LibreOffice);
 }
 
 /// What a program makes of the binary book, saved as .xlsx, is what it makes of the other one.
@@ -197,14 +190,6 @@ void TestDailyReport::binaryBookInOtherPrograms()
     }
     QVERIFY(cellValue(sheets[1], "O4") == QJsonValue("[D 1.5-2x][L 0.25]"));
     QCOMPARE(sheets[1], sheets[0]);
-}
-
-void TestDailyReport::monthKeys()
-{
-    DailyAttenReport report(bench->database, nullptr);
-    QCOMPARE(report.monthToDate(202311), QDate(2023, 11, 1));
-    QVERIFY(!report.monthToDate(202313).isValid());
-    QCOMPARE(report.dateToMonth(QDate(2024, 2, 29)), 202402U);
 }
 
 QTEST_GUILESS_MAIN(TestDailyReport)

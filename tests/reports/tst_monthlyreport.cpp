@@ -1,10 +1,10 @@
 #include "reports/monthlyattenreport.h"
 
 #include "support/reportbench.h"
+#include "support/testdata.h"
 #include "support/workbookreader.h"
 
 #include <QJsonDocument>
-#include <QTest>
 
 #include <memory>
 
@@ -56,14 +56,12 @@ class TestMonthlyReport : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { ReportBench::setTimeZone(); }
     void init() { bench = std::make_unique<ReportBench>(); }
     void cleanup() { bench.reset(); }
     void sheet_data();
     void sheet();
     void layout();
     void formulas();
-    void interruptionMaps();
 
 private:
     /// Makes the report; returns the sheet.
@@ -85,26 +83,20 @@ private:
 
 void TestMonthlyReport::sheet_data()
 {
-    QTest::addColumn<QDate>("month");
-    QTest::addColumn<QString>("options");  // key=value, separated by semicolons
-    QTest::addColumn<QString>("first");    // what differs in the first person's row: column, value
-    QTest::addColumn<QString>("headings"); // from column V on
-
-    const auto row = [](const char *name, const QDate &month, const char *options,
-                        const char *first, const char *headings) {
-        QTest::newRow(name) << month << QString(options) << QString(first) << QString(headings);
-    };
+    // Settings (key=value), what differs in the first person's row (column: value), and the
+    // headings from column V on.
+    addColumns<QDate, QString, QString, QString>("month", "options", "first", "headings");
     const QDate leap(2024, 2, 1);
-    row("month of 25-hour day", october, "", R"({"V": 20})", R"(["Stravné j."])");
-    row("leap February, one extra", leap, "monthAttenInterrupts=SC", R"({"V": 1.25, "W": 20})",
-        R"(["Služobná cesta", "Stravné j."])");
-    row("three extras, one unknown, one blank", october, "monthAttenInterrupts=SC,??, D",
-        R"({"V": 1.25, "Y": 20})", R"(["Služobná cesta", "", "", "Stravné j."])");
-    row("payroll number", october, "monthAttenUsePamID=1", R"({"V": 20})", R"(["Stravné j."])");
-    row("advanced overtime 1", leap, "advancedOvertime=1", R"({"J": 1, "V": 20})",
-        R"(["Stravné j."])");
-    row("advanced overtime 2 is 0", leap, "advancedOvertime=2", R"({"V": 20})",
-        R"(["Stravné j."])");
+    addRow("payroll number, 25-hour day", october, "monthAttenUsePamID=1", R"({"V": 20})",
+           R"(["Stravné j."])");
+    addRow("leap February, one extra", leap, "monthAttenInterrupts=SC", R"({"V": 1.25, "W": 20})",
+           R"(["Služobná cesta", "Stravné j."])");
+    addRow("three extras, one unknown, one blank", october, "monthAttenInterrupts=SC,??, D",
+           R"({"V": 1.25, "Y": 20})", R"(["Služobná cesta", "", "", "Stravné j."])");
+    addRow("advanced overtime 1", leap, "advancedOvertime=1", R"({"J": 1, "V": 20})",
+           R"(["Stravné j."])");
+    addRow("advanced overtime 2 is 0", leap, "advancedOvertime=2", R"({"V": 20})",
+           R"(["Stravné j."])");
 }
 
 void TestMonthlyReport::sheet()
@@ -113,8 +105,7 @@ void TestMonthlyReport::sheet()
     QFETCH(QString, options);
     QFETCH(QString, first);
     QFETCH(QString, headings);
-    for (const QString &option : options.split(';', Qt::SkipEmptyParts))
-        bench->set(option.section('=', 0, 0), option.section('=', 1));
+    bench->set(options.section('=', 0, 0), options.section('=', 1));
     const QJsonObject sheet = sheetOf(month);
 
     const QJsonArray extra = QJsonDocument::fromJson(headings.toUtf8()).array();
@@ -162,12 +153,14 @@ void TestMonthlyReport::layout()
     bench->set("monthAttenInterrupts", "SC,??");
     const QJsonObject sheet = sheetOf(october);
     QCOMPARE(sheet.value("name").toString(), QString("Mes. report dochádzky"));
-    const QString text = "MS Shell Dlg 2 10";
-    QCOMPARE(lookOf(sheet, "X1"), text + " bold, center bottom, General, medium auto");
-    QCOMPARE(lookOf(sheet, "A2"), text + ", right center, General, thin FF000000");
-    QCOMPARE(lookOf(sheet, "B2"), text + ", left top wrap, #0.00, thin FF000000");
+    const QString font = "MS Shell Dlg 2 10";
+    QHash<QString, QString> looks{{"X1", " bold, center bottom, General, medium auto"},
+                                  {"A2", ", right center, General, thin FF000000"},
+                                  {"B2", ", left top wrap, #0.00, thin FF000000"}};
     for (const char *cell : {"C2", "L2", "N2", "C5", "W5", "X5"})
-        QCOMPARE(lookOf(sheet, cell), text + ", center top wrap, #0.00, thin FF000000");
+        looks[cell] = ", center top wrap, #0.00, thin FF000000";
+    for (auto look = looks.cbegin(); look != looks.cend(); ++look)
+        QCOMPARE(cellValue(sheet, look.key(), "look"), QJsonValue(font + look.value()));
     QCOMPARE(shownWidths(sheet),
              QString("A10 B20 C23 D12 K28 M24 N18 O18 P18 Q24 R18 S18 T18 V16 W2 X12"));
     QCOMPARE(sheet.value("rowHeights").toObject(), QJsonObject({{"1", 16}}));
@@ -201,19 +194,6 @@ void TestMonthlyReport::formulas()
             QCOMPARE(QString(office.at(row).split(',').at(column)), value);
         }
     }
-}
-
-void TestMonthlyReport::interruptionMaps()
-{
-    fillSchema(bench->schema, october);
-    MonthlyAttenReport report(bench->database, nullptr);
-    QHash<unsigned, QString> names;
-    QHash<QString, unsigned> ids;
-    QVERIFY(report.loadInterruptionMaps(names, ids));
-    QCOMPARE(names.value(ids.value("SC")), QString("Služobná cesta"));
-    bench->schema.exec("DROP TABLE inters");
-    QVERIFY(!report.loadInterruptionMaps(names, ids));
-    QCOMPARE(bench->log.countContaining("MonthlyAttenReport::loadInterruptionMaps() ERROR: "), 1);
 }
 
 QTEST_GUILESS_MAIN(TestMonthlyReport)

@@ -18,6 +18,15 @@ KINDS = {xlrd.XL_CELL_TEXT: "text", xlrd.XL_CELL_NUMBER: "number", xlrd.XL_CELL_
 name_of = xlrd.cellname
 
 
+def described(name, size, bold, horizontal, vertical, wrap, number_format, borders):
+    """One line for one look, so that a wrong one is seen whole; four like borders count as one."""
+    if len(borders) == 4 and len(set(borders.values())) == 1:
+        borders = {"": borders["top"]}
+    lines = (f", {side} {line}".replace("  ", " ") for side, line in borders.items())
+    bold, wrap = " bold" if bold else "", " wrap" if wrap else ""
+    return f"{name} {size:g}{bold}, {horizontal} {vertical}{wrap}, {number_format}{''.join(lines)}"
+
+
 def look(book, cell):
     form = book.xf_list[cell.xf_index]
     font = book.font_list[form.font_index]
@@ -26,20 +35,19 @@ def look(book, cell):
         style = getattr(form.border, f"{name}_line_style")
         colour = getattr(form.border, f"{name}_colour_index")
         if style:
-            borders[name] = {"style": LINES[style], "color": "auto" if colour == 64
-                             else "FF%02X%02X%02X" % book.colour_map[colour]}
-    return {"numberFormat": book.format_map[form.format_key].format_str,
-            "wrap": bool(form.alignment.text_wrapped),
-            "font": {"name": font.name, "size": font.height / 20, "bold": font.weight == 700},
-            "horizontal": HORIZONTAL[form.alignment.hor_align],
-            "vertical": VERTICAL[form.alignment.vert_align], "borders": borders}
+            borders[name] = LINES[style] + (" auto" if colour == 64 else
+                                            " FF%02X%02X%02X" % book.colour_map[colour])
+    return described(font.name, font.height / 20, font.weight == 700,
+                     HORIZONTAL[form.alignment.hor_align], VERTICAL[form.alignment.vert_align],
+                     form.alignment.text_wrapped, book.format_map[form.format_key].format_str,
+                     borders)
 
 
 def read_cell(book, cell, place, formula):
     value = cell.value
     if cell.ctype == xlrd.XL_CELL_ERROR:
         value = xlrd.error_text_from_code[value]
-    result = {"type": KINDS[cell.ctype], "value": value, **look(book, cell)}
+    result = {"type": KINDS[cell.ctype], "value": value, "look": look(book, cell)}
     if cell.ctype == xlrd.XL_CELL_BLANK:
         result["value"] = None
     if formula:

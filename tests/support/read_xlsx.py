@@ -6,10 +6,10 @@ import xml.etree.ElementTree as ElementTree
 import zipfile
 
 import openpyxl
-import xlrd
+
+import read_xls
 
 TYPES = {"n": "number", "s": "text", "f": "formula", "e": "error"}
-SIDES = ("left", "right", "top", "bottom")
 MAIN = "{http://schemas.openxmlformats.org/spreadsheetml/2006/main}"
 ORDER = {
     "workbook": "bookViews sheets definedNames calcPr",
@@ -85,31 +85,26 @@ def colour(colour):
 
 
 def look(cell):
-    borders = {name: getattr(cell.border, name) for name in SIDES}
-    return {"numberFormat": cell.number_format, "wrap": bool(cell.alignment.wrap_text),
-            "font": {"name": cell.font.name, "size": cell.font.sz, "bold": bool(cell.font.b)},
-            "horizontal": cell.alignment.horizontal or "general",
-            "vertical": cell.alignment.vertical or "bottom",
-            "borders": {name: {"style": side.style, "color": colour(side.color)}
-                        for name, side in borders.items() if side and side.style}}
+    sides = ((name, getattr(cell.border, name)) for name in read_xls.SIDES)
+    return read_xls.described(
+        cell.font.name, cell.font.sz, cell.font.b, cell.alignment.horizontal or "general",
+        cell.alignment.vertical or "bottom", cell.alignment.wrap_text, cell.number_format,
+        {name: f"{side.style} {colour(side.color)}" for name, side in sides if side and side.style})
 
 
-def read_cell(cell, cached, path):
+def read_cell(cell, cached):
     kind = "blank" if cell.value is None else TYPES[cell.data_type]
-    value = {"type": kind, "value": cell.value, **look(cell)}
-    if kind == "text" and "_x000D_" in cell.value:  # openpyxl leaves it escaped
-        sheet = xlrd.open_workbook(path, ragged_rows=True).sheet_by_name(cell.parent.title)
-        value["value"] = sheet.cell_value(cell.row - 1, cell.column - 1)
+    value = {"type": kind, "value": cell.value, "look": look(cell)}
     if kind == "formula":
         value["cached"] = cached.value
     return value
 
 
-def read_sheet(path, sheet, cached, part):
+def read_sheet(sheet, cached, part):
     footer = part.find(f"{MAIN}headerFooter/{MAIN}oddFooter")
     setup = sheet.sheet_properties.pageSetUpPr
     return {"name": sheet.title, "dimensions": part.find(f"{MAIN}dimension").get("ref"),
-            "cells": {c.coordinate: read_cell(c, cached[c.coordinate], path)
+            "cells": {c.coordinate: read_cell(c, cached[c.coordinate])
                       for c in sheet._cells.values()},
             "columnWidths": {column_name(number): columns.width
                              for columns in sheet.column_dimensions.values()
@@ -121,7 +116,7 @@ def read_sheet(path, sheet, cached, part):
             "fitToWidth": sheet.page_setup.fitToWidth, "fitToHeight": sheet.page_setup.fitToHeight,
             "paper": sheet.page_setup.paperSize,
             "margins": {name: getattr(sheet.page_margins, name)
-                        for name in SIDES + ("header", "footer")},
+                        for name in read_xls.SIDES + ("header", "footer")},
             "footer": footer.text if footer is not None else "",
             "showGridLines": sheet.sheet_view.showGridLines is not False,
             "printGridLines": bool(sheet.print_options.gridLines)}
@@ -135,6 +130,6 @@ def read(path, checked=True):
         sys.exit(f"{path}: " + "\n".join(faults))
     book = openpyxl.load_workbook(path)
     cached = openpyxl.load_workbook(path, data_only=True)
-    return {"sheets": [read_sheet(path, sheet, cached[sheet.title],
+    return {"sheets": [read_sheet(sheet, cached[sheet.title],
                                   parts[f"xl/worksheets/sheet{number + 1}.xml"])
                        for number, sheet in enumerate(book.worksheets)]}

@@ -33,14 +33,12 @@ public:
 };
 
 // A sheet as readSheet() gives it. Values: text, number, a formula's text, or null.
-QJsonValue cellValue(const QJsonObject &sheet, const QString &reference);
+QJsonValue cellValue(const QJsonObject &sheet, const QString &reference, const char *key = "value");
 /// All cells of a row, counted from 1, up to the sheet's last column.
 QJsonArray sheetRow(const QJsonObject &sheet, int row);
 int rowCount(const QJsonObject &sheet);
 /// A row of `columns` cells; both texts are objects in JSON that give values by column.
 QJsonArray rowOf(int columns, const QString &cells, const QString &more);
-/// Such as "MS Shell Dlg 2 10 bold, center top wrap, #0.00, thin FF000000"; the borders are alike.
-QString lookOf(const QJsonObject &sheet, const QString &reference);
 /// The widths that are set, as their users see them: "A10 B20".
 QString shownWidths(const QJsonObject &sheet);
 /// What the pages of both reports have in common.
