@@ -85,7 +85,7 @@ void checkPage(const QJsonObject &sheet)
     const char *page = R"({"freeze": "A2", "printTitles": "$1:$1", "landscape": true, "margins":
         {"left": 0.1968, "right": 0.1968, "top": 0.1968, "bottom": 0.75, "header": 0.3,
         "footer": 0.5}, "footer": "Strana &P/&N", "fitToWidth": 1, "fitToHeight": 0,
-        "printGridLines": true})";
+        "fitToPage": true, "paper": 9, "printGridLines": true})";
     const QJsonObject expected = QJsonDocument::fromJson(page).object();
     for (auto item = expected.begin(); item != expected.end(); ++item)
         QCOMPARE(sheet[item.key()], item.value());

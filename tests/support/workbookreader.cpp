@@ -34,13 +34,13 @@ QByteArray outputOf(const QString &program, const QStringList &arguments)
 
 QByteArray readRaw(const QString &option, const QString &path)
 {
-    return outputOf(QStringLiteral(AUTOREPORT_READ_WORKBOOK), {option, path});
+    return outputOf(AUTOREPORT_READ_WORKBOOK, {option, path});
 }
 
 QVector<QJsonObject> readWorkbooks(const QStringList &paths)
 {
     QVector<QJsonObject> books;
-    const QByteArray lines = outputOf(QStringLiteral(AUTOREPORT_READ_WORKBOOK), paths);
+    const QByteArray lines = outputOf(AUTOREPORT_READ_WORKBOOK, paths);
     for (const QByteArray &line : lines.split('\n'))
         books.append(QJsonDocument::fromJson(line).object());
     books.resize(paths.size());
@@ -50,39 +50,35 @@ QVector<QJsonObject> readWorkbooks(const QStringList &paths)
 QJsonObject readSheet(const QString &path, int index)
 {
     const QJsonObject book = readWorkbooks({path}).first();
-    return book.value(QLatin1String("sheets")).toArray().at(index).toObject();
+    return book.value("sheets").toArray().at(index).toObject();
 }
 
 QString savedBy(Program program, const QString &path, const QString &suffix)
 {
     const QFileInfo file(path);
     const bool gnumeric = program == Program::Gnumeric;
-    const QString folder =
-        file.path() + (gnumeric ? QStringLiteral("/gnumeric") : QStringLiteral("/office"));
-    const QString saved =
-        folder + QLatin1Char('/') + file.completeBaseName() + QLatin1Char('.') + suffix;
+    const QString folder = file.path() + (gnumeric ? "/gnumeric" : "/office");
+    const QString saved = folder + '/' + file.completeBaseName() + '.' + suffix;
     QDir().mkpath(folder);
     QFile::remove(saved);
     if (gnumeric) {
-        outputOf(QStringLiteral("ssconvert"), {path, saved});
+        outputOf("ssconvert", {path, saved});
         return saved;
     }
     // What it says and its exit code tell nothing: only the file counts. A profile of its own keeps
     // it apart from others that run at the same time.
-    const QString csv = QStringLiteral("csv:Text - txt - csv (StarCalc):44,34,76,1,,0,false,true");
+    const QString csv = "csv:Text - txt - csv (StarCalc):44,34,76,1,,0,false,true";
     QProcess office;
-    office.start(QStringLiteral("soffice"),
-                 {QStringLiteral("-env:UserInstallation=file://%1/profile").arg(folder),
-                  QStringLiteral("--headless"), QStringLiteral("--convert-to"),
-                  suffix == QLatin1String("csv") ? csv : suffix, QStringLiteral("--outdir"), folder,
-                  path});
+    office.start("soffice",
+                 {QString("-env:UserInstallation=file://%1/profile").arg(folder), "--headless",
+                  "--convert-to", suffix == "csv" ? csv : suffix, "--outdir", folder, path});
     office.waitForFinished(patienceMs);
     return saved;
 }
 
 QByteArrayList linesBy(Program program, const QString &path)
 {
-    QFile csv(savedBy(program, path, QStringLiteral("csv")));
+    QFile csv(savedBy(program, path, "csv"));
     return csv.open(QIODevice::ReadOnly) ? csv.readAll().split('\n') : QByteArrayList();
 }
 

@@ -10,7 +10,7 @@
 #include <random>
 #include <vector>
 
-// fuzz_workbook SEED SECONDS [FOLDER]
+// fuzz_workbook SEED SECONDS [FOLDER], which keeps what is wrong
 //
 // Fills books with random calls, also with arguments that must be refused, and remembers what each
 // cell has to hold: whatever a call answered true to, and nothing where it answered false. That is
