@@ -32,19 +32,17 @@ class TestReportSchedule : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
+    void initTestCase()
+    {
+        qputenv("TZ", "Europe/Bratislava");
+        tzset();
+    }
     void rules_data();
     void rules();
     void oncePerDay_data();
     void oncePerDay();
     void edges();
 };
-
-void TestReportSchedule::initTestCase()
-{
-    qputenv("TZ", "Europe/Bratislava");
-    tzset();
-}
 
 void TestReportSchedule::rules_data()
 {

@@ -1,6 +1,5 @@
 """An .xlsx as openpyxl finds it, after a check of what no reader minds but Excel: the order of
 elements, rows and cells, counts and indexes."""
-import re
 import sys
 import xml.etree.ElementTree as ElementTree
 import zipfile
@@ -41,19 +40,13 @@ def check_tree(root):
 
 
 def check_cells(sheet, seen):
-    last = (0, 0)
+    places = []  # a row's own is that of a column 0
     for row in sheet.iter(f"{MAIN}row"):
-        if last >= (int(row.get("r")), 0):
-            yield f"row {row.get('r')} out of order"
-        last = (int(row.get("r")), 0)
-        for cell in row:
-            letters, digits = re.fullmatch("([A-Z]+)([0-9]+)", cell.get("r")).groups()
-            place = (int(digits), openpyxl.utils.column_index_from_string(letters))
-            if place[0] != last[0] or place <= last:
-                yield f"cell {cell.get('r')} out of order"
-            last = place
-            if cell.get("t") == "s":
-                seen.append(int(cell[0].text))
+        places.append((int(row.get("r")), 0))
+        places += [openpyxl.utils.cell.coordinate_to_tuple(cell.get("r")) for cell in row]
+        seen += [int(cell[0].text) for cell in row if cell.get("t") == "s"]
+    if places != sorted(set(places)) or not {(row, 0) for row, _ in places} <= set(places):
+        yield "rows or cells out of order"
     ends = [int(c.get(end)) for c in sheet.iter(f"{MAIN}col") for end in ("min", "max")]
     if ends != sorted(ends) or any(a == b for a, b in zip(ends[1::2], ends[2::2])):
         yield "columns overlap"

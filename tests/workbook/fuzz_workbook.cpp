@@ -106,7 +106,7 @@ private:
         const auto inner = [&] {
             return expression(depth + 1);
         };
-        switch (depth > 4 ? 0 : below(7)) {
+        switch (depth > 4 ? 0 : below(6)) {
         case 1:
             return inner() + any<std::wstring>({L"+", L"-", L"*", L"/", L"^", L"&", L"<=", L"<>"}) +
                    inner();
@@ -115,10 +115,8 @@ private:
         case 3:
             return L"-" + inner() + L"%";
         case 4:
-            return L"IF(" + inner() + L"," + inner() + L")";
-        case 5:
-            return L"SUM(A1:C3," + inner() + L")";
-        case 6: // often no formula at all
+            return L"IF(" + inner() + L",SUM(A1:C3," + inner() + L"))";
+        case 5: // often no formula at all
             return inner() + text();
         default:
             return any<std::wstring>(
@@ -163,10 +161,8 @@ private:
         format->setFont(chance(3) ? nullptr : font);
         format->setNumFormat(chance(2) ? book->addCustomNumFormat(L"#0.00") : below(300));
         format->setAlignH(static_cast<libxl::AlignH>(below(10) - 1));
-        format->setAlignV(static_cast<libxl::AlignV>(below(7) - 1));
         format->setWrap(chance(2));
         format->setBorder(static_cast<libxl::BorderStyle>(below(16) - 1));
-        format->setBorderTop(static_cast<libxl::BorderStyle>(below(16) - 1));
         format->setBorderColor(static_cast<libxl::Color>(below(70)));
         formats.push_back(format);
     }
@@ -178,12 +174,9 @@ private:
         sheet->split(index(rows), index(columns));
         sheet->setPrintFit(below(4) - 1, below(4) - 1);
         sheet->setFooter(text().c_str(), number());
-        sheet->setMarginLeft(number());
         sheet->setMarginTop(number());
         sheet->setPrintRepeatRows(index(rows), index(rows));
         sheet->setLandscape(chance(2));
-        sheet->setDisplayGridlines(chance(2));
-        sheet->setPrintGridlines(chance(2));
     }
 
     void writeCell()

@@ -15,8 +15,6 @@ private Q_SLOTS:
     void looks();
     void widths();
     void results();
-    void refusedInXls();
-    void chain();
 };
 
 void TestCells::texts()
@@ -225,9 +223,6 @@ void TestCells::results()
     sheet->writeFormula(1, 0, L"=A1/0");
     sheet->writeFormula(2, 0, L"=A4"); // a cycle
     sheet->writeFormula(3, 0, L"=1+A3");
-    Format *decimal = book->addFormat();
-    decimal->setNumFormat(book->addCustomNumFormat(L"#0.00"));
-    sheet->writeNum(9, 4, 2.5, decimal);
     int row = 0;
     for (const auto &entry : cases)
         QVERIFY(sheet->writeFormula(row++, 5, (L'=' + entry.expression).c_str()));
@@ -236,8 +231,6 @@ void TestCells::results()
     QVERIFY(cellOf(read, "A3"_q)["cached"_q].isNull());
     const QByteArrayList gnumeric = linesBy(Program::Gnumeric, file());
     const QByteArrayList office = linesBy(Program::LibreOffice, file());
-    QCOMPARE(gnumeric.value(9).split(',').value(4), QByteArray("2.5"));
-    QCOMPARE(office.value(9).split(',').value(4), QByteArray("2.50"));
     row = 0;
     for (const auto &entry : cases) {
         const QString expression = QString::fromStdWString(entry.expression);
@@ -249,37 +242,6 @@ void TestCells::results()
             QVERIFY2(lines.value(row).split(',').last() == entry.shown, qPrintable(expression));
         ++row;
     }
-}
-
-/** An .xlsx holds the text of whatever it is given, an .xls only what we can translate. */
-void TestCells::refusedInXls()
-{
-    const TestBook book(isXls);
-    Sheet *sheet = book->addSheet(L"S");
-    const std::wstring deep = std::wstring(4000, L'(') + L'1' + std::wstring(4000, L')');
-    int row = 0;
-    for (const wchar_t *expression :
-         {L"A65537", L"IW1", L"S!A1", L"A1:B1", L"A1+", L"(A1", L"1e999", L"\"text", L"FOO(1)",
-          L"ABS(1,2)", L"TRUE", deep.c_str()}) {
-        sheet->writeNum(row, 0, 1); // goes, too
-        QVERIFY2(sheet->writeFormula(row++, 0, expression) != isXls,
-                 qPrintable(QString::fromWCharArray(expression)));
-    }
-    const QJsonObject read = saved(book);
-    QCOMPARE(read["name"_q].toString(), "S"_q);
-    QCOMPARE(read["cells"_q].toObject().size(), isXls ? 0 : row);
-}
-
-/** Each cell needs the one below it: how deep that goes is not the stack's affair. */
-void TestCells::chain()
-{
-    const TestBook book(isXls);
-    Sheet *sheet = book->addSheet(L"S");
-    const int length = 20000;
-    for (int row = 1; row < length; ++row)
-        sheet->writeFormula(row - 1, 0, (L"=1+A" + std::to_wstring(row + 1)).c_str());
-    sheet->writeNum(length - 1, 0, 1);
-    QCOMPARE(cellOf(saved(book), "A1"_q)["cached"_q].toInt(), length);
 }
 
 int main(int argc, char **argv)
