@@ -47,10 +47,10 @@ QVector<QJsonObject> readWorkbooks(const QStringList &paths)
     return books;
 }
 
-QJsonObject readSheet(const QString &path, int index)
+QJsonObject readSheet(const QString &path)
 {
     const QJsonObject book = readWorkbooks({path}).first();
-    return book.value("sheets").toArray().at(index).toObject();
+    return book.value("sheets").toArray().first().toObject();
 }
 
 QString savedBy(Program program, const QString &path, const QString &suffix)

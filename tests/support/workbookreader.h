@@ -12,8 +12,8 @@
 /// tests/support/read-workbook says how the objects look; it makes checks of our own, too.
 QVector<QJsonObject> readWorkbooks(const QStringList &paths);
 
-/// One sheet of one file alone; `index` counts from 0.
-QJsonObject readSheet(const QString &path, int index = 0);
+/// The first sheet of one file alone.
+QJsonObject readSheet(const QString &path);
 
 /// What read-workbook prints of a file with the given option.
 QByteArray readRaw(const QString &option, const QString &path);

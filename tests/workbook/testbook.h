@@ -65,9 +65,9 @@ public:
     }
 
     /** The sheet as foreign readers see it; empty when there is no file or they complain. */
-    [[nodiscard]] QJsonObject saved(const TestBook &book, int sheet = 0) const
+    [[nodiscard]] QJsonObject saved(const TestBook &book) const
     {
-        return book.save(file()) ? readSheet(file(), sheet) : QJsonObject();
+        return book.save(file()) ? readSheet(file()) : QJsonObject();
     }
 
     inline static bool nextIsXls = false;
