@@ -33,6 +33,8 @@ private Q_SLOTS:
     void values();
     void names_data();
     void names();
+    void manyRecipients();
+    void mailAbovePacketLimit();
     void moreRowsThanXlsHas();
 
 private:
@@ -252,6 +254,31 @@ void TestBothReports::names()
     for (const char *report : {"DennyReport", "MesReportDochadzky"})
         QCOMPARE(cellValue(readSheet(file(report)), "B2"),
                  shown.isNull() ? QJsonValue() : QJsonValue(shown));
+}
+
+void TestBothReports::manyRecipients()
+{
+    QStringList recipients;
+    for (int i = 0; recipients.size() * 20 < 65536; ++i)
+        recipients << QString("prijemca%1@firma.sk").arg(i, 4, 10, QChar('0'));
+    bench->set("autoReport.DailyAtten.emails", recipients.join(','));
+    bench->set("autoReport.DailyAtten.enabled", "1");
+    DailyAttenReport(bench->database, nullptr).doWork();
+    QCOMPARE(bench->mails(), recipients.size());
+}
+
+void TestBothReports::mailAbovePacketLimit()
+{
+    bench->schema.exec("DELETE FROM people");
+    addPeople(bench->schema, 2000);
+    bench->schema.exec("SET GLOBAL max_allowed_packet = 16384");
+    bench->database.close();
+    QVERIFY(bench->database.open());
+    makeBoth();
+    bench->schema.exec("SET GLOBAL max_allowed_packet = 67108864");
+    QCOMPARE(bench->mails(), 0);
+    QCOMPARE(bench->log.countContaining("mail not created!"), 2);
+    QVERIFY(!bench->lastGenerated("DailyAtten").isValid());
 }
 
 /// The heading takes one of the 65,536 rows.
