@@ -12,6 +12,7 @@ class TestLimits : public QObject
 private Q_SLOTS:
     void container();
     void fullXls();
+    void manyFormats();
 };
 
 /// Where the stream leaves the smallest size, and where one more sector needs one more sector of
@@ -65,6 +66,36 @@ void TestLimits::fullXls()
     QVERIFY(!sheet->writeNum(fixture.rows, 0, 1));
     QVERIFY(!book.save(fixture.file("again"_q)));
     QVERIFY(!QFileInfo::exists(fixture.file("again"_q)));
+}
+
+/** Equal formats count once; there is room for 4,000. */
+void TestLimits::manyFormats()
+{
+    FormatFixture::nextIsXls = true;
+    const FormatFixture fixture;
+    for (const int count : {4001, 4000}) {
+        const TestBook book(true);
+        Sheet *sheet = book->addSheet(L"S");
+        for (int i = 0; i < 2 * count; ++i) {
+            // Numbers to the base of 14, a digit for each side.
+            const auto digit = [number = i % count + 1](int divisor) {
+                return static_cast<libxl::BorderStyle>(number / divisor % 14);
+            };
+            Format *format = book->addFormat();
+            format->setBorderLeft(digit(1));
+            format->setBorderRight(digit(14));
+            format->setBorderTop(digit(14 * 14));
+            format->setBorderBottom(digit(14 * 14 * 14));
+            sheet->writeBlank(i / 256, i % 256, format);
+        }
+        QCOMPARE(book.save(fixture.file()), count == 4000);
+        QCOMPARE(QFileInfo::exists(fixture.file()), count == 4000);
+    }
+    const QJsonObject cells = readSheet(fixture.file())["cells"_q].toObject();
+    QCOMPARE(cells.size(), 8000);
+    const QString look = cells["FD16"_q].toObject()["look"_q].toString(); // number 4000
+    for (const char *border : {"left mediumDashDot", "right thick", "top double", "bottom thin"})
+        QVERIFY2(look.contains(QLatin1String(border)), qPrintable(look));
 }
 
 QTEST_GUILESS_MAIN(TestLimits)
