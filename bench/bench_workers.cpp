@@ -58,11 +58,11 @@ private:
         AutoReportDbConfig config;
         config.driverName = QStringLiteral("QMYSQL");
         config.connectionName = QStringLiteral("worker%1").arg(number);
-        config.hostName = TestServer::host();
+        config.hostName = TestServer::host;
         config.port = TestServer::port();
         config.databaseName = schema;
-        config.userName = TestServer::user();
-        config.password = TestServer::password();
+        config.userName = TestServer::user;
+        config.password = TestServer::password;
         config.connectOptions = QStringLiteral("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1");
 
         threads.push_back(std::make_unique<QThread>());

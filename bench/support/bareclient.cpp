@@ -15,8 +15,8 @@ BareClient::BareClient(const QString &schema)
     // The same character set as Qt's driver asks for: the same bytes come back.
     mysql_options(connection.get(), MYSQL_SET_CHARSET_NAME, "utf8mb3");
     const bool open = mysql_real_connect(
-        connection.get(), qPrintable(TestServer::host()), qPrintable(TestServer::user()),
-        qPrintable(TestServer::password()), qPrintable(schema),
+        connection.get(), qPrintable(TestServer::host), qPrintable(TestServer::user),
+        qPrintable(TestServer::password), qPrintable(schema),
         static_cast<unsigned int>(TestServer::port()), nullptr, CLIENT_IGNORE_SPACE);
     Bench::require(open, QString::fromUtf8(mysql_error(connection.get())));
 }

@@ -55,7 +55,8 @@ BenchSchema::BenchSchema(int peopleCount, int days)
     : database(TestDatabase::Tables::Schema)
     , people(peopleCount)
 {
-    database.exec(catalogue);
+    for (const QString &statement : catalogue)
+        database.exec(statement);
     for (const QString &statement : peopleStatements)
         database.exec(statement.arg(people));
     for (int day = 1; day <= days; ++day)

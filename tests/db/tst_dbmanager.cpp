@@ -1,27 +1,134 @@
-#include "support/logcapture.h"
 #include "support/testhost.h"
-
-#include <QTest>
-
-#include <memory>
-#include <thread>
 
 class TestDBManager : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void infoFlagFollowsTheAttemptsToOpen();
-    void tokens();
-    void schemeIsDecodedAndCached();
-    void everyThreadHasItsOwnConnection();
-    void failedConnectionIsTriedAgain();
+    void init()
+    {
+        log = std::make_unique<LogCapture>();
+        host = std::make_unique<TestHost>(false);
+        manager = host->manager();
+    }
+
+    void cleanup()
+    {
+        host.reset();
+        checkConnections(*log);
+        log.reset();
+    }
+
+    void infoFlagFollowsTheAttemptsToOpen()
+    {
+        QSqlDatabase db = manager->getInfoDB();
+        QVERIFY(!manager->isInfoDB());
+        QVERIFY(manager->checkOpenDB(db) && manager->isInfoDB());
+
+        db.close();
+        db.setDatabaseName("nowhere");
+        QCOMPARE(manager->loadTokens(10, 0), QStringList());
+        QVERIFY(!manager->isInfoDB());
+    }
+
+    void tokens()
+    {
+        for (const char *token : {"c", "a", "%1", "b", "off"})
+            info().addSchemas({token}, QString("db_") + token);
+        info().exec("UPDATE `schemas` SET status = 0 WHERE token = 'off'");
+        for (const bool close : {false, true}) {
+            manager->setCloseInfoDB(close);
+            info().exec("UPDATE `schemas` SET recalc = IF(token = 'b', NULL, sid * 10)");
+
+            QCOMPARE(manager->tokensCount(true), 4U);
+            QVERIFY(manager->getInfoDB().isOpen() != close);
+            QCOMPARE(manager->tokensCount(false), 1U);
+            QCOMPARE(manager->loadTokens(2, 1), QStringList({"a", "b"}));
+            QCOMPARE(manager->loadTokens(2, 4), QStringList());
+            QCOMPARE(manager->loadTokens4Recalculate(3), QStringList({"b", "c", "a"}));
+            QVERIFY(manager->setRecalculated("b"));
+            QCOMPARE(manager->loadTokens4Recalculate(1), QStringList("c"));
+            QCOMPARE(manager->getTokenBySchemaName("db_%1"), QString("%1"));
+            QCOMPARE(manager->getTokenBySchemaName("db_off"), QString());
+            QVERIFY(manager->getInfoDB().isOpen() != close);
+        }
+
+        info().exec("DELETE FROM `schemas`");
+        info().addSchemas({"never", "due", "stamped", "fresh"}, "x");
+        QVERIFY(manager->setMaintenance("stamped"));
+        // 898 leaves room: the clock goes on until the schemas are read.
+        info().exec(
+            "UPDATE `schemas` SET maintenance = UNIX_TIMESTAMP() - IF(token = 'due', 901, 898) "
+            "WHERE token IN ('due', 'fresh')");
+        QCOMPARE(manager->loadTokens4Maintenance(9), QStringList({"never", "due"}));
+    }
+
+    void schemeIsDecodedAndCached()
+    {
+        const auto cached = [this] {
+            return manager->getDbConnRecord("one");
+        };
+        const QString password = "heslo ľšč";
+        info().addSchemas({"one"}, "db1");
+        info().exec(
+            QString("UPDATE `schemas` SET pass = '%1'").arg(QString(password.toUtf8().toBase64())));
+        QCOMPARE(cached().token, QString());
+        QCOMPARE(manager->loadScheme("one").pass, password);
+        QCOMPARE(QStringList({cached().name, cached().user, cached().pass, cached().token}),
+                 QStringList({"db1", TestServer::user, password, "one"}));
+
+        info().exec("UPDATE `schemas` SET status = 0");
+        QCOMPARE(manager->loadScheme("one").name, QString());
+        QCOMPARE(cached().name, QString("db1"));
+    }
+
+    void everyThreadHasItsOwnConnection()
+    {
+        const QString token = "%2";
+        info().addSchemas({token}, info().name());
+        const auto use = [this, &token] {
+            QSqlDatabase db = manager->getDatabase(token);
+            const QString name = db.connectionName();
+            const bool open =
+                db.isOpen() && manager->isDatabase(token) && manager->isConnection(token) &&
+                manager->getDatabase(token).connectionName() == name &&
+                db.connectOptions() == QString("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1");
+            db.close();
+            db = QSqlDatabase();
+            removeUnused(name);
+            return open && !manager->isConnection(token) ? name : QString();
+        };
+        QString otherName;
+        std::thread([&] { otherName = use(); }).join();
+        const QString name = use();
+        QVERIFY(name.startsWith("0x") && name.endsWith("_dbc_%2"));
+        QVERIFY(otherName.endsWith("_dbc_%2") && name != otherName);
+    }
+
+    void failedConnectionIsTriedAgain()
+    {
+        const QString token = "late";
+        const QString databaseName = info().name() + "_late";
+        info().addSchemas({token}, databaseName);
+        QVERIFY(!manager->getDatabase(token).isValid());
+        QVERIFY(manager->isDatabase(token) && manager->isConnection(token));
+        const QString name = manager->getConnectionNameFromToken(token);
+
+        info().exec("CREATE DATABASE " + databaseName);
+        QVERIFY(manager->getDatabase(token).isOpen());
+        info().exec("DROP DATABASE " + databaseName);
+        removeUnused(name);
+        QCOMPARE(log->texts().last(),
+                 "DBManager::removeUnusedConnections() - can't remove active connection " + name);
+        manager->getDatabase(token).close();
+        manager->removeUnusedConnections();
+        QVERIFY2(manager->isDatabase(token), "a refused name is not queued again");
+        removeUnused(name);
+        QVERIFY(!manager->isDatabase(token));
+    }
 
 private:
     const TestDatabase &info() const { return host->infoDatabase(); }
-    QString lastLine() const { return log->lines().back().text; }
     void removeUnused(const QString &name) const
     {
         manager->addUnusedConnection(name);
@@ -32,127 +139,6 @@ private:
     std::unique_ptr<TestHost> host;
     DBManager *manager = nullptr;
 };
-
-void TestDBManager::init()
-{
-    log = std::make_unique<LogCapture>();
-    host = std::make_unique<TestHost>(false);
-    manager = host->manager();
-}
-
-void TestDBManager::cleanup()
-{
-    host.reset();
-    checkConnections(*log);
-    log.reset();
-}
-
-void TestDBManager::infoFlagFollowsTheAttemptsToOpen()
-{
-    QSqlDatabase db = manager->getInfoDB();
-    QVERIFY(!manager->isInfoDB());
-    QVERIFY(manager->checkOpenDB(db) && manager->isInfoDB());
-
-    db.close();
-    db.setDatabaseName("nowhere");
-    QCOMPARE(manager->loadTokens(10, 0), QStringList());
-    QVERIFY(!manager->isInfoDB());
-}
-
-void TestDBManager::tokens()
-{
-    for (const char *token : {"c", "a", "%1", "b", "off"})
-        info().addSchemas({token}, QString("db_") + token);
-    info().exec("UPDATE `schemas` SET status = 0 WHERE token = 'off'");
-    for (const bool close : {false, true}) {
-        manager->setCloseInfoDB(close);
-        info().exec("UPDATE `schemas` SET recalc = IF(token = 'b', NULL, sid * 10)");
-
-        QCOMPARE(manager->tokensCount(true), 4U);
-        QVERIFY(manager->getInfoDB().isOpen() != close);
-        QCOMPARE(manager->tokensCount(false), 1U);
-        QCOMPARE(manager->loadTokens(2, 1), QStringList({"a", "b"}));
-        QCOMPARE(manager->loadTokens(2, 4), QStringList());
-        QCOMPARE(manager->loadTokens4Recalculate(3), QStringList({"b", "c", "a"}));
-        QVERIFY(manager->setRecalculated("b"));
-        QCOMPARE(manager->loadTokens4Recalculate(1), QStringList("c"));
-        QCOMPARE(manager->getTokenBySchemaName("db_%1"), QString("%1"));
-        QCOMPARE(manager->getTokenBySchemaName("db_off"), QString());
-        QVERIFY(manager->getInfoDB().isOpen() != close);
-    }
-
-    info().exec("DELETE FROM `schemas`");
-    info().addSchemas({"never", "due", "stamped", "fresh"}, "x");
-    QVERIFY(manager->setMaintenance("stamped"));
-    // 898 leaves room: the clock goes on until the schemas are read.
-    info().exec("UPDATE `schemas` SET maintenance = UNIX_TIMESTAMP() - IF(token = 'due', 901, 898) "
-                "WHERE token IN ('due', 'fresh')");
-    QCOMPARE(manager->loadTokens4Maintenance(9), QStringList({"never", "due"}));
-}
-
-void TestDBManager::schemeIsDecodedAndCached()
-{
-    const auto cached = [this] {
-        return manager->getDbConnRecord("one");
-    };
-    const QString password = "heslo ľšč";
-    info().addSchemas({"one"}, "db1");
-    info().exec(
-        QString("UPDATE `schemas` SET pass = '%1'").arg(QString(password.toUtf8().toBase64())));
-    QCOMPARE(cached().token, QString());
-    QCOMPARE(manager->loadScheme("one").pass, password);
-    QCOMPARE(QStringList({cached().name, cached().user, cached().pass, cached().token}),
-             QStringList({"db1", TestServer::user(), password, "one"}));
-
-    info().exec("UPDATE `schemas` SET status = 0");
-    QCOMPARE(manager->loadScheme("one").name, QString());
-    QCOMPARE(cached().name, QString("db1"));
-}
-
-void TestDBManager::everyThreadHasItsOwnConnection()
-{
-    const QString token = "%2";
-    info().addSchemas({token}, info().name());
-    const auto use = [this, &token] {
-        QSqlDatabase db = manager->getDatabase(token);
-        const QString name = db.connectionName();
-        const bool open =
-            db.isOpen() && manager->isDatabase(token) && manager->isConnection(token) &&
-            manager->getDatabase(token).connectionName() == name &&
-            db.connectOptions() == QString("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1");
-        db.close();
-        db = QSqlDatabase();
-        removeUnused(name);
-        return open && !manager->isConnection(token) ? name : QString();
-    };
-    QString otherName;
-    std::thread([&] { otherName = use(); }).join();
-    const QString name = use();
-    QVERIFY(name.startsWith("0x") && name.endsWith("_dbc_%2"));
-    QVERIFY(otherName.endsWith("_dbc_%2") && name != otherName);
-}
-
-void TestDBManager::failedConnectionIsTriedAgain()
-{
-    const QString token = "late";
-    const QString databaseName = info().name() + "_late";
-    info().addSchemas({token}, databaseName);
-    QVERIFY(!manager->getDatabase(token).isValid());
-    QVERIFY(manager->isDatabase(token) && manager->isConnection(token));
-    const QString name = manager->getConnectionNameFromToken(token);
-
-    info().exec("CREATE DATABASE " + databaseName);
-    QVERIFY(manager->getDatabase(token).isOpen());
-    info().exec("DROP DATABASE " + databaseName);
-    removeUnused(name);
-    QCOMPARE(lastLine(),
-             "DBManager::removeUnusedConnections() - can't remove active connection " + name);
-    manager->getDatabase(token).close();
-    manager->removeUnusedConnections();
-    QVERIFY2(manager->isDatabase(token), "a refused name is not queued again");
-    removeUnused(name);
-    QVERIFY(!manager->isDatabase(token));
-}
 
 QTEST_GUILESS_MAIN(TestDBManager)
 #include "tst_dbmanager.moc"

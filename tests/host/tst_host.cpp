@@ -1,203 +1,168 @@
-#include "support/testdata.h"
-#include "support/testserver.h"
+#include "support/reportbench.h"
 
 #include <QLibraryInfo>
 #include <QProcess>
 #include <QRegularExpression>
-#include <QTemporaryFile>
 
 #include <csignal>
-#include <memory>
 
 // The program as a process, judged by its output and its exit status alone.
-class TestHost : public QObject
+class TestHost : public ReportTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void commandLine_data();
-    void commandLine();
-    void configuration_data();
-    void configuration();
-    void serves_data();
-    void serves();
+    void commandLine_data()
+    {
+        addColumns<QString, int, QString>("arguments", "status", "text");
+        const QString most = "serve --db-host h --db-user u --db-name n ";
+        const QString all = most + "--db-port 1 ";
+        addRow("help", "--help", 0, "--password-file");
+        addRow("nothing", "", 2, "no command given");
+        addRow("command", "sevre", 2, "unknown command 'sevre'");
+        addRow("password in sight", most + "--db-password=x", 2, "'db-password'");
+        addRow("missing option", most, 2, "--db-port is missing");
+        addRow("password file", all + "--password-file /no/such", 1,
+               "cannot read the password file '/no/such'");
+        const QString way = "serve " + TestServer::options("here").join(' ');
+        const QString foreign =
+            QLibraryInfo::location(QLibraryInfo::PluginsPath) + "/sqldrivers/libqsqlmysql.so";
+        addRow("wrong user", way + " --db-user nobody", 1, "Access denied");
+        addRow("no such database", way, 1, "Unknown database 'here'");
+        addRow("foreign plug-in", way + " --plugin " + foreign, 1, "for something else");
+    }
+
+    void commandLine()
+    {
+        QFETCH(QString, arguments);
+        QFETCH(int, status);
+        QFETCH(QString, text);
+        for (const QString command : {"serve ", "serve --single "}) {
+            log.clear();
+            start(QString(arguments).replace("serve ", command).split(' ', Qt::SkipEmptyParts),
+                  TestServer::environment());
+            QVERIFY(ended());
+            QCOMPARE(program->exitCode(), status);
+            const QString output = QString::fromUtf8(program->readAllStandardOutput());
+            const QString &spoken = status == 0 ? output : log;
+            QVERIFY2(spoken.contains(text), qPrintable(spoken));
+            QVERIFY((status == 0 ? log : output).isEmpty());
+            QCOMPARE(log.contains("Usage: "), status == 2);
+            QCOMPARE(log.count('\n') == 1, status == 1);
+        }
+    }
+
+    void configuration_data()
+    {
+        addColumns<QString, bool, QString>("content", "isOpen", "text");
+        const QString way = QString("[database]\nhost=127.0.0.1\nport=%1\nname=here\nuser=%2\n")
+                                .arg(TestServer::port())
+                                .arg(TestServer::user);
+        addRow("password", way + "password=secret\n", false, "Unknown database 'here'");
+        addRow("quoted", way + "password=\"se,cret\"\n", false, "Access denied");
+        addRow("unquoted", way + "password=se,cret", false, "'database/password' in the");
+        addRow("open, password", way + "password=secret", true, "chmod o-rwx /");
+        addRow("password file", way + "password-file=/no/such\n", true, "'/no/such'");
+        addRow("wrong key", way + "pasword=x\n", false, "key 'database/pasword'");
+    }
+
+    void configuration()
+    {
+        QFETCH(QString, content);
+        QFETCH(bool, isOpen);
+        QFETCH(QString, text);
+        const QString file = bench->temporary.filePath("config");
+        writeFile(file, content.toUtf8());
+        QVERIFY(QFile::setPermissions(file, isOpen ? QFile::ReadOwner | QFile::ReadOther
+                                                   : QFile::ReadOwner));
+        start({"serve", "--config", file}, QProcessEnvironment::systemEnvironment());
+        QVERIFY(ended());
+        QVERIFY2(log.contains(text), qPrintable(log));
+        QCOMPARE(program->exitCode(), 1);
+        QVERIFY(!log.contains("cret"));
+    }
+
+    void serves_data()
+    {
+        addColumns<bool, bool, int>("single", "noGlib", "stopSignal");
+        addRow("information database", false, false, SIGTERM);
+        addRow("the other dispatcher", false, true, SIGINT);
+        addRow("one schema", true, false, SIGINT);
+        addRow("one schema, the other dispatcher", true, true, SIGTERM);
+    }
+
+    void serves()
+    {
+        QFETCH(bool, single);
+        QFETCH(bool, noGlib);
+        QFETCH(int, stopSignal);
+        writeFile(bench->temporary.filePath("password"), "secret\r\nmore\n");
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("AUTOREPORT_DB_PASSWORD", "wrong");
+        if (noGlib)
+            environment.insert("QT_NO_GLIB", "1");
+        QStringList arguments{"serve", "--debug", "2", "--password-file",
+                              bench->temporary.filePath("password")};
+        if (single)
+            arguments << "--single";
+        start(arguments + TestServer::options(single ? bench->schema.name() : info->name()),
+              environment);
+        const auto send = [this](int number) {
+            ::kill(pid_t(program->processId()), number);
+        };
+
+        QVERIFY(logs(single ? "AutoReport - is info db: NO" : "AutoReport - is info db: YES"));
+        // The scan leaves a connection to the schema, which the host must give back.
+        QVERIFY(logs(single ? "Host - serving" : "DBManager::getDatabase(firm)"));
+        send(SIGUSR1);
+        QVERIFY(logs("INFO AutoReport - PAUSE\n"));
+        send(SIGUSR2);
+        QVERIFY(logs("INFO AutoReport - RESUME\n"));
+        send(stopSignal);
+        QVERIFY(logs("INFO Host - stopped\n"));
+        QVERIFY(ended());
+        QCOMPARE(program->exitCode(), 0);
+
+        QVERIFY(log.contains("AutoReport - STOP"));
+        QCOMPARE(log.contains("_dbc_firm)"), !single); // offered for removal
+        QVERIFY2(!log.contains("WARNING") && !log.contains("CRITICAL"), qPrintable(log));
+        QVERIFY(!log.contains("secret"));
+        static const QRegularExpression lines(R"(^([\d-]{10} [\d:]{8} (DEBUG|INFO) [^\n]+\n)+$)");
+        QVERIFY2(lines.match(log).hasMatch(), qPrintable(log));
+    }
 
 private:
-    void start(const QStringList &arguments, const QProcessEnvironment &environment);
-    bool logs(const QString &text);
-    bool ended();
+    void prepare() override
+    {
+        info = std::make_unique<TestDatabase>(TestDatabase::Tables::Info);
+        info->addSchemas({"firm"}, bench->schema.name());
+        program = std::make_unique<QProcess>();
+        log.clear();
+    }
+    void start(const QStringList &arguments, const QProcessEnvironment &environment)
+    {
+        program->setProcessEnvironment(environment);
+        program->start(AUTOREPORT_PROGRAM, arguments);
+    }
+
+    // All that it has said as errors.
+    QString readLog() { return log += QString::fromUtf8(program->readAllStandardError()); }
+    bool logs(const QString &text)
+    {
+        return QTest::qWaitFor([&] { return readLog().contains(text); }, patienceMs);
+    }
+    // Whether it did by itself.
+    bool ended()
+    {
+        const bool end = program->state() == QProcess::NotRunning || program->waitForFinished();
+        readLog();
+        return end && program->exitStatus() == QProcess::NormalExit;
+    }
 
     std::unique_ptr<TestDatabase> info;
-    std::unique_ptr<TestDatabase> schema;
     std::unique_ptr<QProcess> program;
     QString log;
 };
-
-void TestHost::init()
-{
-    info = std::make_unique<TestDatabase>(TestDatabase::Tables::Info);
-    schema = std::make_unique<TestDatabase>(TestDatabase::Tables::Schema);
-    info->addSchemas({"firm"}, schema->name());
-    program = std::make_unique<QProcess>();
-    log.clear();
-}
-
-void TestHost::cleanup()
-{
-    program.reset(); // kills it when a test failed half way
-    schema.reset();
-    info.reset();
-}
-
-void TestHost::start(const QStringList &arguments, const QProcessEnvironment &environment)
-{
-    program->setProcessEnvironment(environment);
-    program->start(AUTOREPORT_PROGRAM, arguments);
-}
-
-// Whether the program's log says so within a while.
-bool TestHost::logs(const QString &text)
-{
-    return QTest::qWaitFor(
-        [&] {
-            program->waitForReadyRead(50);
-            log += QString::fromUtf8(program->readAllStandardError());
-            return log.contains(text);
-        },
-        20000);
-}
-
-// Whether it did by itself; the log then holds all that it said as errors.
-bool TestHost::ended()
-{
-    const bool end = program->state() == QProcess::NotRunning || program->waitForFinished();
-    log += QString::fromUtf8(program->readAllStandardError());
-    return end && program->exitStatus() == QProcess::NormalExit;
-}
-
-void TestHost::commandLine_data()
-{
-    addColumns<QString, int, QString>("arguments", "status", "text");
-    const QString most = "serve --db-host h --db-user u --db-name n ";
-    const QString all = most + "--db-port 1 ";
-    addRow("help", "--help", 0, "--password-file");
-    addRow("nothing", "", 2, "no command given");
-    addRow("command", "sevre", 2, "unknown command 'sevre'");
-    addRow("password in sight", most + "--db-password=x", 2, "'db-password'");
-    addRow("missing option", most, 2, "--db-port is missing");
-    addRow("password file", all + "--password-file /no/such", 1,
-           "cannot read the password file '/no/such'");
-    const QString way = "serve " + TestServer::options("here").join(' ');
-    const QString foreign =
-        QLibraryInfo::location(QLibraryInfo::PluginsPath) + "/sqldrivers/libqsqlmysql.so";
-    addRow("wrong user", way + " --db-user nobody", 1, "Access denied");
-    addRow("no such database", way, 1, "Unknown database 'here'");
-    addRow("foreign plug-in", way + " --plugin " + foreign, 1, "for something else");
-}
-
-void TestHost::commandLine()
-{
-    QFETCH(QString, arguments);
-    QFETCH(int, status);
-    QFETCH(QString, text);
-    for (const QString command : {"serve ", "serve --single "}) {
-        log.clear();
-        start(QString(arguments).replace("serve ", command).split(' ', Qt::SkipEmptyParts),
-              TestServer::environment());
-        QVERIFY(ended());
-        QCOMPARE(program->exitCode(), status);
-        const QString output = QString::fromUtf8(program->readAllStandardOutput());
-        const QString &spoken = status == 0 ? output : log;
-        QVERIFY2(spoken.contains(text), qPrintable(spoken));
-        QVERIFY((status == 0 ? log : output).isEmpty());
-        QCOMPARE(log.contains("Usage: "), status == 2);
-        QCOMPARE(log.count('\n') == 1, status == 1);
-    }
-}
-
-void TestHost::configuration_data()
-{
-    addColumns<QString, bool, QString>("content", "isOpen", "text");
-    const QString way = QString("[database]\nhost=127.0.0.1\nport=%1\nname=here\nuser=%2\n")
-                            .arg(TestServer::port())
-                            .arg(TestServer::user());
-    addRow("password", way + "password=secret\n", false, "Unknown database 'here'");
-    addRow("quoted", way + "password=\"se,cret\"\n", false, "Access denied");
-    addRow("unquoted", way + "password=se,cret", false, "'database/password' in the");
-    addRow("open, password", way + "password=secret", true, "chmod o-rwx /");
-    addRow("password file", way + "password-file=/no/such\n", true, "'/no/such'");
-    addRow("wrong key", way + "pasword=x\n", false, "key 'database/pasword'");
-}
-
-void TestHost::configuration()
-{
-    QFETCH(QString, content);
-    QFETCH(bool, isOpen);
-    QFETCH(QString, text);
-    QTemporaryFile file;
-    QVERIFY(file.open());
-    file.write(content.toUtf8());
-    file.close();
-    const QFile::Permissions permissions = QFile::ReadOwner | QFile::WriteOwner;
-    QVERIFY(file.setPermissions(isOpen ? permissions | QFile::ReadOther : permissions));
-    start({"serve", "--config", file.fileName()}, QProcessEnvironment::systemEnvironment());
-    QVERIFY(ended());
-    QVERIFY2(log.contains(text), qPrintable(log));
-    QCOMPARE(program->exitCode(), 1);
-    QVERIFY(!log.contains("cret"));
-}
-
-void TestHost::serves_data()
-{
-    addColumns<bool, bool, int>("single", "noGlib", "stopSignal");
-    addRow("information database", false, false, SIGTERM);
-    addRow("the other dispatcher", false, true, SIGINT);
-    addRow("one schema", true, false, SIGINT);
-    addRow("one schema, the other dispatcher", true, true, SIGTERM);
-}
-
-void TestHost::serves()
-{
-    QFETCH(bool, single);
-    QFETCH(bool, noGlib);
-    QFETCH(int, stopSignal);
-    QTemporaryFile passwordFile;
-    QVERIFY(passwordFile.open());
-    passwordFile.write("secret\r\nmore\n");
-    passwordFile.close();
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("AUTOREPORT_DB_PASSWORD", "wrong");
-    if (noGlib)
-        environment.insert("QT_NO_GLIB", "1");
-    QStringList arguments{"serve", "--debug", "2", "--password-file", passwordFile.fileName()};
-    if (single)
-        arguments << "--single";
-    start(arguments + TestServer::options((single ? schema : info)->name()), environment);
-    const auto send = [this](int number) {
-        ::kill(static_cast<pid_t>(program->processId()), number);
-    };
-
-    QVERIFY(logs(single ? "AutoReport - is info db: NO" : "AutoReport - is info db: YES"));
-    // The scan leaves a connection to the schema, which the host must give back.
-    QVERIFY(logs(single ? "Host - serving" : "DBManager::getDatabase(firm)"));
-    send(SIGUSR1);
-    QVERIFY(logs("INFO AutoReport - PAUSE\n"));
-    send(SIGUSR2);
-    QVERIFY(logs("INFO AutoReport - RESUME\n"));
-    send(stopSignal);
-    QVERIFY(logs("INFO Host - stopped\n"));
-    QVERIFY(ended());
-    QCOMPARE(program->exitCode(), 0);
-
-    QVERIFY(log.contains("AutoReport - STOP"));
-    QCOMPARE(log.contains("_dbc_firm)"), !single); // offered for removal
-    QVERIFY2(!log.contains("WARNING") && !log.contains("CRITICAL"), qPrintable(log));
-    QVERIFY(!log.contains("secret"));
-    static const QRegularExpression lines(R"(^([\d-]{10} [\d:]{8} (DEBUG|INFO) [^\n]+\n)+$)");
-    QVERIFY2(lines.match(log).hasMatch(), qPrintable(log));
-}
 
 QTEST_GUILESS_MAIN(TestHost)
 #include "tst_host.moc"

@@ -1,189 +1,151 @@
 #include "reports/dailyattenreport.h"
 
-#include "support/logcapture.h"
 #include "support/reportbench.h"
 #include "support/testhost.h"
 
 #include <QProcess>
-#include <QSqlQuery>
-#include <QTest>
-
-#include <memory>
-#include <thread>
-#include <vector>
-
-namespace
-{
-
-constexpr int patienceMs = 60000;
-constexpr int recipients = 8;
-
-} // namespace
 
 /// All of a run reaches the database, or nothing; and one host makes it, not two.
-class TestOnePiece : public QObject
+class TestOnePiece : public ReportTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void killedAtAnyMoment();
-    void refusedMailTakesNoOtherAlong();
-    void victimOfDeadlock();
-    void twoHosts();
-};
+    void killedAtAnyMoment()
+    {
+        addPeople(bench->schema, 3);
+        enableDailyReport(bench->schema, recipientList);
+        // Slow enough for the kill to fall between any two mails.
+        bench->schema.exec(
+            "CREATE TRIGGER slow AFTER INSERT ON emails FOR EACH ROW DO SLEEP(0.05)");
+        const auto inserting = [this] {
+            return bench->schema
+                .value("SELECT COUNT(*) FROM information_schema.processlist WHERE state = 'User "
+                       "sleep'")
+                .toInt();
+        };
+        int killedWithoutTrace = 0;
+        for (int moment = 0; moment < 20; ++moment) {
+            makeDue(bench->schema);
+            auto host = startHost(bench->schema.name());
+            // Not QTRY_: that looks again, perhaps between two mails.
+            QVERIFY(QTest::qWaitFor([&] { return inserting() == 1; }, patienceMs));
+            QTest::qWait(moment * 22); // the moments are what this test is about
+            host->kill();
+            QVERIFY(host->waitForFinished(patienceMs));
 
-namespace
-{
+            QTRY_COMPARE_WITH_TIMEOUT(inserting(), 0, patienceMs); // the server notices, too
+            const bool made = bench->lastGenerated("DailyAtten").isValid();
+            QCOMPARE(bench->mails(), made ? recipients : 0);
+            killedWithoutTrace += made ? 0 : 1;
 
-std::unique_ptr<QProcess> startHost(const QString &schema)
-{
-    auto host = std::make_unique<QProcess>();
-    host->setProcessEnvironment(TestServer::environment());
-    host->start(AUTOREPORT_PROGRAM, QStringList{"serve", "--single"} + TestServer::options(schema));
-    return host;
-}
-
-QString recipientList()
-{
-    QStringList list;
-    for (int i = 1; i <= recipients; ++i)
-        list << QString("r%1@firma.sk").arg(i);
-    return list.join(',');
-}
-
-} // namespace
-
-void TestOnePiece::killedAtAnyMoment()
-{
-    ReportBench bench;
-    addPeople(bench.schema, 3);
-    enableDailyReport(bench.schema, recipientList());
-    // Slow enough for the kill to fall between any two mails.
-    bench.schema.exec("CREATE TRIGGER slow AFTER INSERT ON emails FOR EACH ROW DO SLEEP(0.05)");
-    const auto inserting = [&bench] {
-        return bench.schema
-            .value("SELECT COUNT(*) FROM information_schema.processlist WHERE state = 'User sleep'")
-            .toInt();
-    };
-    int killedWithoutTrace = 0;
-    for (int moment = 0; moment < 20; ++moment) {
-        bench.schema.exec("DELETE FROM emails");
-        bench.schema.exec("DELETE FROM vars WHERE name LIKE '%lastGenerated'");
-        auto host = startHost(bench.schema.name());
-        // Not QTRY_: that looks again, perhaps between two mails.
-        QVERIFY(QTest::qWaitFor([&] { return inserting() == 1; }, patienceMs));
-        QTest::qWait(moment * 22); // the moments are what this test is about
-        host->kill();
-        QVERIFY(host->waitForFinished(patienceMs));
-
-        QTRY_COMPARE_WITH_TIMEOUT(inserting(), 0, patienceMs); // the server notices, too
-        const QString left = bench.schema
-                                 .value("SELECT CONCAT(COUNT(*), ' ', (SELECT COUNT(*) FROM vars "
-                                        "WHERE name LIKE '%lastGenerated')) FROM emails")
-                                 .toString();
-        QVERIFY2(left == "0 0" || left == "8 1", qPrintable(left));
-        killedWithoutTrace += left == "0 0" ? 1 : 0;
-
-        host = startHost(bench.schema.name());
-        QTRY_VERIFY_WITH_TIMEOUT(bench.lastGenerated("DailyAtten").isValid(), patienceMs);
-        host->terminate();
-        QVERIFY(host->waitForFinished(patienceMs));
-        const auto perRecipient =
-            bench.schema.rows("SELECT COUNT(*), COUNT(DISTINCT `to`) FROM emails");
-        QCOMPARE(perRecipient.at(0), QVariantList({recipients, recipients}));
-    }
-    QVERIFY2(killedWithoutTrace > 5, qPrintable(QString::number(killedWithoutTrace)));
-}
-
-void TestOnePiece::refusedMailTakesNoOtherAlong()
-{
-    ReportBench bench;
-    addPeople(bench.schema, 1);
-    bench.schema.exec("CREATE TRIGGER refuse BEFORE INSERT ON emails FOR EACH ROW IF NEW.`to` = "
-                      "'r2@firma.sk' THEN SIGNAL SQLSTATE '45000'; END IF");
-    DailyAttenReport(bench.database, nullptr)
-        .makeReport(recipientList().split(','), QDateTime::currentDateTime());
-    QCOMPARE(bench.mails(), recipients - 1);
-    QVERIFY(bench.lastGenerated("DailyAtten").isValid());
-    QCOMPARE(bench.log.count(QtWarningMsg, "DailyAttenReport::makeReport() - mail not created!"),
-             1);
-}
-
-/// To end a deadlock the server takes a whole transaction back, and goes on as if there were none.
-void TestOnePiece::victimOfDeadlock()
-{
-    ReportBench bench;
-    const TestDatabase &schema = bench.schema;
-    addPeople(schema, 1);
-    schema.exec("CREATE TABLE locks (id INT PRIMARY KEY, value INT)");
-    schema.exec("INSERT INTO locks SELECT seq, 0 FROM seq_1_to_500");
-    schema.exec("CREATE TRIGGER grip BEFORE INSERT ON emails FOR EACH ROW UPDATE locks SET value = "
-                "1 WHERE id = RIGHT(SUBSTRING_INDEX(NEW.`to`, '@', 1), 1)");
-    QSqlDatabase competitor = bench.database;
-    QVERIFY(competitor.transaction());
-    QVERIFY(competitor.exec("UPDATE locks SET value = 2 WHERE id > 1").isActive());
-    std::thread run([&schema] {
-        {
-            QSqlDatabase db = TestServer::addConnection("run", schema.name());
-            if (db.open())
-                DailyAttenReport(db, nullptr)
-                    .makeReport(recipientList().split(','), QDateTime::currentDateTime());
+            host = startHost(bench->schema.name());
+            QTRY_VERIFY_WITH_TIMEOUT(bench->lastGenerated("DailyAtten").isValid(), patienceMs);
+            host->terminate();
+            QVERIFY(host->waitForFinished(patienceMs));
+            const auto perRecipient =
+                bench->schema.rows("SELECT COUNT(*), COUNT(DISTINCT `to`) FROM emails");
+            QCOMPARE(perRecipient.at(0), QVariantList({recipients, recipients}));
         }
-        QSqlDatabase::removeDatabase("run");
-    });
-    // The competitor has changed more rows, so that the run is the one to give way.
-    bool waiting = false;
-    while (!waiting) {
-        // The server's view of it is renewed only when nobody has looked for 100 ms.
-        QTest::qWait(200);
-        waiting =
-            schema
-                .value("SELECT 1 FROM information_schema.innodb_trx WHERE trx_state = 'LOCK WAIT'")
-                .isValid();
+        QVERIFY2(killedWithoutTrace > 5, qPrintable(QString::number(killedWithoutTrace)));
     }
-    const bool won = competitor.exec("UPDATE locks SET value = 2 WHERE id = 1").isActive();
-    competitor.commit();
-    run.join();
-    QVERIFY(won);
-    QCOMPARE(bench.log.countContaining("the server took the mails of this run back"), 1);
-    QCOMPARE(bench.mails(), 0);
-    QVERIFY(!bench.lastGenerated("DailyAtten").isValid());
-}
 
-void TestOnePiece::twoHosts()
-{
-    constexpr int schemas = 50;
-    constexpr int rounds = 20;
-    ReportBench bench; // the log and the temporary directory
-    std::vector<std::unique_ptr<TestDatabase>> databases;
-    for (int i = 0; i < schemas; ++i) {
-        databases.push_back(std::make_unique<TestDatabase>(TestDatabase::Tables::Schema));
-        addPeople(*databases.back(), 1);
-        enableDailyReport(*databases.back(), "a@firma.sk");
+    void refusedMailTakesNoOtherAlong()
+    {
+        addPeople(bench->schema, 1);
+        bench->schema.exec(
+            "CREATE TRIGGER refuse BEFORE INSERT ON emails FOR EACH ROW IF NEW.`to` = "
+            "'r2@firma.sk' THEN SIGNAL SQLSTATE '45000'; END IF");
+        DailyAttenReport(bench->database, nullptr)
+            .makeReport(recipientList.split(','), QDateTime::currentDateTime());
+        QCOMPARE(bench->mails(), recipients - 1);
+        QVERIFY(bench->lastGenerated("DailyAtten").isValid());
+        QCOMPARE(
+            bench->log.count(QtWarningMsg, "DailyAttenReport::makeReport() - mail not created!"),
+            1);
     }
-    const auto host = [&databases](const QString &name) {
-        for (const auto &schema : databases) {
-            {
-                QSqlDatabase db = TestServer::addConnection(name, schema->name());
-                if (db.open())
-                    DailyAttenReport(db, nullptr).doWork();
+
+    /// To end a deadlock the server takes a whole transaction back, and goes on without one.
+    void victimOfDeadlock()
+    {
+        const TestDatabase &schema = bench->schema;
+        addPeople(schema, 1);
+        enableDailyReport(schema, recipientList);
+        schema.exec("CREATE TABLE locks (id INT PRIMARY KEY, value INT)");
+        schema.exec("INSERT INTO locks SELECT seq, 0 FROM seq_1_to_500");
+        schema.exec(
+            "CREATE TRIGGER grip BEFORE INSERT ON emails FOR EACH ROW UPDATE locks SET value = "
+            "1 WHERE id = RIGHT(SUBSTRING_INDEX(NEW.`to`, '@', 1), 1)");
+        QSqlDatabase competitor = bench->database;
+        QVERIFY(competitor.transaction());
+        QVERIFY(competitor.exec("UPDATE locks SET value = 2 WHERE id > 1").isActive());
+        std::thread run([&schema] { work("run", schema); });
+        // The competitor has changed more rows, so that the run is the one to give way.
+        const QString waits =
+            "SELECT 1 FROM information_schema.innodb_trx WHERE trx_state = 'LOCK WAIT'";
+        do
+            QTest::qWait(200); // the server renews its view when nobody has looked for 100 ms
+        while (!schema.value(waits).isValid());
+        const bool won = competitor.exec("UPDATE locks SET value = 2 WHERE id = 1").isActive();
+        competitor.commit();
+        run.join();
+        QVERIFY(won);
+        QCOMPARE(bench->log.countContaining("the server took the mails of this run back"), 1);
+        QCOMPARE(bench->mails(), 0);
+        QVERIFY(!bench->lastGenerated("DailyAtten").isValid());
+    }
+
+    void twoHosts()
+    {
+        constexpr int schemas = 50;
+        constexpr int rounds = 20;
+        std::vector<std::unique_ptr<TestDatabase>> databases;
+        for (int i = 0; i < schemas; ++i) {
+            databases.push_back(std::make_unique<TestDatabase>(TestDatabase::Tables::Schema));
+            addPeople(*databases.back(), 1);
+            enableDailyReport(*databases.back(), "a@firma.sk");
+        }
+        const auto host = [&databases](const QString &name) {
+            for (const auto &schema : databases)
+                work(name, *schema);
+        };
+        for (int round = 0; round < rounds; ++round) {
+            std::thread first(host, "first");
+            std::thread second(host, "second");
+            first.join();
+            second.join();
+            for (const auto &schema : databases) {
+                QCOMPARE(schema->value("SELECT COUNT(*) FROM emails").toInt(), 1);
+                makeDue(*schema);
             }
-            QSqlDatabase::removeDatabase(name);
         }
-    };
-    for (int round = 0; round < rounds; ++round) {
-        std::thread first(host, "first");
-        std::thread second(host, "second");
-        first.join();
-        second.join();
-        for (const auto &schema : databases) {
-            QCOMPARE(schema->value("SELECT COUNT(*) FROM emails").toInt(), 1);
-            schema->exec("DELETE FROM emails");
-            schema->exec("DELETE FROM vars WHERE name LIKE '%lastGenerated'");
-        }
+        QCOMPARE(bench->log.count(QtInfoMsg, "DailyAttenReport::doWork()"), 2 * rounds * schemas);
     }
-    QCOMPARE(bench.log.count(QtInfoMsg, "DailyAttenReport::doWork()"), 2 * rounds * schemas);
-}
+
+private:
+    static constexpr int recipients = 8;
+    const QString recipientList = "r1@firma.sk,r2@firma.sk,r3@firma.sk,r4@firma.sk,r5@firma.sk,"
+                                  "r6@firma.sk,r7@firma.sk,r8@firma.sk";
+
+    static std::unique_ptr<QProcess> startHost(const QString &schema)
+    {
+        auto host = std::make_unique<QProcess>();
+        host->setProcessEnvironment(TestServer::environment());
+        host->start(AUTOREPORT_PROGRAM,
+                    QStringList{"serve", "--single"} + TestServer::options(schema));
+        return host;
+    }
+    /// One tick on a connection of its own, which the calling thread may use.
+    static void work(const QString &connection, const TestDatabase &schema)
+    {
+        {
+            QSqlDatabase db = TestServer::addConnection(connection, schema.name());
+            if (db.open())
+                DailyAttenReport(db, nullptr).doWork();
+        }
+        QSqlDatabase::removeDatabase(connection);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestOnePiece)
 #include "tst_onepiece.moc"

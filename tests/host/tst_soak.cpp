@@ -2,20 +2,13 @@
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QProcess>
-#include <QScopeGuard>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <csignal>
-#include <memory>
-#include <vector>
 
 namespace
 {
 
-constexpr int patienceMs = 60000;
 constexpr int speed = 20; // the host's clock runs so much faster, and so do its minutes
 constexpr int tickMs = 60000 / speed;
 
@@ -26,11 +19,6 @@ struct Holdings {
     int files;
     int connections; ///< of the server, the bench's own among them
 };
-
-int setting(const char *name, int otherwise)
-{
-    return qEnvironmentVariableIsSet(name) ? qEnvironmentVariableIntValue(name) : otherwise;
-}
 
 } // namespace
 
@@ -45,152 +33,106 @@ class TestSoak : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase() { server("stop"); }
-    void soak();
+    void soak()
+    {
+        const int count = qEnvironmentVariable("AUTOREPORT_SOAK_SCHEMAS", "20").toInt();
+        const int lengthMs = qEnvironmentVariable("AUTOREPORT_SOAK_SECONDS", "30").toInt() * 1000;
+        TestHost information;
+        for (int i = 0; i < count; ++i) {
+            schemas.push_back(std::make_unique<TestDatabase>(TestDatabase::Tables::Schema));
+            addPeople(*schemas.back(), 5);
+            enableDailyReport(*schemas.back(), "a@firma.sk");
+            information.addSchemas({QString("t%1").arg(i)}, *schemas.back());
+        }
+        QProcessEnvironment environment =
+            TestServer::environment(QString("2026-11-10 01:00:00 x%1").arg(speed));
+        environment.insert("TMPDIR", server.folder.path());
+        host.setProcessEnvironment(environment);
+        host.setStandardErrorFile(log);
+        host.start(AUTOREPORT_PROGRAM,
+                   QStringList("serve") + TestServer::options(information.infoDatabase().name()));
+
+        QElapsedTimer elapsed;
+        elapsed.start();
+        int rounds = 0;
+        int restarts = 0;
+        int pauses = 0;
+        Holdings first = {};
+        Holdings last = {};
+        while (elapsed.elapsed() < lengthMs || restarts < 2) {
+            const bool pausing = rounds % 5 == 2;
+            if (pausing) {
+                ++pauses;
+                signalHost(SIGUSR1);
+                QTRY_COMPARE_WITH_TIMEOUT(logged("Worker - pause()"), pauses * count, patienceMs);
+            }
+            for (int i = 0; i < count && rounds > 0; ++i)
+                makeDue(*schemas[i]);
+            if (pausing) {
+                QTest::qWait(2 * tickMs);
+                QCOMPARE(sums().at(1).toInt(), 0);
+                signalHost(SIGUSR2);
+            } else if (restarts < 2 && elapsed.elapsed() > lengthMs * (restarts + 1) / 3) {
+                server.restart();
+                for (const auto &schema : schemas)
+                    schema->database().close(); // the next statement opens it again
+                ++restarts;
+            }
+            QTRY_COMPARE_WITH_TIMEOUT(sums(), QVariantList({count, count, 1}), patienceMs);
+            last = holdings();
+            if (++rounds == 1)
+                first = last;
+            qInfo("after round %i: %i KiB, %i threads, %i files, %i connections", rounds,
+                  last.memoryKiB, last.threads, last.files, last.connections);
+        }
+        QCOMPARE(last.threads, first.threads);
+        QVERIFY(last.files <= first.files);
+        // A restart drops those that the scan keeps, which nobody asks for again.
+        QVERIFY(last.connections <= first.connections && last.connections > count);
+        QVERIFY(sanitized || last.memoryKiB < first.memoryKiB * 5 / 4);
+
+        host.terminate();
+        QVERIFY(host.waitForFinished(patienceMs));
+        QCOMPARE(host.exitCode(), 0);
+    }
 
 private:
-    void server(const char *command) const
-    {
-        QCOMPARE(QProcess::execute(AUTOREPORT_PRIVATE_MARIADB, {command, serverFolder}), 0);
-    }
-    void startHost(const QString &infoDatabase);
-    void signalHost(int number) const { ::kill(static_cast<pid_t>(host.processId()), number); }
-    int logged(const char *part) const
-    {
-        QFile log(folder.filePath("log"));
-        return log.open(QIODevice::ReadOnly) ? log.readAll().count(part) : -1;
-    }
-    void makeDue() const;
-    QVariantList sums() const; ///< mails, schemas with a report made, most mails of a schema
-    void restartServer() const;
-    Holdings holdings() const;
+    void signalHost(int number) const { ::kill(pid_t(host.processId()), number); }
+    int logged(const char *part) const { return readFile(log).count(part); }
 
-    QTemporaryDir folder;
-    QString serverFolder = folder.filePath("server");
+    /// mails, schemas with a report made, most mails of a schema
+    QVariantList sums() const
+    {
+        const QString count =
+            "SELECT COUNT(*) AS mails, EXISTS (SELECT 1 FROM %1.vars WHERE name LIKE "
+            "'%lastGenerated') AS made FROM %1.emails";
+        QStringList counts;
+        for (const auto &schema : schemas)
+            counts << count.arg(schema->name());
+        return schemas.front()
+            ->rows("SELECT SUM(mails), SUM(made), MAX(mails) FROM (" + counts.join(" UNION ALL ") +
+                   ") AS counts")
+            .at(0);
+    }
+
+    Holdings holdings() const
+    {
+        const QString process = QString("/proc/%1/").arg(host.processId());
+        const QString status = readFile(process + "status");
+        const auto number = [&status](const QString &key) {
+            return status.section("\n" + key + ":", 1).simplified().section(' ', 0, 0).toInt();
+        };
+        return {
+            number("VmRSS"), number("Threads"),
+            static_cast<int>(QDir(process + "fd").entryList(QDir::Files | QDir::System).size()),
+            schemas.front()->value("SELECT COUNT(*) FROM information_schema.processlist").toInt()};
+    }
+
+    const OwnServer server;
+    const QString log = server.folder.filePath("log");
     std::vector<std::unique_ptr<TestDatabase>> schemas;
     QProcess host;
 };
-
-void TestSoak::initTestCase()
-{
-    server("start");
-    qputenv("AUTOREPORT_TEST_SERVER", serverFolder.toLocal8Bit());
-}
-
-void TestSoak::startHost(const QString &infoDatabase)
-{
-    QProcessEnvironment environment =
-        TestServer::environment(QString("2026-11-10 01:00:00 x%1").arg(speed));
-    environment.insert("TMPDIR", folder.path());
-    host.setProcessEnvironment(environment);
-    host.setStandardErrorFile(folder.filePath("log"));
-    host.start(AUTOREPORT_PROGRAM, QStringList("serve") + TestServer::options(infoDatabase));
-    QVERIFY(host.waitForStarted());
-}
-
-void TestSoak::makeDue() const
-{
-    for (const auto &schema : schemas) {
-        schema->exec("DELETE FROM emails");
-        schema->exec("DELETE FROM vars WHERE name LIKE '%lastGenerated'");
-    }
-}
-
-QVariantList TestSoak::sums() const
-{
-    const QString count = "SELECT COUNT(*) AS mails, EXISTS (SELECT 1 FROM %1.vars WHERE name LIKE "
-                          "'%lastGenerated') AS made FROM %1.emails";
-    QStringList counts;
-    for (const auto &schema : schemas)
-        counts << count.arg(schema->name());
-    return schemas.front()
-        ->rows("SELECT SUM(mails), SUM(made), MAX(mails) FROM (" + counts.join(" UNION ALL ") +
-               ") AS counts")
-        .at(0);
-}
-
-void TestSoak::restartServer() const
-{
-    server("restart");
-    for (const auto &schema : schemas) {
-        schema->database().close();
-        QVERIFY(schema->database().open());
-    }
-}
-
-Holdings TestSoak::holdings() const
-{
-    const QString process = QString("/proc/%1/").arg(host.processId());
-    QFile file(process + "status");
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QString status = file.readAll();
-    const auto number = [&status](const QString &key) {
-        return status.section("\n" + key + ":", 1).simplified().section(' ', 0, 0).toInt();
-    };
-    return {number("VmRSS"), number("Threads"),
-            static_cast<int>(QDir(process + "fd").entryList(QDir::Files | QDir::System).size()),
-            schemas.front()->value("SELECT COUNT(*) FROM information_schema.processlist").toInt()};
-}
-
-void TestSoak::soak()
-{
-    const int count = setting("AUTOREPORT_SOAK_SCHEMAS", 20);
-    const qint64 lengthMs = setting("AUTOREPORT_SOAK_SECONDS", 30) * Q_INT64_C(1000);
-    TestHost information;
-    for (int i = 0; i < count; ++i) {
-        schemas.push_back(std::make_unique<TestDatabase>(TestDatabase::Tables::Schema));
-        addPeople(*schemas.back(), 5);
-        enableDailyReport(*schemas.back(), "a@firma.sk");
-        information.addSchemas({QString("t%1").arg(i)}, *schemas.back());
-    }
-    const auto dropSchemas = qScopeGuard([this] { schemas.clear(); });
-    startHost(information.infoDatabase().name());
-
-    QElapsedTimer elapsed;
-    elapsed.start();
-    int rounds = 0;
-    int restarts = 0;
-    int pauses = 0;
-    Holdings first = {};
-    Holdings last = {};
-    while (elapsed.elapsed() < lengthMs || restarts < 2) {
-        const bool pausing = rounds % 5 == 2;
-        if (pausing) {
-            ++pauses;
-            signalHost(SIGUSR1);
-            QTRY_COMPARE_WITH_TIMEOUT(logged("Worker - pause()"), pauses * count, patienceMs);
-        }
-        if (rounds > 0)
-            makeDue();
-        if (pausing) {
-            QTest::qWait(2 * tickMs);
-            QCOMPARE(sums().at(1).toInt(), 0);
-            signalHost(SIGUSR2);
-        } else if (restarts < 2 && elapsed.elapsed() > lengthMs * (restarts + 1) / 3) {
-            restartServer();
-            ++restarts;
-        }
-        QTRY_COMPARE_WITH_TIMEOUT(sums(), QVariantList({count, count, 1}), patienceMs);
-        last = holdings();
-        if (++rounds == 1)
-            first = last;
-        qInfo("after round %i: %i KiB, %i threads, %i files, %i connections", rounds,
-              last.memoryKiB, last.threads, last.files, last.connections);
-    }
-    QCOMPARE(last.threads, first.threads);
-    QVERIFY(last.files <= first.files);
-    // A restart drops those that the scan keeps, which nobody asks for again.
-    QVERIFY(last.connections <= first.connections && last.connections > count);
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // they keep memory back
-    QVERIFY(last.memoryKiB < first.memoryKiB * 5 / 4);
-#endif
-
-    host.terminate();
-    QVERIFY(host.waitForFinished(patienceMs));
-    QCOMPARE(host.exitCode(), 0);
-}
 
 int main(int argc, char **argv)
 {

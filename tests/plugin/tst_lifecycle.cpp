@@ -1,27 +1,12 @@
 #include "plugin/autoreport.h"
 
-#include "support/logcapture.h"
-#include "support/testdata.h"
 #include "support/testhost.h"
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QThread>
 
-#include <memory>
-#include <vector>
-
-namespace
-{
-
-constexpr int patienceMs = 60000;
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr int promptMs = 10000;
-#else
-constexpr int promptMs = 2000;
-#endif
-
-} // namespace
+constexpr int promptMs = sanitized ? 10000 : 2000;
 
 /**
  * The plug-in with real threads, workers and connections; CTest runs it under both dispatchers.
@@ -33,20 +18,222 @@ class TestLifecycle : public QObject
 
 private Q_SLOTS:
     void init() { setUp(true); }
-    void cleanup();
-    void startStopStart();
-    void pauseAndResume();
-    void schemasThatCannotBeServed();
-    void workerThatCannotStart();
-    void singleDatabase();
-    void manySchemas();
-    void stopDuringReports_data();
-    void stopDuringReports();
-    void twoPlugins();
+
+    void cleanup()
+    {
+        plugin.reset();
+        host.reset();
+        schema.reset();
+        if (log)
+            checkConnections(*log);
+        log.reset();
+        temporary.reset();
+    }
+
+    void startStopStart()
+    {
+        for (int round = 1; round <= 2; ++round) {
+            QVERIFY(plugin->start() && plugin->start());
+            QCOMPARE(logged("already started"), round);
+            // The first scan comes by itself, a second after the start.
+            QVERIFY(logs("DailyAttenReport::doWork()", round));
+            QCOMPARE(logged("MonthlyAttenReport::doWork()"), round);
+            scan();
+            QCOMPARE(logged("worker created for schema 'firma'"), round);
+            QCOMPARE(threads(), 1);
+            plugin->stop();
+            QCOMPARE(logged("AutoReportWorker - stop()"), round);
+            QTRY_COMPARE_WITH_TIMEOUT(threads(), 0, patienceMs);
+        }
+        scan();
+        QCOMPARE(logged("worker created"), 2);
+
+        // Another instance, stopped at once: the worker may not even have begun.
+        plugin.reset();
+        makePlugin();
+        QVERIFY(plugin->start());
+        scan();
+        plugin->stop();
+        QCOMPARE(logged("AutoReportWorker - stop()"), 3);
+    }
+
+    void pauseAndResume()
+    {
+        QVERIFY(plugin->start());
+        scan();
+        plugin->pause();
+        QVERIFY(logs("AutoReportWorker - pause() db="));
+        plugin->resume();
+        QVERIFY(logs("AutoReportWorker - resume() db="));
+        // Destroyed without a stop.
+    }
+
+    void schemasThatCannotBeServed()
+    {
+        schema->exec("REPLACE INTO vars VALUES ('autoReport.DailyAtten.enabled', '2'), "
+                     "('autoReport.MonthlyAtten.enabled', 'true')");
+        const TestDatabase withoutTables;
+        host->addSchemas({"without-tables"}, withoutTables);
+        host->infoDatabase().addSchemas({"missing"}, "no_such_database");
+        host->infoDatabase().addSchemas({"no-name"}, QString());
+        host->infoDatabase().addSchemas({"e''quote"}, "x");
+        plugin->setDebugLevel(1);
+        QVERIFY(plugin->start());
+        scan();
+        QCOMPARE(threads(), 0);
+        QCOMPARE(logged("database for token 'missing'"), 1);
+        QCOMPARE(logged("active workers: 0 / 5 schemas checked (total schemas: 5)"), 1);
+
+        // The failed connection is known by now: the next scan finds and tries it again.
+        scan();
+        QCOMPARE(logged(" - can not open database 'no_such_database': "), 1);
+        plugin->stop();
+        QSqlDatabase::removeDatabase(host->manager()->getConnectionNameFromToken("missing"));
+    }
+
+    void workerThatCannotStart()
+    {
+        const auto address = reinterpret_cast<quintptr>(plugin.get());
+        const QString taken = QString("AutoReport.worker.firma.%1").arg(address, 0, 16);
+        TestServer::addConnection(taken, schema->name());
+        QVERIFY(plugin->start());
+        scan();
+        QVERIFY(logs("AutoReportWorker::start() - duplicate connection name '" + taken + "'"));
+        QTRY_COMPARE_WITH_TIMEOUT(threads(), 0, patienceMs);
+        // Worker and thread are gone; the entry stays, so that the schema is not taken up again.
+        plugin->pause();
+        plugin->resume();
+        scan();
+        QCOMPARE(logged("worker created"), 1);
+        QVERIFY(QSqlDatabase::contains(taken));
+        plugin->stop();
+        QSqlDatabase::removeDatabase(taken);
+    }
+
+    void singleDatabase()
+    {
+        setUp(false);
+        QSqlDatabase product = TestServer::addConnection("product", "no_such_database");
+        plugin->setDatabase(product);
+        QVERIFY(!plugin->start());
+        QTest::qWait(0); // the worker deletes itself
+        plugin->stop();
+        product.setDatabaseName(schema->name());
+        plugin->setDatabase(product);
+        QVERIFY(plugin->start());
+        QVERIFY(logs("DailyAttenReport::doWork()"));
+        QCOMPARE(threads(), 0);
+        plugin->pause();
+        plugin->resume();
+        QCOMPARE(logged("AutoReportWorker - resume() db="), 1);
+        plugin->stop();
+        QCOMPARE(logged("AutoReportWorker - stop() db="), 1);
+        plugin->setDatabase(QSqlDatabase());
+        product = QSqlDatabase();
+        QSqlDatabase::removeDatabase("product");
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    void manySchemas()
+    {
+        constexpr int total = 2500;
+        constexpr int enabled = 40;
+        const TestDatabase off(TestDatabase::Tables::Schema);
+        QStringList offTokens;
+        QStringList onTokens; // besides "firma", and among the others
+        for (int i = 1; i < total; ++i)
+            (i % (total / enabled) == 0 && onTokens.size() < enabled - 1 ? onTokens : offTokens)
+                .append(QString("t%1").arg(i, 4, 10, QChar('0')));
+        host->addSchemas(offTokens, off);
+        host->addSchemas(onTokens, *schema);
+        host->manager()->debugLevel = 1;
+        plugin->setDebugLevel(1);
+        QVERIFY(plugin->start());
+        scan();
+        for (const char *offset : {"0", "1000", "2000"})
+            QCOMPARE(logged(QString("loadTokens(limit: 1000, offset: %1)").arg(offset)), 1);
+        QCOMPARE(logged("loadTokens(limit"), 3);
+        QCOMPARE(logged("active workers: 40 / 2500 schemas checked (total schemas: 2500)"), 1);
+        QVERIFY(logs("AutoReportWorker initialized", enabled));
+        plugin->stop();
+        QCOMPARE(logged("AutoReportWorker - stop()"), enabled);
+        QTRY_COMPARE_WITH_TIMEOUT(threads(), 0, patienceMs);
+        QCOMPARE(QSqlDatabase::connectionNames().filter("AutoReport."), QStringList());
+
+        // In mid-scan a pause takes the scan back, and a stop gives it up; a resume adds none.
+        QVERIFY(plugin->start());
+        beginScan();
+        plugin->resume();
+        plugin->pause();
+        QVERIFY(!isScanning(*plugin));
+        plugin->resume();
+        QTRY_VERIFY_WITH_TIMEOUT(isScanning(*plugin), patienceMs);
+        plugin->stop();
+        QTest::qWait(500);
+        QCOMPARE(logged("schemas checked"), 1);
+    }
+
+    void stopDuringReports_data()
+    {
+        addColumns<int, bool>("workers", "byDestruction");
+        addRow("two hundred, half of them in the middle of a report", 200, false);
+        addRow("destruction without stop", 2, true);
+    }
+
+    void stopDuringReports()
+    {
+        QFETCH(int, workers);
+        QFETCH(bool, byDestruction);
+        const int half = workers / 2;
+        std::vector<std::unique_ptr<TestDatabase>> busy;
+        for (int i = 0; i < half; ++i) {
+            if (i > 0) // the first one is "firma" itself
+                host->addSchemas({QString("idle%1").arg(i)}, *schema);
+            busy.push_back(std::make_unique<TestDatabase>(TestDatabase::Tables::Schema));
+            addPeople(*busy.back(), peopleForSeconds());
+            enableDailyReport(*busy.back(), "a@firma.sk");
+            host->addSchemas({QString("late%1").arg(i)}, *busy.back());
+        }
+        QVERIFY(plugin->start());
+        scan();
+        QVERIFY(logs("DailyAttenReport::makeReport() people SQL:", half));
+        QVERIFY(logs("AutoReportWorker initialized", workers));
+
+        QElapsedTimer clock;
+        clock.start();
+        byDestruction ? plugin.reset() : plugin->stop();
+        QVERIFY2(clock.elapsed() < promptMs, qPrintable(QString::number(clock.elapsed())));
+        QCOMPARE(logged("did not stop in time"), 0);
+        QCOMPARE(logged("AutoReportWorker - stop()"), workers);
+        QCOMPARE(logged("interrupted, nothing saved and no mail"), half);
+        const QString written = "SELECT (SELECT COUNT(*) FROM emails) + (SELECT COUNT(*) FROM vars "
+                                "WHERE name LIKE '%lastGenerated')";
+        for (const auto &database : busy)
+            QCOMPARE(database->value(written).toInt(), 0);
+        QVERIFY(QDir(temporary->path()).isEmpty());
+        if (plugin)
+            QTRY_COMPARE_WITH_TIMEOUT(threads(), 0, patienceMs);
+    }
 
 private:
-    void setUp(bool withInfoDatabase);
-    void makePlugin();
+    void setUp(bool withInfoDatabase)
+    {
+        cleanup();
+        temporary = std::make_unique<QTemporaryDir>();
+        qputenv("TMPDIR", temporary->path().toLocal8Bit());
+        log = std::make_unique<LogCapture>();
+        host = std::make_unique<TestHost>(withInfoDatabase);
+        schema = std::make_unique<TestDatabase>(TestDatabase::Tables::Schema);
+        enableDailyReport(*schema);
+        host->addSchemas({"firma"}, *schema);
+        makePlugin();
+    }
+
+    void makePlugin()
+    {
+        plugin = std::make_unique<AutoReport>();
+        plugin->setDBManager(host->manager());
+    }
     void beginScan() const
     {
         QVERIFY(QMetaObject::invokeMethod(plugin.get(), "checkSchemas", Qt::DirectConnection));
@@ -57,6 +244,10 @@ private:
         QTRY_VERIFY_WITH_TIMEOUT(!isScanning(*plugin), patienceMs);
     }
     int logged(const QString &part) const { return log->countContaining(part); }
+    bool logs(const QString &part, int times = 1) const
+    {
+        return QTest::qWaitFor([&] { return logged(part) == times; }, patienceMs);
+    }
     int threads() const { return plugin->findChildren<QThread *>().size(); }
 
     std::unique_ptr<LogCapture> log;
@@ -65,229 +256,6 @@ private:
     std::unique_ptr<TestDatabase> schema;
     std::unique_ptr<AutoReport> plugin;
 };
-
-void TestLifecycle::setUp(bool withInfoDatabase)
-{
-    cleanup();
-    temporary = std::make_unique<QTemporaryDir>();
-    qputenv("TMPDIR", temporary->path().toLocal8Bit());
-    log = std::make_unique<LogCapture>();
-    host = std::make_unique<TestHost>(withInfoDatabase);
-    schema = std::make_unique<TestDatabase>(TestDatabase::Tables::Schema);
-    enableDailyReport(*schema);
-    host->addSchemas({"firma"}, *schema);
-    makePlugin();
-}
-
-void TestLifecycle::makePlugin()
-{
-    plugin = std::make_unique<AutoReport>();
-    plugin->setDBManager(host->manager());
-}
-
-void TestLifecycle::cleanup()
-{
-    plugin.reset();
-    host.reset();
-    schema.reset();
-    if (log)
-        checkConnections(*log);
-    log.reset();
-    temporary.reset();
-}
-
-void TestLifecycle::startStopStart()
-{
-    for (int round = 1; round <= 2; ++round) {
-        QVERIFY(plugin->start() && plugin->start());
-        QCOMPARE(logged("already started"), round);
-        // The first scan comes by itself, a second after the start.
-        QTRY_COMPARE_WITH_TIMEOUT(logged("DailyAttenReport::doWork()"), round, patienceMs);
-        QCOMPARE(logged("MonthlyAttenReport::doWork()"), round);
-        scan();
-        QCOMPARE(logged("worker created for schema 'firma'"), round);
-        QCOMPARE(threads(), 1);
-        plugin->stop();
-        QCOMPARE(logged("AutoReportWorker - stop()"), round);
-        QTRY_COMPARE_WITH_TIMEOUT(threads(), 0, patienceMs);
-    }
-    scan();
-    QCOMPARE(logged("worker created"), 2);
-}
-
-void TestLifecycle::pauseAndResume()
-{
-    QVERIFY(plugin->start());
-    scan();
-    plugin->pause();
-    QTRY_COMPARE_WITH_TIMEOUT(logged("AutoReportWorker - pause() db="), 1, patienceMs);
-    plugin->resume();
-    QTRY_COMPARE_WITH_TIMEOUT(logged("AutoReportWorker - resume() db="), 1, patienceMs);
-    // Destroyed without a stop.
-}
-
-void TestLifecycle::schemasThatCannotBeServed()
-{
-    schema->exec("REPLACE INTO vars VALUES ('autoReport.DailyAtten.enabled', '2'), "
-                 "('autoReport.MonthlyAtten.enabled', 'true')");
-    const TestDatabase withoutTables;
-    host->addSchemas({"without-tables"}, withoutTables);
-    host->infoDatabase().addSchemas({"missing"}, "no_such_database");
-    host->infoDatabase().addSchemas({"no-name"}, QString());
-    host->infoDatabase().addSchemas({"e''quote"}, "x");
-    plugin->setDebugLevel(1);
-    QVERIFY(plugin->start());
-    scan();
-    QCOMPARE(threads(), 0);
-    QCOMPARE(logged("database for token 'missing'"), 1);
-    QCOMPARE(logged("active workers: 0 / 5 schemas checked (total schemas: 5)"), 1);
-
-    // The failed connection is known by now: the next scan finds and tries it again.
-    scan();
-    QCOMPARE(logged(" - can not open database 'no_such_database': "), 1);
-    plugin->stop();
-    QSqlDatabase::removeDatabase(host->manager()->getConnectionNameFromToken("missing"));
-}
-
-void TestLifecycle::workerThatCannotStart()
-{
-    const auto address = reinterpret_cast<quintptr>(plugin.get());
-    const QString taken = QString("AutoReport.worker.firma.%1").arg(address, 0, 16);
-    TestServer::addConnection(taken, schema->name());
-    QVERIFY(plugin->start());
-    scan();
-    QTRY_COMPARE_WITH_TIMEOUT(
-        logged("AutoReportWorker::start() - duplicate connection name '" + taken + "'"), 1,
-        patienceMs);
-    QTRY_COMPARE_WITH_TIMEOUT(threads(), 0, patienceMs);
-    // Worker and thread are gone; the entry stays, so that the schema is not taken up again.
-    plugin->pause();
-    plugin->resume();
-    scan();
-    QCOMPARE(logged("worker created"), 1);
-    QVERIFY(QSqlDatabase::contains(taken));
-    plugin->stop();
-    QSqlDatabase::removeDatabase(taken);
-}
-
-void TestLifecycle::singleDatabase()
-{
-    setUp(false);
-    QSqlDatabase product = TestServer::addConnection("product", "no_such_database");
-    plugin->setDatabase(product);
-    QVERIFY(!plugin->start());
-    QTest::qWait(0); // the worker deletes itself
-    plugin->stop();
-    product.setDatabaseName(schema->name());
-    plugin->setDatabase(product);
-    QVERIFY(plugin->start());
-    QTRY_COMPARE_WITH_TIMEOUT(logged("DailyAttenReport::doWork()"), 1, patienceMs);
-    QCOMPARE(threads(), 0);
-    plugin->pause();
-    plugin->resume();
-    QCOMPARE(logged("AutoReportWorker - resume() db="), 1);
-    plugin->stop();
-    QCOMPARE(logged("AutoReportWorker - stop() db="), 1);
-    plugin->setDatabase(QSqlDatabase());
-    product = QSqlDatabase();
-    QSqlDatabase::removeDatabase("product");
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
-void TestLifecycle::manySchemas()
-{
-    constexpr int total = 2500;
-    constexpr int enabled = 40;
-    const TestDatabase off(TestDatabase::Tables::Schema);
-    QStringList offTokens;
-    QStringList onTokens; // besides "firma", and among the others
-    for (int i = 1; i < total; ++i)
-        (i % (total / enabled) == 0 && onTokens.size() < enabled - 1 ? onTokens : offTokens)
-            .append(QString("t%1").arg(i, 4, 10, QChar('0')));
-    host->addSchemas(offTokens, off);
-    host->addSchemas(onTokens, *schema);
-    host->manager()->debugLevel = 1;
-    plugin->setDebugLevel(1);
-    QVERIFY(plugin->start());
-    scan();
-    for (const char *offset : {"0", "1000", "2000"})
-        QCOMPARE(logged(QString("loadTokens(limit: 1000, offset: %1)").arg(offset)), 1);
-    QCOMPARE(logged("loadTokens(limit"), 3);
-    QCOMPARE(logged("active workers: 40 / 2500 schemas checked (total schemas: 2500)"), 1);
-    QTRY_COMPARE_WITH_TIMEOUT(logged("AutoReportWorker initialized"), enabled, patienceMs);
-    plugin->stop();
-    QCOMPARE(logged("AutoReportWorker - stop()"), enabled);
-    QTRY_COMPARE_WITH_TIMEOUT(threads(), 0, patienceMs);
-    QCOMPARE(QSqlDatabase::connectionNames().filter("AutoReport."), QStringList());
-
-    // In mid-scan a pause takes the scan back, and a stop gives it up; a resume adds none.
-    QVERIFY(plugin->start());
-    beginScan();
-    plugin->resume();
-    plugin->pause();
-    QVERIFY(!isScanning(*plugin));
-    plugin->resume();
-    QTRY_VERIFY_WITH_TIMEOUT(isScanning(*plugin), patienceMs);
-    plugin->stop();
-    QTest::qWait(500);
-    QCOMPARE(logged("schemas checked"), 1);
-}
-
-void TestLifecycle::stopDuringReports_data()
-{
-    addColumns<int, bool>("workers", "byDestruction");
-    addRow("two hundred, half of them in the middle of a report", 200, false);
-    addRow("destruction without stop", 2, true);
-}
-
-void TestLifecycle::stopDuringReports()
-{
-    QFETCH(int, workers);
-    QFETCH(bool, byDestruction);
-    const int half = workers / 2;
-    std::vector<std::unique_ptr<TestDatabase>> busy;
-    for (int i = 0; i < half; ++i) {
-        if (i > 0) // the first one is "firma" itself
-            host->addSchemas({QString("idle%1").arg(i)}, *schema);
-        busy.push_back(std::make_unique<TestDatabase>(TestDatabase::Tables::Schema));
-        addPeople(*busy.back(), peopleForSeconds());
-        enableDailyReport(*busy.back(), "a@firma.sk");
-        host->addSchemas({QString("late%1").arg(i)}, *busy.back());
-    }
-    QVERIFY(plugin->start());
-    scan();
-    QTRY_COMPARE_WITH_TIMEOUT(logged("DailyAttenReport::makeReport() people SQL:"), half,
-                              patienceMs);
-    QTRY_COMPARE_WITH_TIMEOUT(logged("AutoReportWorker initialized"), workers, patienceMs);
-
-    QElapsedTimer clock;
-    clock.start();
-    byDestruction ? plugin.reset() : plugin->stop();
-    QVERIFY2(clock.elapsed() < promptMs, qPrintable(QString::number(clock.elapsed())));
-    QCOMPARE(logged("did not stop in time"), 0);
-    QCOMPARE(logged("AutoReportWorker - stop()"), workers);
-    QCOMPARE(logged("interrupted, nothing saved and no mail"), half);
-    const QString written = "SELECT (SELECT COUNT(*) FROM emails) + (SELECT COUNT(*) FROM vars "
-                            "WHERE name LIKE '%lastGenerated')";
-    for (const auto &database : busy)
-        QCOMPARE(database->value(written).toInt(), 0);
-    QVERIFY(QDir(temporary->path()).isEmpty());
-    if (plugin)
-        QTRY_COMPARE_WITH_TIMEOUT(threads(), 0, patienceMs);
-}
-
-void TestLifecycle::twoPlugins()
-{
-    for (int round = 1; round <= 2; ++round) {
-        makePlugin();
-        QVERIFY(plugin->start());
-        scan();
-        // Stopped at once: the worker may not even have begun.
-        plugin->stop();
-        QCOMPARE(logged("AutoReportWorker - stop()"), round);
-        plugin.reset();
-    }
-}
 
 QTEST_GUILESS_MAIN(TestLifecycle)
 #include "tst_lifecycle.moc"

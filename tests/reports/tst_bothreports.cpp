@@ -3,41 +3,235 @@
 #include "reports/reportrun.h"
 
 #include "support/reportbench.h"
-#include "support/testdata.h"
 #include "support/testhost.h"
-#include "support/workbookreader.h"
 
 #include <QDir>
-#include <QJsonDocument>
 
-#include <memory>
-
-/// What both reports do alike: mails, and faults of all kinds, which cost what they must and a line
-/// in the log.
-class TestBothReports : public QObject
+/// What both reports do alike: mails, and faults, which cost what they must and a line in the log.
+class TestBothReports : public ReportTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup() { bench.reset(); }
-    void mails_data();
-    void mails();
-    void nothingToMail();
-    void onlyWhenDue();
-    void failedQueries_data();
-    void failedQueries();
-    void noMail_data();
-    void noMail();
-    void values_data();
-    void values();
-    void names_data();
-    void names();
-    void manyRecipients();
-    void mailAbovePacketLimit();
-    void moreRowsThanXlsHas();
+    void mails_data()
+    {
+        // The mail's place in the queue comes first.
+        addColumns<int, QString, QString, QString>("mail", "report", "subject", "body");
+        const QString automatic =
+            "%1 report dochádzky sa nachádza v prílohe.\n\n\nTento e-mail bol vygenerovaný "
+            "automaticky dochádzkovým systémom ZAS";
+        addRow("daily", 0, "DennyReport", "Denný report dochádzky za 1. 11. 2023",
+               automatic.arg("Denný") + " (modul AutoReport).");
+        addRow("monthly", 2, "MesReportDochadzky", "Mesačný report dochádzky za 11 / 2023",
+               automatic.arg("Mesačný") + ".");
+    }
+
+    void mails()
+    {
+        QFETCH(int, mail);
+        QFETCH(QString, report);
+        bench->set("globalEmail", "mzdy@firma.sk");
+        const qint64 before = QDateTime::currentSecsSinceEpoch();
+        makeBoth({"a@firma.sk", " ", " b@firma.sk "});
+
+        const auto queued =
+            bench->schema.rows("SELECT subject, body, `from`, `to`, type, status, aid, "
+                               "uid IS NULL, data FROM emails ORDER BY mid");
+        QCOMPARE(queued.size(), 4);
+        QTEST(queued.at(mail).at(0).toString(), "subject");
+        QTEST(queued.at(mail).at(1).toString(), "body");
+        QCOMPARE(queued.at(mail).mid(2, 6),
+                 (QVariantList{"mzdy@firma.sk", "a@firma.sk", "E", "Q", 0, 1}));
+        QCOMPARE(queued.at(mail + 1).at(3).toString(), QString("b@firma.sk"));
+
+        const QByteArray data = queued.at(mail).at(8).toByteArray();
+        QVERIFY(data.startsWith("{\n    \"attachments\": [\n"));
+        const QJsonObject attachment{
+            {"type", "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet"},
+            {"name", QFileInfo(file(report)).fileName()},
+            {"content", QString(readFile(file(report)).toBase64())}};
+        QCOMPARE(QJsonDocument::fromJson(data).object(),
+                 QJsonObject({{"attachments", QJsonArray{attachment}}}));
+        QVERIFY(bench->lastGenerated("DailyAtten").toLongLong() >= before);
+        QVERIFY(bench->lastGenerated("MonthlyAtten").toLongLong() >= before);
+    }
+
+    /// Both in the same minute, and each once.
+    void onlyWhenDue()
+    {
+        makeBoth({"  "});
+        QVERIFY(!bench->lastGenerated("DailyAtten").isValid());
+        makeDue(bench->schema);
+        DailyAttenReport daily(bench->database, nullptr);
+        MonthlyAttenReport monthly(bench->database, nullptr);
+        const auto tick = [&] {
+            daily.doWork();
+            monthly.doWork();
+            return bench->mails();
+        };
+        for (const char *report : {"autoReport.DailyAtten.", "autoReport.MonthlyAtten."}) {
+            bench->set(QString(report) + "enabled", "1");
+            bench->set(QString(report) + "time", "7"); // none: the day's first tick
+        }
+        QCOMPARE(tick(), 0);
+        for (const char *report : {"Daily", "Monthly"}) {
+            const QString warning = QString("%1AttenReport - no e-mail addresses!").arg(report);
+            QCOMPARE(bench->log.count(QtWarningMsg, warning), 1);
+            bench->set(QString("autoReport.%1Atten.emails").arg(report), " ,a@firma.sk");
+        }
+        QCOMPARE(tick(), 2);
+        QCOMPARE(tick(), 2);
+        QCOMPARE(bench->log.count(QtInfoMsg, "DailyAttenReport::doWork()"), 3);
+    }
+
+    void goOutAllTheSame_data()
+    {
+        addColumns<QString, QStringList>("statements", "warnings"); // what all of them begin with
+        const QString daily = "DailyAttenReport::makeReport() %1 SQL error: ";
+        const QString monthly = "MonthlyAttenReport::makeReport() %1 ERROR: ";
+        const QString pseudo = daily.arg("pseudo inters");
+        const QString inters = daily.arg("inters");
+        addRow("branches", "DROP TABLE brape", QStringList(daily.arg("branch")));
+        addRow("shifts", "ALTER TABLE atten DROP shift",
+               QStringList("DailyAttenReport::loadShiftsForMonth failed: "));
+        addRow("attendance", "ALTER TABLE atten DROP fond",
+               QStringList{daily.arg("atten"), daily.arg("atten")});
+        addRow("overtime", "ALTER TABLE atten DROP ok",
+               QStringList{daily.arg("overtime"), daily.arg("overtime")});
+        addRow("corrections", "ALTER TABLE atten_data DROP duration",
+               QStringList{pseudo, inters, pseudo, inters, monthly.arg("atten_data")});
+        addRow("totals", "ALTER TABLE atten_month DROP work",
+               QStringList{monthly.arg("atten_month"), monthly.arg("work")});
+        const QString wrong = R"(
+            ALTER TABLE atten MODIFY fond TEXT, MODIFY work TEXT, MODIFY diff TEXT,
+                MODIFY shift TEXT, MODIFY ok INT NULL;
+            ALTER TABLE atten_month MODIFY fond TEXT, MODIFY work TEXT, MODIFY night TEXT;
+            ALTER TABLE atten_data MODIFY duration TEXT, MODIFY iid INT NULL;
+            INSERT INTO atten (uid, date, dom, shift, fond, work, diff, ok)
+                VALUES (1, %1, 1, %2, %2, %2, %2, 1);
+            INSERT INTO atten_month (uid, month, fond, work, night) VALUES (1, 202311, %2, %2, %2);
+            INSERT INTO atten_data (uid, iid, `from`, duration)
+                VALUES (1, 1002, %1, %2), (1, 3, %1, %2), (1, NULL, %1, %2))";
+        const QString day = QString::number(QDate(2023, 11, 1).startOfDay().toSecsSinceEpoch());
+        for (const char *value : {"NULL", "'sedem'", "'-9e18'", "'1e300'", "'inf'"})
+            addRow(value, wrong.arg(day, value), QStringList());
+    }
+
+    void goOutAllTheSame()
+    {
+        QFETCH(QString, statements);
+        QFETCH(QStringList, warnings);
+        bench->schema.exec(statements);
+        makeBoth();
+        const QStringList found = bench->log.texts(QtWarningMsg);
+        QCOMPARE(found.size(), warnings.size());
+        for (int i = 0; i < found.size(); ++i)
+            QVERIFY2(found[i].startsWith(warnings[i]), qPrintable(found[i]));
+        checkBothWentOut();
+    }
+
+    void noMail_data()
+    {
+        // A queue that takes nothing does not make the monthly report come again.
+        addColumns<QString, QString, QString, bool>("statement", "folder", "line", "monthlyCounts");
+        const char *unsaved = "%1 - XLS not saved!";
+        addRow("people query", "DROP TABLE people", "", "%1::makeReport() people SQL ", false);
+        addRow("no people", "DELETE FROM people", "", "%1 - no people!", false);
+        addRow("the file is a folder", "DO 0", "", unsaved, false);
+        addRow("missing folder", "DO 0", "/no/such", unsaved, false);
+        addRow("queue refuses", "ALTER TABLE emails DROP subject", "",
+               "%1::makeReport() - mail not created!", true);
+    }
+
+    void noMail()
+    {
+        QFETCH(QString, statement);
+        QFETCH(QString, folder);
+        QFETCH(QString, line);
+        bench->schema.exec(statement);
+        if (!folder.isEmpty())
+            qputenv("TMPDIR", folder.toLocal8Bit());
+        else if (statement == "DO 0")
+            QVERIFY(QDir().mkpath(file("DennyReport")) &&
+                    QDir().mkpath(file("MesReportDochadzky")));
+        makeBoth();
+        for (const char *report : {"DailyAttenReport", "MonthlyAttenReport"})
+            QCOMPARE(bench->log.countContaining(line.arg(report)), 1);
+        QCOMPARE(bench->mails(), 0);
+        QVERIFY(!bench->lastGenerated("DailyAtten").isValid());
+        QTEST(bench->lastGenerated("MonthlyAtten").isValid(), "monthlyCounts");
+    }
+
+    void names_data()
+    {
+        addColumns<QString, QString>("name", "shown"); // null: an empty cell
+        for (const char *kept : {"O'Brien \"Jano\" \\", "%1 %2 %s", "=1+1", "_x0041_ & <b>"})
+            addRow(kept, kept, kept);
+        addRow("control character", "Ján\x01", QString());
+        addRow("longer than a cell", QString(32768, 'x'), QString());
+    }
+
+    void names()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, shown);
+        bench->schema.exec("ALTER TABLE people MODIFY name TEXT");
+        name.replace('\\', "\\\\").replace('\'', "\\'");
+        bench->schema.exec("UPDATE people SET surname = '', name = '" + name + "'");
+        makeBoth();
+        checkBothWentOut();
+        for (const char *report : {"DennyReport", "MesReportDochadzky"})
+            QCOMPARE(cellValue(readSheet(file(report)), "B2"),
+                     shown.isNull() ? QJsonValue() : QJsonValue(shown));
+    }
+
+    void manyRecipients()
+    {
+        QStringList recipients;
+        for (int i = 0; recipients.size() * 20 < 65536; ++i)
+            recipients << QString("prijemca%1@firma.sk").arg(i, 4, 10, QChar('0'));
+        bench->set("autoReport.DailyAtten.emails", recipients.join(','));
+        bench->set("autoReport.DailyAtten.enabled", "1");
+        DailyAttenReport(bench->database, nullptr).doWork();
+        QCOMPARE(bench->mails(), recipients.size());
+    }
+
+    void mailAbovePacketLimit()
+    {
+        bench->schema.exec("DELETE FROM people");
+        addPeople(bench->schema, 2000);
+        bench->schema.exec("SET GLOBAL max_allowed_packet = 16384");
+        bench->database.close();
+        QVERIFY(bench->database.open());
+        makeBoth();
+        bench->schema.exec("SET GLOBAL max_allowed_packet = 67108864");
+        QCOMPARE(bench->mails(), 0);
+        QCOMPARE(bench->log.countContaining("mail not created!"), 2);
+        QVERIFY(!bench->lastGenerated("DailyAtten").isValid());
+    }
+
+    /// The heading takes one of the 65,536 rows.
+    void moreRowsThanXlsHas()
+    {
+        const QString path = bench->temporary.filePath("p.xls");
+        const ReportRun run{{}, QDateTime(QDate(2023, 11, 1), QTime(7, 0))};
+        for (const int people : {65536, 65535}) {
+            bench->schema.exec("DELETE FROM people");
+            addPeople(bench->schema, people);
+            const bool saved = MonthlyAttenReport(bench->database, nullptr).saveWorkbook(path, run);
+            QCOMPARE(saved, people == 65535);
+            QCOMPARE(QFile::exists(path), saved);
+            QCOMPARE(bench->log.count(QtCriticalMsg, "MonthlyAttenReport - XLS not saved!"), 1);
+        }
+    }
 
 private:
+    void prepare() override
+    {
+        addPeople(bench->schema, 2);
+        bench->set("dattenInters", "1");
+        bench->set("monthAttenInterrupts", "SC");
+    }
     /// On the first of a month, when both are about the same day.
     void makeBoth(const QStringList &emails = {"a@firma.sk"})
     {
@@ -45,10 +239,7 @@ private:
         DailyAttenReport(bench->database, nullptr).makeReport(emails, now);
         MonthlyAttenReport(bench->database, nullptr).makeReport(emails, now);
     }
-    QString file(const QString &report) const
-    {
-        return bench->temporary.filePath(report + '_' + bench->schema.name() + "_112023.xlsx");
-    }
+    QString file(const QString &report) const { return bench->file(report, QDate(2023, 11, 1)); }
     void checkBothWentOut() const
     {
         QCOMPARE(bench->mails(), 2);
@@ -56,245 +247,7 @@ private:
             QCOMPARE(rowCount(readSheet(file(report))), 3);
         QVERIFY(bench->log.texts(QtCriticalMsg).isEmpty());
     }
-
-    std::unique_ptr<ReportBench> bench;
 };
-
-void TestBothReports::init()
-{
-    bench = std::make_unique<ReportBench>();
-    addPeople(bench->schema, 2);
-    bench->set("dattenInters", "1");
-    bench->set("monthAttenInterrupts", "SC");
-}
-
-void TestBothReports::mails_data()
-{
-    // The mail's place in the queue comes first.
-    addColumns<int, QString, QString, QString>("mail", "report", "subject", "body");
-    const QString automatic =
-        "%1 report dochádzky sa nachádza v prílohe.\n\n\nTento e-mail bol vygenerovaný "
-        "automaticky dochádzkovým systémom ZAS";
-    addRow("daily", 0, "DennyReport", "Denný report dochádzky za 1. 11. 2023",
-           automatic.arg("Denný") + " (modul AutoReport).");
-    addRow("monthly", 2, "MesReportDochadzky", "Mesačný report dochádzky za 11 / 2023",
-           automatic.arg("Mesačný") + ".");
-}
-
-void TestBothReports::mails()
-{
-    QFETCH(int, mail);
-    QFETCH(QString, report);
-    bench->set("globalEmail", "mzdy@firma.sk");
-    const qint64 before = QDateTime::currentSecsSinceEpoch();
-    makeBoth({"a@firma.sk", " ", " b@firma.sk "});
-
-    const auto queued = bench->schema.rows("SELECT subject, body, `from`, `to`, type, status, aid, "
-                                           "uid IS NULL, data FROM emails ORDER BY mid");
-    QCOMPARE(queued.size(), 4);
-    QTEST(queued.at(mail).at(0).toString(), "subject");
-    QTEST(queued.at(mail).at(1).toString(), "body");
-    QCOMPARE(queued.at(mail).mid(2, 6),
-             (QVariantList{"mzdy@firma.sk", "a@firma.sk", "E", "Q", 0, 1}));
-    QCOMPARE(queued.at(mail + 1).at(3).toString(), QString("b@firma.sk"));
-
-    const QByteArray data = queued.at(mail).at(8).toByteArray();
-    QVERIFY(data.startsWith("{\n    \"attachments\": [\n"));
-    QFile saved(file(report));
-    QVERIFY(saved.open(QIODevice::ReadOnly));
-    const QJsonObject attachment{
-        {"type", "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet"},
-        {"name", QFileInfo(saved).fileName()},
-        {"content", QString(saved.readAll().toBase64())}};
-    QCOMPARE(QJsonDocument::fromJson(data).object(),
-             QJsonObject({{"attachments", QJsonArray{attachment}}}));
-    QVERIFY(bench->lastGenerated("DailyAtten").toLongLong() >= before);
-    QVERIFY(bench->lastGenerated("MonthlyAtten").toLongLong() >= before);
-}
-
-void TestBothReports::nothingToMail()
-{
-    makeBoth({"  "});
-    QCOMPARE(bench->mails(), 0);
-    QVERIFY(!bench->lastGenerated("DailyAtten").isValid());
-}
-
-/// Both in the same minute, and each once.
-void TestBothReports::onlyWhenDue()
-{
-    DailyAttenReport daily(bench->database, nullptr);
-    MonthlyAttenReport monthly(bench->database, nullptr);
-    const auto tick = [&] {
-        daily.doWork();
-        monthly.doWork();
-        return bench->mails();
-    };
-    for (const char *report : {"autoReport.DailyAtten.", "autoReport.MonthlyAtten."}) {
-        bench->set(QString(report) + "enabled", "1");
-        bench->set(QString(report) + "time", "7"); // none: the day's first tick
-    }
-    QCOMPARE(tick(), 0);
-    for (const char *report : {"Daily", "Monthly"}) {
-        const QString warning = QString("%1AttenReport - no e-mail addresses!").arg(report);
-        QCOMPARE(bench->log.count(QtWarningMsg, warning), 1);
-        bench->set(QString("autoReport.%1Atten.emails").arg(report), " ,a@firma.sk");
-    }
-    QCOMPARE(tick(), 2);
-    QCOMPARE(tick(), 2);
-    QCOMPARE(bench->log.count(QtInfoMsg, "DailyAttenReport::doWork()"), 3);
-}
-
-void TestBothReports::failedQueries_data()
-{
-    addColumns<QString, QStringList>("statement", "warnings"); // what all warnings begin with
-    const QString daily = "DailyAttenReport::makeReport() %1 SQL error: ";
-    const QString monthly = "MonthlyAttenReport::makeReport() %1 ERROR: ";
-    addRow("branches", "DROP TABLE brape", QStringList(daily.arg("branch")));
-    addRow("shifts", "ALTER TABLE atten DROP shift",
-           QStringList("DailyAttenReport::loadShiftsForMonth failed: "));
-    addRow("attendance", "ALTER TABLE atten DROP fond",
-           QStringList{daily.arg("atten"), daily.arg("atten")});
-    addRow("overtime", "ALTER TABLE atten DROP ok",
-           QStringList{daily.arg("overtime"), daily.arg("overtime")});
-    addRow("corrections", "ALTER TABLE atten_data DROP duration",
-           QStringList{daily.arg("pseudo inters"), daily.arg("inters"), daily.arg("pseudo inters"),
-                       daily.arg("inters"), monthly.arg("atten_data")});
-    addRow("totals", "ALTER TABLE atten_month DROP work",
-           QStringList{monthly.arg("atten_month"), monthly.arg("work")});
-}
-
-void TestBothReports::failedQueries()
-{
-    QFETCH(QString, statement);
-    QFETCH(QStringList, warnings);
-    bench->schema.exec(statement);
-    makeBoth();
-    QVERIFY(bench->log.begin(QtWarningMsg, warnings));
-    checkBothWentOut();
-}
-
-void TestBothReports::noMail_data()
-{
-    // A queue that takes nothing does not make the monthly report come again.
-    addColumns<QString, QString, QString, bool>("statement", "folder", "line", "monthlyCounts");
-    const char *unsaved = "%1 - XLS not saved!";
-    addRow("people query", "DROP TABLE people", "", "%1::makeReport() people SQL ", false);
-    addRow("no people", "DELETE FROM people", "", "%1 - no people!", false);
-    addRow("the file is a folder", "DO 0", "", unsaved, false);
-    addRow("missing folder", "DO 0", "/no/such", unsaved, false);
-    addRow("queue refuses", "ALTER TABLE emails DROP subject", "",
-           "%1::makeReport() - mail not created!", true);
-}
-
-void TestBothReports::noMail()
-{
-    QFETCH(QString, statement);
-    QFETCH(QString, folder);
-    QFETCH(QString, line);
-    bench->schema.exec(statement);
-    if (!folder.isEmpty())
-        qputenv("TMPDIR", folder.toLocal8Bit());
-    else if (statement == "DO 0")
-        QVERIFY(QDir().mkpath(file("DennyReport")) && QDir().mkpath(file("MesReportDochadzky")));
-    makeBoth();
-    for (const char *report : {"DailyAttenReport", "MonthlyAttenReport"})
-        QCOMPARE(bench->log.countContaining(line.arg(report)), 1);
-    QCOMPARE(bench->mails(), 0);
-    QVERIFY(!bench->lastGenerated("DailyAtten").isValid());
-    QTEST(bench->lastGenerated("MonthlyAtten").isValid(), "monthlyCounts");
-}
-
-void TestBothReports::values_data()
-{
-    addColumns<QString>("value");
-    for (const char *value : {"NULL", "'sedem'", "'-9e18'", "'1e300'", "'inf'"})
-        addRow(value, value);
-}
-
-void TestBothReports::values()
-{
-    QFETCH(QString, value);
-    const QString day = QString::number(QDate(2023, 11, 1).startOfDay().toSecsSinceEpoch());
-    bench->schema.exec(QStringList{
-        "ALTER TABLE atten MODIFY fond TEXT, MODIFY work TEXT, MODIFY diff TEXT, MODIFY shift "
-        "TEXT, MODIFY ok INT NULL",
-        "ALTER TABLE atten_month MODIFY fond TEXT, MODIFY work TEXT, MODIFY night TEXT",
-        "ALTER TABLE atten_data MODIFY duration TEXT, MODIFY iid INT NULL",
-        QString("INSERT INTO atten (uid, date, dom, shift, fond, work, diff, ok) VALUES (1, %1, 1, "
-                "%2, %2, %2, %2, 1)")
-            .arg(day, value),
-        QString("INSERT INTO atten_month (uid, month, fond, work, night) VALUES (1, 202311, %1, "
-                "%1, %1)")
-            .arg(value),
-        QString("INSERT INTO atten_data (uid, iid, `from`, duration) VALUES (1, 1002, %1, %2), (1, "
-                "3, %1, %2), (1, NULL, %1, %2)")
-            .arg(day, value)});
-    makeBoth();
-    checkBothWentOut();
-}
-
-void TestBothReports::names_data()
-{
-    addColumns<QString, QString>("name", "shown"); // null: an empty cell
-    for (const char *kept : {"O'Brien \"Jano\" \\", "%1 %2 %s", "=1+1", "_x0041_ & <b>"})
-        addRow(kept, kept, kept);
-    addRow("control character", "Ján\x01", QString());
-    addRow("longer than a cell", QString(32768, 'x'), QString());
-}
-
-void TestBothReports::names()
-{
-    QFETCH(QString, name);
-    QFETCH(QString, shown);
-    bench->schema.exec("ALTER TABLE people MODIFY name TEXT");
-    name.replace('\\', "\\\\").replace('\'', "\\'");
-    bench->schema.exec("UPDATE people SET surname = '', name = '" + name + "'");
-    makeBoth();
-    checkBothWentOut();
-    for (const char *report : {"DennyReport", "MesReportDochadzky"})
-        QCOMPARE(cellValue(readSheet(file(report)), "B2"),
-                 shown.isNull() ? QJsonValue() : QJsonValue(shown));
-}
-
-void TestBothReports::manyRecipients()
-{
-    QStringList recipients;
-    for (int i = 0; recipients.size() * 20 < 65536; ++i)
-        recipients << QString("prijemca%1@firma.sk").arg(i, 4, 10, QChar('0'));
-    bench->set("autoReport.DailyAtten.emails", recipients.join(','));
-    bench->set("autoReport.DailyAtten.enabled", "1");
-    DailyAttenReport(bench->database, nullptr).doWork();
-    QCOMPARE(bench->mails(), recipients.size());
-}
-
-void TestBothReports::mailAbovePacketLimit()
-{
-    bench->schema.exec("DELETE FROM people");
-    addPeople(bench->schema, 2000);
-    bench->schema.exec("SET GLOBAL max_allowed_packet = 16384");
-    bench->database.close();
-    QVERIFY(bench->database.open());
-    makeBoth();
-    bench->schema.exec("SET GLOBAL max_allowed_packet = 67108864");
-    QCOMPARE(bench->mails(), 0);
-    QCOMPARE(bench->log.countContaining("mail not created!"), 2);
-    QVERIFY(!bench->lastGenerated("DailyAtten").isValid());
-}
-
-/// The heading takes one of the 65,536 rows.
-void TestBothReports::moreRowsThanXlsHas()
-{
-    const QString path = bench->temporary.filePath("p.xls");
-    const ReportRun run{{}, QDateTime(QDate(2023, 11, 1), QTime(7, 0))};
-    for (const int people : {65536, 65535}) {
-        bench->schema.exec("DELETE FROM people");
-        addPeople(bench->schema, people);
-        const bool saved = MonthlyAttenReport(bench->database, nullptr).saveWorkbook(path, run);
-        QCOMPARE(saved, people == 65535);
-        QCOMPARE(QFile::exists(path), saved);
-        QCOMPARE(bench->log.count(QtCriticalMsg, "MonthlyAttenReport - XLS not saved!"), 1);
-    }
-}
 
 QTEST_GUILESS_MAIN(TestBothReports)
 #include "tst_bothreports.moc"

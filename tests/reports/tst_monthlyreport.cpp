@@ -1,200 +1,160 @@
 #include "reports/monthlyattenreport.h"
 
 #include "support/reportbench.h"
-#include "support/testdata.h"
-#include "support/workbookreader.h"
 
-#include <QJsonDocument>
-
-#include <memory>
-
-namespace
-{
-
-const QDate october(2024, 10, 1); // has a day of 25 hours
-
-/// Sixty people of the month and more: the first has all kinds of values, the second a row of
-/// zeros, the third a NULL, the fourth no row of the month. Two are on the wrong side of its edges.
-void fillSchema(const TestDatabase &schema, const QDate &month)
-{
-    const QString begin = QString::number(month.startOfDay().toSecsSinceEpoch());
-    const QString end = QString::number(month.addMonths(1).startOfDay().toSecsSinceEpoch());
-    schema.exec(QStringList{
-        "INSERT INTO people (uid, pid, pamId, surname, name, title) SELECT seq, seq + 100, "
-        "CONCAT('P', seq), CONCAT('Priezvisko', LPAD(seq, 2, '0')), 'Ján', IF(seq = 1, 'Ing. ', "
-        "NULL) FROM seq_1_to_59",
-        QString("INSERT INTO people (uid, pid, pamId, surname, name, begin, end) VALUES "
-                "(60, 160, 'P60', 'Ukončený', 'Ivan', 0, %1), "
-                "(61, 161, 'P61', 'Ukončený', 'Skôr', 0, %1 - 1), "
-                "(62, 162, 'P62', 'Začne', 'Neskôr', %2, NULL), "
-                "(63, 163, 'P63', 'Ypsilon', 'Včas', %2 - 1, %2)")
-            .arg(begin, end),
-        "INSERT INTO inters VALUES (3, 'D', 'Dovolenka'), (20, 'SC', 'Služobná cesta'), (21, 'X ', "
-        "'Iné')",
-        "ALTER TABLE atten_month MODIFY work DOUBLE NULL",
-        QString(
-            "INSERT INTO atten_month (uid, month, fond, work, saldo_p, totalSaldo, holidayFond, "
-            "holidaySum, bonus, day6sum, day7sum, night, vouchers) VALUES "
-            "(1, %1, 576000, 594000, 3600, 18000, 28800, 1800, 3600, 7200, 10800, 14400, 20), "
-            "(2, %1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0), "
-            "(3, %1, 36000, NULL, 0, -3600, 0, 0, 0, 0, 0, 0, 0), "
-            "(4, %1 - 1, 36000, 36000, 0, 0, 0, 0, 0, 0, 0, 0, 9)")
-            .arg(month.toString("yyyyMM")),
-        QString("INSERT INTO atten_data (uid, iid, `from`, duration, del) VALUES "
-                "(1, 3, %1, 1800, 0), (1, 3, %2 - 1, 5400, 0), (1, 8, %1, 3600, 0), "
-                "(1, 15, %1, 7200, 0), (1, 7, %1, 900, 0), (1, 14, %1, 360, 0), (1, 9, %1, 36, 0), "
-                "(1, 20, %1, 4500, 0), (1, 3, %2, 9999, 0), (1, 3, %1, 9999, 1), "
-                "(1, 1, %1, 9999, 0), (1, 1000, %1, 9999, 0), "
-                "(2, 3, %1, 3600, 0), (2, 3, %1, -3600, 0)")
-            .arg(begin, end)});
-}
-
-} // namespace
-
-class TestMonthlyReport : public QObject
+class TestMonthlyReport : public ReportTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { bench = std::make_unique<ReportBench>(); }
-    void cleanup() { bench.reset(); }
-    void sheet_data();
-    void sheet();
-    void layout();
-    void formulas();
+    void sheet_data()
+    {
+        // A setting (key=value), what differs in the first person's row (column: value), and the
+        // headings between column U and the last one.
+        addColumns<QDate, QString, QString, QStringList>("month", "option", "first", "extras");
+        const QDate leap(2024, 2, 1);
+        const QString trip = "Služobná cesta";
+        const QStringList none;
+        addRow("payroll number, 25-hour day", october, "monthAttenUsePamID=1", "{}", none);
+        addRow("leap February, one extra", leap, "monthAttenInterrupts=SC", R"({"V": 1.25})",
+               QStringList(trip));
+        addRow("three extras, one unknown, one blank", october, "monthAttenInterrupts=SC,??, D",
+               R"({"V": 1.25})", QStringList{trip, "", ""});
+        addRow("advanced overtime 1", leap, "advancedOvertime=1", R"({"J": 1})", none);
+        addRow("advanced overtime 2 is 0", leap, "advancedOvertime=2", "{}", none);
+    }
+
+    void sheet()
+    {
+        QFETCH(QDate, month);
+        QFETCH(QString, option);
+        QFETCH(QString, first);
+        QFETCH(QStringList, extras);
+        bench->set(option.section('=', 0, 0), option.section('=', 1));
+        const QJsonObject sheet = sheetOf(month);
+
+        const bool payroll = option.contains("PamID");
+        const QString fixed =
+            "Priezvisko a meno|Plánovaný mesačný fond|Dovolenka|Lekár|PN|Paragraf|OČR|NV|Nadčas|"
+            "Skutočne odpracované hodiny|Rozdiel|Odpracované hodiny v %|Navrhnuté prémie|"
+            "Výsledné prémie|Sviatok|Odpracovaný sviatok|Príplatkový čas|Sobota|Nedeľa|Nočná";
+        const QStringList headings = QStringList(payroll ? "PamID" : "ID") + fixed.split('|') +
+                                     extras + QStringList("Stravné j.");
+        QCOMPARE(sheetRow(sheet, 1), QJsonArray::fromStringList(headings));
+
+        QCOMPARE(rowCount(sheet), 62);
+        for (int person = 1; person <= 61; ++person) {
+            const int uid = person == 61 ? 63 : person;
+            // Without a fund the difference alone; 0 hours worked are shown, a sum of 0 is not.
+            const char *cells = "{}";
+            if (uid == 1)
+                cells = R"json({"C": 160, "D": 2, "E": 1, "F": 2, "G": 0.25, "H": 0.1, "I": 0.01,
+                "J": 5, "K": 165, "M": "=K2/(C2/100)", "O": "=N2*(K2/100)", "P": 8, "Q": 0.5,
+                "R": 1, "S": 2, "T": 3, "U": 4})json";
+            if (uid == 2)
+                cells = R"({"K": 0})";
+            if (uid == 3)
+                cells = R"json({"C": 10, "K": 0, "M": "=K4/(C4/100)", "O": "=N4*(K4/100)"})json";
+            QJsonArray expected = rowOf(headings.size(), cells, uid == 1 ? first : "{}");
+            expected[0] = payroll ? QJsonValue(QString("P%1").arg(uid)) : QJsonValue(100 + uid);
+            expected[1] = uid == 63   ? QString("Ypsilon Včas")
+                          : uid == 60 ? QString("Ukončený Ivan")
+                                      : QString("Priezvisko%1 Ján").arg(uid, 2, 10, QChar('0')) +
+                                            (uid == 1 ? " Ing." : "");
+            expected[11] = QString("=K%1-C%1").arg(person + 1);
+            expected[headings.size() - 1] = uid == 1 ? QJsonValue(20) : QJsonValue();
+            QCOMPARE(sheetRow(sheet, person + 1), expected);
+        }
+    }
+
+    void layout()
+    {
+        bench->set("monthAttenInterrupts", "SC,??");
+        const QJsonObject sheet = sheetOf(october);
+        QCOMPARE(sheet.value("name").toString(), QString("Mes. report dochádzky"));
+        const QString font = "MS Shell Dlg 2 10";
+        QHash<QString, QString> looks{{"X1", " bold, center bottom, General, medium auto"},
+                                      {"A2", ", right center, General, thin FF000000"},
+                                      {"B2", ", left top wrap, #0.00, thin FF000000"}};
+        for (const char *cell : {"C2", "L2", "N2", "C5", "W5", "X5"})
+            looks[cell] = ", center top wrap, #0.00, thin FF000000";
+        for (auto look = looks.cbegin(); look != looks.cend(); ++look)
+            QCOMPARE(cellValue(sheet, look.key(), "look"), QJsonValue(font + look.value()));
+        QCOMPARE(shownWidths(sheet),
+                 QString("A10 B20 C23 D12 K28 M24 N18 O18 P18 Q24 R18 S18 T18 V16 W2 X12"));
+        QCOMPARE(sheet.value("rowHeights").toObject(), QJsonObject({{"1", 16}}));
+        QVERIFY(!sheet.value("showGridLines").toBool());
+        checkPage(sheet);
+    }
+
+    /// What the formulas amount to: as the file says, and as programs show it.
+    void formulas()
+    {
+        const QJsonObject cells = sheetOf(october).value("cells").toObject();
+        const QByteArrayList gnumeric = linesBy(Program::Gnumeric, file(october));
+        const QByteArrayList office = linesBy(Program::LibreOffice, file(october));
+        QCOMPARE(gnumeric.size(), 63);
+        QCOMPARE(office.size(), 63);
+        const QStringList expected[] = {
+            {"5.00", "103.13", "0.00"}, {"0.00", "", ""}, {"-10.00", "0.00", "0.00"}};
+        const auto rounded = [](const QString &number) {
+            return number.isEmpty() ? number : QString::number(number.toDouble(), 'f', 2);
+        };
+        for (int row = 1; row <= 61; ++row) {
+            for (const int i : {0, 1, 2}) {
+                const QString value = expected[row > 3 ? 1 : row - 1][i];
+                const int column = QVector<int>{11, 12, 14}[i];
+                const QJsonValue cached = cells[cellName(row, column)].toObject()["cached"];
+                QCOMPARE(rounded(cached.toVariant().toString()), value);
+                QCOMPARE(rounded(gnumeric.at(row).split(',').at(column)), value);
+                QCOMPARE(QString(office.at(row).split(',').at(column)), value);
+            }
+        }
+    }
 
 private:
-    /// Makes the report; returns the sheet.
-    QJsonObject sheetOf(const QDate &month)
+    inline static const QDate october{2024, 10, 1}; // has a day of 25 hours
+
+    /// The sheet of sixty people of the month and more: the first has all kinds of values, the
+    /// second a row of zeros, the third a NULL, the fourth no row of the month. Two are on the
+    /// wrong side of its edges.
+    QJsonObject sheetOf(const QDate &month) const
     {
-        fillSchema(bench->schema, month);
+        const auto start = [&month](int months) {
+            return QString::number(month.addMonths(months).startOfDay().toSecsSinceEpoch());
+        };
+        const QString sql = R"(
+            INSERT INTO people (uid, pid, pamId, surname, name, title)
+                SELECT seq, seq + 100, CONCAT('P', seq), CONCAT('Priezvisko', LPAD(seq, 2, '0')),
+                'Ján', IF(seq = 1, 'Ing. ', NULL) FROM seq_1_to_59;
+            INSERT INTO people (uid, pid, pamId, surname, name, begin, end)
+                VALUES (60, 160, 'P60', 'Ukončený', 'Ivan', 0, %1),
+                (61, 161, 'P61', 'Ukončený', 'Skôr', 0, %1 - 1),
+                (62, 162, 'P62', 'Začne', 'Neskôr', %2, NULL),
+                (63, 163, 'P63', 'Ypsilon', 'Včas', %2 - 1, %2);
+            INSERT INTO inters
+                VALUES (3, 'D', 'Dovolenka'), (20, 'SC', 'Služobná cesta'), (21, 'X ', 'Iné');
+            ALTER TABLE atten_month MODIFY work DOUBLE NULL;
+            INSERT INTO atten_month (uid, month, fond, work, saldo_p, totalSaldo, holidayFond,
+                holidaySum, bonus, day6sum, day7sum, night, vouchers)
+                VALUES (1, %3, 576000, 594000, 3600, 18000, 28800, 1800, 3600, 7200, 10800, 14400,
+                20),
+                (2, %3, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0),
+                (3, %3, 36000, NULL, 0, -3600, 0, 0, 0, 0, 0, 0, 0),
+                (4, %3 - 1, 36000, 36000, 0, 0, 0, 0, 0, 0, 0, 0, 9);
+            INSERT INTO atten_data (uid, iid, `from`, duration, del)
+                VALUES (1, 3, %1, 1800, 0), (1, 3, %2 - 1, 5400, 0), (1, 8, %1, 3600, 0),
+                (1, 15, %1, 7200, 0), (1, 7, %1, 900, 0), (1, 14, %1, 360, 0), (1, 9, %1, 36, 0),
+                (1, 20, %1, 4500, 0), (1, 3, %2, 9999, 0), (1, 3, %1, 9999, 1),
+                (1, 1, %1, 9999, 0), (1, 1000, %1, 9999, 0), (2, 3, %1, 3600, 0),
+                (2, 3, %1, -3600, 0))";
+        bench->schema.exec(sql.arg(start(0), start(1), month.toString("yyyyMM")));
         MonthlyAttenReport(bench->database, nullptr)
             .makeReport({"a@firma.sk"}, QDateTime(month.addDays(27), QTime(7, 0, 5)));
         return readSheet(file(month));
     }
-    QString file(const QDate &month) const
-    {
-        return bench->temporary.filePath(QString("MesReportDochadzky_%1_%2.xlsx")
-                                             .arg(bench->schema.name(), month.toString("MMyyyy")));
-    }
-
-    std::unique_ptr<ReportBench> bench;
+    QString file(const QDate &month) const { return bench->file("MesReportDochadzky", month); }
 };
-
-void TestMonthlyReport::sheet_data()
-{
-    // Settings (key=value), what differs in the first person's row (column: value), and the
-    // headings from column V on.
-    addColumns<QDate, QString, QString, QString>("month", "options", "first", "headings");
-    const QDate leap(2024, 2, 1);
-    addRow("payroll number, 25-hour day", october, "monthAttenUsePamID=1", R"({"V": 20})",
-           R"(["Stravné j."])");
-    addRow("leap February, one extra", leap, "monthAttenInterrupts=SC", R"({"V": 1.25, "W": 20})",
-           R"(["Služobná cesta", "Stravné j."])");
-    addRow("three extras, one unknown, one blank", october, "monthAttenInterrupts=SC,??, D",
-           R"({"V": 1.25, "Y": 20})", R"(["Služobná cesta", "", "", "Stravné j."])");
-    addRow("advanced overtime 1", leap, "advancedOvertime=1", R"({"J": 1, "V": 20})",
-           R"(["Stravné j."])");
-    addRow("advanced overtime 2 is 0", leap, "advancedOvertime=2", R"({"V": 20})",
-           R"(["Stravné j."])");
-}
-
-void TestMonthlyReport::sheet()
-{
-    QFETCH(QDate, month);
-    QFETCH(QString, options);
-    QFETCH(QString, first);
-    QFETCH(QString, headings);
-    bench->set(options.section('=', 0, 0), options.section('=', 1));
-    const QJsonObject sheet = sheetOf(month);
-
-    const QJsonArray extra = QJsonDocument::fromJson(headings.toUtf8()).array();
-    const int columns = 21 + extra.size();
-    const bool payroll = options.contains("PamID");
-    QJsonArray expected =
-        QJsonDocument::fromJson(
-            R"(["ID", "Priezvisko a meno", "Plánovaný mesačný fond", "Dovolenka", "Lekár", "PN",
-                "Paragraf", "OČR", "NV", "Nadčas", "Skutočne odpracované hodiny", "Rozdiel",
-                "Odpracované hodiny v %", "Navrhnuté prémie", "Výsledné prémie", "Sviatok",
-                "Odpracovaný sviatok", "Príplatkový čas", "Sobota", "Nedeľa", "Nočná"])")
-            .array();
-    if (payroll)
-        expected[0] = "PamID";
-    for (const QJsonValue &heading : extra)
-        expected.append(heading);
-    QCOMPARE(sheetRow(sheet, 1), expected);
-
-    QCOMPARE(rowCount(sheet), 62);
-    for (int person = 1; person <= 61; ++person) {
-        const int uid = person == 61 ? 63 : person;
-        // Without a fund the difference alone; 0 hours worked are shown, a sum of 0 is not.
-        const char *cells = "{}";
-        if (uid == 1)
-            cells = R"json({"C": 160, "D": 2, "E": 1, "F": 2, "G": 0.25, "H": 0.1, "I": 0.01,
-                "J": 5, "K": 165, "M": "=K2/(C2/100)", "O": "=N2*(K2/100)", "P": 8, "Q": 0.5,
-                "R": 1, "S": 2, "T": 3, "U": 4})json";
-        if (uid == 2)
-            cells = R"({"K": 0})";
-        if (uid == 3)
-            cells = R"json({"C": 10, "K": 0, "M": "=K4/(C4/100)", "O": "=N4*(K4/100)"})json";
-        expected = rowOf(columns, cells, uid == 1 ? first : "{}");
-        expected[0] = payroll ? QJsonValue(QString("P%1").arg(uid)) : QJsonValue(100 + uid);
-        expected[1] = uid == 63   ? QString("Ypsilon Včas")
-                      : uid == 60 ? QString("Ukončený Ivan")
-                                  : QString("Priezvisko%1 Ján").arg(uid, 2, 10, QChar('0')) +
-                                        (uid == 1 ? " Ing." : "");
-        expected[11] = QString("=K%1-C%1").arg(person + 1);
-        QCOMPARE(sheetRow(sheet, person + 1), expected);
-    }
-}
-
-void TestMonthlyReport::layout()
-{
-    bench->set("monthAttenInterrupts", "SC,??");
-    const QJsonObject sheet = sheetOf(october);
-    QCOMPARE(sheet.value("name").toString(), QString("Mes. report dochádzky"));
-    const QString font = "MS Shell Dlg 2 10";
-    QHash<QString, QString> looks{{"X1", " bold, center bottom, General, medium auto"},
-                                  {"A2", ", right center, General, thin FF000000"},
-                                  {"B2", ", left top wrap, #0.00, thin FF000000"}};
-    for (const char *cell : {"C2", "L2", "N2", "C5", "W5", "X5"})
-        looks[cell] = ", center top wrap, #0.00, thin FF000000";
-    for (auto look = looks.cbegin(); look != looks.cend(); ++look)
-        QCOMPARE(cellValue(sheet, look.key(), "look"), QJsonValue(font + look.value()));
-    QCOMPARE(shownWidths(sheet),
-             QString("A10 B20 C23 D12 K28 M24 N18 O18 P18 Q24 R18 S18 T18 V16 W2 X12"));
-    QCOMPARE(sheet.value("rowHeights").toObject(), QJsonObject({{"1", 16}}));
-    QVERIFY(!sheet.value("showGridLines").toBool());
-    checkPage(sheet);
-}
-
-/// What the formulas amount to: as the file says, and as programs show it.
-void TestMonthlyReport::formulas()
-{
-    const QJsonObject cells = sheetOf(october).value("cells").toObject();
-    const QByteArrayList gnumeric = linesBy(Program::Gnumeric, file(october));
-    const QByteArrayList office = linesBy(Program::LibreOffice, file(october));
-    QCOMPARE(gnumeric.size(), 63);
-    QCOMPARE(office.size(), 63);
-    const struct {
-        QString difference, percent, bonus; // without a fund the difference alone
-    } expected[] = {
-        {"5.00", "103.13", "0.00"}, {"0.00", "", ""}, {"-10.00", "0.00", "0.00"}, {"0.00", "", ""}};
-    const auto rounded = [](const QString &number) {
-        return number.isEmpty() ? number : QString::number(number.toDouble(), 'f', 2);
-    };
-    for (int row = 1; row <= 61; ++row) {
-        const auto &wanted = expected[qMin(row, 4) - 1];
-        const std::pair<int, QString> columns[] = {
-            {11, wanted.difference}, {12, wanted.percent}, {14, wanted.bonus}};
-        for (const auto &[column, value] : columns) {
-            const QJsonValue cached = cells.value(cellName(row, column)).toObject().value("cached");
-            QCOMPARE(rounded(cached.toVariant().toString()), value);
-            QCOMPARE(rounded(gnumeric.at(row).split(',').at(column)), value);
-            QCOMPARE(QString(office.at(row).split(',').at(column)), value);
-        }
-    }
-}
 
 QTEST_GUILESS_MAIN(TestMonthlyReport)
 #include "tst_monthlyreport.moc"

@@ -2,28 +2,7 @@
 
 #include "support/testdata.h"
 
-#include <ctime>
 #include <limits>
-
-namespace
-{
-
-QDateTime local(const QString &text)
-{
-    return QDateTime::fromString(text, "yyyy-MM-dd HH:mm:ss");
-}
-
-ReportSettings settingsWith(const QString &time, const QDateTime &lastGenerated)
-{
-    const qint64 seconds = lastGenerated.toSecsSinceEpoch();
-    return ReportSettings::fromValues({{"p.enabled", QByteArray("1")},
-                                       {"p.emails", "a@b.sk,, ,c@d.sk"},
-                                       {"p.time", time},
-                                       {"p.lastGenerated", QByteArray::number(seconds)}},
-                                      "p.");
-}
-
-} // namespace
 
 Q_DECLARE_METATYPE(ReportReason)
 
@@ -32,110 +11,117 @@ class TestReportSchedule : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
+    void rules_data()
     {
-        qputenv("TZ", "Europe/Bratislava");
-        tzset();
+        addColumns<QString, QString, QString, ReportReason, int>("time", "last", "now", "reason",
+                                                                 "secondsUntil");
+        const int hour = 3600;
+        const auto due = ReportReason::Due;
+        const auto done = ReportReason::AlreadyGenerated;
+        const auto early = ReportReason::TooEarly;
+        const char *day = "2023-11-14 07:00:00";
+        addRow("a second early", "07:00", day, "2023-11-15 06:59:59", early, 1);
+        addRow("on time", "07:00", day, "2023-11-15 07:00:00", due, 0);
+        addRow("seconds in the time", "07:00:30", day, "2023-11-15 07:00:29", early, 1);
+        addRow("made today", "07:00", "2023-11-15 07:00:05", "2023-11-15 08:00:00", done,
+               23 * hour);
+        addRow("made 60 s before the moment", "07:00", "2023-11-15 06:59:00", "2023-11-15 07:00:00",
+               done, 24 * hour);
+        addRow("61 s", "07:00", "2023-11-15 06:58:59", "2023-11-15 07:00:00", due, 0);
+        addRow("no time: the first tick", "", "2023-11-14 23:00:00", "2023-11-15 00:00:03", due, 0);
+        addRow("25:00: once", "25:00", "2023-11-15 00:00:04", "2023-11-15 18:00:00", done,
+               6 * hour);
+        addRow("7: none either", "7", "2023-11-14 23:00:00", "2023-11-15 00:00:00", due, 0);
+        addRow("made in the future", "07:00", "2024-06-01 08:00:00", "2024-05-31 08:00:00", done,
+               47 * hour);
+        addRow("long night", "07:00", "2024-10-26 07:00:01", "2024-10-26 08:00:00", done,
+               24 * hour);
+        addRow("in the gap", "02:30", "2024-03-30 02:30:01", "2024-03-31 01:59:00", early, 60);
+        addRow("before both passages", "02:30", "2024-10-26 02:30:01", "2024-10-27 01:30:00", early,
+               hour);
     }
-    void rules_data();
-    void rules();
-    void oncePerDay_data();
-    void oncePerDay();
-    void edges();
+
+    void rules()
+    {
+        QFETCH(QString, time);
+        QFETCH(QString, last);
+        QFETCH(QString, now);
+        QFETCH(int, secondsUntil);
+        ReportSettings settings = settingsWith(time, local(last));
+        QTEST(reportReason(settings, local(now)), "reason");
+
+        const QDateTime next = nextDue(settings, local(now));
+        QCOMPARE(local(now).secsTo(next), qint64(secondsUntil));
+        QCOMPARE(reportReason(settings, next), ReportReason::Due);
+        if (secondsUntil > 0)
+            QVERIFY(reportReason(settings, next.addMSecs(-1)) != ReportReason::Due);
+
+        settings.recipients.clear();
+        QCOMPARE(reportReason(settings, local(now)), ReportReason::NoRecipients);
+        settings.enabled = false;
+        QCOMPARE(reportReason(settings, local(now)), ReportReason::Disabled);
+        QVERIFY(!nextDue(settings, local(now)).isValid());
+    }
+
+    void oncePerDay_data()
+    {
+        addColumns<QDate, int, QString, QString>("date", "hours", "time", "firstTick");
+        const QDate spring(2024, 3, 31);
+        const QDate autumn(2024, 10, 27);
+        addRow("ordinary day", QDate(2024, 2, 29), 24, "02:30", "02:30");
+        addRow("23 hours, in the gap", spring, 23, "02:30", "03:00");
+        addRow("23 hours, in the gap with seconds", spring, 23, "02:59:59", "03:00");
+        addRow("23 hours, after the gap", spring, 23, "07:00", "07:00");
+        addRow("25 hours, in the repeated hour", autumn, 25, "02:30", "02:30");
+        addRow("no time of day", autumn, 25, "", "00:00");
+    }
+
+    /// Ticks through the whole day, as a worker does: the report must go out once and not later.
+    void oncePerDay()
+    {
+        QFETCH(QDate, date);
+        QFETCH(int, hours);
+        QFETCH(QString, time);
+        ReportSettings settings = settingsWith(time, date.addDays(-1).startOfDay());
+        const qint64 start = date.startOfDay().toSecsSinceEpoch();
+        QCOMPARE(date.addDays(1).startOfDay().toSecsSinceEpoch() - start, hours * Q_INT64_C(3600));
+        QStringList made;
+        for (qint64 tick = start; tick < start + hours * 3600; tick += 60) {
+            const QDateTime now = QDateTime::fromSecsSinceEpoch(tick);
+            if (reportReason(settings, now) != ReportReason::Due)
+                continue;
+            made.append(now.toString("HH:mm"));
+            settings.lastGenerated = tick + 2;
+        }
+        QFETCH(QString, firstTick);
+        QCOMPARE(made, QStringList{firstTick});
+    }
+
+    void edges()
+    {
+        // Between the two passages of a time of day, after a morning without a host.
+        const QDateTime between = QDateTime::fromSecsSinceEpoch(1729991400); // the second 02:10
+        ReportSettings settings = settingsWith("02:30", local("2024-10-26 02:30:01"));
+        QCOMPARE(between.secsTo(nextDue(settings, between)), Q_INT64_C(1200));
+        settings.lastGenerated = std::numeric_limits<qint64>::max(); // not one day after the other
+        QVERIFY(!nextDue(settings, between).isValid());
+    }
+
+private:
+    static QDateTime local(const QString &text)
+    {
+        return QDateTime::fromString(text, "yyyy-MM-dd HH:mm:ss");
+    }
+    static ReportSettings settingsWith(const QString &time, const QDateTime &lastGenerated)
+    {
+        const qint64 seconds = lastGenerated.toSecsSinceEpoch();
+        return ReportSettings::fromValues({{"p.enabled", QByteArray("1")},
+                                           {"p.emails", "a@b.sk,, ,c@d.sk"},
+                                           {"p.time", time},
+                                           {"p.lastGenerated", QByteArray::number(seconds)}},
+                                          "p.");
+    }
 };
-
-void TestReportSchedule::rules_data()
-{
-    addColumns<QString, QString, QString, ReportReason, int>("time", "last", "now", "reason",
-                                                             "secondsUntil");
-    const int hour = 3600;
-    const auto due = ReportReason::Due;
-    const auto done = ReportReason::AlreadyGenerated;
-    const auto early = ReportReason::TooEarly;
-    const char *day = "2023-11-14 07:00:00";
-    addRow("a second early", "07:00", day, "2023-11-15 06:59:59", early, 1);
-    addRow("on time", "07:00", day, "2023-11-15 07:00:00", due, 0);
-    addRow("seconds in the time", "07:00:30", day, "2023-11-15 07:00:29", early, 1);
-    addRow("made today", "07:00", "2023-11-15 07:00:05", "2023-11-15 08:00:00", done, 23 * hour);
-    addRow("made 60 s before the moment", "07:00", "2023-11-15 06:59:00", "2023-11-15 07:00:00",
-           done, 24 * hour);
-    addRow("61 s", "07:00", "2023-11-15 06:58:59", "2023-11-15 07:00:00", due, 0);
-    addRow("no time: the first tick", "", "2023-11-14 23:00:00", "2023-11-15 00:00:03", due, 0);
-    addRow("25:00: once", "25:00", "2023-11-15 00:00:04", "2023-11-15 18:00:00", done, 6 * hour);
-    addRow("7: none either", "7", "2023-11-14 23:00:00", "2023-11-15 00:00:00", due, 0);
-    addRow("made in the future", "07:00", "2024-06-01 08:00:00", "2024-05-31 08:00:00", done,
-           47 * hour);
-    addRow("long night", "07:00", "2024-10-26 07:00:01", "2024-10-26 08:00:00", done, 24 * hour);
-    addRow("in the gap", "02:30", "2024-03-30 02:30:01", "2024-03-31 01:59:00", early, 60);
-    addRow("before both passages", "02:30", "2024-10-26 02:30:01", "2024-10-27 01:30:00", early,
-           hour);
-}
-
-void TestReportSchedule::rules()
-{
-    QFETCH(QString, time);
-    QFETCH(QString, last);
-    QFETCH(QString, now);
-    QFETCH(int, secondsUntil);
-    ReportSettings settings = settingsWith(time, local(last));
-    QTEST(reportReason(settings, local(now)), "reason");
-
-    const QDateTime next = nextDue(settings, local(now));
-    QCOMPARE(local(now).secsTo(next), qint64(secondsUntil));
-    QCOMPARE(reportReason(settings, next), ReportReason::Due);
-    if (secondsUntil > 0)
-        QVERIFY(reportReason(settings, next.addMSecs(-1)) != ReportReason::Due);
-
-    settings.recipients.clear();
-    QCOMPARE(reportReason(settings, local(now)), ReportReason::NoRecipients);
-    settings.enabled = false;
-    QCOMPARE(reportReason(settings, local(now)), ReportReason::Disabled);
-    QVERIFY(!nextDue(settings, local(now)).isValid());
-}
-
-void TestReportSchedule::oncePerDay_data()
-{
-    addColumns<QDate, int, QString, QString>("date", "hours", "time", "firstTick");
-    const QDate spring(2024, 3, 31);
-    const QDate autumn(2024, 10, 27);
-    addRow("ordinary day", QDate(2024, 2, 29), 24, "02:30", "02:30");
-    addRow("23 hours, in the gap", spring, 23, "02:30", "03:00");
-    addRow("23 hours, in the gap with seconds", spring, 23, "02:59:59", "03:00");
-    addRow("23 hours, after the gap", spring, 23, "07:00", "07:00");
-    addRow("25 hours, in the repeated hour", autumn, 25, "02:30", "02:30");
-    addRow("no time of day", autumn, 25, "", "00:00");
-}
-
-/// Ticks through the whole day, as a worker does: the report must go out once and not later.
-void TestReportSchedule::oncePerDay()
-{
-    QFETCH(QDate, date);
-    QFETCH(int, hours);
-    QFETCH(QString, time);
-    ReportSettings settings = settingsWith(time, date.addDays(-1).startOfDay());
-    const qint64 start = date.startOfDay().toSecsSinceEpoch();
-    QCOMPARE(date.addDays(1).startOfDay().toSecsSinceEpoch() - start, hours * Q_INT64_C(3600));
-    QStringList made;
-    for (qint64 tick = start; tick < start + hours * 3600; tick += 60) {
-        const QDateTime now = QDateTime::fromSecsSinceEpoch(tick);
-        if (reportReason(settings, now) != ReportReason::Due)
-            continue;
-        made.append(now.toString("HH:mm"));
-        settings.lastGenerated = tick + 2;
-    }
-    QFETCH(QString, firstTick);
-    QCOMPARE(made, QStringList{firstTick});
-}
-
-void TestReportSchedule::edges()
-{
-    // Between the two passages of a time of day, after a morning without a host.
-    const QDateTime between = QDateTime::fromSecsSinceEpoch(1729991400); // the second 02:10
-    ReportSettings settings = settingsWith("02:30", local("2024-10-26 02:30:01"));
-    QCOMPARE(between.secsTo(nextDue(settings, between)), Q_INT64_C(1200));
-    settings.lastGenerated = std::numeric_limits<qint64>::max(); // not one day after the other
-    QVERIFY(!nextDue(settings, between).isValid());
-}
 
 QTEST_APPLESS_MAIN(TestReportSchedule)
 #include "tst_reportschedule.moc"

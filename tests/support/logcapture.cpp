@@ -4,7 +4,6 @@
 
 #include <QTest>
 
-#include <algorithm>
 #include <mutex>
 
 namespace
@@ -32,70 +31,43 @@ LogCapture::~LogCapture()
         current = nullptr;
         qInstallMessageHandler(previous);
     }
-    if (!QTest::currentTestFailed())
-        return;
-    for (const LogLine &line : std::as_const(collected))
-        previous(line.type, QMessageLogContext(), line.text);
+    for (const auto &[type, text] : collected) {
+        if (QTest::currentTestFailed())
+            previous(type, QMessageLogContext(), text);
+    }
 }
 
 void LogCapture::handle(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     const std::lock_guard locker(lock);
     if (current && type != QtFatalMsg)
-        current->collected.push_back({type, text});
+        current->collected.emplace_back(type, text);
     else if (current)
         current->previous(type, context, text);
 }
 
-std::vector<LogLine> LogCapture::lines() const
+QStringList LogCapture::texts(int type) const
 {
     const std::lock_guard locker(lock);
-    return collected;
-}
-
-QStringList LogCapture::texts(QtMsgType type) const
-{
     QStringList result;
-    for (const LogLine &line : lines()) {
-        if (line.type == type)
-            result.append(line.text);
+    for (const auto &line : collected) {
+        if (type == -1 || line.first == type)
+            result.append(line.second);
     }
     return result;
 }
 
-int LogCapture::count(QtMsgType type, const QString &text) const
-{
-    return texts(type).count(text);
-}
-
-int LogCapture::countContaining(const QString &part) const
-{
-    int count = 0;
-    for (const LogLine &line : lines())
-        count += line.text.contains(part) ? 1 : 0;
-    return count;
-}
-
-bool LogCapture::begin(QtMsgType type, const QStringList &beginnings) const
-{
-    const QStringList all = texts(type);
-    return std::equal(all.begin(), all.end(), beginnings.begin(), beginnings.end(),
-                      [](const QString &line, const QString &b) { return line.startsWith(b); });
-}
-
 void checkConnections(const LogCapture &log)
 {
+    QStringList faults;
     for (const char *complaint :
          {"still in use", "addDatabase: duplicate connection name",
-          "does not belong to the calling thread", "different thread", "another thread"}) {
-        if (log.countContaining(QString::fromLatin1(complaint)) != 0)
-            QTest::qFail(complaint, __FILE__, __LINE__);
+          "does not belong to the calling thread", "different thread", "another thread"})
+        faults += log.texts().filter(complaint);
+    for (const QString &name : QSqlDatabase::connectionNames()) {
+        if (!name.startsWith(TestServer::ownPrefix))
+            faults += "left registered: " + name;
     }
-
-    const QStringList names = QSqlDatabase::connectionNames();
-    for (const QString &name : names) {
-        if (!name.startsWith(TestServer::ownPrefix()))
-            QTest::qFail(qPrintable(QStringLiteral("left registered: ") + name), __FILE__,
-                         __LINE__);
-    }
+    for (const QString &fault : faults)
+        QTest::qFail(qPrintable(fault), __FILE__, __LINE__);
 }

@@ -1,14 +1,9 @@
 #pragma once
 
-#include <QString>
 #include <QStringList>
 
+#include <utility>
 #include <vector>
-
-struct LogLine {
-    QtMsgType type;
-    QString text;
-};
 
 /**
  * Collects what is logged while it lives, from every thread, instead of printing it.
@@ -22,20 +17,17 @@ public:
     ~LogCapture();
     Q_DISABLE_COPY(LogCapture)
 
-    std::vector<LogLine> lines() const;
-    QStringList texts(QtMsgType type) const;
-
+    /// Lines of all types without one.
+    QStringList texts(int type = -1) const;
     /// How many lines of that type have exactly this text.
-    int count(QtMsgType type, const QString &text) const;
+    int count(QtMsgType type, const QString &text) const { return texts(type).count(text); }
     /// How many lines of any type contain `part`.
-    int countContaining(const QString &part) const;
-    /// Whether the lines of that type are as many as `beginnings` and begin with them, in order.
-    bool begin(QtMsgType type, const QStringList &beginnings) const;
+    int countContaining(const QString &part) const { return texts().filter(part).size(); }
 
 private:
     static void handle(QtMsgType type, const QMessageLogContext &context, const QString &text);
 
-    std::vector<LogLine> collected; // not shared implicitly: each copy has one thread
+    std::vector<std::pair<QtMsgType, QString>> collected;
     QtMessageHandler previous;
 };
 

@@ -1,12 +1,6 @@
 #include "support/reportbench.h"
 
-#include "support/workbookreader.h"
-
-#include <QJsonDocument>
-#include <QTest>
 #include <QtMath>
-
-#include <ctime>
 
 ReportBench::ReportBench()
     : schema(TestDatabase::Tables::Schema)
@@ -25,12 +19,6 @@ ReportBench::~ReportBench()
     checkConnections(log);
 }
 
-void ReportBench::setTimeZone()
-{
-    qputenv("TZ", "Europe/Bratislava");
-    tzset();
-}
-
 void ReportBench::set(const QString &key, const QString &value) const
 {
     schema.exec(QString("REPLACE INTO vars (name, value) VALUES ('%1', '%2')").arg(key, value));
@@ -45,6 +33,12 @@ QVariant ReportBench::lastGenerated(const QString &report) const
 {
     return schema.value(
         QString("SELECT value FROM vars WHERE name = 'autoReport.%1.lastGenerated'").arg(report));
+}
+
+QString ReportBench::file(const QString &report, const QDate &month, const QString &suffix) const
+{
+    const QStringList name{report, schema.name(), month.toString("MMyyyy")};
+    return temporary.filePath(name.join('_') + '.' + suffix);
 }
 
 QJsonValue cellValue(const QJsonObject &sheet, const QString &reference, const char *key)
@@ -75,8 +69,8 @@ QString shownWidths(const QJsonObject &sheet)
     // Stored widths hold five pixels of padding beside the digits of seven pixels each.
     const QJsonObject widths = sheet["columnWidths"].toObject();
     QStringList shown;
-    for (auto width = widths.begin(); width != widths.end(); ++width)
-        shown += width.key() + QString::number(qFloor(width->toDouble()));
+    for (const QString &column : widths.keys())
+        shown += column + QString::number(qFloor(widths[column].toDouble()));
     return shown.join(' ');
 }
 
@@ -87,8 +81,8 @@ void checkPage(const QJsonObject &sheet)
         "footer": 0.5}, "footer": "Strana &P/&N", "fitToWidth": 1, "fitToHeight": 0,
         "fitToPage": true, "paper": 9, "printGridLines": true})";
     const QJsonObject expected = QJsonDocument::fromJson(page).object();
-    for (auto item = expected.begin(); item != expected.end(); ++item)
-        QCOMPARE(sheet[item.key()], item.value());
+    for (const QString &key : expected.keys())
+        QCOMPARE(sheet[key], expected[key]);
 }
 
 QJsonArray rowOf(int columns, const QString &cells, const QString &more)
@@ -98,8 +92,8 @@ QJsonArray rowOf(int columns, const QString &cells, const QString &more)
         row += QJsonValue();
     for (const QString &text : {cells, more}) {
         const QJsonObject values = QJsonDocument::fromJson(text.toUtf8()).object();
-        for (auto value = values.begin(); value != values.end(); ++value)
-            row[value.key().at(0).unicode() - 'A'] = value.value();
+        for (const QString &column : values.keys())
+            row[column[0].unicode() - 'A'] = values[column];
     }
     return row;
 }

@@ -1,11 +1,15 @@
 #pragma once
 
 #include "support/logcapture.h"
+#include "support/testdata.h"
 #include "support/testserver.h"
+#include "support/workbookreader.h"
 
 #include <QJsonArray>
-#include <QJsonObject>
+#include <QJsonDocument>
 #include <QTemporaryDir>
+
+#include <memory>
 
 /**
  * What one test of a report needs: a schema, a connection to it, a temporary directory that the
@@ -18,18 +22,37 @@ public:
     ~ReportBench();
     Q_DISABLE_COPY(ReportBench)
 
-    /// To be called first in main: the reports' days are those of Bratislava.
-    static void setTimeZone();
-
     void set(const QString &key, const QString &value) const;
     int mails() const;
     /// Invalid when it was never stored.
     QVariant lastGenerated(const QString &report) const;
+    /// Where the report of that month is saved.
+    QString file(const QString &report, const QDate &month, const QString &suffix = "xlsx") const;
 
     LogCapture log;
     TestDatabase schema;
     QTemporaryDir temporary;
     QSqlDatabase database;
+};
+
+/// Tests with a bench of its own for each of them.
+class ReportTest : public QObject
+{
+    Q_OBJECT
+
+protected:
+    /// What else each of them begins with.
+    virtual void prepare() {}
+
+    std::unique_ptr<ReportBench> bench;
+
+private Q_SLOTS:
+    void init()
+    {
+        bench = std::make_unique<ReportBench>();
+        prepare();
+    }
+    void cleanup() { bench.reset(); }
 };
 
 // A sheet as readSheet() gives it. Values: text, number, a formula's text, or null.

@@ -40,6 +40,11 @@ void enableDailyReport(const TestDatabase &schema, const QString &recipients)
                 recipients + "')");
 }
 
+void makeDue(const TestDatabase &schema)
+{
+    schema.exec("DELETE FROM emails;\nDELETE FROM vars WHERE name LIKE '%lastGenerated'");
+}
+
 void addPeople(const TestDatabase &schema, int count)
 {
     schema.exec(QString("INSERT INTO people (uid, pid, name, surname) SELECT seq, seq + "
@@ -57,6 +62,5 @@ bool isScanning(const QObject &plugin)
 
 int peopleForSeconds()
 {
-    constexpr int rows = 21000;
-    return rows / QDate::currentDate().day();
+    return 21000 / QDate::currentDate().day();
 }

@@ -1,9 +1,13 @@
 #pragma once
 
 #include "db/dbmanager.h"
+#include "support/logcapture.h"
+#include "support/testdata.h"
 #include "support/testserver.h"
 
-#include <QStringList>
+#include <memory>
+#include <thread>
+#include <vector>
 
 /**
  * What the product's server is to the plug-in: an information database, its manager, and the
@@ -33,6 +37,9 @@ private:
 
 /// Switches the daily report of a schema on, due with the first tick. No recipients: no report.
 void enableDailyReport(const TestDatabase &schema, const QString &recipients = QString());
+
+/// As if no report had been made yet, nor a mail been queued.
+void makeDue(const TestDatabase &schema);
 
 /// Adds active people with the uids 1 to `count`.
 void addPeople(const TestDatabase &schema, int count);

@@ -1,36 +1,14 @@
 #include "support/testserver.h"
 
+#include "support/testdata.h"
+
 #include <QCoreApplication>
-#include <QFile>
+#include <QProcess>
 #include <QRegularExpression>
 #include <QSqlError>
-#include <QSqlQuery>
 #include <QSqlRecord>
 
 #include <atomic>
-
-namespace
-{
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("test bench: cannot read %s", qUtf8Printable(path));
-    return file.readAll();
-}
-
-QSqlQuery run(const QSqlDatabase &database, const QString &sql)
-{
-    QSqlQuery query(database);
-    query.setForwardOnly(true);
-    if (!query.exec(sql)) {
-        qFatal("test bench: %s\n%s", qUtf8Printable(query.lastError().text()), qUtf8Printable(sql));
-    }
-    return query;
-}
-
-} // namespace
 
 int TestServer::port()
 {
@@ -43,10 +21,10 @@ int TestServer::port()
 QSqlDatabase TestServer::addConnection(const QString &connectionName, const QString &databaseName)
 {
     QSqlDatabase database = QSqlDatabase::addDatabase("QMYSQL", connectionName);
-    database.setHostName(host());
+    database.setHostName(host);
     database.setPort(port());
-    database.setUserName(user());
-    database.setPassword(password());
+    database.setUserName(user);
+    database.setPassword(password);
     database.setDatabaseName(databaseName);
     database.setConnectOptions("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1");
     return database;
@@ -55,13 +33,13 @@ QSqlDatabase TestServer::addConnection(const QString &connectionName, const QStr
 QStringList TestServer::options(const QString &databaseName)
 {
     const QString text("--db-host %1 --db-port %2 --db-user %3 --db-name %4");
-    return text.arg(host()).arg(port()).arg(user(), databaseName).split(' ');
+    return text.arg(host).arg(port()).arg(user, databaseName).split(' ');
 }
 
 QProcessEnvironment TestServer::environment(const QString &moment)
 {
     QProcessEnvironment result = QProcessEnvironment::systemEnvironment();
-    result.insert("AUTOREPORT_DB_PASSWORD", password());
+    result.insert("AUTOREPORT_DB_PASSWORD", password);
     if (moment.isEmpty())
         return result;
     result.insert("LD_PRELOAD", AUTOREPORT_FAKETIME);
@@ -70,59 +48,62 @@ QProcessEnvironment TestServer::environment(const QString &moment)
     return result;
 }
 
+OwnServer::OwnServer()
+{
+    run("start");
+    qputenv("AUTOREPORT_TEST_SERVER", folder.filePath("server").toLocal8Bit());
+}
+
+void OwnServer::run(const char *command) const
+{
+    if (QProcess::execute(AUTOREPORT_PRIVATE_MARIADB, {command, folder.filePath("server")}) != 0)
+        qFatal("test bench: cannot %s the server", command);
+}
+
 TestDatabase::TestDatabase(Tables tables)
 {
     static std::atomic<int> made{0};
     databaseName = QString("t%1_%2").arg(QCoreApplication::applicationPid()).arg(++made);
-    connectionName = TestServer::ownPrefix() + databaseName;
+    connectionName = TestServer::ownPrefix + databaseName;
 
     QSqlDatabase database = TestServer::addConnection(connectionName, QString());
-    const auto open = [&database] {
-        if (!database.open())
-            qFatal("test bench: %s", qUtf8Printable(database.lastError().text()));
-    };
-    open();
-    run(database, QString("CREATE DATABASE %1").arg(databaseName));
-    database.close();
+    exec("CREATE DATABASE " + databaseName);
+    database.close(); // the next statement opens it again
     database.setDatabaseName(databaseName);
-    open();
-
     if (tables == Tables::None)
         return;
-    static const QRegularExpression endOfStatement(";\\s*\n");
     const QString file = tables == Tables::Info ? "tables-info.sql" : "tables-schema.sql";
-    const QString text = readFile(AUTOREPORT_SOURCE_DIR "/demo/" + file);
-    exec(text.split(endOfStatement, Qt::SkipEmptyParts));
+    exec(readFile(AUTOREPORT_SOURCE_DIR "/demo/" + file));
 }
 
 TestDatabase::~TestDatabase()
 {
-    exec(QString("DROP DATABASE %1").arg(databaseName));
+    exec("DROP DATABASE " + databaseName);
     database().close();
     QSqlDatabase::removeDatabase(connectionName);
 }
 
-QSqlDatabase TestDatabase::database() const
+QSqlQuery TestDatabase::run(const QString &sql) const
 {
-    return QSqlDatabase::database(connectionName);
+    QSqlQuery query(database());
+    query.setForwardOnly(true);
+    if (!query.exec(sql))
+        qFatal("test bench: %s\n%s", qUtf8Printable(query.lastError().text()), qUtf8Printable(sql));
+    return query;
 }
 
-void TestDatabase::exec(const QString &sql) const
+void TestDatabase::exec(const QString &statements) const
 {
-    run(database(), sql);
-}
-
-void TestDatabase::exec(const QStringList &statements) const
-{
-    for (const QString &statement : statements)
-        exec(statement);
+    static const QRegularExpression end(";\\s*\n\\s*");
+    for (const QString &statement : statements.split(end, Qt::SkipEmptyParts))
+        run(statement);
 }
 
 void TestDatabase::addSchemas(const QStringList &tokens, const QString &name) const
 {
     const QString row =
         QString("('%4', '%1', '%2', '%3', 1)")
-            .arg(name, TestServer::user(), QString(TestServer::password().toUtf8().toBase64()));
+            .arg(name, TestServer::user, QString(TestServer::password.toUtf8().toBase64()));
     QStringList rows;
     for (const QString &token : tokens)
         rows.append(QString(row).replace("%4", token));
@@ -132,7 +113,7 @@ void TestDatabase::addSchemas(const QStringList &tokens, const QString &name) co
 QVector<QVariantList> TestDatabase::rows(const QString &sql) const
 {
     QVector<QVariantList> result;
-    QSqlQuery query = run(database(), sql);
+    QSqlQuery query = run(sql);
     while (query.next()) {
         QVariantList row;
         for (int column = 0; column < query.record().count(); ++column)
@@ -144,6 +125,6 @@ QVector<QVariantList> TestDatabase::rows(const QString &sql) const
 
 QVariant TestDatabase::value(const QString &sql) const
 {
-    QSqlQuery query = run(database(), sql);
+    QSqlQuery query = run(sql);
     return query.next() ? query.value(0) : QVariant();
 }

@@ -2,7 +2,9 @@
 
 #include <QProcessEnvironment>
 #include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QStringList>
+#include <QTemporaryDir>
 #include <QVariant>
 
 /**
@@ -14,28 +16,15 @@
 namespace TestServer
 {
 
-inline QString host()
-{
-    return "127.0.0.1";
-}
+const QString host = "127.0.0.1";
+const QString user = "autoreport";
+const QString password = "secret";
+/// What the name of every connection of the bench itself begins with.
+const QString ownPrefix = "TestDatabase.";
 int port();
-inline QString user()
-{
-    return "autoreport";
-}
-inline QString password()
-{
-    return "secret";
-}
 
 /// Registers a connection to `databaseName`, not opened. The caller removes it.
 QSqlDatabase addConnection(const QString &connectionName, const QString &databaseName);
-
-/// What the name of every connection of the bench itself begins with.
-inline QString ownPrefix()
-{
-    return "TestDatabase.";
-}
 
 /// The options of the program that lead to that database, and its environment with the password;
 /// the clock is set to `moment` unless it is empty.
@@ -43,6 +32,21 @@ QStringList options(const QString &databaseName);
 QProcessEnvironment environment(const QString &moment = QString());
 
 } // namespace TestServer
+
+/// A server of one test's own: all databases made while it lives are there.
+class OwnServer
+{
+public:
+    OwnServer();
+    ~OwnServer() { run("stop"); }
+    Q_DISABLE_COPY(OwnServer)
+    void restart() const { run("restart"); }
+
+    const QTemporaryDir folder;
+
+private:
+    void run(const char *command) const;
+};
 
 /**
  * A database of its own for one test, dropped with the object.
@@ -60,10 +64,10 @@ public:
     Q_DISABLE_COPY(TestDatabase)
 
     QString name() const { return databaseName; }
-    QSqlDatabase database() const;
+    QSqlDatabase database() const { return QSqlDatabase::database(connectionName); }
 
-    void exec(const QString &sql) const;
-    void exec(const QStringList &statements) const;
+    /// Several statements are parted by semicolons at the ends of lines.
+    void exec(const QString &statements) const;
     /// Of an information database: lists `databaseName` under each of the tokens.
     void addSchemas(const QStringList &tokens, const QString &databaseName) const;
 
@@ -72,6 +76,8 @@ public:
     QVariant value(const QString &sql) const;
 
 private:
+    QSqlQuery run(const QString &sql) const;
+
     QString databaseName;
     QString connectionName;
 };

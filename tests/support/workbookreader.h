@@ -2,7 +2,6 @@
 
 #include <QByteArrayList>
 #include <QJsonObject>
-#include <QMetaType>
 #include <QStringList>
 #include <QVector>
 
@@ -19,7 +18,6 @@ QJsonObject readSheet(const QString &path);
 QByteArray readRaw(const QString &option, const QString &path);
 
 enum class Program { Gnumeric, LibreOffice };
-Q_DECLARE_METATYPE(Program)
 
 /// Lets the program open the file and save it under another suffix; gives the new file's path.
 QString savedBy(Program program, const QString &path, const QString &suffix);

@@ -1,20 +1,17 @@
 #pragma once
 
 #include "support/reportbench.h"
-#include "support/testdata.h"
 
-#include <QObject>
 #include <QProcess>
-
-#include <memory>
 
 /**
  * What tests of the operator's commands share: an information database that lists one schema,
- * "firm", and the program as a process, judged by its output and its exit status.
+ * "firm", as it is on a good day, with one person and a report made this morning, and the program
+ * as a process, judged by its output and its exit status.
  *
  * The moment is a morning in 2023, so that what is due does not depend on when the tests run.
  */
-class ToolTest : public QObject
+class ToolTest : public ReportTest
 {
     Q_OBJECT
 
@@ -42,31 +39,18 @@ protected:
         return {ended ? tool->exitCode() : -1, QString::fromUtf8(tool->readAllStandardOutput()),
                 QString::fromUtf8(tool->readAllStandardError())};
     }
-    /// As it is on a good day: one person, made this morning.
-    void setUpDailyReport() const
+    std::unique_ptr<TestDatabase> info; ///< lists the bench's schema as "firm"
+    const QString moment = "2023-11-15 09:30:00";
+
+private:
+    void prepare() override
     {
+        info = std::make_unique<TestDatabase>(TestDatabase::Tables::Info);
+        info->addSchemas({"firm"}, bench->schema.name());
+        bench->schema.exec("INSERT INTO people (pid, surname, name) VALUES (7, 'Novák', 'Ján')");
         bench->set("autoReport.DailyAtten.enabled", "1");
         bench->set("autoReport.DailyAtten.emails", "a@firma.sk");
         bench->set("autoReport.DailyAtten.time", "07:00");
         bench->set("autoReport.DailyAtten.lastGenerated", "1700028002");
-        bench->schema.exec("INSERT INTO people (pid, surname, name) VALUES (7, 'Novák', 'Ján')");
-    }
-
-    std::unique_ptr<ReportBench> bench; ///< with the schema "firm"
-    std::unique_ptr<TestDatabase> info;
-    const QString moment = "2023-11-15 09:30:00";
-
-private Q_SLOTS:
-    void initTestCase() { ReportBench::setTimeZone(); }
-    void init()
-    {
-        bench = std::make_unique<ReportBench>();
-        info = std::make_unique<TestDatabase>(TestDatabase::Tables::Info);
-        info->addSchemas({"firm"}, bench->schema.name());
-    }
-    void cleanup()
-    {
-        info.reset();
-        bench.reset();
     }
 };

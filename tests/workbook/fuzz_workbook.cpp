@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QJsonArray>
-#include <QTextStream>
 
 #include <climits>
 #include <cmath>
@@ -30,8 +29,15 @@ public:
         , book(isXls)
     {
         book->setRgbMode(chance(2));
-        for (int calls = below(400); calls > 0; --calls)
-            call();
+        for (int calls = below(400); calls > 0; --calls) {
+            const int kind = below(20);
+            if (sheets.empty() || (kind == 0 && sheets.size() < 4))
+                addSheet();
+            else if (kind == 1)
+                addFormat();
+            else
+                kind == 2 ? setUpPage(any(sheets)) : writeCell();
+        }
     }
 
     /** Whether saving answers as it must, and leaves a file only when it succeeds. */
@@ -47,19 +53,17 @@ public:
     [[nodiscard]] bool equals(const QJsonObject &read) const
     {
         const QJsonArray found = read["sheets"_q].toArray();
-        bool same = found.size() == static_cast<int>(sheets.size());
-        for (std::size_t sheet = 0; same && sheet < sheets.size(); ++sheet) {
-            const QJsonObject all = found[static_cast<int>(sheet)].toObject()["cells"_q].toObject();
-            QJsonObject plain;
-            for (auto cell = all.begin(); cell != all.end(); ++cell) {
-                const QJsonValue type = cell->toObject()["type"_q];
-                const bool hidden = type == "formula"_q; // its text differs between the formats
-                plain[cell.key()] =
-                    QJsonArray{type, hidden ? QJsonValue() : cell->toObject()["value"_q]};
+        std::vector<QJsonObject> plain;
+        for (const auto &sheet : found) {
+            QJsonObject all = sheet.toObject()["cells"_q].toObject();
+            for (const QString &name : all.keys()) {
+                const QJsonObject cell = all[name].toObject();
+                const bool hidden = cell["type"_q] == "formula"_q; // differs between the formats
+                all[name] = QJsonArray{cell["type"_q], hidden ? QJsonValue() : cell["value"_q]};
             }
-            same = plain == cells[sheet];
+            plain.push_back(all);
         }
-        return same;
+        return plain == cells;
     }
 
 private:
@@ -103,50 +107,25 @@ private:
 
     std::wstring expression(int depth)
     {
-        const auto inner = [&] {
-            return expression(depth + 1);
-        };
-        switch (depth > 4 ? 0 : below(6)) {
-        case 1:
-            return inner() + any<std::wstring>({L"+", L"-", L"*", L"/", L"^", L"&", L"<=", L"<>"}) +
-                   inner();
-        case 2:
-            return L"(" + inner() + L")";
-        case 3:
-            return L"-" + inner() + L"%";
-        case 4:
-            return L"IF(" + inner() + L",SUM(A1:C3," + inner() + L"))";
-        case 5: // often no formula at all
-            return inner() + text();
-        default:
+        if (depth > 4 || chance(3))
             return any<std::wstring>(
                 {L"A1", L"$B$2", L"1", L"0", L"2.5E-3", L"\"č\"\"\"", L"IV65536", L"D1", L"99999"});
-        }
+        const std::wstring left = expression(depth + 1);
+        const std::wstring right = expression(depth + 1);
+        const std::wstring sign =
+            any<std::wstring>({L"+", L"-", L"*", L"/", L"^", L"&", L"<=", L"<>"});
+        return any<std::wstring>({left + sign + right, L"(" + left + L")", L"-" + left + L"%",
+                                  L"IF(" + left + L",SUM(A1:C3," + right + L"))",
+                                  left + text()}); // often no formula at all
     }
 
     Format *anyFormat() { return formats.empty() || chance(3) ? nullptr : any(formats); }
 
-    void call()
-    {
-        const int kind = below(20);
-        if (sheets.empty() || kind == 0)
-            addSheet();
-        else if (kind == 1)
-            addFormat();
-        else if (kind == 2)
-            page(any(sheets));
-        else
-            writeCell();
-    }
-
     void addSheet()
     {
-        const std::size_t from =
-            sheets.empty() || chance(2) ? sheets.size() : random() % sheets.size();
-        const bool copies = from < sheets.size();
-        Sheet *sheet = sheets.size() == 4
-                           ? nullptr
-                           : book->addSheet(text().c_str(), copies ? sheets[from] : nullptr);
+        const bool copies = !sheets.empty() && chance(2);
+        const std::size_t from = copies ? random() % sheets.size() : 0;
+        Sheet *sheet = book->addSheet(text().c_str(), copies ? sheets[from] : nullptr);
         if (sheet == nullptr)
             return;
         sheets.push_back(sheet);
@@ -167,7 +146,7 @@ private:
         formats.push_back(format);
     }
 
-    void page(Sheet *sheet)
+    void setUpPage(Sheet *sheet)
     {
         sheet->setCol(index(columns), index(columns), number(), anyFormat(), chance(5));
         sheet->setRow(index(rows), number(), anyFormat(), chance(5));
@@ -266,18 +245,14 @@ int main(int argc, char **argv)
         return 2;
     const QTemporaryDir temporary;
     const QDir folder(arguments.value(3, temporary.path()));
-    QTextStream out(stdout);
     QElapsedTimer clock;
     clock.start();
     const unsigned seed = arguments[1].toUInt() * 1000003U;
     unsigned books = 0;
-    for (; clock.elapsed() < arguments[2].toLongLong() * 1000; books += booksPerBatch) {
-        const QString wrong = wrongBook(seed + books, folder);
-        if (!wrong.isEmpty()) {
-            out << wrong << " is wrong, after " << books << " books\n";
-            return 1;
-        }
-    }
-    out << books << " books, all well\n";
-    return 0;
+    QString wrong;
+    for (; wrong.isEmpty() && clock.elapsed() < arguments[2].toLongLong() * 1000;
+         books += booksPerBatch)
+        wrong = wrongBook(seed + books, folder);
+    qInfo("%u books, %s", books, wrong.isEmpty() ? "all well" : qPrintable(wrong + " is wrong"_q));
+    return wrong.isEmpty() ? 0 : 1;
 }

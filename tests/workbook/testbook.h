@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/testdata.h"
 #include "support/workbookreader.h"
 #include "workbook/book.h"
 #include "workbook/enums.h"
@@ -10,7 +11,6 @@
 #include <QCoreApplication>
 #include <QJsonObject>
 #include <QTemporaryDir>
-#include <QTest>
 
 /** Text of UTF-8 source code. */
 inline QString operator""_q(const char *text, std::size_t bytes)
@@ -30,8 +30,7 @@ public:
     {
     }
     ~TestBook() { book->release(); }
-    TestBook(const TestBook &) = delete;
-    TestBook &operator=(const TestBook &) = delete;
+    Q_DISABLE_COPY(TestBook)
 
     libxl::IBookT<wchar_t> *operator->() const { return book; }
 
@@ -43,12 +42,6 @@ public:
 private:
     libxl::IBookT<wchar_t> *book;
 };
-
-inline QByteArray bytesOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 inline QJsonObject cellOf(const QJsonObject &sheet, const QString &reference)
 {

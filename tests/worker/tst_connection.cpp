@@ -1,29 +1,9 @@
 #include "worker/autoreportworker.h"
 
-#include "support/logcapture.h"
-#include "support/testdata.h"
 #include "support/testhost.h"
 
-#include <QProcess>
 #include <QScopeGuard>
 #include <QSemaphore>
-#include <QTemporaryDir>
-
-#include <memory>
-#include <thread>
-
-namespace
-{
-
-constexpr int patienceMs = 60000;
-const QString reconnects = "MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1";
-
-bool server(const char *command, const QString &folder)
-{
-    return QProcess::execute(AUTOREPORT_PRIVATE_MARIADB, {command, folder}) == 0;
-}
-
-} // namespace
 
 /// Workers whose server restarts or drops them; on a server of this test's own.
 class TestConnection : public QObject
@@ -31,20 +11,103 @@ class TestConnection : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase() { QVERIFY(server("stop", serverFolder)); }
-    void init();
-    void cleanup();
-    void lostBetweenTicks_data();
-    void lostBetweenTicks();
-    void lostDuringRun_data();
-    void lostDuringRun();
+    void init()
+    {
+        qputenv("TMPDIR", server.folder.path().toLocal8Bit());
+        log = std::make_unique<LogCapture>();
+        schema = std::make_unique<TestDatabase>(TestDatabase::Tables::Schema);
+        enableDailyReport(*schema, "a@firma.sk,b@firma.sk");
+    }
+
+    void cleanup()
+    {
+        schema.reset();
+        checkConnections(*log);
+        log.reset();
+    }
+
+    void lostBetweenTicks_data()
+    {
+        addColumns<bool, QString>("restart", "options");
+        addRow("server restarted, driver reconnects", true, reconnects);
+        addRow("server restarted, driver does not", true, "");
+        addRow("connection killed, driver reconnects", false, reconnects);
+        addRow("connection killed, driver does not", false, "");
+    }
+
+    void lostBetweenTicks()
+    {
+        QFETCH(bool, restart);
+        QFETCH(QString, options);
+        AutoReportWorker worker(config(options), nullptr);
+        QVERIFY(worker.start());
+        worker.activateReports();
+        QCOMPARE(logged("no people!"), 1);
+        restart ? server.restart() : killConnection();
+        schema->database().close();
+
+        addPeople(*schema, 2);
+        for (int tick = 0; tick < 2; ++tick) {
+            worker.activateReports();
+            QCOMPARE(logged("was lost and made again"), 1);
+            QCOMPARE(mails(), 2);
+        }
+        worker.stop();
+    }
+
+    void lostDuringRun_data()
+    {
+        addColumns<bool, QString>("queueing", "options");
+        addRow("while it reads", false, reconnects);
+        addRow("while it reads, for good", false, "");
+        addRow("while it queues", true, reconnects);
+    }
+
+    /// Nothing is done half, and the next tick does it whole.
+    void lostDuringRun()
+    {
+        QFETCH(bool, queueing);
+        QFETCH(QString, options);
+        addPeople(*schema, queueing ? 2 : peopleForSeconds());
+        if (queueing)
+            schema->exec("CREATE TRIGGER slow AFTER INSERT ON emails FOR EACH ROW DO SLEEP(0.5)");
+        QSemaphore nextTick;
+        std::thread run([this, &nextTick, &options] {
+            AutoReportWorker worker(config(options), nullptr);
+            worker.start();
+            worker.activateReports();
+            nextTick.acquire();
+            worker.activateReports();
+            worker.stop();
+        });
+        auto end = qScopeGuard([&] {
+            nextTick.release();
+            run.join();
+        });
+        const QString inserts = "SELECT 1 FROM information_schema.processlist WHERE info LIKE "
+                                "'INSERT INTO emails%' OR state = 'User sleep'";
+        const auto isAtIt = [&] {
+            return queueing ? schema->value(inserts).isValid() : logged("people SQL:") == 1;
+        };
+        QVERIFY(QTest::qWaitFor(isAtIt, patienceMs));
+        killConnection();
+        QTRY_COMPARE_WITH_TIMEOUT(logged("database connection lost, no mail queued!"), 1,
+                                  patienceMs);
+        QCOMPARE(mails(), 0);
+        QVERIFY(!schema->value("SELECT 1 FROM vars WHERE name LIKE '%lastGenerated'").isValid());
+
+        end.dismiss();
+        nextTick.release();
+        run.join();
+        QCOMPARE(mails(), 2);
+        QCOMPARE(logged("was lost and made again"), 1);
+    }
 
 private:
     AutoReportDbConfig config(const QString &options) const
     {
-        return {"QMYSQL",       "worker",           TestServer::host(),     TestServer::port(),
-                schema->name(), TestServer::user(), TestServer::password(), options};
+        return {"QMYSQL",       "worker",         TestServer::host,     TestServer::port(),
+                schema->name(), TestServer::user, TestServer::password, options};
     }
     int logged(const char *part) const { return log->countContaining(part); }
     int mails() const { return schema->value("SELECT COUNT(*) FROM emails").toInt(); }
@@ -57,115 +120,11 @@ private:
         schema->exec("KILL " + id.toString());
     }
 
-    QTemporaryDir folder;
-    QString serverFolder = folder.filePath("server");
+    const QString reconnects = "MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1";
+    const OwnServer server;
     std::unique_ptr<LogCapture> log;
     std::unique_ptr<TestDatabase> schema;
 };
-
-void TestConnection::initTestCase()
-{
-    QVERIFY(server("start", serverFolder));
-    qputenv("AUTOREPORT_TEST_SERVER", serverFolder.toLocal8Bit());
-    qputenv("TMPDIR", folder.path().toLocal8Bit());
-}
-
-void TestConnection::init()
-{
-    log = std::make_unique<LogCapture>();
-    schema = std::make_unique<TestDatabase>(TestDatabase::Tables::Schema);
-    enableDailyReport(*schema, "a@firma.sk,b@firma.sk");
-}
-
-void TestConnection::cleanup()
-{
-    schema.reset();
-    checkConnections(*log);
-    log.reset();
-}
-
-void TestConnection::lostBetweenTicks_data()
-{
-    addColumns<bool, QString>("restart", "options");
-    addRow("server restarted, driver reconnects", true, reconnects);
-    addRow("server restarted, driver does not", true, "");
-    addRow("connection killed, driver reconnects", false, reconnects);
-    addRow("connection killed, driver does not", false, "");
-}
-
-void TestConnection::lostBetweenTicks()
-{
-    QFETCH(bool, restart);
-    QFETCH(QString, options);
-    AutoReportWorker worker(config(options), nullptr);
-    QVERIFY(worker.start());
-    worker.activateReports();
-    QCOMPARE(logged("no people!"), 1);
-    if (restart)
-        QVERIFY(server("restart", serverFolder));
-    else
-        killConnection();
-    schema->database().close();
-    QVERIFY(schema->database().open());
-
-    addPeople(*schema, 2);
-    for (int tick = 0; tick < 2; ++tick) {
-        worker.activateReports();
-        QCOMPARE(logged("was lost and made again"), 1);
-        QCOMPARE(mails(), 2);
-    }
-    worker.stop();
-}
-
-void TestConnection::lostDuringRun_data()
-{
-    addColumns<bool, QString>("queueing", "options");
-    addRow("while it reads", false, reconnects);
-    addRow("while it reads, for good", false, "");
-    addRow("while it queues", true, reconnects);
-}
-
-/// Nothing is done half, and the next tick does it whole.
-void TestConnection::lostDuringRun()
-{
-    QFETCH(bool, queueing);
-    QFETCH(QString, options);
-    addPeople(*schema, queueing ? 2 : peopleForSeconds());
-    if (queueing)
-        schema->exec("CREATE TRIGGER slow AFTER INSERT ON emails FOR EACH ROW DO SLEEP(0.5)");
-    QSemaphore nextTick;
-    std::thread run([this, &nextTick, &options] {
-        AutoReportWorker worker(config(options), nullptr);
-        worker.start();
-        worker.activateReports();
-        nextTick.acquire();
-        worker.activateReports();
-        worker.stop();
-    });
-    auto end = qScopeGuard([&] {
-        nextTick.release();
-        run.join();
-    });
-    const auto isAtIt = [&] {
-        return queueing ? schema
-                              ->value("SELECT COUNT(*) FROM information_schema.processlist "
-                                      "WHERE info LIKE 'INSERT INTO emails%' OR state = "
-                                      "'User sleep'")
-                              .toInt()
-                        : logged("people SQL:");
-    };
-    QVERIFY(QTest::qWaitFor([&] { return isAtIt() == 1; }, patienceMs));
-    killConnection();
-    QTRY_COMPARE_WITH_TIMEOUT(logged("database connection lost, no mail queued!"), 1, patienceMs);
-    QCOMPARE(mails(), 0);
-    QVERIFY(!schema->value("SELECT 1 FROM vars WHERE name LIKE '%lastGenerated'").isValid());
-
-    end.dismiss();
-    nextTick.release();
-    run.join();
-    QCOMPARE(mails(), 2);
-    QCOMPARE(logged("was lost and made again"), 1);
-}
 
 QTEST_GUILESS_MAIN(TestConnection)
 #include "tst_connection.moc"
