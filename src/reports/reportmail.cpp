@@ -61,17 +61,23 @@ QByteArray attachmentDocument(QFile &file)
     return document += frame.mid(place);
 }
 
-/// Zero, whatever went before, when the transaction is gone.
-int queueForEach(const char *report, MailRecord mail, const QStringList &recipients,
+/// Zero, whatever went before, when the transaction is gone or the run is to stop.
+int queueForEach(const char *report, MailRecord mail, const ReportRun &run,
                  const QSqlDatabase &database, ReportTransaction &transaction)
 {
     MailRepository repository(nullptr);
     repository.setDB(database);
     int created = 0;
-    for (const QString &recipient : recipients) {
+    for (const QString &recipient : run.settings.recipients) {
         mail.to = recipient.trimmed();
         if (mail.to.isEmpty())
             continue;
+        // Thousands of mails take longer than a stop may. What can not be taken back goes on, or
+        // the next run would mail some recipients again.
+        if ((created == 0 || transaction.canTakeBack()) && isInterrupted(report, run)) {
+            transaction.giveUp();
+            return 0;
+        }
         const int mid = static_cast<int>(repository.addMail(mail));
         if (mid > 0)
             ++created;
@@ -117,7 +123,7 @@ int queueReport(const char *report, const QString &prefix, const MailRecord &mai
     ReportTransaction transaction(report, database, run.connectionId);
     if (!transaction.isIntact())
         return 0;
-    const int queued = queueForEach(report, mail, run.settings.recipients, database, transaction);
+    const int queued = queueForEach(report, mail, run, database, transaction);
     // Whatever the report's rule, an operator who gets no mail has no report.
     const bool made = queued > 0 || (counts == CountsAsMade::Always && !run.byHand);
     if (made && run.mark && transaction.isIntact())

@@ -17,7 +17,7 @@ struct ReportRun {
     bool byHand = false;         ///< an operator's run: it never counts without a mail
     /// Called by the daily report, which may take long, after each row with the number of all rows.
     std::function<void(int)> progress = nullptr;
-    /// Asked at each row: true ends the run as an interruption of the thread does.
+    /// Asked at each row and mail: true ends the run as an interruption of the thread does.
     std::function<bool()> isCancelled = nullptr;
 };
 

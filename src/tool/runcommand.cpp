@@ -55,10 +55,7 @@ int queue(const Invocation &invocation, const QSqlDatabase &database, const QStr
     job.run.mark = invocation.has("mark");
     return withReport(invocation.kind, database, [&](auto &report) {
         const QString path = folder.filePath(report.fileName(invocation.date()));
-        // The last moment for a change of mind: mails go out all or none.
-        const bool saved = report.saveWorkbook(path, job.run) &&
-                           !isInterrupted(reportClass(invocation.kind), job.run);
-        return saved ? report.queueMails(path, job.run) : 0;
+        return report.saveWorkbook(path, job.run) ? report.queueMails(path, job.run) : 0;
     });
 }
 
