@@ -15,6 +15,8 @@
 
 #include <limits>
 
+#include <fcntl.h>
+
 namespace
 {
 
@@ -33,11 +35,17 @@ QString mimeTypeName(const QString &path)
                      "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet");
 }
 
-/// Empty when reading fails, or for a file above what a byte array holds.
-QByteArray attachmentDocument(QFile &file)
+/// Empty when the file can not be read, or for one above what a byte array holds.
+QByteArray attachmentDocument(const QString &path)
 {
-    const QJsonObject attachment{{QStringLiteral("type"), mimeTypeName(file.fileName())},
-                                 {QStringLiteral("name"), QFileInfo(file).fileName()},
+    // Opened as the engine names it: in UTF-8, whatever the process's locale.
+    QFile file;
+    const int descriptor = ::open(path.toUtf8().constData(), O_RDONLY | O_CLOEXEC);
+    if (descriptor == -1 ||
+        !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+        return QByteArray();
+    const QJsonObject attachment{{QStringLiteral("type"), mimeTypeName(path)},
+                                 {QStringLiteral("name"), QFileInfo(path).fileName()},
                                  {QStringLiteral("content"), QString()}};
     const QJsonObject root{{QStringLiteral("attachments"), QJsonArray{attachment}}};
     const QByteArray frame = QJsonDocument(root).toJson(QJsonDocument::Indented);
@@ -104,9 +112,7 @@ MailRecord makeReportMail(const ReportMailTexts &texts, const QString &path,
             .variableGet(QStringLiteral("globalEmail"), QStringLiteral(AUTOREPORT_DEFAULT_SENDER))
             .toString();
 
-    QFile file(path);
-    if (file.open(QIODevice::ReadOnly))
-        mail.data = attachmentDocument(file);
+    mail.data = attachmentDocument(path);
     if (mail.data.isEmpty())
         qCritical("%s makeMail - can not open file '%s' for read!", texts.report, qPrintable(path));
     return mail;
