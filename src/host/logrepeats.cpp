@@ -30,8 +30,8 @@ QStringList LogRepeats::takeSummaries(qint64 nowMs)
     nextLookMs = nowMs + hourMs;
     for (auto it = seen.begin(); it != seen.end();) {
         if (nowMs - it->shownMs >= hourMs && it->hidden > 0) {
-            summaries.append(
-                QStringLiteral("%1 (%2 times in the last hour)").arg(it.key()).arg(it->hidden));
+            summaries.append(QStringLiteral("%1 (%2 times in the last hour)")
+                                 .arg(it.key(), QString::number(it->hidden)));
             it->shownMs = nowMs;
             it->hidden = 0;
         }

@@ -17,17 +17,17 @@ private Q_SLOTS:
         QStringList summaries;
         for (int minute = 0; minute <= 180; ++minute) {
             summaries += repeats.takeSummaries(minute * minuteMs);
-            shown += repeats.isShown("queue full", minute * minuteMs) ? 1 : 0;
+            shown += repeats.isShown("queue %1 full", minute * minuteMs) ? 1 : 0;
             if (minute == 30)
                 QVERIFY(repeats.isShown("no people", minute * minuteMs));
         }
         QCOMPARE(shown, 1);
         summaries += repeats.takeSummaries(9 * hourMs); // the last one of the third hour
-        QCOMPARE(summaries, QStringList({"queue full (59 times in the last hour)",
-                                         "queue full (60 times in the last hour)",
-                                         "queue full (60 times in the last hour)",
-                                         "queue full (1 times in the last hour)"}));
-        QVERIFY2(repeats.isShown("queue full", 9 * hourMs), "back after silence");
+        QCOMPARE(summaries, QStringList({"queue %1 full (59 times in the last hour)",
+                                         "queue %1 full (60 times in the last hour)",
+                                         "queue %1 full (60 times in the last hour)",
+                                         "queue %1 full (1 times in the last hour)"}));
+        QVERIFY2(repeats.isShown("queue %1 full", 9 * hourMs), "back after silence");
     }
 };
 
