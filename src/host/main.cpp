@@ -29,5 +29,5 @@ int main(int argc, char *argv[])
     std::signal(SIGPIPE, SIG_IGN);
     LogSink::install(commandLine.options->debugLevel > 0);
     Language::install(commandLine.options->language);
-    return ServeCommand(*commandLine.options).run();
+    return ServeCommand::run(*commandLine.options);
 }

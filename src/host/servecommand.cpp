@@ -1,14 +1,18 @@
 #include "host/servecommand.h"
 
 #include "db/dbmanager.h"
+#include "host/signalwatcher.h"
 #include "plugin/databasemanagerinterface.h"
 #include "plugin/serverinterface.h"
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QEventLoop>
 #include <QSqlError>
+#include <QThread>
 #include <QTimer>
 
+#include <atomic>
 #include <chrono>
 
 namespace
@@ -22,8 +26,30 @@ QString masterName(bool single)
 
 } // namespace
 
-ServeCommand::ServeCommand(const ServeOptions &serveOptions)
+int ServeCommand::run(const ServeOptions &options)
+{
+    SignalWatcher signalWatcher;
+    std::atomic<int> status{1};
+    const std::unique_ptr<QThread> thread(
+        QThread::create([&] { status = ServeCommand(options, signalWatcher).serve(); }));
+    QObject::connect(&signalWatcher, &SignalWatcher::stopRequested, [&thread] {
+        thread->requestInterruption();
+        thread->quit();
+    });
+    QObject::connect(thread.get(), &QThread::finished, qApp, &QCoreApplication::quit);
+    if (options.runForSeconds > 0) {
+        QTimer::singleShot(std::chrono::seconds(options.runForSeconds), &signalWatcher,
+                           &SignalWatcher::stopRequested);
+    }
+    thread->start();
+    QCoreApplication::exec();
+    thread->wait();
+    return status;
+}
+
+ServeCommand::ServeCommand(const ServeOptions &serveOptions, SignalWatcher &watcher)
     : options(serveOptions)
+    , signalWatcher(watcher)
     , manager(std::make_unique<DBManager>())
     , plugin(std::make_unique<PluginHandle>())
 {
@@ -32,7 +58,7 @@ ServeCommand::ServeCommand(const ServeOptions &serveOptions)
 
 ServeCommand::~ServeCommand() = default;
 
-int ServeCommand::run()
+int ServeCommand::serve()
 {
     const bool started = loadPlugin() && connectDatabase() && startPlugin();
     if (started)
@@ -92,18 +118,15 @@ bool ServeCommand::startPlugin()
 void ServeCommand::waitForEnd()
 {
     ServerInterface *server = plugin->server();
-    QObject::connect(&signalWatcher, &SignalWatcher::stopRequested,
-                     [] { QCoreApplication::quit(); });
-    QObject::connect(&signalWatcher, &SignalWatcher::pauseRequested, [server] { server->pause(); });
-    QObject::connect(&signalWatcher, &SignalWatcher::resumeRequested,
+    QEventLoop loop; // which the thread's quit() ends, even if it comes first
+    QObject::connect(&signalWatcher, &SignalWatcher::pauseRequested, &loop,
+                     [server] { server->pause(); });
+    QObject::connect(&signalWatcher, &SignalWatcher::resumeRequested, &loop,
                      [server] { server->resume(); });
-    if (options.runForSeconds > 0) {
-        QTimer::singleShot(std::chrono::seconds(options.runForSeconds),
-                           [] { QCoreApplication::quit(); });
-    }
+    QMetaObject::invokeMethod(&signalWatcher, &SignalWatcher::watch);
     qInfo("Host - serving '%s' on %s:%i", qUtf8Printable(options.connection.databaseName),
           qUtf8Printable(options.connection.host), options.connection.port);
-    QCoreApplication::exec();
+    loop.exec();
     server->stop();
 }
 

@@ -45,7 +45,8 @@ SignalWatcher::SignalWatcher(QObject *parent)
     readEnd = ends[0];
     writeEnd = ends[1];
 
-    auto *notifier = new QSocketNotifier(readEnd, QSocketNotifier::Read, this);
+    notifier = new QSocketNotifier(readEnd, QSocketNotifier::Read, this);
+    notifier->setEnabled(false);
     connect(notifier, &QSocketNotifier::activated, this, &SignalWatcher::deliver);
     for (const int number : watched)
         setHandler(number, forward);
@@ -58,6 +59,11 @@ SignalWatcher::~SignalWatcher()
     ::close(writeEnd);
     writeEnd = -1;
     ::close(readEnd);
+}
+
+void SignalWatcher::watch()
+{
+    notifier->setEnabled(true);
 }
 
 void SignalWatcher::deliver()

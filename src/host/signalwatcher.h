@@ -2,9 +2,11 @@
 
 #include <QObject>
 
+class QSocketNotifier;
+
 /**
  * Brings the process's signals into the event loop: SIGINT and SIGTERM ask to stop, SIGUSR1 to
- * pause, SIGUSR2 to resume. A signal that comes before the loop runs is delivered once it does.
+ * pause, SIGUSR2 to resume. A signal that comes before watch() is delivered with it.
  *
  * One object at a time; when it goes, the signals have their default effect again.
  */
@@ -16,6 +18,8 @@ public:
     explicit SignalWatcher(QObject *parent = nullptr);
     ~SignalWatcher() override;
 
+    void watch();
+
 Q_SIGNALS:
     void stopRequested();
     void pauseRequested();
@@ -25,4 +29,5 @@ private:
     void deliver();
 
     int readEnd = -1;
+    QSocketNotifier *notifier = nullptr;
 };
