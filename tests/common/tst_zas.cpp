@@ -99,15 +99,12 @@ private Q_SLOTS:
 private:
     static uint at(const char *text)
     {
-        return static_cast<uint>(
-            QDateTime::fromString(text, "yyyy-MM-dd HH:mm:ss").toSecsSinceEpoch());
+        return static_cast<uint>(QDateTime::fromString(text, Qt::ISODate).toSecsSinceEpoch());
     }
     /// The date of a midnight; of any other moment the time as well.
     static QString text(qint64 ts)
     {
-        return QDateTime::fromSecsSinceEpoch(ts)
-            .toString("yyyy-MM-dd HH:mm:ss")
-            .remove(" 00:00:00");
+        return QDateTime::fromSecsSinceEpoch(ts).toString(Qt::ISODate).remove("T00:00:00");
     }
 };
 

@@ -65,21 +65,19 @@ private Q_SLOTS:
 
     void schemeIsDecodedAndCached()
     {
-        const auto cached = [this] {
-            return manager->getDbConnRecord("one");
-        };
         const QString password = "heslo ľšč";
         info().addSchemas({"one"}, "db1");
         info().exec(
             QString("UPDATE `schemas` SET pass = '%1'").arg(QString(password.toUtf8().toBase64())));
-        QCOMPARE(cached().token, QString());
+        QCOMPARE(manager->getDbConnRecord("one").token, QString());
         QCOMPARE(manager->loadScheme("one").pass, password);
-        QCOMPARE(QStringList({cached().name, cached().user, cached().pass, cached().token}),
+        const auto cached = manager->getDbConnRecord("one");
+        QCOMPARE(QStringList({cached.name, cached.user, cached.pass, cached.token}),
                  QStringList({"db1", TestServer::user, password, "one"}));
 
         info().exec("UPDATE `schemas` SET status = 0");
         QCOMPARE(manager->loadScheme("one").name, QString());
-        QCOMPARE(cached().name, QString("db1"));
+        QCOMPARE(manager->getDbConnRecord("one").name, QString("db1"));
     }
 
     void everyThreadHasItsOwnConnection()

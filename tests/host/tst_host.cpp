@@ -1,4 +1,5 @@
 #include "support/reportbench.h"
+#include "support/testhost.h"
 
 #include <QLibraryInfo>
 #include <QProcess>
@@ -7,7 +8,7 @@
 #include <csignal>
 
 // The program as a process, judged by its output and its exit status alone.
-class TestHost : public ReportTest
+class TestProgram : public ReportTest
 {
     Q_OBJECT
 
@@ -39,8 +40,7 @@ private Q_SLOTS:
         QFETCH(QString, text);
         for (const QString command : {"serve ", "serve --single "}) {
             log.clear();
-            start(QString(arguments).replace("serve ", command).split(' ', Qt::SkipEmptyParts),
-                  TestServer::environment());
+            start(QString(arguments).replace("serve ", command).split(' ', Qt::SkipEmptyParts));
             QVERIFY(ended());
             QCOMPARE(program->exitCode(), status);
             const QString output = QString::fromUtf8(program->readAllStandardOutput());
@@ -55,9 +55,8 @@ private Q_SLOTS:
     void configuration_data()
     {
         addColumns<QString, bool, QString>("content", "isOpen", "text");
-        const QString way = QString("[database]\nhost=127.0.0.1\nport=%1\nname=here\nuser=%2\n")
-                                .arg(TestServer::port())
-                                .arg(TestServer::user);
+        const QString way = "[database]\nhost=127.0.0.1\nname=here\nuser=" + TestServer::user +
+                            "\nport=" + QString::number(TestServer::port()) + '\n';
         addRow("password", way + "password=secret\n", false, "Unknown database 'here'");
         addRow("quoted", way + "password=\"se,cret\"\n", false, "Access denied");
         addRow("unquoted", way + "password=se,cret", false, "'database/password' in the");
@@ -131,6 +130,24 @@ private Q_SLOTS:
         QVERIFY2(lines.match(log).hasMatch(), qPrintable(log));
     }
 
+    /// In single mode the report is made in the thread that the signals end up in.
+    void endsInMidReport()
+    {
+        addPeople(bench->schema, 1);
+        enableDailyReport(bench->schema, "a@firma.sk");
+        // Locked out of a table, it stands still in the middle of its work.
+        bench->schema.exec("LOCK TABLES atten WRITE");
+        start(QStringList{"serve", "--single"} + TestServer::options(bench->schema.name()));
+        QTRY_COMPARE_WITH_TIMEOUT(bench->schema.connectionsIn("Waiting for table%"), 1, patienceMs);
+        program->terminate();
+        QTest::qWait(200); // for the signal, which nothing tells of
+        bench->schema.exec("UNLOCK TABLES");
+        QVERIFY(ended());
+        QCOMPARE(program->exitCode(), 0);
+        QVERIFY2(log.contains("interrupted, nothing saved and no mail!"), qPrintable(log));
+        QCOMPARE(bench->mails(), 0);
+    }
+
 private:
     void prepare() override
     {
@@ -139,7 +156,8 @@ private:
         program = std::make_unique<QProcess>();
         log.clear();
     }
-    void start(const QStringList &arguments, const QProcessEnvironment &environment)
+    void start(const QStringList &arguments,
+               const QProcessEnvironment &environment = TestServer::environment())
     {
         program->setProcessEnvironment(environment);
         program->start(AUTOREPORT_PROGRAM, arguments);
@@ -164,5 +182,5 @@ private:
     QString log;
 };
 
-QTEST_GUILESS_MAIN(TestHost)
+QTEST_GUILESS_MAIN(TestProgram)
 #include "tst_host.moc"

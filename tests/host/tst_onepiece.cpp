@@ -19,11 +19,10 @@ private Q_SLOTS:
         bench->schema.exec(
             "CREATE TRIGGER slow AFTER INSERT ON emails FOR EACH ROW DO SLEEP(0.05)");
         const auto inserting = [this] {
-            return bench->schema
-                .value("SELECT COUNT(*) FROM information_schema.processlist WHERE state = 'User "
-                       "sleep'")
-                .toInt();
+            return bench->schema.connectionsIn("User sleep");
         };
+        const QString traces = "SELECT CONCAT(COUNT(*), ' ', EXISTS (SELECT 1 FROM vars WHERE name "
+                               "LIKE '%lastGenerated')) FROM emails";
         int killedWithoutTrace = 0;
         for (int moment = 0; moment < 20; ++moment) {
             makeDue(bench->schema);
@@ -35,17 +34,18 @@ private Q_SLOTS:
             QVERIFY(host->waitForFinished(patienceMs));
 
             QTRY_COMPARE_WITH_TIMEOUT(inserting(), 0, patienceMs); // the server notices, too
-            const bool made = bench->lastGenerated("DailyAtten").isValid();
-            QCOMPARE(bench->mails(), made ? recipients : 0);
-            killedWithoutTrace += made ? 0 : 1;
+            const QString left = bench->schema.value(traces).toString();
+            QVERIFY2(left == "0 0" || left == "8 1", qPrintable(left));
+            killedWithoutTrace += left == "0 0" ? 1 : 0;
 
             host = startHost(bench->schema.name());
             QTRY_VERIFY_WITH_TIMEOUT(bench->lastGenerated("DailyAtten").isValid(), patienceMs);
             host->terminate();
             QVERIFY(host->waitForFinished(patienceMs));
-            const auto perRecipient =
-                bench->schema.rows("SELECT COUNT(*), COUNT(DISTINCT `to`) FROM emails");
-            QCOMPARE(perRecipient.at(0), QVariantList({recipients, recipients}));
+            const QVariant different =
+                bench->schema.value("SELECT COUNT(DISTINCT `to`) FROM emails");
+            QCOMPARE(different.toInt(), recipients);
+            QCOMPARE(bench->mails(), recipients);
         }
         QVERIFY2(killedWithoutTrace > 5, qPrintable(QString::number(killedWithoutTrace)));
     }
@@ -60,9 +60,8 @@ private Q_SLOTS:
             .makeReport(recipientList.split(','), QDateTime::currentDateTime());
         QCOMPARE(bench->mails(), recipients - 1);
         QVERIFY(bench->lastGenerated("DailyAtten").isValid());
-        QCOMPARE(
-            bench->log.count(QtWarningMsg, "DailyAttenReport::makeReport() - mail not created!"),
-            1);
+        QCOMPARE(bench->log.texts(QtWarningMsg),
+                 QStringList("DailyAttenReport::makeReport() - mail not created!"));
     }
 
     /// To end a deadlock the server takes a whole transaction back, and goes on without one.
@@ -81,8 +80,9 @@ private Q_SLOTS:
         QVERIFY(competitor.exec("UPDATE locks SET value = 2 WHERE id > 1").isActive());
         std::thread run([&schema] { work("run", schema); });
         // The competitor has changed more rows, so that the run is the one to give way.
-        const QString waits =
-            "SELECT 1 FROM information_schema.innodb_trx WHERE trx_state = 'LOCK WAIT'";
+        const QString waits = "SELECT 1 FROM information_schema.innodb_trx JOIN "
+                              "information_schema.processlist ON id = trx_mysql_thread_id WHERE "
+                              "trx_state = 'LOCK WAIT' AND db = DATABASE()";
         do
             QTest::qWait(200); // the server renews its view when nobody has looked for 100 ms
         while (!schema.value(waits).isValid());

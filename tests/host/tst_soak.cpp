@@ -6,22 +6,6 @@
 
 #include <csignal>
 
-namespace
-{
-
-constexpr int speed = 20; // the host's clock runs so much faster, and so do its minutes
-constexpr int tickMs = 60000 / speed;
-
-/// What a host holds while it has nothing to do.
-struct Holdings {
-    int memoryKiB;
-    int threads;
-    int files;
-    int connections; ///< of the server, the bench's own among them
-};
-
-} // namespace
-
 /**
  * A host at work for long: reports made due again and again, the server restarted, pauses.
  *
@@ -66,8 +50,10 @@ private Q_SLOTS:
                 signalHost(SIGUSR1);
                 QTRY_COMPARE_WITH_TIMEOUT(logged("Worker - pause()"), pauses * count, patienceMs);
             }
-            for (int i = 0; i < count && rounds > 0; ++i)
-                makeDue(*schemas[i]);
+            for (const auto &schema : schemas) {
+                if (rounds > 0)
+                    makeDue(*schema);
+            }
             if (pausing) {
                 QTest::qWait(2 * tickMs);
                 QCOMPARE(sums().at(1).toInt(), 0);
@@ -97,6 +83,17 @@ private Q_SLOTS:
     }
 
 private:
+    static constexpr int speed = 20; // the host's clock runs so much faster, and so do its minutes
+    static constexpr int tickMs = 60000 / speed;
+
+    /// What a host holds while it has nothing to do.
+    struct Holdings {
+        int memoryKiB;
+        int threads;
+        int files;
+        int connections; ///< of the server, the bench's own among them
+    };
+
     void signalHost(int number) const { ::kill(pid_t(host.processId()), number); }
     int logged(const char *part) const { return readFile(log).count(part); }
 
@@ -109,10 +106,8 @@ private:
         QStringList counts;
         for (const auto &schema : schemas)
             counts << count.arg(schema->name());
-        return schemas.front()
-            ->rows("SELECT SUM(mails), SUM(made), MAX(mails) FROM (" + counts.join(" UNION ALL ") +
-                   ") AS counts")
-            .at(0);
+        const QString all = "SELECT SUM(mails), SUM(made), MAX(mails) FROM (%1) AS counts";
+        return schemas.front()->rows(all.arg(counts.join(" UNION ALL "))).at(0);
     }
 
     Holdings holdings() const

@@ -3,7 +3,6 @@
 #include "support/testhost.h"
 
 #include <QElapsedTimer>
-#include <QTemporaryDir>
 #include <QThread>
 
 constexpr int promptMs = sanitized ? 10000 : 2000;
@@ -32,6 +31,8 @@ private Q_SLOTS:
 
     void startStopStart()
     {
+        plugin->stop();
+        QCOMPARE(logged("AutoReport - STOP"), 1);
         for (int round = 1; round <= 2; ++round) {
             QVERIFY(plugin->start() && plugin->start());
             QCOMPARE(logged("already started"), round);
@@ -41,6 +42,10 @@ private Q_SLOTS:
             scan();
             QCOMPARE(logged("worker created for schema 'firma'"), round);
             QCOMPARE(threads(), 1);
+            plugin->pause();
+            QVERIFY(logs("AutoReportWorker - pause() db=", round));
+            plugin->resume();
+            QVERIFY(logs("AutoReportWorker - resume() db=", round));
             plugin->stop();
             QCOMPARE(logged("AutoReportWorker - stop()"), round);
             QTRY_COMPARE_WITH_TIMEOUT(threads(), 0, patienceMs);
@@ -57,21 +62,12 @@ private Q_SLOTS:
         QCOMPARE(logged("AutoReportWorker - stop()"), 3);
     }
 
-    void pauseAndResume()
-    {
-        QVERIFY(plugin->start());
-        scan();
-        plugin->pause();
-        QVERIFY(logs("AutoReportWorker - pause() db="));
-        plugin->resume();
-        QVERIFY(logs("AutoReportWorker - resume() db="));
-        // Destroyed without a stop.
-    }
-
     void schemasThatCannotBeServed()
     {
-        schema->exec("REPLACE INTO vars VALUES ('autoReport.DailyAtten.enabled', '2'), "
-                     "('autoReport.MonthlyAtten.enabled', 'true')");
+        const TestDatabase off(TestDatabase::Tables::Schema);
+        off.exec("INSERT INTO vars VALUES ('autoReport.DailyAtten.enabled', '2'), "
+                 "('autoReport.MonthlyAtten.enabled', 'true')");
+        host->addSchemas({"off"}, off);
         const TestDatabase withoutTables;
         host->addSchemas({"without-tables"}, withoutTables);
         host->infoDatabase().addSchemas({"missing"}, "no_such_database");
@@ -80,9 +76,9 @@ private Q_SLOTS:
         plugin->setDebugLevel(1);
         QVERIFY(plugin->start());
         scan();
-        QCOMPARE(threads(), 0);
+        QCOMPARE(threads(), 1); // of "firma"
         QCOMPARE(logged("database for token 'missing'"), 1);
-        QCOMPARE(logged("active workers: 0 / 5 schemas checked (total schemas: 5)"), 1);
+        QCOMPARE(logged("active workers: 1 / 6 schemas checked (total schemas: 6)"), 1);
 
         // The failed connection is known by now: the next scan finds and tries it again.
         scan();
@@ -91,21 +87,36 @@ private Q_SLOTS:
         QSqlDatabase::removeDatabase(host->manager()->getConnectionNameFromToken("missing"));
     }
 
+    void workerThatCannotStart_data()
+    {
+        addColumns<bool, QString>("nameTaken", "line");
+        addRow("connection name taken", true, "start() - duplicate connection name 'AutoReport.");
+        addRow("no connection left for it", false, "start() - can not open DB '");
+    }
+
     void workerThatCannotStart()
     {
+        QFETCH(bool, nameTaken);
+        QFETCH(QString, line);
         const auto address = reinterpret_cast<quintptr>(plugin.get());
         const QString taken = QString("AutoReport.worker.firma.%1").arg(address, 0, 16);
-        TestServer::addConnection(taken, schema->name());
+        if (nameTaken) {
+            TestServer::addConnection(taken, schema->name());
+        } else { // the scan has taken two
+            schema->exec("CREATE OR REPLACE USER single@'127.0.0.1' IDENTIFIED BY 'secret' WITH "
+                         "MAX_CONNECTIONS_PER_HOUR 2;\nGRANT ALL ON *.* TO single@'127.0.0.1'");
+            host->infoDatabase().exec("UPDATE `schemas` SET user = 'single'");
+        }
         QVERIFY(plugin->start());
         scan();
-        QVERIFY(logs("AutoReportWorker::start() - duplicate connection name '" + taken + "'"));
+        QVERIFY(logs("AutoReportWorker::" + line));
         QTRY_COMPARE_WITH_TIMEOUT(threads(), 0, patienceMs);
         // Worker and thread are gone; the entry stays, so that the schema is not taken up again.
         plugin->pause();
         plugin->resume();
         scan();
         QCOMPARE(logged("worker created"), 1);
-        QVERIFY(QSqlDatabase::contains(taken));
+        QCOMPARE(QSqlDatabase::contains(taken), nameTaken);
         plugin->stop();
         QSqlDatabase::removeDatabase(taken);
     }

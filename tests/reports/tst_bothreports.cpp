@@ -56,10 +56,11 @@ private Q_SLOTS:
         QVERIFY(bench->lastGenerated("MonthlyAtten").toLongLong() >= before);
     }
 
-    /// Both in the same minute, and each once.
+    /// Nothing for nobody; both in the same minute, and each once.
     void onlyWhenDue()
     {
         makeBoth({"  "});
+        QCOMPARE(bench->mails(), 0);
         QVERIFY(!bench->lastGenerated("DailyAtten").isValid());
         makeDue(bench->schema);
         DailyAttenReport daily(bench->database, nullptr);
@@ -128,6 +129,9 @@ private Q_SLOTS:
         for (int i = 0; i < found.size(); ++i)
             QVERIFY2(found[i].startsWith(warnings[i]), qPrintable(found[i]));
         checkBothWentOut();
+        QCOMPARE(cellValue(readSheet(file("DennyReport")), "I2"), QJsonValue());
+        const QJsonValue fund = statements.contains("1e300") ? 1e300 / 3600 : QJsonValue();
+        QCOMPARE(cellValue(readSheet(file("MesReportDochadzky")), "C2"), fund);
     }
 
     void noMail_data()
@@ -167,6 +171,7 @@ private Q_SLOTS:
         addColumns<QString, QString>("name", "shown"); // null: an empty cell
         for (const char *kept : {"O'Brien \"Jano\" \\", "%1 %2 %s", "=1+1", "_x0041_ & <b>"})
             addRow(kept, kept, kept);
+        addRow("emoji, of which the driver has no notion", "EMOJI", "?");
         addRow("control character", "Ján\x01", QString());
         addRow("longer than a cell", QString(32768, 'x'), QString());
     }
@@ -177,7 +182,8 @@ private Q_SLOTS:
         QFETCH(QString, shown);
         bench->schema.exec("ALTER TABLE people MODIFY name TEXT");
         name.replace('\\', "\\\\").replace('\'', "\\'");
-        bench->schema.exec("UPDATE people SET surname = '', name = '" + name + "'");
+        bench->schema.exec("UPDATE people SET surname = '', name = REPLACE('" + name +
+                           "', 'EMOJI', CONVERT(UNHEX('F09F9880') USING utf8mb4))");
         makeBoth();
         checkBothWentOut();
         for (const char *report : {"DennyReport", "MesReportDochadzky"})

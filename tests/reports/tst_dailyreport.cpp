@@ -77,11 +77,9 @@ private Q_SLOTS:
         for (const Program program : {Program::Gnumeric, Program::LibreOffice}) {
             const auto shown = [&](const QString &suffix) {
                 const QString copy = savedBy(program, file(suffix), "xlsx");
-                const QJsonArray read = QJsonDocument::fromJson(readRaw("--foreign", copy))
-                                            .object()["sheets"]
-                                            .toArray();
-                QJsonObject sheet = withoutEmptyCells(read.first().toObject());
-                // LibreOffice without a window drops that of any .xlsx.
+                const auto book = QJsonDocument::fromJson(readRaw("--foreign", copy)).object();
+                QJsonObject sheet = withoutEmptyCells(book["sheets"].toArray()[0].toObject());
+                // LibreOffice without a window drops the frozen row of any .xlsx.
                 if (suffix == "xlsx")
                     sheet["freeze"] = "A2";
                 // The reports set these widths; what the programs say about others differs.
@@ -92,7 +90,8 @@ private Q_SLOTS:
                 return sheet;
             };
             QVERIFY(cellValue(shown("xls"), "O4") == QJsonValue("[D 1.5-2x][L 0.25]"));
-            QCOMPARE(shown("xls"), shown("xlsx"));
+            QVERIFY2(shown("xls") == shown("xlsx"),
+                     program == Program::Gnumeric ? "gnumeric" : "office");
         }
     }
 

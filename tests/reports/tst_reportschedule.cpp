@@ -14,30 +14,27 @@ private Q_SLOTS:
     void rules_data()
     {
         addColumns<QString, QString, QString, ReportReason, int>("time", "last", "now", "reason",
-                                                                 "secondsUntil");
+                                                                 "wait");
         const int hour = 3600;
         const auto due = ReportReason::Due;
         const auto done = ReportReason::AlreadyGenerated;
         const auto early = ReportReason::TooEarly;
-        const char *day = "2023-11-14 07:00:00";
+        const char *day = "2023-11-14 07:00";
         addRow("a second early", "07:00", day, "2023-11-15 06:59:59", early, 1);
-        addRow("on time", "07:00", day, "2023-11-15 07:00:00", due, 0);
+        addRow("on time", "07:00", day, "2023-11-15 07:00", due, 0);
         addRow("seconds in the time", "07:00:30", day, "2023-11-15 07:00:29", early, 1);
-        addRow("made today", "07:00", "2023-11-15 07:00:05", "2023-11-15 08:00:00", done,
-               23 * hour);
-        addRow("made 60 s before the moment", "07:00", "2023-11-15 06:59:00", "2023-11-15 07:00:00",
-               done, 24 * hour);
-        addRow("61 s", "07:00", "2023-11-15 06:58:59", "2023-11-15 07:00:00", due, 0);
-        addRow("no time: the first tick", "", "2023-11-14 23:00:00", "2023-11-15 00:00:03", due, 0);
-        addRow("25:00: once", "25:00", "2023-11-15 00:00:04", "2023-11-15 18:00:00", done,
-               6 * hour);
-        addRow("7: none either", "7", "2023-11-14 23:00:00", "2023-11-15 00:00:00", due, 0);
-        addRow("made in the future", "07:00", "2024-06-01 08:00:00", "2024-05-31 08:00:00", done,
-               47 * hour);
-        addRow("long night", "07:00", "2024-10-26 07:00:01", "2024-10-26 08:00:00", done,
+        addRow("made today", "07:00", "2023-11-15 07:00:05", "2023-11-15 08:00", done, 23 * hour);
+        addRow("made 60 s before the moment", "07:00", "2023-11-15 06:59", "2023-11-15 07:00", done,
                24 * hour);
-        addRow("in the gap", "02:30", "2024-03-30 02:30:01", "2024-03-31 01:59:00", early, 60);
-        addRow("before both passages", "02:30", "2024-10-26 02:30:01", "2024-10-27 01:30:00", early,
+        addRow("61 s", "07:00", "2023-11-15 06:58:59", "2023-11-15 07:00", due, 0);
+        addRow("no time: the first tick", "", "2023-11-14 23:00", "2023-11-15 00:00:03", due, 0);
+        addRow("25:00: once", "25:00", "2023-11-15 00:00:04", "2023-11-15 18:00", done, 6 * hour);
+        addRow("7: none either", "7", "2023-11-14 23:00", "2023-11-15 00:00", due, 0);
+        addRow("made in the future", "07:00", "2024-06-01 08:00", "2024-05-31 08:00", done,
+               47 * hour);
+        addRow("long night", "07:00", "2024-10-26 07:00:01", "2024-10-26 08:00", done, 24 * hour);
+        addRow("in the gap", "02:30", "2024-03-30 02:30:01", "2024-03-31 01:59", early, 60);
+        addRow("before both passages", "02:30", "2024-10-26 02:30:01", "2024-10-27 01:30", early,
                hour);
     }
 
@@ -46,14 +43,14 @@ private Q_SLOTS:
         QFETCH(QString, time);
         QFETCH(QString, last);
         QFETCH(QString, now);
-        QFETCH(int, secondsUntil);
+        QFETCH(int, wait);
         ReportSettings settings = settingsWith(time, local(last));
         QTEST(reportReason(settings, local(now)), "reason");
 
         const QDateTime next = nextDue(settings, local(now));
-        QCOMPARE(local(now).secsTo(next), qint64(secondsUntil));
+        QCOMPARE(local(now).secsTo(next), qint64(wait));
         QCOMPARE(reportReason(settings, next), ReportReason::Due);
-        if (secondsUntil > 0)
+        if (wait > 0)
             QVERIFY(reportReason(settings, next.addMSecs(-1)) != ReportReason::Due);
 
         settings.recipients.clear();
@@ -108,10 +105,7 @@ private Q_SLOTS:
     }
 
 private:
-    static QDateTime local(const QString &text)
-    {
-        return QDateTime::fromString(text, "yyyy-MM-dd HH:mm:ss");
-    }
+    static QDateTime local(const QString &text) { return QDateTime::fromString(text, Qt::ISODate); }
     static ReportSettings settingsWith(const QString &time, const QDateTime &lastGenerated)
     {
         const qint64 seconds = lastGenerated.toSecsSinceEpoch();

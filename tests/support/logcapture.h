@@ -17,7 +17,7 @@ public:
     ~LogCapture();
     Q_DISABLE_COPY(LogCapture)
 
-    /// Lines of all types without one.
+    /// Those of that type, or all.
     QStringList texts(int type = -1) const;
     /// How many lines of that type have exactly this text.
     int count(QtMsgType type, const QString &text) const { return texts(type).count(text); }

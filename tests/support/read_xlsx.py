@@ -1,11 +1,11 @@
 """An .xlsx as openpyxl finds it, after a check of what no reader minds but Excel: the order of
 elements, rows and cells, counts and indexes."""
+import sys
 import xml.etree.ElementTree as ElementTree
 import zipfile
 
 import openpyxl
 
-import check_xls
 import read_xls
 
 TYPES = {"n": "number", "s": "text", "f": "formula", "e": "error"}
@@ -118,7 +118,9 @@ def read_sheet(sheet, cached, part):
 def read(path, checked=True):
     with zipfile.ZipFile(path) as archive:
         parts = {name: ElementTree.fromstring(archive.read(name)) for name in archive.namelist()}
-        check_xls.complain(path, check(archive, parts) if checked else [])
+        faults = list(check(archive, parts)) if checked else []
+    if faults:
+        sys.exit(f"{path}: " + "\n".join(faults))
     book = openpyxl.load_workbook(path)
     cached = openpyxl.load_workbook(path, data_only=True)
     return {"sheets": [read_sheet(sheet, cached[sheet.title],

@@ -35,7 +35,7 @@ public:
     QSqlDatabase database;
 };
 
-/// Tests with a bench of its own for each of them.
+/// Base of test classes: each of their functions gets a bench of its own.
 class ReportTest : public QObject
 {
     Q_OBJECT

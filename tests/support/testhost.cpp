@@ -35,9 +35,9 @@ void TestHost::addSchemas(const QStringList &tokens, const TestDatabase &databas
 
 void enableDailyReport(const TestDatabase &schema, const QString &recipients)
 {
-    schema.exec("REPLACE INTO vars (name, value) VALUES ('autoReport.DailyAtten.enabled', '1'), "
-                "('autoReport.DailyAtten.emails', '" +
-                recipients + "')");
+    const QString sql = "REPLACE INTO vars VALUES ('autoReport.DailyAtten.enabled', '1'), "
+                        "('autoReport.DailyAtten.emails', '%1')";
+    schema.exec(sql.arg(recipients));
 }
 
 void makeDue(const TestDatabase &schema)
@@ -47,9 +47,9 @@ void makeDue(const TestDatabase &schema)
 
 void addPeople(const TestDatabase &schema, int count)
 {
-    schema.exec(QString("INSERT INTO people (uid, pid, name, surname) SELECT seq, seq + "
-                        "100, 'Ján', CONCAT('Priezvisko', seq) FROM seq_1_to_%1")
-                    .arg(count));
+    const QString sql = "INSERT INTO people (uid, pid, name, surname) SELECT seq, seq + 100, "
+                        "'Ján', CONCAT('Priezvisko', seq) FROM seq_1_to_%1";
+    schema.exec(sql.arg(count));
 }
 
 bool isScanning(const QObject &plugin)

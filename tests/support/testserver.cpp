@@ -85,10 +85,12 @@ TestDatabase::~TestDatabase()
 
 QSqlQuery TestDatabase::run(const QString &sql) const
 {
-    QSqlQuery query(database());
+    const QSqlDatabase db = database();
+    QSqlQuery query(db);
     query.setForwardOnly(true);
     if (!query.exec(sql))
-        qFatal("test bench: %s\n%s", qUtf8Printable(query.lastError().text()), qUtf8Printable(sql));
+        qFatal("test bench: %s %s\n%s", qUtf8Printable(db.lastError().text()),
+               qUtf8Printable(query.lastError().text()), qUtf8Printable(sql));
     return query;
 }
 
@@ -127,4 +129,11 @@ QVariant TestDatabase::value(const QString &sql) const
 {
     QSqlQuery query = run(sql);
     return query.next() ? query.value(0) : QVariant();
+}
+
+int TestDatabase::connectionsIn(const QString &state) const
+{
+    const QString sql("SELECT COUNT(*) FROM information_schema.processlist WHERE db = '%1' AND "
+                      "state LIKE '%2'");
+    return value(sql.arg(databaseName, state)).toInt();
 }

@@ -74,6 +74,8 @@ public:
     QVector<QVariantList> rows(const QString &sql) const;
     /// The first value of the first row; invalid without rows.
     QVariant value(const QString &sql) const;
+    /// How many connections to this database are in a state like that.
+    int connectionsIn(const QString &state) const;
 
 private:
     QSqlQuery run(const QString &sql) const;

@@ -11,14 +11,14 @@
 namespace
 {
 
-constexpr int patienceMs = 180000;
+constexpr int programPatienceMs = 180000;
 
 /// What the program prints; empty when it fails or has something to say beside.
 QByteArray outputOf(const QString &program, const QStringList &arguments)
 {
     QProcess process;
     process.start(program, arguments);
-    bool good = process.waitForFinished(patienceMs) &&
+    bool good = process.waitForFinished(programPatienceMs) &&
                 process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
     const QByteArray said = process.readAllStandardError();
     // Which fonts gnumeric knows is not our affair.
@@ -72,7 +72,7 @@ QString savedBy(Program program, const QString &path, const QString &suffix)
     office.start("soffice",
                  {QString("-env:UserInstallation=file://%1/profile").arg(folder), "--headless",
                   "--convert-to", suffix == "csv" ? csv : suffix, "--outdir", folder, path});
-    office.waitForFinished(patienceMs);
+    office.waitForFinished(programPatienceMs);
     return saved;
 }
 

@@ -23,22 +23,24 @@ protected:
     };
 
     /// Starts `autoreport` with the options of the connection added.
-    std::unique_ptr<QProcess> start(const QStringList &arguments) const
+    std::unique_ptr<QProcess> start(const QString &arguments) const
     {
         auto tool = std::make_unique<QProcess>();
         tool->setProcessEnvironment(TestServer::environment(moment));
-        tool->start(AUTOREPORT_PROGRAM, arguments + TestServer::options(info->name()));
+        tool->start(AUTOREPORT_PROGRAM,
+                    QProcess::splitCommand(arguments) + TestServer::options(info->name()));
         return tool;
     }
     /// The same to its end.
-    Outcome run(const QStringList &arguments) const
+    Outcome run(const QString &arguments) const
     {
         const auto tool = start(arguments);
         const bool ended =
-            tool->waitForFinished(60000) && tool->exitStatus() == QProcess::NormalExit;
+            tool->waitForFinished(patienceMs) && tool->exitStatus() == QProcess::NormalExit;
         return {ended ? tool->exitCode() : -1, QString::fromUtf8(tool->readAllStandardOutput()),
                 QString::fromUtf8(tool->readAllStandardError())};
     }
+
     std::unique_ptr<TestDatabase> info; ///< lists the bench's schema as "firm"
     const QString moment = "2023-11-15 09:30:00";
 

@@ -27,7 +27,7 @@ private Q_SLOTS:
         QFETCH(QString, arguments);
         QFETCH(QString, text);
         bench->schema.exec("DELETE FROM vars");
-        const Outcome outcome = run(arguments.split(' '));
+        const Outcome outcome = run(arguments);
         QVERIFY2(outcome.errors.contains(text), qPrintable(outcome.errors));
         QCOMPARE(outcome.status, 2);
         QCOMPARE(outcome.output, QString());
@@ -51,11 +51,10 @@ private Q_SLOTS:
         addRow("in time for a while",
                key("time", "08:30") + ";\n" + key("lastGenerated", "1699947002"), "");
         addRow("table", "DROP TABLE brape", "tables");
-        addRow("queue, off",
-               key("enabled", "0") +
-                   ";\nINSERT INTO emails (`from`, `to`, subject, created) VALUES "
-                   "('a', 'b', 'c', UNIX_TIMESTAMP() - 3700)",
-               "queue");
+        const QString mail =
+            "INSERT INTO emails (`from`, `to`, subject, created) VALUES ('a', 'b', "
+            "'c', UNIX_TIMESTAMP() - 3700)";
+        addRow("queue, off", key("enabled", "0") + ";\n" + mail, "queue");
     }
 
     void statusTellsReasons()
@@ -63,7 +62,7 @@ private Q_SLOTS:
         QFETCH(QString, change);
         QFETCH(QString, reason);
         bench->schema.exec(change);
-        const Outcome outcome = run({"status", "--json"});
+        const Outcome outcome = run("status --json");
         QCOMPARE(outcome.errors, QString());
         QCOMPARE(outcome.status, reason.isEmpty() ? 0 : 1);
         const QJsonObject object = QJsonDocument::fromJson(outcome.output.toUtf8()).object();
@@ -78,34 +77,32 @@ private Q_SLOTS:
     {
         info->addSchemas({QString(64, 'x')}, bench->schema.name());
         info->addSchemas({"gone"}, "no_such_database");
-        const Outcome outcome = run({"status"});
+        const Outcome outcome = run("status");
         QCOMPARE(outcome.status, 1);
-        for (const char *line : {"firm +daily .*2023-11-16 07:00.*", "gone .* unreachable",
-                                 "gone: can not open the database 'no_such_database' on .*"}) {
-            const QRegularExpression whole(QRegularExpression::anchoredPattern(line));
-            QCOMPARE(outcome.output.split('\n').filter(whole).size(), 1);
-        }
+        const QRegularExpression expected(
+            "\nfirm .*2023-11-16 07:00.*\nfirm .*\ngone .* unreachable\n(.*\n)*"
+            "gone: can not open the database 'no_such_database' on ");
+        QVERIFY2(outcome.output.contains(expected), qPrintable(outcome.output));
         QVERIFY(!outcome.output.contains("secret") && !outcome.output.contains('\033'));
 
         info->exec("UPDATE `schemas` SET token = 'x\nfirm  daily\x1b[2J' WHERE token = 'gone'");
         const QString harmless = QString("\nx%1firm  daily%1[2J ").arg(QChar(0xFFFD));
-        QVERIFY(run({"status"}).output.contains(harmless));
+        QVERIFY(run("status").output.contains(harmless));
         info->exec("ALTER TABLE `schemas` DROP sid"); // an empty list is no answer
-        QCOMPARE(run({"status"}).status, 2);
-        QCOMPARE(run({"check"}).status, 2);
+        QCOMPARE(run("status").status, 2);
+        QCOMPARE(run("check").status, 2);
     }
 
     void whyTellsEachRule()
     {
-        const Outcome outcome = run({"why", "firm", "daily", "--at", "2024-03-31 02:30"});
+        const Outcome outcome = run(R"(why firm daily --at "2024-03-31 02:30")");
         QString found;
         for (const QString &line : outcome.output.split('\n'))
             found += line.startsWith("  met ") ? "y" : line.startsWith("  not met ") ? "n" : "";
         QCOMPARE(found, QString("yyny"));
-        QVERIFY2(outcome.output.endsWith("\nNext due: 2024-03-31 07:00:00 CEST\n"),
-                 qPrintable(outcome.output));
+        QCOMPARE(outcome.output.section("\nNext due: ", 1), QString("2024-03-31 07:00:00 CEST\n"));
         QCOMPARE(outcome.status, 0);
-        QCOMPARE(run({"why", "firm", "monthly"}).status, 1); // it will never be due
+        QCOMPARE(run("why firm monthly").status, 1); // it will never be due
     }
 
     void checkFinds_data()
@@ -130,9 +127,8 @@ private Q_SLOTS:
         QFETCH(QString, finding);
         bench->schema.exec(change);
         const QStringList found = checkFindings("firm");
-        QVERIFY2(finding.isEmpty() ? found.isEmpty()
-                                   : found.size() == 1 && found.at(0).contains(finding),
-                 qPrintable(found.join('\n')));
+        QCOMPARE(found.size(), finding.isEmpty() ? 0 : 1);
+        QVERIFY2(found.join('\n').contains(finding), qPrintable(found.join('\n')));
     }
 
     void checkOfServer()
@@ -140,16 +136,15 @@ private Q_SLOTS:
         info->exec("INSERT INTO `schemas` (token, name, user, pass) SELECT seq, '', '', '' FROM "
                    "seq_1_to_6000");
         const QString found = checkFindings("server").join('\n');
-        QVERIFY2(found.contains("max_connections is 6000; a host takes up to 6004 for 6001") &&
-                     found.contains("its clock is "),
-                 qPrintable(found));
+        QVERIFY(found.contains("max_connections is 6000; a host takes up to 6004 for 6001"));
+        QVERIFY(found.contains("its clock is "));
     }
 
 private:
     /// What the check tells of that subject, each with its remedy.
     QStringList checkFindings(const QString &subject) const
     {
-        const Outcome outcome = run({"check", "--json"});
+        const Outcome outcome = run("check --json");
         QStringList found;
         bool isProblem = false;
         const QJsonObject object = QJsonDocument::fromJson(outcome.output.toUtf8()).object();

@@ -13,29 +13,25 @@ class TestToolReports : public ToolTest
 private Q_SLOTS:
     void previewWritesOneFileOnly_data()
     {
-        addColumns<QString, QString, QString>("file", "change", "error");
-        addRow("daily", "p.xlsx", "DO 0", "");
-        addRow("monthly", "p.xls", "DO 0", "");
-        addRow("daily without people", "p.xlsx", "DELETE FROM people", "no people!");
-        addRow("daily with a value lost", "p.xls", "DROP TABLE brape", ".brape'");
+        addColumns<QString, QString, bool>("change", "error", "made");
+        addRow("well", "DO 0", "", true);
+        addRow("a value lost", "DROP TABLE brape", ".brape'", true);
+        addRow("no people", "DELETE FROM people", "no people!", false);
     }
 
     void previewWritesOneFileOnly()
     {
-        QFETCH(QString, file);
         QFETCH(QString, change);
         QFETCH(QString, error);
+        QFETCH(bool, made);
         bench->schema.exec(change);
-        const QString path = bench->temporary.filePath(file);
-        const QString report = QString(QTest::currentDataTag()).section(' ', 0, 0);
-        const Outcome outcome = run({"preview", "firm", report, "--out", path});
+        const QString path = bench->temporary.filePath("p.xls");
+        const Outcome outcome = run("preview firm daily --out " + path);
         QCOMPARE(outcome.status, error.isEmpty() ? 0 : 1);
         QVERIFY2(outcome.errors.contains(error), qPrintable(outcome.errors));
-        const bool made = outcome.output == path + '\n';
+        QCOMPARE(outcome.output, made ? path + '\n' : QString());
         QCOMPARE(QDir(bench->temporary.path()).entryList(QDir::Files).size(), made ? 1 : 0);
-        if (made)
-            QCOMPARE(rowCount(readSheet(path)), report == "daily" ? 16 : 2);
-        QCOMPARE(made, error.isEmpty() || error == ".brape'");
+        QCOMPARE(rowCount(made ? readSheet(path) : QJsonObject()), made ? 16 : 0);
         QCOMPARE(bench->mails(), 0);
         QCOMPARE(bench->lastGenerated("DailyAtten").toString(), QString("1700028002"));
     }
@@ -49,8 +45,7 @@ private Q_SLOTS:
         addRow("one address", "daily --to x@firma.sk", two, "x@firma.sk: 15. 11. 2023", false);
         addRow("all", "daily --yes", two, "a@firma.sk: 15. 11. 2023|b@firma.sk: 15. 11. 2023",
                false);
-        addRow("a past day", "daily --yes --date 2023-09-30", none, "a@firma.sk: 30. 9. 2023",
-               false);
+        addRow("past", "daily --yes --date 2023-09-30", none, "a@firma.sk: 30. 9. 2023", false);
         addRow("marked", "daily --to x@firma.sk --mark", none, "x@firma.sk: 15. 11. 2023", true);
         addRow("nobody", "daily --yes", "DELETE FROM vars", "", false);
         addRow("no people", "daily --yes --mark", "DELETE FROM people", "", false);
@@ -64,7 +59,7 @@ private Q_SLOTS:
         QFETCH(QString, mails);
         const int status = mails.isEmpty() ? 1 : 0;
         bench->schema.exec(change);
-        const Outcome outcome = run(QStringList{"run", "firm"} + options.split(' '));
+        const Outcome outcome = run("run firm " + options);
         QVERIFY2(outcome.status == status, qPrintable(outcome.output + outcome.errors));
         QCOMPARE(outcome.errors.isEmpty(), status == 0);
         const QString sql = "SELECT GROUP_CONCAT(`to`, ':', REPLACE(subject, 'Denný report "
@@ -80,31 +75,31 @@ private Q_SLOTS:
     {
         const ReportLock host(bench->database, "DailyAttenReport");
         QVERIFY(host.mayRun());
-        const Outcome outcome = run({"run", "firm", "daily", "--yes"});
+        const Outcome outcome = run("run firm daily --yes");
         QCOMPARE(outcome.status, 1);
         QVERIFY(outcome.errors.contains("a host is making this report right now"));
         QCOMPARE(bench->mails(), 0);
-        QCOMPARE(run({"run", "firm", "monthly", "--to", "a@firma.sk"}).status, 0);
+        QCOMPARE(run("run firm monthly --to a@firma.sk").status, 0);
     }
 
     void interruptionLeavesNothing_data()
     {
-        addColumns<QString>("arguments");
-        addRow("daily", "run firm daily --yes");
-        addRow("monthly", "run firm monthly --to a@firma.sk");
-        addRow("preview", "preview firm daily --out DIR/p.xlsx");
+        addColumns<QString, QString>("arguments", "table");
+        addRow("daily", "run firm daily --yes", "atten");
+        addRow("monthly", "run firm monthly --to a@firma.sk", "atten_month");
+        addRow("preview", "preview firm daily --out DIR/p.xlsx", "atten");
+        addRow("the second of two mails", "run firm daily --yes", "emails");
     }
 
     void interruptionLeavesNothing()
     {
         QFETCH(QString, arguments);
+        QFETCH(QString, table);
+        bench->set("autoReport.DailyAtten.emails", "a@firma.sk,b@firma.sk");
         // Locked out of a table, the report stands still in the middle of its work.
-        bench->schema.exec("LOCK TABLES atten WRITE, atten_month WRITE");
-        const auto tool = start(arguments.replace("DIR", bench->temporary.path()).split(' '));
-        QTRY_COMPARE_WITH_TIMEOUT(info->value("SELECT COUNT(*) FROM information_schema.processlist "
-                                              "WHERE state LIKE 'Waiting for table%'")
-                                      .toInt(),
-                                  1, 20000);
+        bench->schema.exec("LOCK TABLES " + table + " WRITE");
+        const auto tool = start(arguments.replace("DIR", bench->temporary.path()));
+        QTRY_COMPARE_WITH_TIMEOUT(bench->schema.connectionsIn("Waiting for table%"), 1, patienceMs);
         tool->terminate();
         bench->schema.exec("UNLOCK TABLES");
         QVERIFY(tool->waitForFinished());
@@ -120,37 +115,36 @@ private Q_SLOTS:
     {
         bench->schema.exec("DELETE FROM vars");
         bench->set("autoReport.DailyAtten.enabled", "yes");
-        QCOMPARE(run({"status"}).status, 1);
-        const Outcome set = run({"set", "firm", "daily", "--enable", "--emails",
-                                 "a@firma.sk,b@firma.sk", "--time", "08:00", "--format", "xls"});
+        QCOMPARE(run("status").status, 1);
+        const Outcome set =
+            run("set firm daily --enable --emails a@firma.sk,b@firma.sk --time 08:00 --format xls");
         QCOMPARE(set.output,
                  QString("autoReport.DailyAtten.emails: not set -> 'a@firma.sk,b@firma.sk'\n"
                          "autoReport.DailyAtten.enabled: 'yes' -> '1'\n"
                          "autoReport.DailyAtten.time: not set -> '08:00'\n"
                          "exportUseXLSX: not set -> '0'\n"));
         QCOMPARE(set.status, 0);
-        QVERIFY(run({"why", "firm", "daily"})
-                    .output.contains("Due: the next tick of a host makes it."));
-        QVERIFY(run({"status"}).output.contains("overdue"));
+        QVERIFY(run("why firm daily").output.contains("Due: the next tick of a host makes it."));
+        QVERIFY(run("status").output.contains("overdue"));
 
         const QString file = bench->temporary.filePath("p.xls");
-        QCOMPARE(run({"preview", "firm", "daily", "--out", file}).status, 0);
+        QCOMPARE(run("preview firm daily --out " + file).status, 0);
         QVERIFY(cellValue(readSheet(file), "B2").toString().startsWith("Novák Ján"));
-        QCOMPARE(run({"run", "firm", "daily", "--to", "a@firma.sk", "--mark"}).status, 0);
+        QCOMPARE(run("run firm daily --to a@firma.sk --mark").status, 0);
         QCOMPARE(bench->mails(), 1);
         QVERIFY(bench->schema.value("SELECT data FROM emails").toString().contains(".xls\""));
-        QCOMPARE(run({"status"}).status, 0);
+        QCOMPARE(run("status").status, 0);
 
         const TestDatabase broken(TestDatabase::Tables::Schema);
         info->addSchemas({"broken"}, broken.name());
-        QCOMPARE(run({"set", "broken", "daily", "--enable", "--emails", "c@firma.sk"}).status, 0);
+        QCOMPARE(run("set broken daily --enable --emails c@firma.sk").status, 0);
         broken.exec("DROP TABLE people");
-        const Outcome status = run({"status"});
+        const Outcome status = run("status");
         QCOMPARE(status.status, 1);
-        QVERIFY2(status.output.contains(QRegularExpression(
-                     "\nbroken  daily .* tables\nbroken .*\nfirm    daily .* well\n(.*\n)*"
-                     "broken daily: table people: Table '")),
-                 qPrintable(status.output));
+        const QRegularExpression expected(
+            "\nbroken  daily .* tables\nbroken .*\nfirm    daily .* well\n(.*\n)*"
+            "broken daily: table people: Table '");
+        QVERIFY2(status.output.contains(expected), qPrintable(status.output));
     }
 };
 

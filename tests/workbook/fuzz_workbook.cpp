@@ -1,6 +1,5 @@
 #include "testbook.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QJsonArray>
 
@@ -9,7 +8,7 @@
 #include <random>
 #include <vector>
 
-// fuzz_workbook SEED SECONDS [FOLDER], which keeps what is wrong
+// fuzz_workbook SEED SECONDS
 //
 // Fills books with random calls, also with arguments that must be refused, and remembers what each
 // cell has to hold: whatever a call answered true to, and nothing where it answered false. That is
@@ -18,7 +17,7 @@
 namespace
 {
 
-constexpr int booksPerBatch = 40;
+constexpr unsigned booksPerBatch = 40;
 
 /** One random book, made by a generator of its own. */
 class RandomBook : public FormatFixture
@@ -35,18 +34,24 @@ public:
                 addSheet();
             else if (kind == 1)
                 addFormat();
+            else if (kind == 2)
+                setUpPage(any(sheets));
             else
-                kind == 2 ? setUpPage(any(sheets)) : writeCell();
+                writeCell();
         }
     }
 
     /** Whether saving answers as it must, and leaves a file only when it succeeds. */
-    bool save(const QString &path)
+    bool save() const
     {
-        const bool mustFail = sheets.empty() || cellLost;
-        const bool saved = book.save(path);
-        return good && saved != mustFail && book.save(path) == saved &&
-               QFile::exists(path) == saved;
+        const bool must = !sheets.empty() && !cellLost;
+        return good && book.save(file()) == must && book.save(file()) == must &&
+               QFile::exists(file()) == must;
+    }
+    QString keptFile()
+    {
+        dir.setAutoRemove(false);
+        return file();
     }
 
     /** Whether the cells that were read are what was written. */
@@ -107,7 +112,7 @@ private:
 
     std::wstring expression(int depth)
     {
-        if (depth > 4 || chance(3))
+        if (depth > 4 || chance(6))
             return any<std::wstring>(
                 {L"A1", L"$B$2", L"1", L"0", L"2.5E-3", L"\"č\"\"\"", L"IV65536", L"D1", L"99999"});
         const std::wstring left = expression(depth + 1);
@@ -209,28 +214,25 @@ private:
     bool good = true;
 };
 
-/** Makes some books, compares and removes them; names the first that is wrong. */
-QString wrongBook(unsigned seed, const QDir &folder)
+/** Makes some books and compares them; gives the file of the first that is wrong. */
+QString wrongBook(unsigned seed)
 {
     std::vector<std::unique_ptr<RandomBook>> books;
     QStringList paths;
-    for (int i = 0; i < booksPerBatch; ++i) {
+    for (unsigned i = 0; i < booksPerBatch; ++i) {
         FormatFixture::nextIsXls = i % 2 != 0;
-        books.push_back(std::make_unique<RandomBook>(seed + static_cast<unsigned>(i)));
-        const QString path =
-            folder.filePath(QString::number(i) + (i % 2 != 0 ? ".xls"_q : ".xlsx"_q));
-        if (!books.back()->save(path))
-            return path;
-        if (QFile::exists(path))
-            paths.append(path);
-        else
-            books.pop_back();
+        auto book = std::make_unique<RandomBook>(seed + i);
+        if (!book->save())
+            return book->keptFile();
+        if (!QFile::exists(book->file()))
+            continue;
+        paths.append(book->file());
+        books.push_back(std::move(book));
     }
     const QVector<QJsonObject> read = readWorkbooks(paths);
-    for (int i = 0; i < paths.size(); ++i) {
-        if (!books[static_cast<std::size_t>(i)]->equals(read[i]))
-            return paths[i];
-        QFile::remove(paths[i]);
+    for (std::size_t i = 0; i < books.size(); ++i) {
+        if (!books[i]->equals(read[static_cast<int>(i)]))
+            return books[i]->keptFile();
     }
     return {};
 }
@@ -243,8 +245,6 @@ int main(int argc, char **argv)
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() < 3)
         return 2;
-    const QTemporaryDir temporary;
-    const QDir folder(arguments.value(3, temporary.path()));
     QElapsedTimer clock;
     clock.start();
     const unsigned seed = arguments[1].toUInt() * 1000003U;
@@ -252,7 +252,7 @@ int main(int argc, char **argv)
     QString wrong;
     for (; wrong.isEmpty() && clock.elapsed() < arguments[2].toLongLong() * 1000;
          books += booksPerBatch)
-        wrong = wrongBook(seed + books, folder);
+        wrong = wrongBook(seed + books);
     qInfo("%u books, %s", books, wrong.isEmpty() ? "all well" : qPrintable(wrong + " is wrong"_q));
     return wrong.isEmpty() ? 0 : 1;
 }

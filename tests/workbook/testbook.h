@@ -67,7 +67,7 @@ public:
     const bool isXls = nextIsXls;
     const int rows = isXls ? 65536 : 1048576;
     const int columns = isXls ? 256 : 16384;
-    const QTemporaryDir dir;
+    QTemporaryDir dir;
 };
 
 /** Runs a test class, which is a FormatFixture, once for each file format. */
