@@ -42,6 +42,8 @@ int ServeCommand::run(const ServeOptions &options)
                            &SignalWatcher::stopRequested);
     }
     thread->start();
+    if (!thread->isRunning() && !thread->isFinished()) // no thread left for us, as Qt has said
+        return 1;
     QCoreApplication::exec();
     thread->wait();
     return status;
@@ -123,7 +125,7 @@ void ServeCommand::waitForEnd()
                      [server] { server->pause(); });
     QObject::connect(&signalWatcher, &SignalWatcher::resumeRequested, &loop,
                      [server] { server->resume(); });
-    QMetaObject::invokeMethod(&signalWatcher, &SignalWatcher::watch);
+    QMetaObject::invokeMethod(&signalWatcher, "watch", Qt::QueuedConnection);
     qInfo("Host - serving '%s' on %s:%i", qUtf8Printable(options.connection.databaseName),
           qUtf8Printable(options.connection.host), options.connection.port);
     loop.exec();

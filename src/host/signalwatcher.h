@@ -18,6 +18,7 @@ public:
     explicit SignalWatcher(QObject *parent = nullptr);
     ~SignalWatcher() override;
 
+public Q_SLOTS:
     void watch();
 
 Q_SIGNALS:
