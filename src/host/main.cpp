@@ -5,6 +5,7 @@
 #include "tool/tool.h"
 
 #include <QCoreApplication>
+#include <QTextCodec>
 
 #include <csignal>
 #include <cstdio>
@@ -12,6 +13,8 @@
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
+    // The engine names files in UTF-8; in a C locale Qt would look for others.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     QCoreApplication::setApplicationName(QStringLiteral("autoreport"));
     QCoreApplication::setApplicationVersion(QStringLiteral(AUTOREPORT_VERSION));
 
