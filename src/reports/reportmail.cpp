@@ -82,7 +82,8 @@ int queueForEach(const char *report, MailRecord mail, const ReportRun &run,
             continue;
         // Thousands of mails take longer than a stop may. What can not be taken back goes on, or
         // the next run would mail some recipients again.
-        if ((created == 0 || transaction.canTakeBack()) && isInterrupted(report, run)) {
+        if (isStopRequested(run) && (created == 0 || transaction.canTakeBack()) &&
+            isInterrupted(report, run)) {
             transaction.giveUp();
             return 0;
         }

@@ -40,11 +40,16 @@ void storeLastGenerated(const char *report, const QString &prefix, ZasDbSettings
         qCritical("%s::makeReport() - 'lastGenerated' NOT SET!", report);
 }
 
-bool isInterrupted(const char *report, const ReportRun &run)
+bool isStopRequested(const ReportRun &run)
 {
     // The main thread knows no interruption; commands that work there cancel the run itself.
-    const bool cancelled = run.isCancelled && run.isCancelled();
-    if (!cancelled && !QThread::currentThread()->isInterruptionRequested())
+    return (run.isCancelled && run.isCancelled()) ||
+           QThread::currentThread()->isInterruptionRequested();
+}
+
+bool isInterrupted(const char *report, const ReportRun &run)
+{
+    if (!isStopRequested(run))
         return false;
     qWarning("%s::makeReport() - interrupted, nothing saved and no mail!", report);
     return true;

@@ -17,7 +17,8 @@ struct ReportRun {
     bool byHand = false;         ///< an operator's run: it never counts without a mail
     /// Called by the daily report, which may take long, after each row with the number of all rows.
     std::function<void(int)> progress = nullptr;
-    /// Asked at each row and mail: true ends the run as an interruption of the thread does.
+    /// Asked at each row, and at each mail that can be taken back: true ends the run as an
+    /// interruption of the thread does.
     std::function<bool()> isCancelled = nullptr;
 };
 
@@ -31,6 +32,9 @@ void runWhenDue(const char *report, const QString &prefix, ZasDbSettings &settin
 
 /// Stores the current time as the report's "lastGenerated"; a failure is logged.
 void storeLastGenerated(const char *report, const QString &prefix, ZasDbSettings &settings);
+
+/// Whether the thread was asked to stop, or the run.
+bool isStopRequested(const ReportRun &run);
 
 /// True, with a warning, when the thread was asked to stop, or the run: a report in the making then
 /// ends like a failed one, so that a stop need not wait for it.

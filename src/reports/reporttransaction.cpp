@@ -30,6 +30,18 @@ bool ReportTransaction::isIntact()
     return !lost;
 }
 
+/// A transaction begins and ends well over tables that know none.
+bool ReportTransaction::canTakeBack() const
+{
+    QSqlQuery query = freshQuery(database);
+    return open &&
+           query.exec(QStringLiteral(
+               "SELECT 1 FROM information_schema.tables JOIN information_schema.engines USING "
+               "(engine) WHERE table_schema = DATABASE() AND table_name = 'emails' AND "
+               "transactions = 'YES'")) &&
+           query.next();
+}
+
 bool ReportTransaction::setSavepoint()
 {
     return freshQuery(database).exec(QStringLiteral("SAVEPOINT report"));

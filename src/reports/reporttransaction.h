@@ -21,8 +21,8 @@ public:
     /// transaction back by itself, as it does to end a deadlock.
     bool isIntact();
 
-    /// Whether the mails that are queued so far can be taken back.
-    bool canTakeBack() const { return open; }
+    /// Whether the mails that are queued so far can be taken back; asks the server.
+    bool canTakeBack() const;
     /// From now on nothing of the run counts; the commit will fail, without a line in the log.
     void giveUp() { lost = true; }
 

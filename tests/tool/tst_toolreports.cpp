@@ -84,30 +84,33 @@ private Q_SLOTS:
 
     void interruptionLeavesNothing_data()
     {
-        addColumns<QString, QString>("arguments", "table");
-        addRow("daily", "run firm daily --yes", "atten");
-        addRow("monthly", "run firm monthly --to a@firma.sk", "atten_month");
-        addRow("preview", "preview firm daily --out DIR/p.xlsx", "atten");
-        addRow("the second of two mails", "run firm daily --yes", "emails");
+        addColumns<QString, QString, QString>("arguments", "table", "engine");
+        addRow("daily", "run firm daily --yes", "atten", "InnoDB");
+        addRow("monthly", "run firm monthly --to a@firma.sk", "atten_month", "InnoDB");
+        addRow("preview", "preview firm daily --out DIR/p.xlsx", "atten", "InnoDB");
+        addRow("second of two mails", "run firm daily --yes", "emails", "InnoDB");
+        addRow("with the first there to stay", "run firm daily --yes", "emails", "MyISAM");
     }
 
     void interruptionLeavesNothing()
     {
         QFETCH(QString, arguments);
         QFETCH(QString, table);
+        QFETCH(QString, engine);
+        const bool stays = engine == "MyISAM";
         bench->set("autoReport.DailyAtten.emails", "a@firma.sk,b@firma.sk");
         // Locked out of a table, the report stands still in the middle of its work.
+        bench->schema.exec("ALTER TABLE emails ENGINE=" + engine);
         bench->schema.exec("LOCK TABLES " + table + " WRITE");
         const auto tool = start(arguments.replace("DIR", bench->temporary.path()));
         QTRY_COMPARE_WITH_TIMEOUT(bench->schema.connectionsIn("Waiting for table%"), 1, patienceMs);
         tool->terminate();
         bench->schema.exec("UNLOCK TABLES");
         QVERIFY(tool->waitForFinished());
-        QCOMPARE(tool->exitStatus(), QProcess::NormalExit);
-        QCOMPARE(tool->exitCode(), 143);
-        QVERIFY(tool->readAllStandardError().contains("interrupted, nothing saved and no mail!"));
+        QCOMPARE(tool->exitCode(), stays ? 0 : 143);
+        QCOMPARE(tool->readAllStandardError().contains("interrupted, nothing saved"), !stays);
         QVERIFY(QDir(bench->temporary.path()).isEmpty());
-        QCOMPARE(bench->mails(), 0);
+        QCOMPARE(bench->mails(), stays ? 2 : 0);
     }
 
     /// A new customer, from the empty settings to the first mail, beside one with broken tables.
