@@ -21,8 +21,7 @@ private Q_SLOTS:
         addRow("a whole day is not wrapped", Q_INT64_C(86400), 2U, true, "24:00");
         addRow("one second more is", Q_INT64_C(86401), 3U, true, "00:00:01");
         addRow("negative is never wrapped", Q_INT64_C(-90061), 2U, true, "-25:01");
-        addRow("smallest", std::numeric_limits<qint64>::min(), 3U, false,
-               "-2562047788015215:30:08");
+        addRow("least", std::numeric_limits<qint64>::min(), 3U, false, "-2562047788015215:30:08");
         addRow("largest", std::numeric_limits<qint64>::max(), 3U, false, "2562047788015215:30:07");
     }
 

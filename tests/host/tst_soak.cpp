@@ -55,7 +55,7 @@ private Q_SLOTS:
                     makeDue(*schema);
             }
             if (pausing) {
-                QTest::qWait(2 * tickMs);
+                QTest::qWait(2 * 60000 / speed); // two ticks
                 QCOMPARE(sums().at(1).toInt(), 0);
                 signalHost(SIGUSR2);
             } else if (restarts < 2 && elapsed.elapsed() > lengthMs * (restarts + 1) / 3) {
@@ -84,7 +84,6 @@ private Q_SLOTS:
 
 private:
     static constexpr int speed = 20; // the host's clock runs so much faster, and so do its minutes
-    static constexpr int tickMs = 60000 / speed;
 
     /// What a host holds while it has nothing to do.
     struct Holdings {

@@ -14,14 +14,13 @@ private Q_SLOTS:
         addColumns<QDate, QString, QString, QStringList>("month", "option", "first", "extras");
         const QDate leap(2024, 2, 1);
         const QString trip = "Služobná cesta";
-        const QStringList none;
-        addRow("payroll number, 25-hour day", october, "monthAttenUsePamID=1", "{}", none);
+        addRow("payroll number, 25-hour day", october, "monthAttenUsePamID=1", "{}", QStringList());
         addRow("leap February, one extra", leap, "monthAttenInterrupts=SC", R"({"V": 1.25})",
                QStringList(trip));
         addRow("three extras, one unknown, one blank", october, "monthAttenInterrupts=SC,??, D",
                R"({"V": 1.25})", QStringList{trip, "", ""});
-        addRow("advanced overtime 1", leap, "advancedOvertime=1", R"({"J": 1})", none);
-        addRow("advanced overtime 2 is 0", leap, "advancedOvertime=2", "{}", none);
+        addRow("advanced overtime 1", leap, "advancedOvertime=1", R"({"J": 1})", QStringList());
+        addRow("advanced overtime 2 is 0", leap, "advancedOvertime=2", "{}", QStringList());
     }
 
     void sheet()
