@@ -204,9 +204,8 @@ private Q_SLOTS:
 
     void mailAbovePacketLimit()
     {
-        bench->schema.exec("DELETE FROM people");
+        bench->schema.exec("DELETE FROM people;\nSET GLOBAL max_allowed_packet = 16384");
         addPeople(bench->schema, 2000);
-        bench->schema.exec("SET GLOBAL max_allowed_packet = 16384");
         bench->database.close();
         QVERIFY(bench->database.open());
         makeBoth();

@@ -92,7 +92,8 @@ private Q_SLOTS:
                 .arg(queueing ? "User sleep" : "FROM atten");
         QVERIFY(QTest::qWaitFor([&] { return schema->value(isAtIt).isValid(); }, patienceMs));
         killConnection();
-        QTRY_COMPARE_WITH_TIMEOUT(logged("connection lost, no mail queued!"), 1, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(logged("database connection lost, no mail queued!"), 1,
+                                  patienceMs);
         QCOMPARE(mails(), 0);
         QVERIFY(!schema->value("SELECT 1 FROM vars WHERE name LIKE '%lastGenerated'").isValid());
 
