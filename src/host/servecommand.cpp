@@ -7,13 +7,15 @@
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <QEventLoop>
 #include <QSqlError>
 #include <QThread>
 #include <QTimer>
 
 #include <atomic>
 #include <chrono>
+#include <future>
+#include <system_error>
+#include <thread>
 
 namespace
 {
@@ -30,22 +32,34 @@ int ServeCommand::run(const ServeOptions &options)
 {
     SignalWatcher signalWatcher;
     std::atomic<int> status{1};
-    const std::unique_ptr<QThread> thread(
-        QThread::create([&] { status = ServeCommand(options, signalWatcher).serve(); }));
-    QObject::connect(&signalWatcher, &SignalWatcher::stopRequested, [&thread] {
-        thread->requestInterruption();
-        thread->quit();
+    std::promise<QThread *> begun;
+    std::promise<void> deaf;
+    // Not a QThread: waiting for one ends before the libraries have taken down what they keep for
+    // it, and the end of the process would come in between.
+    std::thread thread;
+    try {
+        thread = std::thread([&] {
+            begun.set_value(QThread::currentThread());
+            status = ServeCommand(options, signalWatcher).serve();
+            QMetaObject::invokeMethod(qApp, "quit", Qt::QueuedConnection);
+            deaf.get_future().wait(); // until then a signal may ask for this thread
+        });
+    } catch (const std::system_error &error) {
+        qCritical("Host - no thread to serve in: %s", error.what());
+        return 1;
+    }
+    QThread *const serving = begun.get_future().get();
+    QObject::connect(&signalWatcher, &SignalWatcher::stopRequested, [serving] {
+        serving->requestInterruption();
+        serving->quit();
     });
-    QObject::connect(thread.get(), &QThread::finished, qApp, &QCoreApplication::quit);
     if (options.runForSeconds > 0) {
         QTimer::singleShot(std::chrono::seconds(options.runForSeconds), &signalWatcher,
                            &SignalWatcher::stopRequested);
     }
-    thread->start();
-    if (!thread->isRunning() && !thread->isFinished()) // no thread left for us, as Qt has said
-        return 1;
     QCoreApplication::exec();
-    thread->wait();
+    deaf.set_value();
+    thread.join();
     return status;
 }
 
@@ -120,7 +134,6 @@ bool ServeCommand::startPlugin()
 void ServeCommand::waitForEnd()
 {
     ServerInterface *server = plugin->server();
-    QEventLoop loop; // which the thread's quit() ends, even if it comes first
     QObject::connect(&signalWatcher, &SignalWatcher::pauseRequested, &loop,
                      [server] { server->pause(); });
     QObject::connect(&signalWatcher, &SignalWatcher::resumeRequested, &loop,
@@ -128,7 +141,7 @@ void ServeCommand::waitForEnd()
     QMetaObject::invokeMethod(&signalWatcher, "watch", Qt::QueuedConnection);
     qInfo("Host - serving '%s' on %s:%i", qUtf8Printable(options.connection.databaseName),
           qUtf8Printable(options.connection.host), options.connection.port);
-    loop.exec();
+    loop.exec(); // which the thread's quit() ends, even if it comes first
     server->stop();
 }
 

@@ -3,6 +3,8 @@
 #include "host/pluginhandle.h"
 #include "host/serveoptions.h"
 
+#include <QEventLoop>
+
 #include <memory>
 
 class DBManager;
@@ -36,6 +38,7 @@ private:
 
     const ServeOptions &options;
     SignalWatcher &signalWatcher; // in the main thread
+    QEventLoop loop; // from the first on: without it, a thread that Qt did not start has no timers
     std::unique_ptr<DBManager> manager;
     std::unique_ptr<PluginHandle> plugin; // goes before the manager that it uses
 };
