@@ -119,6 +119,9 @@ private:
                           "DATABASE() AND id <> CONNECTION_ID()");
         QVERIFY(id.isValid());
         schema->exec("KILL " + id.toString());
+        // The client hears of it at once; the report's lock stays until the server has cleaned up.
+        const QString isThere = "SELECT 1 FROM information_schema.processlist WHERE id = ";
+        QTRY_VERIFY_WITH_TIMEOUT(!schema->value(isThere + id.toString()).isValid(), patienceMs);
     }
 
     const QString reconnects = "MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1";
