@@ -1,7 +1,6 @@
 #include "reports/dailyattenreport.h"
 
 #include "common/freshquery.h"
-#include "db/serverconnection.h"
 #include "reports/dailyattensheet.h"
 #include "reports/duration.h"
 #include "reports/reportbook.h"
@@ -37,11 +36,7 @@ void DailyAttenReport::doWork()
 
 void DailyAttenReport::makeReport(const QStringList &emails, const QDateTime &now)
 {
-    ReportRun run;
-    run.settings.recipients = emails;
-    run.now = now;
-    run.connectionId = serverConnectionId(database);
-    produce(run);
+    produce(makeRun(emails, now, database));
 }
 
 void DailyAttenReport::produce(const ReportRun &run)

@@ -1,6 +1,5 @@
 #include "reports/monthlyattenreport.h"
 
-#include "db/serverconnection.h"
 #include "reports/monthlyattensheet.h"
 #include "reports/reportbook.h"
 #include "reports/reportmail.h"
@@ -30,11 +29,7 @@ void MonthlyAttenReport::doWork()
 
 void MonthlyAttenReport::makeReport(const QStringList &emails, const QDateTime &now)
 {
-    ReportRun run;
-    run.settings.recipients = emails;
-    run.now = now;
-    run.connectionId = serverConnectionId(database);
-    produce(run);
+    produce(makeRun(emails, now, database));
 }
 
 void MonthlyAttenReport::produce(const ReportRun &run)

@@ -6,6 +6,15 @@
 
 #include <QThread>
 
+ReportRun makeRun(const QStringList &recipients, const QDateTime &now, const QSqlDatabase &database)
+{
+    ReportRun run;
+    run.settings.recipients = recipients;
+    run.now = now;
+    run.connectionId = serverConnectionId(database);
+    return run;
+}
+
 void runWhenDue(const char *report, const QString &prefix, ZasDbSettings &settings,
                 const QSqlDatabase &database, const std::function<void(const ReportRun &)> &make)
 {

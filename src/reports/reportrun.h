@@ -22,6 +22,10 @@ struct ReportRun {
     std::function<bool()> isCancelled = nullptr;
 };
 
+/// A run for these recipients at that moment, whether due or not.
+ReportRun makeRun(const QStringList &recipients, const QDateTime &now,
+                  const QSqlDatabase &database);
+
 /**
  * One tick of a report: calls `make` when the report is due now and no other host is making it.
  *

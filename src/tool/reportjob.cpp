@@ -1,13 +1,11 @@
 #include "tool/reportjob.h"
 
-#include "db/serverconnection.h"
 #include "tool/interruption.h"
 
+// Any moment of the day will do: a report looks at the date alone.
 ReportJob::ReportJob(const QSqlDatabase &database, const QDate &date)
+    : run(makeRun({}, date.startOfDay(), database))
 {
-    // Any moment of the day will do: a report looks at the date alone.
-    run.now = date.startOfDay();
-    run.connectionId = serverConnectionId(database);
     run.mark = false;
     run.byHand = true;
     run.isCancelled = &Interruption::isRequested;
