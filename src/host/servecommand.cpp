@@ -17,6 +17,8 @@
 #include <system_error>
 #include <thread>
 
+#include <sys/resource.h>
+
 namespace
 {
 
@@ -26,14 +28,26 @@ QString masterName(bool single)
     return single ? QStringLiteral("KVH.ZASDB") : QStringLiteral("KVH.InfoDB");
 }
 
+// Each schema's worker takes about four files: what a shell allows at first ends at 250 of them.
+void raiseFileLimit()
+{
+    rlimit limit = {};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0)
+        return;
+    limit.rlim_cur = limit.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &limit);
+}
+
 } // namespace
 
 int ServeCommand::run(const ServeOptions &options)
 {
+    raiseFileLimit();
     SignalWatcher signalWatcher;
     std::atomic<int> status{1};
     std::promise<QThread *> begun;
     std::promise<void> deaf;
+    const std::future<void> deafness = deaf.get_future();
     // Not a QThread: waiting for one ends before the libraries have taken down what they keep for
     // it, and the end of the process would come in between.
     std::thread thread;
@@ -42,7 +56,7 @@ int ServeCommand::run(const ServeOptions &options)
             begun.set_value(QThread::currentThread());
             status = ServeCommand(options, signalWatcher).serve();
             QMetaObject::invokeMethod(qApp, "quit", Qt::QueuedConnection);
-            deaf.get_future().wait(); // until then a signal may ask for this thread
+            deafness.wait(); // until then a signal may ask for this thread
         });
     } catch (const std::system_error &error) {
         qCritical("Host - no thread to serve in: %s", error.what());
@@ -52,6 +66,7 @@ int ServeCommand::run(const ServeOptions &options)
     QObject::connect(&signalWatcher, &SignalWatcher::stopRequested, [serving] {
         serving->requestInterruption();
         serving->quit();
+        qInfo("Host - stopping");
     });
     if (options.runForSeconds > 0) {
         QTimer::singleShot(std::chrono::seconds(options.runForSeconds), &signalWatcher,
@@ -134,9 +149,10 @@ bool ServeCommand::startPlugin()
 void ServeCommand::waitForEnd()
 {
     ServerInterface *server = plugin->server();
-    QObject::connect(&signalWatcher, &SignalWatcher::pauseRequested, &loop,
+    const QObject here; // ends the connections before the plug-in goes
+    QObject::connect(&signalWatcher, &SignalWatcher::pauseRequested, &here,
                      [server] { server->pause(); });
-    QObject::connect(&signalWatcher, &SignalWatcher::resumeRequested, &loop,
+    QObject::connect(&signalWatcher, &SignalWatcher::resumeRequested, &here,
                      [server] { server->resume(); });
     QMetaObject::invokeMethod(&signalWatcher, "watch", Qt::QueuedConnection);
     qInfo("Host - serving '%s' on %s:%i", qUtf8Printable(options.connection.databaseName),

@@ -136,7 +136,7 @@ private Q_SLOTS:
         start(QStringList{"serve", "--single"} + TestServer::options(bench->schema.name()));
         QTRY_COMPARE_WITH_TIMEOUT(bench->schema.connectionsIn("Waiting for table%"), 1, patienceMs);
         program->terminate();
-        QTest::qWait(200); // for the signal, which nothing tells of
+        QVERIFY(logs("Host - stopping"));
         bench->schema.exec("UNLOCK TABLES");
         QVERIFY(ended());
         QCOMPARE(program->exitCode(), 0);
@@ -174,7 +174,8 @@ private:
     // Whether it did by itself.
     bool ended()
     {
-        const bool end = program->state() == QProcess::NotRunning || program->waitForFinished();
+        const bool end =
+            program->state() == QProcess::NotRunning || program->waitForFinished(patienceMs);
         readLog();
         return end && program->exitStatus() == QProcess::NormalExit;
     }
