@@ -19,7 +19,7 @@ private Q_SLOTS:
         bench->schema.exec(
             "CREATE TRIGGER slow AFTER INSERT ON emails FOR EACH ROW DO SLEEP(0.05)");
         const auto inserts = [this] {
-            return bench->schema.connectionsIn("User sleep") == 1;
+            return bench->schema.connectionsIn("User sleep") == 1 || bench->mails() > 0;
         };
         const QString traces = "SELECT CONCAT(COUNT(*), ' ', EXISTS (SELECT 1 FROM vars WHERE name "
                                "LIKE '%lastGenerated')) FROM emails";
@@ -44,9 +44,8 @@ private Q_SLOTS:
             QTRY_VERIFY_WITH_TIMEOUT(bench->lastGenerated("DailyAtten").isValid(), patienceMs);
             host->terminate();
             QVERIFY(host->waitForFinished(patienceMs));
-            const QString different = "SELECT COUNT(DISTINCT `to`) FROM emails";
-            QCOMPARE(bench->schema.value(different).toInt(), recipients);
-            QCOMPARE(bench->mails(), recipients);
+            const QString queued = "SELECT CONCAT(COUNT(*), ' ', COUNT(DISTINCT `to`)) FROM emails";
+            QCOMPARE(bench->schema.value(queued).toString(), QString("8 8"));
         }
         QVERIFY2(killedWithoutTrace > 5, qPrintable(QString::number(killedWithoutTrace)));
     }

@@ -65,7 +65,8 @@ private Q_SLOTS:
                 ++restarts;
             }
             QTRY_COMPARE_WITH_TIMEOUT(sums(), QVariantList({count, count, 1}), patienceMs);
-            last = holdings();
+            // A worker may have made its report before the restart, and not seen that one yet.
+            QTRY_VERIFY_WITH_TIMEOUT((last = holdings()).connections > count, patienceMs);
             if (++rounds == 1)
                 first = last;
             qInfo("after round %i: %i KiB, %i threads, %i files, %i connections", rounds,
@@ -74,7 +75,7 @@ private Q_SLOTS:
         QCOMPARE(last.threads, first.threads);
         QVERIFY(last.files <= first.files);
         // A restart drops those that the scan keeps, which nobody asks for again.
-        QVERIFY(last.connections <= first.connections && last.connections > count);
+        QVERIFY(last.connections <= first.connections);
         QVERIFY(sanitized || last.memoryKiB < first.memoryKiB * 5 / 4);
 
         host.terminate();
@@ -112,12 +113,12 @@ private:
     Holdings holdings() const
     {
         const QString process = QString("/proc/%1/").arg(host.processId());
-        const QString status = readFile(process + "status");
+        const QString status = readFile(process + "status") + readFile(process + "smaps_rollup");
         const auto number = [&status](const QString &key) {
             return status.section("\n" + key + ":", 1).simplified().section(' ', 0, 0).toInt();
         };
         return {
-            number("VmRSS"), number("Threads"),
+            number("Rss"), number("Threads"),
             static_cast<int>(QDir(process + "fd").entryList(QDir::Files | QDir::System).size()),
             schemas.front()->value("SELECT COUNT(*) FROM information_schema.processlist").toInt()};
     }
@@ -128,11 +129,8 @@ private:
     QProcess host;
 };
 
-int main(int argc, char **argv)
-{
-    qputenv("QTEST_FUNCTION_TIMEOUT", "3600000"); // its own limit is five minutes
-    QCoreApplication application(argc, argv);
-    TestSoak test;
-    return QTest::qExec(&test, argc, argv);
-}
+// The test's own limit, which would be five minutes.
+const bool longLimit = qputenv("QTEST_FUNCTION_TIMEOUT", "3600000");
+
+QTEST_GUILESS_MAIN(TestSoak)
 #include "tst_soak.moc"

@@ -31,6 +31,7 @@ LogCapture::~LogCapture()
         current = nullptr;
         qInstallMessageHandler(previous);
     }
+    checkConnections();
     for (const auto &[type, text] : collected) {
         if (QTest::currentTestFailed())
             previous(type, QMessageLogContext(), text);
@@ -57,13 +58,13 @@ QStringList LogCapture::texts(int type) const
     return result;
 }
 
-void checkConnections(const LogCapture &log)
+void LogCapture::checkConnections() const
 {
     QStringList faults;
     for (const char *complaint :
          {"still in use", "addDatabase: duplicate connection name",
           "does not belong to the calling thread", "different thread", "another thread"})
-        faults += log.texts().filter(complaint);
+        faults += texts().filter(complaint);
     for (const QString &name : QSqlDatabase::connectionNames()) {
         if (!name.startsWith(TestServer::ownPrefix))
             faults += "left registered: " + name;

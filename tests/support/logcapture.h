@@ -8,7 +8,9 @@
 /**
  * Collects what is logged while it lives, from every thread, instead of printing it.
  *
- * One object at a time. When the running test has failed, the destructor prints what it collected.
+ * One object at a time, which goes last. The test then fails when a database connection, not of the
+ * bench's own, is left registered, or when Qt complained that one is still in use, or of a wrong
+ * thread for it or for an object. Of a failed test all is printed.
  */
 class LogCapture
 {
@@ -25,15 +27,9 @@ public:
     int countContaining(const QString &part) const { return texts().filter(part).size(); }
 
 private:
+    void checkConnections() const;
     static void handle(QtMsgType type, const QMessageLogContext &context, const QString &text);
 
     std::vector<std::pair<QtMsgType, QString>> collected;
     QtMessageHandler previous;
 };
-
-/**
- * To be called in a test's cleanup(): the test fails when a database connection is left registered
- * (those of the bench excepted), or when Qt complained that one is still in use or that an object
- * or a connection was used on the wrong thread.
- */
-void checkConnections(const LogCapture &log);

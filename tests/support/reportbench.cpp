@@ -16,7 +16,6 @@ ReportBench::~ReportBench()
     qunsetenv("TMPDIR");
     database = QSqlDatabase();
     QSqlDatabase::removeDatabase("report");
-    checkConnections(log);
 }
 
 void ReportBench::set(const QString &key, const QString &value) const

@@ -134,6 +134,6 @@ QVariant TestDatabase::value(const QString &sql) const
 int TestDatabase::connectionsIn(const QString &state) const
 {
     const QString sql("SELECT COUNT(*) FROM information_schema.processlist WHERE db = '%1' AND "
-                      "state LIKE '%2'");
+                      "COALESCE(state, '') LIKE '%2'");
     return value(sql.arg(databaseName, state)).toInt();
 }

@@ -13,13 +13,20 @@ namespace
 
 constexpr int programPatienceMs = 180000;
 
+/// Runs the program to its end, in a locale with a decimal point; whether that was a good one.
+bool run(QProcess &process, const QString &program, const QStringList &arguments)
+{
+    process.setEnvironment(QProcess::systemEnvironment() << "LC_ALL=C.UTF-8");
+    process.start(program, arguments);
+    return process.waitForFinished(programPatienceMs) &&
+           process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+}
+
 /// What the program prints; empty when it fails or has something to say beside.
 QByteArray outputOf(const QString &program, const QStringList &arguments)
 {
     QProcess process;
-    process.start(program, arguments);
-    bool good = process.waitForFinished(programPatienceMs) &&
-                process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+    bool good = run(process, program, arguments);
     const QByteArray said = process.readAllStandardError();
     // Which fonts gnumeric knows is not our affair.
     for (const QByteArray &line : said.split('\n'))
@@ -69,10 +76,9 @@ QString savedBy(Program program, const QString &path, const QString &suffix)
     // it apart from others that run at the same time.
     const QString csv = "csv:Text - txt - csv (StarCalc):44,34,76,1,,0,false,true";
     QProcess office;
-    office.start("soffice",
-                 {QString("-env:UserInstallation=file://%1/profile").arg(folder), "--headless",
-                  "--convert-to", suffix == "csv" ? csv : suffix, "--outdir", folder, path});
-    office.waitForFinished(programPatienceMs);
+    run(office, "soffice",
+        {QString("-env:UserInstallation=file://%1/profile").arg(folder), "--headless",
+         "--convert-to", suffix == "csv" ? csv : suffix, "--outdir", folder, path});
     return saved;
 }
 

@@ -51,9 +51,8 @@ private Q_SLOTS:
         addRow("in time for a while",
                key("time", "08:30") + ";\n" + key("lastGenerated", "1699947002"), "");
         addRow("table", "DROP TABLE brape", "tables");
-        const QString mail =
-            "INSERT INTO emails (`from`, `to`, subject, created) VALUES ('a', 'b', "
-            "'c', UNIX_TIMESTAMP() - 3700)";
+        const QString mail = "INSERT INTO emails (`from`, `to`, subject, created) "
+                             "VALUES ('a', 'b', 'c', UNIX_TIMESTAMP() - 3700)";
         addRow("queue, off", key("enabled", "0") + ";\n" + mail, "queue");
     }
 

@@ -106,7 +106,7 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(bench->schema.connectionsIn("Waiting for table%"), 1, patienceMs);
         tool->terminate();
         bench->schema.exec("UNLOCK TABLES");
-        QVERIFY(tool->waitForFinished());
+        QVERIFY(tool->waitForFinished(patienceMs));
         QCOMPARE(tool->exitCode(), stays ? 0 : 143);
         QCOMPARE(tool->readAllStandardError().contains("interrupted, nothing saved and no mail!"),
                  !stays);
