@@ -129,8 +129,7 @@ private:
     QProcess host;
 };
 
-// The test's own limit, which would be five minutes.
-const bool longLimit = qputenv("QTEST_FUNCTION_TIMEOUT", "3600000");
+const bool longLimit = qputenv("QTEST_FUNCTION_TIMEOUT", "3600000"); // else five minutes
 
 QTEST_GUILESS_MAIN(TestSoak)
 #include "tst_soak.moc"
