@@ -5,6 +5,7 @@
 #include "support/tablerow.h"
 #include "support/testhost.h"
 
+#include "common/filelimit.h"
 #include "plugin/autoreport.h"
 
 #include <QCoreApplication>
@@ -101,7 +102,7 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     const Bench::Plan plan(QCoreApplication::arguments());
     const int schemas = plan.quick ? 20 : 2500;
-    Bench::raiseFileLimit();
+    raiseFileLimit();
     if (!plan.run.isEmpty()) {
         if (plan.run.first() == QStringLiteral("floor"))
             runFloor(plan.run.last().toInt());

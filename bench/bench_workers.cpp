@@ -4,6 +4,7 @@
 #include "support/tablerow.h"
 #include "support/testserver.h"
 
+#include "common/filelimit.h"
 #include "worker/autoreportworker.h"
 
 #include <QCoreApplication>
@@ -113,7 +114,7 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     const Bench::Plan plan(QCoreApplication::arguments());
     const int count = plan.quick ? 20 : 1000;
-    Bench::raiseFileLimit();
+    raiseFileLimit();
     if (!plan.run.isEmpty()) {
         run(plan.run.first().toInt());
         return 0;

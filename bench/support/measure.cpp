@@ -10,8 +10,6 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include <sys/resource.h>
-
 namespace
 {
 
@@ -139,12 +137,4 @@ void Bench::require(bool held, const QString &complaint)
 void Bench::failOnWarnings()
 {
     qInstallMessageHandler(endOnWarning);
-}
-
-void Bench::raiseFileLimit()
-{
-    rlimit limit{};
-    getrlimit(RLIMIT_NOFILE, &limit);
-    limit.rlim_cur = limit.rlim_max;
-    setrlimit(RLIMIT_NOFILE, &limit);
 }

@@ -53,7 +53,4 @@ void require(bool held, const QString &complaint);
 /// From here on a warning or worse ends the program, and lesser lines are dropped.
 void failOnWarnings();
 
-/// Lets the process open as many files and sockets as it may.
-void raiseFileLimit();
-
 } // namespace Bench

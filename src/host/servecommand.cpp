@@ -1,5 +1,6 @@
 #include "host/servecommand.h"
 
+#include "common/filelimit.h"
 #include "db/dbmanager.h"
 #include "host/signalwatcher.h"
 #include "plugin/databasemanagerinterface.h"
@@ -17,8 +18,6 @@
 #include <system_error>
 #include <thread>
 
-#include <sys/resource.h>
-
 namespace
 {
 
@@ -26,16 +25,6 @@ namespace
 QString masterName(bool single)
 {
     return single ? QStringLiteral("KVH.ZASDB") : QStringLiteral("KVH.InfoDB");
-}
-
-// Each schema's worker takes about four files: what a shell allows at first ends at 250 of them.
-void raiseFileLimit()
-{
-    rlimit limit = {};
-    if (getrlimit(RLIMIT_NOFILE, &limit) != 0)
-        return;
-    limit.rlim_cur = limit.rlim_max;
-    setrlimit(RLIMIT_NOFILE, &limit);
 }
 
 } // namespace
