@@ -1,7 +1,7 @@
 #include "host/serveoptions.h"
 
 #include "host/pluginhandle.h"
-#include "tool/tool.h"
+#include "options/optionreader.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -13,7 +13,7 @@ constexpr int wrongOption = 2;
 constexpr int failure = 1;
 constexpr int maxRunForSeconds = 2000000; // what a timer can hold, 23 days
 
-void describe(QCommandLineParser &parser)
+void describe(QCommandLineParser &parser, const QString &commandHelp)
 {
     const auto add = [&parser](const char *name, const char *description, const char *value,
                                const char *preset = nullptr) {
@@ -28,7 +28,7 @@ void describe(QCommandLineParser &parser)
             "The password is read from the environment variable\n"
             "AUTOREPORT_DB_PASSWORD or from a file.\n\nThe operator's commands, each with "
             "a --help of its own:\n") +
-        Tool::commandHelp().chopped(1));
+        commandHelp.chopped(1));
     // Not addHelpOption(), which brings along "--help-all" for programs with windows.
     parser.addOption(
         {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Print this help.")});
@@ -69,10 +69,10 @@ ServeOptions read(const QCommandLineParser &parser, OptionReader &reader)
 
 } // namespace
 
-CommandLine parseCommandLine(const QStringList &arguments)
+CommandLine parseCommandLine(const QStringList &arguments, const QString &commandHelp)
 {
     QCommandLineParser parser;
-    describe(parser);
+    describe(parser, commandHelp);
     const auto wrong = [&parser](const QString &error) {
         return CommandLine{
             {}, wrongOption, QStringLiteral("autoreport: %1\n\n%2").arg(error, parser.helpText())};

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/connectionoptions.h"
+#include "options/connectionoptions.h"
 
 #include <QStringList>
 
@@ -27,5 +27,6 @@ struct CommandLine {
     QString text;
 };
 
-/// `arguments` with the program's name first.
-CommandLine parseCommandLine(const QStringList &arguments);
+/// Parses `arguments`, the program's name first. `commandHelp` lists the program's other commands,
+/// one a line; the help ends its description with it.
+CommandLine parseCommandLine(const QStringList &arguments, const QString &commandHelp);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/connectionoptions.h"
+#include "options/connectionoptions.h"
 #include "tool/reportkind.h"
 
 #include <QCommandLineParser>

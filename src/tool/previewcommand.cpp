@@ -1,3 +1,4 @@
+#include "options/optionreader.h"
 #include "tool/commands.h"
 #include "tool/interruption.h"
 #include "tool/messages.h"

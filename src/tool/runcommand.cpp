@@ -1,4 +1,5 @@
 #include "common/zas.h"
+#include "options/optionreader.h"
 #include "reports/reportlock.h"
 #include "tool/commands.h"
 #include "tool/interruption.h"

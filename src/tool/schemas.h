@@ -1,7 +1,7 @@
 #pragma once
 
 #include "db/dbmanager.h"
-#include "host/connectionoptions.h"
+#include "options/connectionoptions.h"
 
 #include <QSqlDatabase>
 #include <QString>

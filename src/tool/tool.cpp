@@ -1,6 +1,7 @@
 #include "tool/tool.h"
 
-#include "host/language.h"
+#include "options/language.h"
+#include "options/optionreader.h"
 #include "tool/commands.h"
 #include "tool/invocation.h"
 #include "tool/messages.h"

@@ -1,5 +1,5 @@
 #include "testbook.h"
-#include "workbook/bytesink.h"
+#include "workbook/writing/bytesink.h"
 #include "workbook/xls/compoundfile.h"
 
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #include "workbook/formula/evaluator.h"
 
-#include "workbook/model.h"
+#include "workbook/model/model.h"
 
 #include <cmath>
 
@@ -73,7 +73,7 @@ FormulaValue Evaluator::valueOf(const Cell &cell)
 }
 
 /** Appends the formulas that must be reckoned before this one; false when there are none. */
-bool Evaluator::openCells(const Formula &formula, std::vector<const Cell *> &waiting) const
+bool Evaluator::openCells(const FormulaTokens &formula, std::vector<const Cell *> &waiting) const
 {
     const std::size_t before = waiting.size();
     for (const FormulaToken &token : formula) {
@@ -97,7 +97,7 @@ FormulaValue Evaluator::cellValue(const CellReference &reference) const
     return known != progress.end() ? known->second.value : FormulaValue{};
 }
 
-FormulaValue Evaluator::reckon(const Formula &formula) const
+FormulaValue Evaluator::reckon(const FormulaTokens &formula) const
 {
     std::vector<FormulaValue> stack;
     for (const FormulaToken &token : formula) {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "workbook/cellstore.h"
 #include "workbook/formula/formula.h"
+#include "workbook/model/cellstore.h"
 
 #include <unordered_map>
 #include <vector>
@@ -41,8 +41,8 @@ private:
         FormulaValue value;
     };
 
-    bool openCells(const Formula &formula, std::vector<const Cell *> &waiting) const;
-    FormulaValue reckon(const Formula &formula) const;
+    bool openCells(const FormulaTokens &formula, std::vector<const Cell *> &waiting) const;
+    FormulaValue reckon(const FormulaTokens &formula) const;
     FormulaValue cellValue(const CellReference &reference) const;
 
     const BookData &book;

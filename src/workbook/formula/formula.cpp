@@ -58,7 +58,7 @@ public:
     {
     }
 
-    std::optional<Formula> whole()
+    std::optional<FormulaTokens> whole()
     {
         if (!binary(1))
             return std::nullopt;
@@ -265,13 +265,13 @@ private:
     }
 
     std::u16string_view rest;
-    Formula formula;
+    FormulaTokens formula;
     int depth = 0;
 };
 
 } // namespace
 
-std::optional<Formula> parseFormula(std::u16string_view text)
+std::optional<FormulaTokens> parseFormula(std::u16string_view text)
 {
     return Parser(text).whole();
 }

@@ -51,13 +51,13 @@ struct FormulaToken {
 };
 
 /** A formula in postfix order: operands, then their operator. "1+2*3" is 1 2 3 * +. */
-using Formula = std::vector<FormulaToken>;
+using FormulaTokens = std::vector<FormulaToken>;
 
 /**
  * Reads a formula without its leading "=". Nothing for what is no formula, and for what this
  * engine does not know: other sheets, names, arrays, functions other than those above, and more
  * than 64 levels of signs, parentheses and calls.
  */
-std::optional<Formula> parseFormula(std::u16string_view text);
+std::optional<FormulaTokens> parseFormula(std::u16string_view text);
 
 } // namespace workbook

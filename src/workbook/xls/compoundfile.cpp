@@ -1,7 +1,7 @@
 #include "workbook/xls/compoundfile.h"
 
-#include "workbook/bytes.h"
-#include "workbook/bytesink.h"
+#include "workbook/writing/bytes.h"
+#include "workbook/writing/bytesink.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,6 +1,6 @@
 #include "workbook/xls/recordwriter.h"
 
-#include "workbook/bytesink.h"
+#include "workbook/writing/bytesink.h"
 
 #include <algorithm>
 #include <limits>

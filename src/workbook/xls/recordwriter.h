@@ -1,7 +1,7 @@
 #pragma once
 
-#include "workbook/buffer.h"
-#include "workbook/bytes.h"
+#include "workbook/writing/buffer.h"
+#include "workbook/writing/bytes.h"
 
 #include <cstdint>
 #include <string>

@@ -1,7 +1,7 @@
 #include "workbook/xls/xlscells.h"
 
-#include "workbook/sharedstrings.h"
-#include "workbook/styletable.h"
+#include "workbook/writing/sharedstrings.h"
+#include "workbook/writing/styletable.h"
 #include "workbook/xls/records.h"
 #include "workbook/xls/recordwriter.h"
 #include "workbook/xls/xlsformula.h"

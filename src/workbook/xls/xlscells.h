@@ -1,7 +1,7 @@
 #pragma once
 
 #include "workbook/formula/evaluator.h"
-#include "workbook/sheetlayout.h"
+#include "workbook/writing/sheetlayout.h"
 
 #include <cstdint>
 #include <vector>

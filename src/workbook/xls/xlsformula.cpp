@@ -1,7 +1,7 @@
 #include "workbook/xls/xlsformula.h"
 
-#include "workbook/bytes.h"
 #include "workbook/formula/formula.h"
+#include "workbook/writing/bytes.h"
 #include "workbook/xls/recordwriter.h"
 #include "workbook/xls/xlslimits.h"
 
@@ -63,7 +63,7 @@ constexpr std::size_t controlBytes = 4;
 class Compiler
 {
 public:
-    std::optional<std::string> compile(const Formula &formula)
+    std::optional<std::string> compile(const FormulaTokens &formula)
     {
         for (const FormulaToken &token : formula)
             add(token);
@@ -214,7 +214,7 @@ private:
 
 std::optional<std::string> compileXlsFormula(std::u16string_view text)
 {
-    const std::optional<Formula> formula = parseFormula(text);
+    const std::optional<FormulaTokens> formula = parseFormula(text);
     return formula ? Compiler().compile(*formula) : std::nullopt;
 }
 

@@ -1,6 +1,6 @@
 #include "workbook/xls/xlspage.h"
 
-#include "workbook/model.h"
+#include "workbook/model/model.h"
 #include "workbook/xls/records.h"
 #include "workbook/xls/recordwriter.h"
 

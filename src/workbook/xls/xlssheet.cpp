@@ -1,8 +1,8 @@
 #include "workbook/xls/xlssheet.h"
 
-#include "workbook/columnwidth.h"
-#include "workbook/sheetlayout.h"
-#include "workbook/styletable.h"
+#include "workbook/writing/columnwidth.h"
+#include "workbook/writing/sheetlayout.h"
+#include "workbook/writing/styletable.h"
 #include "workbook/xls/records.h"
 #include "workbook/xls/recordwriter.h"
 #include "workbook/xls/xlscells.h"

@@ -1,8 +1,8 @@
 #include "workbook/xls/xlsstrings.h"
 
-#include "workbook/model.h"
-#include "workbook/sharedstrings.h"
-#include "workbook/text.h"
+#include "workbook/model/model.h"
+#include "workbook/model/text.h"
+#include "workbook/writing/sharedstrings.h"
 #include "workbook/xls/records.h"
 #include "workbook/xls/recordwriter.h"
 

@@ -1,7 +1,7 @@
 #include "workbook/xls/xlsstyles.h"
 
-#include "workbook/model.h"
-#include "workbook/styletable.h"
+#include "workbook/model/model.h"
+#include "workbook/writing/styletable.h"
 #include "workbook/xls/records.h"
 #include "workbook/xls/recordwriter.h"
 

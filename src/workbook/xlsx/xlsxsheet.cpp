@@ -1,10 +1,10 @@
 #include "workbook/xlsx/xlsxsheet.h"
 
-#include "workbook/cellname.h"
-#include "workbook/columnwidth.h"
-#include "workbook/sharedstrings.h"
-#include "workbook/sheetlayout.h"
-#include "workbook/styletable.h"
+#include "workbook/writing/cellname.h"
+#include "workbook/writing/columnwidth.h"
+#include "workbook/writing/sharedstrings.h"
+#include "workbook/writing/sheetlayout.h"
+#include "workbook/writing/styletable.h"
 #include "workbook/xlsx/zipwriter.h"
 
 namespace workbook

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "workbook/cellstore.h"
 #include "workbook/formula/evaluator.h"
-#include "workbook/model.h"
+#include "workbook/model/cellstore.h"
+#include "workbook/model/model.h"
 #include "workbook/xlsx/xmltext.h"
 
 #include <string>

@@ -1,8 +1,8 @@
 #include "workbook/xlsx/xlsxstyles.h"
 
-#include "workbook/model.h"
-#include "workbook/palette.h"
-#include "workbook/styletable.h"
+#include "workbook/model/model.h"
+#include "workbook/writing/palette.h"
+#include "workbook/writing/styletable.h"
 #include "workbook/xlsx/xmltext.h"
 
 #include <array>

@@ -1,6 +1,6 @@
 #include "workbook/xlsx/xmltext.h"
 
-#include "workbook/text.h"
+#include "workbook/model/text.h"
 #include "workbook/xlsx/zipwriter.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbook/buffer.h"
+#include "workbook/writing/buffer.h"
 
 #include <charconv>
 #include <string_view>

@@ -1,7 +1,7 @@
 #include "workbook/xlsx/zipwriter.h"
 
-#include "workbook/bytes.h"
-#include "workbook/bytesink.h"
+#include "workbook/writing/bytes.h"
+#include "workbook/writing/bytesink.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "workbook/bytesink.h"
+#include "workbook/writing/bytesink.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "workbook/cellname.h"
+#include "workbook/writing/cellname.h"
 
 namespace workbook
 {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "workbook/cellstore.h"
 #include "workbook/enums.h"
-#include "workbook/stringtable.h"
+#include "workbook/model/cellstore.h"
+#include "workbook/model/stringtable.h"
 
 #include <array>
 #include <deque>

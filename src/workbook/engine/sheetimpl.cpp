@@ -1,9 +1,9 @@
-#include "workbook/sheetimpl.h"
+#include "workbook/engine/sheetimpl.h"
 
-#include "workbook/columnwidth.h"
-#include "workbook/formatimpl.h"
-#include "workbook/guarded.h"
-#include "workbook/text.h"
+#include "workbook/engine/formatimpl.h"
+#include "workbook/engine/guarded.h"
+#include "workbook/model/text.h"
+#include "workbook/writing/columnwidth.h"
 
 #include <cmath>
 

@@ -1,4 +1,4 @@
-#include "workbook/styletable.h"
+#include "workbook/writing/styletable.h"
 
 #include <map>
 #include <tuple>

@@ -1,4 +1,4 @@
-#include "workbook/text.h"
+#include "workbook/model/text.h"
 
 #include <algorithm>
 #include <cwchar>

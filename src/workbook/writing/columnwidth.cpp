@@ -1,6 +1,6 @@
-#include "workbook/columnwidth.h"
+#include "workbook/writing/columnwidth.h"
 
-#include "workbook/model.h"
+#include "workbook/model/model.h"
 
 #include <algorithm>
 #include <cmath>

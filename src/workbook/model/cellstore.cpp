@@ -1,4 +1,4 @@
-#include "workbook/cellstore.h"
+#include "workbook/model/cellstore.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "workbook/fileformat.h"
-#include "workbook/model.h"
+#include "workbook/model/fileformat.h"
+#include "workbook/model/model.h"
 #include "workbook/sheet.h"
 
 #include <cstdint>

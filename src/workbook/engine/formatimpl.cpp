@@ -1,6 +1,6 @@
-#include "workbook/formatimpl.h"
+#include "workbook/engine/formatimpl.h"
 
-#include "workbook/fontimpl.h"
+#include "workbook/engine/fontimpl.h"
 
 namespace workbook
 {

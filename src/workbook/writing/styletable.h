@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbook/model.h"
+#include "workbook/model/model.h"
 
 #include <cstddef>
 #include <cstdint>

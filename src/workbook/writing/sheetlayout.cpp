@@ -1,4 +1,4 @@
-#include "workbook/sheetlayout.h"
+#include "workbook/writing/sheetlayout.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "host/configfile.h"
+#include "options/configfile.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "workbook/format.h"
-#include "workbook/model.h"
+#include "workbook/model/model.h"
 
 namespace workbook
 {

@@ -1,7 +1,7 @@
-#include "host/language.h"
 #include "host/logsink.h"
 #include "host/servecommand.h"
 #include "host/serveoptions.h"
+#include "options/language.h"
 #include "tool/tool.h"
 
 #include <QCoreApplication>
@@ -22,7 +22,8 @@ int main(int argc, char *argv[])
     if (!command.isEmpty())
         return Tool::run(command, QCoreApplication::arguments());
 
-    const CommandLine commandLine = parseCommandLine(QCoreApplication::arguments());
+    const CommandLine commandLine =
+        parseCommandLine(QCoreApplication::arguments(), Tool::commandHelp());
     if (!commandLine.options) {
         std::fputs(qUtf8Printable(commandLine.text), commandLine.status == 0 ? stdout : stderr);
         return commandLine.status;

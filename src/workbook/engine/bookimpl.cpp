@@ -1,8 +1,8 @@
-#include "workbook/bookimpl.h"
+#include "workbook/engine/bookimpl.h"
 
-#include "workbook/bytesink.h"
-#include "workbook/guarded.h"
-#include "workbook/text.h"
+#include "workbook/engine/guarded.h"
+#include "workbook/model/text.h"
+#include "workbook/writing/bytesink.h"
 
 #include <algorithm>
 #include <new>

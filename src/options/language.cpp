@@ -1,4 +1,4 @@
-#include "host/language.h"
+#include "options/language.h"
 
 #include <QCoreApplication>
 #include <QTranslator>

@@ -1,6 +1,6 @@
-#include "workbook/sharedstrings.h"
+#include "workbook/writing/sharedstrings.h"
 
-#include "workbook/model.h"
+#include "workbook/model/model.h"
 
 #include <limits>
 

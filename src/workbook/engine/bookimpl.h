@@ -1,11 +1,11 @@
 #pragma once
 
 #include "workbook/book.h"
-#include "workbook/fileformat.h"
-#include "workbook/fontimpl.h"
-#include "workbook/formatimpl.h"
-#include "workbook/model.h"
-#include "workbook/sheetimpl.h"
+#include "workbook/engine/fontimpl.h"
+#include "workbook/engine/formatimpl.h"
+#include "workbook/engine/sheetimpl.h"
+#include "workbook/model/fileformat.h"
+#include "workbook/model/model.h"
 
 #include <deque>
 

@@ -1,4 +1,4 @@
-#include "workbook/stringtable.h"
+#include "workbook/model/stringtable.h"
 
 #include <functional>
 
