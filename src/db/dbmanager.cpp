@@ -29,8 +29,8 @@ void logMaster(const char *operation, const QSqlDatabase &db)
 } // namespace
 
 DBManager::DBManager()
+    : DBManager(QSqlDatabase(), QSqlDatabase())
 {
-    init();
 }
 
 DBManager::DBManager(const QSqlDatabase &info, const QSqlDatabase &zas)
@@ -136,7 +136,7 @@ bool DBManager::connectionIsActive(const QString &name)
 DBSchemeRecord DBManager::getDbConnRecord(const QString &token) const
 {
     const QMutexLocker locker(&mutex);
-    return schemeCache.value(token);
+    return schemaCache.value(token);
 }
 
 QSqlDatabase DBManager::getDatabase(const QString &token)
@@ -160,7 +160,8 @@ QSqlDatabase DBManager::getDatabase(const QString &token)
 QSqlDatabase DBManager::openSchema(const QString &token, const QString &connectionName,
                                    const DBSchemeRecord &scheme)
 {
-    connections.insert(connectionName);
+    if (!connections.contains(connectionName))
+        connections.append(connectionName);
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), connectionName);
     // All schemas live on the information database's server.
     db.setHostName(infoDatabase.hostName());
@@ -246,5 +247,5 @@ void DBManager::removeUnused(const QString &name)
     if (debugLevel)
         qDebug().noquote() << "DBManager::removeUnusedConnections() - removing:" << name;
     QSqlDatabase::removeDatabase(name);
-    connections.remove(name);
+    connections.removeOne(name);
 }

@@ -4,7 +4,6 @@
 
 #include <QHash>
 #include <QMutex>
-#include <QSet>
 #include <QSqlDatabase>
 #include <QStringList>
 #include <QVector>
@@ -14,22 +13,26 @@
 class QSqlQuery;
 
 /**
- * The way of the server and its plug-ins to the databases.
+ * Hands out database connections.
  *
  * It holds two master connections, the information database with the table `schemas` and the
- * product's own database, and gives every thread a connection of its own to each schema. Schemas
+ * product's own database, and opens a connection to each schema for each thread that asks. Schemas
  * are addressed by their token.
  *
  * Any thread may call it: one mutex guards the state. Operations marked "no lock" are called with
  * the mutex held from inside, and otherwise only while no other thread uses the manager. Nothing
- * throws: a failure is an empty result and a log line.
+ * throws: an error is an empty result and a log line.
+ *
+ * The fields are a binary interface: a host and its plug-ins each carry a copy of this class and
+ * share the objects. Their order and types must not change, no field may be added, and no function
+ * may be virtual.
  */
 class DBManager
 {
 public:
     /// Above 0 most operations log what they do, above 1 the frequent ones too. Set it while no
     /// other thread uses the manager.
-    quint8 debugLevel;
+    quint8 debugLevel = 0;
 
     DBManager();
     DBManager(const QSqlDatabase &info, const QSqlDatabase &zas);
@@ -105,15 +108,16 @@ private:
     bool isMaster(const QString &name) const;
     void removeUnused(const QString &name);
 
-    QHash<QString, DBSchemeRecord> schemeCache; // by token; only grows
+    QHash<QString, DBSchemeRecord> schemaCache; // by token; only grows
     QSqlDatabase infoDatabase;
     QSqlDatabase zasDatabase;
-    QSet<QString> connections;          // made by getDatabase()
+    QVector<QString> connections;       // names made by getDatabase(), each once
     QVector<QString> unusedConnections; // in order of arrival
-    bool closeInfoAfterUse;
-    bool infoOpen;
+    bool closeInfoAfterUse = false;
+    bool infoOpen = false;
     QString zasConnectionName;
     QString infoConnectionName;
     mutable QMutex mutex;
+    QHash<QString, QString> reserved; // part of the layout, unused
     bool poolEnabled = true;
 };

@@ -158,12 +158,12 @@ DBSchemeRecord DBManager::loadScheme(const QString &token)
         scheme.pass = QString::fromUtf8(QByteArray::fromBase64(encoded));
         scheme.user = query.value(QStringLiteral("user")).toString();
         scheme.name = query.value(QStringLiteral("name")).toString();
-        schemeCache.insert(token, scheme);
+        schemaCache.insert(token, scheme);
     };
     const bool ran = queryInfo(
         QStringLiteral("SELECT * FROM `schemas` WHERE status = 1 AND token = '%1' LIMIT 1;")
             .arg(token),
         schemeFailure(), read);
     // What was read last is better than nothing while the table cannot be read.
-    return ran ? scheme : schemeCache.value(token);
+    return ran ? scheme : schemaCache.value(token);
 }

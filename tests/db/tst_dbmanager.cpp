@@ -1,5 +1,36 @@
 #include "support/testhost.h"
 
+#include <QSemaphore>
+
+#include <thread>
+#include <type_traits>
+
+namespace
+{
+
+// What a host that was built from its own declarations shares with us, byte for byte.
+struct ForeignRecord {
+    QString name, user, pass, token;
+};
+
+struct ForeignManager {
+    quint8 debugLevel = 0;
+    QHash<QString, ForeignRecord> schemes;
+    QSqlDatabase info, zas;
+    QVector<QString> connections, unused;
+    bool closeInfo = false, infoOpen = false;
+    QString zasName, infoName;
+    QMutex mutex;
+    QHash<QString, QString> second;
+    bool poolEnabled = true;
+};
+
+static_assert(sizeof(ForeignManager) == sizeof(DBManager));
+static_assert(alignof(ForeignManager) == alignof(DBManager));
+static_assert(!std::is_polymorphic_v<DBManager>);
+
+} // namespace
+
 class TestDBManager : public QObject
 {
     Q_OBJECT
@@ -122,6 +153,49 @@ private Q_SLOTS:
         QVERIFY2(manager->isDatabase(token), "a refused name is not queued again");
         removeUnused(name);
         QVERIFY(!manager->isDatabase(token));
+    }
+
+    /// The plug-in's code at work on an object that a foreign host made.
+    void objectOfAForeignHost()
+    {
+        info().addSchemas({"one"}, info().name());
+        ForeignManager foreign;
+        auto *shared = reinterpret_cast<DBManager *>(&foreign);
+        shared->setInfoDB(manager->getInfoDB());
+        shared->setZasDB(manager->getInfoDB());
+        shared->setCloseInfoDB(true);
+        QCOMPARE(foreign.info.databaseName(), info().name());
+        QCOMPARE(QStringList({foreign.infoName, foreign.zasName}),
+                 QStringList({"KVH.InfoDB", "KVH.InfoDB"}));
+        QVERIFY(foreign.zas.isValid() && foreign.closeInfo);
+
+        foreign.debugLevel = 2;
+        const QString name = shared->getDatabase("one").connectionName();
+        QVERIFY(log->texts(QtDebugMsg).contains("DBManager::getDatabase(one)"));
+        QVERIFY(foreign.infoOpen && shared->getDatabase("one").isOpen());
+        QCOMPARE(foreign.connections, QVector<QString>{name});
+        QCOMPARE(foreign.schemes.value("one").name, info().name());
+        QCOMPARE(foreign.schemes.value("one").token, QString("one"));
+
+        shared->addUnusedConnection(name);
+        QCOMPARE(foreign.unused, QVector<QString>{name});
+        shared->getDatabase("one").close();
+        shared->removeUnusedConnections();
+        QVERIFY(foreign.connections.isEmpty() && foreign.unused.isEmpty());
+        shared->setUnusedConnectionsEnabled(false);
+        QVERIFY(!foreign.poolEnabled && foreign.second.isEmpty());
+
+        // Both lock the same mutex.
+        QSemaphore done;
+        foreign.mutex.lock();
+        std::thread other([&] {
+            shared->isInfoDB();
+            done.release();
+        });
+        const bool waited = !done.tryAcquire(1, 100);
+        foreign.mutex.unlock();
+        other.join();
+        QVERIFY(waited);
     }
 
 private:
