@@ -79,7 +79,8 @@ void AutoReport::checkSchema(const QString &token)
     if (workers.contains(token))
         return;
     const QSqlDatabase db = dbManager->getDatabase(token);
-    if (!db.isValid()) {
+    // Without a way to the schema the manager returns another database, the default connection.
+    if (!db.isValid() || db.connectionName() != dbManager->getConnectionNameFromToken(token)) {
         qWarning("AutoReport::checkSchemas() - invalid database for token '%s'",
                  qUtf8Printable(token));
         return;

@@ -62,8 +62,20 @@ private Q_SLOTS:
         QCOMPARE(logged("AutoReportWorker - stop()"), 3);
     }
 
+    void schemasThatCannotBeServed_data()
+    {
+        addColumns<bool>("otherDatabases");
+        addRow("nothing else", false);
+        addRow("host with databases of its own", true);
+    }
+
     void schemasThatCannotBeServed()
     {
+        QFETCH(bool, otherDatabases);
+        if (otherDatabases) { // with a report switched on, so that a mix-up would make a worker
+            TestServer::addConnection(QSqlDatabase::defaultConnection, schema->name());
+            host->manager()->setZasDB(schema->database());
+        }
         const TestDatabase off(TestDatabase::Tables::Schema);
         off.exec("INSERT INTO vars VALUES ('autoReport.DailyAtten.enabled', '2'), "
                  "('autoReport.MonthlyAtten.enabled', 'true')");
@@ -72,19 +84,24 @@ private Q_SLOTS:
         host->addSchemas({"without-tables"}, withoutTables);
         host->infoDatabase().addSchemas({"missing"}, "no_such_database");
         host->infoDatabase().addSchemas({"no-name"}, QString());
-        host->infoDatabase().addSchemas({"e''quote"}, "x");
+        host->infoDatabase().addSchemas({"e''quote", ""}, "x");
+        host->infoDatabase().addSchemas({"no-user"}, schema->name());
+        host->infoDatabase().exec("UPDATE `schemas` SET user = '' WHERE token = 'no-user'");
         plugin->setDebugLevel(1);
         QVERIFY(plugin->start());
         scan();
         QCOMPARE(threads(), 1); // of "firma"
         QCOMPARE(logged("database for token 'missing'"), 1);
-        QCOMPARE(logged("active workers: 1 / 6 schemas checked (total schemas: 6)"), 1);
+        QCOMPARE(logged("invalid database for token"), 5);
+        QCOMPARE(logged("active workers: 1 / 8 schemas checked (total schemas: 8)"), 1);
 
         // The failed connection is known by now: the next scan finds and tries it again.
         scan();
         QCOMPARE(logged(" - can not open database 'no_such_database': "), 1);
         plugin->stop();
         QSqlDatabase::removeDatabase(host->manager()->getConnectionNameFromToken("missing"));
+        host->manager()->setZasDB(QSqlDatabase());
+        QSqlDatabase::removeDatabase(QSqlDatabase::defaultConnection);
     }
 
     void workerThatCannotStart_data()
