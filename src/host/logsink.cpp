@@ -13,7 +13,7 @@
 namespace
 {
 
-std::mutex lock; // guards what follows; each line is written with it held
+std::mutex lock; // guards the variables below; each line is written with it held
 bool everythingShown = false;
 QElapsedTimer sinceInstalled;
 LogRepeats warnings;
@@ -42,12 +42,12 @@ void write(QtMsgType type, const QString &message)
     text.replace(QLatin1Char('\n'), QLatin1String(" | ")); // one message stays one line
     for (QChar &c : text) {
         if (c.unicode() < 0x20 || c.unicode() == 0x7F)
-            c = QChar::ReplacementCharacter; // what comes from a database must not move a terminal
+            c = QChar::ReplacementCharacter; // a text from a database must not control a terminal
     }
     const QString time =
         QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
     const QByteArray line = QStringLiteral("%1 %2 %3\n").arg(time, levelName(type), text).toUtf8();
-    // Whether or not it could be written: there is no other place to say so.
+    // A failed write is ignored: nowhere else to report it.
     [[maybe_unused]] const ssize_t written =
         ::write(STDERR_FILENO, line.constData(), static_cast<size_t>(line.size()));
 }
@@ -73,7 +73,7 @@ bool isShown(QtMsgType type, const QString &message)
 void handle(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
     const std::lock_guard guard(lock);
-    // Workers log with every tick, so that no timer is needed for these.
+    // No timer needed: workers log with every tick.
     writeSummaries(QtWarningMsg, warnings);
     writeSummaries(QtCriticalMsg, criticals);
     if (isShown(type, message))

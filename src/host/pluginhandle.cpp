@@ -27,16 +27,16 @@ QString PluginHandle::load(const QString &file)
 {
     const QFileInfo info(file);
     if (!info.isFile())
-        return QStringLiteral("there is no such file");
+        return QStringLiteral("no such file");
 
-    // Absolute, or the loader would look for it in Qt's own folders. The metadata is read without
-    // running any of the module's code.
+    // Absolute, or the loader would search Qt's own folders. Reading the metadata runs none of the
+    // module's code.
     QPluginLoader loader(info.absoluteFilePath());
     const QString iid = loader.metaData().value(QStringLiteral("IID")).toString();
     if (iid.isEmpty())
-        return QStringLiteral("it is no plug-in");
+        return QStringLiteral("not a Qt plug-in");
     if (iid != QLatin1String(qobject_interface_iid<ServerInterface *>()))
-        return QStringLiteral("it is a plug-in for something else (%1)").arg(iid);
+        return QStringLiteral("a plug-in for something else (%1)").arg(iid);
 
     object.reset(loader.instance());
     if (!object)
@@ -44,7 +44,7 @@ QString PluginHandle::load(const QString &file)
     serverPart = qobject_cast<ServerInterface *>(object.get());
     databasePart = qobject_cast<DatabaseManagerInterface *>(object.get());
     if (!serverPart || !databasePart)
-        return QStringLiteral("it lacks an interface of the server");
+        return QStringLiteral("does not implement the server interfaces");
     return {};
 }
 

@@ -9,10 +9,10 @@ class QObject;
 class ServerInterface;
 
 /**
- * The plug-in object of a loaded module; the handle owns it.
+ * Loads a plug-in module and owns its plug-in object.
  *
- * The module itself stays loaded until the process ends: texts of its own may live on in
- * connections and caches of the host.
+ * The module itself stays loaded until the process ends: the host's connections and caches may
+ * still refer to its string literals.
  */
 class PluginHandle
 {
@@ -21,17 +21,17 @@ public:
     ~PluginHandle();
     Q_DISABLE_COPY(PluginHandle)
 
-    /// The module beside the program (a build tree) or else where it is installed.
+    /// Returns the module beside the program, as in a build tree, or else the installed one.
     static QString defaultFile();
 
-    /// Loads the module and creates the object. Gives the reason of a failure, or an empty text.
+    /// Loads the module and creates the object. Returns the error, empty on success.
     QString load(const QString &file);
 
-    /// Both null until load() succeeded.
+    /// Both null until load() has succeeded.
     ServerInterface *server() const { return serverPart; }
     DatabaseManagerInterface *databaseManager() const { return databasePart; }
 
-    /// What the plug-in says about its version, as one text.
+    /// Returns the plug-in's version information as one line.
     QString description() const;
 
 private:

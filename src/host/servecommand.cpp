@@ -21,7 +21,7 @@
 namespace
 {
 
-// Names that the connection manager knows: never removed as unused.
+// The connection manager knows these names and never removes them as unused.
 QString masterName(bool single)
 {
     return single ? QStringLiteral("KVH.ZASDB") : QStringLiteral("KVH.InfoDB");
@@ -35,20 +35,20 @@ int ServeCommand::run(const ServeOptions &options)
     SignalWatcher signalWatcher;
     std::atomic<int> status{1};
     std::promise<QThread *> begun;
-    std::promise<void> deaf;
-    const std::future<void> deafness = deaf.get_future();
-    // Not a QThread: waiting for one ends before the libraries have taken down what they keep for
-    // it, and the end of the process would come in between.
+    std::promise<void> signalsDone; // set when no signal can refer to the serving thread any more
+    const std::future<void> untilSignalsDone = signalsDone.get_future();
+    // Not a QThread: QThread::wait() returns before the thread-local destructors have run, and the
+    // process could end in between.
     std::thread thread;
     try {
         thread = std::thread([&] {
             begun.set_value(QThread::currentThread());
             status = ServeCommand(options, signalWatcher).serve();
             QMetaObject::invokeMethod(qApp, "quit", Qt::QueuedConnection);
-            deafness.wait(); // until then a signal may ask for this thread
+            untilSignalsDone.wait(); // the QThread object must live until then
         });
     } catch (const std::system_error &error) {
-        qCritical("Host - no thread to serve in: %s", error.what());
+        qCritical("Host - cannot start the serving thread: %s", error.what());
         return 1;
     }
     QThread *const serving = begun.get_future().get();
@@ -62,7 +62,7 @@ int ServeCommand::run(const ServeOptions &options)
                            &SignalWatcher::stopRequested);
     }
     QCoreApplication::exec();
-    deaf.set_value();
+    signalsDone.set_value();
     thread.join();
     return status;
 }
@@ -94,7 +94,7 @@ bool ServeCommand::loadPlugin()
     const QString reason = plugin->load(options.plugin);
     if (reason.isEmpty())
         return true;
-    qCritical("Host - can not load the plug-in '%s': %s", qUtf8Printable(options.plugin),
+    qCritical("Host - cannot load the plug-in '%s': %s", qUtf8Printable(options.plugin),
               qUtf8Printable(reason));
     return false;
 }
@@ -103,9 +103,9 @@ bool ServeCommand::connectDatabase()
 {
     QSqlDatabase db = options.connection.addDatabase(masterName(options.connection.single),
                                                      ConnectionOptions::OnLoss::Reconnect);
-    // Tried here first, so that a failure is one line which names the server.
+    // Opened here first, so that a failure is a single line that names the server.
     if (!db.open()) {
-        qCritical("Host - can not open the database '%s' on %s:%i: %s",
+        qCritical("Host - cannot open the database '%s' on %s:%i: %s",
                   qUtf8Printable(options.connection.databaseName),
                   qUtf8Printable(options.connection.host), options.connection.port,
                   qUtf8Printable(db.lastError().text()));
@@ -118,7 +118,7 @@ bool ServeCommand::connectDatabase()
         plugin->server()->setDatabase(db);
         return true;
     }
-    // The manager counts only what it opened itself; this is what chooses the plug-in's mode.
+    // The plug-in chooses its mode by whether the manager itself has opened the database.
     manager->setInfoDB(db);
     return manager->checkOpenDB(db);
 }
@@ -131,14 +131,14 @@ bool ServeCommand::startPlugin()
     plugin->server()->setDebugLevel(options.debugLevel);
     if (plugin->server()->start())
         return true;
-    qCritical("Host - the plug-in does not start");
+    qCritical("Host - the plug-in failed to start");
     return false;
 }
 
 void ServeCommand::waitForEnd()
 {
     ServerInterface *server = plugin->server();
-    const QObject here; // ends the connections before the plug-in goes
+    const QObject here; // ends the connections before the plug-in is deleted
     QObject::connect(&signalWatcher, &SignalWatcher::pauseRequested, &here,
                      [server] { server->pause(); });
     QObject::connect(&signalWatcher, &SignalWatcher::resumeRequested, &here,
@@ -146,23 +146,23 @@ void ServeCommand::waitForEnd()
     QMetaObject::invokeMethod(&signalWatcher, "watch", Qt::QueuedConnection);
     qInfo("Host - serving '%s' on %s:%i", qUtf8Printable(options.connection.databaseName),
           qUtf8Printable(options.connection.host), options.connection.port);
-    loop.exec(); // which the thread's quit() ends, even if it comes first
+    loop.exec(); // ended by the thread's quit(), even one that comes first
     server->stop();
 }
 
 void ServeCommand::giveBack()
 {
-    // What was left to deleteLater() gets no event loop any more.
+    // No event loop will run again to delete what deleteLater() was called on.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     plugin.reset();
 
-    // What the names of all of this thread's connections to schemas begin with.
+    // The common prefix of the names of this thread's connections to schemas.
     const QString mine = manager->getConnectionNameFromToken(QString());
     const QStringList names = QSqlDatabase::connectionNames();
     for (const QString &name : names) {
         if (!name.startsWith(mine))
             continue;
-        QSqlDatabase::database(name, false).close(); // the pool spares what is open
+        QSqlDatabase::database(name, false).close(); // the pool keeps open connections
         manager->addUnusedConnection(name);
     }
     manager->removeUnusedConnections();

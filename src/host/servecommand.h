@@ -11,17 +11,17 @@ class DBManager;
 class SignalWatcher;
 
 /**
- * `autoreport serve`: hands the databases to the plug-in, starts it, and stops it when asked to.
+ * `autoreport serve`: hands the databases to the plug-in, starts it, and stops it on request.
  *
- * Lives and works in a thread of its own, so that a signal, which the main thread takes, can end a
- * report that the plug-in itself is making there. What it registered (the master connection, and
- * the connections to schemas that the plug-in's scan asked for in this thread) it removes again.
+ * Works in a thread of its own. The main thread takes the signals, so that one of them can end a
+ * report that the plug-in itself makes in the serving thread. Removes every connection registered
+ * in its thread: the master connection, and those to schemas that the plug-in's scan asked for.
  */
 class ServeCommand
 {
 public:
-    /// To be called in the main thread. Gives the exit status: 0 after a stop on demand, 1 when it
-    /// did not come so far.
+    /// Main thread only. Returns the exit status: 0 after a requested stop, 1 if serving never
+    /// began.
     static int run(const ServeOptions &options);
 
 private:
@@ -37,8 +37,8 @@ private:
     void giveBack();
 
     const ServeOptions &options;
-    SignalWatcher &signalWatcher; // in the main thread
-    QEventLoop loop; // from the first on: without it, a thread that Qt did not start has no timers
+    SignalWatcher &signalWatcher; // lives in the main thread
+    QEventLoop loop; // created first: gives this thread a dispatcher, which timers need
     std::unique_ptr<DBManager> manager;
-    std::unique_ptr<PluginHandle> plugin; // goes before the manager that it uses
+    std::unique_ptr<PluginHandle> plugin; // destroyed before the manager that it uses
 };

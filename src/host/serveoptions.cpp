@@ -11,7 +11,7 @@ namespace
 
 constexpr int wrongOption = 2;
 constexpr int failure = 1;
-constexpr int maxRunForSeconds = 2000000; // what a timer can hold, 23 days
+constexpr int maxRunForSeconds = 2000000; // 23 days; a timer holds 2^31 ms
 
 void describe(QCommandLineParser &parser, const QString &commandHelp)
 {
@@ -22,21 +22,21 @@ void describe(QCommandLineParser &parser, const QString &commandHelp)
     };
     parser.setApplicationDescription(
         QStringLiteral(
-            "Loads the attendance report plug-in and serves it until SIGINT or "
+            "Loads the attendance report plug-in and runs it until SIGINT or "
             "SIGTERM; SIGUSR1 pauses,\nSIGUSR2 resumes. --db-host, --db-port, "
             "--db-user and --db-name are required, here\nor in the configuration file. "
             "The password is read from the environment variable\n"
             "AUTOREPORT_DB_PASSWORD or from a file.\n\nThe operator's commands, each with "
-            "a --help of its own:\n") +
+            "its own --help:\n") +
         commandHelp.chopped(1));
-    // Not addHelpOption(), which brings along "--help-all" for programs with windows.
+    // Not addHelpOption(), which adds "--help-all" for programs with windows.
     parser.addOption(
         {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Print this help.")});
     parser.addVersionOption();
     parser.addPositionalArgument(QStringLiteral("serve"), QStringLiteral("Run the plug-in."));
     OptionReader::describe(parser);
     OptionReader::describeLanguage(parser);
-    add("plugin", "The module to load; otherwise the program's own.", "file");
+    add("plugin", "Module to load instead of the program's own.", "file");
     add("debug", "Debug level, 0 to 255; above 0 debug lines are shown.", "level", "0");
     add("run-for", "Stop after that many seconds.", "seconds");
 }

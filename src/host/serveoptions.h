@@ -6,7 +6,7 @@
 
 #include <optional>
 
-/// What `autoreport serve` was asked to do.
+/// The options of `autoreport serve`.
 struct ServeOptions {
     ConnectionOptions connection;
     QString plugin; ///< file of the module
@@ -16,10 +16,10 @@ struct ServeOptions {
 };
 
 /**
- * The command line as understood: either options, or a text to print and the exit status.
+ * A parsed command line: either options, or a text to print and the exit status.
  *
- * Status 0 belongs on standard output (help, version), 1 (no password to be had) and 2 (a wrong
- * option, with the usage) on standard error.
+ * Texts with status 0 (help, version) go to standard output; those with 1 (no usable password or
+ * configuration) and 2 (usage error) go to standard error.
  */
 struct CommandLine {
     std::optional<ServeOptions> options;
@@ -27,6 +27,6 @@ struct CommandLine {
     QString text;
 };
 
-/// Parses `arguments`, the program's name first. `commandHelp` lists the program's other commands,
-/// one a line; the help ends its description with it.
+/// Parses `arguments`, which begin with the program's name. `commandHelp` lists the program's other
+/// commands, one per line, for the end of the help's description.
 CommandLine parseCommandLine(const QStringList &arguments, const QString &commandHelp);

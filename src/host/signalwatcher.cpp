@@ -13,8 +13,8 @@ namespace
 
 constexpr int watched[] = {SIGINT, SIGTERM, SIGUSR1, SIGUSR2};
 
-// A signal handler may do next to nothing: it writes the signal's number into a pipe, from which
-// the event loop takes it.
+// A signal handler may do next to nothing: it writes the signal's number into a pipe, and the event
+// loop reads it from there.
 volatile std::sig_atomic_t writeEnd = -1;
 
 extern "C" void forward(int number)
@@ -41,7 +41,7 @@ SignalWatcher::SignalWatcher(QObject *parent)
 {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0)
-        qFatal("Host - no pipe for the signals");
+        qFatal("Host - cannot create the signal pipe");
     readEnd = ends[0];
     writeEnd = ends[1];
 

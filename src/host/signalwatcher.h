@@ -5,10 +5,10 @@
 class QSocketNotifier;
 
 /**
- * Brings the process's signals into the event loop: SIGINT and SIGTERM ask to stop, SIGUSR1 to
- * pause, SIGUSR2 to resume. A signal that comes before watch() is delivered with it.
+ * Turns the process's signals into Qt signals: SIGINT and SIGTERM request a stop, SIGUSR1 a pause,
+ * SIGUSR2 a resume. Signals that arrive before watch() are delivered by it.
  *
- * One object at a time; when it goes, the signals have their default effect again.
+ * One object at a time; its destructor restores the signals' default effect.
  */
 class SignalWatcher : public QObject
 {

@@ -30,7 +30,7 @@ QString accessError(const QString &path)
     return {};
 }
 
-/// What stands behind each key, by section and key, before anything is made of it.
+/// Returns the raw value of each key, by section and key.
 QMap<QString, QString> writtenValues(const QString &path)
 {
     QMap<QString, QString> written;
@@ -50,9 +50,9 @@ QMap<QString, QString> writtenValues(const QString &path)
     return written;
 }
 
-/// What the one who wrote that value means: without quotes the text itself, within them the text
-/// with a backslash before each quotation mark and backslash.
-QString meantValue(const QString &written)
+/// The intended value: without quotes the text itself, within quotes the text after undoing the
+/// backslash before each quotation mark and backslash.
+QString intendedValue(const QString &written)
 {
     const QLatin1Char quote('"');
     if (written.size() < 2 || !written.startsWith(quote) || !written.endsWith(quote))
@@ -67,8 +67,8 @@ QString secrecyError(const QString &path)
     const QFile::Permissions others = QFile::ReadOther | QFile::WriteOther;
     if (!(QFile::permissions(path) & others))
         return {};
-    return QStringLiteral("the configuration file '%1' holds a password and is open to every "
-                          "account of this machine; close it with: chmod o-rwx %1")
+    return QStringLiteral("the configuration file '%1' holds a password and every account of "
+                          "this machine can read or change it; run: chmod o-rwx %1")
         .arg(path);
 }
 
@@ -92,24 +92,24 @@ ConfigFile ConfigFile::read(const QString &path)
     const QStringList keys = settings.allKeys();
     if (settings.status() != QSettings::NoError)
         config.error =
-            QStringLiteral("the configuration file '%1' is no INI file: see man autoreport")
+            QStringLiteral("the configuration file '%1' is not an INI file: see man autoreport")
                 .arg(path);
     const QMap<QString, QString> written = writtenValues(path);
     for (const QString &key : keys) {
-        // Refused rather than skipped: a typing error in "password" is hard to find otherwise.
+        // Refused, not skipped: a misspelt "password" would be hard to find.
         if (!isKnown(key)) {
             config.error = QStringLiteral("the configuration file '%1' has an unknown key '%2'")
                                .arg(path, key);
             continue;
         }
-        // Qt makes lists of commas, comments of semicolons, and codes of a leading "@": a password
-        // that got another in silence would be looked for at the server.
+        // Qt turns commas into lists, semicolons into comments and a leading "@" into type codes: a
+        // silently altered password would be blamed on the server.
         const QString value = settings.value(key).toString();
-        if (value != meantValue(written.value(key)))
+        if (value != intendedValue(written.value(key)))
             config.error =
-                QStringLiteral("the value of '%1' in the configuration file '%2' cannot be read as "
-                               "it stands: put it within double quotes, with a backslash before "
-                               "each \" and \\; one that begins with @@ has to be another")
+                QStringLiteral("the value of '%1' in the configuration file '%2' is ambiguous: put "
+                               "it in double quotes, with a backslash before each \" and \\; "
+                               "values starting with @@ are not supported")
                     .arg(key, path);
         config.values.insert(key, value);
     }

@@ -4,23 +4,23 @@
 #include <QString>
 
 /**
- * What a configuration file, an INI file, says instead of the command line.
+ * A configuration file: options in INI format.
  *
  * Section "database": host, port, user, name, single, password, password-file. Section "reports":
  * language.
  */
 struct ConfigFile {
     QMap<QString, QString> values; ///< by section and key, "database/host"; none with an error
-    QString error;                 ///< why it was refused; empty when all is well
-    bool isReadable = true;        ///< this account may read it, whatever stands in it
+    QString error;                 ///< why it was refused; empty on success
+    bool isReadable = true;        ///< whether this account may read it, valid or not
 
-    /// Where a machine keeps it. It may be missing, unlike one that was asked for by name.
+    /// The machine's own file. It may be missing, unlike one named on the command line.
     static QString defaultPath();
 
     /**
-     * Reads `path`. Refused are a file that cannot be read, one with a key that nobody knows or
-     * with a value that would not be read as it stands, and one that holds a password although
-     * every account of the machine may read or change it. No error shows a value.
+     * Reads `path`. Refuses a file that cannot be read, an unknown key, an ambiguous value, and a
+     * file with a password that every account of the machine can read or change. No error shows a
+     * value.
      */
     static ConfigFile read(const QString &path);
 };

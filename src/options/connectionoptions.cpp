@@ -8,8 +8,8 @@ QSqlDatabase ConnectionOptions::addDatabase(const QString &connectionName, OnLos
     db.setUserName(user);
     db.setPassword(password);
     db.setDatabaseName(databaseName);
-    // As the manager opens schemas: a restart of the server does not end a host. But the driver
-    // reconnects in silence, and what held for the session, read-only for example, is gone.
+    // The same options as the manager's for schemas: a host survives a restart of the server. The
+    // driver reconnects silently, though, and session settings such as read-only are lost.
     db.setConnectOptions(onLoss == OnLoss::Reconnect
                              ? QStringLiteral("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1")
                              : QStringLiteral("CLIENT_IGNORE_SPACE=1"));

@@ -3,8 +3,8 @@
 #include <QCoreApplication>
 #include <QTranslator>
 
-/// Out of a library, the resource would be left out by the linker. Not in a namespace: the macro
-/// declares a function.
+/// Keeps the linker from dropping the library's resource. Not in a namespace: the macro declares a
+/// function.
 static void keepResource()
 {
     Q_INIT_RESOURCE(translations);
@@ -24,5 +24,5 @@ void Language::install(const QString &language)
     if (translator->load(QStringLiteral(":/translations/autoreport_%1.qm").arg(language)))
         QCoreApplication::installTranslator(translator);
     else
-        qCritical("Host - no translation into '%s'", qUtf8Printable(language));
+        qCritical("Host - cannot load the translation '%s'", qUtf8Printable(language));
 }

@@ -2,14 +2,15 @@
 
 #include <QStringList>
 
-/// The language of the reports' texts; Slovak is the one they are written in.
+/// The language of the reports' texts. The source texts are Slovak.
 namespace Language
 {
 
-/// "sk" first, then those that there is a translation for.
+/// Returns "sk", then the languages that have a translation.
 QStringList known();
 
-/// From now on, for the plug-in's module too. To be called once, on the main thread.
+/// Installs the translation for the process, the plug-in's module included. Call once, on the main
+/// thread.
 void install(const QString &language);
 
 } // namespace Language

@@ -11,7 +11,7 @@ namespace
 
 constexpr const char *passwordVariable = "AUTOREPORT_DB_PASSWORD";
 
-/// "db-host" is "database/host" in the file.
+/// Maps the option "db-host" to the key "database/host".
 QString configKey(const QString &option)
 {
     const auto prefix = QLatin1String("db-");
@@ -19,7 +19,7 @@ QString configKey(const QString &option)
            (option.startsWith(prefix) ? option.mid(prefix.size()) : option);
 }
 
-/// Without the line end; any other blank may belong to the password.
+/// Strips the line end alone: other white space may belong to the password.
 QString firstLine(QFile &file)
 {
     QString line = QString::fromUtf8(file.readLine());
@@ -52,11 +52,11 @@ OptionReader::OptionReader(const QCommandLineParser &commandLine)
 {
     const bool asked = parser.isSet(QStringLiteral("config"));
     const QString path = asked ? parser.value(QStringLiteral("config")) : ConfigFile::defaultPath();
-    // The default one may be missing, but when it is there it must be in order.
+    // The default file may be missing, but if it exists it must be valid.
     if (!asked && !QFile::exists(path))
         return;
     config = ConfigFile::read(path);
-    // Root may keep it to itself: that harms nobody whose command line needs nothing out of it.
+    // If only root may read the default file: fine if the command line is complete.
     if (!config.error.isEmpty() && (asked || config.isReadable))
         fail(config.error, false);
 }
@@ -140,7 +140,7 @@ void OptionReader::describeLanguage(QCommandLineParser &parser)
 {
     parser.addOption({QStringLiteral("language"),
                       QStringLiteral("Language of the reports: %1.")
-                          .arg(Language::known().join(QStringLiteral(" (as they are) or "))),
+                          .arg(Language::known().join(QStringLiteral(" (the default) or "))),
                       QStringLiteral("language")});
 }
 
@@ -157,7 +157,7 @@ QString OptionReader::language()
     return language;
 }
 
-/// What is missing may well stand in the file that could not be read.
+/// The missing option may be in the file that could not be read.
 void OptionReader::failMissing(const QString &reason, bool usage)
 {
     if (config.isReadable)

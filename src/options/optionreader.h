@@ -8,31 +8,30 @@
 class QCommandLineParser;
 
 /**
- * Reads options off a parsed command line; what is missing there comes from the configuration
- * file, where that knows it.
+ * Reads options from a parsed command line, falling back to the configuration file.
  *
- * The first thing found wrong stays in `error`, as one sentence. `isUsage` tells a wrong command
- * line from one that is right but cannot be followed, such as a file that cannot be read.
+ * The first error is kept in `error`, as one sentence. `isUsage` distinguishes a wrong command line
+ * from one that cannot be carried out, for example because a file cannot be read.
  */
 class OptionReader
 {
 public:
     explicit OptionReader(const QCommandLineParser &commandLine);
 
-    /// Adds the options of the connection to a command's own.
+    /// Adds the connection options to `parser`.
     static void describe(QCommandLineParser &parser);
-    /// Adds the language, for the commands that make reports.
+    /// Adds the language option, for commands that make reports.
     static void describeLanguage(QCommandLineParser &parser);
 
     QString text(const char *name);
     int number(const char *name, int least, int most);
-    /// All but the password.
+    /// Returns all but the password.
     ConnectionOptions connection();
-    /// From a file, the environment or the configuration, in this order; never from the command
-    /// line, where everybody on the machine could read it.
+    /// Reads it from a file, the environment or the configuration, in this order; never from the
+    /// command line, which every account of the machine can read.
     QString password();
 
-    /// One of Language::known().
+    /// Returns one of Language::known().
     QString language();
 
     void fail(const QString &reason, bool usage = true);
