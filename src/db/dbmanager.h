@@ -8,10 +8,6 @@
 #include <QStringList>
 #include <QVector>
 
-#include <functional>
-
-class QSqlQuery;
-
 /**
  * Hands out database connections.
  *
@@ -97,12 +93,10 @@ public:
     void removeUnusedConnections();
 
 private:
-    using Reader = std::function<void(QSqlQuery &)>;
-
     // All of these: with the mutex held.
-    bool queryInfo(const QString &sql, const QString &failure, const Reader &read);
-    QStringList queryTokens(const QString &sql, const QString &failure);
-    bool stamp(const QString &sql, const QString &failure);
+    template <typename Ask>
+    auto askRegistry(const QString &errorPrefix, const Ask &ask);
+    void closeInfoIfSet();
     QSqlDatabase openSchema(const QString &token, const QString &connectionName,
                             const DBSchemeRecord &scheme);
     bool isMaster(const QString &name) const;

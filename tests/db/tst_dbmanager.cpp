@@ -41,6 +41,7 @@ private Q_SLOTS:
         log = std::make_unique<LogCapture>();
         host = std::make_unique<TestHost>(false);
         manager = host->manager();
+        known = 0;
     }
 
     void cleanup()
@@ -108,6 +109,40 @@ private Q_SLOTS:
         info().exec("UPDATE `schemas` SET status = 0");
         QCOMPARE(manager->loadScheme("one").name, QString());
         QCOMPARE(manager->getDbConnRecord("one").name, QString("db1"));
+
+        // A table that cannot be read, and a server that is not there.
+        info().exec("DROP TABLE `schemas`");
+        QCOMPARE(manager->loadScheme("one").name, QString("db1"));
+        QSqlDatabase db = manager->getInfoDB();
+        db.close();
+        db.setDatabaseName("nowhere");
+        QCOMPARE(manager->loadScheme("one").name, QString());
+    }
+
+    void errorsAreLoggedOnce()
+    {
+        info().exec("DROP TABLE `schemas`");
+        const auto logs = [this](const QString &text) {
+            const QStringList lines = log->texts().mid(known);
+            known += lines.size();
+            return lines.size() == 1 && lines[0].startsWith(text + " Table '");
+        };
+        QCOMPARE(manager->tokensCount(true), 0U);
+        QVERIFY(logs("DBManager::tokensCount() - ERROR:"));
+        QCOMPARE(manager->loadTokens(1, 0), QStringList());
+        QVERIFY(logs("DBManager::loadTokens NOT load schemas from infoDB!\nERROR:"));
+        QCOMPARE(manager->loadTokens4Maintenance(1), QStringList());
+        QVERIFY(logs("DBManager:: NOT load schemas for maintenance from infoDB!\nERROR:"));
+        QCOMPARE(manager->loadTokens4Recalculate(1), QStringList());
+        QVERIFY(logs("DBManager:: NOT load schemas for recalculate from infoDB!\nERROR:"));
+        QVERIFY(!manager->setMaintenance("t"));
+        QVERIFY(logs("DBManager:: cannot set maintenance for tokent!\nERROR:"));
+        QVERIFY(!manager->setRecalculated("t"));
+        QVERIFY(logs("DBManager:: cannot set recalc of t!\nERROR:"));
+        QCOMPARE(manager->getTokenBySchemaName("n"), QString());
+        QVERIFY(logs("DBManager:: NOT load scheme from infoDB!\nERROR:"));
+        QCOMPARE(manager->loadScheme("t").name, QString());
+        QVERIFY(logs("DBManager:: NOT load scheme from infoDB!\nERROR:"));
     }
 
     void everyThreadHasItsOwnConnection()
@@ -209,6 +244,7 @@ private:
     std::unique_ptr<LogCapture> log;
     std::unique_ptr<TestHost> host;
     DBManager *manager = nullptr;
+    int known = 0; ///< lines of the log that were looked at
 };
 
 QTEST_GUILESS_MAIN(TestDBManager)
