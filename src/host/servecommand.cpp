@@ -6,6 +6,7 @@
 #include "plugin/databasemanagerinterface.h"
 #include "plugin/serverinterface.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QSqlError>
@@ -143,6 +144,10 @@ void ServeCommand::waitForEnd()
                      [server] { server->pause(); });
     QObject::connect(&signalWatcher, &SignalWatcher::resumeRequested, &here,
                      [server] { server->resume(); });
+    // A scan opens a connection to each schema. It runs in slices, and between two turns of the
+    // event loop nobody uses them.
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &here,
+                     [this] { removeSchemaConnections(); });
     QMetaObject::invokeMethod(&signalWatcher, "watch", Qt::QueuedConnection);
     qInfo("Host - serving '%s' on %s:%i", qUtf8Printable(options.connection.databaseName),
           qUtf8Printable(options.connection.host), options.connection.port);
@@ -155,18 +160,24 @@ void ServeCommand::giveBack()
     // No event loop will run again to delete what deleteLater() was called on.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     plugin.reset();
+    removeSchemaConnections();
+    manager.reset();
+    QSqlDatabase::removeDatabase(masterName(options.connection.single));
+}
 
+void ServeCommand::removeSchemaConnections()
+{
     // The common prefix of the names of this thread's connections to schemas.
     const QString mine = manager->getConnectionNameFromToken(QString());
+    bool found = false;
     const QStringList names = QSqlDatabase::connectionNames();
     for (const QString &name : names) {
         if (!name.startsWith(mine))
             continue;
         QSqlDatabase::database(name, false).close(); // the pool keeps open connections
         manager->addUnusedConnection(name);
+        found = true;
     }
-    manager->removeUnusedConnections();
-
-    manager.reset();
-    QSqlDatabase::removeDatabase(masterName(options.connection.single));
+    if (found)
+        manager->removeUnusedConnections();
 }

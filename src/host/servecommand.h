@@ -35,6 +35,8 @@ private:
     bool startPlugin();
     void waitForEnd();
     void giveBack();
+    /// Removes this thread's connections to schemas; the manager opens again what it needs.
+    void removeSchemaConnections();
 
     const ServeOptions &options;
     SignalWatcher &signalWatcher; // lives in the main thread

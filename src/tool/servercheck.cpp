@@ -7,6 +7,8 @@
 #include <QSqlError>
 #include <QTemporaryFile>
 
+#include <algorithm>
+
 #include <sys/statvfs.h>
 
 namespace
@@ -14,6 +16,7 @@ namespace
 
 constexpr qint64 clockToleranceSeconds = 5; // more than NTP leaves, and a slow answer costs
 constexpr int connectionsToSpare = 20;      // for the product, its people and an operator
+constexpr int connectionsOfScan = 400;      // in 0.2 s, each with several round trips
 constexpr quint64 bytesPerMiB = 1048576;
 constexpr quint64 spaceWantedMiB = 512;
 
@@ -71,8 +74,9 @@ QVector<Finding> checkConnections(const QSqlDatabase &master, int schemas, int e
 {
     Findings findings(QStringLiteral("server"));
     const int limit = ask(master, "SELECT @@max_connections").toInt();
-    // The information database, one of the scan to each schema, one of each worker, one to look.
-    const int needed = 2 + schemas + enabled;
+    // The information database, the scan's until its slice is over, each worker's, and one in
+    // passing.
+    const int needed = 2 + std::min(schemas, connectionsOfScan) + enabled;
     if (needed + connectionsToSpare > limit)
         findings.problem(QStringLiteral("max_connections is %1; a host takes up to %2 for %3 "
                                         "schemas, %4 with a report enabled")

@@ -127,6 +127,25 @@ private Q_SLOTS:
         QVERIFY2(lines.match(log).hasMatch(), qPrintable(log));
     }
 
+    void givesConnectionsOfTheScanBack()
+    {
+        QStringList tokens;
+        for (int i = 0; i < 60; ++i)
+            tokens << QString::number(i);
+        info->addSchemas(tokens, bench->schema.name());
+        const QString connections = "SELECT COUNT(*) FROM information_schema.processlist WHERE "
+                                    "db = '%1' AND id <> CONNECTION_ID()";
+        const int before = bench->schema.value(connections.arg(bench->schema.name())).toInt();
+        start(QStringList{"serve", "--debug", "1"} + TestServer::options(info->name()));
+        QVERIFY(logs("active workers: 0 / 61 schemas checked"));
+        QTRY_COMPARE_WITH_TIMEOUT(
+            bench->schema.value(connections.arg(bench->schema.name())).toInt(), before, patienceMs);
+        QVERIFY2(!log.contains("WARNING"), qPrintable(log));
+        program->terminate();
+        QVERIFY(ended());
+        QCOMPARE(program->exitCode(), 0);
+    }
+
     /// In single mode the report is made in the thread that the signals end up in.
     void endsInMidReport()
     {
