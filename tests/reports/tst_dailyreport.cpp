@@ -16,16 +16,16 @@ private Q_SLOTS:
         addRow("decimal time", "dattenIsTimeDec",
                R"({"H": 7, "I": 1, "J": 1, "K": 0.016666666666666666, "M": 2, "N": 1})");
         addRow("minus sign", "dattenIsMinusSign", R"({"I": "-01:00:00"})");
-        addRow("interruptions", "dattenInters", R"({"O": "[D 01:30:00-2x][L 00:15:00]"})");
+        addRow("interruptions", "dattenInters", R"({"O": "[D 01:30:00-2x][L 00:15:05]"})");
         addRow("advanced overtime", "advancedOvertime", R"({"J": "00:30:00"})");
         addRow("home branch", "dattenHomeBranch", R"({"F": "Žilina"})");
         addRow(
             "all at once", allOptions,
             R"({"F": "Žilina", "H": 7, "I": -1, "J": 0.5, "K": 0.016666666666666666, "M": 2, "N": 1,
-               "O": "[D 1.5-2x][L 0.25]"})");
+               "O": "[D 1.5-2x][L 0.2514]"})");
     }
 
-    /// The row of the second day and the first person: the sheet has two people a day.
+    /// The row of the second day and the first person: the sheet has four people a day.
     void rows()
     {
         QFETCH(QString, options);
@@ -35,8 +35,8 @@ private Q_SLOTS:
             R"({"A": 101, "B": "Novák Ján Ing.", "C": "Výroba", "D": "3", "E": "Majster",
             "F": "Košice", "G": 2, "H": "07:00:00", "I": "01:00:00", "J": "01:00:00",
             "K": "00:01:00", "M": "02:00:00", "N": "01:00:00"})";
-        QCOMPARE(sheetRow(sheet, 4), rowOf(cells.contains("\"O\"") ? 15 : 14, plain, cells));
-        QCOMPARE(rowCount(sheet), 5);
+        QCOMPARE(sheetRow(sheet, 6), rowOf(cells.contains("\"O\"") ? 15 : 14, plain, cells));
+        QCOMPARE(rowCount(sheet), 9);
 
         // The binary book holds the same, cell by cell, with looks, widths and page set-up.
         QCOMPARE(withoutEmptyCells(sheetWith(options, "xls")), withoutEmptyCells(sheet));
@@ -50,23 +50,49 @@ private Q_SLOTS:
                  QJsonArray({"OSCISLO", "MENO", "SKUPINA", "ZMENA", "ZARADENIE", "STREDISKO", "DEN",
                              "ODPRACOVANY CAS", "NEODPRACOVANY CAS", "NADCAS", "NEUZNANY CAS",
                              "ZAOKRUHLENIE", "POSUN", "PENALIZACIA", "PRERUSENIA"}));
-        // People of a day before people of the next; the second person has but a name.
-        QCOMPARE(cellValue(sheet, "G2"), QJsonValue(1));
-        QCOMPARE(cellValue(sheet, "B3"), QJsonValue("Ťažký Šimon"));
-        QCOMPARE(cellValue(sheet, "D5"), QJsonValue());
-        QCOMPARE(cellValue(sheet, "H5"), QJsonValue(3541 / 3600.0));
-        QCOMPARE(cellValue(sheet, "I5"), QJsonValue()); // 59 seconds
+        // People of a day before people of the next; the last person has but a name.
+        QCOMPARE(column(sheet, "A"), QString("101 103 104 102 101 103 104 102"));
+        QCOMPARE(column(sheet, "G"), QString("1 1 1 1 2 2 2 2"));
+        QCOMPARE(sheetRow(sheet, 5), rowOf(15, R"({"A": 102, "B": "Ťažký Šimon", "C": "", "E": "",
+            "F": "", "G": 1, "O": ""})",
+                                           "{}"));
+        QCOMPARE(cellValue(sheet, "H9"), QJsonValue(3541 / 3600.0));
+        QCOMPARE(cellValue(sheet, "I9"), QJsonValue()); // 59 seconds
 
         const QString font = "MS Shell Dlg 2 10, ";
         const QStringList looks[] = {{"B1", "general bottom, General, medium auto"},
-                                     {"A4", "general bottom, General"},
-                                     {"D4", "center bottom, General"},
-                                     {"H4", "right bottom, #0.00"}};
+                                     {"A6", "general bottom, General"},
+                                     {"D6", "center bottom, General"},
+                                     {"H6", "right bottom, #0.00"}};
         for (const QStringList &look : looks)
             QCOMPARE(cellValue(sheet, look[0], "look"), QJsonValue(font + look[1]));
         QCOMPARE(shownWidths(sheet),
                  QString("B17 C20 D10 E20 F20 G4 H20 I20 J20 K20 L20 M20 N20 O26"));
         checkPage(sheet);
+    }
+
+    /// One object makes them all; the table of the run before must not show through.
+    void shiftsOfEachRun()
+    {
+        DailyAttenReport report(bench->database, nullptr);
+        const auto shown = [&] {
+            report.makeReport({"a@firma.sk"}, now);
+            return column(readSheet(file("xlsx")), "D");
+        };
+        QCOMPARE(shown(), QString("- 1 - - 3 - - -"));
+        bench->schema.exec("UPDATE atten SET shift = 2 WHERE uid = 7;\n"
+                           "DELETE FROM atten WHERE uid = 1");
+        QCOMPARE(shown(), QString("- 2 - - - - - -"));
+        report.loadShiftsForMonth(now.date());
+        QCOMPARE(
+            QVector<int>({report.shiftFor(7, 1), report.shiftFor(2, 2), report.shiftFor(1, 2)}),
+            QVector<int>({2, 0, -1}));
+        bench->schema.exec("ALTER TABLE atten DROP shift");
+        QCOMPARE(shown(), QString("- - - - - - - -"));
+
+        QCOMPARE(report.monthToDate(202311), QDate(2023, 11, 1));
+        QVERIFY(!report.monthToDate(202313).isValid());
+        QCOMPARE(report.dateToMonth(QDate(2023, 1, 31)), 202301U);
     }
 
     /// What a program makes of the binary book, saved as .xlsx, is what it makes of the other one.
@@ -89,7 +115,7 @@ private Q_SLOTS:
                 sheet["columnWidths"] = widths;
                 return sheet;
             };
-            QVERIFY(cellValue(shown("xls"), "O4") == QJsonValue("[D 1.5-2x][L 0.25]"));
+            QVERIFY(cellValue(shown("xls"), "O6") == QJsonValue("[D 1.5-2x][L 0.2514]"));
             QVERIFY2(shown("xls") == shown("xlsx"),
                      program == Program::Gnumeric ? "gnumeric" : "office");
         }
@@ -100,11 +126,12 @@ private:
     inline static const QString allOptions =
         "dattenIsTimeDec dattenIsMinusSign dattenInters advancedOvertime dattenHomeBranch";
 
-    /// Two people of the month, and four who do not belong to it; one busy day of the first.
+    /// Four people of the month, and five who do not belong to it; one busy day of the first, with
+    /// rows of the days beside it. Of several rows about one day the last counts.
     void prepare() override
     {
-        const auto dayStart = [](int day) {
-            return QString::number(QDate(2023, 11, day).startOfDay().toSecsSinceEpoch());
+        const auto start = [](int month, int day) {
+            return QString::number(QDate(2023, month, day).startOfDay().toSecsSinceEpoch());
         };
         const QString sql = R"(
             INSERT INTO `groups` VALUES (1, 'Výroba');
@@ -113,21 +140,41 @@ private:
             INSERT INTO people (uid, pid, surname, name, title, gid, did, bid, status, begin, end)
                 VALUES (1, 101, ' Novák', 'Ján', 'Ing.', 1, 1, 1, 1, 0, NULL),
                 (2, 102, 'Ťažký', 'Šimon', NULL, NULL, NULL, NULL, 1, 0, %1),
-                (3, 103, 'Skrytý', '<anonym>', NULL, 1, 1, 1, 1, 0, NULL),
-                (4, 104, 'Bývalý', 'Ivan', NULL, 1, 1, 1, 0, 0, NULL),
-                (5, 105, 'Budúci', 'Ivan', NULL, 1, 1, 1, 1, %3, NULL),
-                (6, 106, 'Minulý', 'Ivan', NULL, 1, 1, 1, 1, 0, %1 - 1);
+                (3, 104, 'Ťažký', 'Adam', NULL, 1, 1, 1, 1, 0, NULL),
+                (7, 103, 'Ťažký', 'Adam', NULL, 1, 1, 1, 1, 0, NULL),
+                (4, 105, 'Skrytý', '<anonym>', NULL, 1, 1, 1, 1, 0, NULL),
+                (5, 106, 'Bývalý', 'Ivan', NULL, 1, 1, 1, 0, 0, NULL),
+                (6, 107, 'Bývalý', 'Ivan', NULL, 1, 1, 1, 2, 0, NULL),
+                (8, 108, 'Budúci', 'Ivan', NULL, 1, 1, 1, 1, %3, NULL),
+                (9, 109, 'Minulý', 'Ivan', NULL, 1, 1, 1, 1, 0, %1 - 1);
             INSERT INTO brape (uid, bid, since) VALUES (1, 2, 20), (1, 1, 10);
             INSERT INTO inters VALUES (3, 'D', 'Dovolenka'), (8, 'L', 'Lekár');
+            ALTER TABLE atten DROP KEY uid;
             INSERT INTO atten (uid, date, dom, shift, fond, work, diff, saldo_p, ok)
-                VALUES (1, %2, 2, 3, 28800, 25200, 3600, 1800, 1),
-                (2, %2, 2, 0, 3600, 3541, 59, 0, 1);
+                VALUES (1, %2, 2, 9, 28800, 9000, 7200, 5400, 1),
+                (1, %2, 2, 9, 28800, 9000, 3600, 5400, 1),
+                (1, %2, 2, 9, 28800, 9000, 9999, 9999, 0),
+                (1, %3 - 1, 2, 9, 28800, 9000, 9999, 1800, 1),
+                (1, %3 - 1, 2, 3, 28800, 25200, 9999, 9999, 0),
+                (1, %3, 3, 9, 9999, 9999, 9999, 9999, 1),
+                (2, %2, 2, 0, 3600, 3541, 59, 0, 1), (7, %1, 1, 1, 0, 0, 0, 0, 0),
+                (2, %1 - 1, 1, 9, 0, 0, 0, 0, 1), (2, %4, 1, 9, 0, 0, 0, 0, 1);
             INSERT INTO atten_data (uid, iid, `from`, duration, del)
                 VALUES (1, 1000, %2, 60, 0), (1, 1001, %2, 59, 0), (1, 1002, %2, 1800, 0),
                 (1, 1002, %2 + 1, 1800, 0), (1, 1003, %3 - 1, 7200, 0), (1, 1003, %3, 9, 0),
                 (1, 1004, %2, 7777, 0), (1, 3, %2, 1800, 0), (1, 3, %2, 3600, 0),
-                (1, 8, %2, 900, 0), (1, 8, %2, 900, 1), (1, 1, %2, 25200, 0))";
-        bench->schema.exec(sql.arg(dayStart(1), dayStart(2), dayStart(3)));
+                (1, 8, %3 - 1, 905, 0), (1, 8, %2, 900, 1), (1, 1, %2, 25200, 0),
+                (1, 8, %2 - 1, 9999, 0), (1, 8, %3, 9999, 0))";
+        bench->schema.exec(sql.arg(start(11, 1), start(11, 2), start(11, 3), start(12, 1)));
+    }
+
+    /// The cells of a column below the heading; "-" for an empty one.
+    static QString column(const QJsonObject &sheet, const QString &letter)
+    {
+        QStringList values;
+        for (int row = 2; row <= rowCount(sheet); ++row)
+            values += cellValue(sheet, letter + QString::number(row)).toVariant().toString();
+        return values.replaceInStrings(QRegExp("^$"), "-").join(' ');
     }
 
     /// A binary book has no empty text, and programs save no empty cells.
