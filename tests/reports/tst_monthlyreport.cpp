@@ -43,7 +43,7 @@ private Q_SLOTS:
 
         QCOMPARE(rowCount(sheet), 62);
         for (int person = 1; person <= 61; ++person) {
-            const int uid = person == 61 ? 63 : person;
+            const int uid = person == 60 ? 63 : person == 61 ? 60 : person;
             // Without a fund the difference alone; 0 hours worked are shown, a sum of 0 is not.
             const char *cells = "{}";
             if (uid == 1)
@@ -56,7 +56,7 @@ private Q_SLOTS:
                 cells = R"json({"C": 10, "K": 0, "M": "=K4/(C4/100)", "O": "=N4*(K4/100)"})json";
             QJsonArray expected = rowOf(headings.size(), cells, uid == 1 ? first : "{}");
             expected[0] = payroll ? QJsonValue(QString("P%1").arg(uid)) : QJsonValue(100 + uid);
-            expected[1] = uid == 63   ? QString("Ypsilon Včas")
+            expected[1] = uid == 63   ? QString("Ukončený Adam")
                           : uid == 60 ? QString("Ukončený Ivan")
                                       : QString("Priezvisko%1 Ján").arg(uid, 2, 10, QChar('0')) +
                                             (uid == 1 ? " Ing." : "");
@@ -84,6 +84,21 @@ private Q_SLOTS:
         QCOMPARE(sheet.value("rowHeights").toObject(), QJsonObject({{"1", 16}}));
         QVERIFY(!sheet.value("showGridLines").toBool());
         checkPage(sheet);
+    }
+
+    void interruptionMaps()
+    {
+        bench->schema.exec("INSERT INTO inters VALUES (3, 'D', 'Dovolenka'), (8, 'L ', 'Lekár')");
+        MonthlyAttenReport report(bench->database, nullptr);
+        QHash<unsigned, QString> names{{8, "?"}, {9, "NV"}};
+        QHash<QString, unsigned> ids;
+        QVERIFY(report.loadInterruptionMaps(names, ids));
+        bench->schema.exec("DROP TABLE inters");
+        QVERIFY(!report.loadInterruptionMaps(names, ids));
+        QCOMPARE(names, (QHash<unsigned, QString>{{3, "Dovolenka"}, {8, "Lekár"}, {9, "NV"}}));
+        QCOMPARE(ids, (QHash<QString, unsigned>{{"D", 3}, {"L ", 8}}));
+        const QString warning = "MonthlyAttenReport::loadInterruptionMaps() ERROR: ";
+        QCOMPARE(bench->log.texts(QtWarningMsg).filter(warning).size(), 1);
     }
 
     /// What the formulas amount to: as the file says, and as programs show it.
@@ -115,7 +130,7 @@ private:
 
     /// The sheet of sixty people of the month and more: the first has all kinds of values, the
     /// second a row of zeros, the third a NULL, the fourth no row of the month. Two are on the
-    /// wrong side of its edges.
+    /// wrong side of its edges, two are not active, and one is anonymous.
     QJsonObject sheetOf(const QDate &month) const
     {
         const auto start = [&month](int months) {
@@ -129,7 +144,10 @@ private:
                 VALUES (60, 160, 'P60', 'Ukončený', 'Ivan', 0, %1),
                 (61, 161, 'P61', 'Ukončený', 'Skôr', 0, %1 - 1),
                 (62, 162, 'P62', 'Začne', 'Neskôr', %2, NULL),
-                (63, 163, 'P63', 'Ypsilon', 'Včas', %2 - 1, %2);
+                (63, 163, 'P63', 'Ukončený', 'Adam', %2 - 1, %2);
+            INSERT INTO people (uid, pid, pamId, surname, name, status)
+                VALUES (64, 164, 'P64', 'Bývalý', 'Ivan', 0), (65, 165, 'P65', 'Bývalý', 'Ivan', 2),
+                (66, 166, 'P66', 'Skrytý', '<anonym>', 1);
             INSERT INTO inters
                 VALUES (3, 'D', 'Dovolenka'), (20, 'SC', 'Služobná cesta'), (21, 'X ', 'Iné');
             ALTER TABLE atten_month MODIFY work DOUBLE NULL;
