@@ -15,22 +15,30 @@ class TestBothReports : public ReportTest
 private Q_SLOTS:
     void mails_data()
     {
-        // The mail's place in the queue comes first.
-        addColumns<int, QString, QString, QString>("mail", "report", "subject", "body");
+        // The mail's place in the queue comes first; the daily report's setting "exportUseXLSX"
+        // last.
+        addColumns<int, QString, QString, QString, QString>("mail", "report", "subject", "body",
+                                                            "xlsx");
         const QString automatic =
             "%1 report dochádzky sa nachádza v prílohe.\n\n\nTento e-mail bol vygenerovaný "
             "automaticky dochádzkovým systémom ZAS";
-        addRow("daily", 0, "DennyReport", "Denný report dochádzky za 1. 11. 2023",
-               automatic.arg("Denný") + " (modul AutoReport).");
+        for (const char *xlsx : {"1", "0"})
+            addRow(*xlsx == '1' ? "daily" : "daily as .xls", 0, "DennyReport",
+                   "Denný report dochádzky za 1. 11. 2023",
+                   automatic.arg("Denný") + " (modul AutoReport).", xlsx);
         addRow("monthly", 2, "MesReportDochadzky", "Mesačný report dochádzky za 11 / 2023",
-               automatic.arg("Mesačný") + ".");
+               automatic.arg("Mesačný") + ".", "0");
     }
 
     void mails()
     {
         QFETCH(int, mail);
         QFETCH(QString, report);
+        QFETCH(QString, xlsx);
         bench->set("globalEmail", "mzdy@firma.sk");
+        bench->set("exportUseXLSX", xlsx);
+        const bool binary = mail == 0 && xlsx == "0";
+        const QString path = bench->file(report, QDate(2023, 11, 1), binary ? "xls" : "xlsx");
         const qint64 before = QDateTime::currentSecsSinceEpoch();
         makeBoth({"a@firma.sk", " ", " b@firma.sk "});
 
@@ -47,9 +55,10 @@ private Q_SLOTS:
         const QByteArray data = queued.at(mail).at(8).toByteArray();
         QVERIFY(data.startsWith("{\n    \"attachments\": [\n"));
         const QJsonObject attachment{
-            {"type", "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet"},
-            {"name", QFileInfo(file(report)).fileName()},
-            {"content", QString(readFile(file(report)).toBase64())}};
+            {"type", binary ? "application/vnd.ms-excel"
+                            : "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet"},
+            {"name", QFileInfo(path).fileName()},
+            {"content", QString(readFile(path).toBase64())}};
         QCOMPARE(QJsonDocument::fromJson(data).object(),
                  QJsonObject({{"attachments", QJsonArray{attachment}}}));
         QVERIFY(bench->lastGenerated("DailyAtten").toLongLong() >= before);
@@ -101,6 +110,8 @@ private Q_SLOTS:
                QStringList{daily.arg("overtime"), daily.arg("overtime")});
         addRow("corrections", "ALTER TABLE atten_data DROP duration",
                QStringList{pseudo, inters, pseudo, inters, monthly.arg("atten_data")});
+        addRow("catalogue", "DROP TABLE inters",
+               QStringList{inters, inters, monthly.arg("inters")});
         addRow("totals", "ALTER TABLE atten_month DROP work",
                QStringList{monthly.arg("atten_month"), monthly.arg("work")});
         const QString wrong = R"(
@@ -143,6 +154,16 @@ private Q_SLOTS:
         addRow("no people", "DELETE FROM people", "", "%1 - no people!", false);
         addRow("the file is a folder", "DO 0", "", unsaved, false);
         addRow("missing folder", "DO 0", "/no/such", unsaved, false);
+        const char *lost = "%1::makeReport() - database connection lost, no mail queued!";
+        addRow("connection lost while it reads", R"(
+            CREATE FUNCTION lose() RETURNS INT BEGIN KILL CONNECTION_ID(); RETURN 0; END;
+            ALTER TABLE atten_data RENAME records;
+            CREATE VIEW atten_data AS SELECT uid, iid, `from`, duration, lose() del FROM records;
+            INSERT INTO records (uid, iid, `from`) VALUES (1, 3, 1698793200))",
+               "", lost, false);
+        addRow("connection lost while it queues",
+               "CREATE TRIGGER lose BEFORE INSERT ON emails FOR EACH ROW KILL CONNECTION_ID()", "",
+               lost, false);
         addRow("queue refuses", "ALTER TABLE emails DROP subject", "",
                "%1::makeReport() - mail not created!", true);
     }
