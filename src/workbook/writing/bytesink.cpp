@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -13,7 +14,6 @@ namespace
 {
 
 constexpr std::size_t bufferBytes = 0x40000;
-constexpr int temporaryNames = 1000;
 
 } // namespace
 
@@ -33,20 +33,16 @@ ByteSink::~ByteSink()
 
 void ByteSink::openTemporary()
 {
-    // Not derived from the target's name, which may be as long as the file system allows. O_EXCL
-    // refuses whatever stands there already, a symbolic link as well.
-    const std::string stem =
-        target.substr(0, target.rfind('/') + 1) + ".workbook-" + std::to_string(::getpid()) + "-";
-    for (int i = 0; i < temporaryNames; ++i) {
-        const std::string name = stem + std::to_string(i) + ".tmp";
-        file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
-        if (file >= 0) {
-            temporary = name;
-            return;
-        }
-        if (errno != EEXIST)
-            break;
-    }
+    // Not derived from the target's name, which may be as long as the file system allows, and not
+    // to be guessed: in a folder that others may write to, they could take the names beforehand.
+    // The name is complete before the file exists, so that nothing can fail between the two.
+    constexpr std::string_view ending = ".tmp";
+    temporary = target.substr(0, target.rfind('/') + 1) + ".workbook-XXXXXX";
+    temporary += ending;
+    file = ::mkostemps(temporary.data(), static_cast<int>(ending.size()), O_CLOEXEC);
+    if (file >= 0)
+        return;
+    temporary.clear();
     failed = true;
 }
 
