@@ -8,6 +8,8 @@ namespace workbook
 namespace
 {
 
+constexpr std::size_t minTail = 4096;
+
 bool before(const Cell &a, const Cell &b)
 {
     return a.key() < b.key();
@@ -20,47 +22,45 @@ Cell makeCell(int row, int column, CellKind kind, std::uint32_t format)
     Cell cell{};
     cell.row = static_cast<unsigned>(row) & 0xFFFFFU;
     cell.column = static_cast<unsigned>(column) & 0x3FFFU;
-    cell.kindCode = static_cast<unsigned>(kind) & 0xFU;
+    cell.setKind(kind);
     cell.format = format & 0x3FFFFFFU;
     return cell;
 }
 
 void CellStore::put(const Cell &cell)
 {
+    const bool inOrder = isSorted() && (cells.empty() || before(cells.back(), cell));
+    if (!inOrder && replace(cell))
+        return;
+    cells.push_back(cell); // first: when memory is short, nothing has changed
     holdsErased = holdsErased || cell.kind() == CellKind::Erased;
-    if (cells.empty() || before(cells.back(), cell)) {
-        if (cells.empty() || cells.back().row != cell.row)
-            lastRow = cells.size();
-        cells.push_back(cell);
-    } else if (cells.back().row == cell.row) {
-        putIntoLastRow(cell);
-    } else {
-        cells.push_back(cell);
-        lastRow = cells.size() - 1;
-        ordered = false;
-        // Rows that are rewritten again and again must not pile up.
-        if (cells.size() >= tidyAt) {
-            sort();
-            tidyAt = std::max(tidyAt, 2 * cells.size());
-        }
-    }
+    if (inOrder)
+        ++sortedEnd;
+    else if (cells.size() - sortedEnd >= std::max(sortedEnd, minTail))
+        sort();
 }
 
-void CellStore::putIntoLastRow(const Cell &cell)
+/** Not while others wait: one of them may be for the same place. */
+bool CellStore::replace(const Cell &cell)
 {
-    const auto begin = cells.begin() + static_cast<std::ptrdiff_t>(lastRow);
-    const auto place = std::lower_bound(begin, cells.end(), cell, before);
-    if (place->key() == cell.key())
-        *place = cell;
-    else
-        cells.insert(place, cell);
+    if (!isSorted())
+        return false;
+    const auto place = std::lower_bound(cells.begin(), cells.end(), cell, before);
+    if (place == cells.end() || place->key() != cell.key())
+        return false;
+    *place = cell;
+    holdsErased = holdsErased || cell.kind() == CellKind::Erased;
+    return true;
 }
 
-void CellStore::sort()
+void CellStore::sort() noexcept
 {
-    if (!ordered) {
-        std::stable_sort(cells.begin(), cells.end(), before);
-        // Of equal places the last one stays: unique() from the far end.
+    if (!isSorted()) {
+        // Both are stable, so that of equal places the last written is the last.
+        const auto tail = cells.begin() + static_cast<std::ptrdiff_t>(sortedEnd);
+        std::stable_sort(tail, cells.end(), before);
+        std::inplace_merge(cells.begin(), tail, cells.end(), before);
+        // It stays: unique() from the far end.
         const auto samePlace = [](const Cell &a, const Cell &b) {
             return a.key() == b.key();
         };
@@ -73,12 +73,8 @@ void CellStore::sort()
         };
         cells.erase(std::remove_if(cells.begin(), cells.end(), erased), cells.end());
     }
-    ordered = true;
+    sortedEnd = cells.size();
     holdsErased = false;
-    const Cell start =
-        cells.empty() ? Cell{} : makeCell(static_cast<int>(cells.back().row), 0, CellKind::Erased);
-    lastRow = static_cast<std::size_t>(std::lower_bound(cells.begin(), cells.end(), start, before) -
-                                       cells.begin());
 }
 
 const Cell *CellStore::find(int row, int column) const
