@@ -16,7 +16,7 @@ class ISheetT;
  * The caller of a factory owns the book and gives it back with release(); sheets, formats and
  * fonts belong to the book and are never deleted by the caller. A book and what it gave out are
  * used by one thread at a time; different books share nothing. No exception leaves this interface:
- * failure, lack of memory included, shows as null or false.
+ * failure shows as null or false. Where a lack of memory cannot show so, save() fails later.
  */
 template <class Char>
 class IBookT

@@ -44,7 +44,7 @@ bool BookImpl::save(const wchar_t *filename, bool /*useTemp*/)
         appendUtf8(path, name);
         ByteSink sink(path);
         if (sink.ok())
-            fileFormat.write(data, sink);
+            data.format.write(data, sink);
         return sink.commit();
     });
 }
@@ -60,80 +60,83 @@ bool BookImpl::isFreeSheetName(const std::u16string &name) const
     });
 }
 
+/** Adds to the model, and hands out what the interface shows of it. */
+template <class Impl, class Data>
+Impl *BookImpl::add(std::deque<Data> &values, std::deque<Impl> &handles, Data value)
+{
+    // In this order: when the value finds no memory, the handle is known to nobody.
+    Impl &handle = handles.emplace_back(data, values.size());
+    values.push_back(std::move(value));
+    return &handle;
+}
+
 libxl::ISheetT<wchar_t> *BookImpl::addSheet(const wchar_t *name, libxl::ISheetT<wchar_t> *copyFrom)
 {
-    return guarded<libxl::ISheetT<wchar_t> *>(nullptr, [&]() -> libxl::ISheetT<wchar_t> * {
+    return guarded<SheetImpl *>(nullptr, [&]() -> SheetImpl * {
         const auto *source = static_cast<SheetImpl *>(copyFrom);
-        SheetData sheet;
-        if (source != nullptr && &source->book != &data)
+        if (!fits(source, data))
             return nullptr;
-        if (source != nullptr)
-            sheet = source->sheet;
+        SheetData sheet = source == nullptr ? SheetData{} : data.sheets[source->index];
         if (!readText(name, maxSheetNameUnits, sheet.name) || !isFreeSheetName(sheet.name))
             return nullptr;
-        data.sheets.push_back(std::move(sheet));
-        try {
-            return &sheets.emplace_back(data, data.sheets.back(), fileFormat);
-        } catch (...) {
-            data.sheets.pop_back(); // no sheet without the one who asked knowing it
-            throw;
-        }
+        return add(data.sheets, sheets, std::move(sheet));
     });
 }
 
 int BookImpl::addCustomNumFormat(const wchar_t *customNumFormat)
 {
-    return guarded(0, [&] {
+    int id = 0;
+    const bool survived = guarded([&] {
         std::u16string code;
         if (!readText(customNumFormat, maxNumFormatUnits, code) || code.empty() ||
             !isPlainLine(code))
-            return 0;
+            return;
         auto &codes = data.numFormats;
         const auto place = std::find(codes.begin(), codes.end(), code);
         const auto index = static_cast<int>(place - codes.begin());
         if (place == codes.end()) {
             if (codes.size() == maxNumFormats)
-                return 0;
+                return;
             codes.push_back(std::move(code));
         }
-        return firstOwnNumFormat + index;
+        id = firstOwnNumFormat + index;
     });
+    data.incomplete = data.incomplete || !survived;
+    return id;
 }
 
 libxl::IFormatT<wchar_t> *BookImpl::addFormat(libxl::IFormatT<wchar_t> *copyFrom)
 {
-    return guarded<libxl::IFormatT<wchar_t> *>(nullptr, [&]() -> libxl::IFormatT<wchar_t> * {
+    return guarded<FormatImpl *>(nullptr, [&]() -> FormatImpl * {
         const auto *source = static_cast<FormatImpl *>(copyFrom);
-        if (source != nullptr && &source->book != &data)
+        if (!fits(source, data))
             return nullptr;
-        data.formats.push_back(source == nullptr ? FormatData{} : data.formats[source->index]);
-        return &formats.emplace_back(data, static_cast<std::uint32_t>(data.formats.size() - 1));
+        return add(data.formats, formats,
+                   source == nullptr ? FormatData{} : data.formats[source->index]);
     });
 }
 
 libxl::IFontT<wchar_t> *BookImpl::addFont(libxl::IFontT<wchar_t> *copyFrom)
 {
-    return guarded<libxl::IFontT<wchar_t> *>(nullptr, [&]() -> libxl::IFontT<wchar_t> * {
+    return guarded<FontImpl *>(nullptr, [&]() -> FontImpl * {
         const auto *source = static_cast<FontImpl *>(copyFrom);
-        if (source != nullptr && &source->book != &data)
+        if (!fits(source, data))
             return nullptr;
-        FontData font = data.fonts[source == nullptr ? 0 : source->index];
-        data.fonts.push_back(std::move(font));
-        return &fonts.emplace_back(data, static_cast<std::uint32_t>(data.fonts.size() - 1));
+        return add(data.fonts, fonts, data.fonts[source == nullptr ? 0 : source->index]);
     });
 }
 
 void BookImpl::setDefaultFont(const wchar_t *fontName, int fontSize)
 {
-    guarded(false, [&] {
+    const bool survived = guarded([&] {
         std::u16string name;
         if (!readText(fontName, maxFontNameUnits, name) || name.empty() || !isPlainLine(name) ||
             fontSize < 1 || fontSize > maxFontPoints)
-            return false;
+            return;
         data.fonts.front().name = std::move(name);
         data.fonts.front().points = fontSize;
-        return true;
     });
+    data.incomplete = data.incomplete || !survived;
 }
 
 void BookImpl::setKey(const wchar_t * /*name*/, const wchar_t * /*key*/) {}

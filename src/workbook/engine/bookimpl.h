@@ -4,8 +4,6 @@
 #include "workbook/engine/fontimpl.h"
 #include "workbook/engine/formatimpl.h"
 #include "workbook/engine/sheetimpl.h"
-#include "workbook/model/fileformat.h"
-#include "workbook/model/model.h"
 
 #include <deque>
 
@@ -17,7 +15,7 @@ class BookImpl final : public libxl::IBookT<wchar_t>
 {
 public:
     explicit BookImpl(const FileFormat &format)
-        : fileFormat(format)
+        : data(format)
     {
     }
 
@@ -34,9 +32,10 @@ public:
     void release() override;
 
 private:
+    template <class Impl, class Data>
+    Impl *add(std::deque<Data> &values, std::deque<Impl> &handles, Data value);
     [[nodiscard]] bool isFreeSheetName(const std::u16string &name) const;
 
-    const FileFormat &fileFormat;
     BookData data;
     std::deque<SheetImpl> sheets;
     std::deque<FormatImpl> formats;

@@ -1,25 +1,18 @@
 #pragma once
 
+#include "workbook/engine/handle.h"
 #include "workbook/font.h"
-#include "workbook/model/model.h"
 
 namespace workbook
 {
 
 /** A font of the model, as the interface shows it. */
-class FontImpl final : public libxl::IFontT<wchar_t>
+class FontImpl final : public libxl::IFontT<wchar_t>, public Handle
 {
 public:
-    FontImpl(BookData &owner, std::uint32_t number)
-        : book(owner)
-        , index(number)
-    {
-    }
+    using Handle::Handle;
 
     void setBold(bool bold) override { book.fonts[index].bold = bold; }
-
-    BookData &book;
-    const std::uint32_t index;
 };
 
 } // namespace workbook

@@ -20,7 +20,7 @@ bool isWithin(Enum value, Enum last)
 bool FormatImpl::setFont(libxl::IFontT<wchar_t> *font)
 {
     const auto *own = static_cast<FontImpl *>(font);
-    if (own == nullptr || &own->book != &book)
+    if (own == nullptr || !fits(own, book))
         return false;
     data().font = own->index;
     return true;

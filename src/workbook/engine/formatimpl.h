@@ -1,20 +1,16 @@
 #pragma once
 
+#include "workbook/engine/handle.h"
 #include "workbook/format.h"
-#include "workbook/model/model.h"
 
 namespace workbook
 {
 
 /** A format of the model, as the interface shows it. */
-class FormatImpl final : public libxl::IFormatT<wchar_t>
+class FormatImpl final : public libxl::IFormatT<wchar_t>, public Handle
 {
 public:
-    FormatImpl(BookData &owner, std::uint32_t number)
-        : book(owner)
-        , index(number)
-    {
-    }
+    using Handle::Handle;
 
     bool setFont(libxl::IFontT<wchar_t> *font) override;
     void setNumFormat(int numFormat) override;
@@ -27,9 +23,6 @@ public:
     void setBorderRight(libxl::BorderStyle style) override;
     void setBorderTop(libxl::BorderStyle style) override;
     void setBorderBottom(libxl::BorderStyle style) override;
-
-    BookData &book;
-    const std::uint32_t index;
 
 private:
     FormatData &data() { return book.formats[index]; }

@@ -3,7 +3,7 @@
 namespace workbook
 {
 
-/** Runs one operation of the interface, which no exception leaves: then it answers `failure`. */
+/** Runs one operation of the interface, which no exception leaves: it then returns `failure`. */
 template <class Result, class Operation>
 Result guarded(Result failure, Operation operation) noexcept
 {
@@ -11,6 +11,18 @@ Result guarded(Result failure, Operation operation) noexcept
         return operation();
     } catch (...) {
         return failure;
+    }
+}
+
+/** The same for an operation without a result: false if it ended with an exception. */
+template <class Operation>
+bool guarded(Operation operation) noexcept
+{
+    try {
+        operation();
+        return true;
+    } catch (...) {
+        return false;
     }
 }
 

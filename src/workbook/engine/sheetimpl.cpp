@@ -22,7 +22,7 @@ constexpr int maxPages = 32767;
 
 bool isMargin(double inches)
 {
-    return inches >= 0 && inches < marginLimitInches; // false for what is not a number, too
+    return inches >= 0 && inches < marginLimitInches; // false for NaN, too
 }
 
 void setMargin(double &margin, double inches)
@@ -38,29 +38,26 @@ std::optional<std::uint32_t> SheetImpl::formatIndex(libxl::IFormatT<wchar_t> *fo
     if (format == nullptr)
         return 0;
     const auto *own = static_cast<FormatImpl *>(format);
-    if (&own->book != &book)
-        return std::nullopt;
-    return own->index;
+    return fits(own, book) ? std::optional(own->index) : std::nullopt;
 }
 
 /**
- * Puts a cell into its place. `fill` gives it kind and value; where it answers false, or the
- * format is not this book's, the place is left empty.
+ * Puts a cell into its place. `fill` gives it kind and value; when it returns false, or the format
+ * is another book's, the place is left empty.
  */
 template <class Fill>
 bool SheetImpl::writeCell(int row, int col, libxl::IFormatT<wchar_t> *format, Fill fill)
 {
-    if (row >= fileFormat.rows || col >= fileFormat.columns)
+    if (row >= book.format.rows || col >= book.format.columns)
         book.incomplete = true;
     if (!isRow(row) || !isColumn(col))
         return false;
     bool filled = false;
-    const bool survived = guarded(false, [&] {
-        const std::optional<std::uint32_t> index = formatIndex(format);
-        Cell cell = makeCell(row, col, CellKind::Erased, index.value_or(0));
-        filled = index.has_value() && fill(cell);
-        sheet.cells.put(filled ? cell : makeCell(row, col, CellKind::Erased));
-        return true;
+    const bool survived = guarded([&] {
+        const std::optional<std::uint32_t> place = formatIndex(format);
+        Cell cell = makeCell(row, col, CellKind::Erased, place.value_or(0));
+        filled = place.has_value() && fill(cell);
+        data().cells.put(filled ? cell : makeCell(row, col, CellKind::Erased));
     });
     book.incomplete = book.incomplete || !survived;
     return survived && filled;
@@ -73,7 +70,7 @@ bool SheetImpl::writeStr(int row, int col, const wchar_t *value, libxl::IFormatT
         if (type != libxl::CellType::String || !readText(value, maxTextUnits, scratch) ||
             !isXmlText(scratch))
             return false;
-        cell.kindCode = static_cast<unsigned>(CellKind::Text) & 0xFU;
+        cell.setKind(CellKind::Text);
         cell.index = book.strings.intern(scratch);
         return true;
     });
@@ -82,7 +79,7 @@ bool SheetImpl::writeStr(int row, int col, const wchar_t *value, libxl::IFormatT
 bool SheetImpl::writeNum(int row, int col, double value, libxl::IFormatT<wchar_t> *format)
 {
     return writeCell(row, col, format, [&](Cell &cell) {
-        cell.kindCode = static_cast<unsigned>(CellKind::Number) & 0xFU;
+        cell.setKind(CellKind::Number);
         cell.number = value == 0 ? 0 : value; // no file tells -0 from 0
         return std::isfinite(value);
     });
@@ -91,7 +88,7 @@ bool SheetImpl::writeNum(int row, int col, double value, libxl::IFormatT<wchar_t
 bool SheetImpl::writeBlank(int row, int col, libxl::IFormatT<wchar_t> *format)
 {
     return writeCell(row, col, format, [](Cell &cell) {
-        cell.kindCode = static_cast<unsigned>(CellKind::Blank) & 0xFU;
+        cell.setKind(CellKind::Blank);
         return true;
     });
 }
@@ -105,9 +102,9 @@ bool SheetImpl::writeFormula(int row, int col, const wchar_t *expr,
         if (!scratch.empty() && scratch.front() == u'=')
             scratch.erase(0, 1);
         if (scratch.empty() || scratch.size() > maxFormulaUnits ||
-            !fileFormat.acceptsFormula(scratch))
+            !book.format.acceptsFormula(scratch))
             return false;
-        cell.kindCode = static_cast<unsigned>(CellKind::Formula) & 0xFU;
+        cell.setKind(CellKind::Formula);
         cell.index = book.formulas.intern(scratch);
         return true;
     });
@@ -116,24 +113,24 @@ bool SheetImpl::writeFormula(int row, int col, const wchar_t *expr,
 bool SheetImpl::setCol(int colFirst, int colLast, double width, libxl::IFormatT<wchar_t> *format,
                        bool hidden)
 {
-    const auto index = formatIndex(format);
-    if (!isColumn(colFirst) || !isColumn(colLast) || colFirst > colLast || !index ||
+    const auto place = formatIndex(format);
+    if (!isColumn(colFirst) || !isColumn(colLast) || colFirst > colLast || !place ||
         !(width >= 0 && width <= maxColumnChars))
         return false;
     return guarded(false, [&] {
         for (int col = colFirst; col <= colLast; ++col)
-            sheet.columns[col] = {width, *index, hidden};
+            data().columns[col] = {width, *place, hidden};
         return true;
     });
 }
 
 bool SheetImpl::setRow(int row, double height, libxl::IFormatT<wchar_t> *format, bool hidden)
 {
-    const auto index = formatIndex(format);
-    if (!isRow(row) || !index || !(height >= minRowPoints && height <= maxRowPoints))
+    const auto place = formatIndex(format);
+    if (!isRow(row) || !place || !(height >= minRowPoints && height <= maxRowPoints))
         return false;
     return guarded(false, [&] {
-        sheet.rows[row] = {height, *index, hidden};
+        data().rows[row] = {height, *place, hidden};
         return true;
     });
 }
@@ -142,18 +139,18 @@ void SheetImpl::split(int row, int col)
 {
     if (!isRow(row) || !isColumn(col))
         return;
-    sheet.frozenRows = row;
-    sheet.frozenColumns = col;
+    data().frozenRows = row;
+    data().frozenColumns = col;
 }
 
 void SheetImpl::setDisplayGridlines(bool show)
 {
-    sheet.showGridlines = show;
+    data().showGridlines = show;
 }
 
 void SheetImpl::setPrintGridlines(bool print)
 {
-    sheet.printGridlines = print;
+    data().printGridlines = print;
 }
 
 void SheetImpl::setPrintFit(int wPages, int hPages)
@@ -162,12 +159,12 @@ void SheetImpl::setPrintFit(int wPages, int hPages)
         return pages >= 0 && pages <= maxPages;
     };
     if (isPages(wPages) && isPages(hPages))
-        sheet.fit = PrintFit{wPages, hPages};
+        data().fit = PrintFit{wPages, hPages};
 }
 
 void SheetImpl::setLandscape(bool landscape)
 {
-    sheet.landscape = landscape;
+    data().landscape = landscape;
 }
 
 bool SheetImpl::setFooter(const wchar_t *footer, double margin)
@@ -175,31 +172,31 @@ bool SheetImpl::setFooter(const wchar_t *footer, double margin)
     return guarded(false, [&] {
         if (!isMargin(margin) || !readText(footer, maxFooterUnits, scratch) || !isXmlText(scratch))
             return false;
-        sheet.footer = scratch;
-        sheet.margins.footer = margin;
+        data().footer = scratch;
+        data().margins.footer = margin;
         return true;
     });
 }
 
 void SheetImpl::setMarginLeft(double margin)
 {
-    setMargin(sheet.margins.left, margin);
+    setMargin(data().margins.left, margin);
 }
 
 void SheetImpl::setMarginRight(double margin)
 {
-    setMargin(sheet.margins.right, margin);
+    setMargin(data().margins.right, margin);
 }
 
 void SheetImpl::setMarginTop(double margin)
 {
-    setMargin(sheet.margins.top, margin);
+    setMargin(data().margins.top, margin);
 }
 
 void SheetImpl::setPrintRepeatRows(int rowFirst, int rowLast)
 {
     if (isRow(rowFirst) && isRow(rowLast) && rowFirst <= rowLast)
-        sheet.repeatRows = {rowFirst, rowLast};
+        data().repeatRows = {rowFirst, rowLast};
 }
 
 } // namespace workbook

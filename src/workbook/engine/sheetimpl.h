@@ -1,7 +1,6 @@
 #pragma once
 
-#include "workbook/model/fileformat.h"
-#include "workbook/model/model.h"
+#include "workbook/engine/handle.h"
 #include "workbook/sheet.h"
 
 #include <cstdint>
@@ -12,15 +11,10 @@ namespace workbook
 {
 
 /** A sheet of the model, as the interface shows it: checks what comes in and stores it. */
-class SheetImpl final : public libxl::ISheetT<wchar_t>
+class SheetImpl final : public libxl::ISheetT<wchar_t>, public Handle
 {
 public:
-    SheetImpl(BookData &owner, SheetData &data, const FileFormat &format)
-        : book(owner)
-        , sheet(data)
-        , fileFormat(format)
-    {
-    }
+    using Handle::Handle;
 
     bool writeStr(int row, int col, const wchar_t *value, libxl::IFormatT<wchar_t> *format,
                   libxl::CellType type) override;
@@ -42,17 +36,14 @@ public:
     void setMarginTop(double margin) override;
     void setPrintRepeatRows(int rowFirst, int rowLast) override;
 
-    BookData &book;
-    SheetData &sheet;
-
 private:
-    [[nodiscard]] bool isRow(int row) const { return row >= 0 && row < fileFormat.rows; }
-    [[nodiscard]] bool isColumn(int col) const { return col >= 0 && col < fileFormat.columns; }
+    SheetData &data() { return book.sheets[index]; }
+    [[nodiscard]] bool isRow(int row) const { return row >= 0 && row < book.format.rows; }
+    [[nodiscard]] bool isColumn(int col) const { return col >= 0 && col < book.format.columns; }
     std::optional<std::uint32_t> formatIndex(libxl::IFormatT<wchar_t> *format) const;
     template <class Fill>
     bool writeCell(int row, int col, libxl::IFormatT<wchar_t> *format, Fill fill);
 
-    const FileFormat &fileFormat;
     std::u16string scratch; // one text at a time, so that a cell costs no allocation
 };
 

@@ -2,6 +2,7 @@
 
 #include "workbook/enums.h"
 #include "workbook/model/cellstore.h"
+#include "workbook/model/fileformat.h"
 #include "workbook/model/stringtable.h"
 
 #include <array>
@@ -85,6 +86,12 @@ struct SheetData {
 };
 
 struct BookData {
+    explicit BookData(const FileFormat &fileFormat)
+        : format(fileFormat)
+    {
+    }
+
+    const FileFormat &format;
     std::deque<FontData> fonts{FontData{}};       // 0 is the book's default font
     std::deque<FormatData> formats{FormatData{}}; // 0 is "no format"
     std::vector<std::u16string> numFormats;       // codes of firstOwnNumFormat and those after it
@@ -92,7 +99,7 @@ struct BookData {
     StringTable strings;
     StringTable formulas; // without the leading "="
     bool rgbColours = false;
-    bool incomplete = false; // cells were lost that no file of this format can hold
+    bool incomplete = false; // something was lost: to a lack of memory or to the format's limits
 };
 
 } // namespace workbook
