@@ -14,21 +14,16 @@ void logError(const char *text, const QSqlQuery &query)
     qCritical().noquote() << text << query.lastError().text() << "\n\nSQL:" << query.lastQuery();
 }
 
-// Qt stores a null text as NULL, which the columns do not take; a text that was never set is empty.
-QString notNull(const QString &text)
-{
-    return text.isNull() ? QStringLiteral("") : text;
-}
-
 // What is not bound is the sender's business or the column's default, above all `status`.
 void bind(QSqlQuery &query, const MailRecord &mail)
 {
     query.bindValue(QStringLiteral(":type"),
                     mail.type.isNull() ? QVariant(QVariant::String) : QString(mail.type));
-    query.bindValue(QStringLiteral(":from"), notNull(mail.from));
-    query.bindValue(QStringLiteral(":to"), notNull(mail.to));
-    query.bindValue(QStringLiteral(":subject"), notNull(mail.subject));
-    query.bindValue(QStringLiteral(":body"), notNull(mail.body));
+    query.bindValue(QStringLiteral(":from"), mail.from);
+    query.bindValue(QStringLiteral(":to"), mail.to);
+    query.bindValue(QStringLiteral(":subject"), mail.subject);
+    // Qt stores a null text as NULL; a body that was never set is empty.
+    query.bindValue(QStringLiteral(":body"), mail.body.isNull() ? QStringLiteral("") : mail.body);
     // Not alike on purpose: `aid` is always a number, `uid` is NULL for nobody.
     query.bindValue(QStringLiteral(":aid"), mail.aid);
     query.bindValue(QStringLiteral(":uid"), mail.uid == 0 ? QVariant(QVariant::UInt) : mail.uid);

@@ -2,18 +2,12 @@
 
 #include "common/freshquery.h"
 
-#include <QSqlError>
 #include <QVariant>
 
 namespace
 {
 
 constexpr uint tokensPerPage = 1000;
-
-Error errorOf(const QSqlQuery &query)
-{
-    return {query.lastError().text()};
-}
 
 DBSchemeRecord recordOf(const QSqlQuery &query)
 {

@@ -1,6 +1,6 @@
 #include "db/zasdbsettings.h"
 
-#include "common/freshquery.h"
+#include "db/varstable.h"
 
 #include <QDebug>
 #include <QSqlError>
@@ -8,28 +8,17 @@
 namespace
 {
 
-// It replaces a value only because `name` is unique in the table.
-QString upsert()
+void logError(const char *operation, const QString &error)
 {
-    return QStringLiteral("INSERT INTO vars (name, value) VALUES(:name, :value) ON DUPLICATE KEY "
-                          "UPDATE value=VALUES(value);");
+    qCritical().noquote() << operation << error;
 }
 
-// Says so if the query's last step failed; `text` names the operation.
-void logError(const char *text, const QSqlQuery &query)
+QMap<QString, QVariant> valuesOrLog(const Result<VarsTable::Values> &read)
 {
-    if (query.lastError().isValid())
-        qCritical().noquote() << text << query.lastError().text();
-}
-
-// One execution of the prepared upsert. Values are bound, so that any text can be stored.
-bool store(QSqlQuery &query, const QString &name, const QVariant &value)
-{
-    query.bindValue(QStringLiteral(":name"), name);
-    query.bindValue(QStringLiteral(":value"), value);
-    const bool ran = query.exec();
-    logError("variableSet ERROR:", query);
-    return ran;
+    if (read.isOk())
+        return read.value();
+    logError("ZasDbSettings::variableGetMultiple - SQL ERROR:", read.error());
+    return {};
 }
 
 } // namespace
@@ -49,7 +38,7 @@ bool ZasDbSettings::openDB()
     if (database.open())
         return true;
     if (database.lastError().isValid())
-        qCritical().noquote() << "ZasDbSettings Database Error:" << database.lastError().text();
+        logError("ZasDbSettings Database Error:", database.lastError().text());
     return false;
 }
 
@@ -60,70 +49,41 @@ void ZasDbSettings::closeDB()
 
 QVariant ZasDbSettings::variableGet(const QString &name, const QVariant &defaultValue) const
 {
-    QSqlQuery query = freshQuery(database);
-    if (query.exec(QStringLiteral("SELECT value FROM vars WHERE name='%1' LIMIT 1").arg(name)) &&
-        query.next())
-        return query.value(QStringLiteral("value"));
-    logError("ZasDbSettings::variableGet - SQL ERROR:", query);
+    const auto found = VarsTable(database).value(name);
+    if (found.isOk())
+        return found.value().value_or(defaultValue);
+    logError("ZasDbSettings::variableGet - SQL ERROR:", found.error());
     return defaultValue;
 }
 
 QMap<QString, QVariant> ZasDbSettings::variableGetMultiple(const QStringList &names) const
 {
-    if (names.isEmpty())
-        return {};
-    // Not escaped, as everywhere: the names are the program's own.
-    const QString list = QLatin1Char('\'') + names.join(QStringLiteral("','")) + QLatin1Char('\'');
-    return readAll(QStringLiteral("SELECT name, value FROM vars WHERE name IN(%1)").arg(list));
+    return valuesOrLog(VarsTable(database).values(names));
 }
 
 QMap<QString, QVariant> ZasDbSettings::variableGetMultiple(const QString &prefix) const
 {
-    return readAll(
-        QStringLiteral("SELECT name, value FROM vars WHERE name LIKE '%1%'").arg(prefix));
-}
-
-QMap<QString, QVariant> ZasDbSettings::readAll(const QString &sql) const
-{
-    QMap<QString, QVariant> values;
-    QSqlQuery query = freshQuery(database);
-    query.exec(sql); // on a failure there is no row, and the error is logged below
-    while (query.next()) {
-        values.insert(query.value(QStringLiteral("name")).toString(),
-                      query.value(QStringLiteral("value")));
-    }
-    logError("ZasDbSettings::variableGetMultiple - SQL ERROR:", query);
-    return values;
+    return valuesOrLog(VarsTable(database).valuesWithPrefix(prefix));
 }
 
 bool ZasDbSettings::variableSet(const QString &name, const QVariant &value)
 {
-    QSqlQuery query = freshQuery(database);
-    if (query.prepare(upsert()))
-        return store(query, name, value);
-    logError("variableSet ERROR:", query);
-    return false;
+    return variableSetMultiple({{name, value}});
 }
 
 bool ZasDbSettings::variableSetMultiple(const QMap<QString, QVariant> &values)
 {
-    QSqlQuery query = freshQuery(database);
-    if (!query.prepare(upsert())) {
-        qCritical().noquote() << "variableSet ERROR:" << query.lastError().text();
-        return false;
-    }
-    int stored = 0;
-    for (auto entry = values.cbegin(); entry != values.cend(); ++entry)
-        stored += store(query, entry.key(), entry.value()) ? 1 : 0;
-    return stored == values.size();
+    const QVector<Error> errors = VarsTable(database).store(values);
+    for (const Error &error : errors)
+        logError("variableSet ERROR:", error.text);
+    return errors.isEmpty();
 }
 
 bool ZasDbSettings::variableDel(const QString &name, bool asPrefix)
 {
-    const QString sql = asPrefix ? QStringLiteral("DELETE FROM vars WHERE name LIKE '%1%'")
-                                 : QStringLiteral("DELETE FROM vars WHERE name='%1'");
-    QSqlQuery query = freshQuery(database);
-    const bool deleted = query.exec(sql.arg(name)) && query.numRowsAffected() > 0;
-    logError("ZasDbSettings::variableDel - SQL ERROR:", query);
-    return deleted;
+    const auto deleted = VarsTable(database).remove(name, asPrefix);
+    if (deleted.isOk())
+        return deleted.value() > 0;
+    logError("ZasDbSettings::variableDel - SQL ERROR:", deleted.error());
+    return false;
 }

@@ -6,12 +6,11 @@
 #include <QVariant>
 
 /**
- * Keys and values in a schema's table `vars`.
+ * A schema's settings: VarsTable, with its errors logged.
  *
- * It caches nothing: every call is a statement. Names are whole keys with their dots, and go into
- * the statements as they are: a quotation mark in a name breaks the statement, and in a prefix "_"
- * and "%" stand for any character and any text. Nothing here opens the connection but openDB(); on
- * a closed or invalid one every statement fails. For the thread that owns the connection.
+ * It caches nothing: every call is one or more statements. Nothing here opens the connection but
+ * openDB(); on a closed or invalid one every statement fails. For the thread that owns the
+ * connection.
  */
 class ZasDbSettings
 {
@@ -23,21 +22,19 @@ public:
     bool openDB();
     void closeDB();
 
-    /// The value as the driver gives it, text or bytes. A missing key is not an error.
+    /// Returns the stored value, text or bytes. A missing key is not an error.
     QVariant variableGet(const QString &name, const QVariant &defaultValue) const;
-    /// Missing keys are missing in the map.
+    /// Returns those of the keys that exist.
     QMap<QString, QVariant> variableGetMultiple(const QStringList &names) const;
-    /// Every key that begins with `prefix`; the map's keys keep it.
+    /// Returns every key that begins with `prefix`, the prefix included.
     QMap<QString, QVariant> variableGetMultiple(const QString &prefix) const;
 
     bool variableSet(const QString &name, const QVariant &value);
-    /// True when all were stored. An entry that fails stops none of the others.
+    /// Returns whether all were stored. One that fails does not stop the others.
     bool variableSetMultiple(const QMap<QString, QVariant> &values);
-    /// One key, or all that begin with `name`. False when there was nothing to delete.
+    /// Deletes one key, or all that begin with `name`. Returns whether there was any.
     bool variableDel(const QString &name, bool asPrefix);
 
 private:
-    QMap<QString, QVariant> readAll(const QString &sql) const;
-
     QSqlDatabase database;
 };

@@ -83,6 +83,25 @@ private Q_SLOTS:
         QVERIFY(faults.size() == 1 && faults[0].startsWith("variableSet ERROR: "));
     }
 
+    void errorsAreLoggedOnce()
+    {
+        Stores stores;
+        ZasDbSettings &settings = stores.settings;
+        stores.schema.exec("DROP TABLE vars");
+        QCOMPARE(settings.variableGet(daily, 5), QVariant(5));
+        QCOMPARE(settings.variableGetMultiple("x"), Values());
+        QVERIFY(!settings.variableSet(daily, 1));
+        QVERIFY(!settings.variableDel(daily, false));
+        QVERIFY(!ZasDbSettings().openDB());
+        QStringList begins;
+        for (const QString &line : stores.log.texts(QtCriticalMsg))
+            begins += line.section(": ", 0, 0);
+        QCOMPARE(begins, QStringList({"ZasDbSettings::variableGet - SQL ERROR",
+                                      "ZasDbSettings::variableGetMultiple - SQL ERROR",
+                                      "variableSet ERROR", "ZasDbSettings::variableDel - SQL ERROR",
+                                      "ZasDbSettings Database Error"}));
+    }
+
     void mailComesBackAsItWasQueued()
     {
         Stores stores;

@@ -1,0 +1,75 @@
+#include "db/varstable.h"
+
+#include "common/freshquery.h"
+
+VarsTable::VarsTable(const QSqlDatabase &db)
+    : database(db)
+{
+}
+
+Result<std::optional<QVariant>> VarsTable::value(const QString &name) const
+{
+    QSqlQuery query = freshQuery(database);
+    if (!query.exec(QStringLiteral("SELECT value FROM vars WHERE name='%1' LIMIT 1").arg(name)))
+        return errorOf(query);
+    return query.next() ? std::optional(query.value(QStringLiteral("value"))) : std::nullopt;
+}
+
+Result<VarsTable::Values> VarsTable::values(const QStringList &names) const
+{
+    if (names.isEmpty())
+        return Values();
+    const QString list = QLatin1Char('\'') + names.join(QStringLiteral("','")) + QLatin1Char('\'');
+    return read(QStringLiteral("SELECT name, value FROM vars WHERE name IN(%1)").arg(list));
+}
+
+Result<VarsTable::Values> VarsTable::valuesWithPrefix(const QString &prefix) const
+{
+    return read(QStringLiteral("SELECT name, value FROM vars WHERE name LIKE '%1%'").arg(prefix));
+}
+
+Result<VarsTable::Values> VarsTable::read(const QString &sql) const
+{
+    QSqlQuery query = freshQuery(database);
+    if (!query.exec(sql))
+        return errorOf(query);
+    Values values;
+    while (query.next()) {
+        values.insert(query.value(QStringLiteral("name")).toString(),
+                      query.value(QStringLiteral("value")));
+    }
+    return values;
+}
+
+QString VarsTable::upsert()
+{
+    // It replaces a value only because `name` is unique in the table.
+    return QStringLiteral("INSERT INTO vars (name, value) VALUES(:name, :value) ON DUPLICATE KEY "
+                          "UPDATE value=VALUES(value);");
+}
+
+QVector<Error> VarsTable::store(const Values &values) const
+{
+    QSqlQuery query = freshQuery(database);
+    if (!query.prepare(upsert()))
+        return {errorOf(query)};
+    QVector<Error> errors;
+    for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {
+        // Bound, so that any text can be stored.
+        query.bindValue(QStringLiteral(":name"), entry.key());
+        query.bindValue(QStringLiteral(":value"), entry.value());
+        if (!query.exec())
+            errors.append(errorOf(query));
+    }
+    return errors;
+}
+
+Result<int> VarsTable::remove(const QString &name, bool asPrefix) const
+{
+    const QString sql = asPrefix ? QStringLiteral("DELETE FROM vars WHERE name LIKE '%1%'")
+                                 : QStringLiteral("DELETE FROM vars WHERE name='%1'");
+    QSqlQuery query = freshQuery(database);
+    if (!query.exec(sql.arg(name)))
+        return errorOf(query);
+    return query.numRowsAffected();
+}
