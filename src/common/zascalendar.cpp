@@ -1,5 +1,6 @@
 #include "common/zascalendar.h"
 
+#include "common/daystart.h"
 #include "common/freshquery.h"
 
 #include <QDateTime>
@@ -28,7 +29,7 @@ QDate firstOfMonth(const QDate &date)
 
 long long midnight(const QDate &date)
 {
-    return date.startOfDay().toSecsSinceEpoch();
+    return dayStart(date).toSecsSinceEpoch();
 }
 
 unsigned int midnight32(const QDate &date)

@@ -5,7 +5,7 @@
 
 /**
  * Calendar arithmetic on Unix seconds, all in local time. A "midnight" is the day's first moment,
- * also where summer time skips 00:00. Month keys are year * 100 + month.
+ * see dayStart(). Month keys are year * 100 + month.
  */
 namespace ZAS
 {

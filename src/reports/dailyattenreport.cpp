@@ -1,5 +1,6 @@
 #include "reports/dailyattenreport.h"
 
+#include "common/daystart.h"
 #include "common/freshquery.h"
 #include "reports/dailyattensheet.h"
 #include "reports/duration.h"
@@ -175,8 +176,8 @@ void DailyAttenReport::loadShiftsForMonth(const QDate &date)
     QSqlQuery query = freshQuery(database);
     query.prepare(QStringLiteral("\n        SELECT uid, dom, shift\n        FROM atten\n        "
                                  "WHERE date >= :tsFrom AND date < :tsTo\n    "));
-    query.bindValue(QStringLiteral(":tsFrom"), first.startOfDay().toSecsSinceEpoch());
-    query.bindValue(QStringLiteral(":tsTo"), first.addMonths(1).startOfDay().toSecsSinceEpoch());
+    query.bindValue(QStringLiteral(":tsFrom"), dayStart(first).toSecsSinceEpoch());
+    query.bindValue(QStringLiteral(":tsTo"), dayStart(first.addMonths(1)).toSecsSinceEpoch());
     if (!query.exec()) {
         qWarning("DailyAttenReport::loadShiftsForMonth failed: %s",
                  qUtf8Printable(query.lastError().text()));

@@ -1,5 +1,7 @@
 #include "reports/reportquery.h"
 
+#include "common/daystart.h"
+
 #include <QDateTime>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -27,5 +29,5 @@ QDate firstOfMonth(const QDate &date)
 
 QString dayStartText(const QDate &date)
 {
-    return QString::number(date.startOfDay().toSecsSinceEpoch());
+    return QString::number(dayStart(date).toSecsSinceEpoch());
 }

@@ -1,5 +1,7 @@
 #include "reports/reportschedule.h"
 
+#include "common/daystart.h"
+
 #include <algorithm>
 
 namespace
@@ -72,14 +74,14 @@ QDateTime nextDue(const ReportSettings &settings, const QDateTime &now)
 
 QDateTime scheduledMoment(const QDate &date, const QTime &time)
 {
-    const QDateTime dayStart = date.startOfDay();
+    const QDateTime start = dayStart(date);
     if (!time.isValid())
-        return dayStart;
+        return start;
 
     // With the offset at the start of the day, a repeated hour comes out as its first passage.
     const qint64 asUtc = QDateTime(date, time, Qt::UTC).toMSecsSinceEpoch();
     const QDateTime early =
-        QDateTime::fromMSecsSinceEpoch(asUtc - dayStart.offsetFromUtc() * qint64(1000));
+        QDateTime::fromMSecsSinceEpoch(asUtc - start.offsetFromUtc() * qint64(1000));
     if (early.date() == date && early.time() == time)
         return early;
 

@@ -84,6 +84,23 @@ private Q_SLOTS:
         QTEST(days.join(' '), "days");
     }
 
+    /// The C library takes the passage of the half of the year that it was asked for last.
+    void midnightComesTwice()
+    {
+        qputenv("TZ", "Atlantic/Azores");
+        for (const char *asked : {"2015-01-15T12:00:00", "2015-07-15T12:00:00"}) {
+            for (const uint hours : {0U, 1U, 2U, 24U}) {
+                at(asked);
+                QCOMPARE(ZAS::midnightFromTs(1445731200U + hours * 3600), 1445731200U);
+            }
+            at(asked);
+            QCOMPARE(ZAS::nextMidnight(1445731199), Q_INT64_C(1445731200));
+            at(asked);
+            QCOMPARE(ZAS::prevMidnight(1445817600 + 3600), Q_INT64_C(1445731200));
+        }
+        qputenv("TZ", "Europe/Bratislava");
+    }
+
     void texts()
     {
         QCOMPARE(ZAS::firstInterruption("[D 1.5-2x][L 0.25]"), QString("D 1.5-2x"));

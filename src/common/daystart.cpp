@@ -1,0 +1,14 @@
+#include "common/daystart.h"
+
+QDateTime dayStart(const QDate &date)
+{
+    // Of two midnights, the C library picks the one in the half of the year that it was asked for
+    // last. The earlier has the offset of the evening before.
+    constexpr qint64 eveningSeconds = 21600;
+    const QDateTime start = date.startOfDay();
+    const int offset =
+        QDateTime::fromSecsSinceEpoch(start.toSecsSinceEpoch() - eveningSeconds).offsetFromUtc();
+    const qint64 asUtc = QDateTime(date, QTime(0, 0), Qt::UTC).toSecsSinceEpoch();
+    const QDateTime earlier = QDateTime::fromSecsSinceEpoch(asUtc - offset);
+    return earlier.date() == date && earlier.time() == QTime(0, 0) ? earlier : start;
+}
