@@ -1,9 +1,11 @@
-// The reports against their statements alone, their peak of memory, and how they grow.
+// The reports against their statements alone and against a Python program, their peak of memory,
+// and how they grow.
 
 #include "support/bareclient.h"
 #include "support/benchschema.h"
 #include "support/checkoutput.h"
 #include "support/measure.h"
+#include "support/peerreport.h"
 #include "support/tablerow.h"
 
 #include "reports/dailyattenreport.h"
@@ -15,6 +17,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -128,10 +131,49 @@ QVector<Bench::Figures> compare(const Bench::Plan &plan, const QString &report, 
     return runs[0];
 }
 
+/// How many of the statements of one run ask for one person on one day, of all that there could be.
+void countStatements(const Size &size, const BenchSchema &schema)
+{
+    static const QRegularExpression ofOnePerson(QStringLiteral("uid ?= ?[0-9]"));
+    const QStringList arguments{daily, schema.name(), QString::number(size.days),
+                                QStringLiteral("1")};
+    const Recording recording = recordStatements(schema.tables(), [&] { Bench::child(arguments); });
+    const auto single = std::count_if(recording.cbegin(), recording.cend(), [](const auto &sent) {
+        return ofOnePerson.match(QString::fromUtf8(sent.text)).hasMatch();
+    });
+    const double cells = 4.0 * size.people * size.days;
+    printRow(QStringLiteral("daily report, %1 people: statements one by one").arg(size.people),
+             double(single), QStringLiteral("one for each value"), cells, "", 0.05, 0);
+}
+
+/// The report in turn with the Python program, whose workbook must hold the same cells.
+void compareWithPeer(const Bench::Plan &plan, const Size &size, const BenchSchema &schema)
+{
+    const QTemporaryDir folder;
+    const QStringList ours{daily, schema.name(), QString::number(size.days), QStringLiteral("1")};
+    const QStringList theirs = QStringList{QStringLiteral("peer")} +
+                               PeerReport::one(schema.name(), size.days, folder.path());
+    const auto runs = Bench::inTurn(plan.pairs, {ours, theirs});
+    const QString path = fileOf(daily, schema);
+    requireSameCells(path, folder.filePath(QFileInfo(path).fileName()));
+    printRow(QStringLiteral("daily report, %1 people, without start-up: time").arg(size.people),
+             Bench::median(runs[0], secondsFigure), QStringLiteral("Python, XlsxWriter"),
+             Bench::median(runs[1], secondsFigure), "s", 0.5, 3);
+    const double ourPeak = Bench::median(runs[0], peakFigure);
+    printRow(QStringLiteral("daily report: peak memory above idle"), ourPeak,
+             QStringLiteral("Python, XlsxWriter"), Bench::median(runs[1], peakFigure), "MiB", 0.5,
+             1);
+    printRow(QStringLiteral("daily report: peak memory above idle"), ourPeak,
+             QStringLiteral("limit"), 15, "MiB", 1, 1);
+}
+
 void compareDaily(const Bench::Plan &plan)
 {
     const Size size = plan.quick ? Size{20, 3} : Size{1000, 30};
     const BenchSchema schema(size.people, size.days);
+    compareWithPeer(plan, size, schema);
+    countStatements(size, schema);
+    schema.tables().exec(QStringLiteral("TRUNCATE emails"));
     const auto runs = compare(plan, daily, size, schema, 1.10);
     const double fileMib = double(QFileInfo(fileOf(daily, schema)).size()) / (1024 * 1024);
     printRow(QStringLiteral("daily report: peak memory above idle"),
@@ -183,6 +225,8 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     const Bench::Plan plan(QCoreApplication::arguments());
     if (!plan.run.isEmpty()) {
+        if (plan.run.first() == QStringLiteral("peer"))
+            return PeerReport::run(plan.run.mid(1));
         if (plan.run.first() == QStringLiteral("floor"))
             runFloor(plan.run);
         else
