@@ -19,6 +19,9 @@ public:
     /// Returns the summaries now due, each once: "text (N times in the last hour)".
     QStringList takeSummaries(qint64 nowMs);
 
+    /// Returns how many different texts occurred within about the last hour.
+    int count() const { return seen.size(); }
+
 private:
     struct Seen {
         qint64 shownMs; ///< when its text or count was last shown

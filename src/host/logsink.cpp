@@ -55,19 +55,20 @@ void write(QtMsgType type, const QString &message)
 void writeSummaries(QtMsgType type, LogRepeats &repeats)
 {
     const QStringList summaries = repeats.takeSummaries(sinceInstalled.elapsed());
+    if (everythingShown)
+        return;
     for (const QString &summary : summaries)
         write(type, summary);
 }
 
 bool isShown(QtMsgType type, const QString &message)
 {
-    if (everythingShown)
-        return true;
+    bool isNews = type != QtDebugMsg;
     if (type == QtWarningMsg)
-        return warnings.isShown(message, sinceInstalled.elapsed());
-    if (type == QtCriticalMsg)
-        return criticals.isShown(message, sinceInstalled.elapsed());
-    return type != QtDebugMsg;
+        isNews = warnings.isShown(message, sinceInstalled.elapsed());
+    else if (type == QtCriticalMsg)
+        isNews = criticals.isShown(message, sinceInstalled.elapsed());
+    return isNews || everythingShown;
 }
 
 void handle(QtMsgType type, const QMessageLogContext &, const QString &message)
@@ -87,4 +88,10 @@ void LogSink::install(bool showEverything)
     everythingShown = showEverything;
     sinceInstalled.start();
     qInstallMessageHandler(handle);
+}
+
+int LogSink::recentProblems()
+{
+    const std::lock_guard guard(lock);
+    return warnings.count() + criticals.count();
 }

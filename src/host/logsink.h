@@ -14,4 +14,7 @@ namespace LogSink
  */
 void install(bool showEverything);
 
+/// Returns how many different warning and critical messages occurred within the last hour.
+int recentProblems();
+
 } // namespace LogSink

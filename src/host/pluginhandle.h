@@ -27,7 +27,8 @@ public:
     /// Loads the module and creates the object. Returns the error, empty on success.
     QString load(const QString &file);
 
-    /// Both null until load() has succeeded.
+    /// All null until load() has succeeded.
+    QObject *pluginObject() const { return object.get(); }
     ServerInterface *server() const { return serverPart; }
     DatabaseManagerInterface *databaseManager() const { return databasePart; }
 

@@ -2,6 +2,8 @@
 
 #include "common/filelimit.h"
 #include "db/dbmanager.h"
+#include "host/scanwatch.h"
+#include "host/servicemanager.h"
 #include "host/signalwatcher.h"
 #include "plugin/databasemanagerinterface.h"
 #include "plugin/serverinterface.h"
@@ -34,6 +36,8 @@ int ServeCommand::run(const ServeOptions &options)
 {
     raiseFileLimit();
     SignalWatcher signalWatcher;
+    ServiceManager services;
+    services.follow(signalWatcher);
     std::atomic<int> status{1};
     std::promise<QThread *> begun;
     std::promise<void> signalsDone; // set when no signal can refer to the serving thread any more
@@ -44,7 +48,7 @@ int ServeCommand::run(const ServeOptions &options)
     try {
         thread = std::thread([&] {
             begun.set_value(QThread::currentThread());
-            status = ServeCommand(options, signalWatcher).serve();
+            status = ServeCommand(options, signalWatcher, services).serve();
             QMetaObject::invokeMethod(qApp, "quit", Qt::QueuedConnection);
             untilSignalsDone.wait(); // the QThread object must live until then
         });
@@ -68,9 +72,11 @@ int ServeCommand::run(const ServeOptions &options)
     return status;
 }
 
-ServeCommand::ServeCommand(const ServeOptions &serveOptions, SignalWatcher &watcher)
+ServeCommand::ServeCommand(const ServeOptions &serveOptions, SignalWatcher &watcher,
+                           ServiceManager &serviceManager)
     : options(serveOptions)
     , signalWatcher(watcher)
+    , services(serviceManager)
     , manager(std::make_unique<DBManager>())
     , plugin(std::make_unique<PluginHandle>())
 {
@@ -138,21 +144,51 @@ bool ServeCommand::startPlugin()
 
 void ServeCommand::waitForEnd()
 {
-    ServerInterface *server = plugin->server();
-    const QObject here; // ends the connections before the plug-in is deleted
-    QObject::connect(&signalWatcher, &SignalWatcher::pauseRequested, &here,
-                     [server] { server->pause(); });
-    QObject::connect(&signalWatcher, &SignalWatcher::resumeRequested, &here,
-                     [server] { server->resume(); });
+    ScanWatch scans(*plugin->pluginObject()); // also ends its connections before the plug-in goes
+    followSignals(scans);
+    QObject::connect(&scans, &ScanWatch::scanned, &services, &ServiceManager::scanned);
     // A scan opens a connection to each schema. It runs in slices, and between two turns of the
     // event loop nobody uses them.
-    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &here,
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &scans,
                      [this] { removeSchemaConnections(); });
-    QMetaObject::invokeMethod(&signalWatcher, "watch", Qt::QueuedConnection);
+    // Fed by the main thread, but only as long as this thread asks for it.
+    QTimer heartbeat;
+    QObject::connect(&heartbeat, &QTimer::timeout, &services, &ServiceManager::feedWatchdog);
+    if (const int interval = ServiceManager::watchdogIntervalMs(); interval > 0)
+        heartbeat.start(interval);
+
     qInfo("Host - serving '%s' on %s:%i", qUtf8Printable(options.connection.databaseName),
           qUtf8Printable(options.connection.host), options.connection.port);
+    if (options.connection.single) // otherwise after the first scan
+        QMetaObject::invokeMethod(&services, &ServiceManager::ready, Qt::QueuedConnection);
     loop.exec(); // ended by the thread's quit(), even one that comes first
-    server->stop();
+    plugin->server()->stop();
+}
+
+void ServeCommand::followSignals(ScanWatch &scans)
+{
+    QObject::connect(&signalWatcher, &SignalWatcher::pauseRequested, &scans, [this] {
+        isPaused = true;
+        plugin->server()->pause();
+    });
+    QObject::connect(&signalWatcher, &SignalWatcher::resumeRequested, &scans, [this] {
+        isPaused = false;
+        plugin->server()->resume();
+    });
+    QObject::connect(&signalWatcher, &SignalWatcher::reloadRequested, &scans,
+                     [this, &scans] { reload(scans); });
+    QMetaObject::invokeMethod(&signalWatcher, "watch", Qt::QueuedConnection);
+}
+
+void ServeCommand::reload(ScanWatch &scans)
+{
+    if (!isPaused && !options.connection.single) {
+        qInfo("Host - scanning on request");
+        scans.scanNow();
+        return;
+    }
+    qInfo("Host - nothing to scan: %s", isPaused ? "paused" : "one schema alone is served");
+    QMetaObject::invokeMethod(&services, &ServiceManager::ready, Qt::QueuedConnection);
 }
 
 void ServeCommand::giveBack()

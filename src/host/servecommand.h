@@ -8,6 +8,8 @@
 #include <memory>
 
 class DBManager;
+class ScanWatch;
+class ServiceManager;
 class SignalWatcher;
 
 /**
@@ -25,7 +27,8 @@ public:
     static int run(const ServeOptions &options);
 
 private:
-    ServeCommand(const ServeOptions &options, SignalWatcher &signalWatcher);
+    ServeCommand(const ServeOptions &options, SignalWatcher &signalWatcher,
+                 ServiceManager &services);
     ~ServeCommand();
     Q_DISABLE_COPY(ServeCommand)
 
@@ -34,12 +37,16 @@ private:
     bool connectDatabase();
     bool startPlugin();
     void waitForEnd();
+    void followSignals(ScanWatch &scans);
+    void reload(ScanWatch &scans);
     void giveBack();
     /// Removes this thread's connections to schemas; the manager opens again what it needs.
     void removeSchemaConnections();
 
     const ServeOptions &options;
-    SignalWatcher &signalWatcher; // lives in the main thread
+    SignalWatcher &signalWatcher; // this and the next live in the main thread
+    ServiceManager &services;
+    bool isPaused = false;
     QEventLoop loop; // created first: gives this thread a dispatcher, which timers need
     std::unique_ptr<DBManager> manager;
     std::unique_ptr<PluginHandle> plugin; // destroyed before the manager that it uses

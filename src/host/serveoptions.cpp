@@ -23,7 +23,8 @@ void describe(QCommandLineParser &parser, const QString &commandHelp)
     parser.setApplicationDescription(
         QStringLiteral(
             "Loads the attendance report plug-in and runs it until SIGINT or "
-            "SIGTERM; SIGUSR1 pauses,\nSIGUSR2 resumes. --db-host, --db-port, "
+            "SIGTERM; SIGHUP scans the\nschemas at once, SIGUSR1 pauses, SIGUSR2 resumes. "
+            "--db-host, --db-port, "
             "--db-user and --db-name are required, here\nor in the configuration file. "
             "The password is read from the environment variable\n"
             "AUTOREPORT_DB_PASSWORD or from a file.\n\nThe operator's commands, each with "

@@ -11,7 +11,7 @@
 namespace
 {
 
-constexpr int watched[] = {SIGINT, SIGTERM, SIGUSR1, SIGUSR2};
+constexpr int watched[] = {SIGINT, SIGTERM, SIGHUP, SIGUSR1, SIGUSR2};
 
 // A signal handler may do next to nothing: it writes the signal's number into a pipe, and the event
 // loop reads it from there.
@@ -74,6 +74,8 @@ void SignalWatcher::deliver()
             Q_EMIT pauseRequested();
         else if (number == SIGUSR2)
             Q_EMIT resumeRequested();
+        else if (number == SIGHUP)
+            Q_EMIT reloadRequested();
         else
             Q_EMIT stopRequested();
     }

@@ -5,8 +5,8 @@
 class QSocketNotifier;
 
 /**
- * Turns the process's signals into Qt signals: SIGINT and SIGTERM request a stop, SIGUSR1 a pause,
- * SIGUSR2 a resume. Signals that arrive before watch() are delivered by it.
+ * Turns the process's signals into Qt signals: SIGINT and SIGTERM request a stop, SIGHUP a reload,
+ * SIGUSR1 a pause, SIGUSR2 a resume. Signals that arrive before watch() are delivered by it.
  *
  * One object at a time; its destructor restores the signals' default effect.
  */
@@ -23,6 +23,7 @@ public Q_SLOTS:
 
 Q_SIGNALS:
     void stopRequested();
+    void reloadRequested();
     void pauseRequested();
     void resumeRequested();
 

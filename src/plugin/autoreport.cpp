@@ -23,6 +23,10 @@ AutoReport::AutoReport(QObject *parent)
     , soonScan(new QTimer(this))
     , nextSlice(new QTimer(this))
 {
+    // A host follows the scans by these names.
+    timer->setObjectName(QStringLiteral("scan"));
+    soonScan->setObjectName(QStringLiteral("soonScan"));
+    nextSlice->setObjectName(QStringLiteral("nextSlice"));
     soonScan->setSingleShot(true);
     soonScan->setInterval(soonMs);
     connect(soonScan, &QTimer::timeout, this, &AutoReport::checkSchemas);

@@ -1,11 +1,9 @@
+#include "support/hostprogram.h"
 #include "support/reportbench.h"
 #include "support/testhost.h"
 
 #include <QLibraryInfo>
-#include <QProcess>
 #include <QRegularExpression>
-
-#include <csignal>
 
 // The program as a process, judged by its output and its exit status alone.
 class TestProgram : public ReportTest
@@ -39,16 +37,17 @@ private Q_SLOTS:
         QFETCH(int, status);
         QFETCH(QString, text);
         for (const QString command : {"serve ", "serve --single "}) {
-            log.clear();
-            start(QString(arguments).replace("serve ", command).split(' ', Qt::SkipEmptyParts));
-            QVERIFY(ended());
+            program = std::make_unique<HostProgram>();
+            program->start(
+                QString(arguments).replace("serve ", command).split(' ', Qt::SkipEmptyParts));
+            QVERIFY(program->ended());
             QCOMPARE(program->exitCode(), status);
-            const QString output = QString::fromUtf8(program->readAllStandardOutput());
-            const QString &spoken = status == 0 ? output : log;
+            const QString output = program->output();
+            const QString &spoken = status == 0 ? output : program->log;
             QVERIFY2(spoken.contains(text), qPrintable(spoken));
-            QVERIFY((status == 0 ? log : output).isEmpty());
-            QCOMPARE(log.contains("Usage: "), status == 2);
-            QVERIFY2((log.count('\n') == 1) == (status == 1), qPrintable(log));
+            QVERIFY((status == 0 ? program->log : output).isEmpty());
+            QCOMPARE(program->log.contains("Usage: "), status == 2);
+            QVERIFY2((program->log.count('\n') == 1) == (status == 1), qPrintable(program->log));
         }
     }
 
@@ -74,11 +73,11 @@ private Q_SLOTS:
         writeFile(file, content.toUtf8());
         QVERIFY(QFile::setPermissions(file, isOpen ? QFile::ReadOwner | QFile::ReadOther
                                                    : QFile::ReadOwner));
-        start({"serve", "--config", file}, QProcessEnvironment::systemEnvironment());
-        QVERIFY(ended());
-        QVERIFY2(log.contains(text), qPrintable(log));
+        program->start({"serve", "--config", file}, QProcessEnvironment::systemEnvironment());
+        QVERIFY(program->ended());
+        QVERIFY2(program->log.contains(text), qPrintable(program->log));
         QCOMPARE(program->exitCode(), 1);
-        QVERIFY(!log.contains("cret"));
+        QVERIFY(!program->log.contains("cret"));
     }
 
     void serves_data()
@@ -104,27 +103,30 @@ private Q_SLOTS:
                               bench->temporary.filePath("password")};
         if (single)
             arguments << "--single";
-        start(arguments + TestServer::options(single ? bench->schema.name() : info->name()),
-              environment);
+        program->start(arguments +
+                           TestServer::options(single ? bench->schema.name() : info->name()),
+                       environment);
 
-        QVERIFY(logs(single ? "AutoReport - is info db: NO" : "AutoReport - is info db: YES"));
+        QVERIFY(
+            program->logs(single ? "AutoReport - is info db: NO" : "AutoReport - is info db: YES"));
         // The scan leaves a connection to the schema, which the host must give back.
-        QVERIFY(logs(single ? "Host - serving" : "DBManager::getDatabase(firm)"));
-        send(SIGUSR1);
-        QVERIFY(logs("INFO AutoReport - PAUSE\n"));
-        send(SIGUSR2);
-        QVERIFY(logs("INFO AutoReport - RESUME\n"));
-        send(stopSignal);
-        QVERIFY(logs("INFO Host - stopped\n"));
-        QVERIFY(ended());
+        QVERIFY(program->logs(single ? "Host - serving" : "DBManager::getDatabase(firm)"));
+        program->send(SIGUSR1);
+        QVERIFY(program->logs("INFO AutoReport - PAUSE\n"));
+        program->send(SIGUSR2);
+        QVERIFY(program->logs("INFO AutoReport - RESUME\n"));
+        program->send(stopSignal);
+        QVERIFY(program->logs("INFO Host - stopped\n"));
+        QVERIFY(program->ended());
         QCOMPARE(program->exitCode(), 0);
 
-        QVERIFY(log.contains("AutoReport - STOP"));
-        QCOMPARE(log.contains("_dbc_firm)"), !single); // offered for removal
-        QVERIFY2(!log.contains("WARNING") && !log.contains("CRITICAL"), qPrintable(log));
-        QVERIFY(!log.contains("secret"));
+        QVERIFY(program->log.contains("AutoReport - STOP"));
+        QCOMPARE(program->log.contains("_dbc_firm)"), !single); // offered for removal
+        QVERIFY2(!program->log.contains("WARNING") && !program->log.contains("CRITICAL"),
+                 qPrintable(program->log));
+        QVERIFY(!program->log.contains("secret"));
         static const QRegularExpression lines(R"(^([\d-]{10} [\d:]{8} (DEBUG|INFO) [^\n]+\n)+$)");
-        QVERIFY2(lines.match(log).hasMatch(), qPrintable(log));
+        QVERIFY2(lines.match(program->log).hasMatch(), qPrintable(program->log));
     }
 
     void givesConnectionsOfTheScanBack()
@@ -136,13 +138,13 @@ private Q_SLOTS:
         const QString connections = "SELECT COUNT(*) FROM information_schema.processlist WHERE "
                                     "db = '%1' AND id <> CONNECTION_ID()";
         const int before = bench->schema.value(connections.arg(bench->schema.name())).toInt();
-        start(QStringList{"serve", "--debug", "1"} + TestServer::options(info->name()));
-        QVERIFY(logs("active workers: 0 / 61 schemas checked"));
+        program->start(QStringList{"serve", "--debug", "1"} + TestServer::options(info->name()));
+        QVERIFY(program->logs("active workers: 0 / 61 schemas checked"));
         QTRY_COMPARE_WITH_TIMEOUT(
             bench->schema.value(connections.arg(bench->schema.name())).toInt(), before, patienceMs);
-        QVERIFY2(!log.contains("WARNING"), qPrintable(log));
-        program->terminate();
-        QVERIFY(ended());
+        QVERIFY2(!program->log.contains("WARNING"), qPrintable(program->log));
+        program->send(SIGTERM);
+        QVERIFY(program->ended());
         QCOMPARE(program->exitCode(), 0);
     }
 
@@ -152,14 +154,16 @@ private Q_SLOTS:
         addPeople(bench->schema, 1);
         enableDailyReport(bench->schema, "a@firma.sk");
         bench->schema.exec("LOCK TABLES atten WRITE");
-        start(QStringList{"serve", "--single"} + TestServer::options(bench->schema.name()));
+        program->start(QStringList{"serve", "--single"} +
+                       TestServer::options(bench->schema.name()));
         QTRY_COMPARE_WITH_TIMEOUT(bench->schema.connectionsIn("Waiting for table%"), 1, patienceMs);
-        program->terminate();
-        QVERIFY(logs("Host - stopping"));
+        program->send(SIGTERM);
+        QVERIFY(program->logs("Host - stopping"));
         bench->schema.exec("UNLOCK TABLES");
-        QVERIFY(ended());
+        QVERIFY(program->ended());
         QCOMPARE(program->exitCode(), 0);
-        QVERIFY2(log.contains("interrupted, nothing saved and no mail!"), qPrintable(log));
+        QVERIFY2(program->log.contains("interrupted, nothing saved and no mail!"),
+                 qPrintable(program->log));
         QCOMPARE(bench->mails(), 0);
     }
 
@@ -168,40 +172,11 @@ private:
     {
         info = std::make_unique<TestDatabase>(TestDatabase::Tables::Info);
         info->addSchemas({"firm"}, bench->schema.name());
-        program = std::make_unique<QProcess>();
-        log.clear();
-    }
-    void start(const QStringList &arguments,
-               const QProcessEnvironment &environment = TestServer::environment())
-    {
-        program->setProcessEnvironment(environment);
-        program->start(AUTOREPORT_PROGRAM, arguments);
-    }
-
-    void send(int number) const { ::kill(pid_t(program->processId()), number); }
-
-    // All that it has said as errors.
-    QString readLog() { return log += QString::fromUtf8(program->readAllStandardError()); }
-    bool logs(const QString &text)
-    {
-        const auto over = [&] {
-            return program->state() == QProcess::NotRunning;
-        };
-        return QTest::qWaitFor([&] { return readLog().contains(text) || over(); }, patienceMs) &&
-               log.contains(text);
-    }
-    // Whether it did by itself.
-    bool ended()
-    {
-        const bool end =
-            program->state() == QProcess::NotRunning || program->waitForFinished(patienceMs);
-        readLog();
-        return end && program->exitStatus() == QProcess::NormalExit;
+        program = std::make_unique<HostProgram>();
     }
 
     std::unique_ptr<TestDatabase> info;
-    std::unique_ptr<QProcess> program;
-    QString log;
+    std::unique_ptr<HostProgram> program;
 };
 
 QTEST_GUILESS_MAIN(TestProgram)

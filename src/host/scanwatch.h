@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+
+class QTimer;
+
+/**
+ * Follows a plug-in's scans of the schemas.
+ *
+ * A scan begins when the plug-in's timer "scan" or "soonScan" fires, and goes on while its timer
+ * "nextSlice" runs. The interfaces between host and plug-in have no event for either, so the names
+ * of these timers are a contract. Lives in the plug-in's thread and must not outlive the plug-in.
+ */
+class ScanWatch : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit ScanWatch(QObject &plugin);
+
+    /// Starts a scan at once unless one is running. scanned() follows in either case.
+    void scanNow();
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+Q_SIGNALS:
+    void scanned(qint64 milliseconds);
+
+private:
+    void begin();
+    void look();
+
+    QObject &plugin;
+    QTimer *nextSlice;        // null if the plug-in has none: each scan is then a single step
+    QElapsedTimer sinceBegin; // valid while a scan runs
+};

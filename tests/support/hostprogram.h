@@ -1,0 +1,56 @@
+#pragma once
+
+#include "support/testdata.h"
+#include "support/testserver.h"
+
+#include <QProcess>
+#include <QtTest>
+
+#include <csignal>
+
+/// The program as a process, judged by its output and its exit status alone.
+class HostProgram
+{
+public:
+    void start(const QStringList &arguments,
+               const QProcessEnvironment &environment = TestServer::environment())
+    {
+        process.setProcessEnvironment(environment);
+        process.start(AUTOREPORT_PROGRAM, arguments);
+    }
+
+    void send(int signal) const { ::kill(pid_t(process.processId()), signal); }
+    int exitCode() const { return process.exitCode(); }
+    QString output() { return QString::fromUtf8(process.readAllStandardOutput()); }
+
+    /// Returns everything written to standard error so far.
+    QString readLog()
+    {
+        QCoreApplication::processEvents(); // takes what the pipe holds
+        return log += QString::fromUtf8(process.readAllStandardError());
+    }
+
+    /// Returns whether the text appears in the log, before the program ends.
+    bool logs(const QString &text)
+    {
+        const auto over = [&] {
+            return process.state() == QProcess::NotRunning;
+        };
+        return QTest::qWaitFor([&] { return readLog().contains(text) || over(); }, patienceMs) &&
+               log.contains(text);
+    }
+
+    /// Returns whether the program ended without being killed.
+    bool ended()
+    {
+        const bool end =
+            process.state() == QProcess::NotRunning || process.waitForFinished(patienceMs);
+        readLog();
+        return end && process.exitStatus() == QProcess::NormalExit;
+    }
+
+    QString log;
+
+private:
+    QProcess process;
+};
