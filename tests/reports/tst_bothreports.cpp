@@ -234,6 +234,7 @@ private Q_SLOTS:
         QCOMPARE(bench->mails(), 0);
         QCOMPARE(bench->log.countContaining("mail not created!"), 2);
         QVERIFY(!bench->lastGenerated("DailyAtten").isValid());
+        QVERIFY(!bench->lastGenerated("MonthlyAtten").isValid());
     }
 
     /// The heading takes one of the 65,536 rows.
