@@ -2,10 +2,8 @@
 
 #include "db/dbmanager.h"
 #include "plugin/buildstamp.h"
-#include "plugin/workerhandle.h"
 #include "worker/autoreportworker.h"
 
-#include <QThread>
 #include <QTimer>
 
 namespace
@@ -13,7 +11,6 @@ namespace
 
 constexpr int scanIntervalMs = 3600000;
 constexpr int soonMs = 1000;
-constexpr unsigned long threadEndTimeoutMs = 10000;
 
 } // namespace
 
@@ -86,11 +83,7 @@ bool AutoReport::startScanning()
 bool AutoReport::startSingleWorker()
 {
     const QString name = QStringLiteral("AutoReport.single.%1").arg(addressText());
-    singleWorker = createWorker(makeDbConfig(database, name));
-    if (!singleWorker) {
-        started = false;
-        return false;
-    }
+    singleWorker = createWorker(makeDbConfig(database, name)).release(); // deletes itself
     connect(singleWorker, &AutoReportWorker::finished, singleWorker, &QObject::deleteLater);
     return singleWorker->start();
 }
@@ -121,7 +114,7 @@ void AutoReport::pause()
     holdScanning();
     if (singleWorker)
         singleWorker->pause();
-    postToWorkers("pause");
+    workers.post("pause");
 }
 
 void AutoReport::resume()
@@ -135,60 +128,7 @@ void AutoReport::resume()
     }
     if (singleWorker)
         singleWorker->resume();
-    postToWorkers("resume");
-}
-
-void AutoReport::postToWorkers(const char *slot)
-{
-    for (const auto &worker : qAsConst(workers))
-        worker->post(slot);
-}
-
-void AutoReport::startThread(const QString &token, AutoReportWorker *worker)
-{
-    auto *thread = new QThread(this);
-    thread->setObjectName(QStringLiteral("AutoReport_%1").arg(token));
-    worker->moveToThread(thread);
-    connect(thread, &QThread::started, worker, &AutoReportWorker::start);
-    connect(worker, &AutoReportWorker::finished, thread, &QThread::quit);
-    connect(worker, &AutoReportWorker::finished, worker, &QObject::deleteLater);
-    connect(thread, &QThread::finished, thread, &QObject::deleteLater);
-
-    // Both run in the worker's thread. A queued "stop" is lost when the event loop leaves before
-    // it is delivered; so the end of the thread sees to it that the worker has stopped.
-    const auto handle = std::make_shared<WorkerHandle>(worker);
-    connect(
-        worker, &AutoReportWorker::finished, worker, [handle] { handle->clear(); },
-        Qt::DirectConnection);
-    connect(
-        thread, &QThread::finished, thread, [handle] { handle->stopNow(); }, Qt::DirectConnection);
-
-    workers.insert(token, handle);
-    threads.append(thread);
-    thread->start(QThread::LowPriority);
-}
-
-void AutoReport::stopAllWorkers()
-{
-    // A report in the making ends at its next row, so that the wait below is short.
-    for (const auto &thread : qAsConst(threads)) {
-        if (thread)
-            thread->requestInterruption();
-    }
-    postToWorkers("stop");
-    for (const auto &thread : qAsConst(threads)) {
-        if (!thread)
-            continue;
-        thread->quit();
-        if (thread->wait(threadEndTimeoutMs))
-            continue;
-        qWarning("AutoReport::stopAllWorkers() - thread '%s' did not stop in time",
-                 qUtf8Printable(thread->objectName()));
-        thread->terminate();
-        thread->wait();
-    }
-    workers.clear();
-    threads.clear();
+    workers.post("resume");
 }
 
 /// The object's address in base 16: makes connection names of two plug-in objects distinct.

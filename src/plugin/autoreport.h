@@ -3,8 +3,8 @@
 #include "plugin/databasemanagerinterface.h"
 #include "plugin/serverinterface.h"
 #include "plugin/verinfointerface.h"
+#include "plugin/workerregistry.h"
 
-#include <QList>
 #include <QMap>
 #include <QObject>
 #include <QPointer>
@@ -14,9 +14,7 @@
 
 struct AutoReportDbConfig;
 class AutoReportWorker;
-class QThread;
 class QTimer;
-class WorkerHandle;
 
 /**
  * The plug-in object that the host loads: finds the schemas with an automatic report switched on
@@ -48,7 +46,7 @@ public:
     QString getVersion() const override;
     /// False without a DBManager, or when the single worker cannot start.
     bool start() override;
-    /// Returns when every thread has ended; each is given ten seconds before it is terminated.
+    /// Returns when every worker has ended, after ten seconds at the most; see WorkerRegistry.
     void stop() override;
     void pause() override;
     void resume() override;
@@ -66,30 +64,25 @@ private:
     bool checkAutoReport(const QSqlDatabase &db);
     bool queryEnabled(const QSqlDatabase &db);
     AutoReportDbConfig makeDbConfig(const QSqlDatabase &db, const QString &connectionName) const;
-    AutoReportWorker *createWorker(const AutoReportDbConfig &config);
-    void startThread(const QString &token, AutoReportWorker *worker);
-    void postToWorkers(const char *slot);
-    void stopAllWorkers();
+    std::unique_ptr<AutoReportWorker> createWorker(const AutoReportDbConfig &config);
+    void stopAllWorkers() { workers.stopAll(); }
     QString addressText() const;
 
-    /// How far the scan is that goes on.
+    /// Progress of the running scan.
     struct Scan {
         unsigned int total = 0;
         unsigned int visited = 0;
-        QStringList page; ///< tokens that were loaded and not visited yet
+        QStringList page; ///< loaded and not yet visited
     };
 
     QTimer *timer;
     QTimer *soonScan;  ///< single shot: the first scan, and one that a pause held back
     QTimer *nextSlice; ///< single shot, running between two slices of a scan
     Scan scan;
-    bool scanPending = false; ///< from the time a scan is due until it is through
+    bool scanPending = false; ///< a scan is due or running
     int interval = 0;         ///< milliseconds between two scans; 0 until `start`
     bool started = false;
     bool infoDb = false; ///< the mode that `start` found
     QPointer<AutoReportWorker> singleWorker;
-    /// By token. An entry stays until `stop`, also when its worker has ended: a schema whose
-    /// worker ended is not taken up again before that.
-    QMap<QString, std::shared_ptr<WorkerHandle>> workers;
-    QList<QPointer<QThread>> threads; ///< in order of creation; a thread deletes itself
+    WorkerRegistry workers{this};
 };

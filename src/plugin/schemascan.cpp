@@ -89,10 +89,13 @@ void AutoReport::checkSchema(const QString &token)
         return;
 
     const QString name = QStringLiteral("AutoReport.worker.%1.%2").arg(token, addressText());
-    AutoReportWorker *worker = createWorker(makeDbConfig(db, name));
-    if (!worker)
+    if (!workers.add(token, createWorker(makeDbConfig(db, name)))) {
+        qWarning(
+            "AutoReport::checkSchemas() - no thread for the worker of schema '%s', tried again "
+            "at the next scan",
+            qUtf8Printable(token));
         return;
-    startThread(token, worker);
+    }
     qInfo("AutoReport::checkSchemas() - worker created for schema '%s' (%s)", qUtf8Printable(token),
           qUtf8Printable(db.databaseName()));
 }
@@ -163,10 +166,10 @@ AutoReportDbConfig AutoReport::makeDbConfig(const QSqlDatabase &db,
     return config;
 }
 
-AutoReportWorker *AutoReport::createWorker(const AutoReportDbConfig &config)
+std::unique_ptr<AutoReportWorker> AutoReport::createWorker(const AutoReportDbConfig &config)
 {
     if (debugLevel)
         qDebug("AutoReport::createWorker(%s, db=%s)", qUtf8Printable(config.connectionName),
                qUtf8Printable(config.databaseName));
-    return new AutoReportWorker(config, nullptr);
+    return std::make_unique<AutoReportWorker>(config, nullptr);
 }

@@ -5,7 +5,8 @@
 #include <QMetaObject>
 
 WorkerHandle::WorkerHandle(AutoReportWorker *liveWorker)
-    : worker(liveWorker)
+    : connectionGuard(liveWorker->connectionGuard())
+    , worker(liveWorker)
 {
 }
 

@@ -2,9 +2,11 @@
 
 #include <QtGlobal>
 
+#include <memory>
 #include <mutex>
 
 class AutoReportWorker;
+class ConnectionGuard;
 
 /**
  * A worker as seen from another thread: safe to hold when the worker has deleted itself.
@@ -25,6 +27,9 @@ public:
     /// thread.
     void post(const char *slot);
 
+    /// The guard of the worker's connection, which outlives the worker.
+    ConnectionGuard &guard() { return *connectionGuard; }
+
     /// Ends the worker at once unless it has ended already. The worker's thread only.
     void stopNow();
 
@@ -32,6 +37,7 @@ public:
     void clear();
 
 private:
+    const std::shared_ptr<ConnectionGuard> connectionGuard;
     std::mutex mutex;
     AutoReportWorker *worker; ///< null once the worker has ended
 };

@@ -3,11 +3,14 @@
 #include "db/serverconnection.h"
 #include "reports/dailyattenreport.h"
 #include "reports/monthlyattenreport.h"
+#include "worker/connectionguard.h"
 #include "worker/reportbase.h"
 
 #include <QSqlError>
 #include <QThread>
 #include <QTimer>
+
+#include <utility>
 
 namespace
 {
@@ -19,6 +22,7 @@ constexpr int tickMs = 60000;
 AutoReportWorker::AutoReportWorker(const AutoReportDbConfig &dbConfig, QObject *parent)
     : QObject(parent)
     , config(dbConfig)
+    , guard(std::make_shared<ConnectionGuard>())
 {
 }
 
@@ -45,8 +49,14 @@ bool AutoReportWorker::start()
                   qUtf8Printable(config.connectionName));
         return fail();
     }
-    if (!openDatabase())
+    registerDatabase();
+    const ConnectionGuard::Use use(*guard);
+    if (!openDatabase()) {
+        qCritical("AutoReportWorker::start() - can not open DB '%s' on '%s': %s",
+                  qUtf8Printable(config.databaseName), qUtf8Printable(config.hostName),
+                  qUtf8Printable(database.lastError().text()));
         return fail();
+    }
 
     connectionId = serverConnectionId(database);
     createReports();
@@ -61,12 +71,15 @@ bool AutoReportWorker::start()
 
 void AutoReportWorker::activateReports()
 {
-    if (!active || !keepDatabase())
+    if (!active)
+        return;
+    const ConnectionGuard::Use use(*guard);
+    if (!keepDatabase())
         return;
     qInfo("AutoReportWorker - activateReports() db='%s'", qUtf8Printable(database.databaseName()));
     for (ReportBase *report : qAsConst(reports)) {
-        // A worker that is being stopped begins no further report.
-        if (QThread::currentThread()->isInterruptionRequested())
+        // A worker that is being stopped begins no further report, nor one without a connection.
+        if (QThread::currentThread()->isInterruptionRequested() || guard->isBroken())
             return;
         report->doWork();
     }
@@ -105,7 +118,7 @@ bool AutoReportWorker::fail()
     return false;
 }
 
-bool AutoReportWorker::openDatabase()
+void AutoReportWorker::registerDatabase()
 {
     database = QSqlDatabase::addDatabase(config.driverName, config.connectionName);
     database.setHostName(config.hostName);
@@ -116,13 +129,18 @@ bool AutoReportWorker::openDatabase()
     database.setPassword(config.password);
     if (!config.connectOptions.isEmpty())
         database.setConnectOptions(config.connectOptions);
+}
 
-    if (database.open())
-        return true;
-    qCritical("AutoReportWorker::start() - can not open DB '%s' on '%s': %s",
-              qUtf8Printable(config.databaseName), qUtf8Printable(config.hostName),
-              qUtf8Printable(database.lastError().text()));
-    return false;
+/// Opens the connection, or opens it again. Only here: a reconnect of the library in mid-run would
+/// go unnoticed, and wait for a silent server once more after each time that a stop broke it off.
+bool AutoReportWorker::openDatabase()
+{
+    guard->release();
+    if (!openWithin(database, connectSeconds))
+        return false;
+    forbidReconnect(database);
+    guard->guard(database);
+    return true;
 }
 
 /// Whether there is a connection to work on. One that the server has dropped is opened again, so
@@ -131,17 +149,20 @@ bool AutoReportWorker::keepDatabase()
 {
     if (!database.isOpen() && !databaseLost)
         return false;
+    const bool usable = database.isOpen() && !guard->isBroken();
+    qulonglong current = usable ? serverConnectionId(database) : 0;
     if (connectionId == 0) // the server did not answer at the start
-        connectionId = serverConnectionId(database);
-    if (connectionId == 0) // it has no such numbers
+        connectionId = current;
+    if (connectionId == 0 && usable && !guard->isBroken()) // it has no such numbers
         return true;
-    qulonglong current = database.isOpen() ? serverConnectionId(database) : 0;
-    if (current == 0 && database.open())
+    if (current == 0 && openDatabase())
         current = serverConnectionId(database);
-    databaseLost = current == 0;
+    const bool wasLost = std::exchange(databaseLost, current == 0);
     if (databaseLost) {
-        qWarning("AutoReportWorker::activateReports() - no connection to db='%s': %s",
-                 qUtf8Printable(config.databaseName), qUtf8Printable(database.lastError().text()));
+        if (!wasLost) // the line after the next success ends what this one begins
+            qWarning("AutoReportWorker::activateReports() - no connection to db='%s': %s",
+                     qUtf8Printable(config.databaseName),
+                     qUtf8Printable(database.lastError().text()));
         return false;
     }
     if (current != connectionId) {
@@ -159,6 +180,7 @@ void AutoReportWorker::closeDatabase()
     const QString name = database.connectionName();
     if (name.isEmpty())
         return;
+    guard->release();
     if (database.isOpen())
         database.close();
     // Qt removes a connection cleanly only when no handle of it is left.

@@ -6,6 +6,9 @@
 #include <QObject>
 #include <QSqlDatabase>
 
+#include <memory>
+
+class ConnectionGuard;
 class QTimer;
 class ReportBase;
 
@@ -27,6 +30,10 @@ public:
 
     QString getConnectionName() const { return config.connectionName; }
 
+    /// Never null. Through it other threads end what waits on the connection, also when the worker
+    /// is gone.
+    std::shared_ptr<ConnectionGuard> connectionGuard() const { return guard; }
+
 Q_SIGNALS:
     /// The worker is done for good.
     void finished();
@@ -40,6 +47,7 @@ public Q_SLOTS:
     void resume();
 
 private:
+    void registerDatabase();
     bool openDatabase();
     bool keepDatabase();
     void closeDatabase();
@@ -48,6 +56,7 @@ private:
     bool fail();
 
     AutoReportDbConfig config;
+    std::shared_ptr<ConnectionGuard> guard;
     QSqlDatabase database;       ///< invalid until `start`
     qulonglong connectionId = 0; ///< the server's number of the connection, 0 if unknown
     bool databaseLost = false;   ///< the server did not answer at the last tick

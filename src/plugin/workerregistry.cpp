@@ -1,0 +1,128 @@
+#include "plugin/workerregistry.h"
+
+#include "plugin/workerhandle.h"
+#include "worker/autoreportworker.h"
+#include "worker/connectionguard.h"
+
+namespace
+{
+
+constexpr int stopMs = 10000;
+// Workers get on by themselves for so long: a report ends at its next row, a query that a live
+// server answers soon ends as well, and an attempt to connect ends before the ten seconds are over.
+constexpr int ownWillMs = 4000;
+constexpr int terminationMs = 500;
+
+/// A worker's thread. What it runs cannot be terminated: destructors that are unwound by force may
+/// not throw, and a single wait in one of them would end the host's process.
+class WorkerThread : public QThread
+{
+public:
+    using QThread::QThread;
+
+protected:
+    void run() override
+    {
+        setTerminationEnabled(false);
+        exec();
+    }
+};
+
+} // namespace
+
+WorkerRegistry::WorkerRegistry(QObject *parentOfThreads)
+    : parent(parentOfThreads)
+{
+}
+
+WorkerRegistry::~WorkerRegistry() = default;
+
+bool WorkerRegistry::add(const QString &token, std::unique_ptr<AutoReportWorker> owned)
+{
+    auto thread = std::make_unique<WorkerThread>(parent);
+    thread->setObjectName(QStringLiteral("AutoReport_%1").arg(token));
+    AutoReportWorker *worker = owned.get();
+    worker->moveToThread(thread.get());
+    QObject::connect(thread.get(), &QThread::started, worker, &AutoReportWorker::start);
+    QObject::connect(worker, &AutoReportWorker::finished, thread.get(), &QThread::quit);
+    QObject::connect(worker, &AutoReportWorker::finished, worker, &QObject::deleteLater);
+    QObject::connect(thread.get(), &QThread::finished, thread.get(), &QObject::deleteLater);
+
+    // Both run in the worker's thread. A queued "stop" is lost when the event loop leaves before
+    // it is delivered; so the end of the thread sees to it that the worker has stopped.
+    const auto handle = std::make_shared<WorkerHandle>(worker);
+    QObject::connect(
+        worker, &AutoReportWorker::finished, worker, [handle] { handle->clear(); },
+        Qt::DirectConnection);
+    QObject::connect(
+        thread.get(), &QThread::finished, thread.get(), [handle] { handle->stopNow(); },
+        Qt::DirectConnection);
+
+    thread->start(QThread::LowPriority);
+    if (!thread->isRunning() && !thread->isFinished()) // Qt has logged the system's reason
+        return false;
+    owned.release();
+    entries.insert(token, {handle, thread.release()});
+    return true;
+}
+
+void WorkerRegistry::post(const char *slot)
+{
+    for (const Entry &entry : qAsConst(entries))
+        entry.handle->post(slot);
+}
+
+void WorkerRegistry::stopAll()
+{
+    const QDeadlineTimer deadline(stopMs);
+    askAll();
+    forgetEnded(QDeadlineTimer(ownWillMs));
+    for (const Entry &entry : qAsConst(entries))
+        entry.handle->guard().breakForGood();
+    forgetEnded(deadline);
+    terminateAll();
+    forgetEnded(QDeadlineTimer(terminationMs));
+    leaveBehind();
+}
+
+void WorkerRegistry::askAll()
+{
+    // A report in the making ends at its next row.
+    for (const Entry &entry : qAsConst(entries)) {
+        if (entry.thread)
+            entry.thread->requestInterruption();
+    }
+    post("stop");
+    for (const Entry &entry : qAsConst(entries)) {
+        if (entry.thread)
+            entry.thread->quit();
+    }
+}
+
+/// Drops the entries whose threads end before the deadline.
+void WorkerRegistry::forgetEnded(QDeadlineTimer deadline)
+{
+    for (auto entry = entries.begin(); entry != entries.end();) {
+        const QPointer<QThread> thread = entry->thread;
+        entry = !thread || thread->wait(deadline) ? entries.erase(entry) : std::next(entry);
+    }
+}
+
+void WorkerRegistry::terminateAll()
+{
+    for (const Entry &entry : qAsConst(entries)) {
+        qWarning("AutoReport::stopAllWorkers() - thread '%s' did not stop in time",
+                 qUtf8Printable(entry.thread->objectName()));
+        entry.thread->terminate();
+    }
+}
+
+void WorkerRegistry::leaveBehind()
+{
+    for (const Entry &entry : qAsConst(entries)) {
+        qCritical("AutoReport::stopAllWorkers() - thread '%s' cannot be ended and is left behind",
+                  qUtf8Printable(entry.thread->objectName()));
+        entry.thread->setParent(nullptr); // it deletes itself if it ever ends
+    }
+    entries.clear();
+}

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QDeadlineTimer>
+#include <QMap>
+#include <QPointer>
+#include <QString>
+#include <QThread>
+
+#include <memory>
+
+class AutoReportWorker;
+class WorkerHandle;
+
+/**
+ * The workers of the plug-in by token, each in a thread of its own, and how they are ended.
+ *
+ * An entry stays until stopAll(), also when its worker has ended: a schema whose worker ended is
+ * not served again before that. Belongs to the plug-in's thread.
+ */
+class WorkerRegistry
+{
+public:
+    /// The threads become children of `parent`.
+    explicit WorkerRegistry(QObject *parent);
+    ~WorkerRegistry();
+    Q_DISABLE_COPY_MOVE(WorkerRegistry)
+
+    bool contains(const QString &token) const { return entries.contains(token); }
+    int size() const { return entries.size(); }
+
+    /// Starts the worker in a thread of its own and takes it over. False, with a line, when the
+    /// system has no thread left: then the worker is gone and nothing is entered.
+    bool add(const QString &token, std::unique_ptr<AutoReportWorker> worker);
+
+    /// Queues a slot of every worker that has not ended.
+    void post(const char *slot);
+
+    /**
+     * Ends all workers and forgets them, within ten seconds for all together: asks each one, breaks
+     * off the connections of those that do not end, and terminates what is left.
+     *
+     * A worker's thread puts termination off, so that no frame of ours is unwound by force. One
+     * that does not end even so, because the disk it writes to is stalled, is left behind with a
+     * line. It ends once it gets on.
+     */
+    void stopAll();
+
+private:
+    struct Entry {
+        std::shared_ptr<WorkerHandle> handle;
+        QPointer<QThread> thread; ///< deletes itself when it has ended
+    };
+    void askAll();
+    void terminateAll();
+    void forgetEnded(QDeadlineTimer deadline);
+    void leaveBehind();
+
+    QObject *parent;
+    QMap<QString, Entry> entries;
+};
