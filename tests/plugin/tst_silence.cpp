@@ -1,0 +1,114 @@
+#include "plugin/autoreport.h"
+
+#include "support/relay.h"
+#include "support/testhost.h"
+
+#include <QElapsedTimer>
+#include <QThread>
+
+constexpr int stopMs = 12000;
+
+/// The plug-in while its server neither answers nor closes.
+class TestSilence : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        qputenv("TMPDIR", temporary.path().toLocal8Bit());
+        log = std::make_unique<LogCapture>();
+        relay = std::make_unique<Relay>(TestServer::port());
+        host = std::make_unique<TestHost>();
+        QSqlDatabase info = QSqlDatabase::database("KVH.InfoDB", false);
+        info.close();
+        info.setPort(relay->port());
+        host->manager()->setInfoDB(info);
+        QVERIFY(host->manager()->checkOpenDB(info));
+        plugin = std::make_unique<AutoReport>();
+        plugin->setDBManager(host->manager());
+    }
+
+    void cleanup()
+    {
+        relay->thaw();
+        plugin.reset();
+        host.reset();
+        relay.reset();
+        schemas.clear();
+        log.reset();
+    }
+
+    /// Every worker waits somewhere else; one stop ends them all, and the next start makes every
+    /// report that is not out yet.
+    void stopsWorkersThatWait()
+    {
+        const std::vector<std::pair<const char *, int>> moments{
+            {Relay::login, 3}, // after those of the scan: its own and the manager's
+            {"SELECT CONNECTION_ID()", 2},
+            {"GET_LOCK('Daily", 1},
+            {"GET_LOCK('Monthly", 1},
+            {"pamId FROM people", 1},
+            {"g.name grp", 1},
+            {"INSERT INTO emails", 1},
+            {"INSERT INTO emails", 2},
+            {"COMMIT", 1},
+            {"COMMIT", 2},
+            {"RELEASE_LOCK('Monthly", 1},
+            {"RELEASE_LOCK('Daily", 1},
+        };
+        for (const auto &[statement, ordinal] : moments) {
+            addSchema();
+            relay->failAt(schemas.back()->name().toUtf8(), statement, Relay::Fault::Silence,
+                          ordinal);
+        }
+        addSchema(); // idle
+        const int workers = static_cast<int>(schemas.size());
+        QVERIFY(plugin->start());
+        QTRY_COMPARE_WITH_TIMEOUT(logged("worker created"), workers, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(relay->failures(), workers - 1, patienceMs);
+
+        stopInTime();
+        QCOMPARE(logged("did not stop in time"), 0);
+        relay->thaw();
+        QTRY_COMPARE_WITH_TIMEOUT(plugin->findChildren<QThread *>().size(), 0, patienceMs);
+        QVERIFY(plugin->start());
+        for (const auto &schema : schemas)
+            QTRY_COMPARE_WITH_TIMEOUT(mails(*schema), 2, patienceMs);
+        plugin->stop();
+    }
+
+private:
+    /// A schema with both reports due, for one recipient each.
+    void addSchema()
+    {
+        schemas.push_back(std::make_unique<TestDatabase>(TestDatabase::Tables::Schema));
+        addPeople(*schemas.back(), 2);
+        enableDailyReport(*schemas.back(), "a@firma.sk");
+        schemas.back()->exec("INSERT INTO vars VALUES ('autoReport.MonthlyAtten.enabled', '1'), "
+                             "('autoReport.MonthlyAtten.emails', 'a@firma.sk')");
+        host->addSchemas({QString("firma%1").arg(schemas.size())}, *schemas.back());
+    }
+    void stopInTime() const
+    {
+        QElapsedTimer clock;
+        clock.start();
+        plugin->stop();
+        QVERIFY2(clock.elapsed() < stopMs, qPrintable(QString::number(clock.elapsed())));
+    }
+    int logged(const QString &part) const { return log->countContaining(part); }
+    static int mails(const TestDatabase &schema)
+    {
+        return schema.value("SELECT COUNT(*) FROM emails").toInt();
+    }
+
+    const QTemporaryDir temporary;
+    std::unique_ptr<LogCapture> log;
+    std::unique_ptr<Relay> relay;
+    std::unique_ptr<TestHost> host;
+    std::vector<std::unique_ptr<TestDatabase>> schemas;
+    std::unique_ptr<AutoReport> plugin;
+};
+
+QTEST_GUILESS_MAIN(TestSilence)
+#include "tst_silence.moc"

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <QByteArray>
+#include <QVector>
+
+#include <atomic>
+#include <list>
+#include <mutex>
+#include <thread>
+
+/**
+ * A way to the private server that can fail: a TCP relay on the loopback interface, in a thread of
+ * its own.
+ *
+ * Frozen, it is a server process that is stopped, or a network that swallows: connections stay,
+ * new ones are accepted, nothing is forwarded. It reads what clients send, so that it fails at the
+ * statement that the test names.
+ */
+class Relay
+{
+public:
+    explicit Relay(int serverPort);
+    ~Relay();
+    Q_DISABLE_COPY(Relay)
+
+    int port() const { return listeningPort; }
+
+    void freeze() { frozen = true; }
+    /// Forwards again, also what silent connections held back, and forgets what was planned.
+    void thaw();
+
+    enum class Fault {
+        Silence, ///< this connection is frozen; the statement is held back
+        Freeze,  ///< all are
+        Cut      ///< this connection is closed; the server never sees the statement
+    };
+    /// What counts as the statement with which a client logs in.
+    static constexpr const char *login = "login";
+
+    /// Fails once, at the `ordinal`-th statement that contains `text` on connections to `database`.
+    /// An empty text means any statement, an empty name any database. Texts that clients prepare
+    /// are seen when they are prepared.
+    void failAt(const QByteArray &database, const QByteArray &text, Fault fault, int ordinal = 1);
+    /// How often that has happened.
+    int failures() const { return failed; }
+
+private:
+    struct Plan {
+        QByteArray database;
+        QByteArray text;
+        Fault fault;
+        int left;
+    };
+    struct Link {
+        int client;
+        int server;
+        QByteArray database;
+        QByteArray unread; ///< from the client: not yet a whole packet
+        bool silent = false;
+        bool over = false;
+    };
+
+    void run();
+    void accept();
+    void pump(Link &link, short clientEvents, short serverEvents);
+    void forwardPackets(Link &link);
+    bool mayForward(Link &link, const QByteArray &packet);
+    void closeEnded();
+
+    const int serverPort;
+    int listener = -1;
+    int listeningPort = 0;
+    std::list<Link> links; ///< the thread's own
+    std::mutex mutex;
+    QVector<Plan> plans; ///< under the mutex
+    std::atomic<bool> thawing{false};
+    std::atomic<bool> frozen{false};
+    std::atomic<bool> ended{false};
+    std::atomic<int> failed{0};
+    std::thread thread; ///< last: it uses all of these
+};
