@@ -28,3 +28,9 @@ void requireRows(const QString &path, int rows)
 {
     check({QStringLiteral("rows"), path, QString::number(rows)});
 }
+
+void requireFleet(const QString &folder, const QString &prefix, int customers, int people, int days)
+{
+    check({QStringLiteral("fleet"), folder, prefix, QString::number(customers),
+           QString::number(people), QString::number(days)});
+}

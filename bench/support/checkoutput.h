@@ -9,3 +9,8 @@ void requireSameCells(const QString &path, const QString &otherPath);
 
 /// The sheet has so many rows, the heading among them.
 void requireRows(const QString &path, int rows);
+
+/// Both reports of the customers 1 to `customers`, in `folder`, have their rows and show the
+/// customer's own people. The databases are named `prefix` and the number.
+void requireFleet(const QString &folder, const QString &prefix, int customers, int people,
+                  int days);

@@ -16,10 +16,10 @@ namespace
 constexpr int measuredPairs = 5;
 constexpr int childTimeoutMs = 300000;
 
-double statusKib(const char *field)
+double statusKib(const char *field, const QString &process = QStringLiteral("self"))
 {
-    QFile status(QStringLiteral("/proc/self/status"));
-    Bench::require(status.open(QIODevice::ReadOnly), QStringLiteral("no /proc/self/status"));
+    QFile status(QStringLiteral("/proc/%1/status").arg(process));
+    Bench::require(status.open(QIODevice::ReadOnly), QStringLiteral("no ") + status.fileName());
     const QList<QByteArray> lines = status.readAll().split('\n');
     for (const QByteArray &line : lines) {
         if (line.startsWith(field))
@@ -28,7 +28,7 @@ double statusKib(const char *field)
                 .split(' ')[0]
                 .toDouble();
     }
-    Bench::require(false, QStringLiteral("no such field in /proc/self/status"));
+    Bench::require(false, QStringLiteral("no such field in ") + status.fileName());
     return 0;
 }
 
@@ -117,6 +117,11 @@ double Bench::residentKib()
 double Bench::peakKib()
 {
     return statusKib("VmHWM");
+}
+
+double Bench::peakKib(qint64 processId)
+{
+    return statusKib("VmHWM", QString::number(processId));
 }
 
 void Bench::resetPeak()

@@ -46,6 +46,8 @@ double secondsOf(const std::function<void()> &work);
 double residentKib();
 double peakKib();
 void resetPeak();
+/// The peak of another process of this user.
+double peakKib(qint64 processId);
 
 /// Ends the program with `complaint` unless `held`: what failed must not be measured.
 void require(bool held, const QString &complaint);

@@ -1,0 +1,128 @@
+// The host with many customers, whose reports are all due at once: against the Python program,
+// which makes the daily report alone; its memory; and how fast it ends with reports in the making.
+
+#include "support/fleet.h"
+#include "support/hostrun.h"
+#include "support/measure.h"
+#include "support/peerreport.h"
+#include "support/tablerow.h"
+
+#include "common/filelimit.h"
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+
+#include <ctime>
+
+namespace
+{
+
+const QString secondsFigure = QStringLiteral("seconds");
+const QString sinceFirstFigure = QStringLiteral("sinceFirst");
+const QString peakFigure = QStringLiteral("peakMib");
+
+struct Size {
+    int customers;
+    int people;
+    int days;
+
+    QString text() const { return QStringLiteral("%1 customers of %2").arg(customers).arg(people); }
+};
+
+/// One run of the host until both reports of all customers are queued, their content checked.
+Bench::Figures serve(const Fleet &fleet)
+{
+    const QTemporaryDir folder;
+    fleet.reset();
+    HostRun host(fleet, folder.path());
+    const Bench::Figures figures = host.waitForAll();
+    host.stop();
+    fleet.check(folder.path());
+    return figures;
+}
+
+/// The Python program in turn with the host.
+void compareWithPeer(const Bench::Plan &plan)
+{
+    const Size size = plan.quick ? Size{4, 5, 3} : Size{120, 50, 30};
+    const Fleet fleet(size.customers, size.people, size.days);
+    QVector<Bench::Figures> ours;
+    QVector<Bench::Figures> theirs;
+    for (int round = 0; round < plan.pairs; ++round) {
+        const QTemporaryDir folder;
+        ours.append(serve(fleet));
+        fleet.reset();
+        theirs.append(Bench::child(
+            PeerReport::fleet(fleet.prefix(), size.customers, size.days, folder.path())));
+        Bench::require(fleet.queuedMails() == size.customers, QStringLiteral("mails missing"));
+    }
+    const double peer = Bench::median(theirs, secondsFigure);
+    const auto against = QStringLiteral("Python, the daily one alone, all cores");
+    const QString work = size.text() + QStringLiteral(", both reports: time from the ");
+    TableRow{work + QStringLiteral("scan's end"),
+             Bench::median(ours, secondsFigure),
+             against,
+             peer,
+             QStringLiteral("s"),
+             0.6}
+        .print();
+    TableRow{work + QStringLiteral("first worker"),
+             Bench::median(ours, sinceFirstFigure),
+             against,
+             peer,
+             QStringLiteral("s"),
+             0.6}
+        .print();
+}
+
+/// A stop with reports in the making, after which the next start makes those that are missing.
+double stopAmidst(const Fleet &fleet)
+{
+    const QTemporaryDir folder;
+    fleet.reset();
+    HostRun host(fleet, folder.path());
+    host.waitForFiles(fleet.customers() * 2 / 3);
+    const double seconds = host.stop();
+    HostRun next(fleet, folder.path());
+    next.waitForAll();
+    next.stop();
+    fleet.check(folder.path());
+    return seconds;
+}
+
+void holdToLimits(const Bench::Plan &plan)
+{
+    const Size size = plan.quick ? Size{6, 10, 3} : Size{500, 200, 30};
+    const Fleet fleet(size.customers, size.people, size.days);
+    TableRow{size.text() + QStringLiteral(": the host's peak memory"),
+             serve(fleet)[peakFigure],
+             QStringLiteral("limit"),
+             200,
+             QStringLiteral("MiB"),
+             1,
+             1}
+        .print();
+    TableRow{size.text() + QStringLiteral(": a stop amidst"),
+             stopAmidst(fleet),
+             QStringLiteral("limit"),
+             2,
+             QStringLiteral("s"),
+             1}
+        .print();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    qputenv("TZ", "Europe/Bratislava");
+    tzset();
+    const QCoreApplication application(argc, argv);
+    const Bench::Plan plan(QCoreApplication::arguments());
+    if (!plan.run.isEmpty())
+        return PeerReport::run(plan.run);
+    raiseFileLimit();
+    compareWithPeer(plan);
+    holdToLimits(plan);
+    return 0;
+}
