@@ -1,7 +1,7 @@
 #include "common/zascalendar.h"
 
-#include "common/daystart.h"
 #include "common/freshquery.h"
+#include "common/period.h"
 
 #include <QDateTime>
 #include <QDebug>
@@ -22,19 +22,9 @@ QDate dateOf(long long ts)
     return QDateTime::fromSecsSinceEpoch(ts).date();
 }
 
-QDate firstOfMonth(const QDate &date)
-{
-    return QDate(date.year(), date.month(), 1);
-}
-
-long long midnight(const QDate &date)
-{
-    return dayStart(date).toSecsSinceEpoch();
-}
-
 unsigned int midnight32(const QDate &date)
 {
-    return static_cast<unsigned int>(midnight(date));
+    return static_cast<unsigned int>(dayStartSeconds(date));
 }
 
 } // namespace
@@ -51,12 +41,12 @@ unsigned int ZAS::currentMidnight()
 
 long long ZAS::nextMidnight(long long ts)
 {
-    return midnight(dateOf(ts).addDays(1));
+    return dayStartSeconds(dateOf(ts).addDays(1));
 }
 
 long long ZAS::prevMidnight(long long ts)
 {
-    return midnight(dateOf(ts).addDays(-1));
+    return dayStartSeconds(dateOf(ts).addDays(-1));
 }
 
 unsigned int ZAS::firstDayOfMonth(unsigned int ts)

@@ -4,6 +4,7 @@
 
 #include "common/freshquery.h"
 #include "db/dbmanager.h"
+#include "reports/reportkind.h"
 #include "worker/autoreportworker.h"
 
 #include <QElapsedTimer>
@@ -126,29 +127,33 @@ bool AutoReport::checkAutoReport(const QSqlDatabase &db)
 
 bool AutoReport::queryEnabled(const QSqlDatabase &db)
 {
+    const auto &kinds = reportKinds();
+    QStringList keys;
+    for (const ReportKind *kind : kinds)
+        keys.append(QStringLiteral("'%1'").arg(kind->key("enabled")));
     QSqlQuery query = freshQuery(db);
-    if (!query.exec(QStringLiteral(
-            "SELECT name, value FROM vars WHERE name IN ('autoReport.DailyAtten.enabled', "
-            "'autoReport.MonthlyAtten.enabled')"))) {
+    if (!query.exec(QStringLiteral("SELECT name, value FROM vars WHERE name IN (%1)")
+                        .arg(keys.join(QStringLiteral(", "))))) {
         qCritical("AutoReport::checkAutoReport(%s) - SQL ERROR: %s",
                   qUtf8Printable(db.databaseName()), qUtf8Printable(query.lastError().text()));
         return false;
     }
-    bool daily = false;
-    bool monthly = false;
-    while (query.next()) {
-        const QString name = query.value(0).toString();
-        const bool on = query.value(1).toInt() == 1;
-        if (name == QLatin1String("autoReport.DailyAtten.enabled"))
-            daily = on;
-        else if (name == QLatin1String("autoReport.MonthlyAtten.enabled"))
-            monthly = on;
+    QMap<QString, bool> enabled;
+    while (query.next())
+        enabled.insert(query.value(0).toString(), query.value(1).toInt() == 1);
+
+    bool any = false;
+    QString verdicts;
+    for (const ReportKind *kind : kinds) {
+        const bool on = enabled.value(kind->key("enabled"));
+        verdicts +=
+            QStringLiteral("%1=%2, ").arg(QLatin1String(kind->word), QLatin1String(yesNo(on)));
+        any = any || on;
     }
     if (debugLevel)
-        qInfo("AutoReport::checkAutoReport(%s) - daily=%s, monthly=%s, result=%s",
-              qUtf8Printable(db.databaseName()), yesNo(daily), yesNo(monthly),
-              yesNo(daily || monthly));
-    return daily || monthly;
+        qInfo("AutoReport::checkAutoReport(%s) - %sresult=%s", qUtf8Printable(db.databaseName()),
+              qUtf8Printable(verdicts), yesNo(any));
+    return any;
 }
 
 AutoReportDbConfig AutoReport::makeDbConfig(const QSqlDatabase &db,

@@ -1,8 +1,10 @@
 #include "reports/dailyattendata.h"
 
 #include "common/freshquery.h"
+#include "common/period.h"
 #include "reports/reportquery.h"
 
+#include <QSqlError>
 #include <QVariant>
 
 namespace
@@ -56,6 +58,25 @@ QString interruptionsStatement(const QString &start, const QString &end)
 
 } // namespace
 
+ShiftTable loadShifts(const QSqlDatabase &database, const QDate &date)
+{
+    ShiftTable shifts;
+    const QDate first = firstOfMonth(date);
+    QSqlQuery query = freshQuery(database);
+    query.prepare(QStringLiteral("\n        SELECT uid, dom, shift\n        FROM atten\n        "
+                                 "WHERE date >= :tsFrom AND date < :tsTo\n    "));
+    query.bindValue(QStringLiteral(":tsFrom"), dayStartSeconds(first));
+    query.bindValue(QStringLiteral(":tsTo"), dayStartSeconds(first.addMonths(1)));
+    if (!query.exec()) {
+        qWarning("DailyAttenReport::loadShiftsForMonth failed: %s",
+                 qUtf8Printable(query.lastError().text()));
+        return shifts;
+    }
+    while (query.next())
+        shifts.insert({query.value(0).toInt(), query.value(1).toInt()}, query.value(2).toInt());
+    return shifts;
+}
+
 PersonStatement::PersonStatement(const QString &text)
 {
     const QString place = QStringLiteral("%1");
@@ -83,7 +104,7 @@ std::optional<QVector<DailyAttenPerson>> DailyAttenData::people(const QDate &tod
     qDebug("DailyAttenReport::makeReport() people SQL: %s", qUtf8Printable(statement));
 
     QSqlQuery query = freshQuery(database);
-    if (!runOrFail(query, statement, "DailyAttenReport::makeReport() people SQL error:"))
+    if (!execOrFail(query, statement, "DailyAttenReport::makeReport() people SQL error:"))
         return std::nullopt;
     QVector<DailyAttenPerson> people;
     while (query.next()) {
@@ -105,7 +126,7 @@ void DailyAttenData::loadBranches()
         QStringLiteral("SELECT uid, br.name FROM brape b LEFT JOIN branches br ON "
                        "b.bid=br.bid ORDER BY b.since ASC");
     QSqlQuery query = freshQuery(database);
-    if (!runOrWarn(query, statement, "DailyAttenReport::makeReport() branch SQL error:"))
+    if (!execOrWarn(query, statement, "DailyAttenReport::makeReport() branch SQL error:"))
         return;
     while (query.next())
         branches.insert(query.value(0).toUInt(), query.value(1).toString());
@@ -131,7 +152,8 @@ DailyAttenRow DailyAttenData::row(const DailyAttenPerson &person, const AttenDay
     readCorrections(uid, day, row);
     if (options.interruptions)
         readInterruptions(uid, day, row);
-    row.centre = centre(person);
+    row.branch = branch(person);
+    row.shift = shifts.value({static_cast<int>(person.uid), day.dayOfMonth}, row.shift);
     return row;
 }
 
@@ -139,43 +161,43 @@ void DailyAttenData::readAttendance(const QString &uid, const AttenDay &day,
                                     DailyAttenRow &row) const
 {
     QSqlQuery query = freshQuery(database);
-    row.complete &=
-        runOrWarn(query, day.attendance.of(uid), "DailyAttenReport::makeReport() atten SQL error:");
+    row.complete &= execOrWarn(query, day.attendance.of(uid),
+                               "DailyAttenReport::makeReport() atten SQL error:");
     while (query.next()) {
-        row.worked = query.value(1).toDouble();
-        row.unworked = query.value(0).toDouble() - row.worked;
+        row.workedSeconds = query.value(1).toDouble();
+        row.unworkedSeconds = query.value(0).toDouble() - row.workedSeconds;
     }
 }
 
 void DailyAttenData::readOvertime(const QString &uid, const AttenDay &day, DailyAttenRow &row) const
 {
     QSqlQuery query = freshQuery(database);
-    row.complete &= runOrWarn(query, day.overtime.of(uid),
-                              "DailyAttenReport::makeReport() overtime SQL error:");
+    row.complete &= execOrWarn(query, day.overtime.of(uid),
+                               "DailyAttenReport::makeReport() overtime SQL error:");
     while (query.next())
-        row.overtime = query.value(2).toDouble();
+        row.overtimeSeconds = query.value(2).toDouble();
 }
 
 void DailyAttenData::readCorrections(const QString &uid, const AttenDay &day,
                                      DailyAttenRow &row) const
 {
     QSqlQuery query = freshQuery(database);
-    row.complete &= runOrWarn(query, day.corrections.of(uid),
-                              "DailyAttenReport::makeReport() pseudo inters SQL error:");
+    row.complete &= execOrWarn(query, day.corrections.of(uid),
+                               "DailyAttenReport::makeReport() pseudo inters SQL error:");
     while (query.next()) {
         const double seconds = query.value(1).toDouble();
         switch (query.value(0).toInt()) {
         case Unrecognised:
-            row.unrecognised += seconds;
+            row.unrecognisedSeconds += seconds;
             break;
         case Rounding:
-            row.rounding += seconds;
+            row.roundingSeconds += seconds;
             break;
         case Penalty:
-            row.penalty += seconds;
+            row.penaltySeconds += seconds;
             break;
         case Moved:
-            row.moved += seconds;
+            row.movedSeconds += seconds;
             break;
         }
     }
@@ -185,8 +207,8 @@ void DailyAttenData::readInterruptions(const QString &uid, const AttenDay &day,
                                        DailyAttenRow &row) const
 {
     QSqlQuery query = freshQuery(database);
-    row.complete &= runOrWarn(query, day.interruptions.of(uid),
-                              "DailyAttenReport::makeReport() inters SQL error:");
+    row.complete &= execOrWarn(query, day.interruptions.of(uid),
+                               "DailyAttenReport::makeReport() inters SQL error:");
     while (query.next()) {
         InterruptionTotal &total = row.interruptions[query.value(2).toString()];
         total.seconds += query.value(1).toDouble();
@@ -194,7 +216,7 @@ void DailyAttenData::readInterruptions(const QString &uid, const AttenDay &day,
     }
 }
 
-QString DailyAttenData::centre(const DailyAttenPerson &person) const
+QString DailyAttenData::branch(const DailyAttenPerson &person) const
 {
     return options.homeBranch ? person.homeBranch : branches.value(person.uid);
 }

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "reports/dailyattenoptions.h"
 #include "reports/dailyattenrow.h"
 
 #include <QDate>
 #include <QHash>
+#include <QPair>
 #include <QSqlDatabase>
 #include <QString>
 #include <QStringBuilder>
@@ -11,15 +13,11 @@
 
 #include <optional>
 
-/// Which values the daily report shows, and from where; keys shared with the product's exports.
-struct DailyAttenOptions {
-    bool decimalTime = false;      ///< "dattenIsTimeDec"
-    bool minusSign = false;        ///< "dattenIsMinusSign"
-    bool interruptions = false;    ///< "dattenInters"
-    bool advancedOvertime = false; ///< "advancedOvertime"
-    bool xlsx = true;              ///< "exportUseXLSX"
-    bool homeBranch = false;       ///< "dattenHomeBranch"
-};
+/// Shifts of one month, by uid and day of the month.
+using ShiftTable = QHash<QPair<int, int>, int>;
+
+/// Reads the shifts of the month of `date`; a failed query is logged and leaves the table empty.
+ShiftTable loadShifts(const QSqlDatabase &database, const QDate &date);
 
 /// A statement about one person, with all pasted in but the uid.
 class PersonStatement
@@ -55,15 +53,18 @@ class DailyAttenData
 public:
     DailyAttenData(const QSqlDatabase &database, const DailyAttenOptions &options);
 
-    /// In the order of the sheet; none when the query failed. `today` is the last day shown.
+    /// Returns them in the order of the sheet; nothing when the query failed. `today` is the last
+    /// day shown.
     std::optional<QVector<DailyAttenPerson>> people(const QDate &today) const;
 
     /// Reads each person's latest branch.
     void loadBranches();
 
+    void setShifts(const ShiftTable &table) { shifts = table; }
+
     AttenDay day(const QDate &date) const;
 
-    /// The values of one person and one day; the shift is not looked up here.
+    /// Returns the values of one person and one day.
     DailyAttenRow row(const DailyAttenPerson &person, const AttenDay &day) const;
 
 private:
@@ -71,9 +72,10 @@ private:
     void readOvertime(const QString &uid, const AttenDay &day, DailyAttenRow &row) const;
     void readCorrections(const QString &uid, const AttenDay &day, DailyAttenRow &row) const;
     void readInterruptions(const QString &uid, const AttenDay &day, DailyAttenRow &row) const;
-    QString centre(const DailyAttenPerson &person) const;
+    QString branch(const DailyAttenPerson &person) const;
 
     QSqlDatabase database;
     DailyAttenOptions options;
-    QHash<unsigned int, QString> branches;
+    QHash<unsigned int, QString> branches; ///< by uid
+    ShiftTable shifts;
 };

@@ -19,18 +19,18 @@ struct InterruptionTotal {
     int count = 0;
 };
 
-/// What one person did on one day. Durations are seconds.
+/// What one person did on one day.
 struct DailyAttenRow {
     int dayOfMonth = 0;
-    int shift = 0; ///< shown only above 0
-    QString centre;
-    double worked = 0;
-    double unworked = 0; ///< the day's fund less what was worked
-    double overtime = 0;
-    double unrecognised = 0;
-    double rounding = 0;
-    double moved = 0;
-    double penalty = 0;
+    int shift = -1; ///< shown only above 0; -1 where there is none
+    QString branch;
+    double workedSeconds = 0;
+    double unworkedSeconds = 0; ///< the planned time less what was worked
+    double overtimeSeconds = 0;
+    double unrecognisedSeconds = 0;
+    double roundingSeconds = 0;
+    double movedSeconds = 0;
+    double penaltySeconds = 0;
     QMap<QString, InterruptionTotal> interruptions; ///< by shortcut
     bool complete = true; ///< false when a query failed, so that values may be missing
 };

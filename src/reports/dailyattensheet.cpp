@@ -1,60 +1,8 @@
 #include "reports/dailyattensheet.h"
 
 #include "reports/duration.h"
-#include "reports/reportbook.h"
 
 #include <cmath>
-
-namespace
-{
-
-constexpr double defaultWidth = 0;
-
-using Person = DailyAttenPerson;
-using Row = DailyAttenRow;
-
-enum class Content {
-    PersonalNumber,
-    PersonText,
-    Shift,
-    Centre,
-    DayOfMonth,
-    Duration,
-    Unworked,
-    Interruptions
-};
-
-} // namespace
-
-struct DailyAttenSheet::Column {
-    QString heading;
-    double widthChars;
-    Content content;
-    QString Person::*text = nullptr;
-    double Row::*seconds = nullptr;
-};
-
-/// The sheet, column by column. The corrections stand in the order 1000, 1001, 1003, 1002.
-QVector<DailyAttenSheet::Column> DailyAttenSheet::allColumns()
-{
-    return {
-        {tr("OSCISLO"), defaultWidth, Content::PersonalNumber},
-        {tr("MENO"), 17, Content::PersonText, &Person::name},
-        {tr("SKUPINA"), 20, Content::PersonText, &Person::group},
-        {tr("ZMENA"), 10, Content::Shift},
-        {tr("ZARADENIE"), 20, Content::PersonText, &Person::department},
-        {tr("STREDISKO"), 20, Content::Centre},
-        {tr("DEN"), 4, Content::DayOfMonth},
-        {tr("ODPRACOVANY CAS"), 20, Content::Duration, nullptr, &Row::worked},
-        {tr("NEODPRACOVANY CAS"), 20, Content::Unworked, nullptr, &Row::unworked},
-        {tr("NADCAS"), 20, Content::Duration, nullptr, &Row::overtime},
-        {tr("NEUZNANY CAS"), 20, Content::Duration, nullptr, &Row::unrecognised},
-        {tr("ZAOKRUHLENIE"), 20, Content::Duration, nullptr, &Row::rounding},
-        {tr("POSUN"), 20, Content::Duration, nullptr, &Row::moved},
-        {tr("PENALIZACIA"), 20, Content::Duration, nullptr, &Row::penalty},
-        {tr("PRERUSENIA"), 26, Content::Interruptions},
-    };
-}
 
 DailyAttenSheet::DailyAttenSheet(libxl::IBookT<wchar_t> &targetBook,
                                  const DailyAttenOptions &reportOptions)
@@ -62,11 +10,65 @@ DailyAttenSheet::DailyAttenSheet(libxl::IBookT<wchar_t> &targetBook,
     , options(reportOptions)
     , columns(allColumns())
 {
-    if (!options.interruptions)
-        columns.removeLast();
 }
 
-DailyAttenSheet::~DailyAttenSheet() = default;
+/// The sheet, column by column. The corrections stand in the order 1000, 1001, 1003, 1002.
+QVector<DailyAttenSheet::Column> DailyAttenSheet::allColumns() const
+{
+    using Person = DailyAttenPerson;
+    using Row = DailyAttenRow;
+    QVector<Column> all{
+        {tr("OSCISLO"), defaultWidth,
+         [](auto cell, auto line) {
+             cell.writeNumber(line.person.personalNumber);
+         }},
+        textColumn(tr("MENO"), 17, &Person::name),
+        textColumn(tr("SKUPINA"), 20, &Person::group),
+        {tr("ZMENA"), 10,
+         [this](auto cell, auto line) {
+             if (line.day.shift > 0)
+                 cell.writeText(QString::number(line.day.shift), centredFormat);
+         }},
+        textColumn(tr("ZARADENIE"), 20, &Person::department),
+        {tr("STREDISKO"), 20,
+         [this](auto cell, auto line) {
+             cell.writeText(line.day.branch, textFormat);
+         }},
+        {tr("DEN"), 4,
+         [](auto cell, auto line) {
+             cell.writeNumber(line.day.dayOfMonth);
+         }},
+        durationColumn(tr("ODPRACOVANY CAS"), &Row::workedSeconds),
+        durationColumn(tr("NEODPRACOVANY CAS"), &Row::unworkedSeconds, options.minusSign),
+        durationColumn(tr("NADCAS"), &Row::overtimeSeconds),
+        durationColumn(tr("NEUZNANY CAS"), &Row::unrecognisedSeconds),
+        durationColumn(tr("ZAOKRUHLENIE"), &Row::roundingSeconds),
+        durationColumn(tr("POSUN"), &Row::movedSeconds),
+        durationColumn(tr("PENALIZACIA"), &Row::penaltySeconds),
+    };
+    if (options.interruptions)
+        all.append({tr("PRERUSENIA"), 26, [this](auto cell, auto line) {
+                        cell.writeText(interruptionText(line.day.interruptions));
+                    }});
+    return all;
+}
+
+DailyAttenSheet::Column DailyAttenSheet::textColumn(const QString &heading, double widthChars,
+                                                    QString DailyAttenPerson::*text) const
+{
+    return {heading, widthChars, [this, text](const ReportCell &cell, const Line &line) {
+                cell.writeText(line.person.*text, textFormat);
+            }};
+}
+
+DailyAttenSheet::Column DailyAttenSheet::durationColumn(const QString &heading,
+                                                        double DailyAttenRow::*seconds,
+                                                        bool negative) const
+{
+    return {heading, 20, [this, seconds, negative](const ReportCell &cell, const Line &line) {
+                writeDuration(cell, line.day.*seconds, negative);
+            }};
+}
 
 bool DailyAttenSheet::begin(const QString &name)
 {
@@ -76,14 +78,14 @@ bool DailyAttenSheet::begin(const QString &name)
         return false;
     setUpReportPage(*sheet);
     createFormats(decimalNumber);
-    writeHeadings();
+    writeHeadings(*sheet, columns, headingFormat);
     return true;
 }
 
-/// A format that the engine cannot give stays null: its cells are then written without one.
+/// A format that the engine refuses stays null: its cells are then written without one.
 void DailyAttenSheet::createFormats(int decimalNumber)
 {
-    // No format uses it, so the headings are not bold: what readers of this report are used to.
+    // No format uses it: the headings of this report have never been bold, and readers know it so.
     if (libxl::IFontT<wchar_t> *bold = book.addFont())
         bold->setBold(true);
 
@@ -101,66 +103,22 @@ void DailyAttenSheet::createFormats(int decimalNumber)
     }
 }
 
-void DailyAttenSheet::writeHeadings()
+void DailyAttenSheet::writeRow(const DailyAttenPerson &person, const DailyAttenRow &day)
 {
-    for (int col = 0; col < columns.size(); ++col) {
-        const Column &column = columns.at(col);
-        if (column.widthChars > defaultWidth)
-            sheet->setCol(col, col, column.widthChars);
-        writeText(*sheet, 0, col, column.heading, headingFormat);
-    }
+    ::writeRow(*sheet, ++row, columns, Line{person, day});
 }
 
-void DailyAttenSheet::writeRow(const DailyAttenPerson &person, const DailyAttenRow &values)
-{
-    ++row;
-    for (int col = 0; col < columns.size(); ++col)
-        writeCell(col, columns.at(col), person, values);
-}
-
-void DailyAttenSheet::writeCell(int col, const Column &column, const DailyAttenPerson &person,
-                                const DailyAttenRow &values)
-{
-    switch (column.content) {
-    case Content::PersonalNumber:
-        sheet->writeNum(row, col, person.personalNumber);
-        break;
-    case Content::PersonText:
-        writeText(*sheet, row, col, person.*column.text, textFormat);
-        break;
-    case Content::Shift:
-        if (values.shift > 0)
-            writeText(*sheet, row, col, QString::number(values.shift), centredFormat);
-        break;
-    case Content::Centre:
-        writeText(*sheet, row, col, values.centre, textFormat);
-        break;
-    case Content::DayOfMonth:
-        sheet->writeNum(row, col, values.dayOfMonth);
-        break;
-    case Content::Duration:
-        writeDuration(col, values.*column.seconds, false);
-        break;
-    case Content::Unworked:
-        writeDuration(col, values.*column.seconds, options.minusSign);
-        break;
-    case Content::Interruptions:
-        writeText(*sheet, row, col, interruptionText(values.interruptions));
-        break;
-    }
-}
-
-void DailyAttenSheet::writeDuration(int col, double seconds, bool negative)
+void DailyAttenSheet::writeDuration(const ReportCell &cell, double seconds, bool negative) const
 {
     if (!(seconds > shownAboveSeconds))
         return;
     if (options.decimalTime) {
         const double hours = seconds / secondsPerHour;
-        sheet->writeNum(row, col, negative ? 0 - hours : hours, decimalFormat);
+        cell.writeNumber(negative ? 0 - hours : hours, decimalFormat);
         return;
     }
     const QString text = durationValue(seconds, false).toString();
-    writeText(*sheet, row, col, negative ? QLatin1Char('-') + text : text);
+    cell.writeText(negative ? QLatin1Char('-') + text : text);
 }
 
 QString

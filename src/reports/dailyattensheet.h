@@ -1,15 +1,12 @@
 #pragma once
 
-#include "reports/dailyattendata.h"
+#include "reports/dailyattenoptions.h"
 #include "reports/dailyattenrow.h"
+#include "reports/reportsheet.h"
 
-#include "workbook/book.h"
 #include "workbook/font.h"
-#include "workbook/format.h"
-#include "workbook/sheet.h"
 
 #include <QCoreApplication>
-#include <QVector>
 
 /**
  * The sheet of the daily report: values in, cells out, one row per day and person.
@@ -22,31 +19,36 @@ class DailyAttenSheet
 
 public:
     DailyAttenSheet(libxl::IBookT<wchar_t> &book, const DailyAttenOptions &options);
-    ~DailyAttenSheet();
     Q_DISABLE_COPY_MOVE(DailyAttenSheet)
 
-    /// Adds the sheet and writes the heading row; false when the book refuses the sheet.
+    /// Adds the sheet and writes the heading row. Returns false when the book refuses the sheet.
     bool begin(const QString &name);
 
     /// Rows come out in the order of the calls.
-    void writeRow(const DailyAttenPerson &person, const DailyAttenRow &values);
+    void writeRow(const DailyAttenPerson &person, const DailyAttenRow &day);
 
     void finish();
 
 private:
-    struct Column;
-    static QVector<Column> allColumns();
+    /// What one row of the sheet shows.
+    struct Line {
+        const DailyAttenPerson &person;
+        const DailyAttenRow &day;
+    };
+    using Column = ReportColumn<Line>;
 
+    QVector<Column> allColumns() const;
+    Column textColumn(const QString &heading, double widthChars,
+                      QString DailyAttenPerson::*text) const;
+    Column durationColumn(const QString &heading, double DailyAttenRow::*seconds,
+                          bool negative = false) const;
     void createFormats(int decimalNumber);
-    void writeHeadings();
-    void writeCell(int col, const Column &column, const DailyAttenPerson &person,
-                   const DailyAttenRow &values);
-    void writeDuration(int col, double seconds, bool negative);
+    void writeDuration(const ReportCell &cell, double seconds, bool negative) const;
     QString interruptionText(const QMap<QString, InterruptionTotal> &interruptions) const;
 
     libxl::IBookT<wchar_t> &book;
     DailyAttenOptions options;
-    QVector<Column> columns; ///< those that the options ask for
+    QVector<Column> columns;
     libxl::ISheetT<wchar_t> *sheet = nullptr;
     libxl::IFormatT<wchar_t> *headingFormat = nullptr;
     libxl::IFormatT<wchar_t> *textFormat = nullptr;

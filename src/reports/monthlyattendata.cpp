@@ -1,10 +1,15 @@
 #include "reports/monthlyattendata.h"
 
 #include "common/freshquery.h"
+#include "common/period.h"
+#include "common/zascalendar.h"
 #include "reports/duration.h"
 #include "reports/reportquery.h"
 
+#include <QSqlRecord>
 #include <QVariant>
+
+#include <utility>
 
 namespace
 {
@@ -19,7 +24,7 @@ double hours(const QSqlQuery &query, int column)
 AttenMonth::AttenMonth(const QDate &date)
     : start(dayStartText(firstOfMonth(date)))
     , end(dayStartText(firstOfMonth(date).addDays(date.daysInMonth())))
-    , key(QString::number(date.year() * 100 + date.month()))
+    , key(QString::number(ZAS::monthFromDate(date)))
 {
 }
 
@@ -41,7 +46,7 @@ bool MonthlyAttenData::loadPeople()
             .arg(month.end, month.start);
     qDebug("MonthlyAttenReport::makeReport() people SQL: %s", qUtf8Printable(statement));
     QSqlQuery query = freshQuery(database);
-    if (!runOrFail(query, statement, "MonthlyAttenReport::makeReport() people SQL ERROR:"))
+    if (!execOrFail(query, statement, "MonthlyAttenReport::makeReport() people SQL ERROR:"))
         return false;
     while (query.next())
         people.append({query.value(0).toUInt(), query.value(3).toString().trimmed()});
@@ -70,8 +75,8 @@ QString MonthlyAttenData::uidText() const
 void MonthlyAttenData::loadNumbers()
 {
     QSqlQuery query = freshQuery(database);
-    if (!runOrWarn(query, QStringLiteral("SELECT uid, pid, pamId FROM people"),
-                   "MonthlyAttenReport::makeReport() pid/pamId ERROR:"))
+    if (!execOrWarn(query, QStringLiteral("SELECT uid, pid, pamId FROM people"),
+                    "MonthlyAttenReport::makeReport() pid/pamId ERROR:"))
         return;
     while (query.next())
         numbers.insert(query.value(0).toUInt(),
@@ -80,44 +85,40 @@ void MonthlyAttenData::loadNumbers()
 
 void MonthlyAttenData::loadTotals(const QString &uids)
 {
-    // In the order of the statement; some of its columns nobody reads here.
-    enum {
-        Uid,
-        Fond,
-        Work,
-        Saldo,
-        SaldoP,
-        SaldoC,
-        TotalSaldo,
-        Holidays,
-        HolidaySum,
-        Bonus,
-        Day6Sum,
-        Day7Sum,
-        HolidayFond,
-        Night,
-        Vouchers
-    };
+    // By name, so that the order of the columns is the statement's own business. Some of them are
+    // selected and read by nobody.
     const QString statement =
         QStringLiteral("SELECT uid, fond, work, saldo, saldo_p, saldo_c, totalSaldo, holidays, "
                        "holidaySum, bonus, day6sum, day7sum, holidayFond, night, vouchers FROM "
                        "atten_month a WHERE uid IN(%1) AND a.month = %2 ORDER BY uid")
             .arg(uids, month.key);
     QSqlQuery query = freshQuery(database);
-    if (!runOrWarn(query, statement, "MonthlyAttenReport::makeReport() atten_month ERROR:"))
+    if (!execOrWarn(query, statement, "MonthlyAttenReport::makeReport() atten_month ERROR:"))
         return;
+    const QSqlRecord columns = query.record();
+    const auto at = [&columns](const char *name) {
+        return columns.indexOf(QLatin1String(name));
+    };
+    const int overtime = at(options.advancedOvertime == 1 ? "saldo_p" : "totalSaldo");
+    const std::pair<double AttMonthValues::*, int> sums[] = {
+        {&AttMonthValues::holidayFond, at("holidayFond")},
+        {&AttMonthValues::holidaySum, at("holidaySum")},
+        {&AttMonthValues::bonus, at("bonus")},
+        {&AttMonthValues::day6sum, at("day6sum")},
+        {&AttMonthValues::day7sum, at("day7sum")},
+        {&AttMonthValues::night, at("night")},
+    };
+    const int uid = at("uid");
+    const int planned = at("fond");
+    const int vouchers = at("vouchers");
     while (query.next()) {
         Totals total;
-        total.fond = hours(query, Fond);
-        total.overtime = hours(query, options.advancedOvertime ? SaldoP : TotalSaldo);
-        total.values.holidayFond = hours(query, HolidayFond);
-        total.values.holidaySum = hours(query, HolidaySum);
-        total.values.bonus = hours(query, Bonus);
-        total.values.day6sum = hours(query, Day6Sum);
-        total.values.day7sum = hours(query, Day7Sum);
-        total.values.night = hours(query, Night);
-        total.values.vouchers = query.value(Vouchers).toDouble();
-        totals.insert(query.value(Uid).toUInt(), total);
+        total.plannedHours = hours(query, planned);
+        total.overtimeHours = hours(query, overtime);
+        for (const auto &[member, column] : sums)
+            total.values.*member = hours(query, column);
+        total.values.vouchers = query.value(vouchers).toDouble();
+        totals.insert(query.value(uid).toUInt(), total);
     }
 }
 
@@ -129,10 +130,10 @@ void MonthlyAttenData::loadInterruptions(const QString &uids)
                        "uid")
             .arg(uids, month.start, month.end);
     QSqlQuery query = freshQuery(database);
-    if (!runOrWarn(query, statement, "MonthlyAttenReport::makeReport() atten_data ERROR:"))
+    if (!execOrWarn(query, statement, "MonthlyAttenReport::makeReport() atten_data ERROR:"))
         return;
     while (query.next())
-        interruptions[query.value(0).toUInt()][query.value(1).toUInt()] += hours(query, 2);
+        interruptionHours[query.value(0).toUInt()][query.value(1).toUInt()] += hours(query, 2);
 }
 
 /// The hours worked come from a statement of their own, though the totals select them too.
@@ -143,10 +144,10 @@ void MonthlyAttenData::loadWork(const QString &uids)
                        "ORDER BY uid")
             .arg(uids, month.key);
     QSqlQuery query = freshQuery(database);
-    if (!runOrWarn(query, statement, "MonthlyAttenReport::makeReport() work ERROR:"))
+    if (!execOrWarn(query, statement, "MonthlyAttenReport::makeReport() work ERROR:"))
         return;
     while (query.next())
-        work.insert(query.value(0).toUInt(), hours(query, 1));
+        workedHours.insert(query.value(0).toUInt(), hours(query, 1));
 }
 
 MonthlyAttenRow MonthlyAttenData::row(int index) const
@@ -158,13 +159,13 @@ MonthlyAttenRow MonthlyAttenData::row(int index) const
     row.pid = number.pid;
     row.pamId = number.pamId;
     row.name = person.name;
-    row.fond = total.fond;
-    row.overtime = total.overtime;
+    row.plannedHours = total.plannedHours;
+    row.overtimeHours = total.overtimeHours;
     row.values = total.values;
-    row.interruptions = interruptions.value(person.uid);
-    const auto worked = work.constFind(person.uid);
-    if (worked != work.constEnd())
-        row.work = *worked;
+    row.interruptionHours = interruptionHours.value(person.uid);
+    const auto worked = workedHours.constFind(person.uid);
+    if (worked != workedHours.constEnd())
+        row.workedHours = *worked;
     return row;
 }
 
@@ -173,8 +174,8 @@ bool loadInterruptionCatalogue(const QSqlDatabase &database,
                                QHash<QString, unsigned int> &shortcutToIid, const char *failure)
 {
     QSqlQuery query = freshQuery(database);
-    if (!runOrWarn(query, QStringLiteral("SELECT iid, shortcut, name FROM inters ORDER BY iid"),
-                   failure))
+    if (!execOrWarn(query, QStringLiteral("SELECT iid, shortcut, name FROM inters ORDER BY iid"),
+                    failure))
         return false;
     while (query.next()) {
         const unsigned int iid = query.value(0).toUInt();

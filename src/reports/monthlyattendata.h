@@ -1,5 +1,6 @@
 #pragma once
 
+#include "reports/monthlyattenoptions.h"
 #include "reports/monthlyattenrow.h"
 
 #include <QDate>
@@ -9,20 +10,13 @@
 #include <QStringList>
 #include <QVector>
 
-/// What the monthly report shows; keys shared with the product's exports.
-struct MonthlyAttenOptions {
-    bool advancedOvertime = false; ///< "advancedOvertime" is exactly 1
-    bool payrollNumber = false;    ///< "monthAttenUsePamID"
-    QStringList extraShortcuts;    ///< "monthAttenInterrupts", not trimmed
-};
-
 /// The product's kinds of interruption.
 struct InterruptionCatalogue {
     QHash<unsigned int, QString> iidToName;
     QHash<QString, unsigned int> shortcutToIid;
 };
 
-/// A calendar month as the queries ask for it.
+/// A calendar month as the statements take it.
 struct AttenMonth {
     explicit AttenMonth(const QDate &date);
 
@@ -43,9 +37,10 @@ public:
     MonthlyAttenData(const QSqlDatabase &database, const MonthlyAttenOptions &options,
                      const QDate &today);
 
-    /// The people of the month, in the order of the sheet; false when the query failed.
+    /// Loads the people of the month, in the order of the sheet. Returns false when the query
+    /// failed.
     bool loadPeople();
-    /// Everything else about these people.
+    /// Loads everything else about these people.
     void loadValues();
 
     int count() const { return people.size(); }
@@ -61,8 +56,8 @@ private:
         QString pamId;
     };
     struct Totals {
-        double fond = 0;
-        double overtime = 0;
+        double plannedHours = 0;
+        double overtimeHours = 0;
         AttMonthValues values;
     };
 
@@ -79,12 +74,12 @@ private:
     // By uid.
     QHash<unsigned int, Numbers> numbers;
     QHash<unsigned int, Totals> totals;
-    QHash<unsigned int, QHash<unsigned int, double>> interruptions;
-    QHash<unsigned int, double> work;
+    QHash<unsigned int, QHash<unsigned int, double>> interruptionHours; // then by interruption id
+    QHash<unsigned int, double> workedHours;
 };
 
-/// Adds the schema's kinds of interruption to both maps; false, logged as `failure`, when the query
-/// failed.
+/// Adds the schema's kinds of interruption to both maps. Returns false, logged as `failure`, when
+/// the query failed.
 bool loadInterruptionCatalogue(const QSqlDatabase &database,
                                QHash<unsigned int, QString> &iidToName,
                                QHash<QString, unsigned int> &shortcutToIid, const char *failure);

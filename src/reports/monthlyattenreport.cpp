@@ -1,126 +1,74 @@
 #include "reports/monthlyattenreport.h"
 
 #include "reports/monthlyattensheet.h"
-#include "reports/reportbook.h"
-#include "reports/reportmail.h"
-#include "reports/reportrun.h"
+#include "reports/reportcontent.h"
+#include "reports/reportkind.h"
 
-#include <utility>
-
-namespace
+/// One row per person.
+class MonthlyAttenReport::Content : public ReportContent
 {
+public:
+    Content(const MonthlyAttenReport &report, const QDate &today)
+        : options(report.options)
+        , data(report.database, options, today)
+    {
+        loadInterruptionCatalogue(report.database, catalogue.iidToName, catalogue.shortcutToIid,
+                                  "MonthlyAttenReport::makeReport() inters ERROR:");
+    }
 
-constexpr const char *reportName = "MonthlyAttenReport";
+    bool loadPeople() override { return data.loadPeople(); }
+    int rowCount() const override { return data.count(); }
+    void loadValues() override { data.loadValues(); }
 
-} // namespace
+    bool beginSheet(libxl::IBookT<wchar_t> &book) override
+    {
+        sheet = std::make_unique<MonthlyAttenSheet>(book, options, catalogue);
+        return sheet->begin();
+    }
+
+    bool writeNextRow() override
+    {
+        sheet->writeRow(data.row(written++));
+        return true; // what failed was noticed in loadValues(), and queueMails() asks again
+    }
+
+    void endSheet() override { sheet->finish(); }
+
+private:
+    const MonthlyAttenOptions options;
+    InterruptionCatalogue catalogue;
+    MonthlyAttenData data;
+    std::unique_ptr<MonthlyAttenSheet> sheet;
+    int written = 0;
+};
 
 MonthlyAttenReport::MonthlyAttenReport(const QSqlDatabase &db, QObject *parent)
-    : ReportBase(db, parent)
-    , prefix(QStringLiteral("autoReport.MonthlyAtten."))
+    : AttenReport(monthlyReport, db, parent)
 {
-    settings.setDB(db);
 }
 
-void MonthlyAttenReport::doWork()
+void MonthlyAttenReport::loadOptions()
 {
-    runWhenDue(reportName, prefix, settings, database,
-               [this](const ReportRun &run) { produce(run); });
+    options = MonthlyAttenOptions::read(settings);
 }
 
-void MonthlyAttenReport::makeReport(const QStringList &emails, const QDateTime &now)
-{
-    produce(makeRun(emails, now, database));
-}
-
-void MonthlyAttenReport::produce(const ReportRun &run)
-{
-    const QString path = reportPath(fileName(run.now.date()));
-    if (saveWorkbook(path, run))
-        queueMails(path, run);
-}
-
-bool MonthlyAttenReport::saveWorkbook(const QString &path, const ReportRun &run)
-{
-    const QDate today = run.now.date();
-    const MonthlyAttenOptions options = readOptions();
-    InterruptionCatalogue catalogue;
-    loadInterruptionCatalogue(database, catalogue.iidToName, catalogue.shortcutToIid,
-                              "MonthlyAttenReport::makeReport() inters ERROR:");
-
-    MonthlyAttenData data(database, options, today);
-    if (!data.loadPeople())
-        return false;
-    if (data.count() == 0) {
-        qWarning("MonthlyAttenReport - no people!");
-        return false;
-    }
-    data.loadValues();
-    return writeWorkbook(path, options, catalogue, data, run);
-}
-
-MonthlyAttenOptions MonthlyAttenReport::readOptions()
-{
-    const auto advancedOvertime = QStringLiteral("advancedOvertime");
-    const auto payrollNumber = QStringLiteral("monthAttenUsePamID");
-    const auto extraShortcuts = QStringLiteral("monthAttenInterrupts");
-    const auto values =
-        settings.variableGetMultiple(QStringList{advancedOvertime, payrollNumber, extraShortcuts});
-
-    MonthlyAttenOptions options;
-    options.advancedOvertime = values.value(advancedOvertime, 0).toInt() == 1;
-    options.payrollNumber = values.value(payrollNumber, false).toBool();
-    options.extraShortcuts =
-        values.value(extraShortcuts).toString().split(QLatin1Char(','), Qt::SkipEmptyParts);
-    return options;
-}
-
-QString MonthlyAttenReport::fileName(const QDate &today) const
+QString MonthlyAttenReport::fileNameByOptions(const QDate &today) const
 {
     return QStringLiteral("MesReportDochadzky_%1_%2.xlsx")
         .arg(database.databaseName(), today.toString(QStringLiteral("MMyyyy")));
 }
 
-bool MonthlyAttenReport::writeWorkbook(const QString &path, const MonthlyAttenOptions &options,
-                                       const InterruptionCatalogue &catalogue,
-                                       const MonthlyAttenData &data, const ReportRun &run) const
+std::unique_ptr<ReportContent> MonthlyAttenReport::createContent(const ReportRun &run)
 {
-    ReportBook book(isBinaryBook(path) ? xlCreateBookW() : xlCreateXMLBookW());
-    if (!book) {
-        qCritical("MonthlyAttenReport - xlCreateXMLBook() failed!");
-        return false;
-    }
-    setUpReportBook(*book, reportName);
-
-    MonthlyAttenSheet sheet(*book, options, catalogue);
-    if (!sheet.begin()) {
-        qCritical("MonthlyAttenReport - addSheet failed!");
-        return false;
-    }
-    for (int index = 0; index < data.count(); ++index) {
-        if (isInterrupted(reportName, run))
-            return false;
-        sheet.writeRow(data.row(index));
-    }
-    sheet.finish();
-    return saveReportBook(std::move(book), path, reportName);
+    return std::make_unique<Content>(*this, run.now.date());
 }
 
-int MonthlyAttenReport::queueMails(const QString &path, const ReportRun &run)
+AttenReport::MailTexts MonthlyAttenReport::mailTexts(const QDate &today) const
 {
-    // Unlike the daily report, this one is not tried again when no mail could be queued.
-    return queueReport(reportName, prefix, makeMail(path, run.now.date()), run,
-                       CountsAsMade::Always, settings, database);
-}
-
-MailRecord MonthlyAttenReport::makeMail(const QString &filePath, const QDate &today)
-{
-    const ReportMailTexts texts{
-        reportName,
-        tr("Mesačný report dochádzky za %1 / %2")
-            .arg(QString::number(today.month()), QString::number(today.year())),
-        tr("Mesačný report dochádzky sa nachádza v prílohe.\n\n\nTento e-mail bol vygenerovaný "
-           "automaticky dochádzkovým systémom ZAS.")};
-    return makeReportMail(texts, filePath, database);
+    return {tr("Mesačný report dochádzky za %1 / %2")
+                .arg(QString::number(today.month()), QString::number(today.year())),
+            tr("Mesačný report dochádzky sa nachádza v prílohe.\n\n\nTento e-mail bol vygenerovaný "
+               "automaticky dochádzkovým systémom ZAS.")};
 }
 
 bool MonthlyAttenReport::loadInterruptionMaps(QHash<unsigned, QString> &iidToName,

@@ -5,7 +5,7 @@
 
 #include <optional>
 
-/// What the product reckons of a person's month, in hours; `vouchers` is a count.
+/// What the product computed of a person's month, in hours; `vouchers` is a count.
 struct AttMonthValues {
     double holidayFond = 0;
     double holidaySum = 0;
@@ -16,14 +16,14 @@ struct AttMonthValues {
     double vouchers = 0;
 };
 
-/// One person's month. Durations are hours.
+/// One person's month.
 struct MonthlyAttenRow {
     unsigned int pid = 0; ///< personal number, 0 when unknown
     QString pamId;        ///< number in the payroll system, empty when unknown
     QString name;
-    double fond = 0; ///< planned
-    double overtime = 0;
-    std::optional<double> work;                ///< shown whenever there is a value, also 0
-    QHash<unsigned int, double> interruptions; ///< by interruption id
+    double plannedHours = 0;
+    double overtimeHours = 0;
+    std::optional<double> workedHours;             ///< shown whenever there is a value, also 0
+    QHash<unsigned int, double> interruptionHours; ///< by interruption id
     AttMonthValues values;
 };

@@ -1,15 +1,13 @@
 #pragma once
 
 #include "reports/monthlyattendata.h"
+#include "reports/monthlyattenoptions.h"
 #include "reports/monthlyattenrow.h"
+#include "reports/reportsheet.h"
 
-#include "workbook/book.h"
 #include "workbook/font.h"
-#include "workbook/format.h"
-#include "workbook/sheet.h"
 
 #include <QCoreApplication>
-#include <QVector>
 
 /**
  * The sheet of the monthly report: values in, cells out, one row per person.
@@ -23,32 +21,36 @@ class MonthlyAttenSheet
 public:
     MonthlyAttenSheet(libxl::IBookT<wchar_t> &book, const MonthlyAttenOptions &options,
                       const InterruptionCatalogue &catalogue);
-    ~MonthlyAttenSheet();
     Q_DISABLE_COPY_MOVE(MonthlyAttenSheet)
 
-    /// Adds the sheet and writes the heading row; false when the book refuses the sheet.
+    /// Adds the sheet and writes the heading row. Returns false when the book refuses the sheet.
     bool begin();
 
     /// Rows come out in the order of the calls.
-    void writeRow(const MonthlyAttenRow &values);
+    void writeRow(const MonthlyAttenRow &person);
 
     void finish();
 
 private:
-    struct Column;
-    static QVector<Column> fixedColumns(bool payrollNumber);
-    static Column extraColumn(const QString &shortcut, const InterruptionCatalogue &catalogue);
-    static Column vouchersColumn();
+    using Column = ReportColumn<MonthlyAttenRow>;
+    using Row = MonthlyAttenRow;
 
+    void addColumns(const MonthlyAttenOptions &options, const InterruptionCatalogue &catalogue);
+    Column numberColumn(bool payrollNumber) const;
+    Column hoursColumn(const QString &heading, double widthChars, double Row::*hours,
+                       const char *name) const;
+    Column valueColumn(const QString &heading, double widthChars,
+                       double AttMonthValues::*value) const;
+    Column interruptionColumn(const QString &heading, double widthChars, unsigned int iid) const;
+    Column extraColumn(const QString &shortcut, const InterruptionCatalogue &catalogue) const;
+    Column formulaColumn(const QString &heading, double widthChars, const char *pattern,
+                         bool needsPlanned);
     void createFormats(int decimalNumber);
-    void writeHeadings();
-    void writeCell(int col, const Column &column, const MonthlyAttenRow &values);
-    void writePositive(int col, double number);
-    void writeFormula(int col, const QString &pattern);
+    void writePositive(const ReportCell &cell, double number) const;
 
     libxl::IBookT<wchar_t> &book;
-    const bool payrollNumber; ///< shown in the first column instead of the personal number
     QVector<Column> columns;
+    QStringList formulas; ///< of the formula columns in their order, with letters
     libxl::ISheetT<wchar_t> *sheet = nullptr;
     libxl::IFormatT<wchar_t> *headingFormat = nullptr;
     libxl::IFormatT<wchar_t> *idFormat = nullptr;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "workbook/book.h"
-#include "workbook/sheet.h"
 
 #include <QString>
 
@@ -18,22 +17,9 @@ using ReportBook = std::unique_ptr<libxl::IBookT<wchar_t>, ReleaseBook>;
 /// logged in the name of `report`, the class of the report, and the book is used all the same.
 void setUpReportBook(libxl::IBookT<wchar_t> &book, const char *report);
 
-/// Page and print set-up of a report's sheet: landscape, one page wide, numbered pages.
-void setUpReportPage(libxl::ISheetT<wchar_t> &sheet);
-
-/// Keeps the heading row in view on screen and repeats it on every printed page.
-void keepHeadingRow(libxl::ISheetT<wchar_t> &sheet);
-
-/// Writes text as it is; what the engine refuses leaves the cell empty.
-void writeText(libxl::ISheetT<wchar_t> &sheet, int row, int col, const QString &text,
-               libxl::IFormatT<wchar_t> *format = nullptr);
-
 /// Where a report puts its file: in the temporary directory. One that does not exist stays in the
 /// path, so that saving fails.
 QString reportPath(const QString &fileName);
 
 /// Saves the book and releases it; a failure is then logged in the name of `report`.
 bool saveReportBook(ReportBook book, const QString &path, const char *report);
-
-/// Whether a workbook at `path` is a binary one, by its extension.
-bool isBinaryBook(const QString &path);

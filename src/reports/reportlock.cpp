@@ -10,33 +10,37 @@ namespace
 {
 
 /// Names of locks belong to the whole server and hold 64 characters, as many as a database's name.
-QString lockName(const QSqlDatabase &database, const char *report)
+QString lockName(const QSqlDatabase &database, const char *className)
 {
     const QByteArray schema =
         QCryptographicHash::hash(database.databaseName().toUtf8(), QCryptographicHash::Md5);
-    return QLatin1String(report) + QLatin1Char('.') + QLatin1String(schema.toHex());
+    return QLatin1String(className) + QLatin1Char('.') + QLatin1String(schema.toHex());
 }
 
 } // namespace
 
-ReportLock::ReportLock(const QSqlDatabase &db, const char *report)
+ReportLock::ReportLock(const QSqlDatabase &db, const char *className)
     : database(db)
-    , name(lockName(db, report))
+    , name(lockName(db, className))
+{
+}
+
+bool ReportLock::acquire()
 {
     QSqlQuery query = freshQuery(database);
     if (!query.exec(QStringLiteral("SELECT GET_LOCK('%1', 0), CONNECTION_ID()").arg(name)) ||
         !query.next()) {
         connection = serverConnectionId(database); // a server without locks still has connections
-        return;
+        return true;
     }
     connection = query.value(1).toULongLong();
-    const QVariant answer = query.value(0); // NULL: the server could not tell
-    held = answer.toInt() == 1;
-    takenByAnother = !answer.isNull() && !held;
+    held = query.value(0).toInt() == 1;
+    return held || query.value(0).isNull(); // NULL: the server could not tell
 }
 
-ReportLock::~ReportLock()
+void ReportLock::release()
 {
     if (held)
         freshQuery(database).exec(QStringLiteral("SELECT RELEASE_LOCK('%1')").arg(name));
+    held = false;
 }

@@ -4,23 +4,24 @@
 #include <QString>
 
 /**
- * The right to make one report of one schema, among all hosts that serve the schema.
+ * The named lock of one report of one schema, which spares the hosts that share the schema from
+ * making the report at the same time.
  *
- * It is the database's own named lock, asked for without waiting and given back at the end of the
- * object; with the connection it is gone too. Who does not get it leaves the report to the other.
+ * Acquired without waiting, released by release() or when the connection closes; never by the
+ * destructor, which runs no statement. Without the lock, skip the report.
  */
 class ReportLock
 {
 public:
-    /// `report` is the report's class.
-    ReportLock(const QSqlDatabase &database, const char *report);
-    ~ReportLock();
-    Q_DISABLE_COPY_MOVE(ReportLock)
+    /// `className` is the report's class.
+    ReportLock(const QSqlDatabase &database, const char *className);
 
-    /// True also where the lock could not be asked for: better one report too many than none.
-    bool mayRun() const { return !takenByAnother; }
+    /// Returns false when another connection has the lock. True also where the server could not be
+    /// asked for it: better one report too many than none.
+    bool acquire();
+    void release();
 
-    /// The server's number of the connection that the lock belongs to, 0 if unknown.
+    /// Returns the server's number of the connection that asked for the lock, 0 if unknown.
     qulonglong connectionId() const { return connection; }
 
 private:
@@ -28,5 +29,4 @@ private:
     QString name;
     qulonglong connection = 0;
     bool held = false;
-    bool takenByAnother = false;
 };

@@ -1,12 +1,11 @@
 #include "reports/reportquery.h"
 
-#include "common/daystart.h"
+#include "common/period.h"
 
-#include <QDateTime>
 #include <QSqlError>
 #include <QSqlQuery>
 
-bool runOrWarn(QSqlQuery &query, const QString &statement, const char *failure)
+bool execOrWarn(QSqlQuery &query, const QString &statement, const char *failure)
 {
     if (query.exec(statement))
         return true;
@@ -14,7 +13,7 @@ bool runOrWarn(QSqlQuery &query, const QString &statement, const char *failure)
     return false;
 }
 
-bool runOrFail(QSqlQuery &query, const QString &statement, const char *failure)
+bool execOrFail(QSqlQuery &query, const QString &statement, const char *failure)
 {
     if (query.exec(statement))
         return true;
@@ -22,12 +21,7 @@ bool runOrFail(QSqlQuery &query, const QString &statement, const char *failure)
     return false;
 }
 
-QDate firstOfMonth(const QDate &date)
-{
-    return QDate(date.year(), date.month(), 1);
-}
-
 QString dayStartText(const QDate &date)
 {
-    return QString::number(dayStart(date).toSecsSinceEpoch());
+    return QString::number(dayStartSeconds(date));
 }

@@ -6,14 +6,12 @@
 class QSqlQuery;
 
 /**
- * Runs `statement`. A failure is logged as `failure`, the whole beginning of the log line, followed
- * by the driver's text: by the first as a warning, for the queries that a report survives, by the
- * second as critical, for the one that ends it.
+ * Executes `statement`. On an error, logs `failure`, the whole beginning of the line, followed by
+ * the driver's text: the first as a warning, for the queries that a report survives, the second as
+ * critical, for the one that ends it.
  */
-bool runOrWarn(QSqlQuery &query, const QString &statement, const char *failure);
-bool runOrFail(QSqlQuery &query, const QString &statement, const char *failure);
+bool execOrWarn(QSqlQuery &query, const QString &statement, const char *failure);
+bool execOrFail(QSqlQuery &query, const QString &statement, const char *failure);
 
-QDate firstOfMonth(const QDate &date);
-
-/// The day's first second as decimal Unix seconds; some days begin later than at midnight.
+/// Returns the day's first moment as decimal Unix seconds, as statements take it.
 QString dayStartText(const QDate &date);

@@ -6,44 +6,34 @@
 
 #include <functional>
 
-class ZasDbSettings;
+/// When a run counts as made: "lastGenerated" is stored, and the report is not due again that day.
+enum class CountsAsMade {
+    Never,       ///< an operator's run beside the schedule
+    WithAnyMail, ///< once a mail is in the queue
+    Always,      ///< also when not one mail could be queued
+};
 
-/// A run of a report that is due: who gets it, at which moment, over which connection.
+/// One run of a report: for whom, at which moment, over which connection.
 struct ReportRun {
     ReportSettings settings;
     QDateTime now;
-    qulonglong connectionId = 0; ///< the server's number when the run began, 0 if unknown
-    bool mark = true;            ///< whether the run counts: "lastGenerated" is written
-    bool byHand = false;         ///< an operator's run: it never counts without a mail
-    /// Called by the daily report, which may take long, after each row with the number of all rows.
+    CountsAsMade countsWhen = CountsAsMade::Never;
+    /// The server's number of the connection when the run began, 0 if unknown. Mails queued over
+    /// that connection are rolled back when it is lost; a new one must not continue the run.
+    qulonglong connectionId = 0;
+    /// Called after each row, with the total.
     std::function<void(int)> progress = nullptr;
-    /// Asked at each row, and at each mail that can be taken back: true ends the run as an
-    /// interruption of the thread does.
+    /// Polled per row, and per mail while rollback is possible: true ends the run as an
+    /// interruption of the thread does. For the main thread, which knows no interruption.
     std::function<bool()> isCancelled = nullptr;
 };
 
-/// A run for these recipients at that moment, whether due or not.
-ReportRun makeRun(const QStringList &recipients, const QDateTime &now,
-                  const QSqlDatabase &database);
+/// Returns a run for these recipients at that moment, due or not.
+ReportRun runFor(const QStringList &recipients, const QDateTime &now, CountsAsMade countsWhen,
+                 const QSqlDatabase &database);
 
-/**
- * One tick of a report: calls `make` when the report is due now and no other host is making it.
- *
- * `report` is the report's class, as its log lines begin; `prefix` that of its settings.
- */
-void runWhenDue(const char *report, const QString &prefix, ZasDbSettings &settings,
-                const QSqlDatabase &database, const std::function<void(const ReportRun &)> &make);
-
-/// Stores the current time as the report's "lastGenerated"; a failure is logged.
-void storeLastGenerated(const char *report, const QString &prefix, ZasDbSettings &settings);
-
-/// Whether the thread was asked to stop, or the run.
+/// Returns whether the run is to end: the thread was asked to stop, or the run was cancelled.
 bool isStopRequested(const ReportRun &run);
 
-/// True, with a warning, when the thread was asked to stop, or the run: a report in the making then
-/// ends like a failed one, so that a stop need not wait for it.
-bool isInterrupted(const char *report, const ReportRun &run);
-
-/// True, with a warning, when the run no longer has the connection that it began on. What was
-/// queued over that one is gone, and what would follow would stand alone on another.
-bool isConnectionLost(const char *report, const QSqlDatabase &database, qulonglong connectionId);
+/// Asks the server whether the run still has the connection that it began on.
+bool isConnectionLost(const ReportRun &run, const QSqlDatabase &database);

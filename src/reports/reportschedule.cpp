@@ -1,6 +1,7 @@
 #include "reports/reportschedule.h"
 
-#include "common/daystart.h"
+#include "common/period.h"
+#include "reports/storedoption.h"
 
 #include <algorithm>
 
@@ -22,34 +23,29 @@ bool isOpenOn(const QDate &date, const ReportSettings &settings)
 ReportSettings ReportSettings::fromValues(const QMap<QString, QVariant> &values,
                                           const QString &prefix)
 {
-    const auto value = [&](const char *key) {
-        return values.value(prefix + QLatin1String(key));
+    static const std::vector<StoredOption<ReportSettings>> table{
+        {"enabled", &ReportSettings::enabled}, {"emails", &ReportSettings::recipients},
+        {"time", &ReportSettings::time},       {"lastGenerated", &ReportSettings::lastGenerated},
+        {"uids", &ReportSettings::uids},
     };
-
-    ReportSettings settings;
-    settings.enabled = value("enabled").toBool();
-    settings.recipients = value("emails").toString().split(QLatin1Char(','), Qt::SkipEmptyParts);
-    settings.time = QTime::fromString(value("time").toString());
-    settings.lastGenerated = value("lastGenerated").toLongLong();
-    settings.uids = value("uids").toString();
-    return settings;
+    return optionsFromValues(table, values, prefix);
 }
 
 QVector<ScheduleRule> scheduleRules(const ReportSettings &settings, const QDateTime &now)
 {
-    return {{ReportReason::Disabled, settings.enabled},
-            {ReportReason::NoRecipients, !settings.recipients.isEmpty()},
+    return {{ScheduleVerdict::Disabled, settings.enabled},
+            {ScheduleVerdict::NoRecipients, !settings.recipients.isEmpty()},
             // An invalid time compares as earlier than any other.
-            {ReportReason::TooEarly, !(now.time() < settings.time)},
-            {ReportReason::AlreadyGenerated, isOpenOn(now.date(), settings)}};
+            {ScheduleVerdict::TooEarly, !(now.time() < settings.time)},
+            {ScheduleVerdict::AlreadyGenerated, isOpenOn(now.date(), settings)}};
 }
 
-ReportReason reportReason(const ReportSettings &settings, const QDateTime &now)
+ScheduleVerdict scheduleVerdict(const ReportSettings &settings, const QDateTime &now)
 {
     const QVector<ScheduleRule> rules = scheduleRules(settings, now);
     const auto unmet = std::find_if(rules.cbegin(), rules.cend(),
                                     [](const ScheduleRule &rule) { return !rule.met; });
-    return unmet == rules.cend() ? ReportReason::Due : unmet->otherwise;
+    return unmet == rules.cend() ? ScheduleVerdict::Due : unmet->otherwise;
 }
 
 QDateTime nextDue(const ReportSettings &settings, const QDateTime &now)

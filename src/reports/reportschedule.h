@@ -7,32 +7,32 @@
 #include <QVariant>
 #include <QVector>
 
-/// Unix seconds that no clock reaches and that dates still hold; above, "lastGenerated" is a
-/// mistake.
+/// Largest Unix time that QDateTime can print in four digits of the year; a "lastGenerated" above
+/// it is a mistake.
 constexpr qint64 endOfYear9999 = 253402300799;
 
-/// What the schedule of a report depends on, as its settings say it.
+/// What the schedule of a report depends on: its settings in the table `vars`.
 struct ReportSettings {
     bool enabled = false;
     QStringList recipients;   ///< as written, not trimmed; empty parts dropped
     QTime time;               ///< invalid when missing or unreadable: due with the day's first tick
     qint64 lastGenerated = 0; ///< seconds since the epoch
-    QString uids;             ///< kept by the daily report, which asks nobody for it
+    QString uids;             ///< kept by the daily report; no query uses it
 
-    /// Out of the values of all keys that begin with `prefix`, the prefix kept in the keys.
+    /// Reads the values of all keys that begin with `prefix`; the keys keep it.
     static ReportSettings fromValues(const QMap<QString, QVariant> &values, const QString &prefix);
 };
 
 /// Why a report is made now, or is not.
-enum class ReportReason { Due, Disabled, NoRecipients, TooEarly, AlreadyGenerated };
+enum class ScheduleVerdict { Due, Disabled, NoRecipients, TooEarly, AlreadyGenerated };
 
-/// One condition of the schedule, and the reason given where it is not met.
+/// One condition of the schedule, and the verdict where it is not met.
 struct ScheduleRule {
-    ReportReason otherwise;
+    ScheduleVerdict otherwise;
     bool met;
 };
 
-/// Every condition, in the order in which they count: the first that is not met is the reason.
+/// Returns every condition in order of precedence: the first that is not met is the verdict.
 QVector<ScheduleRule> scheduleRules(const ReportSettings &settings, const QDateTime &now);
 
 /**
@@ -41,7 +41,7 @@ QVector<ScheduleRule> scheduleRules(const ReportSettings &settings, const QDateT
  * A report last generated up to sixty seconds before today's scheduled moment counts as made.
  * Pure: the answer depends on the arguments and the local time zone alone.
  */
-ReportReason reportReason(const ReportSettings &settings, const QDateTime &now);
+ScheduleVerdict scheduleVerdict(const ReportSettings &settings, const QDateTime &now);
 
 /// The first moment from `now` on at which the report is due, if nothing changes until then;
 /// invalid when there is none.

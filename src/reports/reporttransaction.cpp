@@ -1,37 +1,36 @@
 #include "reports/reporttransaction.h"
 
 #include "common/freshquery.h"
-#include "reports/reportrun.h"
 
 #include <QSqlError>
 
-ReportTransaction::ReportTransaction(const char *reportName, const QSqlDatabase &db,
-                                     qulonglong serverConnection)
-    : report(reportName)
-    , database(db)
-    , connectionId(serverConnection)
-    , open(database.transaction())
+ReportTransaction::ReportTransaction(const QSqlDatabase &db)
+    : database(db)
 {
-    if (open && !setSavepoint()) {
-        database.rollback();
-        open = false;
-    }
 }
 
-ReportTransaction::~ReportTransaction()
+bool ReportTransaction::begin()
 {
-    if (open)
-        database.rollback();
+    open = database.transaction();
+    if (open && !setSavepoint())
+        rollback();
+    return open;
 }
 
-bool ReportTransaction::isIntact()
+bool ReportTransaction::setSavepoint()
 {
-    lost = lost || isConnectionLost(report, database, connectionId) || isRolledBack();
-    return !lost;
+    return freshQuery(database).exec(QStringLiteral("SAVEPOINT report"));
 }
 
-/// A transaction begins and ends well over tables that know none.
-bool ReportTransaction::canTakeBack() const
+/// A savepoint goes with its transaction.
+bool ReportTransaction::isRolledBack()
+{
+    return open && !(freshQuery(database).exec(QStringLiteral("RELEASE SAVEPOINT report")) &&
+                     setSavepoint());
+}
+
+/// BEGIN and COMMIT succeed even on non-transactional tables.
+bool ReportTransaction::canRollBack() const
 {
     QSqlQuery query = freshQuery(database);
     return open &&
@@ -42,33 +41,22 @@ bool ReportTransaction::canTakeBack() const
            query.next();
 }
 
-bool ReportTransaction::setSavepoint()
-{
-    return freshQuery(database).exec(QStringLiteral("SAVEPOINT report"));
-}
-
-/// A savepoint goes with its transaction: where it is gone, whatever follows would stand alone.
-bool ReportTransaction::isRolledBack()
-{
-    if (!open)
-        return false;
-    if (freshQuery(database).exec(QStringLiteral("RELEASE SAVEPOINT report")) && setSavepoint())
-        return false;
-    qWarning("%s::makeReport() - the server took the mails of this run back, no mail queued!",
-             report);
-    return true;
-}
-
 bool ReportTransaction::commit()
 {
-    if (!isIntact())
-        return false;
     if (!open)
         return true;
     open = false;
-    if (database.commit())
-        return true;
-    qCritical("%s::makeReport() - mails not committed: %s", report,
-              qUtf8Printable(database.lastError().text()));
-    return false;
+    return database.commit();
+}
+
+void ReportTransaction::rollback()
+{
+    if (open)
+        database.rollback();
+    open = false;
+}
+
+QString ReportTransaction::error() const
+{
+    return database.lastError().text();
 }

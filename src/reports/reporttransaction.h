@@ -1,41 +1,40 @@
 #pragma once
 
 #include <QSqlDatabase>
+#include <QString>
 
 /**
  * Holds the mails of one run and its "lastGenerated" together: all of them reach the database, or
- * none. Without a commit the end of the object takes everything back.
+ * none.
  *
- * Where the driver or the tables know no transactions, each statement counts at once.
+ * End it with commit() or rollback(). The destructor runs no statement, so one that ends without
+ * either is rolled back by the server when the connection closes. Where the driver or the tables
+ * know no transactions, each statement counts at once.
  */
 class ReportTransaction
 {
 public:
-    /// `report` is the report's class, as its log lines begin; `connectionId` the server's number
-    /// of the connection when the run began, 0 if unknown.
-    ReportTransaction(const char *report, const QSqlDatabase &database, qulonglong connectionId);
-    ~ReportTransaction();
-    Q_DISABLE_COPY_MOVE(ReportTransaction)
+    explicit ReportTransaction(const QSqlDatabase &database);
 
-    /// False, with one warning, when the run has lost its connection, or when the server took the
-    /// transaction back by itself, as it does to end a deadlock.
-    bool isIntact();
+    /// Returns whether there is a transaction now.
+    bool begin();
 
-    /// Whether the mails that are queued so far can be taken back; asks the server.
-    bool canTakeBack() const;
-    /// From now on nothing of the run counts; the commit will fail, without a line in the log.
-    void giveUp() { lost = true; }
+    /// Asks the server whether it ended the transaction by itself, as it does to end a deadlock;
+    /// later statements would autocommit. False without a transaction.
+    bool isRolledBack();
 
-    /// False when the commit failed, which is logged.
+    /// Asks the server whether the mails that are queued so far can be rolled back.
+    bool canRollBack() const;
+
+    /// Returns false when the server refused; error() then says why. True without a transaction.
     bool commit();
+    void rollback();
+
+    QString error() const;
 
 private:
     bool setSavepoint();
-    bool isRolledBack();
 
-    const char *report;
     QSqlDatabase database;
-    qulonglong connectionId;
-    bool open;
-    bool lost = false;
+    bool open = false;
 };

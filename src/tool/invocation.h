@@ -1,7 +1,7 @@
 #pragma once
 
 #include "options/connectionoptions.h"
-#include "tool/reportkind.h"
+#include "reports/reportkind.h"
 
 #include <QCommandLineParser>
 #include <QDate>
@@ -37,5 +37,5 @@ public:
     ConnectionOptions connection;
     // Meaningful for the commands that take a report alone.
     QString token; ///< as it was written; that there is such a schema is not known yet
-    ReportKind kind = ReportKind::Daily;
+    const ReportKind *kind = nullptr;
 };

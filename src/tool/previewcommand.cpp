@@ -1,4 +1,5 @@
 #include "options/optionreader.h"
+#include "reports/attenreport.h"
 #include "tool/commands.h"
 #include "tool/interruption.h"
 #include "tool/messages.h"
@@ -32,8 +33,7 @@ int makePreview(const Invocation &invocation, const SchemaConnection &connection
     bool saved = false;
     { // the bar is wiped before anything is printed
         const ReportJob job(connection.database(), invocation.date());
-        saved = withReport(invocation.kind, connection.database(),
-                           [&](auto &report) { return report.saveWorkbook(path, job.run); });
+        saved = createReport(*invocation.kind, connection.database())->saveWorkbook(path, job.run);
     }
     const bool complained = Messages::print();
     if (saved) {

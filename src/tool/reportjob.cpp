@@ -1,13 +1,18 @@
 #include "tool/reportjob.h"
 
+#include "reports/attenreport.h"
+#include "reports/reportkind.h"
 #include "tool/interruption.h"
+
+std::unique_ptr<AttenReport> createReport(const ReportKind &kind, const QSqlDatabase &database)
+{
+    return std::unique_ptr<AttenReport>(kind.create(database, nullptr));
+}
 
 // Any moment of the day will do: a report looks at the date alone.
 ReportJob::ReportJob(const QSqlDatabase &database, const QDate &date)
-    : run(makeRun({}, date.startOfDay(), database))
+    : run(runFor({}, date.startOfDay(), CountsAsMade::Never, database))
 {
-    run.mark = false;
-    run.byHand = true;
     run.isCancelled = &Interruption::isRequested;
     run.progress = [this](int rows) {
         // How many rows there will be is known with the first.

@@ -8,6 +8,12 @@
 
 #include <memory>
 
+class AttenReport;
+struct ReportKind;
+
+/// Returns the report of that kind over that connection, which must outlive it.
+std::unique_ptr<AttenReport> createReport(const ReportKind &kind, const QSqlDatabase &database);
+
 /**
  * A run of a report on an operator's demand: for any day, with a progress bar where rows take long,
  * over a connection whose loss ends it, as does an Interruption. "lastGenerated" is left alone.

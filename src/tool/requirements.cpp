@@ -1,6 +1,8 @@
 #include "tool/requirements.h"
 
 #include "common/freshquery.h"
+#include "db/zasdbsettings.h"
+#include "reports/dailyattenoptions.h"
 
 #include <QSqlError>
 
@@ -41,11 +43,11 @@ constexpr Table tables[] = {
 };
 
 /// The report itself is asked what its settings mean, so that this list never knows better.
-unsigned readersIn(const QSqlDatabase &database, ReportKind kind)
+unsigned readersIn(const QSqlDatabase &database, const ReportKind &kind)
 {
-    if (kind == ReportKind::Monthly)
+    if (&kind == &monthlyReport)
         return Monthly;
-    const DailyAttenOptions options = DailyAttenReport(database, nullptr).readOptions();
+    const DailyAttenOptions options = DailyAttenOptions::read(ZasDbSettings(database));
     unsigned readers = Daily;
     if (options.interruptions)
         readers |= Interruptions;
@@ -70,7 +72,7 @@ void probe(const QSqlDatabase &database, const Table &table, QStringList &failur
 
 } // namespace
 
-QStringList Requirements::unmet(const QSqlDatabase &database, ReportKind kind)
+QStringList Requirements::unmet(const QSqlDatabase &database, const ReportKind &kind)
 {
     QStringList failures;
     const unsigned readers = readersIn(database, kind);

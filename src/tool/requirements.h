@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tool/reportkind.h"
+#include "reports/reportkind.h"
 
 #include <QSqlDatabase>
 #include <QStringList>
@@ -15,7 +15,7 @@ namespace Requirements
 {
 
 /// What of it cannot be read, "table NAME: " and the server's words; empty when all is there.
-QStringList unmet(const QSqlDatabase &database, ReportKind kind);
+QStringList unmet(const QSqlDatabase &database, const ReportKind &kind);
 
 /// The same for all that is read of one table.
 QStringList unmet(const QSqlDatabase &database, const QString &table);

@@ -1,5 +1,6 @@
 #include "common/zas.h"
 #include "options/optionreader.h"
+#include "reports/attenreport.h"
 #include "reports/reportlock.h"
 #include "tool/commands.h"
 #include "tool/interruption.h"
@@ -25,7 +26,8 @@ QStringList chosenRecipients(const Invocation &invocation, const QSqlDatabase &d
     if (invocation.has("to"))
         return {invocation.value("to").trimmed()};
     QStringList recipients; // in the order in which the report itself mails them
-    for (const QString &one : StoredSettings::read(database, invocation.kind).settings.recipients) {
+    for (const QString &one :
+         StoredSettings::read(database, *invocation.kind).settings.recipients) {
         if (!one.trimmed().isEmpty())
             recipients.append(one.trimmed());
     }
@@ -37,7 +39,7 @@ bool isAgreed(const Invocation &invocation, const QStringList &recipients)
     if (invocation.has("to") || invocation.has("yes"))
         return true;
     Output::ask(QStringLiteral("Queue the %1 report of '%2' of %3 for %4? [y/N] ")
-                    .arg(kindName(invocation.kind), invocation.token,
+                    .arg(QLatin1String(invocation.kind->word), invocation.token,
                          invocation.date().toString(Qt::ISODate),
                          recipients.join(QStringLiteral(", "))));
     char answer[8] = {}; // the end of the input is a no
@@ -53,11 +55,11 @@ int queue(const Invocation &invocation, const QSqlDatabase &database, const QStr
     ReportJob job(database, invocation.date());
     job.run.settings.recipients = recipients;
     job.run.connectionId = connectionId;
-    job.run.mark = invocation.has("mark");
-    return withReport(invocation.kind, database, [&](auto &report) {
-        const QString path = folder.filePath(report.fileName(invocation.date()));
-        return report.saveWorkbook(path, job.run) ? report.queueMails(path, job.run) : 0;
-    });
+    if (invocation.has("mark"))
+        job.run.countsWhen = CountsAsMade::WithAnyMail;
+    const auto report = createReport(*invocation.kind, database);
+    const QString path = folder.filePath(report->fileName(invocation.date()));
+    return report->saveWorkbook(path, job.run) ? report->queueMails(path, job.run) : 0;
 }
 
 int makeRun(const Invocation &invocation, const QSqlDatabase &database)
@@ -75,8 +77,8 @@ int makeRun(const Invocation &invocation, const QSqlDatabase &database)
         return Tool::Look;
     }
     // Not before the answer: a host that is due would skip its tick while people think.
-    const ReportLock lock(database, reportClass(invocation.kind));
-    if (!lock.mayRun()) {
+    ReportLock lock(database, invocation.kind->className);
+    if (!lock.acquire()) {
         Output::error(QStringLiteral("a host is making this report right now, nothing was queued: "
                                      "see autoreport status in a minute"));
         return Tool::Look;
@@ -84,6 +86,7 @@ int makeRun(const Invocation &invocation, const QSqlDatabase &database)
     // Nor this: at the question, an interruption is an answer.
     const Interruption interruption;
     const int queued = queue(invocation, database, recipients, lock.connectionId());
+    lock.release();
     const bool complained = Messages::print();
     Output::print(QStringLiteral("%1 of %2 mails queued%3")
                       .arg(QString::number(queued), QString::number(recipients.size()),

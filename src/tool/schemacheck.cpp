@@ -38,12 +38,12 @@ void tellUnmet(const QStringList &unmet, Findings &findings)
 }
 
 // Both reports miss the same table; it is one finding.
-void checkTables(const QSqlDatabase &database, const QVector<ReportKind> &enabled,
+void checkTables(const QSqlDatabase &database, const QVector<const ReportKind *> &enabled,
                  Findings &findings)
 {
     QStringList unmet;
-    for (const ReportKind kind : enabled)
-        unmet += Requirements::unmet(database, kind);
+    for (const ReportKind *kind : enabled)
+        unmet += Requirements::unmet(database, *kind);
     unmet.removeDuplicates();
     tellUnmet(unmet, findings);
 }
@@ -181,9 +181,9 @@ SchemaCheck checkSchema(Schemas &schemas, const QString &token)
     // Without its settings nobody knows what else the schema needs.
     const QStringList vars = Requirements::unmet(database, QStringLiteral("vars"));
     tellUnmet(vars, findings);
-    QVector<ReportKind> enabled;
-    for (const ReportKind kind : {ReportKind::Daily, ReportKind::Monthly}) {
-        if (vars.isEmpty() && StoredSettings::read(database, kind).settings.enabled)
+    QVector<const ReportKind *> enabled;
+    for (const ReportKind *kind : reportKinds()) {
+        if (vars.isEmpty() && StoredSettings::read(database, *kind).settings.enabled)
             enabled.append(kind);
     }
     // A customer without reports may well lack what they need.

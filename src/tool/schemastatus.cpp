@@ -34,7 +34,7 @@ bool isOverdue(const ReportSettings &settings, const QDateTime &now)
     if (settings.lastGenerated == 0 && day != now.date())
         return false;
     const QDateTime scheduled = scheduledMoment(day, settings.time);
-    return reportReason(settings, scheduled) == ReportReason::Due;
+    return scheduleVerdict(settings, scheduled) == ScheduleVerdict::Due;
 }
 
 // In the order in which an operator mends them: what keeps every report from going out first, what
@@ -112,9 +112,9 @@ ReportStatus unasked(const QString &token, const QString &databaseName, const ch
 
 } // namespace
 
-StoredSettings StoredSettings::read(const QSqlDatabase &database, ReportKind kind)
+StoredSettings StoredSettings::read(const QSqlDatabase &database, const ReportKind &kind)
 {
-    const QString prefix = settingsPrefix(kind);
+    const QString prefix = QLatin1String(kind.prefix);
     const auto found = ZasDbSettings(database).variableGetMultiple(prefix);
     StoredSettings stored;
     stored.settings = ReportSettings::fromValues(found, prefix);
@@ -139,13 +139,13 @@ QVector<ReportStatus> readStatus(Schemas &schemas, const QString &token, const Q
         return {unasked(token, connection.databaseName, "unreachable", connection.error)};
     const QSqlDatabase database = connection.database();
     QVector<ReportStatus> both;
-    for (const ReportKind kind : {ReportKind::Daily, ReportKind::Monthly}) {
+    for (const ReportKind *kind : reportKinds()) {
         Messages::take(); // what comes now is about these settings
         ReportStatus status;
         status.token = token;
         status.databaseName = connection.databaseName;
         status.kind = kind;
-        status.stored = StoredSettings::read(database, kind);
+        status.stored = StoredSettings::read(database, *kind);
         const QStringList failures = Messages::take();
         if (!failures.isEmpty())
             return {unasked(token, connection.databaseName, "tables",

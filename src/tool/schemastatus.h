@@ -1,7 +1,7 @@
 #pragma once
 
+#include "reports/reportkind.h"
 #include "reports/reportschedule.h"
-#include "tool/reportkind.h"
 #include "tool/schemas.h"
 
 #include <QDateTime>
@@ -9,15 +9,13 @@
 #include <QStringList>
 #include <QVector>
 
-#include <optional>
-
 /// A report's settings as they stand in the table `vars`, and as the schedule reads them.
 struct StoredSettings {
     QMap<QString, QVariant> values; ///< by key, without the prefix
     ReportSettings settings;
 
     /// A failure is a warning in the log; what is missing has its default then.
-    static StoredSettings read(const QSqlDatabase &database, ReportKind kind);
+    static StoredSettings read(const QSqlDatabase &database, const ReportKind &kind);
 
     /// As it was written, empty where it was not.
     QString text(const char *key) const { return values.value(QLatin1String(key)).toString(); }
@@ -40,7 +38,7 @@ struct Recipients {
 struct ReportStatus {
     QString token;
     QString databaseName;
-    std::optional<ReportKind> kind; ///< none: the schema as a whole could not be asked
+    const ReportKind *kind = nullptr; ///< null: the schema as a whole could not be asked
     StoredSettings stored;
     QDateTime next;           ///< next due; invalid when it never will be
     int queued = 0;           ///< mails of the whole schema that wait for the sender

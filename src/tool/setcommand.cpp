@@ -1,5 +1,6 @@
 #include "common/zas.h"
 #include "db/zasdbsettings.h"
+#include "reports/bookformat.h"
 #include "tool/commands.h"
 #include "tool/messages.h"
 #include "tool/onschema.h"
@@ -80,8 +81,10 @@ private:
         const QString format = invocation.value("format");
         if (format != QLatin1String("xlsx") && format != QLatin1String("xls"))
             fail(QStringLiteral("--format must be xlsx or xls, not '%1'").arg(format));
-        else if (invocation.kind == ReportKind::Monthly)
-            fail(QStringLiteral("the monthly report is always .xlsx: leave --format out"));
+        else if (invocation.kind->format)
+            fail(
+                QStringLiteral("the %1 report is always %2: leave --format out")
+                    .arg(QLatin1String(invocation.kind->word), invocation.kind->format->extension));
         values.insert(formatKey(),
                       format == QLatin1String("xlsx") ? QStringLiteral("1") : QStringLiteral("0"));
     }
@@ -89,7 +92,7 @@ private:
     /// A setting of this report; the rest belongs to the whole schema.
     void set(const char *key, const QString &value)
     {
-        values.insert(settingsPrefix(invocation.kind) + QLatin1String(key), value);
+        values.insert(invocation.kind->key(key), value);
     }
 
     void fail(const QString &reason)

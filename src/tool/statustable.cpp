@@ -76,7 +76,7 @@ QStringList tableRow(const ReportStatus &report)
         return {token, none, none, none, none, none, none, none, none, stateText(report)};
     const QString time = report.stored.text("time");
     return {token,
-            kindName(*report.kind),
+            QLatin1String(report.kind->word),
             report.stored.settings.enabled ? QStringLiteral("yes") : QStringLiteral("no"),
             time.isEmpty() ? none : Output::shortened(time, timeWidth),
             Output::moment(lastGenerated(report)),
@@ -90,7 +90,8 @@ QStringList tableRow(const ReportStatus &report)
 /// What the sentence below the table begins with: the token in full, unlike in its row.
 QString headline(const ReportStatus &report)
 {
-    return report.kind ? report.token + QLatin1Char(' ') + kindName(*report.kind) : report.token;
+    return report.kind ? report.token + QLatin1Char(' ') + QLatin1String(report.kind->word)
+                       : report.token;
 }
 
 QJsonValue jsonMoment(const QDateTime &moment)
@@ -136,7 +137,7 @@ QJsonObject statusJson(const ReportStatus &report)
     const auto add = [&object](const char *key, const QJsonValue &value) {
         object.insert(QLatin1String(key), value);
     };
-    add("report", kindName(*report.kind));
+    add("report", QLatin1String(report.kind->word));
     add("enabled", report.stored.settings.enabled);
     add("time", jsonText(report.stored.text("time")));
     add("lastGenerated", jsonMoment(lastGenerated(report)));

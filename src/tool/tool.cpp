@@ -87,11 +87,11 @@ QString readArguments(const Command &command, Invocation &invocation)
         return {};
     if (given.size() < expected)
         return QStringLiteral("the schema and the report are missing");
-    const auto kind = kindFromName(given.at(2));
+    const ReportKind *kind = reportKindOf(given.at(2));
     if (!kind)
         return QStringLiteral("there is no report '%1': it is daily or monthly").arg(given.at(2));
     invocation.token = given.at(1);
-    invocation.kind = *kind;
+    invocation.kind = kind;
     return {};
 }
 

@@ -36,37 +36,37 @@ QString ruleText(const ScheduleRule &rule, const StoredSettings &stored, const Q
     const ReportSettings &settings = stored.settings;
     const QString clock = QStringLiteral("HH:mm:ss");
     switch (rule.otherwise) {
-    case ReportReason::Disabled:
+    case ScheduleVerdict::Disabled:
         return QStringLiteral("it is enabled: the setting is '%1'").arg(stored.text("enabled"));
-    case ReportReason::NoRecipients:
+    case ScheduleVerdict::NoRecipients:
         return QStringLiteral("it has recipients: '%1'").arg(stored.text("emails"));
-    case ReportReason::TooEarly:
+    case ScheduleVerdict::TooEarly:
         return QStringLiteral("its time has come: it is %1, the setting is '%2'%3")
             .arg(now.time().toString(clock), stored.text("time"),
                  settings.time.isValid() ? QString() : QStringLiteral(", from midnight on"));
-    case ReportReason::AlreadyGenerated:
+    case ScheduleVerdict::AlreadyGenerated:
         return QStringLiteral("it was not made yet: %1, to be over 60 s before %2")
             .arg(lastText(settings),
                  Output::exactMoment(scheduledMoment(now.date(), settings.time)));
-    case ReportReason::Due:
+    case ScheduleVerdict::Due:
         break;
     }
     return {};
 }
 
 /// The verdict that the schedule itself gives; the rules above it only explain.
-QString answer(ReportReason reason)
+QString answer(ScheduleVerdict reason)
 {
     switch (reason) {
-    case ReportReason::Due:
+    case ScheduleVerdict::Due:
         return QStringLiteral("Due: the next tick of a host makes it.");
-    case ReportReason::Disabled:
+    case ScheduleVerdict::Disabled:
         return QStringLiteral("Not due: it is switched off.");
-    case ReportReason::NoRecipients:
+    case ScheduleVerdict::NoRecipients:
         return QStringLiteral("Not due: it has no recipients.");
-    case ReportReason::TooEarly:
+    case ScheduleVerdict::TooEarly:
         return QStringLiteral("Not due: it is too early.");
-    case ReportReason::AlreadyGenerated:
+    case ScheduleVerdict::AlreadyGenerated:
         break;
     }
     return QStringLiteral("Not due: it was generated already.");
@@ -89,16 +89,16 @@ void printRules(const StoredSettings &stored, const QDateTime &now)
 
 int explain(const Invocation &invocation, const SchemaConnection &connection, const QDateTime &now)
 {
-    const auto stored = StoredSettings::read(connection.database(), invocation.kind);
+    const auto stored = StoredSettings::read(connection.database(), *invocation.kind);
     if (Messages::print())
         return Tool::CouldNotAsk;
     Output::print(QStringLiteral("The %1 report of '%2' (database '%3') on %4:")
-                      .arg(kindName(invocation.kind), invocation.token, connection.databaseName,
-                           Output::exactMoment(now)));
+                      .arg(QLatin1String(invocation.kind->word), invocation.token,
+                           connection.databaseName, Output::exactMoment(now)));
     Output::print(QString());
     printRules(stored, now);
     const QDateTime next = nextDue(stored.settings, now);
-    Output::print(QStringList{QString(), answer(reportReason(stored.settings, now)),
+    Output::print(QStringList{QString(), answer(scheduleVerdict(stored.settings, now)),
                               QStringLiteral("Next due: %1").arg(Output::exactMoment(next))});
     // A report that will never be due is what an operator must look at.
     return next.isValid() ? Tool::Well : Tool::Look;

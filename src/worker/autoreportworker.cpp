@@ -1,8 +1,8 @@
 #include "worker/autoreportworker.h"
 
 #include "db/serverconnection.h"
-#include "reports/dailyattenreport.h"
-#include "reports/monthlyattenreport.h"
+#include "reports/attenreport.h"
+#include "reports/reportkind.h"
 #include "worker/connectionguard.h"
 #include "worker/reportbase.h"
 
@@ -191,8 +191,10 @@ void AutoReportWorker::closeDatabase()
 
 void AutoReportWorker::createReports()
 {
-    reports.append(new MonthlyAttenReport(database, this));
-    reports.append(new DailyAttenReport(database, this));
+    // The rarest first, monthly before daily: it is the shorter one as well.
+    const auto &kinds = reportKinds();
+    for (auto kind = kinds.crbegin(); kind != kinds.crend(); ++kind)
+        reports.append((*kind)->create(database, this));
 }
 
 void AutoReportWorker::startTimer()

@@ -90,7 +90,7 @@ private Q_SLOTS:
         competitor.commit();
         run.join();
         QVERIFY(won);
-        QCOMPARE(bench->log.countContaining("the server took the mails of this run back"), 1);
+        QCOMPARE(bench->log.countContaining("the server rolled the run back"), 1);
         QCOMPARE(bench->mails(), 0);
         QVERIFY(!bench->lastGenerated("DailyAtten").isValid());
     }

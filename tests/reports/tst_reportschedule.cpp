@@ -6,7 +6,7 @@
 
 #include <limits>
 
-Q_DECLARE_METATYPE(ReportReason)
+Q_DECLARE_METATYPE(ScheduleVerdict)
 
 class TestReportSchedule : public QObject
 {
@@ -15,12 +15,12 @@ class TestReportSchedule : public QObject
 private Q_SLOTS:
     void rules_data()
     {
-        addColumns<QString, QString, QString, ReportReason, int>("time", "last", "now", "reason",
-                                                                 "wait");
+        addColumns<QString, QString, QString, ScheduleVerdict, int>("time", "last", "now", "reason",
+                                                                    "wait");
         const int hour = 3600;
-        const auto due = ReportReason::Due;
-        const auto done = ReportReason::AlreadyGenerated;
-        const auto early = ReportReason::TooEarly;
+        const auto due = ScheduleVerdict::Due;
+        const auto done = ScheduleVerdict::AlreadyGenerated;
+        const auto early = ScheduleVerdict::TooEarly;
         const char *day = "2023-11-14 07:00";
         addRow("a second early", "07:00", day, "2023-11-15 06:59:59", early, 1);
         addRow("on time", "07:00", day, "2023-11-15 07:00", due, 0);
@@ -47,18 +47,18 @@ private Q_SLOTS:
         QFETCH(QString, now);
         QFETCH(int, wait);
         ReportSettings settings = settingsWith(time, local(last));
-        QTEST(reportReason(settings, local(now)), "reason");
+        QTEST(scheduleVerdict(settings, local(now)), "reason");
 
         const QDateTime next = nextDue(settings, local(now));
         QCOMPARE(local(now).secsTo(next), qint64(wait));
-        QCOMPARE(reportReason(settings, next), ReportReason::Due);
+        QCOMPARE(scheduleVerdict(settings, next), ScheduleVerdict::Due);
         if (wait > 0)
-            QVERIFY(reportReason(settings, next.addMSecs(-1)) != ReportReason::Due);
+            QVERIFY(scheduleVerdict(settings, next.addMSecs(-1)) != ScheduleVerdict::Due);
 
         settings.recipients.clear();
-        QCOMPARE(reportReason(settings, local(now)), ReportReason::NoRecipients);
+        QCOMPARE(scheduleVerdict(settings, local(now)), ScheduleVerdict::NoRecipients);
         settings.enabled = false;
-        QCOMPARE(reportReason(settings, local(now)), ReportReason::Disabled);
+        QCOMPARE(scheduleVerdict(settings, local(now)), ScheduleVerdict::Disabled);
         QVERIFY(!nextDue(settings, local(now)).isValid());
     }
 
@@ -95,7 +95,7 @@ private Q_SLOTS:
             // The C library takes a repeated hour by the half of the year that it was asked for
             // last.
             local(tick % 120 == 0 ? "2015-01-15" : "2015-07-15").toSecsSinceEpoch();
-            if (reportReason(settings, now) != ReportReason::Due)
+            if (scheduleVerdict(settings, now) != ScheduleVerdict::Due)
                 continue;
             made.append(now.toString("HH:mm"));
             settings.lastGenerated = tick + 2;

@@ -1,4 +1,9 @@
-#include "common/daystart.h"
+#include "common/period.h"
+
+QDate firstOfMonth(const QDate &date)
+{
+    return QDate(date.year(), date.month(), 1);
+}
 
 QDateTime dayStart(const QDate &date)
 {
@@ -11,4 +16,9 @@ QDateTime dayStart(const QDate &date)
     const qint64 asUtc = QDateTime(date, QTime(0, 0), Qt::UTC).toSecsSinceEpoch();
     const QDateTime earlier = QDateTime::fromSecsSinceEpoch(asUtc - offset);
     return earlier.date() == date && earlier.time() == QTime(0, 0) ? earlier : start;
+}
+
+qint64 dayStartSeconds(const QDate &date)
+{
+    return dayStart(date).toSecsSinceEpoch();
 }

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QDateTime>
+
+/// Returns the first day of the month of `date`.
+QDate firstOfMonth(const QDate &date);
+
+/**
+ * Returns the first moment of `date` in local time. Days have 23, 24 or 25 hours, so the end of a
+ * day is the start of the next one.
+ *
+ * Unlike QDate::startOfDay(), it is the same moment in every call where a clock set back makes
+ * midnight come twice: the earlier of the two. Where summer time skips midnight it is the end of
+ * the gap. `date` must be valid.
+ */
+QDateTime dayStart(const QDate &date);
+
+/// Returns the same moment as Unix seconds.
+qint64 dayStartSeconds(const QDate &date);

@@ -1,0 +1,249 @@
+#include "reports/attenreport.h"
+
+#include "db/mailrepository.h"
+#include "reports/bookformat.h"
+#include "reports/reportbook.h"
+#include "reports/reportcontent.h"
+#include "reports/reportkind.h"
+#include "reports/reportlock.h"
+#include "reports/reportmail.h"
+#include "reports/reporttransaction.h"
+
+#include <utility>
+
+AttenReport::AttenReport(const ReportKind &reportKind, const QSqlDatabase &db, QObject *parent)
+    : ReportBase(db, parent)
+    , settings(db)
+    , kind(reportKind)
+{
+}
+
+ReportSettings AttenReport::readSettings() const
+{
+    const QString prefix = QLatin1String(kind.prefix);
+    return ReportSettings::fromValues(settings.variableGetMultiple(prefix), prefix);
+}
+
+void AttenReport::doWork()
+{
+    qInfo("%s::doWork()", kind.className);
+    ReportRun run;
+    run.settings = readSettings();
+    run.now = QDateTime::currentDateTime();
+    run.countsWhen = kind.countsWhen;
+    const ScheduleVerdict reason = scheduleVerdict(run.settings, run.now);
+    if (reason == ScheduleVerdict::NoRecipients)
+        qWarning("%s - no e-mail addresses!", kind.className);
+    if (reason != ScheduleVerdict::Due)
+        return;
+
+    ReportLock lock(database, kind.className);
+    if (!lock.acquire()) {
+        qInfo("%s::doWork() - another host is making this report", kind.className);
+        return;
+    }
+    run.connectionId = lock.connectionId();
+    run.settings = readSettings();
+    if (scheduleVerdict(run.settings, run.now) == ScheduleVerdict::Due)
+        produce(run);
+    lock.release();
+}
+
+void AttenReport::makeReport(const QStringList &emails, const QDateTime &now)
+{
+    produce(runFor(emails, now, kind.countsWhen, database));
+}
+
+void AttenReport::produce(const ReportRun &run)
+{
+    loadOptions();
+    const QString path = reportPath(fileNameByOptions(run.now.date()));
+    if (buildWorkbook(path, run))
+        queueMails(path, run);
+}
+
+bool AttenReport::saveWorkbook(const QString &path, const ReportRun &run)
+{
+    loadOptions();
+    return buildWorkbook(path, run);
+}
+
+QString AttenReport::fileName(const QDate &today)
+{
+    loadOptions();
+    return fileNameByOptions(today);
+}
+
+bool AttenReport::buildWorkbook(const QString &path, const ReportRun &run)
+{
+    const std::unique_ptr<ReportContent> content = createContent(run);
+    if (!content->loadPeople())
+        return false;
+    if (content->rowCount() == 0) {
+        qWarning("%s - no people!", kind.className);
+        return false;
+    }
+    content->loadValues();
+    return writeBook(path, *content, run);
+}
+
+bool AttenReport::writeBook(const QString &path, ReportContent &content, const ReportRun &run) const
+{
+    ReportBook book(bookFormatOf(path).create());
+    if (!book) {
+        qCritical("%s - %s failed!", kind.className, bookFactoryName());
+        return false;
+    }
+    setUpReportBook(*book, kind.className);
+    if (!content.beginSheet(*book)) {
+        qCritical("%s - addSheet failed!", kind.className);
+        return false;
+    }
+    const End end = writeRows(content, run);
+    if (end != End::None) {
+        logEnd(end);
+        return false;
+    }
+    content.endSheet();
+    return saveReportBook(std::move(book), path, kind.className);
+}
+
+AttenReport::End AttenReport::writeRows(ReportContent &content, const ReportRun &run) const
+{
+    const int total = content.rowCount();
+    for (int row = 0; row < total; ++row) {
+        if (isStopRequested(run))
+            return End::StoppedInRows;
+        if (!content.writeNextRow() && isConnectionLost(run, database))
+            return End::ConnectionLost;
+        if (run.progress)
+            run.progress(total);
+    }
+    return End::None;
+}
+
+MailRecord AttenReport::makeMail(const QString &path, const QDate &today)
+{
+    const MailTexts texts = mailTexts(today);
+    MailRecord mail;
+    mail.subject = texts.subject;
+    mail.body = texts.body;
+    mail.from = reportSender(settings);
+    mail.data = attachmentDocument(path);
+    if (mail.data.isEmpty())
+        qCritical("%s makeMail - can not open file '%s' for read!", kind.className,
+                  qPrintable(path));
+    return mail;
+}
+
+int AttenReport::queueMails(const QString &path, const ReportRun &run)
+{
+    const MailRecord mail = makeMail(path, run.now.date());
+    if (mail.data.isEmpty()) {
+        qWarning("%s - invalid email (attachment missing)!", kind.className);
+        return 0;
+    }
+    ReportTransaction transaction(database);
+    transaction.begin();
+    int queued = 0;
+    const End end = queueAll(mail, run, transaction, queued);
+    if (end == End::None && transaction.commit())
+        return queued;
+    if (end == End::None)
+        qCritical("%s::makeReport() - mails not committed: %s", kind.className,
+                  qUtf8Printable(transaction.error()));
+    transaction.rollback();
+    logEnd(end);
+    return 0;
+}
+
+/// Everything of step 5 between the transaction's begin and its commit.
+AttenReport::End AttenReport::queueAll(const MailRecord &mail, const ReportRun &run,
+                                       ReportTransaction &transaction, int &queued)
+{
+    End end = interruptionOf(run, transaction);
+    if (end == End::None)
+        end = queueForEach(mail, run, transaction, queued);
+    if (end != End::None)
+        return end;
+    const bool counts = run.countsWhen == CountsAsMade::Always ||
+                        (run.countsWhen == CountsAsMade::WithAnyMail && queued > 0);
+    if (counts) {
+        end = interruptionOf(run, transaction);
+        if (end != End::None)
+            return end;
+        storeLastGenerated();
+    }
+    return interruptionOf(run, transaction);
+}
+
+AttenReport::End AttenReport::queueForEach(MailRecord mail, const ReportRun &run,
+                                           ReportTransaction &transaction, int &queued) const
+{
+    for (const QString &recipient : run.settings.recipients) {
+        mail.to = recipient.trimmed();
+        if (mail.to.isEmpty())
+            continue;
+        // Thousands of mails outlast a stop. Without rollback, finish: the next run would mail some
+        // recipients again.
+        if (isStopRequested(run) && (queued == 0 || transaction.canRollBack()))
+            return End::StoppedInMails;
+        if (queueOne(mail)) {
+            ++queued;
+            continue;
+        }
+        const End end = interruptionOf(run, transaction);
+        if (end != End::None)
+            return end;
+    }
+    return End::None;
+}
+
+bool AttenReport::queueOne(const MailRecord &mail) const
+{
+    MailRepository repository(nullptr);
+    repository.setDB(database);
+    const int mid = static_cast<int>(repository.addMail(mail));
+    if (mid == 0)
+        qWarning("%s::makeReport() - mail not created!", kind.className);
+    else if (mid < 0)
+        qCritical("%s::makeReport - mail not created!", kind.className);
+    return mid > 0;
+}
+
+/// Asks the server whether the mails queued so far still stand, so that more may follow.
+AttenReport::End AttenReport::interruptionOf(const ReportRun &run,
+                                             ReportTransaction &transaction) const
+{
+    if (isConnectionLost(run, database))
+        return End::ConnectionLost;
+    return transaction.isRolledBack() ? End::RolledBack : End::None;
+}
+
+void AttenReport::storeLastGenerated()
+{
+    const qint64 generated = QDateTime::currentSecsSinceEpoch();
+    if (!settings.variableSet(kind.key("lastGenerated"), generated))
+        qCritical("%s::makeReport() - 'lastGenerated' NOT SET!", kind.className);
+}
+
+void AttenReport::logEnd(End end) const
+{
+    switch (end) {
+    case End::None:
+        break;
+    case End::StoppedInRows:
+        qWarning("%s::makeReport() - interrupted, nothing saved and no mail!", kind.className);
+        break;
+    case End::StoppedInMails:
+        qWarning("%s::makeReport() - interrupted, no mail queued!", kind.className);
+        break;
+    case End::ConnectionLost:
+        qWarning("%s::makeReport() - database connection lost, no mail queued!", kind.className);
+        break;
+    case End::RolledBack:
+        qWarning("%s::makeReport() - the server rolled the run back, no mail queued!",
+                 kind.className);
+        break;
+    }
+}

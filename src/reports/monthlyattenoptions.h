@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QStringList>
+
+class ZasDbSettings;
+
+/**
+ * What the monthly report shows. The keys have no prefix: they are shared with the product's own
+ * exports.
+ */
+struct MonthlyAttenOptions {
+    int advancedOvertime = 0;   ///< exactly 1: overtime from `saldo_p` instead of `totalSaldo`
+    bool payrollNumber = false; ///< shown instead of the personal number
+    QStringList extraShortcuts; ///< a column for each of these interruptions; not trimmed
+
+    static MonthlyAttenOptions read(const ZasDbSettings &settings);
+};

@@ -1,0 +1,44 @@
+#include "reports/reportkind.h"
+
+#include "reports/bookformat.h"
+#include "reports/dailyattenreport.h"
+#include "reports/monthlyattenreport.h"
+
+#include <algorithm>
+
+namespace
+{
+
+template <typename Report>
+AttenReport *create(const QSqlDatabase &database, QObject *parent)
+{
+    return new Report(database, parent);
+}
+
+} // namespace
+
+// The class names are written out: hosts of several versions share the locks that begin with them,
+// whatever the classes are called one day.
+
+// Without a single mail, the next tick tries the daily report again; the monthly one counts.
+const ReportKind dailyReport{
+    "daily", "DailyAttenReport",      "autoReport.DailyAtten.", CountsAsMade::WithAnyMail,
+    nullptr, create<DailyAttenReport>};
+const ReportKind monthlyReport{
+    "monthly",   "MonthlyAttenReport",      "autoReport.MonthlyAtten.", CountsAsMade::Always,
+    &xlsxFormat, create<MonthlyAttenReport>};
+
+const QVector<const ReportKind *> &reportKinds()
+{
+    static const QVector<const ReportKind *> kinds{&dailyReport, &monthlyReport};
+    return kinds;
+}
+
+const ReportKind *reportKindOf(const QString &word)
+{
+    const auto &kinds = reportKinds();
+    const auto found = std::find_if(kinds.cbegin(), kinds.cend(), [&word](const ReportKind *kind) {
+        return word == QLatin1String(kind->word);
+    });
+    return found == kinds.cend() ? nullptr : *found;
+}

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "workbook/book.h"
+#include "workbook/format.h"
+#include "workbook/sheet.h"
+
+#include <QString>
+#include <QVector>
+
+#include <functional>
+
+constexpr double defaultWidth = 0; ///< of a column whose width is not set
+
+/// One cell of a report's sheet. What the engine refuses leaves the cell empty.
+struct ReportCell {
+    libxl::ISheetT<wchar_t> &sheet;
+    int row;
+    int col;
+
+    void writeText(const QString &text, libxl::IFormatT<wchar_t> *format = nullptr) const;
+    void writeNumber(double number, libxl::IFormatT<wchar_t> *format = nullptr) const;
+    void writeFormula(const QString &formula, libxl::IFormatT<wchar_t> *format) const;
+    void writeBlank(libxl::IFormatT<wchar_t> *format) const;
+};
+
+/// A column of a report's sheet: `write` fills its cell of the row that shows `Values`.
+template <typename Values>
+struct ReportColumn {
+    QString heading;
+    double widthChars;
+    std::function<void(const ReportCell &, const Values &)> write;
+    const char *name = ""; ///< by which formulas read the column
+};
+
+/// Writes the headings into row 0 and sets the columns' widths.
+template <typename Values>
+void writeHeadings(libxl::ISheetT<wchar_t> &sheet, const QVector<ReportColumn<Values>> &columns,
+                   libxl::IFormatT<wchar_t> *format)
+{
+    for (int col = 0; col < columns.size(); ++col) {
+        const ReportColumn<Values> &column = columns.at(col);
+        if (column.widthChars > defaultWidth)
+            sheet.setCol(col, col, column.widthChars);
+        ReportCell{sheet, 0, col}.writeText(column.heading, format);
+    }
+}
+
+template <typename Values>
+void writeRow(libxl::ISheetT<wchar_t> &sheet, int row, const QVector<ReportColumn<Values>> &columns,
+              const Values &values)
+{
+    for (int col = 0; col < columns.size(); ++col)
+        columns.at(col).write(ReportCell{sheet, row, col}, values);
+}
+
+/// Returns how spreadsheets name a column: "A" for 0, "AA" for 26.
+QString columnLetters(int col);
+
+/**
+ * Puts the letters of columns into a formula over cells of one row. `pattern` names the columns in
+ * braces, "={worked}-{planned}", so that it follows them wherever they stand; in the result, "%1"
+ * stands for the row as people count it.
+ */
+template <typename Values>
+QString resolveFormula(QString pattern, const QVector<ReportColumn<Values>> &columns)
+{
+    for (int col = 0; col < columns.size(); ++col) {
+        const QString name = QStringLiteral("{%1}").arg(QLatin1String(columns.at(col).name));
+        pattern.replace(name, columnLetters(col) + QStringLiteral("%1"));
+    }
+    return pattern;
+}
+
+/// Page and print set-up of a report's sheet: landscape, one page wide, numbered pages.
+void setUpReportPage(libxl::ISheetT<wchar_t> &sheet);
+
+/// Keeps the heading row in view on screen and repeats it on every printed page.
+void keepHeadingRow(libxl::ISheetT<wchar_t> &sheet);

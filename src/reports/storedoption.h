@@ -1,0 +1,86 @@
+#pragma once
+
+#include "db/zasdbsettings.h"
+#include "reports/bookformat.h"
+
+#include <QStringList>
+#include <QTime>
+#include <QVariant>
+
+#include <functional>
+#include <vector>
+
+// How a stored value is read, by the type of the member that takes it.
+
+inline void readStored(const QVariant &stored, bool &value)
+{
+    value = stored.toBool();
+}
+inline void readStored(const QVariant &stored, int &value)
+{
+    value = stored.toInt();
+}
+inline void readStored(const QVariant &stored, qint64 &value)
+{
+    value = stored.toLongLong();
+}
+inline void readStored(const QVariant &stored, QString &value)
+{
+    value = stored.toString();
+}
+/// Separated by commas; empty parts are dropped, the others not trimmed.
+inline void readStored(const QVariant &stored, QStringList &value)
+{
+    value = stored.toString().split(QLatin1Char(','), Qt::SkipEmptyParts);
+}
+inline void readStored(const QVariant &stored, QTime &value)
+{
+    value = QTime::fromString(stored.toString());
+}
+inline void readStored(const QVariant &stored, const BookFormat *&value)
+{
+    value = stored.toBool() ? &xlsxFormat : &xlsFormat;
+}
+
+/**
+ * One key of the table `vars` and the member of `Options` that takes its value. The member's own
+ * initial value is the default of a key that is not stored.
+ */
+template <typename Options>
+struct StoredOption {
+    template <typename Value>
+    StoredOption(const char *keyName, Value Options::*member)
+        : key(QLatin1String(keyName))
+        , read([member](const QVariant &stored, Options &options) {
+            readStored(stored, options.*member);
+        })
+    {
+    }
+
+    QString key;
+    std::function<void(const QVariant &, Options &)> read;
+};
+
+/// Returns the options that `values` hold under `prefix` and the keys of `table`.
+template <typename Options>
+Options optionsFromValues(const std::vector<StoredOption<Options>> &table,
+                          const QMap<QString, QVariant> &values, const QString &prefix = QString())
+{
+    Options options;
+    for (const StoredOption<Options> &option : table) {
+        const auto stored = values.constFind(prefix + option.key);
+        if (stored != values.constEnd())
+            option.read(*stored, options);
+    }
+    return options;
+}
+
+/// Reads all keys of `table` by one statement, in the table's order.
+template <typename Options>
+Options readOptions(const std::vector<StoredOption<Options>> &table, const ZasDbSettings &settings)
+{
+    QStringList keys;
+    for (const StoredOption<Options> &option : table)
+        keys.append(option.key);
+    return optionsFromValues(table, settings.variableGetMultiple(keys));
+}
