@@ -1,12 +1,12 @@
 # bash completion for autoreport
 _autoreport() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-  local way="--db-host --db-port --db-user --db-name --single --password-file --config --help"
+  local way="--db-host --db-port --db-user --db-name --single --db-ca --db-cert --db-key --password-file --config --help"
   local command=${COMP_WORDS[1]} words=""
   COMPREPLY=()
 
   case $previous in
-    --out | --config | --password-file | --plugin)
+    --out | --db-ca | --db-cert | --db-key | --config | --password-file | --plugin)
       mapfile -t COMPREPLY < <(compgen -f -- "$current")
       return
       ;;

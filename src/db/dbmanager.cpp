@@ -26,6 +26,17 @@ void logMaster(const char *operation, const QSqlDatabase &db)
            qUtf8Printable(db.connectionName()));
 }
 
+/// The part of `connectOptions` that has to do with encryption, each option after a semicolon.
+QString encryptionIn(const QString &connectOptions)
+{
+    QString found;
+    for (const QString &option : connectOptions.split(QLatin1Char(';'))) {
+        if (option.startsWith(QLatin1String("SSL_")))
+            found += QLatin1Char(';') + option;
+    }
+    return found;
+}
+
 } // namespace
 
 DBManager::DBManager()
@@ -163,13 +174,14 @@ QSqlDatabase DBManager::openSchema(const QString &token, const QString &connecti
     if (!connections.contains(connectionName))
         connections.append(connectionName);
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), connectionName);
-    // All schemas live on the information database's server.
+    // All schemas live on the information database's server, and are reached as safely.
     db.setHostName(infoDatabase.hostName());
     db.setPort(infoDatabase.port());
     db.setDatabaseName(scheme.name);
     db.setUserName(scheme.user);
     db.setPassword(scheme.pass);
-    db.setConnectOptions(QStringLiteral("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1"));
+    db.setConnectOptions(QStringLiteral("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1") +
+                         encryptionIn(infoDatabase.connectOptions()));
     if (db.open())
         return db;
 

@@ -11,7 +11,6 @@
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QEvent>
-#include <QSqlError>
 #include <QThread>
 #include <QTimer>
 
@@ -112,10 +111,7 @@ bool ServeCommand::connectDatabase()
                                                      ConnectionOptions::OnLoss::Reconnect);
     // Opened here first, so that a failure is a single line that names the server.
     if (!db.open()) {
-        qCritical("Host - cannot open the database '%s' on %s:%i: %s",
-                  qUtf8Printable(options.connection.databaseName),
-                  qUtf8Printable(options.connection.host), options.connection.port,
-                  qUtf8Printable(db.lastError().text()));
+        qCritical("Host - %s", qUtf8Printable(ConnectionOptions::openError(db)));
         return false;
     }
     db.close();

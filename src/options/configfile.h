@@ -6,7 +6,8 @@
 /**
  * A configuration file: options in INI format.
  *
- * Section "database": host, port, user, name, single, password, password-file. Section "reports":
+ * Section "database": host, port, user, name, single, password, password-file, ca, cert,
+ * key. Section "reports":
  * language.
  */
 struct ConfigFile {

@@ -1,5 +1,7 @@
 #include "options/connectionoptions.h"
 
+#include <QSqlError>
+
 QSqlDatabase ConnectionOptions::addDatabase(const QString &connectionName, OnLoss onLoss) const
 {
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), connectionName);
@@ -10,8 +12,35 @@ QSqlDatabase ConnectionOptions::addDatabase(const QString &connectionName, OnLos
     db.setDatabaseName(databaseName);
     // The same options as the manager's for schemas: a host survives a restart of the server. The
     // driver reconnects silently, though, and session settings such as read-only are lost.
-    db.setConnectOptions(onLoss == OnLoss::Reconnect
-                             ? QStringLiteral("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1")
-                             : QStringLiteral("CLIENT_IGNORE_SPACE=1"));
+    const QString always = onLoss == OnLoss::Reconnect
+                               ? QStringLiteral("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1")
+                               : QStringLiteral("CLIENT_IGNORE_SPACE=1");
+    db.setConnectOptions(always + encryption());
     return db;
+}
+
+/// With any of these the driver asks for TLS, and with an authority it refuses a server whose
+/// certificate is another's. The manager copies them for schemas.
+QString ConnectionOptions::encryption() const
+{
+    QString options;
+    const auto add = [&options](const char *name, const QString &file) {
+        if (!file.isEmpty())
+            options += QStringLiteral(";%1=%2").arg(QLatin1String(name), file);
+    };
+    add("SSL_CA", authorityFile);
+    add("SSL_CERT", certificateFile);
+    add("SSL_KEY", keyFile);
+    return options;
+}
+
+QString ConnectionOptions::openError(const QSqlDatabase &db)
+{
+    const QString reason = db.lastError().text().simplified();
+    const QString error = QStringLiteral("cannot open the database '%1' on %2:%3 as '%4': %5")
+                              .arg(db.databaseName(), db.hostName(), QString::number(db.port()),
+                                   db.userName(), reason);
+    return reason.contains(QLatin1String("TLS"))
+               ? error + QStringLiteral("; is the server's certificate signed by --db-ca?")
+               : error;
 }

@@ -11,10 +11,21 @@ struct ConnectionOptions {
     QString user;
     QString password;
     QString databaseName;
+    /// Files for encryption, empty if not set: the authority that must have signed the server's
+    /// certificate, and this client's own certificate with its key.
+    QString authorityFile;
+    QString certificateFile;
+    QString keyFile;
 
     /// After a lost connection a host reconnects; an operator's command fails.
     enum class OnLoss { Reconnect, Fail };
 
     /// Registers a connection under that name and does not open it. The caller removes it.
     QSqlDatabase addDatabase(const QString &connectionName, OnLoss onLoss) const;
+
+    /// Returns why `db` could not be opened, as one sentence without the password.
+    static QString openError(const QSqlDatabase &db);
+
+private:
+    QString encryption() const;
 };

@@ -42,6 +42,9 @@ void OptionReader::describe(QCommandLineParser &parser)
     add("db-port", "Port of the database server.", "port");
     add("db-user", "Account on the database server.", "user");
     add("db-name", "Name of the database.", "name");
+    add("db-ca", "Authority that must have signed the server's certificate: encrypts.", "file");
+    add("db-cert", "Certificate of this client, for servers that ask for one.", "file");
+    add("db-key", "Key of that certificate.", "file");
     add("password-file", "File whose first line is the password.", "file");
     add("config", "Configuration file with these options, /etc/autoreport.conf if there is one.",
         "file");
@@ -109,7 +112,30 @@ ConnectionOptions OptionReader::connection()
     options.port = number("db-port", 1, 65535);
     options.user = text("db-user");
     options.databaseName = text("db-name");
+    options.authorityFile = file("db-ca");
+    options.certificateFile = file("db-cert");
+    options.keyFile = file("db-key");
+    if (options.certificateFile.isEmpty() != options.keyFile.isEmpty())
+        fail(QStringLiteral("--db-cert and --db-key belong together"));
     return options;
+}
+
+/// Checked here: the driver's own error does not name the file.
+QString OptionReader::file(const char *name)
+{
+    const QString option = QLatin1String(name);
+    const QString path =
+        hasOption(option) ? parser.value(option) : config.values.value(configKey(option));
+    if (path.isEmpty())
+        return path;
+    QFile file(path);
+    if (path.contains(QLatin1Char(';')))
+        fail(QStringLiteral("--%1: the driver takes no file with a semicolon in its name")
+                 .arg(option));
+    else if (!file.open(QIODevice::ReadOnly))
+        fail(QStringLiteral("--%1: cannot read '%2': %3").arg(option, path, file.errorString()),
+             false);
+    return path;
 }
 
 QString OptionReader::password()

@@ -43,6 +43,8 @@ private:
     void failMissing(const QString &reason, bool usage);
     bool hasOption(const QString &option) const;
     bool flag(const QString &key);
+    /// Returns the path of a file that can be read, or an empty one if the option is not set.
+    QString file(const char *name);
 
     const QCommandLineParser &parser;
     ConfigFile config;

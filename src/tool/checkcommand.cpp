@@ -40,7 +40,7 @@ QVector<Finding> findAll(Schemas &schemas, const QStringList &tokens)
 }
 
 /// Two lines each, for people: what it is, and what to do about it.
-void printText(const QVector<Finding> &findings, int schemas)
+void printText(const QVector<Finding> &findings, int schemas, const QString &cipher)
 {
     for (const Finding &finding : findings) {
         const QString word =
@@ -51,11 +51,13 @@ void printText(const QVector<Finding> &findings, int schemas)
     }
     const auto problems = std::count_if(findings.cbegin(), findings.cend(),
                                         [](const Finding &one) { return one.isProblem; });
+    Output::print(cipher.isEmpty() ? QStringLiteral("the connection is not encrypted")
+                                   : QStringLiteral("the connection is encrypted with ") + cipher);
     Output::print(QStringLiteral("%1 schemas checked, %2 problems")
                       .arg(QString::number(schemas), QString::number(problems)));
 }
 
-void printJson(const QVector<Finding> &findings, int schemas, int status)
+void printJson(const QVector<Finding> &findings, int schemas, const QString &cipher, int status)
 {
     QJsonArray array;
     for (const Finding &finding : findings)
@@ -65,6 +67,7 @@ void printJson(const QVector<Finding> &findings, int schemas, int status)
                                  {QStringLiteral("remedy"), finding.remedy}});
     const QJsonObject object{{QStringLiteral("status"), status},
                              {QStringLiteral("schemas"), schemas},
+                             {QStringLiteral("cipher"), cipher},
                              {QStringLiteral("findings"), array}};
     Output::print(object);
 }
@@ -78,10 +81,11 @@ int checkAll(const Invocation &invocation, Schemas &schemas)
     const bool well = std::none_of(findings.cbegin(), findings.cend(),
                                    [](const Finding &one) { return one.isProblem; });
     const int status = well ? Tool::Well : Tool::Look;
+    const QString cipher = cipherOf(schemas.master());
     if (invocation.has("json"))
-        printJson(findings, tokens.size(), status);
+        printJson(findings, tokens.size(), cipher, status);
     else
-        printText(findings, tokens.size());
+        printText(findings, tokens.size(), cipher);
     return status;
 }
 

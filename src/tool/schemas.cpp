@@ -28,13 +28,6 @@ bool isPlain(const QString &token)
     return !token.contains(QLatin1Char('\'')) && !token.contains(QLatin1Char('\\'));
 }
 
-QString openFailure(const QSqlDatabase &db)
-{
-    return QStringLiteral("can not open the database '%1' on %2:%3 as '%4': %5")
-        .arg(db.databaseName(), db.hostName(), QString::number(db.port()), db.userName(),
-             db.lastError().text().simplified());
-}
-
 } // namespace
 
 Schemas::Schemas(const ConnectionOptions &connectionOptions)
@@ -53,7 +46,7 @@ QString Schemas::open()
 {
     QSqlDatabase db = master();
     if (!db.open())
-        return openFailure(db);
+        return ConnectionOptions::openError(db);
     if (options.single)
         return {};
     // Asked here, so that a wrong database is one sentence and not a failure per schema.
@@ -117,7 +110,7 @@ SchemaConnection::SchemaConnection(Schemas &schemas, const QString &token, Acces
     // Not through the manager, which reconnects and keeps the connections that it made.
     QSqlDatabase db = way.addDatabase(schemaName(), ConnectionOptions::OnLoss::Fail);
     if (!db.open()) {
-        error = openFailure(db);
+        error = ConnectionOptions::openError(db);
         return;
     }
     // Of use against our own mistakes: these commands have no business writing. It holds as long

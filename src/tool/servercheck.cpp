@@ -69,6 +69,13 @@ QVector<Finding> checkServer(const QSqlDatabase &master)
     return findings.list;
 }
 
+QString cipherOf(const QSqlDatabase &master)
+{
+    QSqlQuery query = freshQuery(master);
+    const bool ran = query.exec(QStringLiteral("SHOW SESSION STATUS LIKE 'Ssl_cipher'"));
+    return ran && query.next() ? query.value(1).toString() : QString();
+}
+
 // A host that runs out of connections serves some schemas and not others, by chance.
 QVector<Finding> checkConnections(const QSqlDatabase &master, int schemas, int enabled)
 {

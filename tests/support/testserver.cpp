@@ -48,15 +48,16 @@ QProcessEnvironment TestServer::environment(const QString &moment)
     return result;
 }
 
-OwnServer::OwnServer()
+OwnServer::OwnServer(const QStringList &serverOptions)
 {
-    run("start");
+    run("start", serverOptions);
     qputenv("AUTOREPORT_TEST_SERVER", folder.filePath("server").toLocal8Bit());
 }
 
-void OwnServer::run(const char *command) const
+void OwnServer::run(const char *command, const QStringList &serverOptions) const
 {
-    if (QProcess::execute(AUTOREPORT_PRIVATE_MARIADB, {command, folder.filePath("server")}) != 0)
+    const QStringList arguments{command, folder.filePath("server")};
+    if (QProcess::execute(AUTOREPORT_PRIVATE_MARIADB, arguments + serverOptions) != 0)
         qFatal("test bench: cannot %s the server", command);
 }
 

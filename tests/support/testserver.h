@@ -37,7 +37,7 @@ QProcessEnvironment environment(const QString &moment = QString());
 class OwnServer
 {
 public:
-    OwnServer();
+    explicit OwnServer(const QStringList &serverOptions = {});
     ~OwnServer() { run("stop"); }
     Q_DISABLE_COPY(OwnServer)
     void restart() const { run("restart"); }
@@ -45,7 +45,7 @@ public:
     const QTemporaryDir folder;
 
 private:
-    void run(const char *command) const;
+    void run(const char *command, const QStringList &serverOptions = {}) const;
 };
 
 /**

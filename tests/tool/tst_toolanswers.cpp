@@ -80,7 +80,7 @@ private Q_SLOTS:
         QCOMPARE(outcome.status, 1);
         const QRegularExpression expected(
             "\nfirm .*2023-11-16 07:00.*\nfirm .*\ngone .* unreachable\n(.*\n)*"
-            "gone: can not open the database 'no_such_database' on ");
+            "gone: cannot open the database 'no_such_database' on ");
         QVERIFY2(outcome.output.contains(expected), qPrintable(outcome.output));
         QVERIFY(!outcome.output.contains("secret") && !outcome.output.contains('\033'));
 

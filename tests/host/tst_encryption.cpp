@@ -1,0 +1,149 @@
+#include "support/hostprogram.h"
+#include "support/logcapture.h"
+#include "support/testdata.h"
+#include "support/testhost.h"
+
+#include <QTemporaryDir>
+
+namespace
+{
+
+/// Two authorities, and the certificates of a server and a client that the first one signed.
+const char *const makeCertificates = R"(
+set -e
+cd "$0"
+key="-newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes"
+for name in ours other; do
+  openssl req -x509 $key -days 2 -subj "/CN=$name" -keyout $name.key -out $name.pem
+done
+for name in server client; do
+  openssl req $key -subj "/CN=$name" -keyout $name.key -out $name.csr
+  openssl x509 -req -in $name.csr -CA ours.pem -CAkey ours.key -CAcreateserial -days 2 -out $name.pem
+done
+)";
+
+} // namespace
+
+// On a server of its own, where the account "safe" must come encrypted and the account "known" with
+// a certificate: a connection without either is one that the program forgot.
+class TestEncryption : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        const QString folder = certificates.path();
+        QProcess openssl;
+        openssl.start("sh", {"-c", makeCertificates, folder});
+        QVERIFY(openssl.waitForFinished(patienceMs));
+        QVERIFY2(openssl.exitCode() == 0, openssl.readAllStandardError());
+        server = std::make_unique<OwnServer>(QStringList{"--ssl-ca=" + file("ours.pem"),
+                                                         "--ssl-cert=" + file("server.pem"),
+                                                         "--ssl-key=" + file("server.key")});
+        info = std::make_unique<TestDatabase>(TestDatabase::Tables::Info);
+        schema = std::make_unique<TestDatabase>(TestDatabase::Tables::Schema);
+        info->addSchemas({"firm"}, schema->name());
+        info->exec("CREATE USER safe@'127.0.0.1' IDENTIFIED BY 'secret' REQUIRE SSL;\n"
+                   "CREATE USER known@'127.0.0.1' IDENTIFIED BY 'secret' REQUIRE X509;\n"
+                   "GRANT ALL ON *.* TO safe@'127.0.0.1';\n"
+                   "GRANT ALL ON *.* TO known@'127.0.0.1'");
+    }
+
+    void cleanupTestCase()
+    {
+        schema.reset();
+        info.reset();
+    }
+
+    void serves_data()
+    {
+        addColumns<QString, QString>("user", "options");
+        addRow("authority", "safe", "--db-ca ours.pem");
+        addRow("certificate", "known", "--db-ca ours.pem --db-cert client.pem --db-key client.key");
+    }
+
+    /// Scan, check connection and worker: a mail is queued only if each of them came encrypted.
+    void serves()
+    {
+        QFETCH(QString, user);
+        QFETCH(QString, options);
+        info->exec("UPDATE `schemas` SET user = '" + user + "'");
+        makeDue(*schema);
+        addPeopleOnce();
+        enableDailyReport(*schema, "a@firma.sk");
+        HostProgram program;
+        program.start(arguments("serve", user, options));
+        QTRY_COMPARE_WITH_TIMEOUT(schema->value("SELECT COUNT(*) FROM emails").toInt(), 1,
+                                  patienceMs);
+        program.send(SIGTERM);
+        QVERIFY(program.ended());
+        QCOMPARE(program.exitCode(), 0);
+
+        HostProgram status;
+        status.start(arguments("status", user, options));
+        QVERIFY(status.ended());
+        const QString shown = status.output();
+        QVERIFY2(shown.contains("firm") && !shown.contains("unreachable"), qPrintable(shown));
+    }
+
+    void refused_data()
+    {
+        addColumns<QString, QString>("options", "text");
+        addRow("not encrypted", "", "Access denied");
+        addRow("other authority", "--db-ca other.pem", "certificate signed by --db-ca?");
+        addRow("no such file", "--db-ca missing.pem", "missing.pem': No such file");
+        addRow("no key", "--db-ca ours.pem --db-cert client.pem", "belong together");
+    }
+
+    void refused()
+    {
+        QFETCH(QString, options);
+        QFETCH(QString, text);
+        for (const QString command : {"serve", "check"}) {
+            HostProgram program;
+            program.start(arguments(command, "safe", options));
+            QVERIFY(program.ended());
+            QVERIFY(program.exitCode() != 0);
+            QVERIFY2(program.log.contains(text), qPrintable(program.log));
+        }
+    }
+
+    void checkSaysIt()
+    {
+        HostProgram safe;
+        safe.start(arguments("check", "safe", "--db-ca ours.pem"));
+        QVERIFY(safe.ended());
+        QVERIFY(safe.output().contains("the connection is encrypted with TLS"));
+        HostProgram plain;
+        plain.start(arguments("check", TestServer::user, ""));
+        QVERIFY(plain.ended());
+        QVERIFY(plain.output().contains("the connection is not encrypted"));
+    }
+
+private:
+    QString file(const QString &name) const { return certificates.filePath(name); }
+
+    void addPeopleOnce() const
+    {
+        schema->exec("DELETE FROM people");
+        addPeople(*schema, 1);
+    }
+
+    QStringList arguments(const QString &command, const QString &user, QString options) const
+    {
+        for (const QString name :
+             {"ours.pem", "other.pem", "missing.pem", "client.pem", "client.key"})
+            options.replace(" " + name, " " + file(name));
+        return QStringList{command} + TestServer::options(info->name()) +
+               QStringList{"--db-user", user} + options.split(' ', Qt::SkipEmptyParts);
+    }
+
+    const QTemporaryDir certificates;
+    std::unique_ptr<OwnServer> server;
+    std::unique_ptr<TestDatabase> info;
+    std::unique_ptr<TestDatabase> schema;
+};
+
+QTEST_GUILESS_MAIN(TestEncryption)
+#include "tst_encryption.moc"
