@@ -83,7 +83,10 @@ bool AttenReport::buildWorkbook(const QString &path, const ReportRun &run)
         qWarning("%s - no people!", kind.className);
         return false;
     }
-    content->loadValues();
+    if (!content->loadValues() && isConnectionLost(run, database)) {
+        logEnd(End::ConnectionLost);
+        return false;
+    }
     return writeBook(path, *content, run);
 }
 

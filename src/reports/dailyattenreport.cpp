@@ -27,11 +27,12 @@ public:
 
     int rowCount() const override { return today.day() * people.size(); }
 
-    void loadValues() override
+    bool loadValues() override
     {
         data.loadBranches();
         report.loadShiftsForMonth(today);
         data.setShifts(report.shifts);
+        return true; // a lost connection is noticed at the first row, which asks again
     }
 
     bool beginSheet(libxl::IBookT<wchar_t> &book) override

@@ -53,13 +53,14 @@ bool MonthlyAttenData::loadPeople()
     return true;
 }
 
-void MonthlyAttenData::loadValues()
+bool MonthlyAttenData::loadValues()
 {
     const QString uids = uidText();
-    loadNumbers();
-    loadTotals(uids);
-    loadInterruptions(uids);
-    loadWork(uids);
+    bool complete = loadNumbers();
+    complete &= loadTotals(uids);
+    complete &= loadInterruptions(uids);
+    complete &= loadWork(uids);
+    return complete;
 }
 
 QString MonthlyAttenData::uidText() const
@@ -72,18 +73,19 @@ QString MonthlyAttenData::uidText() const
 }
 
 /// Of all people: the first column is looked up here, not among the people of the month.
-void MonthlyAttenData::loadNumbers()
+bool MonthlyAttenData::loadNumbers()
 {
     QSqlQuery query = freshQuery(database);
     if (!execOrWarn(query, QStringLiteral("SELECT uid, pid, pamId FROM people"),
                     "MonthlyAttenReport::makeReport() pid/pamId ERROR:"))
-        return;
+        return false;
     while (query.next())
         numbers.insert(query.value(0).toUInt(),
                        {query.value(1).toUInt(), query.value(2).toString()});
+    return true;
 }
 
-void MonthlyAttenData::loadTotals(const QString &uids)
+bool MonthlyAttenData::loadTotals(const QString &uids)
 {
     // By name, so that the order of the columns is the statement's own business. Some of them are
     // selected and read by nobody.
@@ -94,7 +96,7 @@ void MonthlyAttenData::loadTotals(const QString &uids)
             .arg(uids, month.key);
     QSqlQuery query = freshQuery(database);
     if (!execOrWarn(query, statement, "MonthlyAttenReport::makeReport() atten_month ERROR:"))
-        return;
+        return false;
     const QSqlRecord columns = query.record();
     const auto at = [&columns](const char *name) {
         return columns.indexOf(QLatin1String(name));
@@ -120,9 +122,10 @@ void MonthlyAttenData::loadTotals(const QString &uids)
         total.values.vouchers = query.value(vouchers).toDouble();
         totals.insert(query.value(uid).toUInt(), total);
     }
+    return true;
 }
 
-void MonthlyAttenData::loadInterruptions(const QString &uids)
+bool MonthlyAttenData::loadInterruptions(const QString &uids)
 {
     const QString statement =
         QStringLiteral("SELECT uid, iid, duration FROM atten_data ad WHERE uid IN(%1) AND ad.from "
@@ -131,13 +134,14 @@ void MonthlyAttenData::loadInterruptions(const QString &uids)
             .arg(uids, month.start, month.end);
     QSqlQuery query = freshQuery(database);
     if (!execOrWarn(query, statement, "MonthlyAttenReport::makeReport() atten_data ERROR:"))
-        return;
+        return false;
     while (query.next())
         interruptionHours[query.value(0).toUInt()][query.value(1).toUInt()] += hours(query, 2);
+    return true;
 }
 
 /// The hours worked come from a statement of their own, though the totals select them too.
-void MonthlyAttenData::loadWork(const QString &uids)
+bool MonthlyAttenData::loadWork(const QString &uids)
 {
     const QString statement =
         QStringLiteral("SELECT uid, work FROM atten_month am WHERE uid IN(%1) AND am.month = %2 "
@@ -145,9 +149,10 @@ void MonthlyAttenData::loadWork(const QString &uids)
             .arg(uids, month.key);
     QSqlQuery query = freshQuery(database);
     if (!execOrWarn(query, statement, "MonthlyAttenReport::makeReport() work ERROR:"))
-        return;
+        return false;
     while (query.next())
         workedHours.insert(query.value(0).toUInt(), hours(query, 1));
+    return true;
 }
 
 MonthlyAttenRow MonthlyAttenData::row(int index) const

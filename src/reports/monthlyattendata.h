@@ -40,8 +40,8 @@ public:
     /// Loads the people of the month, in the order of the sheet. Returns false when the query
     /// failed.
     bool loadPeople();
-    /// Loads everything else about these people.
-    void loadValues();
+    /// Loads everything else about these people. Returns false when a query failed.
+    bool loadValues();
 
     int count() const { return people.size(); }
     MonthlyAttenRow row(int index) const;
@@ -62,10 +62,10 @@ private:
     };
 
     QString uidText() const;
-    void loadNumbers();
-    void loadTotals(const QString &uids);
-    void loadInterruptions(const QString &uids);
-    void loadWork(const QString &uids);
+    bool loadNumbers();
+    bool loadTotals(const QString &uids);
+    bool loadInterruptions(const QString &uids);
+    bool loadWork(const QString &uids);
 
     QSqlDatabase database;
     MonthlyAttenOptions options;

@@ -18,7 +18,7 @@ public:
 
     bool loadPeople() override { return data.loadPeople(); }
     int rowCount() const override { return data.count(); }
-    void loadValues() override { data.loadValues(); }
+    bool loadValues() override { return data.loadValues(); }
 
     bool beginSheet(libxl::IBookT<wchar_t> &book) override
     {
@@ -29,7 +29,7 @@ public:
     bool writeNextRow() override
     {
         sheet->writeRow(data.row(written++));
-        return true; // what failed was noticed in loadValues(), and queueMails() asks again
+        return true; // everything was read before the first row
     }
 
     void endSheet() override { sheet->finish(); }

@@ -20,8 +20,9 @@ public:
     virtual bool loadPeople() = 0;
     /// Known once the people are loaded; 0 when there are none.
     virtual int rowCount() const = 0;
-    /// Loads what else is read before the first row. Failed queries leave their values empty.
-    virtual void loadValues() = 0;
+    /// Loads what else is read before the first row. Returns false when a query failed, so that
+    /// values may be missing.
+    virtual bool loadValues() = 0;
 
     /// Adds the sheet and writes its headings. `book` outlives the content. Returns false when the
     /// book refuses the sheet.
