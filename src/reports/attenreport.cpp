@@ -4,6 +4,7 @@
 #include "reports/bookformat.h"
 #include "reports/reportbook.h"
 #include "reports/reportcontent.h"
+#include "reports/reportgate.h"
 #include "reports/reportkind.h"
 #include "reports/reportlock.h"
 #include "reports/reportmail.h"
@@ -37,6 +38,9 @@ void AttenReport::doWork()
     if (reason != ScheduleVerdict::Due)
         return;
 
+    const ReportGate::Pass pass(ReportGate::ofProcess(), [&run] { return isStopRequested(run); });
+    if (!pass.isHeld())
+        return;
     ReportLock lock(database, kind.className);
     if (!lock.acquire()) {
         qInfo("%s::doWork() - another host is making this report", kind.className);
@@ -44,6 +48,8 @@ void AttenReport::doWork()
     }
     run.connectionId = lock.connectionId();
     run.settings = readSettings();
+    if (pass.hasWaited())
+        run.now = momentAfterWait(run.settings, run.now, QDateTime::currentDateTime());
     if (scheduleVerdict(run.settings, run.now) == ScheduleVerdict::Due)
         produce(run);
     lock.release();

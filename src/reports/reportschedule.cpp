@@ -48,6 +48,12 @@ ScheduleVerdict scheduleVerdict(const ReportSettings &settings, const QDateTime 
     return unmet == rules.cend() ? ScheduleVerdict::Due : unmet->otherwise;
 }
 
+QDateTime momentAfterWait(const ReportSettings &settings, const QDateTime &asked,
+                          const QDateTime &now)
+{
+    return scheduleVerdict(settings, now) == ScheduleVerdict::Due ? now : asked;
+}
+
 QDateTime nextDue(const ReportSettings &settings, const QDateTime &now)
 {
     if (!settings.enabled || settings.recipients.isEmpty())

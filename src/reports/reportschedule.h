@@ -43,6 +43,15 @@ QVector<ScheduleRule> scheduleRules(const ReportSettings &settings, const QDateT
  */
 ScheduleVerdict scheduleVerdict(const ReportSettings &settings, const QDateTime &now);
 
+/**
+ * Returns the moment of a run that was due at `asked` and had to wait until `now`.
+ *
+ * That is `now` while the report is due then: what a run shows is of the day on which it is made. A
+ * report of late in the evening that waited over midnight is due no more, and keeps its own day.
+ */
+QDateTime momentAfterWait(const ReportSettings &settings, const QDateTime &asked,
+                          const QDateTime &now);
+
 /// The first moment from `now` on at which the report is due, if nothing changes until then;
 /// invalid when there is none.
 QDateTime nextDue(const ReportSettings &settings, const QDateTime &now);

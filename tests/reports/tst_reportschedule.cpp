@@ -104,6 +104,28 @@ private Q_SLOTS:
         QCOMPARE(made, QStringList{firstTick});
     }
 
+    void afterWait_data()
+    {
+        addColumns<QString, QString, QString, QString>("time", "asked", "now", "moment");
+        const QString night("2023-11-15 23:59:10"), next("2023-11-16 00:03");
+        addRow("minutes later", "07:00", "2023-11-15 07:00", "2023-11-15 07:04",
+               "2023-11-15 07:04");
+        addRow("over midnight", "23:59", night, next, night);
+        addRow("over midnight, due at any time", "", night, next, next);
+        addRow("put off meanwhile", "07:30", "2023-11-15 07:00", "2023-11-15 07:04",
+               "2023-11-15 07:00");
+    }
+
+    void afterWait()
+    {
+        QFETCH(QString, time);
+        QFETCH(QString, asked);
+        QFETCH(QString, now);
+        QFETCH(QString, moment);
+        const ReportSettings settings = settingsWith(time, local("2023-11-14 23:59:20"));
+        QCOMPARE(momentAfterWait(settings, local(asked), local(now)), local(moment));
+    }
+
     void edges()
     {
         // Between the two passages of a time of day, after a morning without a host.
