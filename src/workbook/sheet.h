@@ -41,10 +41,9 @@ public:
     /**
      * Writes a formula in A1 notation, with English function names, up to 8,192 UTF-16 units;
      * a leading "=" may be there. Spreadsheet programs calculate it when they open the file.
-     * Refused: null, an empty or longer text, and what writeStr refuses. An XML book takes any
+     * Refused: null, an empty or longer text, and text that XML cannot hold. An XML book takes any
      * other text unchecked. A binary book takes what it can translate: cells of the same sheet,
-     * ranges, numbers, texts, all operators, and the functions SUM, AVERAGE, MIN, MAX, COUNT, IF,
-     * ROUND and ABS.
+     * numbers, + - * /, signs and parentheses.
      */
     virtual bool writeFormula(int row, int col, const Char *expr,
                               IFormatT<Char> *format = nullptr) = 0;

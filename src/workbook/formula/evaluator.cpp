@@ -3,6 +3,8 @@
 #include "workbook/model/model.h"
 
 #include <cmath>
+#include <iterator>
+#include <utility>
 
 namespace workbook
 {
@@ -51,39 +53,40 @@ Evaluator::Evaluator(const BookData &bookData, const SheetData &sheetData)
 {
 }
 
-FormulaValue Evaluator::valueOf(const Cell &cell)
+FormulaValue Evaluator::valueOf(const Cell &cell, FormulaTokens formula)
 {
     // Formulas wait on a stack of our own for those they refer to: chains may be of any length. A
     // cell that is met again while it waits is part of a cycle and counts as unknown.
-    std::vector<const Cell *> waiting{&cell};
+    const auto known = values.find(&cell);
+    if (known != values.end())
+        return known->second;
+    std::vector<Waiting> waiting;
+    waiting.push_back({&cell, std::move(formula)});
     while (!waiting.empty()) {
-        const Cell *current = waiting.back();
-        const auto [known, isNew] = progress.try_emplace(current);
-        if (known->second.done) {
-            waiting.pop_back();
+        const bool isNew = values.try_emplace(waiting.back().cell).second;
+        if (isNew && pushOpenCells(waiting))
             continue;
-        }
-        const auto formula = parseFormula(book.formulas.at(current->index));
-        if (formula && isNew && openCells(*formula, waiting))
-            continue;
-        known->second = {true, formula ? reckon(*formula) : FormulaValue{}};
+        values[waiting.back().cell] = evaluate(waiting.back().formula);
         waiting.pop_back();
     }
-    return progress[&cell].value;
+    return values[&cell];
 }
 
-/** Appends the formulas that must be reckoned before this one; false when there are none. */
-bool Evaluator::openCells(const FormulaTokens &formula, std::vector<const Cell *> &waiting) const
+/** Pushes the formulas that the last one refers to and that are not known; false for none. */
+bool Evaluator::pushOpenCells(std::vector<Waiting> &waiting) const
 {
-    const std::size_t before = waiting.size();
-    for (const FormulaToken &token : formula) {
-        if (token.op != Operator::Cell)
+    std::vector<Waiting> open;
+    for (const FormulaToken &token : waiting.back().formula) {
+        const Cell *cell = token.op == Operator::Cell
+                               ? sheet.cells.find(token.cell.row, token.cell.column)
+                               : nullptr;
+        if (cell == nullptr || cell->kind() != CellKind::Formula || values.count(cell) != 0)
             continue;
-        const Cell *cell = sheet.cells.find(token.first.row, token.first.column);
-        if (cell != nullptr && cell->kind() == CellKind::Formula && progress.count(cell) == 0)
-            waiting.push_back(cell);
+        if (auto formula = parseFormula(book.formulas.at(cell->index)))
+            open.push_back({cell, std::move(*formula)});
     }
-    return waiting.size() > before;
+    std::move(open.begin(), open.end(), std::back_inserter(waiting));
+    return !open.empty();
 }
 
 FormulaValue Evaluator::cellValue(const CellReference &reference) const
@@ -93,11 +96,11 @@ FormulaValue Evaluator::cellValue(const CellReference &reference) const
         return {Kind::Number, 0};
     if (cell->kind() == CellKind::Number)
         return {Kind::Number, cell->number};
-    const auto known = progress.find(cell);
-    return known != progress.end() ? known->second.value : FormulaValue{};
+    const auto known = values.find(cell);
+    return known != values.end() ? known->second : FormulaValue{};
 }
 
-FormulaValue Evaluator::reckon(const FormulaTokens &formula) const
+FormulaValue Evaluator::evaluate(const FormulaTokens &formula) const
 {
     std::vector<FormulaValue> stack;
     for (const FormulaToken &token : formula) {
@@ -106,7 +109,7 @@ FormulaValue Evaluator::reckon(const FormulaTokens &formula) const
             stack.push_back({Kind::Number, token.number});
             break;
         case Operator::Cell:
-            stack.push_back(cellValue(token.first));
+            stack.push_back(cellValue(token.cell));
             break;
         case Operator::Plus:
         case Operator::Group:
@@ -114,20 +117,11 @@ FormulaValue Evaluator::reckon(const FormulaTokens &formula) const
         case Operator::Negate:
             stack.back() = combined(Operator::Subtract, {Kind::Number, 0}, stack.back());
             break;
-        case Operator::Percent:
-            stack.back() = combined(Operator::Divide, stack.back(), {Kind::Number, 100});
-            break;
-        case Operator::Add:
-        case Operator::Subtract:
-        case Operator::Multiply:
-        case Operator::Divide: {
+        default: {
             const FormulaValue right = stack.back();
             stack.pop_back();
             stack.back() = combined(token.op, stack.back(), right);
-            break;
         }
-        default:
-            return {};
         }
     }
     return stack.back();

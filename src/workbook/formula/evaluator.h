@@ -21,10 +21,9 @@ struct FormulaValue {
 };
 
 /**
- * Reckons the formulas of one sheet, so that programs that only show a file show the true values.
- * It knows numbers, cells of the sheet (an empty one is 0, a text is unknown), the four
- * operations, signs, percent and parentheses; cycles are unknown. Each formula is reckoned once,
- * however long the chains between them are.
+ * Evaluates the formulas of one sheet, so that programs that only show a file show the true values.
+ * An empty cell is 0; a text and a cycle are unknown. Each formula is evaluated once, however long
+ * the chains between them are.
  */
 class Evaluator
 {
@@ -32,22 +31,23 @@ public:
     /** The cells of the sheet must be sorted and stay as they are. */
     Evaluator(const BookData &book, const SheetData &sheet);
 
-    /** `cell` is a formula of the sheet. */
-    FormulaValue valueOf(const Cell &cell);
+    /** `cell` is a formula of the sheet, and `formula` what it parses to. */
+    FormulaValue valueOf(const Cell &cell, FormulaTokens formula);
 
 private:
-    struct Progress {
-        bool done = false;
-        FormulaValue value;
+    /** A formula that waits for those it refers to. */
+    struct Waiting {
+        const Cell *cell;
+        FormulaTokens formula;
     };
 
-    bool openCells(const FormulaTokens &formula, std::vector<const Cell *> &waiting) const;
-    FormulaValue reckon(const FormulaTokens &formula) const;
+    bool pushOpenCells(std::vector<Waiting> &waiting) const;
+    FormulaValue evaluate(const FormulaTokens &formula) const;
     FormulaValue cellValue(const CellReference &reference) const;
 
     const BookData &book;
     const SheetData &sheet;
-    std::unordered_map<const Cell *, Progress> progress;
+    std::unordered_map<const Cell *, FormulaValue> values; // Unknown while they wait
 };
 
 } // namespace workbook

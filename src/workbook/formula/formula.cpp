@@ -2,8 +2,8 @@
 
 #include "workbook/formula/characters.h"
 
-#include <algorithm>
 #include <charconv>
+#include <string>
 #include <utility>
 
 namespace workbook
@@ -14,42 +14,7 @@ namespace
 
 constexpr int maxDepth = 64;
 
-struct BinaryOperator {
-    std::u16string_view sign;
-    Operator op;
-    int rank; // what binds tighter has the higher one
-};
-
-// Signs of two characters first, else their first one would be found. All group from the left,
-// "^" as well: that is how spreadsheet programs do it.
-constexpr BinaryOperator binaryOperators[] = {{u"<>", Operator::NotEqual, 1},
-                                              {u"<=", Operator::LessOrEqual, 1},
-                                              {u">=", Operator::GreaterOrEqual, 1},
-                                              {u"<", Operator::Less, 1},
-                                              {u">", Operator::Greater, 1},
-                                              {u"=", Operator::Equal, 1},
-                                              {u"&", Operator::Join, 2},
-                                              {u"+", Operator::Add, 3},
-                                              {u"-", Operator::Subtract, 3},
-                                              {u"*", Operator::Multiply, 4},
-                                              {u"/", Operator::Divide, 4},
-                                              {u"^", Operator::Power, 5}};
-
-struct FunctionRule {
-    std::string_view name;
-    Function function;
-    unsigned minOperands;
-    unsigned maxOperands;
-    bool takesRanges;
-};
-
-constexpr FunctionRule functionRules[] = {
-    {"SUM", Function::Sum, 1, 30, true},     {"AVERAGE", Function::Average, 1, 30, true},
-    {"MIN", Function::Min, 1, 30, true},     {"MAX", Function::Max, 1, 30, true},
-    {"COUNT", Function::Count, 1, 30, true}, {"IF", Function::If, 2, 3, false},
-    {"ROUND", Function::Round, 2, 2, false}, {"ABS", Function::Abs, 1, 1, false}};
-
-/** Recursive descent; tokens are appended as they are complete. False: no formula of ours. */
+/** Recursive descent; tokens are appended as they are complete. False: not a formula of ours. */
 class Parser
 {
 public:
@@ -60,14 +25,10 @@ public:
 
     std::optional<FormulaTokens> whole()
     {
-        if (!binary(1))
+        if (!sum())
             return std::nullopt;
         skipBlanks();
-        const bool strayRange =
-            std::any_of(formula.begin(), formula.end(), [](const FormulaToken &token) {
-                return token.op == Operator::Range && !token.wholeCells;
-            });
-        return rest.empty() && !strayRange ? std::optional(std::move(formula)) : std::nullopt;
+        return rest.empty() ? std::optional(std::move(formula)) : std::nullopt;
     }
 
 private:
@@ -83,82 +44,63 @@ private:
             rest.remove_prefix(1);
     }
 
-    [[nodiscard]] bool isNext(char16_t unit) const { return !rest.empty() && rest.front() == unit; }
-
     bool takeNext(char16_t unit)
     {
-        const bool found = isNext(unit);
+        const bool found = !rest.empty() && rest.front() == unit;
         rest.remove_prefix(found ? 1 : 0);
         return found;
     }
 
-    bool take(std::u16string_view sign)
+    bool take(char16_t sign)
     {
         skipBlanks();
-        if (rest.substr(0, sign.size()) != sign)
-            return false;
-        rest.remove_prefix(sign.size());
-        return true;
+        return takeNext(sign);
     }
 
-    const BinaryOperator *takeOperator(int minRank)
+    bool sum()
     {
-        skipBlanks();
-        for (const BinaryOperator &candidate : binaryOperators) {
-            if (rest.substr(0, candidate.sign.size()) != candidate.sign)
-                continue;
-            if (candidate.rank < minRank)
+        bool parsed = product();
+        while (parsed) {
+            if (take(u'+'))
+                parsed = product() && put(Operator::Add);
+            else if (take(u'-'))
+                parsed = product() && put(Operator::Subtract);
+            else
                 break;
-            rest.remove_prefix(candidate.sign.size());
-            return &candidate;
         }
-        return nullptr;
+        return parsed;
     }
 
-    bool binary(int minRank)
+    bool product()
     {
-        if (!unary())
-            return false;
-        while (const BinaryOperator *found = takeOperator(minRank)) {
-            if (!binary(found->rank + 1))
-                return false;
-            put(found->op);
+        bool parsed = factor();
+        while (parsed) {
+            if (take(u'*'))
+                parsed = factor() && put(Operator::Multiply);
+            else if (take(u'/'))
+                parsed = factor() && put(Operator::Divide);
+            else
+                break;
         }
-        return true;
+        return parsed;
     }
 
-    /** Signs in front bind tighter than any binary operator, percent signs tighter still. */
-    bool unary()
+    bool factor()
     {
         if (depth == maxDepth)
             return false;
         ++depth;
         bool parsed = false;
-        if (take(u"-"))
-            parsed = unary() && put(Operator::Negate);
-        else if (take(u"+"))
-            parsed = unary() && put(Operator::Plus);
+        if (take(u'-'))
+            parsed = factor() && put(Operator::Negate);
+        else if (take(u'+'))
+            parsed = factor() && put(Operator::Plus);
+        else if (take(u'('))
+            parsed = sum() && take(u')') && put(Operator::Group);
         else
-            parsed = primary();
-        while (parsed && take(u"%"))
-            put(Operator::Percent);
+            parsed = number() || cell();
         --depth;
         return parsed;
-    }
-
-    bool primary()
-    {
-        if (take(u"("))
-            return binary(1) && take(u")") && put(Operator::Group);
-        if (take(u"\""))
-            return text();
-        if (isNext(u'.') || (!rest.empty() && isDigit(rest.front())))
-            return number();
-        const std::u16string_view before = rest;
-        if (const std::optional<CellReference> first = takeReference(rest))
-            return cells(*first);
-        rest = before;
-        return call();
     }
 
     bool number()
@@ -169,6 +111,8 @@ private:
                 digits += static_cast<char>(unit);
         };
         collect(takeWhile(rest, [](char16_t unit) { return isDigit(unit) || unit == u'.'; }));
+        if (digits.empty())
+            return false;
         if (takeNext(u'E') || takeNext(u'e')) {
             digits += 'E';
             if (takeNext(u'-'))
@@ -183,84 +127,13 @@ private:
         return read.ec == std::errc() && read.ptr == end;
     }
 
-    /** From behind the opening quote; a quote inside stands twice. */
-    bool text()
+    bool cell()
     {
-        put(Operator::Text);
-        std::u16string &value = formula.back().text;
-        while (true) {
-            value += takeWhile(rest, [](char16_t unit) { return unit != u'"'; });
-            if (!takeNext(u'"'))
-                return false;
-            if (!takeNext(u'"'))
-                return true;
-            value += u'"';
-        }
-    }
-
-    bool cells(const CellReference &first)
-    {
+        const std::optional<CellReference> reference = takeReference(rest);
+        if (!reference)
+            return false;
         put(Operator::Cell);
-        formula.back().first = first;
-        if (!takeNext(u':'))
-            return true;
-        const std::optional<CellReference> last = takeReference(rest);
-        if (!last)
-            return false;
-        formula.back().op = Operator::Range;
-        setCorners(formula.back(), first, *last);
-        return true;
-    }
-
-    /** Files name the upper left corner first, whatever the formula does. */
-    static void setCorners(FormulaToken &token, CellReference a, CellReference b)
-    {
-        if (a.row > b.row) {
-            std::swap(a.row, b.row);
-            std::swap(a.fixedRow, b.fixedRow);
-        }
-        if (a.column > b.column) {
-            std::swap(a.column, b.column);
-            std::swap(a.fixedColumn, b.fixedColumn);
-        }
-        token.first = a;
-        token.last = b;
-    }
-
-    bool call()
-    {
-        std::string name;
-        for (const char16_t letter : takeWhile(rest, isLetter))
-            name += upper(letter);
-        const auto rule =
-            std::find_if(std::begin(functionRules), std::end(functionRules),
-                         [&](const FunctionRule &known) { return known.name == name; });
-        if (rule == std::end(functionRules) || !takeNext(u'('))
-            return false;
-        unsigned operands = 0;
-        do {
-            if (operands == rule->maxOperands || !operand(*rule))
-                return false;
-            if (rule->function == Function::If)
-                put(operands == 0 ? Operator::Then : Operator::Else);
-            ++operands;
-        } while (take(u","));
-        if (operands < rule->minOperands || !take(u")"))
-            return false;
-        put(Operator::Call);
-        formula.back().function = rule->function;
-        formula.back().operands = operands;
-        return true;
-    }
-
-    bool operand(const FunctionRule &rule)
-    {
-        const std::size_t before = formula.size();
-        if (!binary(1))
-            return false;
-        FormulaToken &last = formula.back();
-        if (rule.takesRanges && formula.size() == before + 1)
-            last.wholeCells = last.op == Operator::Cell || last.op == Operator::Range;
+        formula.back().cell = *reference;
         return true;
     }
 

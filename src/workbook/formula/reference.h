@@ -16,7 +16,7 @@ struct CellReference {
 
 /**
  * Takes a reference such as "K2" or "$A$1" off the front of `text`. Nothing for what only begins
- * like one ("LOG10(", "Sheet1!"); how much of `text` is gone then is not told.
+ * like one ("LOG10(", "Sheet1!"); `text` is then unspecified.
  */
 std::optional<CellReference> takeReference(std::u16string_view &text);
 

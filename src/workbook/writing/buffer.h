@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -10,6 +11,8 @@ namespace workbook
 /**
  * Bytes on their way into a file, collected in very many small pieces: what is appended is written
  * into room that was reserved before, and clear() keeps the room.
+ *
+ * Both file formats are little-endian, whatever the machine: this is the one place to know.
  */
 class Buffer
 {
@@ -24,19 +27,56 @@ public:
 
     void grow(std::size_t bytes) { length += bytes; }
 
-    void append(std::string_view bytes)
+    Buffer &append(std::string_view bytes)
     {
         std::memcpy(room(bytes.size()), bytes.data(), bytes.size());
         length += bytes.size();
+        return *this;
     }
+
+    Buffer &zeros(std::size_t count)
+    {
+        std::memset(room(count), 0, count);
+        length += count;
+        return *this;
+    }
+
+    Buffer &u8(unsigned value) { return number<1>(value); }
+    Buffer &u16(unsigned value) { return number<2>(value); }
+    Buffer &u32(std::uint32_t value) { return number<4>(value); }
+    Buffer &u64(std::uint64_t value) { return number<8>(value); }
+    Buffer &f64(double value)
+    {
+        std::uint64_t bits = 0;
+        static_assert(sizeof bits == sizeof value);
+        std::memcpy(&bits, &value, sizeof bits);
+        return u64(bits);
+    }
+
+    /** Overwrites a number that was appended before. */
+    void setU16(std::size_t at, unsigned value) { store<2>(storage.data() + at, value); }
 
     void clear() { length = 0; }
 
-    char *data() { return storage.data(); }
     [[nodiscard]] std::size_t size() const { return length; }
     [[nodiscard]] std::string_view view() const { return {storage.data(), length}; }
 
 private:
+    template <unsigned bytes>
+    static void store(char *at, std::uint64_t value)
+    {
+        for (unsigned i = 0; i < bytes; ++i)
+            at[i] = static_cast<char>(value >> (8 * i));
+    }
+
+    template <unsigned bytes>
+    Buffer &number(std::uint64_t value)
+    {
+        store<bytes>(room(bytes), value);
+        length += bytes;
+        return *this;
+    }
+
     std::string storage; // its size is what is reserved
     std::size_t length = 0;
 };

@@ -1,6 +1,6 @@
 #include "workbook/xls/compoundfile.h"
 
-#include "workbook/writing/bytes.h"
+#include "workbook/writing/buffer.h"
 #include "workbook/writing/bytesink.h"
 
 #include <algorithm>
@@ -41,32 +41,24 @@ constexpr std::uint32_t divideUp(std::uint32_t number, std::uint32_t by)
 
 enum class EntryType : unsigned { Stream = 2, Root = 5 };
 
-void appendEntry(std::string &out, std::u16string_view name, EntryType type, std::uint32_t child,
+void appendEntry(Buffer &out, std::u16string_view name, EntryType type, std::uint32_t child,
                  std::uint32_t firstSector, std::uint64_t size)
 {
     constexpr std::size_t nameBytes = 64;
     constexpr unsigned black = 1;
-    const std::size_t begin = out.size();
     for (const char16_t unit : name)
-        appendU16(out, unit);
-    out.resize(begin + nameBytes);
-    appendU16(out, static_cast<unsigned>(2 * (name.size() + 1)));
-    appendU8(out, static_cast<unsigned>(type));
-    appendU8(out, black);
-    appendU32(out, noEntry); // left
-    appendU32(out, noEntry); // right
-    appendU32(out, child);
-    out.append(16 + 4 + 8 + 8, '\0'); // class, state, times of creation and change
-    appendU32(out, firstSector);
-    appendU64(out, size);
+        out.u16(unit);
+    out.zeros(nameBytes - 2 * name.size());
+    out.u16(static_cast<unsigned>(2 * (name.size() + 1)));
+    out.u8(static_cast<unsigned>(type)).u8(black);
+    out.u32(noEntry).u32(noEntry).u32(child); // left, right
+    out.zeros(16 + 4 + 8 + 8);                // class, state, times of creation and change
+    out.u32(firstSector).u64(size);
 }
 
-void appendUnusedEntry(std::string &out)
+void appendUnusedEntry(Buffer &out)
 {
-    out.append(64 + 4, '\0');
-    for (int link = 0; link < 3; ++link)
-        appendU32(out, noEntry);
-    out.append(16 + 4 + 8 + 8 + 4 + 8, '\0');
+    out.zeros(64 + 4).u32(noEntry).u32(noEntry).u32(noEntry).zeros(16 + 4 + 8 + 8 + 4 + 8);
 }
 
 } // namespace
@@ -125,65 +117,61 @@ void CompoundFile::finish()
 
 void CompoundFile::writeDirectory(const Layout &layout)
 {
-    std::string sector;
+    Buffer sector;
     appendEntry(sector, u"Root Entry", EntryType::Root, 1, endOfChain, 0);
     appendEntry(sector, u"Workbook", EntryType::Stream, noEntry, 0, layout.streamBytes);
     appendUnusedEntry(sector);
     appendUnusedEntry(sector);
-    sink.append(sector);
+    sink.append(sector.view());
 }
 
 void CompoundFile::writeAllocation(const Layout &layout)
 {
-    std::string table;
+    Buffer table;
     for (std::uint32_t sector = 1; sector < layout.stream; ++sector)
-        appendU32(table, sector);
-    appendU32(table, endOfChain);
-    appendU32(table, endOfChain); // the directory
+        table.u32(sector);
+    table.u32(endOfChain);
+    table.u32(endOfChain); // the directory
     for (std::uint32_t i = 0; i < layout.table; ++i)
-        appendU32(table, tableSector);
+        table.u32(tableSector);
     for (std::uint32_t i = 0; i < layout.overflow; ++i)
-        appendU32(table, overflowSector);
+        table.u32(overflowSector);
     while (table.size() < std::size_t{layout.table} * sectorBytes)
-        appendU32(table, freeSector);
-    sink.append(table);
+        table.u32(freeSector);
+    sink.append(table.view());
 }
 
 void CompoundFile::writeOverflow(const Layout &layout)
 {
-    std::string sectors;
+    Buffer sectors;
     std::uint32_t named = namedInHeader;
     for (std::uint32_t i = 0; i < layout.overflow; ++i) {
         for (std::uint32_t k = 0; k < namedInOverflow; ++k, ++named)
-            appendU32(sectors, named < layout.table ? layout.tableAt() + named : freeSector);
+            sectors.u32(named < layout.table ? layout.tableAt() + named : freeSector);
         const bool isLast = i + 1 == layout.overflow;
-        appendU32(sectors, isLast ? endOfChain : layout.overflowAt() + i + 1);
+        sectors.u32(isLast ? endOfChain : layout.overflowAt() + i + 1);
     }
-    sink.append(sectors);
+    sink.append(sectors.view());
 }
 
 void CompoundFile::fillHeader(const Layout &layout)
 {
-    std::string header("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", 8);
-    header.append(16, '\0');
-    appendU16(header, 0x003E); // minor version
-    appendU16(header, 3);      // version
-    appendU16(header, 0xFFFE); // little-endian
-    appendU16(header, 9);      // sectors of 2^9 bytes
-    appendU16(header, 6);      // small sectors of 2^6 bytes
-    header.append(6, '\0');
-    appendU32(header, 0); // sectors of the directory: not told in this version
-    appendU32(header, layout.table);
-    appendU32(header, layout.directoryAt());
-    appendU32(header, 0);
-    appendU32(header, minStreamBytes);
-    appendU32(header, endOfChain); // no small sectors
-    appendU32(header, 0);
-    appendU32(header, layout.overflow == 0 ? endOfChain : layout.overflowAt());
-    appendU32(header, layout.overflow);
+    constexpr unsigned minorVersion = 0x003E;
+    constexpr unsigned version = 3;
+    constexpr unsigned littleEndian = 0xFFFE;
+    constexpr unsigned sectorShift = 9;
+    constexpr unsigned smallSectorShift = 6;
+    Buffer header;
+    header.append("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1").zeros(16);
+    header.u16(minorVersion).u16(version).u16(littleEndian);
+    header.u16(sectorShift).u16(smallSectorShift).zeros(6);
+    header.u32(0).u32(layout.table); // this version does not count the directory's sectors
+    header.u32(layout.directoryAt()).u32(0);
+    header.u32(minStreamBytes).u32(endOfChain).u32(0); // no small sectors
+    header.u32(layout.overflow == 0 ? endOfChain : layout.overflowAt()).u32(layout.overflow);
     for (std::uint32_t i = 0; i < namedInHeader; ++i)
-        appendU32(header, i < layout.table ? layout.tableAt() + i : freeSector);
-    sink.patch(0, header);
+        header.u32(i < layout.table ? layout.tableAt() + i : freeSector);
+    sink.patch(0, header.view());
 }
 
 } // namespace workbook

@@ -1,9 +1,6 @@
 #include "workbook/xls/recordwriter.h"
 
-#include "workbook/writing/bytesink.h"
-
 #include <algorithm>
-#include <limits>
 
 namespace workbook
 {
@@ -39,7 +36,7 @@ void RecordWriter::end()
     const std::size_t size = dataBytes();
     if (size > maxData)
         sink.fail();
-    storeU16(buffer.data() + dataBegin - 2, static_cast<unsigned>(size));
+    buffer.setU16(dataBegin - 2, static_cast<unsigned>(size));
     if (buffer.size() >= chunkBytes)
         flush();
 }
@@ -67,14 +64,6 @@ RecordWriter &RecordWriter::characters(std::u16string_view text, bool narrow)
             u16(unit);
     }
     return *this;
-}
-
-std::uint32_t RecordWriter::position() const
-{
-    const std::uint64_t bytes = sink.size() - start + buffer.size();
-    if (bytes > std::numeric_limits<std::int32_t>::max())
-        sink.fail(); // readers take positions for signed numbers
-    return static_cast<std::uint32_t>(bytes);
 }
 
 void RecordWriter::patch(std::uint32_t at, std::string_view bytes)

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "workbook/writing/buffer.h"
-#include "workbook/writing/bytes.h"
+#include "workbook/writing/bytesink.h"
 
 #include <cstdint>
 #include <string>
@@ -9,8 +9,6 @@
 
 namespace workbook
 {
-
-class ByteSink;
 
 constexpr std::uint32_t recordHead = 4; // bytes
 constexpr unsigned twipsPerPoint = 20;
@@ -34,31 +32,11 @@ public:
     RecordWriter &begin(unsigned id);
     void end();
 
-    RecordWriter &u8(unsigned value)
-    {
-        *buffer.room(1) = static_cast<char>(value);
-        return grown(1);
-    }
-    RecordWriter &u16(unsigned value)
-    {
-        storeU16(buffer.room(2), value);
-        return grown(2);
-    }
-    RecordWriter &u32(std::uint32_t value)
-    {
-        storeU32(buffer.room(4), value);
-        return grown(4);
-    }
-    RecordWriter &f64(double value)
-    {
-        storeF64(buffer.room(8), value);
-        return grown(8);
-    }
-    RecordWriter &bytes(std::string_view value)
-    {
-        buffer.append(value);
-        return *this;
-    }
+    RecordWriter &u8(unsigned value) { return after(buffer.u8(value)); }
+    RecordWriter &u16(unsigned value) { return after(buffer.u16(value)); }
+    RecordWriter &u32(std::uint32_t value) { return after(buffer.u32(value)); }
+    RecordWriter &f64(double value) { return after(buffer.f64(value)); }
+    RecordWriter &bytes(std::string_view value) { return after(buffer.append(value)); }
 
     /** u8 count, flags, characters. */
     RecordWriter &shortText(std::u16string_view text);
@@ -72,8 +50,11 @@ public:
     /** A whole record of one number. */
     void flag(unsigned id, unsigned value) { begin(id).u16(value).end(); }
 
-    /** Where the next byte goes. */
-    [[nodiscard]] std::uint32_t position() const;
+    /** Where the next byte goes. Beyond 2 GiB it is wrong; such a container is not finished. */
+    [[nodiscard]] std::uint32_t position() const
+    {
+        return static_cast<std::uint32_t>(sink.size() - start + buffer.size());
+    }
 
     /** Bytes of data in the record that is open. */
     [[nodiscard]] std::size_t dataBytes() const { return buffer.size() - dataBegin; }
@@ -85,11 +66,7 @@ public:
     void flush();
 
 private:
-    RecordWriter &grown(std::size_t bytes)
-    {
-        buffer.grow(bytes);
-        return *this;
-    }
+    RecordWriter &after(const Buffer & /*buffer*/) { return *this; }
 
     ByteSink &sink;
     const std::uint64_t start;

@@ -11,6 +11,7 @@
 #include <cmath>
 #include <cstring>
 #include <optional>
+#include <utility>
 
 namespace workbook
 {
@@ -208,9 +209,10 @@ void XlsCells::formula(const Cell &cell)
     constexpr unsigned emptyResult = 3;
     constexpr unsigned divisionByZero = 0x07;
     constexpr unsigned overflow = 0x24;
-    const FormulaValue value = evaluator.valueOf(cell);
-    // What does not compile was refused when it was written.
-    const std::string tokens = compileXlsFormula(book.formulas.at(cell.index)).value_or("");
+    // What this engine cannot write was refused when it came.
+    FormulaTokens parsed = parseFormula(book.formulas.at(cell.index)).value();
+    const std::string tokens = compileXlsFormula(parsed).value();
+    const FormulaValue value = evaluator.valueOf(cell, std::move(parsed));
     beginCell(record::Formula, cell);
     if (value.kind == FormulaValue::Kind::Number)
         out.f64(value.number);

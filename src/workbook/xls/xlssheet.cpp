@@ -97,16 +97,16 @@ void writeXlsSheet(const BookData &book, const SheetData &sheet, const StyleTabl
     writeXlsBegin(XlsPart::Sheet, out);
     const std::uint32_t indexAt = reserveIndex(rowRange(sheet), out);
     writeXlsPage(sheet, rowTwips, out);
-    std::string index;
-    appendU32(index, out.position());
+    Buffer index;
+    index.u32(out.position());
     out.flag(record::DefColWidth, defaultColumnChars);
     columns(book, sheet, styles, out);
     dimensions(sheet, out);
     for (const std::uint32_t end : XlsCells(book, sheet, styles, strings, out).write(rowTwips))
-        appendU32(index, end);
+        index.u32(end);
     writeXlsView(sheet, isFirst, out);
     out.begin(record::Eof).end();
-    out.patch(indexAt, index);
+    out.patch(indexAt, index.view());
 }
 
 } // namespace workbook

@@ -29,10 +29,10 @@ void writeXls(const BookData &book, ByteSink &sink)
     RecordWriter records(sink);
     const std::vector<std::uint32_t> places = writeXlsGlobals(book, styles, strings, records);
     for (std::size_t i = 0; i < book.sheets.size(); ++i) {
-        std::string position;
-        appendU32(position, records.position());
+        Buffer position;
+        position.u32(records.position());
         writeXlsSheet(book, book.sheets[i], styles, strings, i == 0, records);
-        records.patch(places[i], position);
+        records.patch(places[i], position.view());
     }
     records.flush();
     container.finish();
@@ -40,7 +40,8 @@ void writeXls(const BookData &book, ByteSink &sink)
 
 bool isXlsFormula(std::u16string_view text)
 {
-    return compileXlsFormula(text).has_value();
+    const std::optional<FormulaTokens> formula = parseFormula(text);
+    return formula && compileXlsFormula(*formula);
 }
 
 } // namespace

@@ -148,7 +148,9 @@ void XlsxSheet::cell(const Cell &cell, std::string_view rowName)
  */
 void XlsxSheet::formula(const Cell &cell)
 {
-    const FormulaValue value = evaluator.valueOf(cell);
+    auto parsed = parseFormula(book.formulas.at(cell.index));
+    const FormulaValue value =
+        parsed ? evaluator.valueOf(cell, std::move(*parsed)) : FormulaValue{};
     const bool isNumber = value.kind == FormulaValue::Kind::Number;
     const bool isError = value.kind == FormulaValue::Kind::DivisionByZero ||
                          value.kind == FormulaValue::Kind::Overflow;

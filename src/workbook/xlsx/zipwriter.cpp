@@ -1,6 +1,6 @@
 #include "workbook/xlsx/zipwriter.h"
 
-#include "workbook/writing/bytes.h"
+#include "workbook/writing/buffer.h"
 #include "workbook/writing/bytesink.h"
 
 #include <algorithm>
@@ -78,18 +78,12 @@ void ZipWriter::checkRange(std::uint64_t value)
         sink.fail();
 }
 
-void ZipWriter::appendCommonHeader(std::string &out, const Entry &entry)
+void ZipWriter::appendCommonHeader(Buffer &out, const Entry &entry)
 {
-    appendU16(out, version);
-    appendU16(out, 0);
-    appendU16(out, methodDeflate);
-    appendU16(out, 0);
-    appendU16(out, firstDate);
-    appendU32(out, entry.checksum);
-    appendU32(out, static_cast<std::uint32_t>(entry.packedBytes));
-    appendU32(out, static_cast<std::uint32_t>(entry.plainBytes));
-    appendU16(out, static_cast<unsigned>(entry.name.size()));
-    appendU16(out, 0);
+    out.u16(version).u16(0).u16(methodDeflate).u16(0).u16(firstDate).u32(entry.checksum);
+    out.u32(static_cast<std::uint32_t>(entry.packedBytes));
+    out.u32(static_cast<std::uint32_t>(entry.plainBytes));
+    out.u16(static_cast<unsigned>(entry.name.size())).u16(0);
 }
 
 void ZipWriter::begin(std::string_view name)
@@ -100,10 +94,10 @@ void ZipWriter::begin(std::string_view name)
     Entry entry;
     entry.name = name;
     entry.offset = sink.size();
-    std::string header;
-    appendU32(header, localSignature);
+    Buffer header;
+    header.u32(localSignature);
     appendCommonHeader(header, entry);
-    sink.append(header + entry.name);
+    sink.append(header.append(entry.name).view());
     entries.push_back(std::move(entry));
 }
 
@@ -141,9 +135,9 @@ void ZipWriter::end()
     deflate({}, Z_FINISH);
     const Entry &entry = entries.back();
     checkRange(std::max(entry.packedBytes, entry.plainBytes));
-    std::string header;
+    Buffer header;
     appendCommonHeader(header, entry);
-    sink.patch(entry.offset + signatureBytes, header);
+    sink.patch(entry.offset + signatureBytes, header.view());
 }
 
 void ZipWriter::add(std::string_view name, std::string_view bytes)
@@ -158,29 +152,21 @@ void ZipWriter::finish()
     if (entries.size() >= std::numeric_limits<std::uint16_t>::max())
         sink.fail();
     const std::uint64_t centralOffset = sink.size();
-    std::string central;
+    Buffer central;
     for (const Entry &entry : entries) {
-        appendU32(central, centralSignature);
-        appendU16(central, version);
+        central.u32(centralSignature).u16(version);
         appendCommonHeader(central, entry);
-        appendU16(central, 0);
-        appendU16(central, 0);
-        appendU16(central, 0);
-        appendU32(central, 0);
-        appendU32(central, static_cast<std::uint32_t>(entry.offset));
-        central += entry.name;
+        central.u16(0).u16(0).u16(0).u32(0);
+        central.u32(static_cast<std::uint32_t>(entry.offset)).append(entry.name);
     }
-    sink.append(central);
+    sink.append(central.view());
 
-    std::string end;
-    appendU32(end, endSignature);
-    appendU32(end, 0);
-    appendU16(end, static_cast<unsigned>(entries.size()));
-    appendU16(end, static_cast<unsigned>(entries.size()));
-    appendU32(end, static_cast<std::uint32_t>(central.size()));
-    appendU32(end, static_cast<std::uint32_t>(centralOffset));
-    appendU16(end, 0);
-    sink.append(end);
+    const auto count = static_cast<unsigned>(entries.size());
+    Buffer end;
+    end.u32(endSignature).u32(0).u16(count).u16(count);
+    end.u32(static_cast<std::uint32_t>(central.size()));
+    end.u32(static_cast<std::uint32_t>(centralOffset)).u16(0);
+    sink.append(end.view());
     checkRange(sink.size());
 }
 

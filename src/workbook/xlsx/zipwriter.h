@@ -9,6 +9,7 @@
 namespace workbook
 {
 
+class Buffer;
 class ByteSink;
 
 /**
@@ -47,7 +48,7 @@ private:
     };
     struct Deflater;
 
-    static void appendCommonHeader(std::string &out, const Entry &entry);
+    static void appendCommonHeader(Buffer &out, const Entry &entry);
     void deflate(std::string_view bytes, int flush);
     void checkRange(std::uint64_t value);
 
