@@ -2,8 +2,8 @@
 
 #include <sys/resource.h>
 
-/// Lets this process open as many files as the system grants it. Each schema that is served takes
-/// about four: what a shell allows at first ends at 250 schemas.
+/// Raises this process's limit of open files to the hard limit. Each schema that is served takes
+/// about four: the usual soft limit ends at 250 schemas.
 inline void raiseFileLimit()
 {
     rlimit limit = {};

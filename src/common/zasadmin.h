@@ -6,13 +6,13 @@
 #include <QUrl>
 
 /**
- * What the helpers know of the logged-in administrator and of the product's licence. Both belong
- * to the host, which fills them when it starts and at log-in; only its thread touches them.
+ * The logged-in administrator and the product's licence. Both belong to the host, which sets them
+ * at start-up and log-in; only its thread uses them.
  */
 namespace ZAS
 {
 
-/// Permissions of an administrator, bits that only the host gives a meaning.
+/// Permissions of an administrator; the host defines what each bit means.
 enum class AdminPerms : unsigned int { None = 0, Closure = 1 };
 
 /// Screens of the product that can be closed to an administrator.
@@ -23,17 +23,17 @@ struct LoginInfo {
     QString name;
     QString login;
     QString email;
-    unsigned int permissions = 0; ///< AdminPerms, or-ed
+    unsigned int permissions = 0; ///< bits of AdminPerms
     QSet<int> closedScreens;      ///< GUIStates
     QString uids;                 ///< people whom the administrator may see, joined with ","
 
-    /// "name (login)"
+    /// Returns "name (login)".
     QString getName() const;
-    /// The built-in account "system", to which everything is open.
+    /// Returns whether this is the built-in account "system", which may do everything.
     bool isSupervisor() const;
     bool checkPerm(AdminPerms permission) const;
     bool checkPersonAccess(unsigned int uid) const;
-    /// Whether the administrator may close months.
+    /// Returns whether the administrator may close months.
     bool closurePerms() const;
 };
 
@@ -49,16 +49,16 @@ extern LicenseInfo license;
 
 /**
  * Reads the people whom the current administrator may see into `curAdmin.uids`: all active ones for
- * the built-in accounts (ids below 2). On the default connection; a failure is logged and leaves
- * nobody.
+ * the built-in accounts (ids below 2). Uses the default connection; on an error, logged, the list
+ * is empty.
  */
 void loadCurrentAdminPeopleUids();
 
 bool isModule(const QString &module);
 bool guiAccess(GUIStates screen);
 
-/// The support chat with company, name and mail filled in; its host is set when the product is
-/// built (AUTOREPORT_SUPPORT_CHAT_URL).
+/// Returns the address of the support chat with company, name and mail as query items. Its host is
+/// a setting of the build, AUTOREPORT_SUPPORT_CHAT_URL.
 QUrl getSupportChatUrl();
 
 } // namespace ZAS

@@ -12,11 +12,11 @@ namespace ZAS
 
 unsigned int midnightFromTs(unsigned int ts);
 unsigned int currentMidnight();
-/// The midnights of the following and of the preceding day.
+/// Return the midnights of the following and of the preceding day.
 long long nextMidnight(long long ts);
 long long prevMidnight(long long ts);
 
-/// The midnights of the first and of the last day of the month.
+/// Return the midnights of the first and of the last day of the month.
 unsigned int firstDayOfMonth(unsigned int ts);
 unsigned int lastDayOfMonth(unsigned int ts);
 
@@ -30,22 +30,23 @@ QString monthStrFromTimestamp(long long ts);
 QString monthString(unsigned int monthKey);
 
 /**
- * Working days of a month of `days` days that begins on `firstDayOfWeek` (1 = Monday), Saturdays,
- * Sundays and `holidays` left out. Negative where there are more holidays than working days.
+ * Returns the working days of a month of `days` days that begins on `firstDayOfWeek` (1 = Monday),
+ * without Saturdays, Sundays and `holidays`. Negative if there are more holidays than working days.
  */
 int workingDaysInMonth(unsigned char days, unsigned char firstDayOfWeek, unsigned char holidays);
 
-/// 7 less the free days: bits 0 to 6 of `freeDays` mark one day of the week each, bit 7 nothing.
+/// Returns 7 minus the free days: bits 0 to 6 of `freeDays` mark a day of the week each; bit 7 is
+/// ignored.
 unsigned char workingDaysInWeek(unsigned char freeDays);
 
 /**
- * The first day of the month of the oldest attendance record on the default connection; of the
- * current month when there is no record or the query fails, which is logged. The thread of the
- * default connection only.
+ * Returns the first day of the month of the oldest attendance record on the default connection; of
+ * the current month if there is no record or the query fails, which is logged. Call it in the
+ * thread of the default connection.
  */
 QDate findFirstMonth();
 
-/// The Slovak name; 1 = Monday ... 6 = Saturday, any other value is Sunday.
+/// Returns the Slovak name: 1 = Monday ... 6 = Saturday, any other value is Sunday.
 QString getDayName(unsigned char dayOfWeek, bool shortForm);
 
 } // namespace ZAS

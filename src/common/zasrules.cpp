@@ -11,9 +11,16 @@ namespace
 {
 
 constexpr std::array<int, 6> roundingSteps{0, 60, 300, 900, 1800, 3600};
+constexpr std::array<const char *, roundingSteps.size()> roundingLabels{
+    QT_TRANSLATE_NOOP("ZAS", "bez zaokrúhľovania"),
+    QT_TRANSLATE_NOOP("ZAS", "minúta"),
+    QT_TRANSLATE_NOOP("ZAS", "5 minút"),
+    QT_TRANSLATE_NOOP("ZAS", "15 minút"),
+    QT_TRANSLATE_NOOP("ZAS", "30 minút"),
+    QT_TRANSLATE_NOOP("ZAS", "hodina")};
 constexpr std::array<unsigned short, 4> dayIssueSteps{0, 60, 300, 900};
 
-/// The place of `value` in `steps`, 0 when it is none of them.
+/// Returns the index of `value` in `steps`, 0 if it is not there.
 template <class Steps>
 int indexOf(const Steps &steps, int value)
 {
@@ -44,20 +51,8 @@ int ZAS::roundValToIndex(int seconds)
 
 QString ZAS::roundValToString(int seconds)
 {
-    switch (seconds) {
-    case 60:
-        return QCoreApplication::translate("ZAS", "minúta");
-    case 300:
-        return QCoreApplication::translate("ZAS", "5 minút");
-    case 900:
-        return QCoreApplication::translate("ZAS", "15 minút");
-    case 1800:
-        return QCoreApplication::translate("ZAS", "30 minút");
-    case 3600:
-        return QCoreApplication::translate("ZAS", "hodina");
-    default:
-        return QCoreApplication::translate("ZAS", "bez zaokrúhľovania");
-    }
+    return QCoreApplication::translate(
+        "ZAS", roundingLabels.at(static_cast<std::size_t>(roundValToIndex(seconds))));
 }
 
 int ZAS::dayIssuesIndexFromInterval(unsigned short seconds)

@@ -17,10 +17,10 @@ constexpr unsigned long long hoursPerDay = 24;
 
 constexpr unsigned int hoursAlone = 1;
 constexpr unsigned int hoursAndMinutes = 2;
-constexpr unsigned int withSeconds = 3;
+constexpr unsigned int hoursToSeconds = 3;
 constexpr std::size_t longestTime = 32; // the largest number of hours has 16 digits
 
-/// Puts `number` with at least two digits in front of `end` and answers where it begins.
+/// Writes `number`, two digits at least, so that it ends at `end`. Returns its beginning.
 QChar *putBefore(QChar *end, unsigned long long number)
 {
     for (int digits = 0; digits < 2 || number > 0; ++digits, number /= 10)
@@ -30,7 +30,7 @@ QChar *putBefore(QChar *end, unsigned long long number)
 
 unsigned int customersFormat()
 {
-    return ZAS::timeSecondPrecision ? withSeconds : hoursAndMinutes;
+    return ZAS::timeSecondPrecision ? hoursToSeconds : hoursAndMinutes;
 }
 
 } // namespace
@@ -57,7 +57,7 @@ QString ZAS::tsToTimeString(long long seconds, unsigned int format, bool limit24
     if (limit24 && seconds > secondsPerDay)
         hours %= hoursPerDay;
 
-    // A report writes hundreds of thousands of these: composed from its end, in one piece.
+    // A report writes hundreds of thousands of these: built from the end, without temporaries.
     std::array<QChar, longestTime> buffer;
     QChar *const end = buffer.data() + buffer.size();
     QChar *begin = end;
@@ -122,12 +122,12 @@ QString ZAS::tsToDateTimeString(unsigned int ts)
 
 unsigned int ZAS::secondsFromTimestamp(unsigned int ts)
 {
-    // From the clock's hands, not from midnight: days of summer time are shorter or longer.
+    // By the clock, not from midnight: a day has 23, 24 or 25 hours.
     const QTime time = QDateTime::fromSecsSinceEpoch(ts).time();
     return static_cast<unsigned int>(time.hour() * 3600 + time.minute() * 60 + time.second());
 }
 
-QString ZAS::getMask4timeValue(const QString &value, bool showSeconds)
+QString ZAS::getMask4timeValue(const QString &value, bool withSeconds)
 {
     const QString digit = QStringLiteral("[0-9]");
     const QString two = digit + digit;
@@ -136,5 +136,5 @@ QString ZAS::getMask4timeValue(const QString &value, bool showSeconds)
         hourDigits += c.isDigit() ? 1 : 0;
     const QString hours = digit.repeated(qMax(2, hourDigits));
     const QString mask = hours + QLatin1Char(':') + two;
-    return showSeconds ? mask + QLatin1Char(':') + two : mask;
+    return withSeconds ? mask + QLatin1Char(':') + two : mask;
 }

@@ -13,15 +13,15 @@
 namespace ZAS
 {
 
-/// The customer shows times with seconds. The host sets it when it starts.
+/// Whether the customer shows times with seconds. The host sets it at start-up.
 extern bool timeSecondPrecision;
 
-/// Two names of the same value; neither sets it.
+/// Both return `timeSecondPrecision`.
 bool useSecondPrecision();
 bool isTimeSecondPrecision();
 
 /**
- * A duration as text, every number padded to two digits at least.
+ * Returns a duration as text, every number padded to at least two digits.
  *
  * `format` 1 gives the hours alone and never a sign, 2 hours:minutes, any other value
  * hours:minutes:seconds. With `limit24` a non-negative duration of more than 86,400 seconds keeps
@@ -29,29 +29,30 @@ bool isTimeSecondPrecision();
  */
 QString tsToTimeString(long long seconds, unsigned int format, bool limit24);
 
-/// In the customer's precision, not wrapped.
+/// The same in the customer's precision, not wrapped.
 QString tsToTimeString(long long seconds);
-/// In the customer's precision, wrapped after a day.
+/// The same in the customer's precision, wrapped after a day.
 QString tsToTimeStringLimit(long long seconds);
 
 /**
- * The inverse of the texts of formats 2 and 3, sign and more than 99 hours included; a single
- * digit will do for the hours. Nothing for a text of another shape, minutes or seconds above 59,
- * or a duration that does not fit.
+ * Parses the texts of formats 2 and 3, with their sign and more than 99 hours; the hours may have a
+ * single digit. Returns nothing for a text of another shape, minutes or seconds above 59, or a
+ * duration that does not fit.
  */
 std::optional<long long> timeStringToTs(const QString &text);
 
-/// The local date in the short format of the system's locale.
+/// Returns the local date in the short format of the system's locale.
 QString tsToDateString(unsigned int ts);
-/// The same, a blank, and the time of day in the customer's precision.
+/// Returns the same, a blank, and the time of day in the customer's precision.
 QString tsToDateTimeString(unsigned int ts);
 
-/// What a local clock shows, as seconds: hour * 3600 + minute * 60 + second.
+/// Returns the time of day that a local clock shows: hour * 3600 + minute * 60 + second.
 unsigned int secondsFromTimestamp(unsigned int ts);
 
 /**
- * An input mask for a time field that holds `value`: the digit class "[0-9]" for each digit of the
- * hours, two at least, and two each for minutes and, where asked, seconds, with colons between.
+ * Returns an input mask for a time field that holds `value`: the digit class "[0-9]" for each digit
+ * of the hours, at least two, and two each for minutes and, if `withSeconds`, seconds, separated by
+ * colons.
  */
 QString getMask4timeValue(const QString &value, bool withSeconds);
 
