@@ -123,7 +123,10 @@ AttenReport::End AttenReport::writeRows(ReportContent &content, const ReportRun 
     for (int row = 0; row < total; ++row) {
         if (isStopRequested(run))
             return End::StoppedInRows;
-        if (!content.writeNextRow() && isConnectionLost(run, database))
+        const bool complete = content.writeNextRow();
+        if (!complete && isStopRequested(run))
+            return End::StoppedInRows;
+        if (!complete && isConnectionLost(run, database))
             return End::ConnectionLost;
         if (run.progress)
             run.progress(total);

@@ -1,6 +1,5 @@
 #include "reports/dailyattenreport.h"
 
-#include "common/period.h"
 #include "common/zascalendar.h"
 #include "reports/dailyattensheet.h"
 #include "reports/duration.h"
@@ -11,21 +10,16 @@
 class DailyAttenReport::Content : public ReportContent
 {
 public:
-    Content(DailyAttenReport &owner, const QDate &lastDay)
+    Content(DailyAttenReport &owner, const ReportRun &run)
         : report(owner)
-        , data(owner.database, owner.options)
-        , today(lastDay)
+        , today(run.now.date())
+        , data(report.database, report.options, today, [&run] { return isStopRequested(run); })
     {
     }
 
-    bool loadPeople() override
-    {
-        const auto found = data.people(today);
-        people = found.value_or(QVector<DailyAttenPerson>());
-        return found.has_value();
-    }
+    bool loadPeople() override { return data.loadPeople(); }
 
-    int rowCount() const override { return today.day() * people.size(); }
+    int rowCount() const override { return today.day() * data.people().size(); }
 
     bool loadValues() override
     {
@@ -44,12 +38,10 @@ public:
 
     bool writeNextRow() override
     {
-        const int person = written % people.size();
-        if (person == 0)
-            day = data.day(firstOfMonth(today).addDays(written / people.size()));
+        const DailyAttenPerson &person = data.people().at(written % data.people().size());
+        const DailyAttenRow row = data.row(person, 1 + written / data.people().size());
         ++written;
-        const DailyAttenRow row = data.row(people.at(person), *day);
-        sheet->writeRow(people.at(person), row);
+        sheet->writeRow(person, row);
         return row.complete;
     }
 
@@ -57,11 +49,9 @@ public:
 
 private:
     DailyAttenReport &report;
-    DailyAttenData data;
     QDate today;
-    QVector<DailyAttenPerson> people;
+    DailyAttenData data;
     std::unique_ptr<DailyAttenSheet> sheet;
-    std::optional<AttenDay> day;
     int written = 0;
 };
 
@@ -85,7 +75,7 @@ QString DailyAttenReport::fileNameByOptions(const QDate &today) const
 std::unique_ptr<ReportContent> DailyAttenReport::createContent(const ReportRun &run)
 {
     uids = run.settings.uids;
-    return std::make_unique<Content>(*this, run.now.date());
+    return std::make_unique<Content>(*this, run);
 }
 
 AttenReport::MailTexts DailyAttenReport::mailTexts(const QDate &today) const

@@ -34,3 +34,26 @@ struct DailyAttenRow {
     QMap<QString, InterruptionTotal> interruptions; ///< by shortcut
     bool complete = true; ///< false when a query failed, so that values may be missing
 };
+
+/// A kind of record in `atten_data` that corrects a day, and where its seconds count.
+struct Correction {
+    int iid;
+    double DailyAttenRow::*seconds;
+};
+
+constexpr Correction corrections[] = {
+    {1000, &DailyAttenRow::unrecognisedSeconds},
+    {1001, &DailyAttenRow::roundingSeconds},
+    {1002, &DailyAttenRow::penaltySeconds},
+    {1003, &DailyAttenRow::movedSeconds},
+};
+
+/// Returns null for any other record.
+inline const Correction *correctionOf(int iid)
+{
+    for (const Correction &correction : corrections) {
+        if (correction.iid == iid)
+            return &correction;
+    }
+    return nullptr;
+}

@@ -219,6 +219,7 @@ private Q_SLOTS:
                 host->addSchemas({QString("idle%1").arg(i)}, *schema);
             busy.push_back(std::make_unique<TestDatabase>(TestDatabase::Tables::Schema));
             addPeople(*busy.back(), std::max(1000, peopleForSeconds() / 4));
+            slowDown(*busy.back());
             enableDailyReport(*busy.back(), "a@firma.sk");
             host->addSchemas({QString("late%1").arg(i)}, *busy.back());
         }

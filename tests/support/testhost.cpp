@@ -64,3 +64,9 @@ int peopleForSeconds()
 {
     return 21000 / QDate::currentDate().day();
 }
+
+void slowDown(const TestDatabase &schema)
+{
+    schema.exec("ALTER TABLE atten MODIFY uid DECIMAL(10) NOT NULL;\n"
+                "ALTER TABLE atten_data MODIFY uid DECIMAL(10) NOT NULL");
+}

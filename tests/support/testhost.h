@@ -47,5 +47,10 @@ void addPeople(const TestDatabase &schema, int count);
 /// Whether the plug-in has a scan to go on with.
 bool isScanning(const QObject &plugin);
 
-/// So many people that a daily report of today takes seconds, early in a month too.
+/// So many people that a daily report of today takes seconds, early in a month too, if its rows are
+/// read one by one.
 int peopleForSeconds();
+
+/// Lets each row of a daily report be read for itself: people and days are told apart by whole
+/// numbers when rows are read ahead.
+void slowDown(const TestDatabase &schema);

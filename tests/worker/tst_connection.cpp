@@ -56,20 +56,26 @@ private Q_SLOTS:
 
     void lostDuringRun_data()
     {
-        addColumns<bool, QString>("queueing", "options");
-        addRow("while it reads", false, reconnects);
-        addRow("while it reads, for good", false, "");
-        addRow("while it queues", true, reconnects);
+        addColumns<QString, QString, QString>("statement", "at", "options");
+        addRow("while it reads", "DO 0", "FROM atten", reconnects);
+        addRow("while it reads, for good", "DO 0", "FROM atten", "");
+        addRow("while it reads ahead", "LOCK TABLES atten_data WRITE", "FROM atten_data",
+               reconnects);
+        addRow("while it queues",
+               "CREATE TRIGGER slow AFTER INSERT ON emails FOR EACH ROW DO SLEEP(0.5)",
+               "User sleep", reconnects);
     }
 
     /// Nothing is done half, and the next tick does it whole.
     void lostDuringRun()
     {
-        QFETCH(bool, queueing);
+        QFETCH(QString, statement);
+        QFETCH(QString, at);
         QFETCH(QString, options);
-        addPeople(*schema, queueing ? 2 : peopleForSeconds());
-        if (queueing)
-            schema->exec("CREATE TRIGGER slow AFTER INSERT ON emails FOR EACH ROW DO SLEEP(0.5)");
+        addPeople(*schema, at == "FROM atten" ? peopleForSeconds() : 2);
+        if (at == "FROM atten")
+            slowDown(*schema);
+        schema->exec(statement);
         QSemaphore nextTick;
         std::thread run([this, &nextTick, &options] {
             AutoReportWorker worker(config(options), nullptr);
@@ -84,10 +90,10 @@ private Q_SLOTS:
             run.join();
         });
         // Not the first statement: to lose that one looks like an empty answer.
-        const QString isAtIt = QString("CONCAT_WS(' ', state, info) LIKE '%%1%'")
-                                   .arg(queueing ? "User sleep" : "FROM atten");
+        const QString isAtIt = QString("CONCAT_WS(' ', state, info) LIKE '%%1%'").arg(at);
         QVERIFY(QTest::qWaitFor([&] { return connection(isAtIt) != 0; }, patienceMs));
         killConnection();
+        schema->exec("UNLOCK TABLES");
         QTRY_COMPARE_WITH_TIMEOUT(logged("database connection lost, no mail queued!"), 1,
                                   patienceMs);
         QCOMPARE(mails(), 0);

@@ -1,0 +1,261 @@
+#include "reports/dailyattenahead.h"
+
+#include "common/freshquery.h"
+#include "common/period.h"
+
+#include <QSqlField>
+#include <QSqlRecord>
+#include <QVariant>
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <utility>
+
+namespace
+{
+
+// With these a result has some thousand rows, and holds a megabyte until it is read.
+constexpr int peoplePerStatement = 500; ///< servers treat lists of 1,000 and more in another way
+constexpr int cellsAhead = 8000;
+
+// The first columns of all statements, whose values follow.
+enum Column { Uid, Moment, FirstValue };
+
+int dividedUp(int count, int divisor)
+{
+    return (count + divisor - 1) / divisor;
+}
+
+/// Whether the server compares the column with numbers as we do: as whole numbers.
+bool isWholeNumber(const QSqlField &field)
+{
+    constexpr int yearType = 13; // to the server its 5 equals 2005
+    switch (static_cast<int>(field.type())) {
+    case QMetaType::Char:
+    case QMetaType::UChar:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+        return field.typeID() != yearType;
+    default:
+        return false;
+    }
+}
+
+/// Whether the sums of such numbers are exact, as long as they are less than four million.
+bool addsExactly(double seconds)
+{
+    constexpr double limit = 2147483648.0; // 2^31; doubles are exact up to 2^53
+    return std::abs(seconds) <= limit && std::trunc(seconds) == seconds;
+}
+
+/// Returns whether the total would be the same if the addends came in any other order.
+bool add(double &total, double seconds, bool isFirst)
+{
+    const bool exact = isFirst || (addsExactly(total) && addsExactly(seconds));
+    total += seconds;
+    return exact;
+}
+
+} // namespace
+
+/// A row in the making.
+struct DailyAttenAhead::Cell {
+    DailyAttenRow row;
+    DayValues seen;             ///< attendance and overtime of which there was a row
+    DayValues doubtful;         ///< values that the order of rows may change
+    unsigned int corrected = 0; ///< a bit for each correction of which there was a row
+
+    void take(DayValue value, const QSqlQuery &query)
+    {
+        switch (value) {
+        case DayValue::Attendance:
+            takeAttendance(query);
+            break;
+        case DayValue::Overtime:
+            takeOvertime(query);
+            break;
+        case DayValue::Corrections:
+            takeCorrection(query);
+            break;
+        case DayValue::Interruptions:
+            takeInterruption(query);
+            break;
+        }
+    }
+
+private:
+    void takeAttendance(const QSqlQuery &query)
+    {
+        takeOnly(DayValue::Attendance);
+        row.workedSeconds = query.value(FirstValue + 1).toDouble();
+        row.unworkedSeconds = query.value(FirstValue).toDouble() - row.workedSeconds;
+    }
+    void takeOvertime(const QSqlQuery &query)
+    {
+        takeOnly(DayValue::Overtime);
+        row.overtimeSeconds = query.value(FirstValue).toDouble();
+    }
+    void takeCorrection(const QSqlQuery &query)
+    {
+        const Correction *correction = correctionOf(query.value(FirstValue).toInt());
+        if (!correction)
+            return;
+        const unsigned int bit = 1U << (correction - corrections);
+        const double seconds = query.value(FirstValue + 1).toDouble();
+        if (!add(row.*correction->seconds, seconds, (corrected & bit) == 0))
+            doubtful |= DayValue::Corrections;
+        corrected |= bit;
+    }
+    void takeInterruption(const QSqlQuery &query)
+    {
+        InterruptionTotal &total = row.interruptions[query.value(FirstValue + 2).toString()];
+        const double seconds = query.value(FirstValue + 1).toDouble();
+        if (!add(total.seconds, seconds, total.count == 0))
+            doubtful |= DayValue::Interruptions;
+        ++total.count;
+    }
+    /// Of several rows the last counts, and which one that is the server alone knows.
+    void takeOnly(DayValue value)
+    {
+        if (seen.testFlag(value))
+            doubtful |= value;
+        seen |= value;
+    }
+};
+
+struct DailyAttenAhead::Block {
+    int firstPerson = 0;
+    int people = 0;
+    int firstDay = 0; ///< 0: nothing is read
+    int days = 0;
+    DayValues open;          ///< of all cells
+    bool failed = false;     ///< an error came up
+    std::vector<Cell> cells; ///< the days of the first person, then those of the next
+};
+
+DailyAttenAhead::DailyAttenAhead(const QSqlDatabase &db, const DailyAttenOptions &reportOptions,
+                                 const QDate &today, std::function<bool()> stopped)
+    : database(db)
+    , options(reportOptions)
+    , statements(reportOptions)
+    , isStopped(std::move(stopped))
+{
+    for (int day = 0; day <= today.day(); ++day)
+        starts.append(dayStartSeconds(firstOfMonth(today).addDays(day)));
+}
+
+DailyAttenAhead::~DailyAttenAhead() = default;
+
+void DailyAttenAhead::setPeople(const QVector<unsigned int> &uids)
+{
+    people.clear();
+    places.clear();
+    for (const unsigned int uid : uids) {
+        if (places.contains(uid))
+            continue;
+        places.insert(uid, people.size());
+        people.append(uid);
+    }
+    const int count = std::max(1, people.size());
+    const int days = starts.size() - 1;
+    // Blocks of about the same size.
+    const int batches = dividedUp(count, peoplePerStatement);
+    peoplePerBlock = dividedUp(count, batches);
+    daysPerBlock = dividedUp(days, dividedUp(days, std::clamp(cellsAhead / count, 1, days)));
+    blocks.clear();
+    blocks.resize(std::size_t(batches));
+}
+
+std::optional<DailyAttenAhead::Row> DailyAttenAhead::row(unsigned int uid, int dayOfMonth)
+{
+    const int place = places.value(uid);
+    const int batch = place / peoplePerBlock;
+    const int firstDay = (dayOfMonth - 1) / daysPerBlock * daysPerBlock + 1;
+    Block &block = blocks[std::size_t(batch)];
+    const bool isNew = block.firstDay != firstDay;
+    if (isNew && !load(block, batch, firstDay))
+        return std::nullopt;
+    const int index = (place - block.firstPerson) * block.days + dayOfMonth - firstDay;
+    const Cell &cell = block.cells[std::size_t(index)];
+    Row result{cell.row, block.open | cell.doubtful};
+    result.row.complete = !(isNew && block.failed);
+    return result;
+}
+
+/// Returns false, with nothing loaded, when stopped.
+bool DailyAttenAhead::load(Block &block, int batch, int firstDay)
+{
+    if (daysPerBlock == 1) { // the people are too many to be held all, and each batch comes once
+        for (Block &other : blocks)
+            other = Block();
+    }
+    block = Block();
+    block.firstPerson = batch * peoplePerBlock;
+    block.people = std::min(peoplePerBlock, people.size() - block.firstPerson);
+    block.days = std::min(daysPerBlock, starts.size() - firstDay);
+    block.firstDay = firstDay;
+    block.cells.resize(std::size_t(block.people) * std::size_t(block.days));
+    for (const DayValue value : dayValues) {
+        if (!statements.values().testFlag(value))
+            continue;
+        if (isStopped()) {
+            block = Block();
+            return false;
+        }
+        if (!read(value, block))
+            block.open |= value;
+    }
+    return true;
+}
+
+/// Returns false when the value must be left open in all cells.
+bool DailyAttenAhead::read(DayValue value, Block &block)
+{
+    const auto first = starts.cbegin() + block.firstDay - 1;
+    const auto end = first + block.days;
+    // A zone that left out a day has none of its moments; what its statements find is up to them.
+    if (std::adjacent_find(first, end + 1, std::greater_equal<>()) != end + 1)
+        return false;
+    QSqlQuery query = freshQuery(database);
+    const auto uids = people.mid(block.firstPerson, block.people);
+    // A connection lost in the middle may look like a statement without a result.
+    if (!query.exec(statements.forMany(value, uids, {*first, *end})) || !query.isSelect()) {
+        block.failed = true;
+        return false;
+    }
+    const QSqlRecord record = query.record();
+    if (!isWholeNumber(record.field(Uid)) || !isWholeNumber(record.field(Moment)))
+        return false;
+    const bool onlyFirstMoments = value == DayValue::Overtime && !options.advancedOvertime;
+    while (query.next()) {
+        Cell *cell = cellOf(query, block);
+        if (!cell)
+            return false;
+        if (!onlyFirstMoments || isFirstMoment(query))
+            cell->take(value, query);
+    }
+    return true;
+}
+
+/// Returns null for a row that the block did not ask for.
+DailyAttenAhead::Cell *DailyAttenAhead::cellOf(const QSqlQuery &query, Block &block) const
+{
+    const int person = places.value(query.value(Uid).toLongLong(), -1) - block.firstPerson;
+    const auto firstDay = starts.cbegin() + block.firstDay - 1;
+    const auto after =
+        std::upper_bound(firstDay, firstDay + block.days + 1, query.value(Moment).toLongLong());
+    const int day = int(std::distance(firstDay, after)) - 1;
+    if (person < 0 || person >= block.people || day < 0 || day >= block.days)
+        return nullptr;
+    return &block.cells[std::size_t(person) * std::size_t(block.days) + std::size_t(day)];
+}
+
+bool DailyAttenAhead::isFirstMoment(const QSqlQuery &query) const
+{
+    return std::binary_search(starts.cbegin(), starts.cend(), query.value(Moment).toLongLong());
+}

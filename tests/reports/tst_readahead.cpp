@@ -1,0 +1,367 @@
+#include "reports/dailyattenreport.h"
+#include "reports/dailyattensheet.h"
+#include "reports/reportbook.h"
+
+#include "support/reportbench.h"
+
+#include <cmath>
+#include <random>
+
+namespace
+{
+
+/// A company from a random seed, with all that a customer's tables may hold, wanted or not.
+class Company
+{
+public:
+    explicit Company(unsigned seed)
+        : random(seed)
+    {
+        options.decimalTime = one(2);
+        options.advancedOvertime = one(2);
+        options.interruptions = !one(4);
+        today = pick<QDate>({{2026, 3, 31},
+                             {2026, 3, 29},
+                             {2026, 10, 31},
+                             {2026, 10, 25},
+                             {2024, 2, 29},
+                             {2026, 1, 1},
+                             {2026, 7, 31},
+                             {2026, 11, 3}});
+        isLarge = one(20);
+        const unsigned people = isLarge ? 700 : 1 + below(12);
+        for (unsigned i = 0; i < people; ++i)
+            uids.append(isLarge ? QString::number(i * 3) : pick(oddUids));
+        uids.removeDuplicates();
+    }
+
+    QString sql()
+    {
+        QStringList statements{"SET sql_mode = 'NO_AUTO_VALUE_ON_ZERO'"};
+        for (const QString &uid : qAsConst(uids)) {
+            statements << "INSERT INTO people (uid, pid, name, surname) VALUES "
+                          "(%1, %1 % 1000, 'Ján', 'P%1')";
+            statements.last().replace("%1", uid);
+            for (int day = 1; day <= today.day(); ++day)
+                addRows(uid, day);
+        }
+        statements << tables() << catalogue();
+        statements << "INSERT IGNORE INTO atten VALUES " + attendance.join(", ");
+        statements << "INSERT IGNORE INTO atten_data VALUES " + records.join(", ");
+        if (one(6))
+            statements << pick(missing);
+        return statements.join(";\n");
+    }
+
+    DailyAttenOptions options;
+    QDate today;
+    int shift = -1; ///< of all rows: the table is not loaded
+    bool isLarge;   ///< too large for every row to be read for itself
+
+private:
+    unsigned below(unsigned limit) { return unsigned(random()) % limit; }
+    bool one(unsigned of) { return below(of) == 0; }
+    template <typename T>
+    T pick(const QVector<T> &from)
+    {
+        return from.at(int(below(unsigned(from.size()))));
+    }
+    /// The first in most companies.
+    QString type(const QString &usual, const QVector<QString> &others)
+    {
+        return one(8) ? pick(others) : usual;
+    }
+    QString numberType()
+    {
+        return type("DOUBLE NULL", {"INT", "TEXT", "DECIMAL(14,3)", "FLOAT NULL", "BIGINT"});
+    }
+    QString keyType()
+    {
+        return type("INT UNSIGNED NULL",
+                    {"INT NULL", "BIGINT", "BIGINT UNSIGNED", "INT(9) ZEROFILL", "VARCHAR(20)",
+                     "DECIMAL(20,2)", "DOUBLE NULL", "VARBINARY(20)", "DATETIME NULL"});
+    }
+    QStringList tables()
+    {
+        const auto index = pick<QString>({"", ", KEY (uid)", ", KEY (date)", ", KEY (uid, date)"});
+        const QString end = index + ") ENGINE=" + pick<QString>({"InnoDB", "MyISAM", "Aria"});
+        QString attenTable = "CREATE TABLE atten (uid %1, date %2, dom INT, shift INT, fond %3, "
+                             "work %3, diff %3, expFund INT, saldo_p %3, ok %4";
+        QString recordTable = "CREATE TABLE atten_data (uid %1, iid %2, `from` %3, duration %4, "
+                              "del %5";
+        return {"DROP TABLE atten, atten_data",
+                attenTable.arg(keyType(), keyType(), numberType(),
+                               type("TINYINT NULL", {"VARCHAR(9)"})) +
+                    end,
+                recordTable.arg(keyType(), type("INT NULL", {"VARCHAR(9)", "DECIMAL(9,1)"}),
+                                keyType(), numberType(), type("TINYINT NULL", {"VARCHAR(9)"})) +
+                    QString(end).replace("date", "`from`")};
+    }
+    QStringList catalogue()
+    {
+        QStringList statements{
+            "ALTER TABLE inters DROP PRIMARY KEY, MODIFY shortcut VARCHAR(9) NULL",
+            "INSERT INTO inters VALUES (2, 'D', 'Dovolenka'), (3, 'L', 'Lekár'), (4, 'd', 'd'), "
+            "(5, NULL, 'x'), (6, 'D', 'Ešte jedna')"};
+        if (one(3))
+            statements << "INSERT INTO inters VALUES (3, 'LL', 'Lekár')";
+        return statements;
+    }
+    /// What a person did on a day: mostly one row of attendance, and a few records.
+    void addRows(const QString &uid, int day)
+    {
+        for (unsigned rows = one(6) ? below(3) : 1; rows > 0; --rows) {
+            const QString ok = one(9) ? pick<QString>({"0", "NULL", "-1", "'x'"}) : "1";
+            const QStringList values{stray(uid),
+                                     moment(day, 4),
+                                     QString::number(day),
+                                     "2",
+                                     seconds(),
+                                     seconds(),
+                                     seconds(),
+                                     "0",
+                                     seconds(),
+                                     ok};
+            attendance << '(' + values.join(", ") + ')';
+        }
+        for (unsigned rows = below(5); rows > 0; --rows) {
+            const QStringList values{stray(uid), pick(kinds), moment(day, 2), seconds(),
+                                     one(9) ? pick<QString>({"1", "NULL", "'x'"}) : "0"};
+            records << '(' + values.join(", ") + ')';
+        }
+    }
+    QString stray(const QString &uid) { return one(60) ? pick(oddUids) : uid; }
+    /// A day's start, or in one of `often` cases another moment of it or beside it.
+    QString moment(int day, unsigned often)
+    {
+        const QDate date(today.year(), today.month(), day);
+        const qint64 start = date.startOfDay().toSecsSinceEpoch();
+        if (!one(often))
+            return QString::number(start);
+        const qint64 end = date.addDays(1).startOfDay().toSecsSinceEpoch();
+        const QString inDay = QString::number(start + qint64(below(82800)));
+        return pick<QString>({inDay, inDay, inDay, QString::number(start - 1),
+                              QString::number(end - 1), QString::number(end),
+                              QString::number(start + 1), inDay + ".5", "NULL", "0", "-86400",
+                              "4294967295", "'" + inDay + "x'"});
+    }
+    QString seconds()
+    {
+        if (!one(5))
+            return QString::number(below(40000));
+        return pick<QString>({"NULL", "-1", "59", "60", "0.1", "0.2", "0.7", "1e16", "1e300",
+                              "-1e300", "-9e18", "'sedem'", "' 7 '", "'12abc'", "''", "'nan'",
+                              "3600.25", "9007199254740993", "-3600"});
+    }
+
+    inline static const QVector<QString> oddUids{
+        "0", "1", "2", "5", "7", "26", "255", "2005", "2147483647", "2147483648", "4294967295"};
+    inline static const QVector<QString> kinds{
+        "2",    "3",    "3",    "4",    "5",    "6",  "7",      "1", "999",     "1000", "1001",
+        "1002", "1003", "1003", "1004", "NULL", "-3", "1000.5", "3", "'1001x'", "1000"};
+    inline static const QVector<QString> missing{"ALTER TABLE atten DROP ok",
+                                                 "ALTER TABLE atten DROP expFund",
+                                                 "ALTER TABLE inters DROP name",
+                                                 "ALTER TABLE atten_data DROP del",
+                                                 "ALTER TABLE inters ADD uid INT",
+                                                 "DROP TABLE inters",
+                                                 "DROP TABLE atten"};
+
+    std::mt19937 random;
+    QStringList uids;
+    QStringList attendance; ///< rows to insert
+    QStringList records;    ///< rows to insert
+};
+
+bool isSame(double one, double other)
+{
+    return one == other || (std::isnan(one) && std::isnan(other));
+}
+
+bool isSame(const DailyAttenRow &one, const DailyAttenRow &other)
+{
+    bool same = one.complete == other.complete && isSame(one.workedSeconds, other.workedSeconds) &&
+                isSame(one.unworkedSeconds, other.unworkedSeconds) &&
+                isSame(one.overtimeSeconds, other.overtimeSeconds) &&
+                one.interruptions.keys() == other.interruptions.keys();
+    for (const Correction &correction : corrections)
+        same = same && isSame(one.*correction.seconds, other.*correction.seconds);
+    for (const QString &key : one.interruptions.keys())
+        same = same && one.interruptions[key].count == other.interruptions[key].count &&
+               isSame(one.interruptions[key].seconds, other.interruptions[key].seconds);
+    return same;
+}
+
+} // namespace
+
+/// What the daily report reads ahead is what the statements for one person and one day return.
+class TestReadAhead : public ReportTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void sameBothWays_data()
+    {
+        QTest::addColumn<unsigned>("seed");
+        const int count = qEnvironmentVariable("AUTOREPORT_SEEDS", "25").toInt();
+        const unsigned first = qEnvironmentVariable("AUTOREPORT_FIRST_SEED", "1").toUInt();
+        for (unsigned seed = first; seed < first + unsigned(count); ++seed)
+            QTest::newRow(qPrintable(QString::number(seed))) << seed;
+    }
+
+    void sameBothWays()
+    {
+        QFETCH(unsigned, seed);
+        Company company(seed);
+        bench->schema.exec(company.sql());
+        DailyAttenData data(bench->database, company.options, company.today, [] { return false; });
+        QVERIFY(data.loadPeople());
+        const DailyAttenReader reader(bench->database, company.options);
+        Book book(company), bookByOne(company);
+        QStringList log, logByOne;
+        const int step = company.isLarge ? 37 : 1;
+        int row = 0;
+        for (int day = 1; day <= company.today.day(); ++day) {
+            for (const DailyAttenPerson &person : data.people()) {
+                const auto ahead = logged(log, [&] { return data.row(person, day); });
+                if (row++ % step != 0)
+                    continue;
+                const auto byOne =
+                    logged(logByOne, [&] { return rowByOne(reader, company, person.uid, day); });
+                QVERIFY2(isSame(ahead, byOne),
+                         qPrintable(QString("uid %1, day %2").arg(person.uid).arg(day)));
+                book.sheet.writeRow(person, ahead);
+                bookByOne.sheet.writeRow(person, byOne);
+            }
+        }
+        if (!company.isLarge)
+            QCOMPARE(log, logByOne);
+        QVERIFY(book.bytes(bench->temporary) == bookByOne.bytes(bench->temporary));
+        countOpen(company, data.people());
+    }
+
+    void statements_data()
+    {
+        addColumns<QString, int>("statement", "expected");
+        constexpr int ahead = 2 * 3 * 4; // batches of people, spans of days, values
+        addRow("ordinary days", "DO 0", ahead);
+        addRow("a second row of attendance",
+               "INSERT INTO atten (uid, date, dom, diff) "
+               "SELECT uid, date + 7, dom, 1 FROM atten LIMIT 1",
+               ahead + 1);
+        addRow("a sum of fractions", "UPDATE atten_data SET duration = 0.1 WHERE uid = 3",
+               ahead + 30);
+        addRow("no column", "ALTER TABLE atten DROP ok", ahead + 600 * 30);
+    }
+
+    /// What reading ahead costs where nothing is odd, and what is read for itself beside that.
+    void statements()
+    {
+        QFETCH(QString, statement);
+        const QDate today(2026, 11, 30);
+        bench->schema.exec(R"(
+            INSERT INTO people (uid, name, surname) SELECT seq, '', '' FROM seq_1_to_600;
+            INSERT INTO atten (uid, date, dom, work, diff, ok)
+                SELECT uid, UNIX_TIMESTAMP('2026-11-01') + seq * 86400, seq, 28800, 60, 1
+                FROM people JOIN seq_0_to_29;
+            INSERT INTO inters VALUES (3, 'D', 'Dovolenka');
+            INSERT INTO atten_data (uid, iid, `from`, duration)
+                SELECT uid, iid, date + 7200, 60 FROM atten JOIN
+                (SELECT 3 iid UNION ALL SELECT 3 UNION ALL SELECT 1000) kinds)");
+        bench->schema.exec(statement);
+        DailyAttenOptions options;
+        options.interruptions = true;
+        DailyAttenData data(bench->database, options, today, [] { return false; });
+        QVERIFY(data.loadPeople());
+        bench->database.exec("SET sql_select_limit = 1"); // of which the program cannot know
+        const int before = selects();
+        for (int day = 1; day <= today.day(); ++day) {
+            for (const DailyAttenPerson &person : data.people())
+                data.row(person, day);
+        }
+        QTEST(selects() - before, "expected");
+    }
+
+    void cleanupTestCase() const
+    {
+        printf("%d values, left open: %d by themselves, %d for all rows of a report\n", values,
+               openAlone, openForAll);
+    }
+
+private:
+    struct Book {
+        explicit Book(const Company &company)
+            : book(company.options.decimalTime ? xlCreateXMLBookW() : xlCreateBookW())
+            , sheet(*book, company.options)
+        {
+            sheet.begin("Denný report");
+        }
+        QByteArray bytes(const QTemporaryDir &folder)
+        {
+            const QString path = folder.filePath("book");
+            sheet.finish();
+            return saveReportBook(std::move(book), path, "test") ? readFile(path) : QByteArray();
+        }
+
+        ReportBook book;
+        DailyAttenSheet sheet;
+    };
+
+    static DailyAttenRow rowByOne(const DailyAttenReader &reader, const Company &company,
+                                  unsigned int uid, int dayOfMonth)
+    {
+        const QDate date(company.today.year(), company.today.month(), dayOfMonth);
+        DailyAttenRow row;
+        row.dayOfMonth = dayOfMonth;
+        row.shift = company.shift;
+        reader.read(DailyAttenStatements(company.options).values(), uid, DaySpan::of(date), row);
+        return row;
+    }
+
+    /// Adds the lines that `work` logs to `lines`.
+    template <typename Work>
+    DailyAttenRow logged(QStringList &lines, const Work &work) const
+    {
+        const int before = bench->log.texts().size();
+        const DailyAttenRow row = work();
+        lines += bench->log.texts().mid(before);
+        return row;
+    }
+
+    /// How many of them this connection has sent.
+    int selects() const
+    {
+        QSqlQuery query = bench->database.exec("SHOW SESSION STATUS LIKE 'Com_select'");
+        query.next();
+        return query.value(1).toInt();
+    }
+
+    /// How much is read for itself, and how often because a statement as a whole did not do.
+    void countOpen(const Company &company, const QVector<DailyAttenPerson> &people)
+    {
+        DailyAttenAhead ahead(bench->database, company.options, company.today,
+                              [] { return false; });
+        QVector<unsigned int> uids;
+        for (const DailyAttenPerson &person : people)
+            uids.append(person.uid);
+        ahead.setPeople(uids);
+        const int rows = people.size() * company.today.day();
+        QMap<DayValue, int> open;
+        for (int day = 1; day <= company.today.day(); ++day) {
+            for (const unsigned int uid : qAsConst(uids)) {
+                for (const DayValue value : dayValues)
+                    open[value] += ahead.row(uid, day)->open.testFlag(value);
+            }
+        }
+        for (const int count : qAsConst(open))
+            (count == rows ? openForAll : openAlone) += count;
+        values += rows * (company.options.interruptions ? 4 : 3);
+    }
+
+    int values = 0;
+    int openAlone = 0;
+    int openForAll = 0;
+};
+
+QTEST_GUILESS_MAIN(TestReadAhead)
+#include "tst_readahead.moc"
