@@ -20,8 +20,8 @@ inline QSqlQuery freshQuery(const QSqlDatabase &database)
     return query;
 }
 
-/// Returns the driver's text for the query's last step, which failed.
+/// Returns the driver's words for the query's last step, which failed.
 inline Error errorOf(const QSqlQuery &query)
 {
-    return {query.lastError().text()};
+    return {query.lastError().text(), query.lastError().nativeErrorCode()};
 }

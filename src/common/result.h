@@ -5,9 +5,10 @@
 #include <utility>
 #include <variant>
 
-/// What went wrong, without a line end; mostly the driver's or the system's text.
+/// What went wrong.
 struct Error {
-    QString text;
+    QString text;      ///< without a line end; mostly the driver's or the system's
+    QString code = {}; ///< the database server's number; empty where it has none
 };
 
 /// What an operation yields: a value, or the error that kept it from one.
@@ -32,6 +33,7 @@ public:
     const T &value() const { return std::get<T>(content); }
     /// To be called on a failure only.
     const QString &error() const { return std::get<Error>(content).text; }
+    const QString &errorCode() const { return std::get<Error>(content).code; }
 
 private:
     std::variant<T, Error> content;

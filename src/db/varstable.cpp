@@ -41,6 +41,31 @@ Result<VarsTable::Values> VarsTable::read(const QString &sql) const
     return values;
 }
 
+Result<QVector<QVariant>> VarsTable::lock(const QString &name) const
+{
+    QSqlQuery query = freshQuery(database);
+    if (!query.exec(QStringLiteral("SELECT value FROM vars WHERE name='%1' FOR UPDATE").arg(name)))
+        return errorOf(query);
+    QVector<QVariant> values;
+    while (query.next())
+        values.append(query.value(0));
+    return values;
+}
+
+Result<bool> VarsTable::insertMissing(const QString &name, const QVariant &value) const
+{
+    QSqlQuery query = freshQuery(database);
+    // IGNORE would make a warning of every error, of a deadlock too.
+    if (!query.prepare(QStringLiteral("INSERT INTO vars (name, value) VALUES(:name, :value) ON "
+                                      "DUPLICATE KEY UPDATE value=vars.value")))
+        return errorOf(query);
+    query.bindValue(QStringLiteral(":name"), name);
+    query.bindValue(QStringLiteral(":value"), value);
+    if (!query.exec())
+        return errorOf(query);
+    return query.numRowsAffected() == 1;
+}
+
 QString VarsTable::upsert()
 {
     // It replaces a value only because `name` is unique in the table.

@@ -32,6 +32,12 @@ public:
     /// Returns every key that begins with `prefix`, the prefix included.
     Result<Values> valuesWithPrefix(const QString &prefix) const;
 
+    /// Returns the values of all rows of that name, as last committed, and locks them until the
+    /// transaction ends; without a row, the place where one would be.
+    Result<QVector<QVariant>> lock(const QString &name) const;
+    /// Inserts the row of that name where there is none, and locks it as well.
+    Result<bool> insertMissing(const QString &name, const QVariant &value) const;
+
     /// Inserts or replaces all of them, those after one that fails too. Returns the errors.
     QVector<Error> store(const Values &values) const;
 

@@ -3,6 +3,7 @@
 #include "db/mailrepository.h"
 #include "reports/bookformat.h"
 #include "reports/reportbook.h"
+#include "reports/reportclaim.h"
 #include "reports/reportcontent.h"
 #include "reports/reportgate.h"
 #include "reports/reportkind.h"
@@ -32,6 +33,7 @@ void AttenReport::doWork()
     run.settings = readSettings();
     run.now = QDateTime::currentDateTime();
     run.countsWhen = kind.countsWhen;
+    run.isScheduled = true;
     const ScheduleVerdict reason = scheduleVerdict(run.settings, run.now);
     if (reason == ScheduleVerdict::NoRecipients)
         qWarning("%s - no e-mail addresses!", kind.className);
@@ -43,7 +45,7 @@ void AttenReport::doWork()
         return;
     ReportLock lock(database, kind.className);
     if (!lock.acquire()) {
-        qInfo("%s::doWork() - another host is making this report", kind.className);
+        logEnd(End::Contested);
         return;
     }
     run.connectionId = lock.connectionId();
@@ -158,15 +160,30 @@ int AttenReport::queueMails(const QString &path, const ReportRun &run)
     ReportTransaction transaction(database);
     transaction.begin();
     int queued = 0;
-    const End end = queueAll(mail, run, transaction, queued);
-    if (end == End::None && transaction.commit())
-        return queued;
+    End end = queueAll(mail, run, transaction, queued);
     if (end == End::None)
-        qCritical("%s::makeReport() - mails not committed: %s", kind.className,
-                  qUtf8Printable(transaction.error()));
+        end = commit(run, transaction);
+    if (end == End::None)
+        return queued;
     transaction.rollback();
     logEnd(end);
     return 0;
+}
+
+/// An operator's run goes out beside the schedule, so that there is nothing to be first at.
+AttenReport::End AttenReport::claim(const ReportRun &run) const
+{
+    switch (run.isScheduled ? claimReport(database, kind.key("lastGenerated"), run) : Claim::Ours) {
+    case Claim::Ours:
+        break;
+    case Claim::Made:
+        return End::MadeElsewhere;
+    case Claim::Contested:
+        return End::Contested;
+    case Claim::Blocked:
+        return End::Blocked;
+    }
+    return End::None;
 }
 
 /// Everything of step 5 between the transaction's begin and its commit.
@@ -175,11 +192,15 @@ AttenReport::End AttenReport::queueAll(const MailRecord &mail, const ReportRun &
 {
     End end = interruptionOf(run, transaction);
     if (end == End::None)
+        end = claim(run);
+    if (end == End::None)
         end = queueForEach(mail, run, transaction, queued);
     if (end != End::None)
         return end;
     const bool counts = run.countsWhen == CountsAsMade::Always ||
                         (run.countsWhen == CountsAsMade::WithAnyMail && queued > 0);
+    if (!counts && queued == 0)
+        return End::NothingQueued;
     if (counts) {
         end = interruptionOf(run, transaction);
         if (end != End::None)
@@ -239,10 +260,32 @@ void AttenReport::storeLastGenerated()
         qCritical("%s::makeReport() - 'lastGenerated' NOT SET!", kind.className);
 }
 
+AttenReport::End AttenReport::commit(const ReportRun &run, ReportTransaction &transaction) const
+{
+    if (transaction.commit())
+        return End::None;
+    if (run.isScheduled && isConflict(transaction.errorCode()))
+        return End::Contested;
+    qCritical("%s::makeReport() - mails not committed: %s", kind.className,
+              qUtf8Printable(transaction.error()));
+    return End::NotCommitted;
+}
+
 void AttenReport::logEnd(End end) const
 {
     switch (end) {
     case End::None:
+    case End::NothingQueued: // each mail had its line
+    case End::NotCommitted:  // logged with the server's text
+        break;
+    case End::MadeElsewhere:
+        qInfo("%s::doWork() - another host has made this report", kind.className);
+        break;
+    case End::Contested:
+        qInfo("%s::doWork() - another host is making this report", kind.className);
+        break;
+    case End::Blocked:
+        qWarning("%s::makeReport() - 'lastGenerated' is locked, no mail queued!", kind.className);
         break;
     case End::StoppedInRows:
         qWarning("%s::makeReport() - interrupted, nothing saved and no mail!", kind.className);

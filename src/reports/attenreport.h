@@ -24,7 +24,8 @@ struct ReportKind;
  *   2. Lock: no other host on this server is making it.
  *   3. Schedule again: the host that had the lock may have made it.
  *   4. Workbook, saveWorkbook(): rows are read and written; the file is saved.
- *   5. Mails, queueMails(): one transaction holds a mail per recipient and "lastGenerated".
+ *   5. Mails, queueMails(): one transaction claims the report, and holds a mail per recipient and
+ *      "lastGenerated". Hosts on several nodes of a cluster meet only here.
  *
  * `now` is taken once per tick, so that a report that runs past midnight stays one report. A stop
  * of the thread is noticed at every row, and at every mail while the mails can be rolled back. A
@@ -78,13 +79,25 @@ protected:
 
 private:
     /// What ended a run before its time.
-    enum class End { None, StoppedInRows, StoppedInMails, ConnectionLost, RolledBack };
+    enum class End {
+        None,
+        StoppedInRows,
+        StoppedInMails,
+        ConnectionLost,
+        RolledBack,
+        NothingQueued,
+        MadeElsewhere,
+        Contested,
+        Blocked,
+        NotCommitted,
+    };
 
     ReportSettings readSettings() const;
     void produce(const ReportRun &run);
     bool buildWorkbook(const QString &path, const ReportRun &run);
     bool writeBook(const QString &path, ReportContent &content, const ReportRun &run) const;
     End writeRows(ReportContent &content, const ReportRun &run) const;
+    End claim(const ReportRun &run) const;
     End queueAll(const MailRecord &mail, const ReportRun &run, ReportTransaction &transaction,
                  int &queued);
     End queueForEach(MailRecord mail, const ReportRun &run, ReportTransaction &transaction,
@@ -92,6 +105,7 @@ private:
     bool queueOne(const MailRecord &mail) const;
     End interruptionOf(const ReportRun &run, ReportTransaction &transaction) const;
     void storeLastGenerated();
+    End commit(const ReportRun &run, ReportTransaction &transaction) const;
     void logEnd(End end) const;
 
     const ReportKind &kind;

@@ -60,3 +60,8 @@ QString ReportTransaction::error() const
 {
     return database.lastError().text();
 }
+
+QString ReportTransaction::errorCode() const
+{
+    return database.lastError().nativeErrorCode();
+}

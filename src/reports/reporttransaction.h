@@ -31,6 +31,8 @@ public:
     void rollback();
 
     QString error() const;
+    /// Returns the server's number for it.
+    QString errorCode() const;
 
 private:
     bool setSavepoint();

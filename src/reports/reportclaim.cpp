@@ -1,0 +1,55 @@
+#include "reports/reportclaim.h"
+
+#include "db/varstable.h"
+#include "reports/reportrun.h"
+
+#include <algorithm>
+
+namespace
+{
+
+// The server's numbers, as text like the driver has them.
+const QLatin1String lockWaitTimeout("1205");
+const QLatin1String deadlock("1213");     // also a conflict between two nodes of a cluster
+const QLatin1String changedSince("1020"); // the row is newer than the transaction's view
+
+/// A row that does not exist is hard to lock: the lock on its place keeps nobody from taking the
+/// same, or is none at all at the isolation level READ COMMITTED. So it is made first. Rolled back
+/// with the run, it leaves no trace.
+Result<QVector<QVariant>> lockRow(const VarsTable &vars, const QString &key)
+{
+    const Result<QVector<QVariant>> found = vars.lock(key);
+    if (!found.isOk() || !found.value().isEmpty())
+        return found;
+    const Result<bool> inserted = vars.insertMissing(key, 0);
+    if (!inserted.isOk())
+        return Error{inserted.error(), inserted.errorCode()};
+    return vars.lock(key);
+}
+
+Claim claimAfter(const QString &errorCode)
+{
+    if (errorCode == lockWaitTimeout)
+        return Claim::Blocked;
+    // Without the right to write there is no lock, and the report goes out without its mark.
+    return isConflict(errorCode) ? Claim::Contested : Claim::Ours;
+}
+
+} // namespace
+
+Claim claimReport(const QSqlDatabase &database, const QString &key, const ReportRun &run)
+{
+    const Result<QVector<QVariant>> locked = lockRow(VarsTable(database), key);
+    if (!locked.isOk())
+        return claimAfter(locked.errorCode());
+    ReportSettings settings = run.settings;
+    // Several rows only where `name` is not unique: made is made, whichever of them says so.
+    for (const QVariant &value : locked.value())
+        settings.lastGenerated = std::max(settings.lastGenerated, value.toLongLong());
+    return scheduleVerdict(settings, run.now) == ScheduleVerdict::Due ? Claim::Ours : Claim::Made;
+}
+
+bool isConflict(const QString &errorCode)
+{
+    return errorCode == deadlock || errorCode == changedSince;
+}
