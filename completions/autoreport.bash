@@ -12,7 +12,7 @@ _autoreport() {
       ;;
     --format) words="xlsx xls" ;;
     --language) words="sk en" ;;
-    --db-host | --db-port | --db-user | --db-name | --schema | --at | --date | --to | --emails | --time | --debug | --run-for)
+    --db-host | --db-port | --db-user | --db-name | --schema | --at | --date | --to | --emails | --time | --debug | --metrics | --run-for)
       return
       ;;
   esac
@@ -23,7 +23,7 @@ _autoreport() {
       words="daily monthly"
     else
       case $command in
-        serve) words="--language --plugin --debug --run-for $way" ;;
+        serve) words="--language --plugin --debug --metrics --run-for $way" ;;
         status) words="--schema --json $way" ;;
         why) words="--at $way" ;;
         preview) words="--language --date --out $way" ;;

@@ -18,6 +18,7 @@ bool everythingShown = false;
 QElapsedTimer sinceInstalled;
 LogRepeats warnings;
 LogRepeats criticals;
+std::function<void(const QString &)> listener;
 
 QString levelName(QtMsgType type)
 {
@@ -79,6 +80,8 @@ void handle(QtMsgType type, const QMessageLogContext &, const QString &message)
     writeSummaries(QtCriticalMsg, criticals);
     if (isShown(type, message))
         write(type, message);
+    if (listener)
+        listener(message);
 }
 
 } // namespace
@@ -88,6 +91,12 @@ void LogSink::install(bool showEverything)
     everythingShown = showEverything;
     sinceInstalled.start();
     qInstallMessageHandler(handle);
+}
+
+void LogSink::setListener(std::function<void(const QString &)> newListener)
+{
+    const std::lock_guard guard(lock);
+    listener = std::move(newListener);
 }
 
 int LogSink::recentProblems()

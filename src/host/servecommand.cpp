@@ -2,6 +2,10 @@
 
 #include "common/filelimit.h"
 #include "db/dbmanager.h"
+#include "host/hoststate.h"
+#include "host/logsink.h"
+#include "host/metrics.h"
+#include "host/queuewatch.h"
 #include "host/scanwatch.h"
 #include "host/servicemanager.h"
 #include "host/signalwatcher.h"
@@ -11,6 +15,7 @@
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QEvent>
+#include <QScopeGuard>
 #include <QThread>
 #include <QTimer>
 
@@ -34,6 +39,19 @@ QString masterName(bool single)
 int ServeCommand::run(const ServeOptions &options)
 {
     raiseFileLimit();
+    HostState state(options.connection.databaseName);
+    Metrics metrics(state);
+    if (!options.metricsAddress.isEmpty() && !metrics.listen(options.metricsAddress)) {
+        qCritical("Host - cannot serve metrics at %s", qUtf8Printable(options.metricsAddress));
+        return 1;
+    }
+    LogSink::setListener([&state](const QString &message) { state.take(message); });
+    const auto unset = qScopeGuard([] { LogSink::setListener(nullptr); });
+    return runThread(options, state);
+}
+
+int ServeCommand::runThread(const ServeOptions &options, HostState &state)
+{
     SignalWatcher signalWatcher;
     ServiceManager services;
     services.follow(signalWatcher);
@@ -47,7 +65,7 @@ int ServeCommand::run(const ServeOptions &options)
     try {
         thread = std::thread([&] {
             begun.set_value(QThread::currentThread());
-            status = ServeCommand(options, signalWatcher, services).serve();
+            status = ServeCommand(options, signalWatcher, services, state).serve();
             QMetaObject::invokeMethod(qApp, "quit", Qt::QueuedConnection);
             untilSignalsDone.wait(); // the QThread object must live until then
         });
@@ -72,10 +90,11 @@ int ServeCommand::run(const ServeOptions &options)
 }
 
 ServeCommand::ServeCommand(const ServeOptions &serveOptions, SignalWatcher &watcher,
-                           ServiceManager &serviceManager)
+                           ServiceManager &serviceManager, HostState &hostState)
     : options(serveOptions)
     , signalWatcher(watcher)
     , services(serviceManager)
+    , state(hostState)
     , manager(std::make_unique<DBManager>())
     , plugin(std::make_unique<PluginHandle>())
 {
@@ -143,6 +162,11 @@ void ServeCommand::waitForEnd()
     ScanWatch scans(*plugin->pluginObject()); // also ends its connections before the plug-in goes
     followSignals(scans);
     QObject::connect(&scans, &ScanWatch::scanned, &services, &ServiceManager::scanned);
+    QObject::connect(&scans, &ScanWatch::scanned, &scans, [this](qint64 milliseconds) {
+        state.takeScan(milliseconds);
+        if (queues)
+            queues->ask();
+    });
     // A scan opens a connection to each schema. It runs in slices, and between two turns of the
     // event loop nobody uses them.
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &scans,
@@ -157,8 +181,13 @@ void ServeCommand::waitForEnd()
           qUtf8Printable(options.connection.host), options.connection.port);
     if (options.connection.single) // otherwise after the first scan
         QMetaObject::invokeMethod(&services, &ServiceManager::ready, Qt::QueuedConnection);
+    if (!options.metricsAddress.isEmpty())
+        queues = std::make_unique<QueueWatch>(options.connection, *manager, state);
     loop.exec(); // ended by the thread's quit(), even one that comes first
+    if (queues)
+        queues->requestStop();
     plugin->server()->stop();
+    queues.reset();
 }
 
 void ServeCommand::followSignals(ScanWatch &scans)

@@ -8,8 +8,10 @@
 #include <memory>
 
 class DBManager;
+class HostState;
 class ScanWatch;
 class ServiceManager;
+class QueueWatch;
 class SignalWatcher;
 
 /**
@@ -27,8 +29,9 @@ public:
     static int run(const ServeOptions &options);
 
 private:
+    static int runThread(const ServeOptions &options, HostState &state);
     ServeCommand(const ServeOptions &options, SignalWatcher &signalWatcher,
-                 ServiceManager &services);
+                 ServiceManager &services, HostState &state);
     ~ServeCommand();
     Q_DISABLE_COPY(ServeCommand)
 
@@ -46,8 +49,10 @@ private:
     const ServeOptions &options;
     SignalWatcher &signalWatcher; // this and the next live in the main thread
     ServiceManager &services;
+    HostState &state; // outlives this object
     bool isPaused = false;
     QEventLoop loop; // created first: gives this thread a dispatcher, which timers need
     std::unique_ptr<DBManager> manager;
+    std::unique_ptr<QueueWatch> queues;   // null without metrics
     std::unique_ptr<PluginHandle> plugin; // destroyed before the manager that it uses
 };

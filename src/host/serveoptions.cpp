@@ -39,6 +39,7 @@ void describe(QCommandLineParser &parser, const QString &commandHelp)
     OptionReader::describeLanguage(parser);
     add("plugin", "Module to load instead of the program's own.", "file");
     add("debug", "Debug level, 0 to 255; above 0 debug lines are shown.", "level", "0");
+    add("metrics", "Serve metrics for Prometheus there, 127.0.0.1:9469 for example.", "address");
     add("run-for", "Stop after that many seconds.", "seconds");
 }
 
@@ -63,6 +64,7 @@ ServeOptions read(const QCommandLineParser &parser, OptionReader &reader)
     options.debugLevel = static_cast<quint8>(reader.number("debug", 0, 255));
     if (parser.isSet(QStringLiteral("run-for")))
         options.runForSeconds = reader.number("run-for", 1, maxRunForSeconds);
+    options.metricsAddress = reader.address("metrics");
     if (reader.error.isEmpty())
         options.connection.password = reader.password();
     return options;

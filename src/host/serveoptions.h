@@ -11,6 +11,7 @@ struct ServeOptions {
     ConnectionOptions connection;
     QString plugin; ///< file of the module
     QString language;
+    QString metricsAddress; ///< "127.0.0.1:9469"; empty: no metrics
     quint8 debugLevel = 0;
     int runForSeconds = 0; ///< 0: until a signal asks to stop
 };

@@ -2,11 +2,8 @@
 
 #include "host/logsink.h"
 #include "host/signalwatcher.h"
+#include "host/workers.h"
 
-#include <QSqlDatabase>
-#include <QStringList>
-
-#include <algorithm>
 #include <cstdint>
 #include <ctime>
 
@@ -16,6 +13,7 @@ namespace
 {
 
 constexpr int refreshMs = 15000;
+constexpr int soonMs = 1000; // by then the workers of a scan are connected
 
 void notify(const QString &state)
 {
@@ -26,16 +24,6 @@ QString counted(int count, const char *noun)
 {
     return QStringLiteral("%1 %2%3").arg(count).arg(QLatin1String(noun),
                                                     QLatin1String(count == 1 ? "" : "s"));
-}
-
-/// A worker's connection is registered while the worker serves its schema.
-int servedSchemas()
-{
-    const QStringList names = QSqlDatabase::connectionNames();
-    return int(std::count_if(names.begin(), names.end(), [](const QString &name) {
-        return name.startsWith(QLatin1String("AutoReport.worker.")) ||
-               name.startsWith(QLatin1String("AutoReport.single."));
-    }));
 }
 
 /// In microseconds, as the service manager compares it with its own.
@@ -73,6 +61,7 @@ void ServiceManager::ready()
     notify(QStringLiteral("READY=1"));
     sendStatus();
     refresh.start();
+    QTimer::singleShot(soonMs, this, &ServiceManager::sendStatus);
 }
 
 void ServiceManager::scanned()
@@ -105,7 +94,7 @@ void ServiceManager::feedWatchdog()
 
 QString ServiceManager::status() const
 {
-    QString text = QStringLiteral("serving ") + counted(servedSchemas(), "schema");
+    QString text = QStringLiteral("serving ") + counted(servedTokens().size(), "schema");
     if (lastScan.isValid())
         text += QStringLiteral(", last scan ") + lastScan.toString(QStringLiteral("HH:mm"));
     text += QStringLiteral(", ") + counted(LogSink::recentProblems(), "problem");

@@ -16,7 +16,7 @@ bool isKnown(const QString &key)
         QStringLiteral("database/ca"),       QStringLiteral("database/cert"),
         QStringLiteral("database/key"),      QStringLiteral("database/single"),
         QStringLiteral("database/password"), QStringLiteral("database/password-file"),
-        QStringLiteral("reports/language")};
+        QStringLiteral("reports/language"),  QStringLiteral("serve/metrics")};
     return known.contains(key);
 }
 

@@ -7,7 +7,7 @@
  * A configuration file: options in INI format.
  *
  * Section "database": host, port, user, name, single, password, password-file, ca, cert,
- * key. Section "reports":
+ * key. Section "serve": metrics. Section "reports":
  * language.
  */
 struct ConfigFile {

@@ -4,6 +4,7 @@
 
 #include <QCommandLineParser>
 #include <QFile>
+#include <QRegularExpression>
 #include <QVariant>
 
 namespace
@@ -14,6 +15,8 @@ constexpr const char *passwordVariable = "AUTOREPORT_DB_PASSWORD";
 /// Maps the option "db-host" to the key "database/host".
 QString configKey(const QString &option)
 {
+    if (option == QLatin1String("metrics"))
+        return QStringLiteral("serve/metrics");
     const auto prefix = QLatin1String("db-");
     return QStringLiteral("database/") +
            (option.startsWith(prefix) ? option.mid(prefix.size()) : option);
@@ -136,6 +139,20 @@ QString OptionReader::file(const char *name)
         fail(QStringLiteral("--%1: cannot read '%2': %3").arg(option, path, file.errorString()),
              false);
     return path;
+}
+
+QString OptionReader::address(const char *name)
+{
+    const QString option = QLatin1String(name);
+    const QString value =
+        hasOption(option) ? parser.value(option) : config.values.value(configKey(option));
+    static const QRegularExpression form(
+        QStringLiteral(R"(^([\w.-]+|\[[\da-fA-F:.]+\]):\d{1,5}$)"));
+    if (!value.isEmpty() && !form.match(value).hasMatch())
+        fail(QStringLiteral("--%1 must be an address with a port, 127.0.0.1:9469 for example, not "
+                            "'%2'")
+                 .arg(option, value));
+    return value;
 }
 
 QString OptionReader::password()

@@ -31,6 +31,9 @@ public:
     /// command line, which every account of the machine can read.
     QString password();
 
+    /// Returns "host:port", or an empty text if the option is not set.
+    QString address(const char *name);
+
     /// Returns one of Language::known().
     QString language();
 

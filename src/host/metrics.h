@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+
+#include <memory>
+
+class HostState;
+namespace prometheus
+{
+class Collectable;
+class Exposer;
+} // namespace prometheus
+
+/**
+ * Shows the host's state at http://ADDRESS/metrics, for Prometheus and what reads its format. Its
+ * requests are answered in threads of their own; the state must outlive the object.
+ */
+class Metrics
+{
+public:
+    explicit Metrics(const HostState &state);
+    ~Metrics();
+    Q_DISABLE_COPY(Metrics)
+
+    /// Listens on "127.0.0.1:9469". Returns whether that succeeded.
+    bool listen(const QString &address);
+
+private:
+    std::shared_ptr<prometheus::Collectable> source;
+    std::unique_ptr<prometheus::Exposer> exposer;
+};

@@ -1,0 +1,85 @@
+#include "host/queuewatch.h"
+
+#include "common/freshquery.h"
+#include "db/dbmanager.h"
+#include "host/hoststate.h"
+#include "host/workers.h"
+
+#include <QTimer>
+#include <QVariant>
+
+#include <chrono>
+
+namespace
+{
+
+constexpr auto interval = std::chrono::minutes(5);
+
+} // namespace
+
+QueueWatch::QueueWatch(const ConnectionOptions &connectionOptions, const DBManager &dbManager,
+                       HostState &hostState)
+    : options(connectionOptions)
+    , manager(dbManager)
+    , state(hostState)
+{
+    context.moveToThread(&thread);
+    QObject::connect(&thread, &QThread::started, &context, [this] {
+        auto *timer = new QTimer; // goes with the thread
+        QObject::connect(timer, &QTimer::timeout, &context, [this] { askAll(); });
+        QObject::connect(&thread, &QThread::finished, timer, &QObject::deleteLater);
+        timer->start(interval);
+    });
+    thread.start(QThread::LowPriority);
+}
+
+QueueWatch::~QueueWatch()
+{
+    requestStop();
+    thread.quit();
+    thread.wait();
+}
+
+void QueueWatch::ask()
+{
+    QMetaObject::invokeMethod(
+        &context, [this] { askAll(); }, Qt::QueuedConnection);
+}
+
+void QueueWatch::askAll()
+{
+    const QStringList tokens = servedTokens();
+    for (const QString &token : tokens) {
+        if (QThread::currentThread()->isInterruptionRequested())
+            return;
+        askSchema(token);
+    }
+}
+
+/// A schema that does not answer keeps its last numbers: its worker logs that.
+void QueueWatch::askSchema(const QString &token)
+{
+    ConnectionOptions way = options;
+    if (!options.single) {
+        const DBSchemeRecord record = manager.getDbConnRecord(token);
+        way.databaseName = record.name;
+        way.user = record.user;
+        way.password = record.pass;
+    }
+    const QString name = QStringLiteral("AutoReport.queue");
+    {
+        QSqlDatabase db = way.addDatabase(name, ConnectionOptions::OnLoss::Fail);
+        db.setConnectOptions(
+            db.connectOptions() +
+            QStringLiteral(";MYSQL_OPT_CONNECT_TIMEOUT=5;MYSQL_OPT_READ_TIMEOUT=10"));
+        if (db.open()) {
+            QSqlQuery query = freshQuery(db);
+            if (query.exec(QStringLiteral(
+                    "SELECT COUNT(*), MIN(created) FROM emails WHERE status = 'Q'")) &&
+                query.next())
+                state.takeQueue(options.single ? options.databaseName : token,
+                                query.value(0).toInt(), query.value(1).toLongLong());
+        }
+    }
+    QSqlDatabase::removeDatabase(name);
+}
