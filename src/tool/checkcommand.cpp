@@ -1,6 +1,5 @@
 #include "tool/commands.h"
 #include "tool/invocation.h"
-#include "tool/messages.h"
 #include "tool/onschema.h"
 #include "tool/output.h"
 #include "tool/progress.h"
@@ -16,7 +15,7 @@ namespace
 {
 
 /// The server's first: what it lacks is the cause of much that schemas complain about.
-QVector<Finding> findAll(Schemas &schemas, const QStringList &tokens)
+QVector<Finding> findAll(const Schemas &schemas, const QStringList &tokens)
 {
     QVector<Finding> findings = checkTemporaryDirectory() + checkServer(schemas.master());
     QVector<Finding> ofSchemas;
@@ -26,6 +25,8 @@ QVector<Finding> findAll(Schemas &schemas, const QStringList &tokens)
         const SchemaCheck check = checkSchema(schemas, token);
         ofSchemas += check.findings;
         enabled += check.isEnabled ? 1 : 0;
+        if (!check.isComplete && !schemas.isAnswering())
+            break;
         progress.step();
     }
     // Only now is it known how many workers a host would have.
@@ -72,20 +73,29 @@ void printJson(const QVector<Finding> &findings, int schemas, const QString &cip
     Output::print(object);
 }
 
-int checkAll(const Invocation &invocation, Schemas &schemas)
+int couldNotAsk(const QString &error)
 {
-    const QStringList tokens = schemas.tokens();
-    if (Messages::print()) // a list that could not be read looks like an empty one
-        return Tool::CouldNotAsk;
-    const QVector<Finding> findings = findAll(schemas, tokens);
+    Output::error(error);
+    return Tool::CouldNotAsk;
+}
+
+int checkAll(const Invocation &invocation, const Schemas &schemas)
+{
+    const auto tokens = schemas.tokens();
+    if (!tokens.isOk())
+        return couldNotAsk(tokens.error().simplified());
+    const QVector<Finding> findings = findAll(schemas, tokens.value());
+    // What a check could not read, it does not complain about.
+    if (!schemas.isAnswering())
+        return couldNotAsk(QStringLiteral("the server no longer answers"));
     const bool well = std::none_of(findings.cbegin(), findings.cend(),
                                    [](const Finding &one) { return one.isProblem; });
     const int status = well ? Tool::Well : Tool::Look;
     const QString cipher = cipherOf(schemas.master());
     if (invocation.has("json"))
-        printJson(findings, tokens.size(), cipher, status);
+        printJson(findings, tokens.value().size(), cipher, status);
     else
-        printText(findings, tokens.size(), cipher);
+        printText(findings, tokens.value().size(), cipher);
     return status;
 }
 
@@ -98,5 +108,6 @@ void describeCheck(QCommandLineParser &parser)
 
 int runCheck(const Invocation &invocation)
 {
-    return onSchemas(invocation, [&](Schemas &schemas) { return checkAll(invocation, schemas); });
+    return onSchemas(invocation,
+                     [&](const Schemas &schemas) { return checkAll(invocation, schemas); });
 }

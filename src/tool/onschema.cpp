@@ -6,26 +6,25 @@
 namespace
 {
 
-int couldNotAsk(const QString &reason)
+int couldNotAsk(const QString &error)
 {
-    Output::error(reason);
+    Output::error(error);
     return Tool::CouldNotAsk;
 }
 
 } // namespace
 
-int onSchemas(const Invocation &invocation, const std::function<int(Schemas &)> &work)
+int onSchemas(const Invocation &invocation, const std::function<int(const Schemas &)> &work)
 {
-    Schemas schemas(invocation.connection);
-    const QString failure = schemas.open();
-    return failure.isEmpty() ? work(schemas) : couldNotAsk(failure);
+    const Schemas schemas(invocation.connection);
+    const auto error = schemas.open();
+    return error ? couldNotAsk(error->text) : work(schemas);
 }
 
 int onSchema(const Invocation &invocation, SchemaConnection::Access access,
              const std::function<int(const SchemaConnection &)> &work)
 {
-    return onSchemas(invocation, [&](Schemas &schemas) {
-        // Gone before the schemas are, whose manager found the way to it.
+    return onSchemas(invocation, [&](const Schemas &schemas) {
         const SchemaConnection connection(schemas, invocation.token, access);
         return connection.error.isEmpty() ? work(connection) : couldNotAsk(connection.error);
     });

@@ -6,15 +6,15 @@
 #include <functional>
 
 /**
- * Opens the information database, or the one database, and gives back what `work` gives, an exit
- * status. Without a way to it, says why, calls nothing and gives Tool::CouldNotAsk.
+ * Opens the information database, or the one database, and returns what `work` does, an exit
+ * status. If it cannot be opened, prints why, calls nothing and returns Tool::CouldNotAsk.
  */
-int onSchemas(const Invocation &invocation, const std::function<int(Schemas &)> &work);
+int onSchemas(const Invocation &invocation, const std::function<int(const Schemas &)> &work);
 
 /**
- * Opens the schema that the command line names and does the same with it.
+ * The same for the schema that the command line names.
  *
- * The connection is closed when `work` returns; queries of its own must be gone by then.
+ * The connection is closed when `work` returns; its queries must be gone by then.
  */
 int onSchema(const Invocation &invocation, SchemaConnection::Access access,
              const std::function<int(const SchemaConnection &)> &work);

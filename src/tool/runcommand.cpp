@@ -21,13 +21,15 @@ namespace
 {
 
 // Not the well-formed alone: what the report itself would refuse has to be seen as not queued.
-QStringList chosenRecipients(const Invocation &invocation, const QSqlDatabase &database)
+Result<QStringList> chosenRecipients(const Invocation &invocation, const QSqlDatabase &database)
 {
     if (invocation.has("to"))
-        return {invocation.value("to").trimmed()};
+        return QStringList(invocation.value("to").trimmed());
+    const auto stored = StoredSettings::read(database, *invocation.kind);
+    if (!stored.isOk())
+        return Error{stored.error()};
     QStringList recipients; // in the order in which the report itself mails them
-    for (const QString &one :
-         StoredSettings::read(database, *invocation.kind).settings.recipients) {
+    for (const QString &one : stored.value().settings.recipients) {
         if (!one.trimmed().isEmpty())
             recipients.append(one.trimmed());
     }
@@ -64,9 +66,12 @@ int queue(const Invocation &invocation, const QSqlDatabase &database, const QStr
 
 int makeRun(const Invocation &invocation, const QSqlDatabase &database)
 {
-    const QStringList recipients = chosenRecipients(invocation, database);
-    if (Messages::print())
+    const auto chosen = chosenRecipients(invocation, database);
+    if (!chosen.isOk()) {
+        Output::error(chosen.error());
         return Tool::CouldNotAsk;
+    }
+    const QStringList &recipients = chosen.value();
     if (recipients.isEmpty()) {
         Output::error(QStringLiteral("the report has no recipients: give --to, or see autoreport "
                                      "set --help"));

@@ -2,7 +2,7 @@
 
 #include "common/freshquery.h"
 #include "common/zas.h"
-#include "db/zasdbsettings.h"
+#include "db/varstable.h"
 #include "tool/requirements.h"
 #include "tool/schemastatus.h"
 
@@ -137,8 +137,8 @@ void checkMails(const QSqlDatabase &database, Findings &findings)
                          QStringLiteral("set max_allowed_packet to at least twice the mail"));
 
     // Missing is fine, the program has a default; empty is not, no mail is queued then.
-    const QVariant sender =
-        ZasDbSettings(database).variableGet(QStringLiteral("globalEmail"), QVariant());
+    const auto read = VarsTable(database).value(QStringLiteral("globalEmail"));
+    const QVariant sender = read.isOk() ? read.value().value_or(QVariant()) : QVariant();
     if (sender.isValid() && !ZAS::validEmail(sender.toString()))
         findings.problem(QStringLiteral("the sender, globalEmail, is no mail address: '%1'")
                              .arg(sender.toString()),
@@ -167,7 +167,7 @@ void checkHosts(const QSqlDatabase &database, Findings &findings)
 
 } // namespace
 
-SchemaCheck checkSchema(Schemas &schemas, const QString &token)
+SchemaCheck checkSchema(const Schemas &schemas, const QString &token)
 {
     Findings findings(token);
     const SchemaConnection connection(schemas, token, SchemaConnection::Access::ReadWrite);
@@ -175,7 +175,7 @@ SchemaCheck checkSchema(Schemas &schemas, const QString &token)
         findings.problem(
             connection.error,
             QStringLiteral("correct its row in the table schemas, or grant the access"));
-        return {findings.list, false};
+        return {findings.list, false, false};
     }
     const QSqlDatabase database = connection.database();
     // Without its settings nobody knows what else the schema needs.
@@ -183,7 +183,8 @@ SchemaCheck checkSchema(Schemas &schemas, const QString &token)
     tellUnmet(vars, findings);
     QVector<const ReportKind *> enabled;
     for (const ReportKind *kind : reportKinds()) {
-        if (vars.isEmpty() && StoredSettings::read(database, *kind).settings.enabled)
+        const auto stored = StoredSettings::read(database, *kind);
+        if (stored.isOk() && stored.value().settings.enabled)
             enabled.append(kind);
     }
     // A customer without reports may well lack what they need.
@@ -195,5 +196,10 @@ SchemaCheck checkSchema(Schemas &schemas, const QString &token)
         checkMails(database, findings);
         checkHosts(database, findings);
     }
-    return {findings.list, !enabled.isEmpty()};
+    // Each of them takes a statement that fails for one that finds nothing.
+    const bool isComplete = freshQuery(database).exec(QStringLiteral("DO 0"));
+    if (!isComplete)
+        findings.problem(QStringLiteral("the connection was lost, or an answer took too long"),
+                         QStringLiteral("check it again, with a longer --timeout"));
+    return {findings.list, !enabled.isEmpty(), isComplete};
 }

@@ -5,7 +5,8 @@
 
 struct SchemaCheck {
     QVector<Finding> findings;
-    bool isEnabled = false; ///< it has a report that is switched on
+    bool isEnabled = false;  ///< it has a report that is switched on
+    bool isComplete = false; ///< else it could not be asked to the end, which is a finding too
 };
 
 /**
@@ -15,4 +16,4 @@ struct SchemaCheck {
  * A schema that cannot be reached is a finding like any other. The connection is closed at the end;
  * `schemas` must be open.
  */
-SchemaCheck checkSchema(Schemas &schemas, const QString &token);
+SchemaCheck checkSchema(const Schemas &schemas, const QString &token);

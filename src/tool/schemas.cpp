@@ -1,16 +1,12 @@
 #include "tool/schemas.h"
 
 #include "common/freshquery.h"
-#include "tool/messages.h"
-
-#include <QSqlError>
+#include "db/schemaregistry.h"
 
 namespace
 {
 
-constexpr uint tokensPerPage = 1000;
-
-// The names of the connections; the manager takes the first for a master's.
+// The names of the connections; with the first, a database counts as the information database.
 QString masterName()
 {
     return QStringLiteral("KVH.InfoDB");
@@ -21,11 +17,17 @@ QString schemaName()
     return QStringLiteral("AutoReport.tool");
 }
 
-/// The manager pastes tokens into its statements; one with a quotation mark would be another
+/// The registry pastes tokens into its statements; one with a quotation mark would be another
 /// statement.
 bool isPlain(const QString &token)
 {
     return !token.contains(QLatin1Char('\'')) && !token.contains(QLatin1Char('\\'));
+}
+
+/// Without a name the client library would log in as the account that runs this program.
+bool isComplete(const ConnectionOptions &row)
+{
+    return !row.databaseName.isEmpty() && !row.user.isEmpty() && !row.password.isEmpty();
 }
 
 } // namespace
@@ -38,27 +40,23 @@ Schemas::Schemas(const ConnectionOptions &connectionOptions)
 
 Schemas::~Schemas()
 {
-    manager.reset();
     QSqlDatabase::removeDatabase(masterName());
 }
 
-QString Schemas::open()
+std::optional<Error> Schemas::open() const
 {
     QSqlDatabase db = master();
     if (!db.open())
-        return ConnectionOptions::openError(db);
+        return Error{ConnectionOptions::openError(db)};
     if (options.single)
-        return {};
-    // Asked here, so that a wrong database is one sentence and not a failure per schema.
-    QSqlQuery query = freshQuery(db);
-    if (!query.exec(
-            QStringLiteral("SELECT token, name, user, pass, status FROM `schemas` LIMIT 0")))
-        return QStringLiteral("the database '%1' is no information database: %2; with --single "
-                              "it is taken as the one schema")
-            .arg(db.databaseName(), query.lastError().text().simplified());
-    manager = std::make_unique<DBManager>();
-    manager->setInfoDB(db);
-    return {};
+        return std::nullopt;
+    // Now, so that a wrong database is one sentence and not an error per schema.
+    const auto error = SchemaRegistry(db).check();
+    if (!error)
+        return std::nullopt;
+    return Error{QStringLiteral("the database '%1' is not an information database: %2; with "
+                                "--single it is taken as the one schema")
+                     .arg(db.databaseName(), error->text.simplified())};
 }
 
 QSqlDatabase Schemas::master() const
@@ -66,55 +64,66 @@ QSqlDatabase Schemas::master() const
     return QSqlDatabase::database(masterName(), false);
 }
 
-QStringList Schemas::tokens()
+bool Schemas::isAnswering() const
 {
-    if (!manager)
-        return {options.databaseName};
-    QStringList all;
-    QStringList page;
-    do {
-        page = manager->loadTokens(tokensPerPage, static_cast<uint>(all.size()));
-        all += page;
-    } while (!page.isEmpty());
-    return all;
+    return freshQuery(master()).exec(QStringLiteral("DO 0"));
 }
 
-ConnectionOptions Schemas::find(const QString &token)
+Result<QStringList> Schemas::tokens() const
 {
+    if (options.single)
+        return QStringList(options.databaseName);
+    return SchemaRegistry(master()).allTokens();
+}
+
+Result<std::optional<ConnectionOptions>> Schemas::find(const QString &token) const
+{
+    if (options.single) // for any other token the wrong database would answer
+        return token == options.databaseName ? std::optional(options) : std::nullopt;
+    if (!isPlain(token))
+        return std::optional<ConnectionOptions>();
+    const auto row = SchemaRegistry(master()).find(token);
+    if (!row.isOk())
+        return Error{row.error().simplified()};
+    if (!row.value())
+        return std::optional<ConnectionOptions>();
     ConnectionOptions found = options;
-    // Any other token would be answered for by the wrong database.
-    if (!manager) {
-        if (token != options.databaseName)
-            found.databaseName.clear();
-        return found;
-    }
-    const DBSchemeRecord record = isPlain(token) ? manager->loadScheme(token) : DBSchemeRecord();
-    found.databaseName = record.name;
-    found.user = record.user;
-    found.password = record.pass;
-    return found;
+    found.databaseName = row.value()->name;
+    found.user = row.value()->user;
+    found.password = row.value()->pass;
+    return std::optional(found);
 }
 
-SchemaConnection::SchemaConnection(Schemas &schemas, const QString &token, Access access)
+SchemaConnection::SchemaConnection(const Schemas &schemas, const QString &token, Access access)
 {
-    const ConnectionOptions way = schemas.find(token);
-    databaseName = way.databaseName;
-    if (databaseName.isEmpty()) {
-        const QStringList failures = Messages::take();
-        error =
-            failures.isEmpty()
-                ? QStringLiteral("there is no active schema '%1': see autoreport status").arg(token)
-                : failures.join(QStringLiteral("; "));
+    const auto found = schemas.find(token);
+    if (!found.isOk()) {
+        error = found.error();
         return;
     }
-    // Not through the manager, which reconnects and keeps the connections that it made.
-    QSqlDatabase db = way.addDatabase(schemaName(), ConnectionOptions::OnLoss::Fail);
+    if (!found.value()) {
+        error = QStringLiteral("there is no active schema '%1': see autoreport status").arg(token);
+        return;
+    }
+    const ConnectionOptions &options = *found.value();
+    databaseName = options.databaseName;
+    if (!options.single && !isComplete(options)) {
+        error = QStringLiteral("the name, user or pass of schema '%1' is empty").arg(token);
+        return;
+    }
+    open(options, access);
+}
+
+// Not through a manager, which reconnects and keeps the connections that it made.
+void SchemaConnection::open(const ConnectionOptions &options, Access access)
+{
+    QSqlDatabase db = options.addDatabase(schemaName(), ConnectionOptions::OnLoss::Fail);
     if (!db.open()) {
         error = ConnectionOptions::openError(db);
         return;
     }
-    // Of use against our own mistakes: these commands have no business writing. It holds as long
-    // as the connection, which is never replaced by another.
+    // Against our own mistakes: these commands must not write. It holds as long as the connection,
+    // which is never replaced by another.
     if (access == Access::ReadOnly &&
         !freshQuery(db).exec(QStringLiteral("SET SESSION TRANSACTION READ ONLY")))
         error = QStringLiteral("the server cannot hold the connection read-only");

@@ -1,20 +1,19 @@
 #pragma once
 
-#include "db/dbmanager.h"
+#include "common/result.h"
 #include "options/connectionoptions.h"
 
 #include <QSqlDatabase>
 #include <QString>
 #include <QStringList>
 
-#include <memory>
+#include <optional>
 
 /**
  * The schemas that a host would serve, as the information database lists them; with "--single"
  * the one database, under its own name.
  *
- * It keeps one connection, which it removes with itself: one object at a time. Failures after
- * open() are warnings in the log.
+ * It keeps one connection, which it removes in its destructor: one object at a time.
  */
 class Schemas
 {
@@ -23,23 +22,24 @@ public:
     ~Schemas();
     Q_DISABLE_COPY(Schemas)
 
-    /// To be called first. Gives the reason of a failure, or an empty text.
-    QString open();
+    /// To be called first. Returns why the schemas cannot be asked for, if so.
+    std::optional<Error> open() const;
 
-    /// The tokens of all active schemas, in a stable order. A failure is a warning, and the list
-    /// may end early.
-    QStringList tokens();
+    /// Returns the tokens of all active schemas, in a stable order.
+    Result<QStringList> tokens() const;
 
-    /// How to reach that schema, with the account and the password of its row; without a database
-    /// name when there is no such active schema.
-    ConnectionOptions find(const QString &token);
+    /// Returns how to connect to that schema, with the account and the password of its row; nothing
+    /// when there is no such active schema.
+    Result<std::optional<ConnectionOptions>> find(const QString &token) const;
+
+    /// Whether the server still answers, within the limit of time.
+    bool isAnswering() const;
 
     /// The information database's connection, or the one database's.
     QSqlDatabase master() const;
 
 private:
     ConnectionOptions options;
-    std::unique_ptr<DBManager> manager; ///< null with "--single"
 };
 
 /**
@@ -54,7 +54,7 @@ public:
     /// ReadOnly is enforced by the server, for as long as the connection lasts.
     enum class Access { ReadOnly, ReadWrite };
 
-    SchemaConnection(Schemas &schemas, const QString &token, Access access);
+    SchemaConnection(const Schemas &schemas, const QString &token, Access access);
     ~SchemaConnection();
     Q_DISABLE_COPY(SchemaConnection)
 
@@ -62,4 +62,7 @@ public:
 
     QString databaseName;
     QString error; ///< why there is no connection, with what to do about it; empty when it is open
+
+private:
+    void open(const ConnectionOptions &options, Access access);
 };

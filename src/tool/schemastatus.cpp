@@ -2,8 +2,7 @@
 
 #include "common/freshquery.h"
 #include "common/zas.h"
-#include "db/zasdbsettings.h"
-#include "tool/messages.h"
+#include "db/varstable.h"
 #include "tool/requirements.h"
 
 #include <QSqlError>
@@ -112,13 +111,16 @@ ReportStatus unasked(const QString &token, const QString &databaseName, const ch
 
 } // namespace
 
-StoredSettings StoredSettings::read(const QSqlDatabase &database, const ReportKind &kind)
+Result<StoredSettings> StoredSettings::read(const QSqlDatabase &database, const ReportKind &kind)
 {
     const QString prefix = QLatin1String(kind.prefix);
-    const auto found = ZasDbSettings(database).variableGetMultiple(prefix);
+    const auto found = VarsTable(database).valuesWithPrefix(prefix);
+    if (!found.isOk())
+        return Error{found.error().simplified()};
+    const VarsTable::Values &values = found.value();
     StoredSettings stored;
-    stored.settings = ReportSettings::fromValues(found, prefix);
-    for (auto entry = found.cbegin(); entry != found.cend(); ++entry)
+    stored.settings = ReportSettings::fromValues(values, prefix);
+    for (auto entry = values.cbegin(); entry != values.cend(); ++entry)
         stored.values.insert(entry.key().mid(prefix.size()), entry.value());
     return stored;
 }
@@ -132,7 +134,7 @@ Recipients::Recipients(const QStringList &written)
     }
 }
 
-QVector<ReportStatus> readStatus(Schemas &schemas, const QString &token, const QDateTime &now)
+QVector<ReportStatus> readStatus(const Schemas &schemas, const QString &token, const QDateTime &now)
 {
     const SchemaConnection connection(schemas, token, SchemaConnection::Access::ReadOnly);
     if (!connection.error.isEmpty())
@@ -140,16 +142,14 @@ QVector<ReportStatus> readStatus(Schemas &schemas, const QString &token, const Q
     const QSqlDatabase database = connection.database();
     QVector<ReportStatus> both;
     for (const ReportKind *kind : reportKinds()) {
-        Messages::take(); // what comes now is about these settings
+        const auto stored = StoredSettings::read(database, *kind);
+        if (!stored.isOk())
+            return {unasked(token, connection.databaseName, "tables", stored.error())};
         ReportStatus status;
         status.token = token;
         status.databaseName = connection.databaseName;
         status.kind = kind;
-        status.stored = StoredSettings::read(database, *kind);
-        const QStringList failures = Messages::take();
-        if (!failures.isEmpty())
-            return {unasked(token, connection.databaseName, "tables",
-                            failures.join(QStringLiteral("; ")))};
+        status.stored = stored.value();
         status.next = nextDue(status.stored.settings, now);
         readQueue(status, database);
         judge(status, database, now);

@@ -14,8 +14,7 @@ struct StoredSettings {
     QMap<QString, QVariant> values; ///< by key, without the prefix
     ReportSettings settings;
 
-    /// A failure is a warning in the log; what is missing has its default then.
-    static StoredSettings read(const QSqlDatabase &database, const ReportKind &kind);
+    static Result<StoredSettings> read(const QSqlDatabase &database, const ReportKind &kind);
 
     /// As it was written, empty where it was not.
     QString text(const char *key) const { return values.value(QLatin1String(key)).toString(); }
@@ -47,7 +46,7 @@ struct ReportStatus {
     QString detail;           ///< a sentence, and what to do
 };
 
-/// Both reports of a schema, daily first, or one record that says why it could not be asked.
-/// Nothing is written; the connection is closed at the end. Warnings that were not taken yet are
-/// lost.
-QVector<ReportStatus> readStatus(Schemas &schemas, const QString &token, const QDateTime &now);
+/// Returns both reports of a schema, daily first, or one record that says why it could not be
+/// asked. Nothing is written; the connection is closed at the end.
+QVector<ReportStatus> readStatus(const Schemas &schemas, const QString &token,
+                                 const QDateTime &now);

@@ -1,13 +1,12 @@
 #include "common/zas.h"
-#include "db/zasdbsettings.h"
+#include "db/varstable.h"
 #include "reports/bookformat.h"
 #include "tool/commands.h"
-#include "tool/messages.h"
 #include "tool/onschema.h"
 #include "tool/output.h"
 #include "tool/tool.h"
 
-#include <QMap>
+#include <QSqlError>
 #include <QTime>
 
 namespace
@@ -19,7 +18,7 @@ QString formatKey()
     return QStringLiteral("exportUseXLSX");
 }
 
-/// Collects what the command line asks for; the first thing found wrong stays in `fault`.
+/// Collects what the command line asks for; the first error is kept.
 class Changes
 {
 public:
@@ -34,8 +33,8 @@ public:
             fail(QStringLiteral("nothing to set"));
     }
 
-    QMap<QString, QVariant> values;
-    QString fault;
+    VarsTable::Values values;
+    QString error;
 
 private:
     void readSwitch()
@@ -95,30 +94,37 @@ private:
         values.insert(invocation.kind->key(key), value);
     }
 
-    void fail(const QString &reason)
+    void fail(const QString &text)
     {
-        if (fault.isEmpty())
-            fault = reason;
+        if (error.isEmpty())
+            error = text;
     }
 
     const Invocation &invocation;
 };
 
-/// All of it or nothing, where the table knows transactions.
-bool store(const SchemaConnection &connection, const QMap<QString, QVariant> &values)
+/// Stores all of it or nothing, where the table knows transactions. Returns the errors.
+QStringList store(const SchemaConnection &connection, const VarsTable::Values &values)
 {
     QSqlDatabase database = connection.database();
     const bool open = database.transaction();
-    const bool stored = ZasDbSettings(database).variableSetMultiple(values);
-    return (!open || (stored ? database.commit() : database.rollback())) && stored;
+    QStringList errors;
+    for (const Error &error : VarsTable(database).store(values))
+        errors.append(error.text.simplified());
+    if (open && !(errors.isEmpty() ? database.commit() : database.rollback()))
+        errors.append(database.lastError().text().simplified());
+    return errors;
 }
 
-int applyChanges(const SchemaConnection &connection, const QMap<QString, QVariant> &values)
+int applyChanges(const SchemaConnection &connection, const VarsTable::Values &values)
 {
     // Read first: a table that cannot be read will not be written to either.
-    const auto before = ZasDbSettings(connection.database()).variableGetMultiple(values.keys());
-    const bool stored = !Messages::print() && store(connection, values);
-    if (Messages::print() || !stored) {
+    const auto before = VarsTable(connection.database()).values(values.keys());
+    const QStringList errors =
+        before.isOk() ? store(connection, values) : QStringList(before.error().simplified());
+    for (const QString &error : errors)
+        Output::error(error);
+    if (!errors.isEmpty()) {
         Output::error(QStringLiteral("nothing was set in the database '%1': autoreport check says "
                                      "what it lacks")
                           .arg(connection.databaseName));
@@ -126,9 +132,10 @@ int applyChanges(const SchemaConnection &connection, const QMap<QString, QVarian
     }
     // What was there before is the way back from a slip.
     for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {
-        const QString old = before.contains(entry.key())
-                                ? QStringLiteral("'%1'").arg(before.value(entry.key()).toString())
-                                : QStringLiteral("not set");
+        const QString old =
+            before.value().contains(entry.key())
+                ? QStringLiteral("'%1'").arg(before.value().value(entry.key()).toString())
+                : QStringLiteral("not set");
         Output::print(
             QStringLiteral("%1: %2 -> '%3'").arg(entry.key(), old, entry.value().toString()));
     }
@@ -154,8 +161,8 @@ void describeSet(QCommandLineParser &parser)
 int runSet(const Invocation &invocation)
 {
     const Changes changes(invocation);
-    if (!changes.fault.isEmpty())
-        return invocation.wrong(changes.fault);
+    if (!changes.error.isEmpty())
+        return invocation.wrong(changes.error);
     return onSchema(invocation, SchemaConnection::Access::ReadWrite,
                     [&changes](const SchemaConnection &connection) {
                         return applyChanges(connection, changes.values);

@@ -1,6 +1,5 @@
 #include "tool/commands.h"
 #include "tool/invocation.h"
-#include "tool/messages.h"
 #include "tool/onschema.h"
 #include "tool/output.h"
 #include "tool/progress.h"
@@ -14,16 +13,33 @@
 namespace
 {
 
-// One after another: thousands of connections at once would take them from the hosts.
-QVector<ReportStatus> readAll(Schemas &schemas, const QStringList &tokens, const QDateTime &now)
-{
+struct Found {
     QVector<ReportStatus> reports;
+    bool isComplete = true; ///< else the server fell silent
+};
+
+bool isWell(const QVector<ReportStatus> &reports)
+{
+    return std::all_of(reports.cbegin(), reports.cend(),
+                       [](const ReportStatus &one) { return one.reason.isEmpty(); });
+}
+
+// One after another: thousands of connections at once would leave none to the hosts.
+Found readAll(const Schemas &schemas, const QStringList &tokens, const QDateTime &now)
+{
+    Found found;
     Progress progress(QStringLiteral("schemas"), tokens.size());
     for (const QString &token : tokens) {
-        reports += readStatus(schemas, token, now);
+        const auto reports = readStatus(schemas, token, now);
+        found.reports += reports;
+        // They all live on one server: waiting for each of the others would take hours.
+        if (!isWell(reports) && !schemas.isAnswering()) {
+            found.isComplete = false;
+            break;
+        }
         progress.step();
     }
-    return reports;
+    return found;
 }
 
 void printJson(const QVector<ReportStatus> &reports, const QDateTime &now, int status)
@@ -37,29 +53,42 @@ void printJson(const QVector<ReportStatus> &reports, const QDateTime &now, int s
     Output::print(object);
 }
 
-int showStatus(const Invocation &invocation, Schemas &schemas)
+/// Returns the schemas to show, or why there are none to be shown.
+Result<QStringList> chosenTokens(const Invocation &invocation, const Schemas &schemas)
 {
     const QString only = invocation.value("schema");
-    // Asked for by name, a schema that is not there is a mistake of the caller, not of the schema.
-    if (!only.isEmpty() && schemas.find(only).databaseName.isEmpty()) {
-        Output::error(QStringLiteral("there is no active schema '%1': autoreport status without "
-                                     "--schema lists them")
-                          .arg(only));
+    if (only.isEmpty())
+        return schemas.tokens();
+    // A wrong name is the caller's mistake, not a state of a schema.
+    const auto found = schemas.find(only);
+    if (!found.isOk())
+        return Error{found.error()};
+    if (!found.value())
+        return Error{QStringLiteral("there is no active schema '%1': autoreport status without "
+                                    "--schema lists them")
+                         .arg(only)};
+    return QStringList(only);
+}
+
+int showStatus(const Invocation &invocation, const Schemas &schemas)
+{
+    const auto tokens = chosenTokens(invocation, schemas);
+    if (!tokens.isOk()) {
+        Output::error(tokens.error());
         return Tool::CouldNotAsk;
     }
-    const QStringList tokens = only.isEmpty() ? schemas.tokens() : QStringList{only};
-    if (Messages::print()) // a list that could not be read looks like an empty one
-        return Tool::CouldNotAsk;
-    // One moment for all: a schema that is asked late must not look worse for it.
+    // One moment for all: a schema that is read late must not look worse for it.
     const QDateTime now = QDateTime::currentDateTime();
-    const auto reports = readAll(schemas, tokens, now);
-    const bool well = std::all_of(reports.cbegin(), reports.cend(),
-                                  [](const ReportStatus &one) { return one.reason.isEmpty(); });
-    const int status = well ? Tool::Well : Tool::Look;
+    const Found found = readAll(schemas, tokens.value(), now);
+    const int status = !found.isComplete       ? Tool::CouldNotAsk
+                       : isWell(found.reports) ? Tool::Well
+                                               : Tool::Look;
     if (invocation.has("json"))
-        printJson(reports, now, status);
+        printJson(found.reports, now, status);
     else
-        Output::print(statusTable(reports));
+        Output::print(statusTable(found.reports));
+    if (!found.isComplete)
+        Output::error(QStringLiteral("the server no longer answers"));
     return status;
 }
 
@@ -74,5 +103,6 @@ void describeStatus(QCommandLineParser &parser)
 
 int runStatus(const Invocation &invocation)
 {
-    return onSchemas(invocation, [&](Schemas &schemas) { return showStatus(invocation, schemas); });
+    return onSchemas(invocation,
+                     [&](const Schemas &schemas) { return showStatus(invocation, schemas); });
 }

@@ -1,5 +1,4 @@
 #include "tool/commands.h"
-#include "tool/messages.h"
 #include "tool/onschema.h"
 #include "tool/output.h"
 #include "tool/schemastatus.h"
@@ -89,9 +88,12 @@ void printRules(const StoredSettings &stored, const QDateTime &now)
 
 int explain(const Invocation &invocation, const SchemaConnection &connection, const QDateTime &now)
 {
-    const auto stored = StoredSettings::read(connection.database(), *invocation.kind);
-    if (Messages::print())
+    const auto read = StoredSettings::read(connection.database(), *invocation.kind);
+    if (!read.isOk()) {
+        Output::error(read.error());
         return Tool::CouldNotAsk;
+    }
+    const StoredSettings &stored = read.value();
     Output::print(QStringLiteral("The %1 report of '%2' (database '%3') on %4:")
                       .arg(QLatin1String(invocation.kind->word), invocation.token,
                            connection.databaseName, Output::exactMoment(now)));
