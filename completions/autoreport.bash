@@ -2,6 +2,7 @@
 _autoreport() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   local way="--db-host --db-port --db-user --db-name --single --db-ca --db-cert --db-key --password-file --config --help"
+  local ask="--timeout $way"
   local command=${COMP_WORDS[1]} words=""
   COMPREPLY=()
 
@@ -12,7 +13,7 @@ _autoreport() {
       ;;
     --format) words="xlsx xls" ;;
     --language) words="sk en" ;;
-    --db-host | --db-port | --db-user | --db-name | --schema | --at | --date | --to | --emails | --time | --debug | --metrics | --run-for)
+    --db-host | --db-port | --db-user | --db-name | --schema | --at | --date | --to | --emails | --time | --debug | --metrics | --run-for | --timeout)
       return
       ;;
   esac
@@ -24,12 +25,12 @@ _autoreport() {
     else
       case $command in
         serve) words="--language --plugin --debug --metrics --run-for $way" ;;
-        status) words="--schema --json $way" ;;
-        why) words="--at $way" ;;
-        preview) words="--language --date --out $way" ;;
-        run) words="--language --date --to --mark --yes $way" ;;
-        set) words="--enable --disable --emails --time --format $way" ;;
-        check) words="--json $way" ;;
+        status) words="--schema --json $ask" ;;
+        why) words="--at $ask" ;;
+        preview) words="--language --date --out $ask" ;;
+        run) words="--language --date --to --mark --yes $ask" ;;
+        set) words="--enable --disable --emails --time --format $ask" ;;
+        check) words="--json $ask" ;;
       esac
     fi
   fi

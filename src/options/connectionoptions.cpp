@@ -15,7 +15,7 @@ QSqlDatabase ConnectionOptions::addDatabase(const QString &connectionName, OnLos
     const QString always = onLoss == OnLoss::Reconnect
                                ? QStringLiteral("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1")
                                : QStringLiteral("CLIENT_IGNORE_SPACE=1");
-    db.setConnectOptions(always + encryption());
+    db.setConnectOptions(always + encryption() + limits());
     return db;
 }
 
@@ -32,6 +32,19 @@ QString ConnectionOptions::encryption() const
     add("SSL_CERT", certificateFile);
     add("SSL_KEY", keyFile);
     return options;
+}
+
+/// The library does not try again: each of them limits one wait.
+QString ConnectionOptions::limits() const
+{
+    if (timeoutSeconds == 0)
+        return QString();
+    const QString sending =
+        QStringLiteral(";MYSQL_OPT_CONNECT_TIMEOUT=%1;MYSQL_OPT_WRITE_TIMEOUT=%1")
+            .arg(timeoutSeconds);
+    return waitsForAnswers
+               ? sending
+               : sending + QStringLiteral(";MYSQL_OPT_READ_TIMEOUT=%1").arg(timeoutSeconds);
 }
 
 QString ConnectionOptions::openError(const QSqlDatabase &db)

@@ -16,6 +16,8 @@ struct ConnectionOptions {
     QString authorityFile;
     QString certificateFile;
     QString keyFile;
+    int timeoutSeconds = 0;       ///< to connect, and for each answer of the server; 0 for no limit
+    bool waitsForAnswers = false; ///< whatever the limit: the statements may take long
 
     /// After a lost connection a host reconnects; an operator's command fails.
     enum class OnLoss { Reconnect, Fail };
@@ -28,4 +30,5 @@ struct ConnectionOptions {
 
 private:
     QString encryption() const;
+    QString limits() const;
 };

@@ -2,15 +2,20 @@
 
 #include "tool/output.h"
 
+#include <QMutex>
+#include <QStringList>
+
 namespace
 {
 
 // Qt's message handler is a plain function, so what it collects belongs to the process.
 QStringList collected;
+QMutex mutex;
 
 void collect(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
     const QString line = message.simplified();
+    const QMutexLocker locker(&mutex);
     // A table that cannot be read is a warning for every row.
     if (type != QtDebugMsg && type != QtInfoMsg && !collected.contains(line))
         collected.append(line);
@@ -29,17 +34,14 @@ Messages::~Messages()
     collected.clear();
 }
 
-QStringList Messages::take()
-{
-    QStringList taken;
-    taken.swap(collected);
-    return taken;
-}
-
 bool Messages::print()
 {
-    const QStringList messages = take();
-    for (const QString &message : messages)
+    QStringList messages;
+    {
+        const QMutexLocker locker(&mutex);
+        messages.swap(collected);
+    }
+    for (const QString &message : qAsConst(messages))
         Output::error(message);
     return !messages.isEmpty();
 }

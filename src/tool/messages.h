@@ -1,12 +1,14 @@
 #pragma once
 
-#include <QStringList>
+#include <QtGlobal>
 
 /**
- * Collects the warnings that the product's code logs while it lives: they are the reasons that a
- * command gives. Nothing is printed; lines below a warning are dropped.
+ * Collects the warnings that the product's code logs while it lives, for a command to print: what a
+ * report complained about is part of what the command says. Nothing is printed by itself; lines
+ * below warning level are dropped.
  *
- * One object at a time, for a program with one thread; the handler before it is back afterwards.
+ * One object at a time, on the main thread; any thread may log. The destructor restores the message
+ * handler before it.
  */
 class Messages
 {
@@ -15,9 +17,8 @@ public:
     ~Messages();
     Q_DISABLE_COPY(Messages)
 
-    /// What was logged since the last call: each text once, on one line.
-    static QStringList take();
-    /// Prints the same as errors; whether there was anything.
+    /// Prints as errors what was logged since the last call: each text once, on one line. Returns
+    /// whether there was any.
     static bool print();
 
 private:

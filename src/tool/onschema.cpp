@@ -22,10 +22,11 @@ int onSchemas(const Invocation &invocation, const std::function<int(const Schema
 }
 
 int onSchema(const Invocation &invocation, SchemaConnection::Access access,
+             SchemaConnection::Statements statements,
              const std::function<int(const SchemaConnection &)> &work)
 {
     return onSchemas(invocation, [&](const Schemas &schemas) {
-        const SchemaConnection connection(schemas, invocation.token, access);
+        const SchemaConnection connection(schemas, invocation.token, access, statements);
         return connection.error.isEmpty() ? work(connection) : couldNotAsk(connection.error);
     });
 }

@@ -17,4 +17,5 @@ int onSchemas(const Invocation &invocation, const std::function<int(const Schema
  * The connection is closed when `work` returns; its queries must be gone by then.
  */
 int onSchema(const Invocation &invocation, SchemaConnection::Access access,
+             SchemaConnection::Statements statements,
              const std::function<int(const SchemaConnection &)> &work);

@@ -72,6 +72,6 @@ int runPreview(const Invocation &invocation)
     if (!invocation.date().isValid())
         return invocation.wrongDate();
     return onSchema(
-        invocation, SchemaConnection::Access::ReadOnly,
+        invocation, SchemaConnection::Access::ReadOnly, SchemaConnection::Statements::Long,
         [&](const SchemaConnection &connection) { return makePreview(invocation, connection); });
 }

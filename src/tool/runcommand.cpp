@@ -143,7 +143,7 @@ int runRun(const Invocation &invocation)
     if (!fault.isEmpty())
         return invocation.wrong(fault);
     return onSchema(invocation, SchemaConnection::Access::ReadWrite,
-                    [&](const SchemaConnection &connection) {
+                    SchemaConnection::Statements::Long, [&](const SchemaConnection &connection) {
                         return makeRun(invocation, connection.database());
                     });
 }

@@ -2,6 +2,7 @@
 
 #include "common/freshquery.h"
 #include "db/schemaregistry.h"
+#include "tool/silencewatch.h"
 
 namespace
 {
@@ -94,7 +95,8 @@ Result<std::optional<ConnectionOptions>> Schemas::find(const QString &token) con
     return std::optional(found);
 }
 
-SchemaConnection::SchemaConnection(const Schemas &schemas, const QString &token, Access access)
+SchemaConnection::SchemaConnection(const Schemas &schemas, const QString &token, Access access,
+                                   Statements statements)
 {
     const auto found = schemas.find(token);
     if (!found.isOk()) {
@@ -105,7 +107,8 @@ SchemaConnection::SchemaConnection(const Schemas &schemas, const QString &token,
         error = QStringLiteral("there is no active schema '%1': see autoreport status").arg(token);
         return;
     }
-    const ConnectionOptions &options = *found.value();
+    ConnectionOptions options = *found.value();
+    options.waitsForAnswers = statements == Statements::Long;
     databaseName = options.databaseName;
     if (!options.single && !isComplete(options)) {
         error = QStringLiteral("the name, user or pass of schema '%1' is empty").arg(token);
@@ -122,6 +125,8 @@ void SchemaConnection::open(const ConnectionOptions &options, Access access)
         error = ConnectionOptions::openError(db);
         return;
     }
+    if (options.waitsForAnswers)
+        watch = std::make_unique<SilenceWatch>(db, options);
     // Against our own mistakes: these commands must not write. It holds as long as the connection,
     // which is never replaced by another.
     if (access == Access::ReadOnly &&
@@ -131,6 +136,7 @@ void SchemaConnection::open(const ConnectionOptions &options, Access access)
 
 SchemaConnection::~SchemaConnection()
 {
+    watch.reset();
     QSqlDatabase::removeDatabase(schemaName());
 }
 

@@ -7,7 +7,10 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
 #include <optional>
+
+class SilenceWatch;
 
 /**
  * The schemas that a host would serve, as the information database lists them; with "--single"
@@ -54,7 +57,12 @@ public:
     /// ReadOnly is enforced by the server, for as long as the connection lasts.
     enum class Access { ReadOnly, ReadWrite };
 
-    SchemaConnection(const Schemas &schemas, const QString &token, Access access);
+    /// Short statements must be answered within the limit of time. Long ones are waited for as long
+    /// as the server answers others.
+    enum class Statements { Short, Long };
+
+    SchemaConnection(const Schemas &schemas, const QString &token, Access access,
+                     Statements statements = Statements::Short);
     ~SchemaConnection();
     Q_DISABLE_COPY(SchemaConnection)
 
@@ -65,4 +73,6 @@ public:
 
 private:
     void open(const ConnectionOptions &options, Access access);
+
+    std::unique_ptr<SilenceWatch> watch; ///< of long statements
 };

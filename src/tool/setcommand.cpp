@@ -164,6 +164,7 @@ int runSet(const Invocation &invocation)
     if (!changes.error.isEmpty())
         return invocation.wrong(changes.error);
     return onSchema(invocation, SchemaConnection::Access::ReadWrite,
+                    SchemaConnection::Statements::Short,
                     [&changes](const SchemaConnection &connection) {
                         return applyChanges(connection, changes.values);
                     });

@@ -24,6 +24,8 @@ struct Command {
     int (*run)(const Invocation &);
 };
 
+constexpr int maxTimeoutSeconds = 3600;
+
 // The one list of them: help, dispatch and positional arguments follow from it.
 constexpr std::array commands{
     Command{"status", false, "Tells of each schema's reports whether they went out.",
@@ -72,6 +74,9 @@ void describe(const Command &command, QCommandLineParser &parser)
                                      QStringLiteral("Which of its two reports."));
     }
     command.describe(parser);
+    parser.addOption({QStringLiteral("timeout"),
+                      QStringLiteral("How long to wait for the server, 10 if not given."),
+                      QStringLiteral("seconds"), QStringLiteral("10")});
     OptionReader::describe(parser);
 }
 
@@ -102,6 +107,7 @@ int runCommand(const Command &command, Invocation &invocation)
         return invocation.wrong(fault);
     OptionReader reader(invocation.parser);
     invocation.connection = reader.connection();
+    invocation.connection.timeoutSeconds = reader.number("timeout", 1, maxTimeoutSeconds);
     if (reader.error.isEmpty())
         invocation.connection.password = reader.password();
     const QString language = reader.language();

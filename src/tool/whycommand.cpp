@@ -122,6 +122,6 @@ int runWhy(const Invocation &invocation)
         return invocation.wrong(QStringLiteral("--at must be \"YYYY-MM-DD HH:MM\", not '%1'")
                                     .arg(invocation.value("at")));
     return onSchema(
-        invocation, SchemaConnection::Access::ReadOnly,
+        invocation, SchemaConnection::Access::ReadOnly, SchemaConnection::Statements::Short,
         [&](const SchemaConnection &connection) { return explain(invocation, connection, now); });
 }
