@@ -9,6 +9,12 @@
 namespace
 {
 
+// `from` and `to` are words of SQL.
+QString mailColumns()
+{
+    return QStringLiteral("type, `from`, `to`, subject, body, created, aid, uid, data");
+}
+
 void logError(const char *text, const QSqlQuery &query)
 {
     qCritical().noquote() << text << query.lastError().text() << "\n\nSQL:" << query.lastQuery();
@@ -70,6 +76,18 @@ void MailRepository::setDB(const QSqlDatabase &db)
     database = db;
 }
 
+QString MailRepository::insertStatement()
+{
+    return QStringLiteral("INSERT INTO emails (%1) VALUES(:type, :from, :to, :subject, :body, "
+                          "UNIX_TIMESTAMP(), :aid, :uid, :data)")
+        .arg(mailColumns());
+}
+
+QString MailRepository::columnsStatement()
+{
+    return QStringLiteral("SELECT %1 FROM emails").arg(mailColumns());
+}
+
 uint MailRepository::addMail(const MailRecord &mail)
 {
     if (mail.from.isEmpty() || mail.to.isEmpty() || mail.subject.isEmpty())
@@ -80,10 +98,7 @@ uint MailRepository::addMail(const MailRecord &mail)
     }
 
     QSqlQuery query = freshQuery(database);
-    // `from` and `to` are words of SQL.
-    const QString sql = QStringLiteral(
-        "INSERT INTO emails (type, `from`, `to`, subject, body, created, aid, uid, data) "
-        "VALUES(:type, :from, :to, :subject, :body, UNIX_TIMESTAMP(), :aid, :uid, :data)");
+    const QString sql = insertStatement();
     if (!query.prepare(sql)) {
         qCritical().noquote() << "MailRepository::addMail() Prepare failed - ERROR:"
                               << query.lastError().text() << "\n\nSQL:" << sql;

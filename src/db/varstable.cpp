@@ -25,7 +25,12 @@ Result<VarsTable::Values> VarsTable::values(const QStringList &names) const
 
 Result<VarsTable::Values> VarsTable::valuesWithPrefix(const QString &prefix) const
 {
-    return read(QStringLiteral("SELECT name, value FROM vars WHERE name LIKE '%1%'").arg(prefix));
+    return read(prefixStatement(prefix));
+}
+
+QString VarsTable::prefixStatement(const QString &prefix)
+{
+    return QStringLiteral("SELECT name, value FROM vars WHERE name LIKE '%1%'").arg(prefix);
 }
 
 Result<VarsTable::Values> VarsTable::read(const QString &sql) const
@@ -66,7 +71,7 @@ Result<bool> VarsTable::insertMissing(const QString &name, const QVariant &value
     return query.numRowsAffected() == 1;
 }
 
-QString VarsTable::upsert()
+QString VarsTable::upsertStatement()
 {
     // It replaces a value only because `name` is unique in the table.
     return QStringLiteral("INSERT INTO vars (name, value) VALUES(:name, :value) ON DUPLICATE KEY "
@@ -76,7 +81,7 @@ QString VarsTable::upsert()
 QVector<Error> VarsTable::store(const Values &values) const
 {
     QSqlQuery query = freshQuery(database);
-    if (!query.prepare(upsert()))
+    if (!query.prepare(upsertStatement()))
         return {errorOf(query)};
     QVector<Error> errors;
     for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {

@@ -44,8 +44,9 @@ public:
     /// Deletes one key, or all that begin with `name`. Returns how many there were.
     Result<int> remove(const QString &name, bool asPrefix) const;
 
-    /// The statement of store(), with the placeholders ":name" and ":value".
-    static QString upsert();
+    // The statements of valuesWithPrefix() and store(); the latter with placeholders.
+    static QString prefixStatement(const QString &prefix);
+    static QString upsertStatement();
 
 private:
     Result<Values> read(const QString &sql) const;

@@ -88,6 +88,12 @@ QString AttenReport::fileName(const QDate &today)
     return fileNameByOptions(today);
 }
 
+QStringList AttenReport::statements()
+{
+    loadOptions();
+    return statementsByOptions();
+}
+
 bool AttenReport::buildWorkbook(const QString &path, const ReportRun &run)
 {
     const std::unique_ptr<ReportContent> content = createContent(run);

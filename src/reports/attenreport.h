@@ -61,19 +61,24 @@ public:
     /// file is unreadable.
     MailRecord makeMail(const QString &path, const QDate &today = QDate::currentDate());
 
+    /// Returns the statements that read the schema, as its options choose them, for nobody in
+    /// particular: what the server cannot prepare, the report cannot read.
+    QStringList statements();
+
 protected:
     struct MailTexts {
         QString subject;
         QString body;
     };
 
-    /// Reads the options again. Called before the two functions below it, once per workbook.
+    /// Reads the options again. Called before the functions below it, once per workbook.
     virtual void loadOptions() = 0;
     virtual QString fileNameByOptions(const QDate &today) const = 0;
     virtual std::unique_ptr<ReportContent> createContent(const ReportRun &run) = 0;
     /// Returns how the log names the creation of a book.
     virtual const char *bookFactoryName() const = 0;
     virtual MailTexts mailTexts(const QDate &today) const = 0;
+    virtual QStringList statementsByOptions() const = 0;
 
     ZasDbSettings settings;
 

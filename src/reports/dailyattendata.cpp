@@ -7,13 +7,40 @@
 #include <QSqlError>
 #include <QVariant>
 
+namespace
+{
+
+QString peopleStatement(const QDate &today)
+{
+    return QStringLiteral(
+               "SELECT uid, pid, CONCAT_WS(' ', p.surname, p.name, p.title, p.title2) person, "
+               "g.name grp, d.name depart, b.name branch FROM people p LEFT JOIN groups g "
+               "USING(gid) LEFT JOIN departs d USING(did) LEFT JOIN branches b USING(bid) WHERE "
+               "p.status=1 AND p.name != '<anonym>' AND p.begin < %1 AND (p.end IS NULL OR p.end "
+               ">= %2) GROUP BY p.uid ORDER BY p.surname, p.name, p.pid")
+        .arg(dayStartText(today.addDays(1)), dayStartText(firstOfMonth(today)));
+}
+
+QString branchesStatement()
+{
+    return QStringLiteral("SELECT uid, br.name FROM brape b LEFT JOIN branches br ON "
+                          "b.bid=br.bid ORDER BY b.since ASC");
+}
+
+QString shiftsStatement()
+{
+    return QStringLiteral("\n        SELECT uid, dom, shift\n        FROM atten\n        "
+                          "WHERE date >= :tsFrom AND date < :tsTo\n    ");
+}
+
+} // namespace
+
 ShiftTable loadShifts(const QSqlDatabase &database, const QDate &date)
 {
     ShiftTable shifts;
     const QDate first = firstOfMonth(date);
     QSqlQuery query = freshQuery(database);
-    query.prepare(QStringLiteral("\n        SELECT uid, dom, shift\n        FROM atten\n        "
-                                 "WHERE date >= :tsFrom AND date < :tsTo\n    "));
+    query.prepare(shiftsStatement());
     query.bindValue(QStringLiteral(":tsFrom"), dayStartSeconds(first));
     query.bindValue(QStringLiteral(":tsTo"), dayStartSeconds(first.addMonths(1)));
     if (!query.exec()) {
@@ -38,14 +65,7 @@ DailyAttenData::DailyAttenData(const QSqlDatabase &db, const DailyAttenOptions &
 
 bool DailyAttenData::loadPeople()
 {
-    const QString statement =
-        QStringLiteral(
-            "SELECT uid, pid, CONCAT_WS(' ', p.surname, p.name, p.title, p.title2) person, "
-            "g.name grp, d.name depart, b.name branch FROM people p LEFT JOIN groups g "
-            "USING(gid) LEFT JOIN departs d USING(did) LEFT JOIN branches b USING(bid) WHERE "
-            "p.status=1 AND p.name != '<anonym>' AND p.begin < %1 AND (p.end IS NULL OR p.end "
-            ">= %2) GROUP BY p.uid ORDER BY p.surname, p.name, p.pid")
-            .arg(dayStartText(today.addDays(1)), dayStartText(firstOfMonth(today)));
+    const QString statement = peopleStatement(today);
     qDebug("DailyAttenReport::makeReport() people SQL: %s", qUtf8Printable(statement));
 
     QSqlQuery query = freshQuery(database);
@@ -69,14 +89,22 @@ bool DailyAttenData::loadPeople()
 
 void DailyAttenData::loadBranches()
 {
-    const QString statement =
-        QStringLiteral("SELECT uid, br.name FROM brape b LEFT JOIN branches br ON "
-                       "b.bid=br.bid ORDER BY b.since ASC");
     QSqlQuery query = freshQuery(database);
-    if (!execOrWarn(query, statement, "DailyAttenReport::makeReport() branch SQL error:"))
+    if (!execOrWarn(query, branchesStatement(), "DailyAttenReport::makeReport() branch SQL error:"))
         return;
     while (query.next())
         branches.insert(query.value(0).toUInt(), query.value(1).toString());
+}
+
+QStringList DailyAttenData::statements(const DailyAttenOptions &options, const QDate &today)
+{
+    QStringList all{peopleStatement(today), branchesStatement(), shiftsStatement()};
+    const DailyAttenStatements ofDays(options);
+    for (const DayValue value : dayValues) {
+        if (ofDays.values().testFlag(value))
+            all.append(ofDays.forOne(value, 0, DaySpan::of(today)));
+    }
+    return all;
 }
 
 DailyAttenRow DailyAttenData::row(const DailyAttenPerson &person, int dayOfMonth)

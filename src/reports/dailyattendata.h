@@ -10,6 +10,7 @@
 #include <QPair>
 #include <QSqlDatabase>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <functional>
@@ -46,6 +47,10 @@ public:
     /// Returns the values of one of the people and one day. Rows are read fastest day by day, in
     /// the order of the people. A row that a stop left unread is incomplete.
     DailyAttenRow row(const DailyAttenPerson &person, int dayOfMonth);
+
+    /// Returns the statements that the report executes with these options, for nobody in
+    /// particular: those of this class, of loadShifts() and of one day.
+    static QStringList statements(const DailyAttenOptions &options, const QDate &today);
 
 private:
     QString branch(const DailyAttenPerson &person) const;

@@ -78,6 +78,11 @@ std::unique_ptr<ReportContent> DailyAttenReport::createContent(const ReportRun &
     return std::make_unique<Content>(*this, run);
 }
 
+QStringList DailyAttenReport::statementsByOptions() const
+{
+    return DailyAttenData::statements(options, QDate::currentDate());
+}
+
 AttenReport::MailTexts DailyAttenReport::mailTexts(const QDate &today) const
 {
     return {tr("Denný report dochádzky za %1").arg(today.toString(QStringLiteral("d. M. yyyy"))),

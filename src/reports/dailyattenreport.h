@@ -34,6 +34,7 @@ protected:
     std::unique_ptr<ReportContent> createContent(const ReportRun &run) override;
     const char *bookFactoryName() const override { return "xlCreateBook()"; }
     MailTexts mailTexts(const QDate &today) const override;
+    QStringList statementsByOptions() const override;
 
 private:
     class Content;

@@ -19,6 +19,50 @@ double hours(const QSqlQuery &query, int column)
     return query.value(column).toDouble() / secondsPerHour;
 }
 
+QString peopleStatement(const AttenMonth &month)
+{
+    return QStringLiteral(
+               "SELECT uid, pid, pamId, CONCAT_WS(' ', p.surname, p.name, p.title, "
+               "p.title2) person FROM people p WHERE p.status=1 AND p.name != '<anonym>' "
+               "AND p.begin < %1 AND (p.end IS NULL OR p.end >= %2) GROUP BY p.uid ORDER "
+               "BY p.surname, p.name, p.pid")
+        .arg(month.end, month.start);
+}
+
+QString numbersStatement()
+{
+    return QStringLiteral("SELECT uid, pid, pamId FROM people");
+}
+
+QString totalsStatement(const QString &uids, const AttenMonth &month)
+{
+    return QStringLiteral("SELECT uid, fond, work, saldo, saldo_p, saldo_c, totalSaldo, holidays, "
+                          "holidaySum, bonus, day6sum, day7sum, holidayFond, night, vouchers FROM "
+                          "atten_month a WHERE uid IN(%1) AND a.month = %2 ORDER BY uid")
+        .arg(uids, month.key);
+}
+
+QString interruptionsStatement(const QString &uids, const AttenMonth &month)
+{
+    return QStringLiteral(
+               "SELECT uid, iid, duration FROM atten_data ad WHERE uid IN(%1) AND ad.from "
+               ">= %2 AND ad.from < %3 AND del = 0 AND iid > 1 AND iid < 1000 ORDER BY "
+               "uid")
+        .arg(uids, month.start, month.end);
+}
+
+QString workStatement(const QString &uids, const AttenMonth &month)
+{
+    return QStringLiteral("SELECT uid, work FROM atten_month am WHERE uid IN(%1) AND am.month = %2 "
+                          "ORDER BY uid")
+        .arg(uids, month.key);
+}
+
+QString catalogueStatement()
+{
+    return QStringLiteral("SELECT iid, shortcut, name FROM inters ORDER BY iid");
+}
+
 } // namespace
 
 AttenMonth::AttenMonth(const QDate &date)
@@ -38,12 +82,7 @@ MonthlyAttenData::MonthlyAttenData(const QSqlDatabase &db, const MonthlyAttenOpt
 
 bool MonthlyAttenData::loadPeople()
 {
-    const QString statement =
-        QStringLiteral("SELECT uid, pid, pamId, CONCAT_WS(' ', p.surname, p.name, p.title, "
-                       "p.title2) person FROM people p WHERE p.status=1 AND p.name != '<anonym>' "
-                       "AND p.begin < %1 AND (p.end IS NULL OR p.end >= %2) GROUP BY p.uid ORDER "
-                       "BY p.surname, p.name, p.pid")
-            .arg(month.end, month.start);
+    const QString statement = peopleStatement(month);
     qDebug("MonthlyAttenReport::makeReport() people SQL: %s", qUtf8Printable(statement));
     QSqlQuery query = freshQuery(database);
     if (!execOrFail(query, statement, "MonthlyAttenReport::makeReport() people SQL ERROR:"))
@@ -76,8 +115,7 @@ QString MonthlyAttenData::uidText() const
 bool MonthlyAttenData::loadNumbers()
 {
     QSqlQuery query = freshQuery(database);
-    if (!execOrWarn(query, QStringLiteral("SELECT uid, pid, pamId FROM people"),
-                    "MonthlyAttenReport::makeReport() pid/pamId ERROR:"))
+    if (!execOrWarn(query, numbersStatement(), "MonthlyAttenReport::makeReport() pid/pamId ERROR:"))
         return false;
     while (query.next())
         numbers.insert(query.value(0).toUInt(),
@@ -87,16 +125,12 @@ bool MonthlyAttenData::loadNumbers()
 
 bool MonthlyAttenData::loadTotals(const QString &uids)
 {
+    QSqlQuery query = freshQuery(database);
+    if (!execOrWarn(query, totalsStatement(uids, month),
+                    "MonthlyAttenReport::makeReport() atten_month ERROR:"))
+        return false;
     // By name, so that the order of the columns is the statement's own business. Some of them are
     // selected and read by nobody.
-    const QString statement =
-        QStringLiteral("SELECT uid, fond, work, saldo, saldo_p, saldo_c, totalSaldo, holidays, "
-                       "holidaySum, bonus, day6sum, day7sum, holidayFond, night, vouchers FROM "
-                       "atten_month a WHERE uid IN(%1) AND a.month = %2 ORDER BY uid")
-            .arg(uids, month.key);
-    QSqlQuery query = freshQuery(database);
-    if (!execOrWarn(query, statement, "MonthlyAttenReport::makeReport() atten_month ERROR:"))
-        return false;
     const QSqlRecord columns = query.record();
     const auto at = [&columns](const char *name) {
         return columns.indexOf(QLatin1String(name));
@@ -127,13 +161,9 @@ bool MonthlyAttenData::loadTotals(const QString &uids)
 
 bool MonthlyAttenData::loadInterruptions(const QString &uids)
 {
-    const QString statement =
-        QStringLiteral("SELECT uid, iid, duration FROM atten_data ad WHERE uid IN(%1) AND ad.from "
-                       ">= %2 AND ad.from < %3 AND del = 0 AND iid > 1 AND iid < 1000 ORDER BY "
-                       "uid")
-            .arg(uids, month.start, month.end);
     QSqlQuery query = freshQuery(database);
-    if (!execOrWarn(query, statement, "MonthlyAttenReport::makeReport() atten_data ERROR:"))
+    if (!execOrWarn(query, interruptionsStatement(uids, month),
+                    "MonthlyAttenReport::makeReport() atten_data ERROR:"))
         return false;
     while (query.next())
         interruptionHours[query.value(0).toUInt()][query.value(1).toUInt()] += hours(query, 2);
@@ -143,16 +173,21 @@ bool MonthlyAttenData::loadInterruptions(const QString &uids)
 /// The hours worked come from a statement of their own, though the totals select them too.
 bool MonthlyAttenData::loadWork(const QString &uids)
 {
-    const QString statement =
-        QStringLiteral("SELECT uid, work FROM atten_month am WHERE uid IN(%1) AND am.month = %2 "
-                       "ORDER BY uid")
-            .arg(uids, month.key);
     QSqlQuery query = freshQuery(database);
-    if (!execOrWarn(query, statement, "MonthlyAttenReport::makeReport() work ERROR:"))
+    if (!execOrWarn(query, workStatement(uids, month),
+                    "MonthlyAttenReport::makeReport() work ERROR:"))
         return false;
     while (query.next())
         workedHours.insert(query.value(0).toUInt(), hours(query, 1));
     return true;
+}
+
+QStringList MonthlyAttenData::statements() const
+{
+    const QString nobody = QStringLiteral("0");
+    return {peopleStatement(month),         numbersStatement(),
+            totalsStatement(nobody, month), interruptionsStatement(nobody, month),
+            workStatement(nobody, month),   catalogueStatement()};
 }
 
 MonthlyAttenRow MonthlyAttenData::row(int index) const
@@ -179,8 +214,7 @@ bool loadInterruptionCatalogue(const QSqlDatabase &database,
                                QHash<QString, unsigned int> &shortcutToIid, const char *failure)
 {
     QSqlQuery query = freshQuery(database);
-    if (!execOrWarn(query, QStringLiteral("SELECT iid, shortcut, name FROM inters ORDER BY iid"),
-                    failure))
+    if (!execOrWarn(query, catalogueStatement(), failure))
         return false;
     while (query.next()) {
         const unsigned int iid = query.value(0).toUInt();

@@ -43,6 +43,10 @@ public:
     /// Loads everything else about these people. Returns false when a query failed.
     bool loadValues();
 
+    /// Returns all statements that the functions here and loadInterruptionCatalogue() execute, for
+    /// nobody in particular.
+    QStringList statements() const;
+
     int count() const { return people.size(); }
     MonthlyAttenRow row(int index) const;
 

@@ -63,6 +63,11 @@ std::unique_ptr<ReportContent> MonthlyAttenReport::createContent(const ReportRun
     return std::make_unique<Content>(*this, run.now.date());
 }
 
+QStringList MonthlyAttenReport::statementsByOptions() const
+{
+    return MonthlyAttenData(database, options, QDate::currentDate()).statements();
+}
+
 AttenReport::MailTexts MonthlyAttenReport::mailTexts(const QDate &today) const
 {
     return {tr("Mesačný report dochádzky za %1 / %2")

@@ -23,6 +23,7 @@ protected:
     std::unique_ptr<ReportContent> createContent(const ReportRun &run) override;
     const char *bookFactoryName() const override { return "xlCreateXMLBook()"; }
     MailTexts mailTexts(const QDate &today) const override;
+    QStringList statementsByOptions() const override;
 
 private:
     class Content;

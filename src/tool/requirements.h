@@ -6,18 +6,19 @@
 #include <QStringList>
 
 /**
- * The tables and columns of a schema that a report reads and writes, with this schema's settings.
+ * What a report needs of a schema's tables, with this schema's settings.
  *
- * They are asked of the server without fetching a row, over a connection that is open; a read-only
- * one will do.
+ * The server prepares the reports' own statements and executes none: it names what is missing,
+ * ambiguous, damaged or forbidden. Errors begin with the tables of the statement.
  */
 namespace Requirements
 {
 
-/// What of it cannot be read, "table NAME: " and the server's words; empty when all is there.
-QStringList unmet(const QSqlDatabase &database, const ReportKind &kind);
+/// Returns why the report could not read; empty when it can. The connection may be read-only.
+QStringList unreadable(const QSqlDatabase &database, const ReportKind &kind);
 
-/// The same for all that is read of one table.
-QStringList unmet(const QSqlDatabase &database, const QString &table);
+/// Returns why reports could not queue mails and store settings; empty when they can. The server
+/// tells that over a connection that may write.
+QStringList unwritable(const QSqlDatabase &database);
 
 } // namespace Requirements

@@ -16,7 +16,7 @@ using Row = QVector<QVariant>;
 constexpr qint64 attachmentBytes = 16777215; // a MEDIUMBLOB; a BLOB would cut off every workbook
 
 /// No rows where the statement fails.
-QVector<Row> ask(const QSqlDatabase &database, const QString &statement, int columns)
+QVector<Row> rowsOf(const QSqlDatabase &database, const QString &statement, int columns)
 {
     QVector<Row> rows;
     QSqlQuery query = freshQuery(database);
@@ -30,50 +30,34 @@ QVector<Row> ask(const QSqlDatabase &database, const QString &statement, int col
     return rows;
 }
 
-void tellUnmet(const QStringList &unmet, Findings &findings)
-{
-    for (const QString &text : unmet)
-        findings.problem(text, QStringLiteral("bring the schema up to the product's version, or "
-                                              "grant SELECT on it"));
-}
-
-// Both reports miss the same table; it is one finding.
+// Both reports read some of the same tables; what is missing is one finding.
 void checkTables(const QSqlDatabase &database, const QVector<const ReportKind *> &enabled,
                  Findings &findings)
 {
-    QStringList unmet;
+    QStringList errors;
     for (const ReportKind *kind : enabled)
-        unmet += Requirements::unmet(database, *kind);
-    unmet.removeDuplicates();
-    tellUnmet(unmet, findings);
-}
-
-/// The server explains a statement only to who may run it.
-void checkWriteAccess(const QSqlDatabase &database, Findings &findings)
-{
-    const QString statements[] = {
-        QStringLiteral("EXPLAIN INSERT INTO vars (name, value) VALUES ('', '') ON DUPLICATE KEY "
-                       "UPDATE value = VALUES(value)"),
-        QStringLiteral(
-            "EXPLAIN INSERT INTO emails (type, `from`, `to`, subject, body, created, aid, "
-            "uid, data) VALUES (NULL, '', '', '', '', 0, 0, NULL, '')")};
-    for (const QString &statement : statements) {
-        QSqlQuery query = freshQuery(database);
-        if (!query.exec(statement))
-            findings.problem(query.lastError().databaseText().simplified(),
-                             QStringLiteral("grant INSERT and UPDATE on vars, INSERT on emails"));
-    }
+        errors += Requirements::unreadable(database, *kind);
+    errors.removeDuplicates();
+    for (const QString &error : qAsConst(errors))
+        findings.problem(error, QStringLiteral("bring the schema up to the product's version, or "
+                                               "grant SELECT on it"));
+    // With a column missing, it is the missing column that has to be mended.
+    if (!errors.isEmpty())
+        return;
+    for (const QString &error : Requirements::unwritable(database))
+        findings.problem(error,
+                         QStringLiteral("grant INSERT and UPDATE on vars, INSERT on emails"));
 }
 
 /// What "all mails and lastGenerated, or nothing" and "once a day" rest on.
 void checkStorage(const QSqlDatabase &database, Findings &findings)
 {
     const auto engines =
-        ask(database,
-            QStringLiteral("SELECT table_name, engine FROM information_schema.tables WHERE "
-                           "table_schema = DATABASE() AND table_name IN ('vars', 'emails') AND "
-                           "engine != 'InnoDB'"),
-            2);
+        rowsOf(database,
+               QStringLiteral("SELECT table_name, engine FROM information_schema.tables WHERE "
+                              "table_schema = DATABASE() AND table_name IN ('vars', 'emails') AND "
+                              "engine != 'InnoDB'"),
+               2);
     for (const Row &row : engines)
         findings.problem(QStringLiteral("table %1 is kept by %2, without transactions: mails and "
                                         "lastGenerated could part")
@@ -81,7 +65,7 @@ void checkStorage(const QSqlDatabase &database, Findings &findings)
                          QStringLiteral("ALTER TABLE %1 ENGINE=InnoDB").arg(row.at(0).toString()));
 
     // A key over several columns lets the same name in twice.
-    const auto keys = ask(
+    const auto keys = rowsOf(
         database,
         QStringLiteral("SELECT index_name FROM information_schema.statistics WHERE table_schema = "
                        "DATABASE() AND table_name = 'vars' AND non_unique = 0 GROUP BY index_name "
@@ -96,26 +80,26 @@ void checkStorage(const QSqlDatabase &database, Findings &findings)
 /// That what is written comes back: letters as they are, attachments in full.
 void checkColumns(const QSqlDatabase &database, Findings &findings)
 {
-    const auto columns =
-        ask(database,
-            QStringLiteral("SELECT table_name, column_name, character_set_name FROM "
-                           "information_schema.columns WHERE table_schema = DATABASE() AND "
-                           "character_set_name NOT LIKE 'utf8%' AND (table_name, column_name) IN "
-                           "(('emails', 'subject'), ('emails', 'body'), ('emails', 'to'), "
-                           "('vars', 'value'), ('people', 'name'), ('people', 'surname'))"),
-            3);
+    const auto columns = rowsOf(
+        database,
+        QStringLiteral("SELECT table_name, column_name, character_set_name FROM "
+                       "information_schema.columns WHERE table_schema = DATABASE() AND "
+                       "character_set_name NOT LIKE 'utf8%' AND (table_name, column_name) IN "
+                       "(('emails', 'subject'), ('emails', 'body'), ('emails', 'to'), "
+                       "('vars', 'value'), ('people', 'name'), ('people', 'surname'))"),
+        3);
     for (const Row &row : columns)
         findings.problem(QStringLiteral("%1.%2 is in %3, where letters get lost")
                              .arg(row.at(0).toString(), row.at(1).toString(), row.at(2).toString()),
                          QStringLiteral("ALTER TABLE %1 CONVERT TO CHARACTER SET utf8mb4")
                              .arg(row.at(0).toString()));
 
-    const auto data =
-        ask(database,
-            QStringLiteral("SELECT character_maximum_length FROM information_schema.columns WHERE "
-                           "table_schema = DATABASE() AND table_name = 'emails' AND column_name = "
-                           "'data'"),
-            1);
+    const auto data = rowsOf(
+        database,
+        QStringLiteral("SELECT character_maximum_length FROM information_schema.columns WHERE "
+                       "table_schema = DATABASE() AND table_name = 'emails' AND column_name = "
+                       "'data'"),
+        1);
     if (!data.isEmpty() && data.at(0).at(0).toLongLong() < attachmentBytes)
         findings.problem(QStringLiteral("emails.data holds %1 bytes, too few for workbooks")
                              .arg(data.at(0).at(0).toString()),
@@ -126,10 +110,10 @@ void checkColumns(const QSqlDatabase &database, Findings &findings)
 void checkMails(const QSqlDatabase &database, Findings &findings)
 {
     // The sender fetches a mail in one piece, and a restored dump writes it with escapes: twice.
-    const auto sizes = ask(database,
-                           QStringLiteral("SELECT MAX(LENGTH(data)), @@max_allowed_packet FROM "
-                                          "emails WHERE status = 'Q'"),
-                           2);
+    const auto sizes = rowsOf(database,
+                              QStringLiteral("SELECT MAX(LENGTH(data)), @@max_allowed_packet FROM "
+                                             "emails WHERE status = 'Q'"),
+                              2);
     if (!sizes.isEmpty() && 2 * sizes.at(0).at(0).toLongLong() > sizes.at(0).at(1).toLongLong())
         findings.problem(QStringLiteral("the largest queued mail has %1 bytes, the server takes "
                                         "%2 at a time")
@@ -149,12 +133,12 @@ void checkMails(const QSqlDatabase &database, Findings &findings)
 void checkHosts(const QSqlDatabase &database, Findings &findings)
 {
     const auto machines =
-        ask(database,
-            QStringLiteral("SELECT DISTINCT IF(host LIKE '%:%', LEFT(host, LENGTH(host) - "
-                           "LENGTH(SUBSTRING_INDEX(host, ':', -1)) - 1), host) FROM "
-                           "information_schema.processlist WHERE db = DATABASE() AND id <> "
-                           "CONNECTION_ID() ORDER BY 1"),
-            1);
+        rowsOf(database,
+               QStringLiteral("SELECT DISTINCT IF(host LIKE '%:%', LEFT(host, LENGTH(host) - "
+                              "LENGTH(SUBSTRING_INDEX(host, ':', -1)) - 1), host) FROM "
+                              "information_schema.processlist WHERE db = DATABASE() AND id <> "
+                              "CONNECTION_ID() ORDER BY 1"),
+               1);
     QStringList names;
     for (const Row &row : machines)
         names.append(row.at(0).toString());
@@ -178,19 +162,22 @@ SchemaCheck checkSchema(const Schemas &schemas, const QString &token)
         return {findings.list, false, false};
     }
     const QSqlDatabase database = connection.database();
-    // Without its settings nobody knows what else the schema needs.
-    const QStringList vars = Requirements::unmet(database, QStringLiteral("vars"));
-    tellUnmet(vars, findings);
     QVector<const ReportKind *> enabled;
     for (const ReportKind *kind : reportKinds()) {
         const auto stored = StoredSettings::read(database, *kind);
-        if (stored.isOk() && stored.value().settings.enabled)
+        // Without its settings nobody knows what else the schema needs.
+        if (!stored.isOk()) {
+            findings.problem(stored.error(),
+                             QStringLiteral("bring the schema up to the product's version, or "
+                                            "grant SELECT on it"));
+            break;
+        }
+        if (stored.value().settings.enabled)
             enabled.append(kind);
     }
     // A customer without reports may well lack what they need.
     if (!enabled.isEmpty()) {
         checkTables(database, enabled, findings);
-        checkWriteAccess(database, findings);
         checkStorage(database, findings);
         checkColumns(database, findings);
         checkMails(database, findings);

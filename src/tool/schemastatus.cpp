@@ -5,8 +5,6 @@
 #include "db/varstable.h"
 #include "tool/requirements.h"
 
-#include <QSqlError>
-
 namespace
 {
 
@@ -69,34 +67,37 @@ void judgeSettings(ReportStatus &status, const QDateTime &now)
             QStringLiteral("it should have gone out: see that autoreport serve runs, and its log"));
 }
 
+/// The mails that wait, by the server's clock, which also stamped them. Returns the error, if any.
+QStringList readQueue(ReportStatus &status, const QSqlDatabase &database)
+{
+    QSqlQuery query = freshQuery(database);
+    if (!query.exec(QStringLiteral("SELECT COUNT(*), UNIX_TIMESTAMP() - MIN(created) FROM emails "
+                                   "WHERE status = 'Q'")) ||
+        !query.next())
+        return {errorOf(query).text.simplified()};
+    status.queued = query.value(0).toInt();
+    status.oldestSeconds = query.value(1).toLongLong();
+    return {};
+}
+
 void judge(ReportStatus &status, const QSqlDatabase &database, const QDateTime &now)
 {
-    // What is switched off lacks nothing.
+    const QStringList queueErrors = readQueue(status, database);
+    // Disabled reports have no problems.
     if (status.stored.settings.enabled) {
-        const QStringList unmet = Requirements::unmet(database, *status.kind);
-        if (!unmet.isEmpty())
+        QStringList errors = Requirements::unreadable(database, *status.kind);
+        if (errors.isEmpty())
+            errors = queueErrors;
+        if (!errors.isEmpty())
             say(status, "tables",
-                QStringLiteral("%1: autoreport check").arg(unmet.join(QStringLiteral("; "))));
+                QStringLiteral("%1: autoreport check").arg(errors.join(QStringLiteral("; "))));
         judgeSettings(status, now);
     }
-    // But what was queued, by hand or before the reports were switched off, was promised to people.
+    // But what was queued, by hand or before the reports were disabled, was promised to people.
     if (status.queued > 0 && status.oldestSeconds > queuePatienceSeconds)
         say(status, "queue",
             QStringLiteral("mails have been waiting for over an hour: see that the product's "
                            "sender works"));
-}
-
-/// The mails that wait, by the server's clock, which also stamped them.
-void readQueue(ReportStatus &status, const QSqlDatabase &database)
-{
-    QSqlQuery query = freshQuery(database);
-    // A failure is told where the tables are looked at, for the reports that need this one.
-    if (!query.exec(QStringLiteral("SELECT COUNT(*), UNIX_TIMESTAMP() - MIN(created) FROM emails "
-                                   "WHERE status = 'Q'")) ||
-        !query.next())
-        return;
-    status.queued = query.value(0).toInt();
-    status.oldestSeconds = query.value(1).toLongLong();
 }
 
 ReportStatus unasked(const QString &token, const QString &databaseName, const char *reason,
@@ -151,7 +152,6 @@ QVector<ReportStatus> readStatus(const Schemas &schemas, const QString &token, c
         status.kind = kind;
         status.stored = stored.value();
         status.next = nextDue(status.stored.settings, now);
-        readQueue(status, database);
         judge(status, database, now);
         both.append(status);
     }

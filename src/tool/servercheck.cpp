@@ -21,7 +21,7 @@ constexpr quint64 bytesPerMiB = 1048576;
 constexpr quint64 spaceWantedMiB = 512;
 
 /// Nothing where the statement fails.
-QVariant ask(const QSqlDatabase &database, const char *statement)
+QVariant valueOf(const QSqlDatabase &database, const char *statement)
 {
     QSqlQuery query = freshQuery(database);
     return query.exec(QLatin1String(statement)) && query.next() ? query.value(0) : QVariant();
@@ -30,11 +30,11 @@ QVariant ask(const QSqlDatabase &database, const char *statement)
 void checkWords(const QSqlDatabase &master, Findings &findings)
 {
     // Tried out: version numbers of the two families say little.
-    if (ask(master, "SELECT 1 AS groups").isValid())
+    if (valueOf(master, "SELECT 1 AS groups").isValid())
         return;
     findings.problem(
         QStringLiteral("%1 reserves the word groups, the name of a table of every schema")
-            .arg(ask(master, "SELECT VERSION()").toString()),
+            .arg(valueOf(master, "SELECT VERSION()").toString()),
         QStringLiteral("run the schemas on MariaDB or on MySQL 5.7; MySQL 8 does not do"));
 }
 
@@ -42,14 +42,14 @@ void checkClock(const QSqlDatabase &master, Findings &findings)
 {
     const QDateTime now = QDateTime::currentDateTime();
     const qint64 ahead =
-        ask(master, "SELECT UNIX_TIMESTAMP()").toLongLong() - now.toSecsSinceEpoch();
+        valueOf(master, "SELECT UNIX_TIMESTAMP()").toLongLong() - now.toSecsSinceEpoch();
     if (qAbs(ahead) > clockToleranceSeconds)
         findings.problem(QStringLiteral("its clock is %1 s %2 this machine's")
                              .arg(QString::number(qAbs(ahead)), ahead > 0
                                                                     ? QStringLiteral("ahead of")
                                                                     : QStringLiteral("behind")),
                          QStringLiteral("keep both clocks right, with NTP for example"));
-    const QVariant offset = ask(master, "SELECT TIMESTAMPDIFF(SECOND, UTC_TIMESTAMP(), NOW())");
+    const QVariant offset = valueOf(master, "SELECT TIMESTAMPDIFF(SECOND, UTC_TIMESTAMP(), NOW())");
     // No problem in itself: the server keeps moments as Unix seconds.
     if (offset.isValid() && offset.toInt() != now.offsetFromUtc())
         findings.notice(QStringLiteral("its time zone is %1 min off UTC, this machine's %2 min")
@@ -80,7 +80,7 @@ QString cipherOf(const QSqlDatabase &master)
 QVector<Finding> checkConnections(const QSqlDatabase &master, int schemas, int enabled)
 {
     Findings findings(QStringLiteral("server"));
-    const int limit = ask(master, "SELECT @@max_connections").toInt();
+    const int limit = valueOf(master, "SELECT @@max_connections").toInt();
     // The information database, the scan's until its slice is over, each worker's, and one in
     // passing.
     const int needed = 2 + std::min(schemas, connectionsOfScan) + enabled;
