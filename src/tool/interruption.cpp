@@ -14,7 +14,7 @@ volatile std::sig_atomic_t noted = 0;
 extern "C" void note(int number)
 {
     noted = number;
-    // A statement that hangs is not to hold up who insists.
+    // A second signal kills at once, whatever hangs.
     for (const int one : signals)
         std::signal(one, SIG_DFL);
 }

@@ -1,8 +1,8 @@
 #pragma once
 
 /**
- * While it lives, SIGINT, SIGTERM and SIGHUP do not end the program, so that a command removes what
- * it keeps aside before it ends by itself. They are only noted; a second one ends the program at
+ * While it lives, SIGINT, SIGTERM and SIGHUP do not end the program, so that a command can
+ * clean up before it ends by itself. They are only noted; a second one ends the program at
  * once. Signals that whoever started the program let it ignore stay ignored.
  *
  * One object at a time, on the main thread.

@@ -24,7 +24,7 @@ public:
     bool has(const char *option) const { return parser.isSet(QLatin1String(option)); }
     QString value(const char *option) const { return parser.value(QLatin1String(option)); }
 
-    /// Says what is wrong with the command line, and how it should be; gives the exit status.
+    /// Prints the error and the usage. Returns the exit status.
     int wrong(const QString &reason) const;
 
     /// The same for a "--date" that is none.

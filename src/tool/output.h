@@ -12,7 +12,7 @@ class QJsonObject;
  *
  * Names, settings and the server's messages come out of databases that others write: a control
  * character in what is printed, a line feed too, becomes U+FFFD, so that it neither begins a line
- * of its own nor moves a terminal. Failures to write are not told.
+ * of its own nor moves a terminal. Write errors are ignored.
  */
 namespace Output
 {

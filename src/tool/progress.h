@@ -5,7 +5,7 @@
 
 /**
  * A bar on standard error, for work that takes longer than a second; none where standard error is
- * no terminal. It is wiped at the end, so that nothing may be printed while it lives.
+ * no terminal. Erased by the destructor; nothing may be printed while it lives.
  */
 class Progress
 {

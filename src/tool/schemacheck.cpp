@@ -60,7 +60,7 @@ void checkStorage(const QSqlDatabase &database, Findings &findings)
                2);
     for (const Row &row : engines)
         findings.problem(QStringLiteral("table %1 is kept by %2, without transactions: mails and "
-                                        "lastGenerated could part")
+                                        "lastGenerated could get out of step")
                              .arg(row.at(0).toString(), row.at(1).toString()),
                          QStringLiteral("ALTER TABLE %1 ENGINE=InnoDB").arg(row.at(0).toString()));
 
@@ -89,7 +89,7 @@ void checkColumns(const QSqlDatabase &database, Findings &findings)
                        "('vars', 'value'), ('people', 'name'), ('people', 'surname'))"),
         3);
     for (const Row &row : columns)
-        findings.problem(QStringLiteral("%1.%2 is in %3, where letters get lost")
+        findings.problem(QStringLiteral("%1.%2 is in %3, which cannot store all characters")
                              .arg(row.at(0).toString(), row.at(1).toString(), row.at(2).toString()),
                          QStringLiteral("ALTER TABLE %1 CONVERT TO CHARACTER SET utf8mb4")
                              .arg(row.at(0).toString()));

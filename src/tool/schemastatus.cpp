@@ -12,7 +12,7 @@ constexpr qint64 graceSeconds = 4200; // a scan an hour, a tick a minute, and th
 constexpr qint64 clockToleranceSeconds = 300; // hosts whose clocks differ a little are no fault
 constexpr qint64 queuePatienceSeconds = 3600; // senders work in minutes
 
-/// The first reason counts: they are looked for in the order in which they need mending.
+/// The first reason counts: the most urgent is looked for first.
 void say(ReportStatus &status, const char *reason, const QString &detail)
 {
     if (!status.reason.isEmpty())

@@ -35,7 +35,7 @@ void checkWords(const QSqlDatabase &master, Findings &findings)
     findings.problem(
         QStringLiteral("%1 reserves the word groups, the name of a table of every schema")
             .arg(valueOf(master, "SELECT VERSION()").toString()),
-        QStringLiteral("run the schemas on MariaDB or on MySQL 5.7; MySQL 8 does not do"));
+        QStringLiteral("run the schemas on MariaDB or on MySQL 5.7; MySQL 8 is not supported"));
 }
 
 void checkClock(const QSqlDatabase &master, Findings &findings)

@@ -8,6 +8,6 @@
 /// each that needs a look.
 QStringList statusTable(const QVector<ReportStatus> &reports);
 
-/// Everything about one report, for monitors. Moments are ISO 8601 with offset, ages seconds; what
-/// there is nothing to say of is null.
+/// Everything about one report, for monitors. Moments are ISO 8601 with offset, ages seconds;
+/// absent values are null.
 QJsonObject statusJson(const ReportStatus &report);

@@ -28,13 +28,13 @@ constexpr int maxTimeoutSeconds = 3600;
 
 // The one list of them: help, dispatch and positional arguments follow from it.
 constexpr std::array commands{
-    Command{"status", false, "Tells of each schema's reports whether they went out.",
+    Command{"status", false, "Shows whether each report went out.",
             "autoreport status\n  autoreport status --schema kovo --json", describeStatus,
             runStatus},
-    Command{"why", true, "Tells why a report is due or not, rule by rule, and when it will be.",
+    Command{"why", true, "Explains why a report is due or not, rule by rule, and when it will be.",
             "autoreport why kovo daily\n  autoreport why kovo daily --at \"2026-12-24 07:00\"",
             describeWhy, runWhy},
-    Command{"preview", true, "Makes a report's workbook into a file; nothing is queued or stored.",
+    Command{"preview", true, "Writes a report's workbook to a file; nothing is queued or stored.",
             "autoreport preview kovo daily --out kovo.xlsx\n"
             "  autoreport preview kovo monthly --date 2026-10-31 --out october.xls",
             describePreview, runPreview},
@@ -46,7 +46,7 @@ constexpr std::array commands{
             "autoreport set kovo daily --enable --time 07:00 \\\n"
             "      --emails payroll@example.com,boss@example.com",
             describeSet, runSet},
-    Command{"check", false, "Looks for what an installation lacks, and tells what to do about it.",
+    Command{"check", false, "Checks the installation, and says what to do about what it lacks.",
             "autoreport check\n  autoreport check --json", describeCheck, runCheck},
 };
 
@@ -114,10 +114,10 @@ int runCommand(const Command &command, Invocation &invocation)
     // All that the command line lacks is said before the first connection is tried.
     if (reader.error.isEmpty()) {
         Language::install(language);
-        // From here on warnings are reasons to be told, not lines of a log.
+        // From here on warnings are collected, for a command to print.
         const Messages messages;
         const int status = command.run(invocation);
-        // What nobody asked about, a list of schemas that broke off for example, is no success.
+        // Unclaimed warnings turn success into Look.
         return Messages::print() && status == Tool::Well ? Tool::Look : status;
     }
     if (reader.isUsage)

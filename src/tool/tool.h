@@ -9,7 +9,7 @@ namespace Tool
 /// The exit status of every command; one that a signal interrupted has Interruption::status().
 enum Status {
     Well = 0,       ///< done, and all is well
-    Look = 1,       ///< done, and something needs a look; or not done, with the reason
+    Look = 1,       ///< done, and something needs attention, or it failed
     CouldNotAsk = 2 ///< a wrong command line, or no way to the database
 };
 

@@ -44,7 +44,7 @@ QString ruleText(const ScheduleRule &rule, const StoredSettings &stored, const Q
             .arg(now.time().toString(clock), stored.text("time"),
                  settings.time.isValid() ? QString() : QStringLiteral(", from midnight on"));
     case ScheduleVerdict::AlreadyGenerated:
-        return QStringLiteral("it was not made yet: %1, to be over 60 s before %2")
+        return QStringLiteral("not generated yet: %1, must be 60 s before %2")
             .arg(lastText(settings),
                  Output::exactMoment(scheduledMoment(now.date(), settings.time)));
     case ScheduleVerdict::Due:
