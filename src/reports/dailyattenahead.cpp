@@ -15,9 +15,10 @@
 namespace
 {
 
-// With these a result has some thousand rows, and holds a megabyte until it is read.
+// Results have some thousand rows, and hold a megabyte until they are read.
 constexpr int peoplePerStatement = 500; ///< servers treat lists of 1,000 and more in another way
 constexpr int cellsAhead = 8000;
+constexpr int daysAhead = 8; ///< at least: finding a person costs the server as much as some days
 
 // The first columns of all statements, whose values follow.
 enum Column { Uid, Moment, FirstValue };
@@ -166,7 +167,8 @@ void DailyAttenAhead::setPeople(const QVector<unsigned int> &uids)
     // Blocks of about the same size.
     const int batches = dividedUp(count, peoplePerStatement);
     peoplePerBlock = dividedUp(count, batches);
-    daysPerBlock = dividedUp(days, dividedUp(days, std::clamp(cellsAhead / count, 1, days)));
+    const int daysAtMost = std::min(days, std::max(daysAhead, cellsAhead / count));
+    daysPerBlock = dividedUp(days, dividedUp(days, daysAtMost));
     blocks.clear();
     blocks.resize(std::size_t(batches));
 }
@@ -190,10 +192,6 @@ std::optional<DailyAttenAhead::Row> DailyAttenAhead::row(unsigned int uid, int d
 /// Returns false, with nothing loaded, when stopped.
 bool DailyAttenAhead::load(Block &block, int batch, int firstDay)
 {
-    if (daysPerBlock == 1) { // the people are too many to be held all, and each batch comes once
-        for (Block &other : blocks)
-            other = Block();
-    }
     block = Block();
     block.firstPerson = batch * peoplePerBlock;
     block.people = std::min(peoplePerBlock, people.size() - block.firstPerson);

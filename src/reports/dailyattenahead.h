@@ -24,8 +24,8 @@ class QSqlQuery;
  * whole numbers where people and days are told apart. None of that is logged here.
  *
  * Rows are to be asked for in the order of the sheet, day by day. A block of so many people and
- * days is read when its first row is asked for, and held until the rows after it are read: about
- * `cellsAhead` rows are in memory at a time, however many the report has.
+ * days is read when its first row is asked for, and held until the same people's next days are
+ * read: at most eight days of all people are in memory, or 8,000 rows if these are more.
  */
 class DailyAttenAhead
 {
