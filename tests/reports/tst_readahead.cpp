@@ -46,8 +46,10 @@ public:
                 addRows(uid, day);
         }
         statements << tables() << catalogue();
-        statements << "INSERT IGNORE INTO atten VALUES " + attendance.join(", ");
-        statements << "INSERT IGNORE INTO atten_data VALUES " + records.join(", ");
+        if (!attendance.isEmpty())
+            statements << "INSERT IGNORE INTO atten VALUES " + attendance.join(", ");
+        if (!records.isEmpty())
+            statements << "INSERT IGNORE INTO atten_data VALUES " + records.join(", ");
         if (one(6))
             statements << pick(missing);
         return statements.join(";\n");
