@@ -24,8 +24,7 @@ AttenReport::AttenReport(const ReportKind &reportKind, const QSqlDatabase &db, Q
 
 ReportSettings AttenReport::readSettings() const
 {
-    const QString prefix = QLatin1String(kind.prefix);
-    return ReportSettings::fromValues(settings.variableGetMultiple(prefix), prefix);
+    return kind.settingsOf(settings.variableGetMultiple(QLatin1String(kind.prefix)));
 }
 
 void AttenReport::doWork()

@@ -21,12 +21,27 @@ AttenReport *create(const QSqlDatabase &database, QObject *parent)
 // whatever the classes are called one day.
 
 // Without a single mail, the next tick tries the daily report again; the monthly one counts.
-const ReportKind dailyReport{
-    "daily", "DailyAttenReport",      "autoReport.DailyAtten.", CountsAsMade::WithAnyMail,
-    nullptr, create<DailyAttenReport>};
-const ReportKind monthlyReport{
-    "monthly",   "MonthlyAttenReport",      "autoReport.MonthlyAtten.", CountsAsMade::Always,
-    &xlsxFormat, create<MonthlyAttenReport>};
+const ReportKind dailyReport{"daily",
+                             "DailyAttenReport",
+                             "autoReport.DailyAtten.",
+                             &onceADay,
+                             CountsAsMade::WithAnyMail,
+                             nullptr,
+                             create<DailyAttenReport>};
+const ReportKind monthlyReport{"monthly",
+                               "MonthlyAttenReport",
+                               "autoReport.MonthlyAtten.",
+                               &onceADay,
+                               CountsAsMade::Always,
+                               &xlsxFormat,
+                               create<MonthlyAttenReport>};
+
+ReportSettings ReportKind::settingsOf(const QMap<QString, QVariant> &values) const
+{
+    ReportSettings settings = ReportSettings::fromValues(values, QLatin1String(prefix));
+    settings.schedule = schedule;
+    return settings;
+}
 
 const QVector<const ReportKind *> &reportKinds()
 {

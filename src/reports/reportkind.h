@@ -16,9 +16,10 @@ class QObject;
  * is a class of its own and a row here.
  */
 struct ReportKind {
-    const char *word;         ///< what operators call it: "daily"
-    const char *className;    ///< what its log lines and its lock begin with
-    const char *prefix;       ///< of the keys of its settings, with the full stop
+    const char *word;      ///< what operators call it: "daily"
+    const char *className; ///< what its log lines and its lock begin with
+    const char *prefix;    ///< of the keys of its settings, with the full stop
+    const ReportSchedule *schedule;
     CountsAsMade countsWhen;  ///< for its scheduled runs
     const BookFormat *format; ///< the only one that its mails have; null where a setting chooses
 
@@ -27,6 +28,9 @@ struct ReportKind {
 
     /// Returns the name of one of its settings in the table `vars`.
     QString key(const char *name) const { return QLatin1String(prefix) + QLatin1String(name); }
+
+    /// Reads its settings out of the values of all keys that begin with the prefix.
+    ReportSettings settingsOf(const QMap<QString, QVariant> &values) const;
 };
 
 extern const ReportKind dailyReport;

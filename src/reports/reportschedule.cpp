@@ -18,7 +18,38 @@ bool isOpenOn(const QDate &date, const ReportSettings &settings)
     return settings.lastGenerated < scheduled - toleranceSeconds;
 }
 
+QVector<ScheduleRule> dailyRules(const ReportSettings &settings, const QDateTime &now)
+{
+    return {{ScheduleVerdict::Disabled, settings.enabled},
+            {ScheduleVerdict::NoRecipients, !settings.recipients.isEmpty()},
+            // An invalid time compares as earlier than any other.
+            {ScheduleVerdict::TooEarly, !(now.time() < settings.time)},
+            {ScheduleVerdict::AlreadyGenerated, isOpenOn(now.date(), settings)}};
+}
+
+QDateTime nextDailyMoment(const ReportSettings &settings, const QDateTime &now)
+{
+    if (!settings.enabled || settings.recipients.isEmpty())
+        return {};
+    if (settings.lastGenerated > endOfYear9999) // no clock gets there
+        return {};
+    // The last report may lie in the future, after a clock went wrong: no day before it is open.
+    const QDate last = QDateTime::fromSecsSinceEpoch(settings.lastGenerated).date();
+    QDate date = last.isValid() ? std::max(last, now.date()) : QDate();
+    while (date.isValid() && !isOpenOn(date, settings))
+        date = date.addDays(1);
+    if (!date.isValid())
+        return {};
+    const QDateTime first = scheduledMoment(date, settings.time);
+    if (now < first || !settings.time.isValid())
+        return std::max(now, first);
+    // Past it, yet too early again: the clock was set back, and the time of day comes once more.
+    return now.time() < settings.time ? now.addMSecs(now.time().msecsTo(settings.time)) : now;
+}
+
 } // namespace
+
+const ReportSchedule onceADay{dailyRules, nextDailyMoment};
 
 ReportSettings ReportSettings::fromValues(const QMap<QString, QVariant> &values,
                                           const QString &prefix)
@@ -33,11 +64,7 @@ ReportSettings ReportSettings::fromValues(const QMap<QString, QVariant> &values,
 
 QVector<ScheduleRule> scheduleRules(const ReportSettings &settings, const QDateTime &now)
 {
-    return {{ScheduleVerdict::Disabled, settings.enabled},
-            {ScheduleVerdict::NoRecipients, !settings.recipients.isEmpty()},
-            // An invalid time compares as earlier than any other.
-            {ScheduleVerdict::TooEarly, !(now.time() < settings.time)},
-            {ScheduleVerdict::AlreadyGenerated, isOpenOn(now.date(), settings)}};
+    return settings.schedule->rules(settings, now);
 }
 
 ScheduleVerdict scheduleVerdict(const ReportSettings &settings, const QDateTime &now)
@@ -56,22 +83,7 @@ QDateTime momentAfterWait(const ReportSettings &settings, const QDateTime &asked
 
 QDateTime nextDue(const ReportSettings &settings, const QDateTime &now)
 {
-    if (!settings.enabled || settings.recipients.isEmpty())
-        return {};
-    if (settings.lastGenerated > endOfYear9999) // no clock gets there
-        return {};
-    // The last report may lie in the future, after a clock went wrong: no day before it is open.
-    const QDate last = QDateTime::fromSecsSinceEpoch(settings.lastGenerated).date();
-    QDate date = last.isValid() ? std::max(last, now.date()) : QDate();
-    while (date.isValid() && !isOpenOn(date, settings))
-        date = date.addDays(1);
-    if (!date.isValid())
-        return {};
-    const QDateTime first = scheduledMoment(date, settings.time);
-    if (now < first || !settings.time.isValid())
-        return std::max(now, first);
-    // Past it, yet too early again: the clock was set back, and the time of day comes once more.
-    return now.time() < settings.time ? now.addMSecs(now.time().msecsTo(settings.time)) : now;
+    return settings.schedule->nextDue(settings, now);
 }
 
 QDateTime scheduledMoment(const QDate &date, const QTime &time)

@@ -11,6 +11,22 @@
 /// it is a mistake.
 constexpr qint64 endOfYear9999 = 253402300799;
 
+struct ReportSettings;
+struct ScheduleRule;
+
+/// The rule by which a report is due. Both functions are pure but for the local time zone.
+struct ReportSchedule {
+    QVector<ScheduleRule> (*rules)(const ReportSettings &settings, const QDateTime &now);
+    QDateTime (*nextDue)(const ReportSettings &settings, const QDateTime &now);
+};
+
+/**
+ * The rule of both reports: once a day, with the first tick at or after the configured time.
+ *
+ * A report last generated up to sixty seconds before today's scheduled moment counts as made.
+ */
+extern const ReportSchedule onceADay;
+
 /// What the schedule of a report depends on: its settings in the table `vars`.
 struct ReportSettings {
     bool enabled = false;
@@ -18,6 +34,7 @@ struct ReportSettings {
     QTime time;               ///< invalid when missing or unreadable: due with the day's first tick
     qint64 lastGenerated = 0; ///< seconds since the epoch
     QString uids;             ///< kept by the daily report; no query uses it
+    const ReportSchedule *schedule = &onceADay;
 
     /// Reads the values of all keys that begin with `prefix`; the keys keep it.
     static ReportSettings fromValues(const QMap<QString, QVariant> &values, const QString &prefix);
@@ -35,12 +52,7 @@ struct ScheduleRule {
 /// Returns every condition in order of precedence: the first that is not met is the verdict.
 QVector<ScheduleRule> scheduleRules(const ReportSettings &settings, const QDateTime &now);
 
-/**
- * The one rule of both reports: once a day, with the first tick at or after the configured time.
- *
- * A report last generated up to sixty seconds before today's scheduled moment counts as made.
- * Pure: the answer depends on the arguments and the local time zone alone.
- */
+/// Returns whether the report is due at `now`, or else why not.
 ScheduleVerdict scheduleVerdict(const ReportSettings &settings, const QDateTime &now);
 
 /**
@@ -52,15 +64,15 @@ ScheduleVerdict scheduleVerdict(const ReportSettings &settings, const QDateTime 
 QDateTime momentAfterWait(const ReportSettings &settings, const QDateTime &asked,
                           const QDateTime &now);
 
-/// The first moment from `now` on at which the report is due, if nothing changes until then;
-/// invalid when there is none.
+/// Returns the first moment from `now` on at which the report is due, if nothing changes until
+/// then; invalid if there is none.
 QDateTime nextDue(const ReportSettings &settings, const QDateTime &now);
 
 /**
- * The first moment of `date` at which a local clock shows `time` or later, for days of 23, 24 and
- * 25 hours. An invalid time is the start of the day.
+ * Returns the first moment of `date` at which a local clock shows `time` or later, for days of 23,
+ * 24 and 25 hours. An invalid time is the start of the day.
  *
- * First, because a moment later than the tick that made the report would make it again: where the
- * clock is set back the earlier of the two hours counts, where it jumps the end of the gap.
+ * The first, because a moment later than the tick that made the report would make it again: where
+ * the clock is set back the earlier of the two hours counts, where it jumps the end of the gap.
  */
 QDateTime scheduledMoment(const QDate &date, const QTime &time);

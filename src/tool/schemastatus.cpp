@@ -120,7 +120,7 @@ Result<StoredSettings> StoredSettings::read(const QSqlDatabase &database, const 
         return Error{found.error().simplified()};
     const VarsTable::Values &values = found.value();
     StoredSettings stored;
-    stored.settings = ReportSettings::fromValues(values, prefix);
+    stored.settings = kind.settingsOf(values);
     for (auto entry = values.cbegin(); entry != values.cend(); ++entry)
         stored.values.insert(entry.key().mid(prefix.size()), entry.value());
     return stored;
