@@ -2,10 +2,13 @@
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME autoreport)
 set(CPACK_PACKAGE_VENDOR "AutoReport")
-set(CPACK_PACKAGE_CONTACT "AutoReport maintainers <autoreport@localhost>")
+set(CPACK_PACKAGE_CONTACT "AutoReport maintainers <maintainers@autoreport.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "automatic attendance reports")
 set(CPACK_PACKAGE_DESCRIPTION
-  "Makes the attendance reports of many customers: reads their databases at the time that\neach one chose, writes workbooks and queues them as mail. With the operator's commands,\nand a systemd unit that is disabled until someone enables it.")
+  "Makes the attendance reports of many customers: reads their databases at
+the time that each one chose, writes workbooks and queues them as mail.
+With the operator's commands, and a systemd unit that is disabled until
+someone enables it.")
 set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
@@ -19,4 +22,5 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA
   ${PROJECT_SOURCE_DIR}/packaging/debian/postinst
   ${PROJECT_SOURCE_DIR}/packaging/debian/postrm
   ${PROJECT_SOURCE_DIR}/packaging/debian/prerm)
+autoreport_install_compressed(packaging/debian/changelog ${CMAKE_INSTALL_DOCDIR} changelog.gz)
 include(CPack)

@@ -64,6 +64,18 @@ QString intendedValue(const QString &written)
         .replace(QLatin1String("\\\\"), QLatin1String("\\"));
 }
 
+/// The service manager passes a copy that the service alone can read: what counts is the file in
+/// /etc that it was made of.
+QString originOf(const QString &path)
+{
+    const QFileInfo file(path);
+    const QString credentials = qEnvironmentVariable("CREDENTIALS_DIRECTORY");
+    const QString origin = QStringLiteral("/etc/") + file.fileName();
+    const bool isCopy =
+        !credentials.isEmpty() && file.absolutePath() == QFileInfo(credentials).absoluteFilePath();
+    return isCopy && QFile::exists(origin) ? origin : path;
+}
+
 QString secrecyError(const QString &path)
 {
     const QFile::Permissions others = QFile::ReadOther | QFile::WriteOther;
@@ -116,7 +128,7 @@ ConfigFile ConfigFile::read(const QString &path)
         config.values.insert(key, value);
     }
     if (config.error.isEmpty() && config.values.contains(QStringLiteral("database/password")))
-        config.error = secrecyError(path);
+        config.error = secrecyError(originOf(path));
     if (!config.error.isEmpty())
         config.values.clear();
     return config;

@@ -80,6 +80,20 @@ private Q_SLOTS:
         QVERIFY(!program->log.contains("cret"));
     }
 
+    /// The service manager hands over a copy of a file in /etc, with modes of its own.
+    void configurationOfService()
+    {
+        const QString file = bench->temporary.filePath("passwd"); // open to all in /etc
+        writeFile(file, "[database]\npassword=secret\n");
+        QVERIFY(QFile::setPermissions(file, QFile::ReadOwner));
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("CREDENTIALS_DIRECTORY", bench->temporary.path());
+        program->start({"serve", "--config", file}, environment);
+        QVERIFY(program->ended());
+        QCOMPARE(program->exitCode(), 1);
+        QVERIFY2(program->log.contains("run: chmod o-rwx /etc/passwd"), qPrintable(program->log));
+    }
+
     void serves_data()
     {
         addColumns<bool, bool, int>("single", "noGlib", "stopSignal");
