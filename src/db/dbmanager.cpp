@@ -1,5 +1,7 @@
 #include "db/dbmanager.h"
 
+#include "db/serversocket.h"
+
 #include <QDebug>
 #include <QSqlError>
 #include <QThread>
@@ -17,6 +19,14 @@ QString defaultConnectionName()
 QSqlDatabase defaultConnection()
 {
     return QSqlDatabase::database(defaultConnectionName(), true);
+}
+
+/// `db`, opened if it was closed or failed to open; callers test it.
+QSqlDatabase reopened(QSqlDatabase db)
+{
+    if (!db.isOpen())
+        openWithin(db, connectSeconds);
+    return db;
 }
 
 void logMaster(const char *operation, const QSqlDatabase &db)
@@ -107,7 +117,7 @@ bool DBManager::checkOpenDB(QSqlDatabase &db)
 {
     if (db.isOpen())
         return true;
-    const bool open = db.open();
+    const bool open = openWithin(db, connectSeconds);
     if (!open) {
         qWarning().noquote() << "DBManager:: database" << db.databaseName()
                              << "can NOT open! ERROR:" << db.lastError().text();
@@ -159,8 +169,8 @@ QSqlDatabase DBManager::getDatabase(const QString &token)
     if (token.isEmpty())
         return zasDatabase;
     const QString name = getConnectionNameFromToken(token);
-    if (QSqlDatabase::contains(name)) // opened again there if it was closed or failed to open
-        return QSqlDatabase::database(name, true);
+    if (QSqlDatabase::contains(name))
+        return reopened(QSqlDatabase::database(name, false));
 
     const DBSchemeRecord scheme = loadScheme(token);
     if (scheme.name.isEmpty() || scheme.user.isEmpty() || scheme.pass.isEmpty())
@@ -182,7 +192,7 @@ QSqlDatabase DBManager::openSchema(const QString &token, const QString &connecti
     db.setPassword(scheme.pass);
     db.setConnectOptions(QStringLiteral("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1") +
                          encryptionIn(infoDatabase.connectOptions()));
-    if (db.open())
+    if (openWithin(db, connectSeconds))
         return db;
 
     // It stays registered on purpose: the next call finds it by its name and tries again.

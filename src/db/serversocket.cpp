@@ -1,6 +1,7 @@
 #include "db/serversocket.h"
 
 #include <QSqlDriver>
+#include <QStringList>
 #include <QVariant>
 
 #include <utility>
@@ -8,20 +9,23 @@
 #include <arpa/inet.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <mysql.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+extern "C" {
+#include <ma_pvio.h>
+}
+
 namespace
 {
 
-// The client library's interface, as far as it is used here. It is the driver that links the
-// library; linking it a second time could end with two different ones in the process.
-using GetSocket = int (*)(void *connection);
-using SetOption = int (*)(void *connection, int option, const void *value);
-constexpr int connectTimeoutOption = 0; // MYSQL_OPT_CONNECT_TIMEOUT, an unsigned int
-constexpr int reconnectOption = 20;     // MYSQL_OPT_RECONNECT, a char
+// The client library's functions, as the driver finds them. The driver links the library; linking
+// it here as well could end with two different ones in the process. Its headers are enough.
+using GetSocket = decltype(&mysql_get_socket);
+using SetOption = int (*)(MYSQL *connection, mysql_option option, const void *value);
 
 // How long a dead peer goes unnoticed: on an idle connection the sum, with data on its way the
 // last.
@@ -30,12 +34,12 @@ constexpr int keepIntervalSeconds = 5;
 constexpr int userTimeoutMs = 25000;
 
 /// The library's handle of an open connection; null for other drivers.
-void *clientHandle(const QSqlDatabase &database)
+MYSQL *clientHandle(const QSqlDatabase &database)
 {
     const QVariant handle = database.driver()->handle();
     if (!database.isOpen() || qstrcmp(handle.typeName(), "MYSQL*") != 0)
         return nullptr;
-    return *static_cast<void *const *>(handle.constData());
+    return *static_cast<MYSQL *const *>(handle.constData());
 }
 
 /// A function of the library that the database's driver is linked to, null if it lacks `name`.
@@ -52,19 +56,39 @@ void *clientFunction(const QSqlDatabase &database, const char *name)
     return function;
 }
 
-void setOption(const QSqlDatabase &database, int option, const void *value)
+/// Whether the library is the one whose headers these are; MySQL's has other structures.
+bool isMariaDb(const QSqlDatabase &database)
 {
-    void *connection = clientHandle(database);
-    // The options' numbers are those of MariaDB's library; MySQL's of today has others.
-    if (!connection || !clientFunction(database, "mariadb_get_infov"))
+    return clientFunction(database, "mariadb_get_infov");
+}
+
+void setOption(const QSqlDatabase &database, mysql_option option, const void *value)
+{
+    MYSQL *connection = clientHandle(database);
+    if (!connection || !isMariaDb(database))
         return;
     if (const auto set = reinterpret_cast<SetOption>(clientFunction(database, "mysql_options")))
         set(connection, option, value);
 }
 
+/// Lets reads and writes of an open connection take as long as they will, after a reconnect too.
+void liftQueryLimits(const QSqlDatabase &database)
+{
+    const unsigned none = 0;
+    setOption(database, MYSQL_OPT_READ_TIMEOUT, &none);
+    setOption(database, MYSQL_OPT_WRITE_TIMEOUT, &none);
+    MYSQL *connection = clientHandle(database);
+    if (!connection || !isMariaDb(database) || !connection->net.pvio)
+        return;
+    // The options alone count for the next time that it connects.
+    MARIADB_PVIO *io = connection->net.pvio;
+    io->methods->set_timeout(io, PVIO_READ_TIMEOUT, 0);
+    io->methods->set_timeout(io, PVIO_WRITE_TIMEOUT, 0);
+}
+
 int clientSocket(const QSqlDatabase &database)
 {
-    void *connection = clientHandle(database);
+    MYSQL *connection = clientHandle(database);
     const auto get = reinterpret_cast<GetSocket>(
         connection ? clientFunction(database, "mysql_get_socket") : nullptr);
     return get ? get(connection) : -1;
@@ -79,6 +103,14 @@ void noticeDeadPeer(int descriptor)
     set(IPPROTO_TCP, TCP_KEEPIDLE, keepIdleSeconds);
     set(IPPROTO_TCP, TCP_KEEPINTVL, keepIntervalSeconds);
     set(IPPROTO_TCP, TCP_USER_TIMEOUT, userTimeoutMs);
+}
+
+QString withLimits(const QStringList &names, int seconds)
+{
+    QStringList options;
+    for (const QString &name : names)
+        options.append(QStringLiteral("%1=%2").arg(name).arg(seconds));
+    return options.join(QLatin1Char(';'));
 }
 
 } // namespace
@@ -126,21 +158,36 @@ void ServerSocket::shutDown() const
         shutdown(descriptor, SHUT_RDWR);
 }
 
-bool openWithin(QSqlDatabase &database, int seconds)
+bool openWithin(QSqlDatabase &database, int seconds, Limited limited)
 {
-    const QString limit = QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT");
-    const QString options = database.connectOptions();
-    if (database.driverName() != QLatin1String("QMYSQL") || options.contains(limit))
+    if (database.driverName() != QLatin1String("QMYSQL"))
         return database.open();
-    const QString own = QStringLiteral("%1=%2").arg(limit).arg(seconds);
-    database.setConnectOptions(options.isEmpty() ? own : options + QLatin1Char(';') + own);
+    const QString options = database.connectOptions();
+    const bool liftable =
+        isMariaDb(database) && !options.contains(QLatin1String("MYSQL_OPT_READ_TIMEOUT"));
+    const QStringList queries{QStringLiteral("MYSQL_OPT_READ_TIMEOUT"),
+                              QStringLiteral("MYSQL_OPT_WRITE_TIMEOUT")};
+    QStringList limits{QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT")};
+    // To open is to log in and to run statements of the driver's own.
+    if (liftable || limited == Limited::Queries)
+        limits += queries;
+
+    database.setConnectOptions(withLimits(limits, seconds) + QLatin1Char(';') + options);
     const bool open = database.open();
     database.setConnectOptions(options);
+    if (open && liftable && limited == Limited::Connecting)
+        liftQueryLimits(database);
     return open;
+}
+
+void limitReconnect(const QSqlDatabase &database, int seconds)
+{
+    const unsigned limit = static_cast<unsigned>(seconds);
+    setOption(database, MYSQL_OPT_CONNECT_TIMEOUT, &limit);
 }
 
 void forbidReconnect(const QSqlDatabase &database)
 {
-    const char off = 0;
-    setOption(database, reconnectOption, &off);
+    const my_bool off = 0;
+    setOption(database, MYSQL_OPT_RECONNECT, &off);
 }

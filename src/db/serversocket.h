@@ -2,6 +2,8 @@
 
 #include <QSqlDatabase>
 
+#include <chrono>
+
 /**
  * A descriptor of its own for the socket of an open connection.
  *
@@ -36,12 +38,25 @@ private:
     int descriptor = -1;
 };
 
-/// Opens `database`, giving the server `seconds` to accept and greet. Queries stay unlimited, and
-/// the connection's options keep their text. A reconnect of the library has the same limit.
-bool openWithin(QSqlDatabase &database, int seconds);
+/// What a limit of time holds for besides connecting: a query may take long, unless it is known to
+/// be short.
+enum class Limited { Connecting, Queries };
+
+/// Opens `database`, giving each step of that `seconds`; a reconnect of the client library has the
+/// same limit. The text of the connection's options stays as it is.
+bool openWithin(QSqlDatabase &database, int seconds, Limited limited = Limited::Connecting);
+
+/// Limits the reconnects of a connection that is open.
+void limitReconnect(const QSqlDatabase &database, int seconds);
 
 /// The limit of openWithin() wherever nothing else is said.
 constexpr int connectSeconds = 5;
+
+/// What failed after so long has reached a limit of `seconds`, whose timers are not exact.
+constexpr std::chrono::milliseconds limitReached(int seconds)
+{
+    return std::chrono::milliseconds(seconds * 1000 - 500);
+}
 
 /// Stops the client library from reconnecting on its own, whatever the options said: it would do
 /// so in mid-run, and again after a shutDown(). For open connections, until they are opened again.

@@ -2,7 +2,9 @@
 
 #include "db/dbmanager.h"
 #include "plugin/buildstamp.h"
+#include "plugin/serverwatch.h"
 #include "worker/autoreportworker.h"
+#include "worker/connectionguard.h"
 
 #include <QTimer>
 
@@ -11,6 +13,8 @@ namespace
 
 constexpr int scanIntervalMs = 3600000;
 constexpr int soonMs = 1000;
+// The statements of a scan are short.
+constexpr ServerWatch::Limits scanLimits{std::chrono::seconds(2), std::chrono::seconds(4)};
 
 } // namespace
 
@@ -34,6 +38,14 @@ AutoReport::AutoReport(QObject *parent)
 AutoReport::~AutoReport()
 {
     stopAllWorkers();
+}
+
+void AutoReport::stopAllWorkers()
+{
+    if (watch)
+        watch->requestEnd(); // it may be at a question, and answers no sooner than the workers
+    workers.stopAll();
+    watch.reset();
 }
 
 QString AutoReport::getVersion() const
@@ -67,6 +79,7 @@ bool AutoReport::start()
     infoDb = dbManager->isInfoDB();
     qInfo("AutoReport - is info db: %s", infoDb ? "YES" : "NO");
     started = true;
+    watch = std::make_unique<ServerWatch>();
     return infoDb ? startScanning() : startSingleWorker();
 }
 
@@ -75,6 +88,8 @@ bool AutoReport::startScanning()
     connect(timer, &QTimer::timeout, this, &AutoReport::handleTimer, Qt::UniqueConnection);
     timer->setInterval(interval);
     timer->start();
+    infoGuard = std::make_shared<ConnectionGuard>();
+    watch->add(makeDbConfig(dbManager->getInfoDB(), QString()), infoGuard, scanLimits);
     scanPending = true;
     soonScan->start();
     return true;

@@ -14,7 +14,9 @@
 
 struct AutoReportDbConfig;
 class AutoReportWorker;
+class ConnectionGuard;
 class QTimer;
+class ServerWatch;
 
 /**
  * The plug-in object that the host loads: finds the schemas with an automatic report switched on
@@ -60,19 +62,25 @@ private:
     bool startSingleWorker();
     void holdScanning();
     void scanSlice();
+    void guardInfoDatabase();
+    void endScan();
     void checkSchema(const QString &token);
+    void serveSchema(const QString &token, const QSqlDatabase &db);
+    bool hasDescriptors(int wanted);
     bool checkAutoReport(const QSqlDatabase &db);
     bool queryEnabled(const QSqlDatabase &db);
     AutoReportDbConfig makeDbConfig(const QSqlDatabase &db, const QString &connectionName) const;
     std::unique_ptr<AutoReportWorker> createWorker(const AutoReportDbConfig &config);
-    void stopAllWorkers() { workers.stopAll(); }
+    void stopAllWorkers();
     QString addressText() const;
 
     /// Progress of the running scan.
     struct Scan {
         unsigned int total = 0;
         unsigned int visited = 0;
-        QStringList page; ///< loaded and not yet visited
+        QStringList page;    ///< loaded and not yet visited
+        int descriptors = 0; ///< that are left for what is yet to be opened
+        QString obstacle;    ///< why the rest has to wait for the next scan; empty if it need not
     };
 
     QTimer *timer;
@@ -85,4 +93,6 @@ private:
     bool infoDb = false; ///< the mode that `start` found
     QPointer<AutoReportWorker> singleWorker;
     WorkerRegistry workers{this};
+    std::unique_ptr<ServerWatch> watch; ///< between `start` and `stop`
+    std::shared_ptr<ConnectionGuard> infoGuard;
 };

@@ -4,8 +4,12 @@
 
 #include "common/freshquery.h"
 #include "db/dbmanager.h"
+#include "db/serversocket.h"
+#include "plugin/descriptors.h"
+#include "plugin/serverwatch.h"
 #include "reports/reportkind.h"
 #include "worker/autoreportworker.h"
+#include "worker/connectionguard.h"
 
 #include <QElapsedTimer>
 #include <QSqlError>
@@ -17,6 +21,12 @@ namespace
 
 constexpr unsigned int tokensPerPage = 1000;
 constexpr int sliceMs = 200;
+// A worker has its socket twice and its thread's wake-up, and its report a file or two; the rest is
+// for the host. A connection of the scan itself takes one.
+constexpr int descriptorsPerWorker = 6;
+constexpr int descriptorsSpared = 24;
+// A worker's query may take minutes; a minute after its server has fallen silent it is over.
+constexpr ServerWatch::Limits workerLimits{std::chrono::seconds(10), std::chrono::seconds(20)};
 
 const char *yesNo(bool value)
 {
@@ -40,6 +50,9 @@ void AutoReport::checkSchemas()
         qDebug("AutoReport::checkSchemas()");
 
     scan = Scan();
+    scan.descriptors = spareDescriptors() - descriptorsSpared;
+    guardInfoDatabase();
+    const ConnectionGuard::Use use(*infoGuard);
     scan.total = dbManager->tokensCount(true);
     if (scan.total == 0) {
         scanPending = false;
@@ -51,12 +64,24 @@ void AutoReport::checkSchemas()
     scanSlice();
 }
 
+/// The scan's own statements on the information database are watched over, like the workers'.
+void AutoReport::guardInfoDatabase()
+{
+    const QSqlDatabase info = dbManager->getInfoDB();
+    limitReconnect(info, connectSeconds);
+    infoGuard->guard(info);
+}
+
 /// Visits schemas until the slice is over or all are visited.
 void AutoReport::scanSlice()
 {
+    if (!started || !dbManager) // the host has taken it away meanwhile
+        return;
+    guardInfoDatabase();
+    const ConnectionGuard::Use use(*infoGuard);
     QElapsedTimer elapsed;
     elapsed.start();
-    while (!scan.page.isEmpty() || scan.visited < scan.total) {
+    while (scan.obstacle.isEmpty() && (!scan.page.isEmpty() || scan.visited < scan.total)) {
         if (elapsed.hasExpired(sliceMs)) {
             nextSlice->start(0);
             return;
@@ -68,33 +93,69 @@ void AutoReport::scanSlice()
         ++scan.visited;
         checkSchema(scan.page.takeFirst());
     }
+    endScan();
+}
+
+void AutoReport::endScan()
+{
     scanPending = false;
+    if (infoGuard->isBroken())
+        scan.obstacle = QStringLiteral("the server does not answer");
+    if (!scan.obstacle.isEmpty())
+        qWarning("AutoReport::checkSchemas() - %s: the scan ends at schema %u of %u, the next one "
+                 "tries again",
+                 qUtf8Printable(scan.obstacle), scan.visited, scan.total);
     if (debugLevel)
         qInfo("AutoReport::checkSchemas() - active workers: %i / %u schemas checked (total "
               "schemas: %u)",
               workers.size(), scan.visited, scan.total);
 }
 
+/// Takes so many out of what is left for this scan.
+bool AutoReport::hasDescriptors(int wanted)
+{
+    scan.descriptors -= wanted;
+    if (scan.descriptors < 0) { // or so it seems: the host may have closed some meanwhile
+        const int promised = workers.starting() * descriptorsPerWorker;
+        scan.descriptors = spareDescriptors() - descriptorsSpared - promised - wanted;
+    }
+    if (scan.descriptors >= 0)
+        return true;
+    scan.obstacle = QStringLiteral("too few file descriptors left (ulimit -n)");
+    return false;
+}
+
 void AutoReport::checkSchema(const QString &token)
 {
     if (workers.contains(token))
         return;
+    const bool known = dbManager->isDatabase(token);
+    if (!hasDescriptors(known ? 0 : 1))
+        return;
+    QElapsedTimer elapsed;
+    elapsed.start();
     const QSqlDatabase db = dbManager->getDatabase(token);
     // Without a way to the schema the manager returns another database, the default connection.
-    if (!db.isValid() || db.connectionName() != dbManager->getConnectionNameFromToken(token)) {
+    const bool valid =
+        db.isValid() && db.connectionName() == dbManager->getConnectionNameFromToken(token);
+    if (!valid)
         qWarning("AutoReport::checkSchemas() - invalid database for token '%s'",
                  qUtf8Printable(token));
-        return;
-    }
-    if (!checkAutoReport(db))
-        return;
+    // All schemas are on one server: what one waited for in vain, the others need not try.
+    const bool failed = !valid || !db.isOpen();
+    if (failed && elapsed.hasExpired(limitReached(connectSeconds).count()))
+        scan.obstacle = QStringLiteral("the server does not answer");
+    else if (valid && checkAutoReport(db))
+        serveSchema(token, db);
+}
 
+void AutoReport::serveSchema(const QString &token, const QSqlDatabase &db)
+{
+    if (!hasDescriptors(descriptorsPerWorker))
+        return;
     const QString name = QStringLiteral("AutoReport.worker.%1.%2").arg(token, addressText());
     if (!workers.add(token, createWorker(makeDbConfig(db, name)))) {
-        qWarning(
-            "AutoReport::checkSchemas() - no thread for the worker of schema '%s', tried again "
-            "at the next scan",
-            qUtf8Printable(token));
+        scan.obstacle = QStringLiteral("no thread left for a worker");
         return;
     }
     qInfo("AutoReport::checkSchemas() - worker created for schema '%s' (%s)", qUtf8Printable(token),
@@ -112,13 +173,17 @@ bool AutoReport::checkAutoReport(const QSqlDatabase &db)
         QSqlDatabase check = QSqlDatabase::cloneDatabase(db, name);
         if (debugLevel)
             qDebug("AutoReport::checkAutoReport(%s)", qUtf8Printable(name));
-        if (check.open()) {
+        QElapsedTimer elapsed;
+        elapsed.start();
+        if (openWithin(check, connectSeconds, Limited::Queries)) {
             enabled = queryEnabled(check);
             check.close();
         } else {
             qWarning("AutoReport::checkAutoReport(%s) - can not open database '%s': %s",
                      qUtf8Printable(name), qUtf8Printable(check.databaseName()),
                      qUtf8Printable(check.lastError().text()));
+            if (elapsed.hasExpired(limitReached(connectSeconds).count()))
+                scan.obstacle = QStringLiteral("the server does not answer");
         }
     }
     QSqlDatabase::removeDatabase(name);
@@ -176,5 +241,7 @@ std::unique_ptr<AutoReportWorker> AutoReport::createWorker(const AutoReportDbCon
     if (debugLevel)
         qDebug("AutoReport::createWorker(%s, db=%s)", qUtf8Printable(config.connectionName),
                qUtf8Printable(config.databaseName));
-    return std::make_unique<AutoReportWorker>(config, nullptr);
+    auto worker = std::make_unique<AutoReportWorker>(config, nullptr);
+    watch->add(config, worker->connectionGuard(), workerLimits);
+    return worker;
 }

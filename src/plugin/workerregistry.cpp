@@ -4,6 +4,8 @@
 #include "worker/autoreportworker.h"
 #include "worker/connectionguard.h"
 
+#include <algorithm>
+
 namespace
 {
 
@@ -64,6 +66,13 @@ bool WorkerRegistry::add(const QString &token, std::unique_ptr<AutoReportWorker>
     owned.release();
     entries.insert(token, {handle, thread.release()});
     return true;
+}
+
+int WorkerRegistry::starting() const
+{
+    return static_cast<int>(std::count_if(entries.begin(), entries.end(), [](const Entry &entry) {
+        return entry.thread && entry.thread->isRunning() && !entry.handle->guard().isGuarding();
+    }));
 }
 
 void WorkerRegistry::post(const char *slot)

@@ -27,6 +27,8 @@ public:
 
     bool contains(const QString &token) const { return entries.contains(token); }
     int size() const { return entries.size(); }
+    /// How many workers have not opened their connections yet.
+    int starting() const;
 
     /// Starts the worker in a thread of its own and takes it over. False, with a line, when the
     /// system has no thread left: then the worker is gone and nothing is entered.

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+class QSqlDatabase;
+
 /// All that a worker needs to open its own connection to one schema. Holds no connection itself.
 struct AutoReportDbConfig {
     QString driverName;
@@ -13,3 +15,6 @@ struct AutoReportDbConfig {
     QString password;
     QString connectOptions; ///< empty when none
 };
+
+/// Sets all of `config` but the two names in `database`, which is registered and not open.
+void applyConfig(const AutoReportDbConfig &config, QSqlDatabase &database);

@@ -49,7 +49,8 @@ bool AutoReportWorker::start()
                   qUtf8Printable(config.connectionName));
         return fail();
     }
-    registerDatabase();
+    database = QSqlDatabase::addDatabase(config.driverName, config.connectionName);
+    applyConfig(config, database);
     const ConnectionGuard::Use use(*guard);
     if (!openDatabase()) {
         qCritical("AutoReportWorker::start() - can not open DB '%s' on '%s': %s",
@@ -116,19 +117,6 @@ bool AutoReportWorker::fail()
     closeDatabase();
     Q_EMIT finished();
     return false;
-}
-
-void AutoReportWorker::registerDatabase()
-{
-    database = QSqlDatabase::addDatabase(config.driverName, config.connectionName);
-    database.setHostName(config.hostName);
-    if (config.port > 0)
-        database.setPort(config.port);
-    database.setDatabaseName(config.databaseName);
-    database.setUserName(config.userName);
-    database.setPassword(config.password);
-    if (!config.connectOptions.isEmpty())
-        database.setConnectOptions(config.connectOptions);
 }
 
 /// Opens the connection, or opens it again. Only here: a reconnect of the library in mid-run would

@@ -47,7 +47,6 @@ public Q_SLOTS:
     void resume();
 
 private:
-    void registerDatabase();
     bool openDatabase();
     bool keepDatabase();
     void closeDatabase();

@@ -30,6 +30,12 @@ void ConnectionGuard::breakForGood()
     socket.shutDown();
 }
 
+bool ConnectionGuard::isGuarding() const
+{
+    const std::lock_guard lock(mutex);
+    return socket.isValid();
+}
+
 QString ConnectionGuard::serverAddress() const
 {
     const std::lock_guard lock(mutex);

@@ -30,6 +30,7 @@ public:
     void breakOff();
     /// The same, and whatever is opened from now on.
     void breakForGood();
+    bool isGuarding() const;
     bool isBroken() const { return broken; }
 
     /// The server's numeric address, empty if it has none or no connection is guarded.

@@ -1,12 +1,26 @@
 #include "plugin/autoreport.h"
+#include "plugin/serverwatch.h"
+#include "worker/autoreportworker.h"
+#include "worker/connectionguard.h"
 
 #include "support/relay.h"
 #include "support/testhost.h"
 
 #include <QElapsedTimer>
+#include <QScopeGuard>
+#include <QSemaphore>
 #include <QThread>
 
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+
 constexpr int stopMs = 12000;
+
+/// Statements, each with its number among those alike on the connections to its database.
+using Moments = QVector<QPair<QByteArray, int>>;
+Q_DECLARE_METATYPE(Moments)
 
 /// The plug-in while its server neither answers nor closes.
 class TestSilence : public QObject
@@ -39,30 +53,34 @@ private Q_SLOTS:
         log.reset();
     }
 
-    /// Every worker waits somewhere else; one stop ends them all, and the next start makes every
-    /// report that is not out yet.
+    void stopsWorkersThatWait_data()
+    {
+        addColumns<Moments>("moments");
+        // No more in a report than may run at a time on two cores.
+        addRow("first",
+               Moments{{Relay::login, 3}, // after those of the scan: its own, the manager's
+                       {"SELECT CONNECTION_ID()", 2},
+                       {"GET_LOCK('Monthly", 1},
+                       {"g.name grp", 1},
+                       {"INSERT INTO emails", 1},
+                       {"COMMIT", 2}});
+        addRow("second", Moments{{"GET_LOCK('Daily", 1},
+                                 {"pamId FROM people", 1},
+                                 {"INSERT INTO emails", 2},
+                                 {"RELEASE_LOCK('Monthly", 1}});
+    }
+
+    /// Every worker waits somewhere else, the last one for its turn; one stop ends them all, and
+    /// the next start makes every report that is not out yet.
     void stopsWorkersThatWait()
     {
-        const std::vector<std::pair<const char *, int>> moments{
-            {Relay::login, 3}, // after those of the scan: its own and the manager's
-            {"SELECT CONNECTION_ID()", 2},
-            {"GET_LOCK('Daily", 1},
-            {"GET_LOCK('Monthly", 1},
-            {"pamId FROM people", 1},
-            {"g.name grp", 1},
-            {"INSERT INTO emails", 1},
-            {"INSERT INTO emails", 2},
-            {"COMMIT", 1},
-            {"COMMIT", 2},
-            {"RELEASE_LOCK('Monthly", 1},
-            {"RELEASE_LOCK('Daily", 1},
-        };
+        QFETCH(Moments, moments);
         for (const auto &[statement, ordinal] : moments) {
             addSchema();
             relay->failAt(schemas.back()->name().toUtf8(), statement, Relay::Fault::Silence,
                           ordinal);
         }
-        addSchema(); // idle
+        addSchema();
         const int workers = static_cast<int>(schemas.size());
         QVERIFY(plugin->start());
         QTRY_COMPARE_WITH_TIMEOUT(logged("worker created"), workers, patienceMs);
@@ -76,6 +94,104 @@ private Q_SLOTS:
         for (const auto &schema : schemas)
             QTRY_COMPARE_WITH_TIMEOUT(mails(*schema), 2, patienceMs);
         plugin->stop();
+    }
+
+    void scan_data()
+    {
+        addColumns<QByteArray, int>("statement", "ordinal");
+        addRow("asks for a schema's row", QByteArray("SELECT * FROM `schemas`"), 2);
+        addRow("opens the manager's connection", QByteArray("SELECT ? + ?"), 1);
+        addRow("asks whether a report is on", QByteArray("MonthlyAtten.enabled')"), 2);
+    }
+
+    /// A scan gives up within seconds; stop, pause and resume are served.
+    void scan()
+    {
+        QFETCH(QByteArray, statement);
+        QFETCH(int, ordinal);
+        for (int i = 0; i < 3; ++i)
+            addSchema();
+        relay->failAt({}, statement, Relay::Fault::Freeze, ordinal);
+        QVERIFY(plugin->start()); // the scan comes a second later
+        QElapsedTimer clock;
+        clock.start();
+        QTRY_VERIFY_WITH_TIMEOUT(logged("the server does not answer: the scan ends") == 1,
+                                 patienceMs);
+        QVERIFY2(clock.elapsed() < stopMs, qPrintable(QString::number(clock.elapsed())));
+        QVERIFY(!isScanning(*plugin));
+        stopInTime();
+        relay->thaw();
+        const int before = logged("AutoReportWorker initialized");
+        QVERIFY(plugin->start());
+        QTRY_COMPARE_WITH_TIMEOUT(logged("AutoReportWorker initialized"), before + 3, patienceMs);
+        plugin->stop();
+    }
+
+    void runsEnd_data()
+    {
+        addColumns<QByteArray>("statement");
+        addRow("daily report", QByteArray("g.name grp"));
+        addRow("monthly report", QByteArray("pamId FROM people"));
+    }
+
+    /// A run whose server falls silent ends by itself, and the reports go out once after that. A
+    /// query that takes long on a server that answers goes on.
+    void runsEnd()
+    {
+        QFETCH(QByteArray, statement);
+        addSchema();
+        const TestDatabase &schema = *schemas.front();
+        schema.exec("CREATE TRIGGER slow AFTER INSERT ON emails FOR EACH ROW DO SLEEP(4)");
+        relay->failAt({}, statement, Relay::Fault::Freeze);
+        ServerWatch watch;
+        QSemaphore nextTick;
+        std::thread run([&] {
+            const AutoReportDbConfig config{
+                "QMYSQL",      "worker",         TestServer::host,     relay->port(),
+                schema.name(), TestServer::user, TestServer::password, {}};
+            AutoReportWorker worker(config, nullptr);
+            watch.add(config, worker.connectionGuard(),
+                      {std::chrono::seconds(1), std::chrono::seconds(1)});
+            worker.start();
+            for (int tick = 0; tick < 2; ++tick) {
+                worker.activateReports();
+                nextTick.acquire();
+            }
+            worker.stop();
+        });
+        const auto end = qScopeGuard([&] {
+            nextTick.release(2);
+            run.join();
+        });
+        QTRY_COMPARE_WITH_TIMEOUT(relay->failures(), 1, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(logged("does not answer, connections broken off: 1"), 1,
+                                  patienceMs);
+        relay->thaw();
+        nextTick.release();
+        QTRY_COMPARE_WITH_TIMEOUT(mails(schema), 2, patienceMs);
+        QCOMPARE(logged("was lost and made again"), 1);
+    }
+
+    void fewDescriptors()
+    {
+        for (int i = 0; i < 40; ++i)
+            addSchema();
+        rlimit limit = {};
+        getrlimit(RLIMIT_NOFILE, &limit);
+        const rlim_t all = std::exchange(limit.rlim_cur, rlim_t(fcntl(0, F_DUPFD, 0)) + 120);
+        setrlimit(RLIMIT_NOFILE, &limit);
+        QVERIFY(plugin->start());
+        QTRY_COMPARE_WITH_TIMEOUT(logged("too few file descriptors left"), 1, patienceMs);
+        const int served = logged("worker created");
+        QVERIFY(served > 5 && served < 30);
+        QTRY_COMPARE_WITH_TIMEOUT(logged("AutoReportWorker initialized"), served, patienceMs);
+
+        limit.rlim_cur = all;
+        setrlimit(RLIMIT_NOFILE, &limit);
+        QMetaObject::invokeMethod(plugin.get(), "checkSchemas", Qt::DirectConnection);
+        QTRY_COMPARE_WITH_TIMEOUT(logged("AutoReportWorker initialized"), 40, patienceMs);
+        stopInTime();
+        QCOMPARE(logged("too few file descriptors left"), 1);
     }
 
 private:

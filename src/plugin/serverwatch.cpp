@@ -1,0 +1,142 @@
+#include "plugin/serverwatch.h"
+
+#include "common/freshquery.h"
+#include "db/serversocket.h"
+#include "worker/connectionguard.h"
+
+#include <QSet>
+
+#include <algorithm>
+#include <system_error>
+
+namespace
+{
+
+constexpr std::chrono::seconds lookInterval(2);
+constexpr std::chrono::seconds askAgain(8); // a server that answered
+
+QString serverName(const AutoReportDbConfig &config)
+{
+    return QStringLiteral("%1:%2").arg(config.hostName).arg(config.port);
+}
+
+/// Opens a connection and runs a statement, each step limited. False only when the time was up: a
+/// server that refuses does answer.
+bool isAnswering(const AutoReportDbConfig &config, const QString &connectionName)
+{
+    const auto begin = std::chrono::steady_clock::now();
+    bool succeeded = false;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(config.driverName, connectionName);
+        applyConfig(config, db);
+        succeeded = openWithin(db, connectSeconds, Limited::Queries) &&
+                    freshQuery(db).exec(QStringLiteral("SELECT 1"));
+    }
+    QSqlDatabase::removeDatabase(connectionName);
+    return succeeded || std::chrono::steady_clock::now() - begin < limitReached(connectSeconds);
+}
+
+} // namespace
+
+ServerWatch::ServerWatch()
+{
+    try {
+        thread = std::thread([this] { run(); });
+    } catch (const std::system_error &error) {
+        qWarning("AutoReport - no thread to watch over servers that fall silent: %s", error.what());
+    }
+}
+
+ServerWatch::~ServerWatch()
+{
+    requestEnd();
+    if (thread.joinable())
+        thread.join();
+}
+
+void ServerWatch::requestEnd()
+{
+    const std::lock_guard lock(mutex);
+    ended = true;
+    wake.notify_all();
+}
+
+void ServerWatch::add(const AutoReportDbConfig &config,
+                      const std::shared_ptr<ConnectionGuard> &guard, Limits limits)
+{
+    const std::lock_guard lock(mutex);
+    watched.push_back({config, guard, limits});
+}
+
+void ServerWatch::run()
+{
+    while (pauseUntilNextLook())
+        look();
+}
+
+bool ServerWatch::pauseUntilNextLook()
+{
+    std::unique_lock lock(mutex);
+    return !wake.wait_for(lock, lookInterval, [this] { return ended; });
+}
+
+std::vector<ServerWatch::Waiting> ServerWatch::waitingConnections()
+{
+    std::vector<Waiting> waiting;
+    const std::lock_guard lock(mutex);
+    const auto gone = [](const Watched &each) {
+        return each.guard.expired();
+    };
+    watched.erase(std::remove_if(watched.begin(), watched.end(), gone), watched.end());
+    for (const Watched &each : watched) {
+        const auto guard = each.guard.lock();
+        if (!guard || guard->isBroken() || guard->busyTime() < each.limits.patience)
+            continue;
+        waiting.push_back({each.config, guard, each.limits});
+        // A name may lead to several servers, or take its own time to resolve.
+        const QString address = guard->serverAddress();
+        if (!address.isEmpty())
+            waiting.back().config.hostName = address;
+    }
+    return waiting;
+}
+
+/// Asks each server that something waits for, once.
+void ServerWatch::look()
+{
+    const std::vector<Waiting> waiting = waitingConnections();
+    QSet<QString> asked;
+    QHash<QString, Clock::time_point> silent;
+    for (const Waiting &each : waiting) {
+        const QString server = serverName(each.config);
+        if (asked.contains(server))
+            continue;
+        asked.insert(server);
+        const Clock::time_point begin = Clock::now();
+        const QString name =
+            QStringLiteral("AutoReport.watch.%1").arg(reinterpret_cast<quintptr>(this), 0, 16);
+        if (begin - answered.value(server, begin - askAgain) < askAgain)
+            continue;
+        if (isAnswering(each.config, name))
+            answered.insert(server, begin);
+        else
+            silent.insert(server, silentSince.value(server, begin));
+    }
+    silentSince = silent;
+    breakSilent(waiting);
+}
+
+void ServerWatch::breakSilent(const std::vector<Waiting> &waiting)
+{
+    QHash<QString, int> broken;
+    for (const Waiting &each : waiting) {
+        const auto since = silentSince.constFind(serverName(each.config));
+        if (since == silentSince.constEnd() || Clock::now() - *since < each.limits.silence)
+            continue;
+        each.guard->breakOff();
+        ++broken[since.key()];
+    }
+    for (auto server = broken.cbegin(); server != broken.cend(); ++server)
+        qWarning("AutoReport - the server %s does not answer, connections broken off: %i",
+                 qUtf8Printable(server.key()), server.value());
+}
