@@ -24,7 +24,7 @@ _autoreport() {
       words="daily monthly"
     else
       case $command in
-        serve) words="--language --plugin --debug --metrics --run-for $way" ;;
+        serve) words="--clear-workbooks --language --plugin --debug --metrics --run-for $way" ;;
         status) words="--schema --json $ask" ;;
         why) words="--at $ask" ;;
         preview) words="--language --date --out $ask" ;;

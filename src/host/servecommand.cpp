@@ -5,6 +5,7 @@
 #include "host/hoststate.h"
 #include "host/logsink.h"
 #include "host/metrics.h"
+#include "host/oldworkbooks.h"
 #include "host/queuewatch.h"
 #include "host/scanwatch.h"
 #include "host/servicemanager.h"
@@ -14,6 +15,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
+#include <QDir>
 #include <QEvent>
 #include <QScopeGuard>
 #include <QThread>
@@ -181,6 +183,10 @@ void ServeCommand::waitForEnd()
           qUtf8Printable(options.connection.host), options.connection.port);
     if (options.connection.single) // otherwise after the first scan
         QMetaObject::invokeMethod(&services, &ServiceManager::ready, Qt::QueuedConnection);
+    QTimer hourly;
+    QObject::connect(&hourly, &QTimer::timeout, &scans, [this] { clearWorkbooks(); });
+    hourly.start(std::chrono::hours(1));
+    clearWorkbooks();
     if (!options.metricsAddress.isEmpty())
         queues = std::make_unique<QueueWatch>(options.connection, *manager, state);
     loop.exec(); // ended by the thread's quit(), even one that comes first
@@ -203,6 +209,18 @@ void ServeCommand::followSignals(ScanWatch &scans)
     QObject::connect(&signalWatcher, &SignalWatcher::reloadRequested, &scans,
                      [this, &scans] { reload(scans); });
     QMetaObject::invokeMethod(&signalWatcher, "watch", Qt::QueuedConnection);
+}
+
+void ServeCommand::clearWorkbooks()
+{
+    const QDate today = QDate::currentDate();
+    if (!options.clearsWorkbooks || clearedOn == today)
+        return;
+    clearedOn = today;
+    const QDir folder(QDir::tempPath());
+    if (const int removed = removeOldWorkbooks(folder, today); removed > 0)
+        qInfo("Host - %i workbooks of past months removed from '%s'", removed,
+              qUtf8Printable(folder.path()));
 }
 
 void ServeCommand::reload(ScanWatch &scans)

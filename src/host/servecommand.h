@@ -3,6 +3,7 @@
 #include "host/pluginhandle.h"
 #include "host/serveoptions.h"
 
+#include <QDate>
 #include <QEventLoop>
 
 #include <memory>
@@ -42,6 +43,7 @@ private:
     void waitForEnd();
     void followSignals(ScanWatch &scans);
     void reload(ScanWatch &scans);
+    void clearWorkbooks();
     void giveBack();
     /// Removes this thread's connections to schemas; the manager opens again what it needs.
     void removeSchemaConnections();
@@ -51,6 +53,7 @@ private:
     ServiceManager &services;
     HostState &state; // outlives this object
     bool isPaused = false;
+    QDate clearedOn; // when old workbooks were last removed
     QEventLoop loop; // created first: gives this thread a dispatcher, which timers need
     std::unique_ptr<DBManager> manager;
     std::unique_ptr<QueueWatch> queues;   // null without metrics

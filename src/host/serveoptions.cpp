@@ -37,6 +37,9 @@ void describe(QCommandLineParser &parser, const QString &commandHelp)
     parser.addPositionalArgument(QStringLiteral("serve"), QStringLiteral("Run the plug-in."));
     OptionReader::describe(parser);
     OptionReader::describeLanguage(parser);
+    parser.addOption({QStringLiteral("clear-workbooks"),
+                      QStringLiteral("Remove workbooks of past months from the temporary "
+                                     "directory, once a day.")});
     add("plugin", "Module to load instead of the program's own.", "file");
     add("debug", "Debug level, 0 to 255; above 0 debug lines are shown.", "level", "0");
     add("metrics", "Serve metrics for Prometheus there, 127.0.0.1:9469 for example.", "address");
@@ -64,6 +67,7 @@ ServeOptions read(const QCommandLineParser &parser, OptionReader &reader)
     options.debugLevel = static_cast<quint8>(reader.number("debug", 0, 255));
     if (parser.isSet(QStringLiteral("run-for")))
         options.runForSeconds = reader.number("run-for", 1, maxRunForSeconds);
+    options.clearsWorkbooks = reader.flag("clear-workbooks");
     options.metricsAddress = reader.address("metrics");
     if (reader.error.isEmpty())
         options.connection.password = reader.password();

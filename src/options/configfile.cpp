@@ -11,12 +11,13 @@ namespace
 bool isKnown(const QString &key)
 {
     static const QStringList known{
-        QStringLiteral("database/host"),     QStringLiteral("database/port"),
-        QStringLiteral("database/user"),     QStringLiteral("database/name"),
-        QStringLiteral("database/ca"),       QStringLiteral("database/cert"),
-        QStringLiteral("database/key"),      QStringLiteral("database/single"),
-        QStringLiteral("database/password"), QStringLiteral("database/password-file"),
-        QStringLiteral("reports/language"),  QStringLiteral("serve/metrics")};
+        QStringLiteral("database/host"),        QStringLiteral("database/port"),
+        QStringLiteral("database/user"),        QStringLiteral("database/name"),
+        QStringLiteral("database/ca"),          QStringLiteral("database/cert"),
+        QStringLiteral("database/key"),         QStringLiteral("database/single"),
+        QStringLiteral("database/password"),    QStringLiteral("database/password-file"),
+        QStringLiteral("reports/language"),     QStringLiteral("serve/metrics"),
+        QStringLiteral("serve/clear-workbooks")};
     return known.contains(key);
 }
 

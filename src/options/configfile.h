@@ -7,7 +7,8 @@
  * A configuration file: options in INI format.
  *
  * Section "database": host, port, user, name, single, password, password-file, ca, cert,
- * key. Section "serve": metrics. Section "reports":
+ * key. Section "serve": metrics,
+ * clear-workbooks. Section "reports":
  * language.
  */
 struct ConfigFile {

@@ -15,8 +15,8 @@ constexpr const char *passwordVariable = "AUTOREPORT_DB_PASSWORD";
 /// Maps the option "db-host" to the key "database/host".
 QString configKey(const QString &option)
 {
-    if (option == QLatin1String("metrics"))
-        return QStringLiteral("serve/metrics");
+    if (option == QLatin1String("metrics") || option == QLatin1String("clear-workbooks"))
+        return QStringLiteral("serve/") + option;
     const auto prefix = QLatin1String("db-");
     return QStringLiteral("database/") +
            (option.startsWith(prefix) ? option.mid(prefix.size()) : option);
@@ -82,8 +82,12 @@ QString OptionReader::text(const char *name)
     return value;
 }
 
-bool OptionReader::flag(const QString &key)
+bool OptionReader::flag(const char *name)
 {
+    const QString option = QLatin1String(name);
+    if (parser.isSet(option))
+        return true;
+    const QString key = configKey(option);
     const QString value = config.values.value(key).toLower();
     const bool isTrue = value == QLatin1String("true") || value == QLatin1String("1");
     if (!isTrue && !value.isEmpty() && value != QLatin1String("false") &&
@@ -109,8 +113,7 @@ int OptionReader::number(const char *name, int least, int most)
 ConnectionOptions OptionReader::connection()
 {
     ConnectionOptions options;
-    const auto single = QStringLiteral("single");
-    options.single = parser.isSet(single) || flag(configKey(single));
+    options.single = flag("single");
     options.host = text("db-host");
     options.port = number("db-port", 1, 65535);
     options.user = text("db-user");

@@ -24,6 +24,8 @@ public:
     static void describeLanguage(QCommandLineParser &parser);
 
     QString text(const char *name);
+    /// Set on the command line, or to true in the configuration.
+    bool flag(const char *name);
     int number(const char *name, int least, int most);
     /// Returns all but the password.
     ConnectionOptions connection();
@@ -45,7 +47,6 @@ public:
 private:
     void failMissing(const QString &reason, bool usage);
     bool hasOption(const QString &option) const;
-    bool flag(const QString &key);
     /// Returns the path of a file that can be read, or an empty one if the option is not set.
     QString file(const char *name);
 

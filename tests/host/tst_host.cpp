@@ -2,6 +2,7 @@
 #include "support/reportbench.h"
 #include "support/testhost.h"
 
+#include <QDir>
 #include <QLibraryInfo>
 #include <QRegularExpression>
 
@@ -160,6 +161,40 @@ private Q_SLOTS:
         program->send(SIGTERM);
         QVERIFY(program->ended());
         QCOMPARE(program->exitCode(), 0);
+    }
+
+    void clearsOldWorkbooks()
+    {
+        const QDate today = QDate::currentDate();
+        const QString now = today.toString("MMyyyy");
+        const QString past = today.addMonths(-1).toString("MMyyyy");
+        const QStringList old{"DennyReport_a_" + past + ".xls",
+                              "MesReportDochadzky_a_b_" + past + ".xlsx"};
+        const QStringList kept{"DennyReport_a_" + now + ".xlsx", "Other_a_" + past + ".xlsx",
+                               "DennyReport_a_" + past + ".xlsx.bak",
+                               "DennyReport_fresh_" + past + ".xlsx"};
+        QDir folder(bench->temporary.path());
+        for (const QString &name : old + kept) {
+            writeFile(folder.filePath(name), "x");
+            QFile file(folder.filePath(name));
+            QVERIFY(file.open(QIODevice::ReadWrite));
+            if (!name.contains("fresh"))
+                QVERIFY(file.setFileTime(QDateTime::currentDateTime().addDays(-2),
+                                         QFileDevice::FileModificationTime));
+        }
+        QVERIFY(QDir().mkdir(folder.filePath("DennyReport_folder_" + past + ".xlsx")));
+        QProcessEnvironment environment = TestServer::environment();
+        environment.insert("TMPDIR", folder.path());
+        program->start(QStringList{"serve", "--clear-workbooks"} +
+                           TestServer::options(info->name()),
+                       environment);
+        QVERIFY(program->logs("Host - 2 workbooks of past months removed"));
+        for (const QString &name : kept)
+            QVERIFY2(folder.exists(name), qPrintable(name));
+        QCOMPARE(folder.entryList(QDir::Files).size(), kept.size());
+        QVERIFY(folder.exists("DennyReport_folder_" + past + ".xlsx"));
+        program->send(SIGTERM);
+        QVERIFY(program->ended());
     }
 
     /// In single mode the report is made in the thread that the signals end up in.
