@@ -11,3 +11,8 @@ qulonglong serverConnectionId(const QSqlDatabase &database)
                ? query.value(0).toULongLong()
                : 0;
 }
+
+bool serverAnswers(const QSqlDatabase &database)
+{
+    return freshQuery(database).exec(QStringLiteral("SELECT 1"));
+}

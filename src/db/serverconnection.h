@@ -10,3 +10,6 @@
  * transaction or a lock, is gone. The number tells: it changes.
  */
 qulonglong serverConnectionId(const QSqlDatabase &database);
+
+/// Returns whether the server answers on this connection, numbered or not.
+bool serverAnswers(const QSqlDatabase &database);

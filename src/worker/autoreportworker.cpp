@@ -141,7 +141,7 @@ bool AutoReportWorker::keepDatabase()
     qulonglong current = usable ? serverConnectionId(database) : 0;
     if (connectionId == 0) // the server did not answer at the start
         connectionId = current;
-    if (connectionId == 0 && usable && !guard->isBroken()) // it has no such numbers
+    if (connectionId == 0 && usable && serverAnswers(database)) // it has no such numbers
         return true;
     if (current == 0 && openDatabase())
         current = serverConnectionId(database);

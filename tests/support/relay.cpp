@@ -14,6 +14,10 @@ namespace
 constexpr int pollMs = 5;      // how late the relay sees what another thread asked of it
 constexpr int headerBytes = 4; // length in three bytes, lowest first, and the packet's number
 
+// Of the commands that a packet begins with, those that have no answer.
+constexpr char quit = 0x01;
+constexpr char closeStatement = 0x19;
+
 sockaddr_in loopback(int port)
 {
     sockaddr_in address = {};
@@ -149,8 +153,8 @@ void Relay::pump(Link &link, short clientEvents, short serverEvents)
     }
     if (serverEvents != 0 && !frozen && !link.silent && !link.over) {
         QByteArray bytes;
-        link.over =
-            !receive(link.server, bytes) || !sendAll(link.client, bytes.constData(), bytes.size());
+        link.over = link.deaf || !receive(link.server, bytes) ||
+                    !sendAll(link.client, bytes.constData(), bytes.size());
     }
 }
 
@@ -173,6 +177,9 @@ bool Relay::mayForward(Link &link, const QByteArray &packet)
     const bool loggingIn = link.database.isNull();
     if (loggingIn) // the packet has the database's name in it, and is matched for that
         link.database = packet;
+    else if (const char command = packet.at(headerBytes);
+             command == quit || command == closeStatement)
+        return true;
     const QByteArray text = loggingIn ? QByteArray(login) : packet.mid(headerBytes + 1);
     for (int i = 0; i < plans.size(); ++i) {
         Plan &plan = plans[i];
@@ -182,10 +189,11 @@ bool Relay::mayForward(Link &link, const QByteArray &packet)
         plans.remove(i);
         link.silent = fault == Fault::Silence;
         link.over = fault == Fault::Cut;
+        link.deaf = fault == Fault::CutAnswer;
         if (fault == Fault::Freeze)
             frozen = true;
         ++failed;
-        return false;
+        return link.deaf;
     }
     return true;
 }

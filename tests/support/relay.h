@@ -30,15 +30,16 @@ public:
     void thaw();
 
     enum class Fault {
-        Silence, ///< this connection is frozen; the statement is held back
-        Freeze,  ///< all are
-        Cut      ///< this connection is closed; the server never sees the statement
+        Silence,  ///< this connection is frozen; the statement is held back
+        Freeze,   ///< all are
+        Cut,      ///< this connection is closed; the server never sees the statement
+        CutAnswer ///< it is closed when the server has executed the statement
     };
     /// What counts as the statement with which a client logs in.
     static constexpr const char *login = "login";
 
     /// Fails once, at the `ordinal`-th statement that contains `text` on connections to `database`.
-    /// An empty text means any statement, an empty name any database. Texts that clients prepare
+    /// An empty text means any statement that has an answer, an empty name any database. Texts that clients prepare
     /// are seen when they are prepared.
     void failAt(const QByteArray &database, const QByteArray &text, Fault fault, int ordinal = 1);
     /// How often that has happened.
@@ -57,6 +58,7 @@ private:
         QByteArray database;
         QByteArray unread; ///< from the client: not yet a whole packet
         bool silent = false;
+        bool deaf = false; ///< the server's next words are its last
         bool over = false;
     };
 
