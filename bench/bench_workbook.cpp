@@ -17,60 +17,102 @@ namespace
 
 const QString ours = QStringLiteral("ours");
 const QString theirs = QStringLiteral("theirs");
+const QString theirsConstant = QStringLiteral("theirs-constant");
 const QString secondsFigure = QStringLiteral("seconds");
+const QString memoryFigure = QStringLiteral("peakMib");
+const QString bytesFigure = QStringLiteral("bytes");
+const QString peer = QStringLiteral("libxlsxwriter");
 
-/// One run: "ours" or "theirs", the path, the number of rows.
+struct Mix {
+    SampleMix mix;
+    QString name;
+    double timeGoal;
+};
+
+const QVector<Mix> mixes{{SampleMix::Daily, QStringLiteral("daily report"), 0.28},
+                         {SampleMix::Mixed, QStringLiteral("mixed text, numbers"), 0.33},
+                         {SampleMix::UniqueTexts, QStringLiteral("the same, 60 % unique"), 0.33},
+                         {SampleMix::Numbers, QStringLiteral("numbers alone"), 0.33}};
+
+/// One run: whose, the path, the number of rows, the mix.
 void run(const QStringList &arguments)
 {
-    const QString path = arguments.at(1);
-    const SampleRows rows(arguments.at(2).toInt());
+    const QString &side = arguments.at(0);
+    const QString &path = arguments.at(1);
+    const SampleRows rows(SampleMix(arguments.at(3).toInt()), arguments.at(2).toInt());
     Bench::resetPeak();
     const double idle = Bench::residentKib();
     bool saved = false;
     const double seconds = Bench::secondsOf([&] {
-        saved = arguments.at(0) == ours ? writeOurBook(path, rows) : writePeerBook(path, rows);
+        saved = side == ours
+                    ? writeOurBook(path, rows)
+                    : writePeerBook(path, rows,
+                                    side == theirs ? PeerMode::Default : PeerMode::ConstantMemory);
     });
     Bench::require(saved, QStringLiteral("not saved: ") + path);
     Bench::print({{secondsFigure, seconds},
-                  {QStringLiteral("peakMib"), (Bench::peakKib() - idle) / 1024},
-                  {QStringLiteral("bytes"), double(QFileInfo(path).size())}});
+                  {memoryFigure, (Bench::peakKib() - idle) / 1024},
+                  {bytesFigure, double(QFileInfo(path).size())}});
 }
 
-/// Both formats against the same peer, in one turn.
-void compare(const Bench::Plan &plan, const QString &folder)
+/// A run of `side` into a file of its own.
+QStringList sideOf(const QString &side, const QString &folder, int rows, const Mix &mix,
+                   const QString &suffix = QStringLiteral("xlsx"))
 {
-    const QString rows = plan.quick ? QStringLiteral("200") : QStringLiteral("31000");
-    const QString xlsx = folder + QStringLiteral("/ours.xlsx");
-    const QString xls = folder + QStringLiteral("/ours.xls");
-    const QString peer = folder + QStringLiteral("/theirs.xlsx");
-    const bool hasXls = canWriteXls();
-    QVector<QStringList> sides{{ours, xlsx, rows}, {theirs, peer, rows}};
-    if (hasXls)
-        sides.append({ours, xls, rows});
-    const auto runs = Bench::inTurn(plan.pairs, sides);
-    requireSameCells(xlsx, peer);
+    return {side, QStringLiteral("%1/%2.%3").arg(folder, side, suffix), QString::number(rows),
+            QString::number(int(mix.mix))};
+}
 
-    const auto row = [&](const QString &work, int side, const QString &figure, const char *unit,
-                         double goal, int decimals) {
-        TableRow{work,
-                 Bench::median(runs[side], figure),
-                 QStringLiteral("libxlsxwriter"),
-                 Bench::median(runs[1], figure),
-                 QString::fromLatin1(unit),
-                 goal,
-                 decimals}
-            .print();
-    };
-    row(QStringLiteral(".xlsx, %1 rows x 15 columns: time").arg(rows), 0, secondsFigure, "s", 0.30,
-        3);
-    row(QStringLiteral(".xlsx: peak memory"), 0, QStringLiteral("peakMib"), "MiB", 0.50, 1);
-    row(QStringLiteral(".xlsx: file size"), 0, QStringLiteral("bytes"), "B", 1.03, 0);
-    if (!hasXls) {
-        printNotBuilt(QStringLiteral(".xls, the same sheet: time"), 0.10);
-        return;
-    }
-    requireSameCells(xls, peer);
-    row(QStringLiteral(".xls, the same sheet: time"), 2, secondsFigure, "s", 0.10, 3);
+using Runs = QVector<Bench::Figures>;
+
+void printRow(const QString &work, const Runs &our, const QString &against, const Runs &their,
+              const QString &figure, double goal)
+{
+    const bool bytes = figure == bytesFigure;
+    TableRow{work,
+             Bench::median(our, figure),
+             against,
+             Bench::median(their, figure),
+             QLatin1String(bytes                     ? "B"
+                           : figure == secondsFigure ? "s"
+                                                     : "MiB"),
+             goal,
+             bytes                     ? 0
+             : figure == secondsFigure ? 3
+                                       : 1}
+        .print();
+}
+
+/// One mix in .xlsx against both modes of the peer, in one turn.
+void compare(int rounds, const QString &folder, int rows, const Mix &mix)
+{
+    const QVector<QStringList> sides{sideOf(ours, folder, rows, mix),
+                                     sideOf(theirs, folder, rows, mix),
+                                     sideOf(theirsConstant, folder, rows, mix)};
+    const auto runs = Bench::inTurn(rounds, sides);
+    constexpr int cellsOfLarge = 100000; // readers of cells would take minutes
+    if (rows < cellsOfLarge)
+        requireSameCells(sides[0].at(1), sides[1].at(1));
+    else
+        requireRows(sides[0].at(1), rows + 1);
+
+    const QString work = QStringLiteral(".xlsx, %1 rows x 15, %2: ").arg(rows).arg(mix.name);
+    printRow(work + QStringLiteral("time"), runs[0], peer, runs[1], secondsFigure, mix.timeGoal);
+    printRow(work + QStringLiteral("size"), runs[0], peer, runs[1], bytesFigure, 1.00);
+    printRow(work + QStringLiteral("peak memory"), runs[0], peer, runs[1], memoryFigure, 0.60);
+    printRow(work + QStringLiteral("time"), runs[0], QStringLiteral("its constant_memory"), runs[2],
+             secondsFigure, 0.45);
+}
+
+void compareXls(int rounds, const QString &folder, int rows)
+{
+    const QVector<QStringList> sides{
+        sideOf(ours, folder, rows, mixes.first(), QStringLiteral("xls")),
+        sideOf(theirs, folder, rows, mixes.first())};
+    const auto runs = Bench::inTurn(rounds, sides);
+    requireSameCells(sides[0].at(1), sides[1].at(1));
+    printRow(QStringLiteral(".xls, %1 rows x 15, daily report: time").arg(rows), runs[0], peer,
+             runs[1], secondsFigure, 0.10);
 }
 
 void growth(const Bench::Plan &plan, const QString &folder)
@@ -79,7 +121,8 @@ void growth(const Bench::Plan &plan, const QString &folder)
         plan.quick ? QVector<int>{100, 200, 400} : QVector<int>{10000, 100000, 1000000};
     QVector<QStringList> sides;
     for (const int rows : sizes)
-        sides.append({ours, folder + QStringLiteral("/%1.xlsx").arg(rows), QString::number(rows)});
+        sides.append({ours, folder + QStringLiteral("/%1.xlsx").arg(rows), QString::number(rows),
+                      QString::number(int(SampleMix::Daily))});
     const auto runs = Bench::inTurn(plan.quick ? 1 : 3, sides);
     QVector<double> microseconds;
     for (int size = 0; size < sizes.size(); ++size) {
@@ -110,7 +153,13 @@ int main(int argc, char **argv)
         return 0;
     }
     const QTemporaryDir folder;
-    compare(plan, folder.path());
+    const int small = plan.quick ? 200 : 31000;
+    const int large = plan.quick ? 400 : 200000;
+    for (const Mix &mix : mixes)
+        compare(plan.pairs, folder.path(), small, mix);
+    for (const Mix &mix : mixes)
+        compare(plan.quick ? 1 : 3, folder.path(), large, mix);
+    compareXls(plan.pairs, folder.path(), small);
     growth(plan, folder.path());
     return 0;
 }

@@ -24,6 +24,12 @@ struct Formats {
         bordered->setBorder(libxl::BorderStyle::Thin);
     }
 
+    [[nodiscard]] Format *of(SampleLook look) const
+    {
+        Format *const formats[] = {nullptr, text, centred, bordered};
+        return formats[int(look)];
+    }
+
     Format *heading;
     Format *text;
     Format *centred;
@@ -47,32 +53,19 @@ void setUpPage(Sheet &sheet)
 void writeRow(Sheet &sheet, const Formats &formats, const SampleRows &rows, int index)
 {
     const int row = index + 1;
-    sheet.writeNum(row, 0, rows.personalNumber(index));
-    sheet.writeStr(row, 1, rows.person(index).wide.c_str(), formats.text);
-    sheet.writeStr(row, 2, rows.group(index).wide.c_str(), formats.text);
-    sheet.writeStr(row, 3, rows.shift(index).wide.c_str(), formats.centred);
-    sheet.writeStr(row, 4, rows.department(index).wide.c_str(), formats.text);
-    sheet.writeStr(row, 5, rows.centre(index).wide.c_str(), formats.text);
-    sheet.writeNum(row, 6, rows.dayOfMonth(index));
-    for (int i = 0; i < SampleRows::timeColumns; ++i) {
-        const int column = SampleRows::firstTime + i;
-        if (const SampleText *time = rows.time(index, i))
-            sheet.writeStr(row, column, time->wide.c_str(), formats.bordered);
+    for (int column = 0; column < SampleRows::columns; ++column) {
+        const SampleCell cell = rows.cell(index, column);
+        Format *format = formats.of(cell.look);
+        if (cell.text)
+            sheet.writeStr(row, column, cell.text->wide.c_str(), format);
+        else if (cell.isNumber)
+            sheet.writeNum(row, column, cell.number, format);
         else
-            sheet.writeBlank(row, column, formats.bordered);
+            sheet.writeBlank(row, column, format);
     }
-    sheet.writeStr(row, SampleRows::columns - 1, rows.interruptions(index).wide.c_str());
 }
 
 } // namespace
-
-bool canWriteXls()
-{
-    Book *book = xlCreateBookW();
-    if (book)
-        book->release();
-    return book != nullptr;
-}
 
 bool writeOurBook(const QString &path, const SampleRows &rows)
 {

@@ -4,8 +4,5 @@
 
 #include <QString>
 
-/// Whether this build writes .xls books.
-bool canWriteXls();
-
 /// The sheet as our engine writes it, .xls or .xlsx by the name; false when it was not saved.
 bool writeOurBook(const QString &path, const SampleRows &rows);

@@ -27,6 +27,12 @@ struct Formats {
         format_set_border(bordered, LXW_BORDER_THIN);
     }
 
+    [[nodiscard]] lxw_format *of(SampleLook look) const
+    {
+        lxw_format *const formats[] = {nullptr, text, centred, bordered};
+        return formats[int(look)];
+    }
+
     lxw_format *heading;
     lxw_format *text;
     lxw_format *centred;
@@ -51,29 +57,26 @@ void setUpPage(lxw_worksheet *sheet)
 void writeRow(lxw_worksheet *sheet, const Formats &formats, const SampleRows &rows, int index)
 {
     const auto row = lxw_row_t(index) + 1;
-    worksheet_write_number(sheet, row, 0, rows.personalNumber(index), nullptr);
-    worksheet_write_string(sheet, row, 1, rows.person(index).utf8.c_str(), formats.text);
-    worksheet_write_string(sheet, row, 2, rows.group(index).utf8.c_str(), formats.text);
-    worksheet_write_string(sheet, row, 3, rows.shift(index).utf8.c_str(), formats.centred);
-    worksheet_write_string(sheet, row, 4, rows.department(index).utf8.c_str(), formats.text);
-    worksheet_write_string(sheet, row, 5, rows.centre(index).utf8.c_str(), formats.text);
-    worksheet_write_number(sheet, row, 6, rows.dayOfMonth(index), nullptr);
-    for (int i = 0; i < SampleRows::timeColumns; ++i) {
-        const auto column = lxw_col_t(SampleRows::firstTime + i);
-        if (const SampleText *time = rows.time(index, i))
-            worksheet_write_string(sheet, row, column, time->utf8.c_str(), formats.bordered);
+    for (int place = 0; place < SampleRows::columns; ++place) {
+        const auto column = lxw_col_t(place);
+        const SampleCell cell = rows.cell(index, place);
+        lxw_format *format = formats.of(cell.look);
+        if (cell.text)
+            worksheet_write_string(sheet, row, column, cell.text->utf8.c_str(), format);
+        else if (cell.isNumber)
+            worksheet_write_number(sheet, row, column, cell.number, format);
         else
-            worksheet_write_blank(sheet, row, column, formats.bordered);
+            worksheet_write_blank(sheet, row, column, format);
     }
-    worksheet_write_string(sheet, row, SampleRows::columns - 1,
-                           rows.interruptions(index).utf8.c_str(), nullptr);
 }
 
 } // namespace
 
-bool writePeerBook(const QString &path, const SampleRows &rows)
+bool writePeerBook(const QString &path, const SampleRows &rows, PeerMode mode)
 {
-    lxw_workbook *book = workbook_new(QFile::encodeName(path).constData());
+    lxw_workbook_options options{};
+    options.constant_memory = mode == PeerMode::ConstantMemory;
+    lxw_workbook *book = workbook_new_opt(QFile::encodeName(path).constData(), &options);
     lxw_worksheet *sheet = workbook_add_worksheet(book, rows.sheetName().utf8.c_str());
     const Formats formats(book);
     setUpPage(sheet);

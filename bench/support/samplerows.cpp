@@ -1,10 +1,15 @@
 #include "support/samplerows.h"
 
 #include <codecvt>
+#include <limits>
 #include <locale>
 
 namespace
 {
+
+constexpr int people = 1000;
+constexpr int textColumns = 9;
+constexpr std::uint32_t notUnique = std::numeric_limits<std::uint32_t>::max();
 
 std::vector<SampleText> numbered(const std::string &stem, int count)
 {
@@ -37,6 +42,26 @@ std::vector<SampleText> interruptionsOfDay()
     return texts;
 }
 
+/// Spreads rows over texts and numbers without a pattern that a packer could find.
+std::size_t spread(int row, unsigned salt)
+{
+    std::uint64_t value = (std::uint64_t(unsigned(row)) << 8U) + salt;
+    value = (value ^ (value >> 30U)) * 0xBF58476D1CE4E5B9U;
+    value = (value ^ (value >> 27U)) * 0x94D049BB133111EBU;
+    return std::size_t(value >> 33U);
+}
+
+SampleCell textCell(const std::vector<SampleText> &texts, std::size_t place,
+                    SampleLook look = SampleLook::Text)
+{
+    return {&texts[place % texts.size()], 0, false, look};
+}
+
+SampleCell numberCellOf(double number, SampleLook look = SampleLook::Plain)
+{
+    return {nullptr, number, true, look};
+}
+
 } // namespace
 
 SampleText::SampleText(const std::string &utf8Text)
@@ -45,8 +70,9 @@ SampleText::SampleText(const std::string &utf8Text)
 {
 }
 
-SampleRows::SampleRows(int rows)
-    : rowCount(rows)
+SampleRows::SampleRows(SampleMix sampleMix, int rows)
+    : mix(sampleMix)
+    , rowCount(rows)
     , name("Denný report doch. 11-2026")
     , persons(numbered("Priezviskový Ján ", people))
     , groups(numbered("Skupina ", 20))
@@ -54,26 +80,81 @@ SampleRows::SampleRows(int rows)
     , departments(numbered("Zaradenie číslo ", 30))
     , centres(numbered("Stredisko ", 15))
     , times(minutesOfDay())
-    , interruptionTexts(interruptionsOfDay())
+    , interruptions(interruptionsOfDay())
 {
     for (const char *text : {"OSCISLO", "MENO", "SKUPINA", "ZMENA", "ZARADENIE", "STREDISKO", "DEN",
                              "ODPRACOVANY CAS", "NEODPRACOVANY CAS", "NADCAS", "NEUZNANY CAS",
                              "ZAOKRUHLENIE", "POSUN", "PENALIZACIA", "PRERUSENIA"})
         headings.emplace_back(text);
+    if (mix == SampleMix::UniqueTexts)
+        makeUniqueTexts();
 }
 
-const SampleText *SampleRows::time(int row, int index) const
+void SampleRows::makeUniqueTexts()
 {
-    if ((row + index) % 2 == 0)
-        return nullptr;
-    return &of(times, mixed(row, 3 + unsigned(index)));
+    for (int cell = 0; cell < rowCount * textColumns; ++cell) {
+        const bool unique = spread(cell, 100) % 10 < 6;
+        uniquePlaces.push_back(unique ? std::uint32_t(uniqueTexts.size()) : notUnique);
+        if (unique)
+            uniqueTexts.emplace_back("Poznámka " + std::to_string(spread(cell, 101)) + " k dňu " +
+                                     std::to_string(cell));
+    }
 }
 
-/// Spreads rows over texts without a pattern that a packer could find.
-std::size_t SampleRows::mixed(int row, unsigned salt)
+SampleCell SampleRows::cell(int row, int column) const
 {
-    std::uint64_t value = (std::uint64_t(unsigned(row)) << 8U) + salt;
-    value = (value ^ (value >> 30U)) * 0xBF58476D1CE4E5B9U;
-    value = (value ^ (value >> 27U)) * 0x94D049BB133111EBU;
-    return std::size_t(value >> 33U);
+    if (mix == SampleMix::Daily)
+        return dailyCell(row, column);
+    return mix == SampleMix::Numbers ? numberCell(row, column) : mixedCell(row, column);
+}
+
+SampleCell SampleRows::dailyCell(int row, int column) const
+{
+    const auto person = std::size_t(row % people);
+    switch (column) {
+    case 0:
+        return numberCellOf(1000 + row % people);
+    case 1:
+        return textCell(persons, person);
+    case 2:
+        return textCell(groups, person);
+    case 3:
+        return textCell(shifts, spread(row, 1), SampleLook::Centred);
+    case 4:
+        return textCell(departments, person);
+    case 5:
+        return textCell(centres, person);
+    case 6:
+        return numberCellOf(1 + row / people % 31);
+    case 14:
+        return textCell(interruptions, spread(row, 2), SampleLook::Plain);
+    default:
+        if ((row + column) % 2 == 1)
+            return {nullptr, 0, false, SampleLook::Bordered};
+        return textCell(times, spread(row, unsigned(column)), SampleLook::Bordered);
+    }
+}
+
+SampleCell SampleRows::mixedCell(int row, int column) const
+{
+    const std::size_t place = spread(row, unsigned(column));
+    if (column >= textColumns)
+        return numberCellOf(column % 2 == 0 ? double(place % 1000) : double(place % 24000) / 100,
+                            SampleLook::Bordered);
+    if (mix == SampleMix::UniqueTexts) {
+        const std::uint32_t unique = uniquePlaces[std::size_t(row * textColumns + column)];
+        if (unique != notUnique)
+            return textCell(uniqueTexts, unique);
+    }
+    const std::vector<SampleText> *pools[] = {&persons, &times, &departments};
+    return textCell(*pools[column % 3], place,
+                    column % 2 == 0 ? SampleLook::Text : SampleLook::Bordered);
+}
+
+SampleCell SampleRows::numberCell(int row, int column) const
+{
+    const auto number = double(spread(row, unsigned(column)) % 100000);
+    const double divisors[] = {1, 100, 7};
+    return numberCellOf(number / divisors[column % 3],
+                        column % 2 == 0 ? SampleLook::Plain : SampleLook::Bordered);
 }

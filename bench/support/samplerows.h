@@ -1,8 +1,6 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,48 +12,50 @@ struct SampleText {
     std::wstring wide;
 };
 
+/// The format of a cell; Plain is none.
+enum class SampleLook { Plain, Text, Centred, Bordered };
+
+/// A cell: text, else a number, else blank.
+struct SampleCell {
+    const SampleText *text = nullptr;
+    double number = 0;
+    bool isNumber = false;
+    SampleLook look = SampleLook::Plain;
+};
+
+enum class SampleMix {
+    Daily,       ///< a daily report: a thousand people, every second time cell blank
+    Mixed,       ///< nine columns of text and six of numbers
+    UniqueTexts, ///< the same, with six of ten texts occurring only once
+    Numbers      ///< numbers alone: whole ones, hundredths and fractions
+};
+
 /**
- * The content of the sheet that both libraries write: a daily report's fifteen columns, a thousand
- * people, and every second time cell blank. The same at every call.
+ * The content of the sheet that both libraries write, in fifteen columns. The same at every call.
  */
 class SampleRows
 {
 public:
     static constexpr int columns = 15;
-    static constexpr int firstTime = 7;
-    static constexpr int timeColumns = 7;
 
-    explicit SampleRows(int rows);
+    SampleRows(SampleMix mix, int rows);
 
     int count() const { return rowCount; }
     const SampleText &heading(int column) const { return headings[std::size_t(column)]; }
     const SampleText &sheetName() const { return name; }
-
-    double personalNumber(int row) const { return 1000 + row % people; }
-    double dayOfMonth(int row) const { return 1 + row / people % 31; }
-    const SampleText &person(int row) const { return of(persons, std::size_t(row % people)); }
-    const SampleText &group(int row) const { return of(groups, std::size_t(row % people)); }
-    const SampleText &shift(int row) const { return of(shifts, mixed(row, 1)); }
-    const SampleText &department(int row) const
-    {
-        return of(departments, std::size_t(row % people));
-    }
-    const SampleText &centre(int row) const { return of(centres, std::size_t(row % people)); }
-    const SampleText &interruptions(int row) const { return of(interruptionTexts, mixed(row, 2)); }
-    /// Null: the cell is blank and bordered. `index` counts the time columns.
-    const SampleText *time(int row, int index) const;
+    SampleCell cell(int row, int column) const;
 
 private:
-    static constexpr int people = 1000;
+    void makeUniqueTexts();
+    SampleCell dailyCell(int row, int column) const;
+    SampleCell mixedCell(int row, int column) const;
+    SampleCell numberCell(int row, int column) const;
 
-    static std::size_t mixed(int row, unsigned salt);
-    static const SampleText &of(const std::vector<SampleText> &texts, std::size_t place)
-    {
-        return texts[place % texts.size()];
-    }
-
+    SampleMix mix;
     int rowCount;
     SampleText name;
     std::vector<SampleText> headings, persons, groups, shifts, departments, centres, times,
-        interruptionTexts;
+        interruptions;
+    std::vector<SampleText> uniqueTexts;     ///< of the mix UniqueTexts
+    std::vector<std::uint32_t> uniquePlaces; ///< by cell of text: a place in uniqueTexts, or none
 };
