@@ -33,14 +33,14 @@ public:
 
     /**
      * Appends a sheet, a copy of `copyFrom` where that is given. Null for a name that spreadsheet
-     * programs refuse: empty, above 31 UTF-16 units, with any of []:*?/\ or characters below
-     * U+0020, with an apostrophe first or last, or equal to another sheet's name but for case.
+     * programs refuse: empty, above 31 UTF-16 units, with any of []:*?/\, a tab or a line break,
+     * with an apostrophe first or last, or equal to another sheet's name but for case.
      */
     virtual ISheetT<Char> *addSheet(const Char *name, ISheetT<Char> *copyFrom = nullptr) = 0;
 
     /**
      * An identifier for IFormatT::setNumFormat, the same for the same code. For a code that is
-     * null, empty, above 255 UTF-16 units or holds characters below U+0020, and past 200 different
+     * null, empty, above 255 UTF-16 units or holds a tab or a line break, and past 200 different
      * codes, 0: the general number format.
      */
     virtual int addCustomNumFormat(const Char *customNumFormat) = 0;

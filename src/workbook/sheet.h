@@ -16,18 +16,18 @@ class IFormatT;
  * (the default look) and must come from the same book. An operation without a result ignores
  * arguments outside its range.
  *
- * A cell writer that answers false leaves the cell empty, whatever it held before. A cell below
- * the last row or right of the last column of the file format also makes IBookT::save fail: a sheet
- * is never cut in silence.
+ * Texts lose the characters that XML cannot hold, in binary books as well, and keep the rest: those
+ * below U+0020 other than tab, line feed and carriage return, lone surrogates, U+FFFE and U+FFFF.
+ *
+ * A cell writer that returns false leaves the cell empty, whatever it held before; the others stay.
  */
 template <class Char>
 class ISheetT
 {
 public:
     /**
-     * Writes text, also an empty one, up to 32,767 UTF-16 units. Refused: null, longer text, text
-     * with U+FFFE, U+FFFF or control characters below U+0020 other than tab, line feed and carriage
-     * return, and any other `type`. Lone surrogates become U+FFFD.
+     * Writes text, also an empty one, up to 32,767 UTF-16 units. Refused: null, longer text, and
+     * any other `type`.
      */
     virtual bool writeStr(int row, int col, const Char *value, IFormatT<Char> *format = nullptr,
                           CellType type = CellType::String) = 0;
@@ -41,8 +41,7 @@ public:
     /**
      * Writes a formula in A1 notation, with English function names, up to 8,192 UTF-16 units;
      * a leading "=" may be there. Spreadsheet programs calculate it when they open the file.
-     * Refused: null, an empty or longer text, and text that XML cannot hold. An XML book takes any
-     * other text unchecked. A binary book takes what it can translate: cells of the same sheet,
+     * Refused: null, an empty or longer text. An XML book takes any other text unchecked. A binary book takes what it can translate: cells of the same sheet,
      * numbers, + - * /, signs and parentheses.
      */
     virtual bool writeFormula(int row, int col, const Char *expr,

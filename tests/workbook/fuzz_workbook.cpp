@@ -1,3 +1,4 @@
+#include "failingnew.h"
 #include "testbook.h"
 
 #include <QElapsedTimer>
@@ -11,8 +12,9 @@
 // fuzz_workbook SEED SECONDS
 //
 // Fills books with random calls, also with arguments that must be refused, and remembers what each
-// cell has to hold: whatever a call answered true to, and nothing where it answered false. That is
-// compared with what foreign readers find in the files. The same seed makes the same books.
+// cell has to hold: what a call returned true for, and nothing where it returned false. That is
+// compared with what foreign readers find in the files. While some of the books are made and saved,
+// memory runs out now and then. The same seed makes the same books.
 
 namespace
 {
@@ -26,8 +28,10 @@ public:
     explicit RandomBook(unsigned seed)
         : random(seed)
         , book(isXls)
+        , scarce(chance(4))
     {
         book->setRgbMode(chance(2));
+        scarcely([&] { book->setDefaultFont(L"MS Shell Dlg 2", 10); });
         for (int calls = below(400); calls > 0; --calls) {
             const int kind = below(20);
             if (sheets.empty() || (kind == 0 && sheets.size() < 4))
@@ -41,12 +45,21 @@ public:
         }
     }
 
-    /** Whether saving answers as it must, and leaves a file only when it succeeds. */
-    bool save() const
+    /** Whether saving returns what it must, and leaves a file only when it succeeds. */
+    bool save()
     {
-        const bool must = !sheets.empty() && !cellLost;
-        return good && book.save(file()) == must && book.save(file()) == must &&
-               QFile::exists(file()) == must;
+        const std::wstring path = file().toStdWString();
+        for (int times = 0; times < 2; ++times) {
+            bool saved = false;
+            scarcely([&] { saved = book->save(path.c_str()); });
+            if (ranOut ? saved && sheets.empty() : saved == sheets.empty())
+                return false;
+            if (QFile::exists(file()) != saved)
+                return false;
+            if (times == 0)
+                QFile::remove(file());
+        }
+        return true;
     }
     QString keptFile()
     {
@@ -74,6 +87,17 @@ public:
 private:
     int below(int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); }
     bool chance(int oneIn) { return below(oneIn) == 0; }
+
+    /** One call of the book, in which one allocation may fail. */
+    template <class Call>
+    void scarcely(Call call)
+    {
+        if (!scarce)
+            return call();
+        FailingNew::failAfter(below(chance(2) ? 100 : 2000));
+        call();
+        ranOut = FailingNew::stop() || ranOut;
+    }
 
     template <class Item>
     Item any(const std::vector<Item> &items)
@@ -130,7 +154,9 @@ private:
     {
         const bool copies = !sheets.empty() && chance(2);
         const std::size_t from = copies ? random() % sheets.size() : 0;
-        Sheet *sheet = book->addSheet(text().c_str(), copies ? sheets[from] : nullptr);
+        const std::wstring name = text();
+        Sheet *sheet = nullptr;
+        scarcely([&] { sheet = book->addSheet(name.c_str(), copies ? sheets[from] : nullptr); });
         if (sheet == nullptr)
             return;
         sheets.push_back(sheet);
@@ -139,11 +165,17 @@ private:
 
     void addFormat()
     {
-        Format *format = book->addFormat(anyFormat());
-        auto *font = book->addFont();
+        Format *format = nullptr;
+        libxl::IFontT<wchar_t> *font = nullptr;
+        int numFormat = below(300);
+        scarcely([&] { format = book->addFormat(anyFormat()); });
+        scarcely([&] { font = book->addFont(); });
+        scarcely([&] { numFormat = chance(2) ? book->addCustomNumFormat(L"#0.00") : numFormat; });
+        if (format == nullptr || font == nullptr)
+            return;
         font->setBold(chance(2));
         format->setFont(chance(3) ? nullptr : font);
-        format->setNumFormat(chance(2) ? book->addCustomNumFormat(L"#0.00") : below(300));
+        format->setNumFormat(numFormat);
         format->setAlignH(static_cast<libxl::AlignH>(below(10) - 1));
         format->setWrap(chance(2));
         format->setBorder(static_cast<libxl::BorderStyle>(below(16) - 1));
@@ -153,11 +185,16 @@ private:
 
     void setUpPage(Sheet *sheet)
     {
-        sheet->setCol(index(columns), index(columns), number(), anyFormat(), chance(5));
-        sheet->setRow(index(rows), number(), anyFormat(), chance(5));
+        const int row = index(rows);
+        const int column = index(columns);
+        const int otherColumn = index(columns);
+        const double size = number();
+        const std::wstring footer = text();
+        scarcely([&] { sheet->setCol(column, otherColumn, size, anyFormat(), chance(5)); });
+        scarcely([&] { sheet->setRow(row, size, anyFormat(), chance(5)); });
+        scarcely([&] { sheet->setFooter(footer.c_str(), size); });
         sheet->split(index(rows), index(columns));
         sheet->setPrintFit(below(4) - 1, below(4) - 1);
-        sheet->setFooter(text().c_str(), number());
         sheet->setMarginTop(number());
         sheet->setPrintRepeatRows(index(rows), index(rows));
         sheet->setLandscape(chance(2));
@@ -168,7 +205,6 @@ private:
         const std::size_t number = random() % sheets.size();
         const int row = index(rows);
         const int column = index(columns);
-        cellLost = cellLost || row >= rows || column >= columns;
         const QJsonArray content = written(sheets[number], row, column);
         if (content.isEmpty())
             cells[number].remove(cellName(row, column));
@@ -184,22 +220,23 @@ private:
         const int kind = below(10);
         if (kind < 4) {
             std::wstring value = text();
-            accepted = sheet->writeStr(row, column, value.c_str(), anyFormat());
+            scarcely([&] { accepted = sheet->writeStr(row, column, value.c_str(), anyFormat()); });
             const wchar_t last = value.empty() ? L' ' : value.back();
-            good = good && !(accepted && (last < 0x20 ? last != L'\n' : (last | 1) == 0xFFFF));
-            if ((last >= 0xD800 && last <= 0xDFFF) || last > 0x10FFFF)
-                value.back() = 0xFFFD;
+            if ((last < 0x20 && last != L'\n') || (last >= 0xD800 && last <= 0xDFFF) ||
+                last == 0xFFFE || last == 0xFFFF || last > 0x10FFFF)
+                value.pop_back(); // the one character that XML cannot hold
             if (!isXls || !value.empty())
                 content = {"text"_q, QString::fromStdWString(value)};
         } else if (kind < 8) {
             const double value = number();
-            accepted = sheet->writeNum(row, column, value, anyFormat());
+            scarcely([&] { accepted = sheet->writeNum(row, column, value, anyFormat()); });
             content = {"number"_q, value};
         } else if (kind == 8) {
-            accepted = sheet->writeBlank(row, column, anyFormat());
+            scarcely([&] { accepted = sheet->writeBlank(row, column, anyFormat()); });
         } else {
             const std::wstring formula = L"=" + expression(0);
-            accepted = sheet->writeFormula(row, column, formula.c_str(), anyFormat());
+            scarcely(
+                [&] { accepted = sheet->writeFormula(row, column, formula.c_str(), anyFormat()); });
             content[0] = "formula"_q;
         }
         return accepted ? content : QJsonArray();
@@ -210,11 +247,11 @@ private:
     std::vector<Sheet *> sheets;
     std::vector<Format *> formats;
     std::vector<QJsonObject> cells; // for each sheet, by place
-    bool cellLost = false;
-    bool good = true;
+    const bool scarce;              // memory runs out now and then
+    bool ranOut = false;            // it did
 };
 
-/** Makes some books and compares them; gives the file of the first that is wrong. */
+/** Makes some books and compares them; returns the file of the first that is wrong. */
 QString wrongBook(unsigned seed)
 {
     std::vector<std::unique_ptr<RandomBook>> books;

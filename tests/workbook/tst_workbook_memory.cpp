@@ -1,54 +1,7 @@
+#include "failingnew.h"
 #include "testbook.h"
 
 #include <QDir>
-
-#include <cstdlib>
-#include <new>
-
-namespace
-{
-
-thread_local int allocationsLeft = -1; // below 0: any number
-thread_local int liveBlocks = 0;
-
-void *allocate(std::size_t bytes)
-{
-    if (allocationsLeft == 0) {
-        allocationsLeft = -1;
-        return nullptr;
-    }
-    if (allocationsLeft > 0)
-        --allocationsLeft;
-    ++liveBlocks;
-    return std::malloc(bytes);
-}
-
-void release(void *block)
-{
-    if (block != nullptr)
-        --liveBlocks;
-    std::free(block);
-}
-
-} // namespace
-
-void *operator new(std::size_t bytes)
-{
-    void *block = allocate(bytes);
-    if (block == nullptr)
-        throw std::bad_alloc();
-    return block;
-}
-
-void operator delete(void *block) noexcept
-{
-    release(block);
-}
-
-void operator delete(void *block, std::size_t /*bytes*/) noexcept
-{
-    release(block);
-}
 
 /** A whole book, from the factory to the release, in which one allocation fails: each in turn. */
 class TestMemory : public QObject, private FormatFixture
@@ -67,19 +20,18 @@ private Q_SLOTS:
         int failures = 0;
         for (int left = 0;; ++left) {
             writeFile(file(), "older");
-            const int blocks = liveBlocks;
-            allocationsLeft = left;
+            const int blocks = FailingNew::liveBlocks();
+            FailingNew::failAfter(left);
             const bool made = makeBook(path);
-            const bool allUsed = allocationsLeft >= 0;
-            allocationsLeft = -1;
+            const bool failed = FailingNew::stop();
             const QString place = "allocation "_q + QString::number(left);
-            QVERIFY2(liveBlocks == blocks, qPrintable(place));
+            QVERIFY2(FailingNew::liveBlocks() == blocks, qPrintable(place));
             QVERIFY2(openFileCount() == openFiles, qPrintable(place));
             QVERIFY2(listing() == files, qPrintable(place));
             // Sorting can do without memory: then nothing is missing.
             QVERIFY2(readFile(file()) == (made ? whole : "older"), qPrintable(place));
             failures += made ? 0 : 1;
-            if (allUsed)
+            if (!failed)
                 break;
         }
         QVERIFY2(failures > 100, qPrintable(QString::number(failures)));

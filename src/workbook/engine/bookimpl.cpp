@@ -14,7 +14,6 @@ namespace workbook
 namespace
 {
 
-constexpr std::size_t maxPathUnits = 4096;
 constexpr std::size_t maxSheetNameUnits = 31;
 constexpr std::size_t maxFontNameUnits = 31;
 constexpr std::size_t maxNumFormatUnits = 255;
@@ -34,14 +33,11 @@ bool endsInAnyCase(std::string text, std::string_view ending)
 bool BookImpl::save(const wchar_t *filename, bool /*useTemp*/)
 {
     return guarded(false, [&] {
-        std::u16string name;
-        if (!readText(filename, maxPathUnits, name) || name.empty() || data.sheets.empty() ||
-            data.incomplete)
+        const std::string path = utf8Path(filename);
+        if (path.empty() || data.sheets.empty() || data.ranOut)
             return false;
         for (SheetData &sheet : data.sheets)
             sheet.cells.sort();
-        std::string path;
-        appendUtf8(path, name);
         ByteSink sink(path);
         if (sink.ok())
             data.format.write(data, sink);
@@ -101,7 +97,7 @@ int BookImpl::addCustomNumFormat(const wchar_t *customNumFormat)
         }
         id = firstOwnNumFormat + index;
     });
-    data.incomplete = data.incomplete || !survived;
+    data.ranOut = data.ranOut || !survived;
     return id;
 }
 
@@ -136,7 +132,7 @@ void BookImpl::setDefaultFont(const wchar_t *fontName, int fontSize)
         data.fonts.front().name = std::move(name);
         data.fonts.front().points = fontSize;
     });
-    data.incomplete = data.incomplete || !survived;
+    data.ranOut = data.ranOut || !survived;
 }
 
 void BookImpl::setKey(const wchar_t * /*name*/, const wchar_t * /*key*/) {}

@@ -48,8 +48,6 @@ std::optional<std::uint32_t> SheetImpl::formatIndex(libxl::IFormatT<wchar_t> *fo
 template <class Fill>
 bool SheetImpl::writeCell(int row, int col, libxl::IFormatT<wchar_t> *format, Fill fill)
 {
-    if (row >= book.format.rows || col >= book.format.columns)
-        book.incomplete = true;
     if (!isRow(row) || !isColumn(col))
         return false;
     bool filled = false;
@@ -59,7 +57,7 @@ bool SheetImpl::writeCell(int row, int col, libxl::IFormatT<wchar_t> *format, Fi
         filled = place.has_value() && fill(cell);
         data().cells.put(filled ? cell : makeCell(row, col, CellKind::Erased));
     });
-    book.incomplete = book.incomplete || !survived;
+    book.ranOut = book.ranOut || !survived;
     return survived && filled;
 }
 
@@ -67,8 +65,7 @@ bool SheetImpl::writeStr(int row, int col, const wchar_t *value, libxl::IFormatT
                          libxl::CellType type)
 {
     return writeCell(row, col, format, [&](Cell &cell) {
-        if (type != libxl::CellType::String || !readText(value, maxTextUnits, scratch) ||
-            !isXmlText(scratch))
+        if (type != libxl::CellType::String || !readText(value, maxTextUnits, scratch))
             return false;
         cell.setKind(CellKind::Text);
         cell.index = book.strings.intern(scratch);
@@ -97,7 +94,7 @@ bool SheetImpl::writeFormula(int row, int col, const wchar_t *expr,
                              libxl::IFormatT<wchar_t> *format)
 {
     return writeCell(row, col, format, [&](Cell &cell) {
-        if (!readText(expr, maxFormulaUnits + 1, scratch) || !isXmlText(scratch))
+        if (!readText(expr, maxFormulaUnits + 1, scratch))
             return false;
         if (!scratch.empty() && scratch.front() == u'=')
             scratch.erase(0, 1);
@@ -170,7 +167,7 @@ void SheetImpl::setLandscape(bool landscape)
 bool SheetImpl::setFooter(const wchar_t *footer, double margin)
 {
     return guarded(false, [&] {
-        if (!isMargin(margin) || !readText(footer, maxFooterUnits, scratch) || !isXmlText(scratch))
+        if (!isMargin(margin) || !readText(footer, maxFooterUnits, scratch))
             return false;
         data().footer = scratch;
         data().margins.footer = margin;

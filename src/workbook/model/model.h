@@ -99,7 +99,7 @@ struct BookData {
     StringTable strings;
     StringTable formulas; // without the leading "="
     bool rgbColours = false;
-    bool incomplete = false; // something was lost: to a lack of memory or to the format's limits
+    bool ranOut = false; // of memory, where no result shows it or a cell was lost
 };
 
 } // namespace workbook

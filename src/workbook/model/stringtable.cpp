@@ -1,5 +1,6 @@
 #include "workbook/model/stringtable.h"
 
+#include <cstring>
 #include <functional>
 
 namespace workbook
@@ -9,6 +10,12 @@ namespace
 {
 
 constexpr std::size_t firstSlots = 256;
+
+/** The library compares texts of this width unit by unit. */
+bool sameUnits(std::u16string_view a, std::u16string_view b)
+{
+    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof a[0]) == 0;
+}
 
 } // namespace
 
@@ -42,7 +49,7 @@ std::size_t StringTable::slotOf(std::u16string_view text, std::uint32_t hash) co
     std::size_t slot = hash & mask;
     while (slots[slot] != 0) {
         const std::uint32_t index = slots[slot] - 1;
-        if (entries[index].hash == hash && at(index) == text)
+        if (entries[index].hash == hash && sameUnits(at(index), text))
             break;
         slot = (slot + 1) & mask;
     }

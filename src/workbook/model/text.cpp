@@ -9,8 +9,6 @@ namespace workbook
 namespace
 {
 
-constexpr char32_t replacement = 0xFFFD;
-
 constexpr bool isLowSurrogate(char32_t unit)
 {
     return unit >= 0xDC00 && unit <= 0xDFFF;
@@ -21,6 +19,30 @@ constexpr char32_t joined(char16_t high, char16_t low)
     return 0x10000U + ((high - 0xD800U) << 10U) + (low - 0xDC00U);
 }
 
+/** Space and above, and below the surrogates: nearly all there is. */
+constexpr bool isUsual(char32_t point)
+{
+    return point - 0x20U < 0xD800U - 0x20U;
+}
+
+constexpr bool fitsXml(char32_t point)
+{
+    const bool blank = point == U'\t' || point == U'\n' || point == U'\r';
+    return isUsual(point) || blank || (point >= 0xE000 && point < 0xFFFE) ||
+           (point >= 0x10000 && point <= 0x10FFFF);
+}
+
+/** Takes the next character; the halves of a pair that cross one by one are one character. */
+char32_t takePoint(const wchar_t *&text)
+{
+    const auto point = static_cast<char32_t>(*text++);
+    const auto next = static_cast<char32_t>(*text);
+    if (!isHighSurrogate(point) || !isLowSurrogate(next))
+        return point;
+    ++text;
+    return joined(static_cast<char16_t>(point), static_cast<char16_t>(next));
+}
+
 void appendUtf16(std::u16string &units, char32_t point)
 {
     if (point < 0x10000) {
@@ -29,46 +51,6 @@ void appendUtf16(std::u16string &units, char32_t point)
     }
     units += static_cast<char16_t>(0xD800U + ((point - 0x10000U) >> 10U));
     units += static_cast<char16_t>(0xDC00U + (point & 0x3FFU));
-}
-
-void appendPoint(std::string &out, char32_t point)
-{
-    const auto tail = [&out](char32_t bits) {
-        out += static_cast<char>(0x80U | (bits & 0x3FU));
-    };
-    if (point < 0x80) {
-        out += static_cast<char>(point);
-    } else if (point < 0x800) {
-        out += static_cast<char>(0xC0U | (point >> 6U));
-        tail(point);
-    } else if (point < 0x10000) {
-        out += static_cast<char>(0xE0U | (point >> 12U));
-        tail(point >> 6U);
-        tail(point);
-    } else {
-        out += static_cast<char>(0xF0U | (point >> 18U));
-        tail(point >> 12U);
-        tail(point >> 6U);
-        tail(point);
-    }
-}
-
-/** Characters beyond 16 bits become pairs; halves of pairs that stand alone are replaced. */
-void appendRepaired(std::u16string &units, std::wstring_view wide)
-{
-    for (std::size_t i = 0; i < wide.size(); ++i) {
-        auto point = static_cast<char32_t>(wide[i]);
-        const auto next = static_cast<char32_t>(i + 1 < wide.size() ? wide[i + 1] : 0);
-        if (isHighSurrogate(point) && isLowSurrogate(next)) {
-            units += static_cast<char16_t>(point);
-            units += static_cast<char16_t>(next);
-            ++i;
-            continue;
-        }
-        if (isHighSurrogate(point) || isLowSurrogate(point) || point > 0x10FFFF)
-            point = replacement;
-        appendUtf16(units, point);
-    }
 }
 
 // The pairs of the Latin extensions stand side by side, capital first; where it is the even or the
@@ -110,45 +92,67 @@ bool readText(const wchar_t *text, std::size_t maxUnits, std::u16string &units)
     units.clear();
     if (text == nullptr)
         return false;
-    // Every character gives a unit at least.
-    const std::size_t length = wcsnlen(text, maxUnits + 1);
-    if (length > maxUnits)
-        return false;
-    const auto isOneUnit = [](wchar_t c) {
-        const auto point = static_cast<char32_t>(c);
-        return point < 0xD800 || (point > 0xDFFF && point < 0x10000);
-    };
-    const std::wstring_view wide(text, length);
-    if (std::all_of(wide.begin(), wide.end(), isOneUnit)) {
-        units.resize(length);
-        std::transform(wide.begin(), wide.end(), units.begin(),
-                       [](wchar_t c) { return static_cast<char16_t>(c); });
-        return true;
+    units.resize(wcsnlen(text, maxUnits + 1));
+    std::size_t usual = 0;
+    for (; usual < units.size() && isUsual(static_cast<char32_t>(text[usual])); ++usual)
+        units[usual] = static_cast<char16_t>(text[usual]);
+    units.resize(usual);
+    for (const wchar_t *rest = text + usual; *rest != L'\0' && units.size() <= maxUnits;) {
+        const char32_t point = takePoint(rest);
+        if (fitsXml(point))
+            appendUtf16(units, point);
     }
-    appendRepaired(units, wide);
     return units.size() <= maxUnits;
 }
 
-bool isXmlText(std::u16string_view text)
+std::string utf8Path(const wchar_t *path)
 {
-    return std::all_of(text.begin(), text.end(), [](char16_t unit) {
-        const bool control = unit < 0x20 && unit != u'\t' && unit != u'\n' && unit != u'\r';
-        return !control && unit < 0xFFFE;
-    });
+    constexpr char32_t replacement = 0xFFFD;
+    std::string bytes;
+    while (path != nullptr && *path != L'\0') {
+        const char32_t point = takePoint(path);
+        char encoded[maxUtf8Bytes];
+        const bool control = point < 0x20; // a file's name may have it
+        char *const end = putUtf8(fitsXml(point) || control ? point : replacement, encoded);
+        bytes.append(encoded, static_cast<std::size_t>(end - encoded));
+    }
+    return bytes;
 }
 
 bool isPlainLine(std::u16string_view text)
 {
-    return isXmlText(text) && text.find_first_of(u"\t\n\r") == std::u16string_view::npos;
+    return text.find_first_of(u"\t\n\r") == std::u16string_view::npos;
 }
 
-void appendUtf8(std::string &out, std::u16string_view text)
+char *putUtf8(char32_t point, char *out)
 {
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool pair = isHighSurrogate(text[i]) && i + 1 < text.size();
-        appendPoint(out, pair ? joined(text[i], text[i + 1]) : text[i]);
-        i += pair ? 1 : 0;
+    const auto tail = [point](unsigned shift) {
+        return static_cast<char>(0x80U | ((point >> shift) & 0x3FU));
+    };
+    if (point < 0x80) {
+        *out++ = static_cast<char>(point);
+    } else if (point < 0x800) {
+        *out++ = static_cast<char>(0xC0U | (point >> 6U));
+        *out++ = tail(0);
+    } else if (point < 0x10000) {
+        *out++ = static_cast<char>(0xE0U | (point >> 12U));
+        *out++ = tail(6);
+        *out++ = tail(0);
+    } else {
+        *out++ = static_cast<char>(0xF0U | (point >> 18U));
+        *out++ = tail(12);
+        *out++ = tail(6);
+        *out++ = tail(0);
     }
+    return out;
+}
+
+char32_t takePoint(std::u16string_view &text)
+{
+    const bool pair = isHighSurrogate(text[0]);
+    const char32_t point = pair ? joined(text[0], text[1]) : text[0];
+    text.remove_prefix(pair ? 2 : 1);
+    return point;
 }
 
 std::u16string foldCase(std::u16string_view text)

@@ -4,21 +4,24 @@
 #include <string>
 #include <string_view>
 
-/** Text inside the engine is UTF-16 without lone surrogates: the unit that both formats count. */
+/**
+ * Text inside the engine is UTF-16, the unit that both formats count, without lone surrogates and
+ * all else that XML cannot hold.
+ */
 namespace workbook
 {
 
 /**
- * Reads text that crossed the interface into `units`, lone surrogates as U+FFFD. False when `text`
- * is null or needs more than `maxUnits` units; it is never read further than that.
+ * Reads text that crossed the interface into `units`. Left out is what XML cannot hold: characters
+ * below U+0020 other than tab, line feed and carriage return, lone surrogates, U+FFFE and U+FFFF.
+ * False when `text` is null or more than `maxUnits` units are left.
  */
 bool readText(const wchar_t *text, std::size_t maxUnits, std::u16string &units);
 
-/** True when XML can hold the text: nothing below U+0020 but tab, line feed and carriage return,
- * and neither U+FFFE nor U+FFFF. */
-bool isXmlText(std::u16string_view text);
+/** The path as the system takes it; empty for null. What is not a character becomes U+FFFD. */
+std::string utf8Path(const wchar_t *path);
 
-/** True when XML can hold the text, and it has neither tab nor line break. */
+/** True when the text has neither tab nor line break. */
 bool isPlainLine(std::u16string_view text);
 
 /** The first of the two units of a character beyond 16 bits. */
@@ -27,7 +30,13 @@ constexpr bool isHighSurrogate(char32_t unit)
     return unit >= 0xD800 && unit <= 0xDBFF;
 }
 
-void appendUtf8(std::string &out, std::u16string_view text);
+constexpr std::size_t maxUtf8Bytes = 4;
+
+/** Writes a character of at most maxUtf8Bytes; returns where the next one goes. */
+char *putUtf8(char32_t point, char *out);
+
+/** Takes the first character off `text`, which must not be empty. */
+char32_t takePoint(std::u16string_view &text);
 
 /**
  * Text with case taken away, to compare names. Covers the Latin, Greek and Cyrillic letters of

@@ -2,28 +2,32 @@
 
 #include "workbook/model/model.h"
 
-#include <limits>
+#include <algorithm>
 
 namespace workbook
 {
 
 SharedStrings::SharedStrings(const BookData &book, Empty empty)
+    : numbers(book.strings.size())
 {
-    constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
-    numbers.assign(book.strings.size(), none);
+    std::vector<std::uint32_t> uses(book.strings.size());
     for (const SheetData &sheet : book.sheets) {
         for (const Cell &cell : sheet.cells.all()) {
             if (cell.kind() != CellKind::Text ||
                 (empty == Empty::LeftOut && book.strings.at(cell.index).empty()))
                 continue;
             ++cellCount;
-            std::uint32_t &number = numbers[cell.index];
-            if (number == none) {
-                number = static_cast<std::uint32_t>(order.size());
+            if (++uses[cell.index] == 1)
                 order.push_back(cell.index);
-            }
         }
     }
+    // Those of one use need no sorting: they are the most where sorting would take long.
+    const auto single = std::stable_partition(order.begin(), order.end(),
+                                              [&](std::uint32_t text) { return uses[text] > 1; });
+    std::stable_sort(order.begin(), single,
+                     [&](std::uint32_t a, std::uint32_t b) { return uses[a] > uses[b]; });
+    for (std::uint32_t number = 0; number < order.size(); ++number)
+        numbers[order[number]] = number;
 }
 
 } // namespace workbook

@@ -10,8 +10,9 @@ namespace workbook
 struct BookData;
 
 /**
- * The texts that the cells of a book really use, numbered in the order of the cells: files carry
- * none that was overwritten, and do not depend on the order of writing.
+ * The texts that the cells of a book really use, the most frequent first, since short numbers make
+ * small files; equally frequent ones in the order of the cells. Files carry none that was
+ * overwritten, and do not depend on the order of writing.
  */
 class SharedStrings
 {

@@ -3,8 +3,10 @@
 #include "workbook/formula/evaluator.h"
 #include "workbook/model/cellstore.h"
 #include "workbook/model/model.h"
+#include "workbook/writing/sheetlayout.h"
 #include "workbook/xlsx/xmltext.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,7 +15,6 @@ namespace workbook
 
 class SharedStrings;
 class StyleTable;
-struct RowSpan;
 class ZipWriter;
 
 /** Writes the part of one worksheet into the open entry of an archive, piece by piece. */
@@ -32,20 +33,22 @@ private:
     void columns();
     void rows();
     void row(const RowSpan &span);
-    void cell(const Cell &cell, std::string_view rowName);
+    void cell(const Cell &cell, std::string_view valueBegin);
     void formula(const Cell &cell);
     void printing();
-    void prepareNames();
+    void prepareTags();
 
     const BookData &book;
     const SheetData &sheet;
     const StyleTable &styles;
     const SharedStrings &strings;
     ZipWriter &zip;
+    const std::optional<UsedRange> used;
     Evaluator evaluator;
     XmlText xml;
-    std::vector<std::string> columnTags; // "<c r=\"A", by column
-    std::vector<std::string> formatTags; // " s=\"1\"", by format of the model
+    std::vector<std::string> columnNames;
+    std::vector<std::string> textTags;  // "<c t=\"s\" s=\"1\" r=\"", by format of the model
+    std::vector<std::string> otherTags; // the same without the type
 };
 
 } // namespace workbook

@@ -8,6 +8,8 @@
 #include "workbook/xlsx/xmltext.h"
 #include "workbook/xlsx/zipwriter.h"
 
+#include <algorithm>
+
 namespace workbook
 {
 
@@ -114,11 +116,9 @@ void workbookPart(const BookData &book, XmlText &xml)
 /** Without the attribute, programs may drop blanks at the ends and line breaks. */
 bool needsSpacePreserved(std::u16string_view text)
 {
-    const auto isSpace = [](char16_t unit) {
-        return unit <= 0x20;
-    };
-    return !text.empty() && (isSpace(text.front()) || isSpace(text.back()) ||
-                             text.find_first_of(u"\t\n\r") != std::u16string_view::npos);
+    return !text.empty() &&
+           (text.front() == u' ' || text.back() == u' ' ||
+            std::any_of(text.begin(), text.end(), [](char16_t unit) { return unit < 0x20; }));
 }
 
 void writeStrings(const BookData &book, const SharedStrings &strings, ZipWriter &zip)

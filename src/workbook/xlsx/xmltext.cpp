@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
 namespace workbook
 {
@@ -54,44 +55,51 @@ std::string_view replacement(std::u16string_view rest)
     }
 }
 
-/** The length of what `text` begins with, up to where `isOne` changes. */
-template <class Predicate>
-std::size_t runLength(std::u16string_view text, Predicate isOne)
-{
-    const auto end = std::find_if_not(text.begin(), text.end(), isOne);
-    return static_cast<std::size_t>(end - text.begin());
-}
-
 } // namespace
 
 XmlText &XmlText::operator<<(std::u16string_view text)
 {
+    constexpr std::size_t longest = 7; // bytes for a unit: "_x000D_"
+    char *const begin = buffer.room(longest * text.size());
+    char *out = begin;
     while (!text.empty()) {
-        const std::size_t plain = runLength(text, isPlain);
-        std::copy_n(text.begin(), plain, buffer.room(plain));
-        buffer.grow(plain);
-        text.remove_prefix(plain);
-        const std::size_t wide = runLength(text, [](char16_t unit) { return unit >= 0x80; });
-        if (wide > 0) {
-            std::string utf8;
-            appendUtf8(utf8, text.substr(0, wide));
-            *this << std::string_view(utf8);
-            text.remove_prefix(wide);
-        } else if (!text.empty()) {
-            *this << replacement(text);
+        if (isPlain(text.front())) {
+            *out++ = static_cast<char>(text.front());
+            text.remove_prefix(1);
+        } else if (text.front() >= 0x80) {
+            out = putUtf8(takePoint(text), out);
+        } else {
+            const std::string_view escaped = replacement(text);
+            out = std::copy(escaped.begin(), escaped.end(), out);
             text.remove_prefix(1);
         }
     }
+    buffer.grow(static_cast<std::size_t>(out - begin));
     return *this;
 }
 
 XmlText &XmlText::operator<<(double number)
 {
-    // Whole numbers are frequent, and to_chars would write 100000 as "1e+05".
+    // Whole numbers are frequent, and to_chars would write 100000 as "1e+05". Hundredths are, too:
+    // what so few digits read back is the shortest.
     constexpr double wholeLimit = 1e15;
+    constexpr double hundredthsLimit = 1e13;
     if (std::fabs(number) < wholeLimit && std::trunc(number) == number)
         return *this << static_cast<long long>(number);
+    const double hundredths = std::round(number * 100);
+    if (std::fabs(number) < hundredthsLimit && hundredths / 100 == number)
+        return appendHundredths(static_cast<long long>(hundredths));
     return digits(number);
+}
+
+XmlText &XmlText::appendHundredths(long long hundredths)
+{
+    const auto whole = hundredths / 100;
+    const auto rest = std::abs(hundredths % 100);
+    if (hundredths < 0 && whole == 0)
+        *this << "-";
+    *this << whole << (rest < 10 ? ".0" : ".");
+    return rest % 10 == 0 ? *this << rest / 10 : *this << rest;
 }
 
 void flushChunk(XmlText &xml, ZipWriter &zip)

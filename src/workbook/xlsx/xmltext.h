@@ -39,6 +39,11 @@ public:
     /** The shortest text that reads back as the same number; `number` is finite. */
     XmlText &operator<<(double number);
 
+    // Characters and truth values are no numbers.
+    XmlText &operator<<(char) = delete;
+    XmlText &operator<<(char16_t) = delete;
+    XmlText &operator<<(bool) = delete;
+
     template <class Integer, class = std::enable_if_t<std::is_integral_v<Integer>>>
     XmlText &operator<<(Integer number)
     {
@@ -50,6 +55,8 @@ public:
     void clear() { buffer.clear(); }
 
 private:
+    XmlText &appendHundredths(long long hundredths);
+
     template <class Number>
     XmlText &digits(Number number)
     {

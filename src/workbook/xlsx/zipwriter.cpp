@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <new>
 
 #include <zlib.h>
 
@@ -42,9 +43,22 @@ constexpr int maxChain = 16;
 
 } // namespace
 
+// From where all other memory comes.
+static void *allocate(void * /*owner*/, uInt items, uInt bytes)
+{
+    return ::operator new (std::size_t{items} * bytes, std::nothrow);
+}
+
+static void release(void * /*owner*/, void *block)
+{
+    ::operator delete(block);
+}
+
 struct ZipWriter::Deflater {
     Deflater()
     {
+        stream.zalloc = allocate;
+        stream.zfree = release;
         ready = deflateInit2(&stream, level, Z_DEFLATED, rawDeflateWindow, memoryLevel,
                              Z_DEFAULT_STRATEGY) == Z_OK;
     }

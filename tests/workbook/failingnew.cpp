@@ -1,0 +1,66 @@
+#include "failingnew.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace
+{
+
+constexpr int off = -1;
+
+thread_local int left = off;
+thread_local bool failed = false;
+thread_local int live = 0;
+
+bool mayAllocate()
+{
+    if (left == off)
+        return true;
+    failed = left == 0;
+    --left;
+    return !failed;
+}
+
+void release(void *block)
+{
+    live -= block != nullptr ? 1 : 0;
+    std::free(block);
+}
+
+} // namespace
+
+void FailingNew::failAfter(int allocations)
+{
+    failed = false;
+    left = allocations;
+}
+
+bool FailingNew::stop()
+{
+    left = off;
+    return failed;
+}
+
+int FailingNew::liveBlocks()
+{
+    return live;
+}
+
+void *operator new(std::size_t bytes)
+{
+    void *const block = mayAllocate() ? std::malloc(bytes) : nullptr;
+    if (block == nullptr)
+        throw std::bad_alloc();
+    ++live;
+    return block;
+}
+
+void operator delete(void *block) noexcept
+{
+    release(block);
+}
+
+void operator delete(void *block, std::size_t /*bytes*/) noexcept
+{
+    release(block);
+}
