@@ -13,10 +13,10 @@ class ISheetT;
 /**
  * A workbook in memory that `save` writes to a file.
  *
- * The caller of a factory owns the book and gives it back with release(); sheets, formats and
- * fonts belong to the book and are never deleted by the caller. A book and what it gave out are
- * used by one thread at a time; different books share nothing. No exception leaves this interface:
- * failure shows as null or false. Where a lack of memory cannot show so, save() fails later.
+ * The caller of a factory owns the book until release(); sheets, formats and fonts belong
+ * to the book and are never deleted by the caller. A book and its objects are used by one thread at
+ * a time; different books share nothing. No exception leaves this interface: failure shows as null
+ * or false. Where a lack of memory cannot show so, save() fails later.
  */
 template <class Char>
 class IBookT
@@ -26,29 +26,30 @@ public:
      * Writes the file, readable by its owner alone. It is written beside its place and renamed
      * into it (a symbolic link there is replaced, not followed), so that on failure an older file
      * of that name is untouched and nothing new is left behind. The book may go on being used and
-     * be saved again. False also for a book without a sheet. The path reaches the system as UTF-8,
-     * whatever the locale. `useTemp` has no effect: no temporary files are needed to save memory.
+     * be saved again. False also for a book without a sheet. The path is passed to the system
+     * as UTF-8 in every locale. `useTemp` has no effect: no temporary files are needed to save
+     * memory.
      */
     virtual bool save(const Char *filename, bool useTemp = false) = 0;
 
     /**
-     * Appends a sheet, a copy of `copyFrom` where that is given. Null for a name that spreadsheet
-     * programs refuse: empty, above 31 UTF-16 units, with any of []:*?/\, a tab or a line break,
-     * with an apostrophe first or last, or equal to another sheet's name but for case.
+     * Appends a sheet, a copy of `copyFrom` unless that is null. Returns null for a name that
+     * spreadsheet programs refuse: empty, above 31 UTF-16 units, with any of []:*?/\, a tab or a
+     * line break, with an apostrophe first or last, or equal to another sheet's name but for case.
      */
     virtual ISheetT<Char> *addSheet(const Char *name, ISheetT<Char> *copyFrom = nullptr) = 0;
 
     /**
-     * An identifier for IFormatT::setNumFormat, the same for the same code. For a code that is
-     * null, empty, above 255 UTF-16 units or holds a tab or a line break, and past 200 different
+     * Returns an identifier for IFormatT::setNumFormat, the same for the same code. For a code that
+     * is null, empty, above 255 UTF-16 units or holds a tab or a line break, and past 200 different
      * codes, 0: the general number format.
      */
     virtual int addCustomNumFormat(const Char *customNumFormat) = 0;
 
-    /** A format, or an independent copy of one of the same book. */
+    /** Adds a format, or an independent copy of one of the same book. */
     virtual IFormatT<Char> *addFormat(IFormatT<Char> *copyFrom = nullptr) = 0;
 
-    /** A font like the default font as it is now, or a copy of one of the same book. */
+    /** Adds a font like the default font as it is now, or a copy of one of the same book. */
     virtual IFontT<Char> *addFont(IFontT<Char> *copyFrom = nullptr) = 0;
 
     /**
@@ -57,22 +58,22 @@ public:
      */
     virtual void setDefaultFont(const Char *fontName, int fontSize) = 0;
 
-    /** For callers that have a licence to hand over; this engine needs none and takes any. */
+    /** For callers that have a licence; this engine needs none and ignores it. */
     virtual void setKey(const Char *name, const Char *key) = 0;
 
     /**
-     * True: XML files name colours by red, green and blue; false: by their place in the palette, as
-     * binary files always do. The look is the same.
+     * True: XML files store colours as red, green and blue; false: as palette indexes, as binary
+     * files always do. The look is the same.
      */
     virtual void setRgbMode(bool rgbMode) = 0;
 
     /**
-     * The encoding of narrow text, of which there is none: true for any name of UTF-8 ("UTF-8",
-     * "sk_SK.utf8"), false for all others. The locale of the process never matters.
+     * Sets the encoding of narrow text, of which there is none: true for any name of UTF-8
+     * ("UTF-8", "sk_SK.utf8"), false for all others. The locale of the process never matters.
      */
     virtual bool setLocale(const char *locale) = 0;
 
-    /** Frees the book with all that it gave out; the pointer is invalid afterwards. */
+    /** Frees the book and all its objects; the pointer is invalid afterwards. */
     virtual void release() = 0;
 
 protected:

@@ -19,7 +19,7 @@ class IFormatT;
  * Texts lose the characters that XML cannot hold, in binary books as well, and keep the rest: those
  * below U+0020 other than tab, line feed and carriage return, lone surrogates, U+FFFE and U+FFFF.
  *
- * A cell writer that returns false leaves the cell empty, whatever it held before; the others stay.
+ * A cell writer that returns false leaves the cell empty, even if it had content; the others stay.
  */
 template <class Char>
 class ISheetT
@@ -41,8 +41,9 @@ public:
     /**
      * Writes a formula in A1 notation, with English function names, up to 8,192 UTF-16 units;
      * a leading "=" may be there. Spreadsheet programs calculate it when they open the file.
-     * Refused: null, an empty or longer text. An XML book takes any other text unchecked. A binary book takes what it can translate: cells of the same sheet,
-     * numbers, + - * /, signs and parentheses.
+     * Refused: null, an empty or longer text. An XML book takes any other text unchecked. A binary
+     * book takes what it can translate: cells of the same sheet, numbers, + - * /, signs and
+     * parentheses.
      */
     virtual bool writeFormula(int row, int col, const Char *expr,
                               IFormatT<Char> *format = nullptr) = 0;

@@ -21,6 +21,13 @@ bool mayAllocate()
     return !failed;
 }
 
+void *allocate(std::size_t bytes)
+{
+    void *const block = mayAllocate() ? std::malloc(bytes) : nullptr;
+    live += block != nullptr ? 1 : 0;
+    return block;
+}
+
 void release(void *block)
 {
     live -= block != nullptr ? 1 : 0;
@@ -48,11 +55,15 @@ int FailingNew::liveBlocks()
 
 void *operator new(std::size_t bytes)
 {
-    void *const block = mayAllocate() ? std::malloc(bytes) : nullptr;
+    void *const block = allocate(bytes);
     if (block == nullptr)
         throw std::bad_alloc();
-    ++live;
     return block;
+}
+
+void *operator new(std::size_t bytes, const std::nothrow_t & /*tag*/) noexcept
+{
+    return allocate(bytes);
 }
 
 void operator delete(void *block) noexcept

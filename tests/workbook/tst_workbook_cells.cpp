@@ -3,7 +3,7 @@
 #include <cfloat>
 #include <cmath>
 
-/** What is in the cells, what they look like and amount to, and what must not get there. */
+/** The content, look and value of cells, and what is refused. */
 class TestCells : public QObject, private FormatFixture
 {
     Q_OBJECT
@@ -179,7 +179,7 @@ private Q_SLOTS:
         }
     }
 
-    /** What formulas amount to: as the files say, and as programs evaluate that read them. */
+    /** The values of formulas: as the files have them, and as programs evaluate them. */
     void results()
     {
         const QJsonValue unknown; // where the file leaves it to the programs

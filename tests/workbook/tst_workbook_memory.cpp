@@ -38,7 +38,7 @@ private Q_SLOTS:
     }
 
 private:
-    /** As the reports do it: whatever is null ends it, the results of cells are not looked at. */
+    /** As the reports do it: a null ends it, the results of cells are ignored. */
     [[nodiscard]] bool makeBook(const std::wstring &path) const
     {
         auto *book = isXls ? xlCreateBookW() : xlCreateXMLBookW();

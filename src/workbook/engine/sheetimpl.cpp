@@ -42,7 +42,7 @@ std::optional<std::uint32_t> SheetImpl::formatIndex(libxl::IFormatT<wchar_t> *fo
 }
 
 /**
- * Puts a cell into its place. `fill` gives it kind and value; when it returns false, or the format
+ * Puts a cell into its place. `fill` sets kind and value; when it returns false, or the format
  * is another book's, the place is left empty.
  */
 template <class Fill>
@@ -77,7 +77,7 @@ bool SheetImpl::writeNum(int row, int col, double value, libxl::IFormatT<wchar_t
 {
     return writeCell(row, col, format, [&](Cell &cell) {
         cell.setKind(CellKind::Number);
-        cell.number = value == 0 ? 0 : value; // no file tells -0 from 0
+        cell.number = value == 0 ? 0 : value; // files do not distinguish -0 from 0
         return std::isfinite(value);
     });
 }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-/** The few characters that formulas are made of, whatever the locale. */
+/** The characters that formulas are made of, independent of the locale. */
 namespace workbook
 {
 

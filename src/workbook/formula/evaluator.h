@@ -12,7 +12,7 @@ namespace workbook
 struct BookData;
 struct SheetData;
 
-/** What a formula amounts to; Unknown where this engine cannot tell. */
+/** The value of a formula; Unknown where this engine cannot compute it. */
 struct FormulaValue {
     enum class Kind { Unknown, Number, DivisionByZero, Overflow };
 

@@ -12,7 +12,7 @@ namespace workbook
 enum class Operator {
     Number,
     Cell,
-    Group, // the parentheses around what stands before
+    Group, // parentheses around the preceding operand
     Plus,
     Negate,
     Multiply,

@@ -10,8 +10,8 @@ struct BookData;
 
 /**
  * What the interface has to know of a file format; another format is another of these. The model
- * that a writer gets holds a sheet at least, and its cells are sorted. A writer answers through
- * the sink: what the format cannot hold is ByteSink::fail.
+ * passed to a writer has at least one sheet, and its cells are sorted. A writer reports what the
+ * format cannot hold by ByteSink::fail.
  */
 struct FileFormat {
     int rows;

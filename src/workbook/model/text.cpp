@@ -53,8 +53,8 @@ void appendUtf16(std::u16string &units, char32_t point)
     units += static_cast<char16_t>(0xDC00U + (point & 0x3FFU));
 }
 
-// The pairs of the Latin extensions stand side by side, capital first; where it is the even or the
-// odd code changes from block to block.
+// In the Latin extensions capital and small letter are neighbours, capital first; whether its code
+// is even or odd changes from block to block.
 char16_t foldLatinExtended(char16_t unit)
 {
     const bool capitalIsOdd = (unit >= 0x139 && unit <= 0x148) || (unit >= 0x179 && unit <= 0x17E);

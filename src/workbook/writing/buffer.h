@@ -12,7 +12,7 @@ namespace workbook
  * Bytes on their way into a file, collected in very many small pieces: what is appended is written
  * into room that was reserved before, and clear() keeps the room.
  *
- * Both file formats are little-endian, whatever the machine: this is the one place to know.
+ * Both file formats are little-endian on every machine; nothing else knows that.
  */
 class Buffer
 {

@@ -12,7 +12,7 @@ namespace workbook
  * the target. Until then, and on any failure, an older target is untouched; a sink that ends
  * without a successful commit removes its temporary file.
  *
- * The first error is latched: what follows does nothing and commit() answers false.
+ * The first error is latched: later calls do nothing and commit() returns false.
  */
 class ByteSink
 {

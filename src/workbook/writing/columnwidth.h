@@ -17,7 +17,7 @@ int digitPixels(const FontData &font);
  */
 double storedColumnWidth(double chars, int digitPixels);
 
-/** Points that programs give a row of their own accord for text in `font`. */
+/** Height in points of a row of text in `font` that sets none. */
 double defaultRowPoints(const FontData &font);
 
 } // namespace workbook

@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-/** A sheet as the files want it told: in order, neighbours that are alike together. */
+/** A sheet in the form that files need: in order, equal neighbours together. */
 namespace workbook
 {
 

@@ -63,7 +63,7 @@ void appendUnusedEntry(Buffer &out)
 
 } // namespace
 
-/** Counts of sectors; they stand in the file in this order. */
+/** Counts of sectors, in the order of the file. */
 struct CompoundFile::Layout {
     explicit Layout(std::uint64_t bytes)
         : streamBytes(std::max(bytes, minStreamBytes))

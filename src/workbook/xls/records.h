@@ -1,6 +1,6 @@
 #pragma once
 
-/** The records of an .xls stream by the names that the format's descriptions give them. */
+/** The records of an .xls stream, named as in the format's descriptions. */
 namespace workbook::record
 {
 

@@ -84,7 +84,7 @@ void XlsCells::writeBlock(unsigned defaultRowTwips)
     }
     std::vector<unsigned> distances;
     for (const RowSpan &span : block) {
-        // Only rows full of long formulas are longer than a u16 tells; readers do not rely on it.
+        // Only rows full of long formulas are longer than a u16 holds; readers do not rely on it.
         constexpr std::uint32_t longest = 0xFFFF;
         distances.push_back(std::min(out.position() - before, longest));
         before = out.position();

@@ -17,7 +17,7 @@ constexpr int xlsBlockRows = 32;
 
 /**
  * Writes the rows and cells of a sheet in blocks: of each 32 rows first the rows, then the cells,
- * then a record (DBCELL) that says where they stand.
+ * then a record (DBCELL) with their positions.
  */
 class XlsCells
 {
@@ -25,7 +25,7 @@ public:
     XlsCells(const BookData &book, const SheetData &sheet, const StyleTable &styles,
              const SharedStrings &strings, RecordWriter &out);
 
-    /** Answers the positions of the DBCELL records: one a block from the first row to the last. */
+    /** Returns the positions of the DBCELL records: one a block from the first row to the last. */
     std::vector<std::uint32_t> write(unsigned defaultRowTwips);
 
 private:

@@ -17,7 +17,7 @@ enum class XlsPart : unsigned { Globals = 0x0005, Sheet = 0x0010 };
 void writeXlsBegin(XlsPart part, RecordWriter &out);
 
 /**
- * Writes what belongs to the whole book. Answers where in the stream the position of each sheet
+ * Writes what belongs to the whole book. Returns where in the stream the position of each sheet
  * is to be filled in.
  */
 std::vector<std::uint32_t> writeXlsGlobals(const BookData &book, const StyleTable &styles,

@@ -71,7 +71,7 @@ public:
         xml << xmlDeclaration << "<styleSheet xmlns=\"" << sheetNamespace << "\">";
         numFormats();
         fonts();
-        // Programs take the first two fills for these, whatever a file says.
+        // Programs ignore what a file says of the first two fills and take them for these.
         xml << "<fills count=\"2\"><fill><patternFill patternType=\"none\"/></fill>"
                "<fill><patternFill patternType=\"gray125\"/></fill></fills>";
         borders();

@@ -32,7 +32,7 @@ constexpr bool isPlain(char16_t unit)
            unit != u'"' && unit != u'_';
 }
 
-/** What stands for the special ASCII character that `rest` begins with. */
+/** Returns the escape of the special ASCII character that `rest` begins with. */
 std::string_view replacement(std::u16string_view rest)
 {
     switch (rest.front()) {

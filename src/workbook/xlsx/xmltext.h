@@ -20,8 +20,8 @@ constexpr std::string_view sheetNamespace =
     "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
 
 /**
- * XML under construction. What is char goes in as it stands: markup and numbers; what is UTF-16
- * is text and gets escaped, for content and for attributes alike. No locale is asked.
+ * XML under construction. Narrow text is markup and goes in unchanged; UTF-16 is text and
+ * gets escaped, for content and for attributes alike. No locale is asked.
  */
 class XmlText
 {
@@ -39,7 +39,7 @@ public:
     /** The shortest text that reads back as the same number; `number` is finite. */
     XmlText &operator<<(double number);
 
-    // Characters and truth values are no numbers.
+    // Characters and truth values are not numbers.
     XmlText &operator<<(char) = delete;
     XmlText &operator<<(char16_t) = delete;
     XmlText &operator<<(bool) = delete;
@@ -70,7 +70,7 @@ private:
     Buffer buffer;
 };
 
-/** Moves the text into the archive's entry once there is a good deal of it. */
+/** Moves the text into the archive's open entry when there is a chunk of it. */
 void flushChunk(XmlText &xml, ZipWriter &zip);
 
 } // namespace workbook

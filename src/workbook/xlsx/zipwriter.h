@@ -15,7 +15,7 @@ class ByteSink;
 /**
  * A ZIP archive of deflated entries, streamed into a sink: an entry is compressed while it is
  * written, and its local header gets sizes and checksum afterwards. All entries carry the same
- * fixed time, so that equal content gives equal bytes.
+ * fixed time, so that equal content makes equal bytes.
  *
  * begin, append..., end per entry, then finish. Errors are latched in the sink, also for an
  * archive that would need the 64-bit extension (4 GiB).
@@ -33,7 +33,7 @@ public:
     void append(std::string_view bytes);
     void end();
 
-    /** An entry that is at hand as a whole. */
+    /** Adds a whole entry. */
     void add(std::string_view name, std::string_view bytes);
 
     void finish();
