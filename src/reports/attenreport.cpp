@@ -102,11 +102,23 @@ bool AttenReport::buildWorkbook(const QString &path, const ReportRun &run)
         qWarning("%s - no people!", kind.className);
         return false;
     }
+    if (!fits(bookFormatOf(path), content->rowCount()))
+        return false;
     if (!content->loadValues() && isConnectionLost(run, database)) {
         logEnd(End::ConnectionLost);
         return false;
     }
     return writeBook(path, *content, run);
+}
+
+/// Asked before the rows are read, which may take hours: cells past the last row would get lost.
+bool AttenReport::fits(const BookFormat &format, int rowCount) const
+{
+    if (rowCount < format.rows)
+        return true;
+    qCritical("%s - %i rows are more than the %i of %s; .xlsx holds %i", kind.className, rowCount,
+              format.rows - 1, format.extension.data(), xlsxFormat.rows - 1);
+    return false;
 }
 
 bool AttenReport::writeBook(const QString &path, ReportContent &content, const ReportRun &run) const

@@ -10,6 +10,7 @@
 
 #include <memory>
 
+struct BookFormat;
 class ReportContent;
 class ReportTransaction;
 struct ReportKind;
@@ -100,6 +101,7 @@ private:
     ReportSettings readSettings() const;
     void produce(const ReportRun &run);
     bool buildWorkbook(const QString &path, const ReportRun &run);
+    bool fits(const BookFormat &format, int rowCount) const;
     bool writeBook(const QString &path, ReportContent &content, const ReportRun &run) const;
     End writeRows(ReportContent &content, const ReportRun &run) const;
     End claim(const ReportRun &run) const;

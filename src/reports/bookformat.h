@@ -9,6 +9,7 @@
 struct BookFormat {
     QLatin1String extension;             ///< with its full stop
     QLatin1String mimeType;              ///< where the system has no MIME database
+    int rows;                            ///< of a sheet, its headings included
     libxl::IBookT<wchar_t> *(*create)(); ///< returns a new book, or null; the caller releases it
 };
 

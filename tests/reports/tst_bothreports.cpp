@@ -194,7 +194,7 @@ private Q_SLOTS:
         for (const char *kept : {"O'Brien \"Jano\" \\", "%1 %2 %s", "=1+1", "_x0041_ & <b>"})
             addRow(kept, kept, kept);
         addRow("emoji, of which the driver has no notion", "EMOJI", "?");
-        addRow("control character", "Ján\x01", QString());
+        addRow("control character", "Já\x01n", "Ján");
         addRow("longer than a cell", QString(32768, 'x'), QString());
     }
 
@@ -249,8 +249,19 @@ private Q_SLOTS:
             const bool saved = MonthlyAttenReport(bench->database, nullptr).saveWorkbook(path, run);
             QCOMPARE(saved, people == 65535);
             QCOMPARE(QFile::exists(path), saved);
-            QCOMPARE(bench->log.count(QtCriticalMsg, "MonthlyAttenReport - XLS not saved!"), 1);
         }
+        // Two days of the daily report, which reads none of them.
+        bench->schema.exec("DELETE FROM people");
+        addPeople(bench->schema, 32768);
+        const ReportRun secondDay{{}, QDateTime(QDate(2023, 11, 2), QTime(7, 0))};
+        const QString daily = bench->temporary.filePath("daily.xls");
+        QVERIFY(!DailyAttenReport(bench->database, nullptr).saveWorkbook(daily, secondDay));
+        QVERIFY(!QFile::exists(daily));
+        for (const char *report : {"MonthlyAttenReport", "DailyAttenReport"})
+            QCOMPARE(bench->log.count(QtCriticalMsg,
+                                      report + QString(" - 65536 rows are more than the 65535 of "
+                                                       ".xls; .xlsx holds 1048575")),
+                     1);
     }
 
 private:
