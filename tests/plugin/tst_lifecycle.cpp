@@ -1,5 +1,6 @@
 #include "plugin/autoreport.h"
 
+#include "support/fullgate.h"
 #include "support/testhost.h"
 
 #include <QElapsedTimer>
@@ -204,29 +205,41 @@ private Q_SLOTS:
     void stopDuringReports_data()
     {
         addColumns<int, bool>("workers", "byDestruction");
-        addRow("two hundred, half of them in the middle of a report", 200, false);
-        addRow("destruction without stop", 2, true);
+        addRow("two hundred, most of them waiting for their turn", 200, false);
+        addRow("destruction without stop", FullGate().size() + 2, true);
     }
 
+    /// As many workers as may run at a time are in the middle of a report, all others at the gate.
     void stopDuringReports()
     {
         QFETCH(int, workers);
         QFETCH(bool, byDestruction);
-        const int half = workers / 2;
+        FullGate gate;
+        const int running = gate.size();
+        enableDailyReport(*schema, "a@firma.sk");
         std::vector<std::unique_ptr<TestDatabase>> busy;
-        for (int i = 0; i < half; ++i) {
-            if (i > 0) // the first one is "firma" itself
-                host->addSchemas({QString("idle%1").arg(i)}, *schema);
+        busy.push_back(std::move(schema)); // "firma"
+        for (int i = 1; i < running; ++i) {
             busy.push_back(std::make_unique<TestDatabase>(TestDatabase::Tables::Schema));
-            addPeople(*busy.back(), std::max(1000, peopleForSeconds() / 4));
-            slowDown(*busy.back());
             enableDailyReport(*busy.back(), "a@firma.sk");
-            host->addSchemas({QString("late%1").arg(i)}, *busy.back());
+            host->addSchemas({QString("busy%1").arg(i)}, *busy.back());
         }
+        for (const auto &database : busy) {
+            addPeople(*database, std::max(1000, peopleForSeconds()));
+            slowDown(*database);
+        }
+        schema = std::make_unique<TestDatabase>(TestDatabase::Tables::Schema);
+        enableDailyReport(*schema, "a@firma.sk");
+        addPeople(*schema, 2);
         QVERIFY(plugin->start());
         scan();
-        QVERIFY(logs("DailyAttenReport::makeReport() people SQL:", half));
-        QVERIFY(logs("AutoReportWorker initialized", workers));
+        QVERIFY(logs("DailyAttenReport::doWork()", running)); // at the gate ahead of the others
+        for (int i = running; i < workers; ++i)
+            host->addSchemas({QString("late%1").arg(i)}, *schema);
+        scan();
+        QVERIFY(logs("DailyAttenReport::doWork()", workers));
+        gate.open();
+        QVERIFY(logs("DailyAttenReport::makeReport() people SQL:", running));
         // That statement cannot be broken off, and is long when the month is young and people many.
         const QString isAtPeople = "SELECT 1 FROM information_schema.processlist WHERE info LIKE "
                                    "'SELECT uid, pid, CONCAT%'";
@@ -238,7 +251,9 @@ private Q_SLOTS:
         QVERIFY2(clock.elapsed() < promptMs, qPrintable(QString::number(clock.elapsed())));
         QCOMPARE(logged("did not stop in time"), 0);
         QCOMPARE(logged("AutoReportWorker - stop()"), workers);
-        QCOMPARE(logged("interrupted, nothing saved and no mail"), half);
+        QCOMPARE(logged("interrupted, nothing saved and no mail"), running);
+        QCOMPARE(logged("people SQL:"), running);
+        busy.push_back(std::move(schema));
         const QString written = "SELECT (SELECT COUNT(*) FROM emails) + (SELECT COUNT(*) FROM vars "
                                 "WHERE name LIKE '%lastGenerated')";
         for (const auto &database : busy)

@@ -1,35 +1,16 @@
 #include "reports/attenreport.h"
-#include "reports/reportgate.h"
 #include "reports/reportkind.h"
 #include "reports/reportlock.h"
 
+#include "support/fullgate.h"
 #include "support/reportbench.h"
 #include "support/testhost.h"
 
 #include <QScopeGuard>
 #include <QThread>
 
-#include <deque>
-
 namespace
 {
-
-/// All places at the gate of the process.
-class FullGate
-{
-public:
-    FullGate()
-    {
-        do {
-            int polls = 0;
-            places.emplace_back(ReportGate::ofProcess(), [&polls] { return polls++ > 0; });
-        } while (places.back().isHeld());
-    }
-    void open() { places.clear(); }
-
-private:
-    std::deque<ReportGate::Pass> places;
-};
 
 /// One tick of a report, over a connection of this thread's own.
 void tick(const ReportKind &kind, const QString &schema)
