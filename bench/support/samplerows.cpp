@@ -28,16 +28,20 @@ std::string twoDigits(int number)
 /// Every minute of a working day of ten hours.
 std::vector<SampleText> minutesOfDay()
 {
+    constexpr int minutes = 600;
     std::vector<SampleText> texts;
-    for (int minute = 1; minute <= 600; ++minute)
+    texts.reserve(minutes);
+    for (int minute = 1; minute <= minutes; ++minute)
         texts.emplace_back(twoDigits(minute / 60) + ":" + twoDigits(minute % 60) + ":00");
     return texts;
 }
 
 std::vector<SampleText> interruptionsOfDay()
 {
+    constexpr int count = 40;
     std::vector<SampleText> texts;
-    for (int i = 0; i < 40; ++i)
+    texts.reserve(count);
+    for (int i = 0; i < count; ++i)
         texts.emplace_back(i % 4 == 0 ? "" : "[L 00:" + twoDigits(i) + ":00][O 00:30:00-2x]");
     return texts;
 }
@@ -142,7 +146,8 @@ SampleCell SampleRows::mixedCell(int row, int column) const
         return numberCellOf(column % 2 == 0 ? double(place % 1000) : double(place % 24000) / 100,
                             SampleLook::Bordered);
     if (mix == SampleMix::UniqueTexts) {
-        const std::uint32_t unique = uniquePlaces[std::size_t(row * textColumns + column)];
+        const std::uint32_t unique =
+            uniquePlaces[std::size_t(row) * textColumns + std::size_t(column)];
         if (unique != notUnique)
             return textCell(uniqueTexts, unique);
     }

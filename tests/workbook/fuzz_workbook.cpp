@@ -141,8 +141,7 @@ private:
                 {L"A1", L"$B$2", L"1", L"0", L"2.5E-3", L"C3", L"IV65536", L"D1", L"99999"});
         const std::wstring left = expression(depth + 1);
         const std::wstring right = expression(depth + 1);
-        const std::wstring sign =
-            any<std::wstring>({L"+", L"-", L"*", L"/", L"+", L"-", L"*", L"/", L"^"});
+        const auto sign = any<std::wstring>({L"+", L"-", L"*", L"/", L"+", L"-", L"*", L"/", L"^"});
         return any<std::wstring>({left + sign + right, left + sign + right, L"(" + left + L")",
                                   L"-" + left, L"SUM(" + left + L")",
                                   left + text()}); // often no formula at all
