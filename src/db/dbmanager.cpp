@@ -1,5 +1,6 @@
 #include "db/dbmanager.h"
 
+#include "db/connectiondefaults.h"
 #include "db/serversocket.h"
 
 #include <QDebug>
@@ -14,14 +15,14 @@ QString defaultConnectionName()
     return QLatin1String(QSqlDatabase::defaultConnection);
 }
 
-// The answer where there is no way to a schema: not a schema connection, and invalid unless the
-// host registered one. Callers test it.
+/// Returned for a schema that cannot be reached. Invalid unless the host registered one: callers
+/// must check.
 QSqlDatabase defaultConnection()
 {
     return QSqlDatabase::database(defaultConnectionName(), true);
 }
 
-/// `db`, opened if it was closed or failed to open; callers test it.
+/// Returns `db` after opening it if it is closed. That may fail: callers must check.
 QSqlDatabase reopened(QSqlDatabase db)
 {
     if (!db.isOpen())
@@ -36,7 +37,7 @@ void logMaster(const char *operation, const QSqlDatabase &db)
            qUtf8Printable(db.connectionName()));
 }
 
-/// The part of `connectOptions` that has to do with encryption, each option after a semicolon.
+/// Returns the encryption options among `connectOptions`, each preceded by a semicolon.
 QString encryptionIn(const QString &connectOptions)
 {
     QString found;
@@ -66,7 +67,7 @@ void DBManager::init()
     debugLevel = 0;
     closeInfoAfterUse = false;
     infoOpen = false;
-    infoConnectionName = QStringLiteral("KVH.InfoDB");
+    infoConnectionName = informationConnection;
 }
 
 QSqlDatabase DBManager::getInfoDB() const
@@ -122,14 +123,14 @@ bool DBManager::checkOpenDB(QSqlDatabase &db)
         qWarning().noquote() << "DBManager:: database" << db.databaseName()
                              << "can NOT open! ERROR:" << db.lastError().text();
     }
-    // Any connection may be opened here; only the information database's outcome is remembered.
+    // `db` may be any connection, but only the information database's state is remembered.
     const QString name = db.connectionName();
     if (!name.isEmpty() && name == infoConnectionName)
         infoOpen = open;
     return open;
 }
 
-// With the thread's id in it: a connection may only be used on the thread that made it.
+/// Contains the thread's id: only the thread that created a connection may use it.
 QString DBManager::getConnectionNameFromToken(const QString &token) const
 {
     return QStringLiteral("%2_dbc_%1")
@@ -184,18 +185,17 @@ QSqlDatabase DBManager::openSchema(const QString &token, const QString &connecti
     if (!connections.contains(connectionName))
         connections.append(connectionName);
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), connectionName);
-    // All schemas live on the information database's server, and are reached as safely.
+    // All schemas are on the information database's server, and encrypted if it is.
     db.setHostName(infoDatabase.hostName());
     db.setPort(infoDatabase.port());
     db.setDatabaseName(scheme.name);
     db.setUserName(scheme.user);
     db.setPassword(scheme.pass);
-    db.setConnectOptions(QStringLiteral("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1") +
-                         encryptionIn(infoDatabase.connectOptions()));
+    db.setConnectOptions(reconnectingOptions + encryptionIn(infoDatabase.connectOptions()));
     if (openWithin(db, connectSeconds))
         return db;
 
-    // It stays registered on purpose: the next call finds it by its name and tries again.
+    // It stays registered: the next call finds it by its name and tries again.
     qWarning().noquote() << "DBManager:: database" << connectionName << "(token:" << token
                          << ") NOT OPEN!";
     if (db.lastError().isValid())
@@ -203,11 +203,11 @@ QSqlDatabase DBManager::openSchema(const QString &token, const QString &connecti
     return defaultConnection();
 }
 
-// "KVH.ZASDB" is the host's usual name; it is spared even when the host chose another one.
+/// The product's usual connection is protected even if the host chose another one.
 bool DBManager::isMaster(const QString &name) const
 {
-    return name == zasConnectionName || name == infoConnectionName ||
-           name == QLatin1String("KVH.ZASDB") || name == defaultConnectionName();
+    return name == zasConnectionName || name == infoConnectionName || name == productConnection ||
+           name == defaultConnectionName();
 }
 
 void DBManager::addUnusedConnection(const QString &name)
@@ -255,13 +255,13 @@ void DBManager::removeUnusedConnections()
 void DBManager::removeUnused(const QString &name)
 {
     if (isMaster(name)) {
-        // It became a master connection after it was offered.
+        // It was offered before it became a master connection.
         qWarning().noquote()
             << "DBManager::removeUnusedConnections() - cannot remove master connection" << name;
         return;
     }
     if (connectionIsActive(name)) {
-        // Not queued again: whoever still uses it offers it once more.
+        // Dropped: the thread that still uses it offers it again.
         qWarning().noquote()
             << "DBManager::removeUnusedConnections() - can't remove active connection" << name;
         return;

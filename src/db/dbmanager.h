@@ -11,22 +11,22 @@
 /**
  * Hands out database connections.
  *
- * It holds two master connections, the information database with the table `schemas` and the
- * product's own database, and opens a connection to each schema for each thread that asks. Schemas
- * are addressed by their token.
+ * Holds two master connections, the information database with the table `schemas` and the
+ * product's own database, and opens a connection per schema and calling thread. Schemas are
+ * addressed by their token.
  *
- * Any thread may call it: one mutex guards the state. Operations marked "no lock" are called with
- * the mutex held from inside, and otherwise only while no other thread uses the manager. Nothing
- * throws: an error is an empty result and a log line.
+ * Any thread may call it: one mutex guards the state. Functions marked "no lock" do not take it:
+ * call them only while no other thread uses the manager. Nothing throws: an error is an empty
+ * result and a log line.
  *
- * The fields are a binary interface: a host and its plug-ins each carry a copy of this class and
- * share the objects. Their order and types must not change, no field may be added, and no function
- * may be virtual.
+ * The fields are a binary interface: a host and its plug-ins are each built with this class and
+ * share its objects. The fields' order and types must not change, no field may be added, and no
+ * function may be virtual.
  */
 class DBManager
 {
 public:
-    /// Above 0 most operations log what they do, above 1 the frequent ones too. Set it while no
+    /// Above 0, most functions log their calls; above 1, the frequent ones too. Set it while no
     /// other thread uses the manager.
     quint8 debugLevel = 0;
 
@@ -34,7 +34,7 @@ public:
     DBManager(const QSqlDatabase &info, const QSqlDatabase &zas);
     Q_DISABLE_COPY(DBManager)
 
-    /// Back to the state before the host's settings; the connections stay. No lock.
+    /// Resets the settings to their defaults; the connections stay. No lock.
     void init();
 
     QSqlDatabase getInfoDB() const;
@@ -42,58 +42,65 @@ public:
     void setInfoDB(const QSqlDatabase &db);
     void setZasDB(const QSqlDatabase &db);
 
-    /// With true the information database is closed after each query and reopened by the next.
+    /// If true, closes the information database after each query; the next one reopens it.
     void setCloseInfoDB(bool close);
 
-    /// Whether the last attempt to open the information database succeeded. One that was handed
-    /// over open counts only once checkOpenDB() has opened it.
+    /// Returns whether checkOpenDB() last succeeded in opening the information database; false if
+    /// the database was already open when it was set.
     bool isInfoDB() const;
 
-    /// Opens `db` unless it is open. No lock.
+    /// Opens `db` if it is closed. Returns whether it is open. No lock.
     bool checkOpenDB(QSqlDatabase &db);
 
-    /// The name of the calling thread's connection to that schema.
+    /// Returns the name of the calling thread's connection to that schema.
     QString getConnectionNameFromToken(const QString &token) const;
-    /// Whether Qt knows the calling thread's connection to that schema.
+    /// Returns whether the calling thread's connection to that schema is registered with Qt.
     bool isDatabase(const QString &token) const;
-    /// Whether this manager made it.
+    /// Returns whether this manager created it.
     bool isConnection(const QString &token) const;
-    /// Whether the connection of that name is open. Only its own thread gets a true answer: for
-    /// others Qt warns and the result is false. No lock.
+    /// Returns whether the connection of that name is open. On any thread but the connection's own,
+    /// Qt warns and the result is false. No lock.
     bool connectionIsActive(const QString &name);
 
+    /// Returns the number of active or of inactive schemas.
     uint tokensCount(bool active);
-    /// One page of the active schemas' tokens, in a stable order.
+    /// Returns one page of the active schemas' tokens, in a stable order.
     QStringList loadTokens(uint limit, uint offset);
-    /// Schemas without maintenance for 900 seconds, longest waiting first. The caller stamps each
-    /// one with setMaintenance() before working on it.
+    /// Returns schemas without maintenance for 900 seconds, longest waiting first. The caller
+    /// stamps each one with setMaintenance() before working on it.
     QStringList loadTokens4Maintenance(ushort count);
+    /// Returns the least recently recalculated schemas first.
     QStringList loadTokens4Recalculate(ushort count);
-    /// The two stamps: false also when the row already held the current second.
+    /// Stamp the schema's row with the current second. Return false also if it was stamped within
+    /// the same second.
     bool setMaintenance(const QString &token);
     bool setRecalculated(const QString &token);
     QString getTokenBySchemaName(const QString &name);
 
-    /// Reads and caches one row of `schemas`: empty without a server or such a row, the row as last
-    /// read when the query fails. No lock.
+    /// Reads and caches one row of `schemas`. Returns an empty record if there is no server or no
+    /// such row, and the row as last read if the query fails. No lock.
     DBSchemeRecord loadScheme(const QString &token);
+    /// Returns the cached row.
     DBSchemeRecord getDbConnRecord(const QString &token) const;
 
-    /// The calling thread's connection to that schema, opened; the product's own database for an
-    /// empty token; Qt's default connection, valid or not, when there is no way to the schema.
-    /// After a failed attempt later calls give the schema's own connection, tried again, and open
-    /// only if that helped.
+    /// Returns the calling thread's connection to that schema, open; for an empty token, the
+    /// product's own database. If the schema cannot be reached, returns Qt's default connection,
+    /// which may be invalid; later calls then return the schema's connection after another attempt
+    /// to open it, successful or not.
+    ///
+    /// A thread must offer its connections with addUnusedConnection() before it ends: a later
+    /// thread with the same id would find them under its own names and could not use them.
     QSqlDatabase getDatabase(const QString &token);
 
-    /// The pool of connections that their threads no longer use. A thread offers names before it
+    /// The pool of connections that their threads no longer use. A thread adds the names before it
     /// ends; removeUnusedConnections() removes those that are closed. Master connections are
-    /// refused. Switching the pool off forgets what it held.
+    /// refused. Disabling the pool clears it.
     void addUnusedConnection(const QString &name);
     void setUnusedConnectionsEnabled(bool on);
     void removeUnusedConnections();
 
 private:
-    // All of these: with the mutex held.
+    // The caller holds the mutex.
     template <typename Ask>
     auto askRegistry(const QString &errorPrefix, const Ask &ask);
     void closeInfoIfSet();
@@ -102,11 +109,11 @@ private:
     bool isMaster(const QString &name) const;
     void removeUnused(const QString &name);
 
-    QHash<QString, DBSchemeRecord> schemaCache; // by token; only grows
+    QHash<QString, DBSchemeRecord> schemaCache; // by token; never shrinks
     QSqlDatabase infoDatabase;
     QSqlDatabase zasDatabase;
-    QVector<QString> connections;       // names made by getDatabase(), each once
-    QVector<QString> unusedConnections; // in order of arrival
+    QVector<QString> connections;       // names of those that getDatabase() created
+    QVector<QString> unusedConnections; // in the order in which they were added
     bool closeInfoAfterUse = false;
     bool infoOpen = false;
     QString zasConnectionName;

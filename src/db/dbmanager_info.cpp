@@ -1,4 +1,4 @@
-// The operations on the information database: the schema registry's, with its errors logged.
+// The functions that query the information database: SchemaRegistry's, with errors logged.
 
 #include "db/dbmanager.h"
 
@@ -8,8 +8,8 @@
 
 #include <type_traits>
 
-// The frame of nearly all of them. The registry, and so its queries, are gone before the database
-// is closed.
+/// Opens the information database, calls `ask` and logs its error. The registry and its queries are
+/// gone before the database is closed.
 template <typename Ask>
 auto DBManager::askRegistry(const QString &errorPrefix, const Ask &ask)
 {
@@ -35,7 +35,7 @@ uint DBManager::tokensCount(bool active)
     const QMutexLocker locker(&mutex);
     if (debugLevel)
         qDebug("DBManager::tokensCount(%s)", active ? "TRUE" : "FALSE");
-    // Every scan begins here: without an information database, it ends without a log line.
+    // Every scan begins here; without an information database it ends without a log line.
     if (!infoDatabase.isValid())
         return 0;
     return askRegistry(QStringLiteral("DBManager::tokensCount() - ERROR:"),
@@ -97,7 +97,7 @@ QString DBManager::getTokenBySchemaName(const QString &name)
 
 DBSchemeRecord DBManager::loadScheme(const QString &token)
 {
-    // Without a server the cached record would lead nowhere.
+    // Without a server, a cached row is of no use.
     if (!checkOpenDB(infoDatabase))
         return {};
     const auto found = SchemaRegistry(infoDatabase).find(token);
@@ -105,7 +105,7 @@ DBSchemeRecord DBManager::loadScheme(const QString &token)
     if (!found.isOk()) {
         qCritical().noquote() << "DBManager:: NOT load scheme from infoDB!\nERROR:"
                               << found.error();
-        // What was read last is better than nothing while the table cannot be read.
+        // While the table cannot be read, the row as last read is the best guess.
         return schemaCache.value(token);
     }
     if (!found.value())

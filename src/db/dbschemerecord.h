@@ -3,12 +3,12 @@
 #include <QString>
 
 /**
- * One row of `schemas` as the connection manager caches it: what it takes to open a customer's
- * database. All four texts are empty when there is no such row.
+ * A row of `schemas`, as DBManager caches it: what is needed to open a customer's database. All
+ * members are empty if there is no such row.
  */
 struct DBSchemeRecord {
     QString name; ///< the customer's database
     QString user;
-    QString pass; ///< in clear, no longer Base64
+    QString pass; ///< in clear, decoded from Base64
     QString token;
 };

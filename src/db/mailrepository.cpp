@@ -9,7 +9,7 @@
 namespace
 {
 
-// `from` and `to` are words of SQL.
+/// `from` and `to` are reserved words.
 QString mailColumns()
 {
     return QStringLiteral("type, `from`, `to`, subject, body, created, aid, uid, data");
@@ -20,7 +20,7 @@ void logError(const char *text, const QSqlQuery &query)
     qCritical().noquote() << text << query.lastError().text() << "\n\nSQL:" << query.lastQuery();
 }
 
-// What is not bound is the sender's business or the column's default, above all `status`.
+/// The other columns, above all `status`, keep their defaults or are written by the sender.
 void bind(QSqlQuery &query, const MailRecord &mail)
 {
     query.bindValue(QStringLiteral(":type"),
@@ -28,15 +28,15 @@ void bind(QSqlQuery &query, const MailRecord &mail)
     query.bindValue(QStringLiteral(":from"), mail.from);
     query.bindValue(QStringLiteral(":to"), mail.to);
     query.bindValue(QStringLiteral(":subject"), mail.subject);
-    // Qt stores a null text as NULL; a body that was never set is empty.
+    // Qt would store a null text as NULL.
     query.bindValue(QStringLiteral(":body"), mail.body.isNull() ? QStringLiteral("") : mail.body);
-    // Not alike on purpose: `aid` is always a number, `uid` is NULL for nobody.
+    // Different on purpose: without one, `aid` is 0 but `uid` is NULL.
     query.bindValue(QStringLiteral(":aid"), mail.aid);
     query.bindValue(QStringLiteral(":uid"), mail.uid == 0 ? QVariant(QVariant::UInt) : mail.uid);
     query.bindValue(QStringLiteral(":data"), mail.data.isNull() ? QByteArray("") : mail.data);
 }
 
-// By name: the product's own table has columns of its own between these. NULL reads as 0 or "".
+/// Reads columns by name, since the product's table has further ones. NULL reads as 0 or "".
 MailRecord recordOf(const QSqlQuery &query)
 {
     const auto number = [&query](const QString &column) {

@@ -6,10 +6,10 @@
 #include <QSqlDatabase>
 
 /**
- * A schema's mail queue, the table `emails`. The product's sender picks up what is queued here.
+ * A schema's mail queue, the table `emails`. The product's sender sends what is queued here.
  *
  * For the thread that owns the connection. An error is an empty result and a critical log line;
- * nothing is tried again.
+ * nothing is retried.
  */
 class MailRepository : public QObject
 {
@@ -23,16 +23,16 @@ public:
 
     void setDB(const QSqlDatabase &db);
 
-    /// The statement of addMail(), with placeholders.
+    /// Returns the statement of addMail(), with placeholders.
     static QString insertStatement();
-    /// A statement that reads the columns that addMail() fills.
+    /// Returns a statement that reads the columns that addMail() writes.
     static QString columnsStatement();
 
 public Q_SLOTS:
-    /// Queues a mail and returns its id; 0 on an error, and without sender, recipient or subject.
+    /// Queues a mail. Returns its id, or 0 on an error or without sender, recipient or subject.
     uint addMail(const MailRecord &mail);
     MailRecord loadMail(uint mid);
-    /// Puts a mail back into the queue. Returns false when there is none of that id.
+    /// Puts a mail back into the queue. Returns false if there is no mail with that id.
     bool resetMail(uint mid);
 
 private:

@@ -7,8 +7,6 @@
 namespace
 {
 
-constexpr uint tokensPerPage = 1000;
-
 DBSchemeRecord recordOf(const QSqlQuery &query)
 {
     DBSchemeRecord record;
@@ -97,7 +95,7 @@ Result<bool> SchemaRegistry::stampRecalculation(const QString &token) const
                      .arg(token));
 }
 
-// MySQL counts the rows that it changed, not those that it found.
+/// The server counts the rows that it changed, not those that it found.
 Result<bool> SchemaRegistry::stamp(const QString &sql) const
 {
     QSqlQuery query = freshQuery(database);

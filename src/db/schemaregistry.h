@@ -11,36 +11,41 @@
 /**
  * The information database's table `schemas`, which lists the customers' databases.
  *
- * It keeps nothing but a handle of the connection: every call is a statement, and an error is the
- * driver's text. Tokens and names go into the statements as they are: a quotation mark in one
- * breaks the statement. For the thread that owns the connection, which must be open.
+ * Caches nothing: every call runs its statement, and an error is the driver's text. Tokens and
+ * names are not escaped: a quotation mark in one breaks the statement. For the thread that owns the
+ * connection, which must be open.
  */
 class SchemaRegistry
 {
 public:
     explicit SchemaRegistry(const QSqlDatabase &infoDatabase);
 
+    /// The size of a page for callers that read all tokens page by page.
+    static constexpr uint tokensPerPage = 1000;
+
+    /// Returns the number of active or of inactive schemas.
     Result<uint> count(bool active) const;
 
-    /// One page of the active schemas' tokens, in a stable order.
+    /// Returns one page of the active schemas' tokens, in a stable order.
     Result<QStringList> tokens(uint limit, uint offset) const;
-    /// Those of all active schemas, read in pages.
+    /// Returns the tokens of all active schemas, read page by page.
     Result<QStringList> allTokens() const;
-    /// Schemas without maintenance for 900 seconds, longest waiting first.
+    /// Returns schemas without maintenance for 900 seconds, longest waiting first.
     Result<QStringList> tokensForMaintenance(ushort count) const;
-    /// Least recently recalculated first.
+    /// Returns the least recently recalculated schemas first.
     Result<QStringList> tokensForRecalculation(ushort count) const;
 
-    /// The two stamps: false without such an active schema, and when it was stamped this second.
+    /// Stamp the schema's row with the current second. Return false if there is no such active
+    /// schema, and if it was stamped within the same second.
     Result<bool> stampMaintenance(const QString &token) const;
     Result<bool> stampRecalculation(const QString &token) const;
 
-    /// Empty without an active schema in that database.
+    /// Returns an empty token if there is no active schema in that database.
     Result<QString> tokenOf(const QString &databaseName) const;
-    /// Nothing without such an active schema.
+    /// Returns nothing if there is no such active schema.
     Result<std::optional<DBSchemeRecord>> find(const QString &token) const;
 
-    /// Why the columns that find() reads cannot be read, if so.
+    /// Returns why the columns that find() needs cannot be read, if so.
     std::optional<Error> check() const;
 
 private:

@@ -3,11 +3,10 @@
 #include <QSqlDatabase>
 
 /**
- * The server's own number of the connection, 0 when the server does not answer or has no such
- * number.
+ * Returns the server's id of the connection, or 0 if the server does not answer or has no such id.
  *
- * A connection that is set to reconnect does so in silence, and what belonged to the old one, a
- * transaction or a lock, is gone. The number tells: it changes.
+ * A connection that is set to reconnect does so silently; its transaction and its locks are gone.
+ * The id then differs.
  */
 qulonglong serverConnectionId(const QSqlDatabase &database);
 

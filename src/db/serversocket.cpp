@@ -22,18 +22,17 @@ extern "C" {
 namespace
 {
 
-// The client library's functions, as the driver finds them. The driver links the library; linking
-// it here as well could end with two different ones in the process. Its headers are enough.
+// The client library's functions, looked up through the driver. Only the driver links the library:
+// linking it here too could load two different ones into the process. The headers are enough.
 using GetSocket = decltype(&mysql_get_socket);
 using SetOption = int (*)(MYSQL *connection, mysql_option option, const void *value);
 
-// How long a dead peer goes unnoticed: on an idle connection the sum, with data on its way the
-// last.
+// A dead peer is noticed by the probes of an idle connection, or by unacknowledged data.
 constexpr int keepIdleSeconds = 15;
 constexpr int keepIntervalSeconds = 5;
 constexpr int userTimeoutMs = 25000;
 
-/// The library's handle of an open connection; null for other drivers.
+/// Returns the library's handle of an open connection; null for other drivers.
 MYSQL *clientHandle(const QSqlDatabase &database)
 {
     const QVariant handle = database.driver()->handle();
@@ -42,7 +41,7 @@ MYSQL *clientHandle(const QSqlDatabase &database)
     return *static_cast<MYSQL *const *>(handle.constData());
 }
 
-/// A function of the library that the database's driver is linked to, null if it lacks `name`.
+/// Returns a function of the client library that the driver links; null if it lacks `name`.
 void *clientFunction(const QSqlDatabase &database, const char *name)
 {
     Dl_info driver = {};
@@ -51,12 +50,12 @@ void *clientFunction(const QSqlDatabase &database, const char *name)
     void *library = dlopen(driver.dli_fname, RTLD_LAZY | RTLD_NOLOAD);
     if (!library)
         return nullptr;
-    void *function = dlsym(library, name); // looks through what the driver is linked to as well
+    void *function = dlsym(library, name); // searches the driver's own dependencies too
     dlclose(library);
     return function;
 }
 
-/// Whether the library is the one whose headers these are; MySQL's has other structures.
+/// Returns whether the library matches the headers: MySQL's has other structures.
 bool isMariaDb(const QSqlDatabase &database)
 {
     return clientFunction(database, "mariadb_get_infov");
@@ -71,7 +70,7 @@ void setOption(const QSqlDatabase &database, mysql_option option, const void *va
         set(connection, option, value);
 }
 
-/// Lets reads and writes of an open connection take as long as they will, after a reconnect too.
+/// Removes the limits on reads and writes of an open connection, also for after a reconnect.
 void liftQueryLimits(const QSqlDatabase &database)
 {
     const unsigned none = 0;
@@ -80,7 +79,7 @@ void liftQueryLimits(const QSqlDatabase &database)
     MYSQL *connection = clientHandle(database);
     if (!connection || !isMariaDb(database) || !connection->net.pvio)
         return;
-    // The options alone count for the next time that it connects.
+    // The options take effect at the next connect only.
     MARIADB_PVIO *io = connection->net.pvio;
     io->methods->set_timeout(io, PVIO_READ_TIMEOUT, 0);
     io->methods->set_timeout(io, PVIO_WRITE_TIMEOUT, 0);
@@ -97,7 +96,7 @@ int clientSocket(const QSqlDatabase &database)
 void noticeDeadPeer(int descriptor)
 {
     const auto set = [descriptor](int level, int name, int value) {
-        setsockopt(descriptor, level, name, &value, sizeof value); // a Unix socket needs none
+        setsockopt(descriptor, level, name, &value, sizeof value); // no use on a Unix socket
     };
     set(SOL_SOCKET, SO_KEEPALIVE, 1);
     set(IPPROTO_TCP, TCP_KEEPIDLE, keepIdleSeconds);
@@ -168,7 +167,7 @@ bool openWithin(QSqlDatabase &database, int seconds, Limited limited)
     const QStringList queries{QStringLiteral("MYSQL_OPT_READ_TIMEOUT"),
                               QStringLiteral("MYSQL_OPT_WRITE_TIMEOUT")};
     QStringList limits{QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT")};
-    // To open is to log in and to run statements of the driver's own.
+    // Opening includes the login and statements of the driver's own.
     if (liftable || limited == Limited::Queries)
         limits += queries;
 

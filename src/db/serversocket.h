@@ -5,15 +5,15 @@
 #include <chrono>
 
 /**
- * A descriptor of its own for the socket of an open connection.
+ * A duplicate of the socket descriptor of an open connection.
  *
- * The client library waits on its socket without a limit and cannot be interrupted. Whoever holds
- * a ServerSocket can shut the socket down from another thread; the library then fails at once. The
- * descriptor is a duplicate, so that one which the library has closed is never taken for another.
+ * The client library waits on its socket without a limit and cannot be interrupted. shutDown(),
+ * called from any thread, makes it fail at once. Because the descriptor is a duplicate, it stays
+ * valid after the library has closed its own, whose number may by then be another file's.
  *
- * Made in the connection's thread, with SO_KEEPALIVE and TCP_USER_TIMEOUT set so that a peer that
- * is gone without a word is noticed within half a minute. Invalid where the driver does not tell
- * its socket.
+ * Construct it in the connection's thread. The constructor sets SO_KEEPALIVE and TCP_USER_TIMEOUT,
+ * so that a peer that vanished is noticed within half a minute. Invalid if the driver does not
+ * reveal its socket.
  */
 class ServerSocket
 {
@@ -23,13 +23,13 @@ public:
     ~ServerSocket() { close(); }
     Q_DISABLE_COPY(ServerSocket)
 
-    /// Takes over what `other` holds and closes its own.
+    /// Takes over the descriptor of `other` and closes its own.
     ServerSocket &operator=(ServerSocket &&other) noexcept;
 
     bool isValid() const { return descriptor != -1; }
-    /// The numeric address of the peer, empty if it has none, as on a Unix socket.
+    /// Returns the numeric address of the peer, or an empty text for a Unix socket.
     QString peerAddress() const;
-    /// Ends every read and write that waits on the socket.
+    /// Ends every read and write on the socket, those under way too.
     void shutDown() const;
 
 private:
@@ -38,26 +38,27 @@ private:
     int descriptor = -1;
 };
 
-/// What a limit of time holds for besides connecting: a query may take long, unless it is known to
-/// be short.
+/// What a time limit applies to: opening alone, or queries too, for those known to be short.
 enum class Limited { Connecting, Queries };
 
-/// Opens `database`, giving each step of that `seconds`; a reconnect of the client library has the
-/// same limit. The text of the connection's options stays as it is.
+/// Opens `database`, with a limit of `seconds` for each step. A reconnect by the client library has
+/// the same limit. The text of the connection's options is unchanged.
 bool openWithin(QSqlDatabase &database, int seconds, Limited limited = Limited::Connecting);
 
-/// Limits the reconnects of a connection that is open.
+/// Limits the reconnects of an open connection to `seconds` each.
 void limitReconnect(const QSqlDatabase &database, int seconds);
 
-/// The limit of openWithin() wherever nothing else is said.
+/// The limit that callers of openWithin() use by default.
 constexpr int connectSeconds = 5;
 
-/// What failed after so long has reached a limit of `seconds`, whose timers are not exact.
+/// Returns after how long a failed call counts as timed out by a limit of `seconds`: a little less,
+/// because timers are not exact.
 constexpr std::chrono::milliseconds limitReached(int seconds)
 {
     return std::chrono::milliseconds(seconds * 1000 - 500);
 }
 
-/// Stops the client library from reconnecting on its own, whatever the options said: it would do
-/// so in mid-run, and again after a shutDown(). For open connections, until they are opened again.
+/// Keeps the client library from reconnecting on its own, even if the connection's options ask for
+/// it: it would do so in the middle of a run, and after a shutDown(). For an open connection, until
+/// it is opened again.
 void forbidReconnect(const QSqlDatabase &database);

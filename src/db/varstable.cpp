@@ -60,7 +60,7 @@ Result<QVector<QVariant>> VarsTable::lock(const QString &name) const
 Result<bool> VarsTable::insertMissing(const QString &name, const QVariant &value) const
 {
     QSqlQuery query = freshQuery(database);
-    // IGNORE would make a warning of every error, of a deadlock too.
+    // IGNORE would turn every error into a warning, even a deadlock.
     if (!query.prepare(QStringLiteral("INSERT INTO vars (name, value) VALUES(:name, :value) ON "
                                       "DUPLICATE KEY UPDATE value=vars.value")))
         return errorOf(query);
@@ -73,7 +73,7 @@ Result<bool> VarsTable::insertMissing(const QString &name, const QVariant &value
 
 QString VarsTable::upsertStatement()
 {
-    // It replaces a value only because `name` is unique in the table.
+    // Replaces only because `name` is a unique key.
     return QStringLiteral("INSERT INTO vars (name, value) VALUES(:name, :value) ON DUPLICATE KEY "
                           "UPDATE value=VALUES(value);");
 }
@@ -85,7 +85,7 @@ QVector<Error> VarsTable::store(const Values &values) const
         return {errorOf(query)};
     QVector<Error> errors;
     for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {
-        // Bound, so that any text can be stored.
+        // Bound: a value may be any text.
         query.bindValue(QStringLiteral(":name"), entry.key());
         query.bindValue(QStringLiteral(":value"), entry.value());
         if (!query.exec())

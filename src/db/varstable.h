@@ -13,38 +13,38 @@
 /**
  * A schema's table `vars`: keys and values.
  *
- * It caches nothing: every call is a statement, and an error is the driver's text. Names are whole
- * keys with their dots, and go into the statements as they are: a quotation mark in a name breaks
- * the statement, and in a prefix "_" and "%" stand for any character and any text. On a closed or
- * invalid connection every statement fails. For the thread that owns the connection.
+ * Caches nothing: every call runs its statement, and an error is the driver's text. Names are whole
+ * keys with their dots, and are not escaped: a quotation mark in one breaks the statement, and in a
+ * prefix "_" matches any character and "%" any text. On a closed or invalid connection every
+ * statement fails. For the thread that owns the connection.
  */
 class VarsTable
 {
 public:
     using Values = QMap<QString, QVariant>;
 
-    explicit VarsTable(const QSqlDatabase &database);
+    explicit VarsTable(const QSqlDatabase &db);
 
-    /// Returns the value as the driver does, text or bytes; nothing for a missing key.
+    /// Returns the value, text or bytes as the driver has it, or nothing if the key is missing.
     Result<std::optional<QVariant>> value(const QString &name) const;
-    /// Returns those of the keys that exist; without keys, no statement runs.
+    /// Returns those of the keys that exist. Runs no statement if `names` is empty.
     Result<Values> values(const QStringList &names) const;
-    /// Returns every key that begins with `prefix`, the prefix included.
+    /// Returns all keys that begin with `prefix`, in full.
     Result<Values> valuesWithPrefix(const QString &prefix) const;
 
-    /// Returns the values of all rows of that name, as last committed, and locks them until the
-    /// transaction ends; without a row, the place where one would be.
+    /// Returns the values of all rows of that name, as last committed, and locks the rows until the
+    /// transaction ends; if there is none, locks the gap where it would be.
     Result<QVector<QVariant>> lock(const QString &name) const;
-    /// Inserts the row of that name where there is none, and locks it as well.
+    /// Inserts and locks a row of that name if there is none. Returns whether it did.
     Result<bool> insertMissing(const QString &name, const QVariant &value) const;
 
-    /// Inserts or replaces all of them, those after one that fails too. Returns the errors.
+    /// Inserts or replaces all of them, those after an error too. Returns the errors.
     QVector<Error> store(const Values &values) const;
 
-    /// Deletes one key, or all that begin with `name`. Returns how many there were.
+    /// Deletes one key, or all that begin with `name`. Returns how many were deleted.
     Result<int> remove(const QString &name, bool asPrefix) const;
 
-    // The statements of valuesWithPrefix() and store(); the latter with placeholders.
+    /// Return the statements of valuesWithPrefix() and of store(), the latter with placeholders.
     static QString prefixStatement(const QString &prefix);
     static QString upsertStatement();
 

@@ -8,9 +8,8 @@
 /**
  * A schema's settings: VarsTable, with its errors logged.
  *
- * It caches nothing: every call is one or more statements. Nothing here opens the connection but
- * openDB(); on a closed or invalid one every statement fails. For the thread that owns the
- * connection.
+ * Caches nothing: every call runs its statements. Only openDB() opens the connection; on a closed
+ * or invalid one every statement fails. For the thread that owns the connection.
  */
 class ZasDbSettings
 {
@@ -22,17 +21,17 @@ public:
     bool openDB();
     void closeDB();
 
-    /// Returns the stored value, text or bytes. A missing key is not an error.
+    /// Returns the stored value, text or bytes, or `defaultValue` if the key is missing.
     QVariant variableGet(const QString &name, const QVariant &defaultValue) const;
     /// Returns those of the keys that exist.
     QMap<QString, QVariant> variableGetMultiple(const QStringList &names) const;
-    /// Returns every key that begins with `prefix`, the prefix included.
+    /// Returns all keys that begin with `prefix`, in full.
     QMap<QString, QVariant> variableGetMultiple(const QString &prefix) const;
 
     bool variableSet(const QString &name, const QVariant &value);
-    /// Returns whether all were stored. One that fails does not stop the others.
+    /// Returns whether all were stored. An error does not keep it from the rest.
     bool variableSetMultiple(const QMap<QString, QVariant> &values);
-    /// Deletes one key, or all that begin with `name`. Returns whether there was any.
+    /// Deletes one key, or all that begin with `name`. Returns whether any was deleted.
     bool variableDel(const QString &name, bool asPrefix);
 
 private:

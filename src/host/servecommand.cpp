@@ -1,6 +1,7 @@
 #include "host/servecommand.h"
 
 #include "common/filelimit.h"
+#include "db/connectiondefaults.h"
 #include "db/dbmanager.h"
 #include "host/hoststate.h"
 #include "host/logsink.h"
@@ -33,7 +34,7 @@ namespace
 // The connection manager knows these names and never removes them as unused.
 QString masterName(bool single)
 {
-    return single ? QStringLiteral("KVH.ZASDB") : QStringLiteral("KVH.InfoDB");
+    return single ? productConnection : informationConnection;
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "options/connectionoptions.h"
 
+#include "db/connectiondefaults.h"
+
 #include <QSqlError>
 
 QSqlDatabase ConnectionOptions::addDatabase(const QString &connectionName, OnLoss onLoss) const
@@ -12,9 +14,7 @@ QSqlDatabase ConnectionOptions::addDatabase(const QString &connectionName, OnLos
     db.setDatabaseName(databaseName);
     // The same options as the manager's for schemas: a host survives a restart of the server. The
     // driver reconnects silently, though, and session settings such as read-only are lost.
-    const QString always = onLoss == OnLoss::Reconnect
-                               ? QStringLiteral("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1")
-                               : QStringLiteral("CLIENT_IGNORE_SPACE=1");
+    const QString always = onLoss == OnLoss::Reconnect ? reconnectingOptions : commonOptions;
     db.setConnectOptions(always + encryption() + limits());
     return db;
 }
@@ -49,11 +49,11 @@ QString ConnectionOptions::limits() const
 
 QString ConnectionOptions::openError(const QSqlDatabase &db)
 {
-    const QString reason = db.lastError().text().simplified();
+    const QString driverText = db.lastError().text().simplified();
     const QString error = QStringLiteral("cannot open the database '%1' on %2:%3 as '%4': %5")
                               .arg(db.databaseName(), db.hostName(), QString::number(db.port()),
-                                   db.userName(), reason);
-    return reason.contains(QLatin1String("TLS"))
+                                   db.userName(), driverText);
+    return driverText.contains(QLatin1String("TLS"))
                ? error + QStringLiteral("; is the server's certificate signed by --db-ca?")
                : error;
 }

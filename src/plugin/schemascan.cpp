@@ -4,6 +4,7 @@
 
 #include "common/freshquery.h"
 #include "db/dbmanager.h"
+#include "db/schemaregistry.h"
 #include "db/serversocket.h"
 #include "plugin/descriptors.h"
 #include "plugin/serverwatch.h"
@@ -19,7 +20,6 @@
 namespace
 {
 
-constexpr unsigned int tokensPerPage = 1000;
 constexpr int sliceMs = 200;
 // A worker has its socket twice and its thread's wake-up, and its report a file or two; the rest is
 // for the host. A connection of the scan itself takes one.
@@ -87,7 +87,7 @@ void AutoReport::scanSlice()
             return;
         }
         if (scan.page.isEmpty())
-            scan.page = dbManager->loadTokens(tokensPerPage, scan.visited);
+            scan.page = dbManager->loadTokens(SchemaRegistry::tokensPerPage, scan.visited);
         if (scan.page.isEmpty())
             break;
         ++scan.visited;
