@@ -49,8 +49,10 @@ void OptionReader::describe(QCommandLineParser &parser)
     add("db-cert", "Certificate of this client, for servers that ask for one.", "file");
     add("db-key", "Key of that certificate.", "file");
     add("password-file", "File whose first line is the password.", "file");
-    add("config", "Configuration file with these options, /etc/autoreport.conf if there is one.",
-        "file");
+    parser.addOption({QStringLiteral("config"),
+                      QStringLiteral("Configuration file with these options, %1 if there is one.")
+                          .arg(ConfigFile::defaultPath()),
+                      QStringLiteral("file")});
 }
 
 OptionReader::OptionReader(const QCommandLineParser &commandLine)
@@ -204,18 +206,18 @@ QString OptionReader::language()
 }
 
 /// The missing option may be in the file that could not be read.
-void OptionReader::failMissing(const QString &reason, bool usage)
+void OptionReader::failMissing(const QString &message, bool usage)
 {
     if (config.isReadable)
-        fail(reason, usage);
+        fail(message, usage);
     else
-        fail(QStringLiteral("%1; %2").arg(reason, config.error), false);
+        fail(QStringLiteral("%1; %2").arg(message, config.error), false);
 }
 
-void OptionReader::fail(const QString &reason, bool usage)
+void OptionReader::fail(const QString &message, bool usage)
 {
     if (!error.isEmpty())
         return;
-    error = reason;
+    error = message;
     isUsage = usage;
 }

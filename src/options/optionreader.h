@@ -39,13 +39,13 @@ public:
     /// Returns one of Language::known().
     QString language();
 
-    void fail(const QString &reason, bool usage = true);
+    void fail(const QString &message, bool usage = true);
 
     QString error;
     bool isUsage = true;
 
 private:
-    void failMissing(const QString &reason, bool usage);
+    void failMissing(const QString &message, bool usage);
     bool hasOption(const QString &option) const;
     /// Returns the path of a file that can be read, or an empty one if the option is not set.
     QString file(const char *name);
