@@ -236,10 +236,8 @@ AttenReport::End AttenReport::queueAll(const MailRecord &mail, const ReportRun &
 AttenReport::End AttenReport::queueForEach(MailRecord mail, const ReportRun &run,
                                            ReportTransaction &transaction, int &queued) const
 {
-    for (const QString &recipient : run.settings.recipients) {
-        mail.to = recipient.trimmed();
-        if (mail.to.isEmpty())
-            continue;
+    for (const QString &recipient : recipientsToMail(run.settings.recipients)) {
+        mail.to = recipient;
         // Thousands of mails outlast a stop. Without rollback, finish: the next run would mail some
         // recipients again.
         if (isStopRequested(run) && (queued == 0 || transaction.canRollBack()))

@@ -62,6 +62,17 @@ ReportSettings ReportSettings::fromValues(const QMap<QString, QVariant> &values,
     return optionsFromValues(table, values, prefix);
 }
 
+QStringList recipientsToMail(const QStringList &written)
+{
+    QStringList recipients;
+    for (const QString &entry : written) {
+        const QString recipient = entry.trimmed();
+        if (!recipient.isEmpty())
+            recipients.append(recipient);
+    }
+    return recipients;
+}
+
 QVector<ScheduleRule> scheduleRules(const ReportSettings &settings, const QDateTime &now)
 {
     return settings.schedule->rules(settings, now);

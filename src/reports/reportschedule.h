@@ -40,6 +40,9 @@ struct ReportSettings {
     static ReportSettings fromValues(const QMap<QString, QVariant> &values, const QString &prefix);
 };
 
+/// Returns the recipients that get a mail: trimmed, without blank ones.
+QStringList recipientsToMail(const QStringList &written);
+
 /// Why a report is made now, or is not.
 enum class ScheduleVerdict { Due, Disabled, NoRecipients, TooEarly, AlreadyGenerated };
 
