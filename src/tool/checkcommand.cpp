@@ -14,7 +14,7 @@
 namespace
 {
 
-/// The server's first: what it lacks is the cause of much that schemas complain about.
+/// Returns the server's findings first, since they cause many of the schemas'.
 QVector<Finding> findAll(const Schemas &schemas, const QStringList &tokens)
 {
     QVector<Finding> findings = checkTemporaryDirectory() + checkServer(schemas.master());
@@ -29,18 +29,18 @@ QVector<Finding> findAll(const Schemas &schemas, const QStringList &tokens)
             break;
         progress.step();
     }
-    // Only now is it known how many workers a host would have.
+    // Only now is the number of a host's workers known.
     findings += checkConnections(schemas.master(), tokens.size(), enabled);
-    // No problem, as every new installation begins like this.
+    // Only a notice: every new installation begins like this.
     if (enabled == 0)
-        findings.append({false, QStringLiteral("schemas"),
-                         QStringLiteral("none of the %1 active ones has a report switched on")
-                             .arg(tokens.size()),
-                         QStringLiteral("autoreport set TOKEN daily --enable ...")});
+        findings.append(
+            {false, QStringLiteral("schemas"),
+             QStringLiteral("none of the %1 active ones has an enabled report").arg(tokens.size()),
+             QStringLiteral("autoreport set TOKEN daily --enable ...")});
     return findings + ofSchemas;
 }
 
-/// Two lines each, for people: what it is, and what to do about it.
+/// Prints two lines per finding: the finding and its remedy.
 void printText(const QVector<Finding> &findings, int schemas, const QString &cipher)
 {
     for (const Finding &finding : findings) {
@@ -85,7 +85,7 @@ int checkAll(const Invocation &invocation, const Schemas &schemas)
     if (!tokens.isOk())
         return couldNotAsk(tokens.error().simplified());
     const QVector<Finding> findings = findAll(schemas, tokens.value());
-    // What a check could not read, it does not complain about.
+    // Without answers, checks find nothing.
     if (!schemas.isAnswering())
         return couldNotAsk(QStringLiteral("the server no longer answers"));
     const bool well = std::none_of(findings.cbegin(), findings.cend(),

@@ -3,10 +3,10 @@
 class Invocation;
 class QCommandLineParser;
 
-// Each command in two functions: describe... adds the options that are its own, run... does its
-// work and gives the exit status, one of Tool::Status or that of an interruption. What went wrong
-// is on standard error by then, or in the collected warnings, which Tool::run prints. A command
-// opens what it needs and leaves no connection behind. All on the main thread.
+// Each command is two functions. describe...() adds the command's own options. run...() does the
+// work and returns the exit status: a Tool::Status or Interruption::status(). Errors are on
+// standard error by then, or among the collected warnings, which Tool::run() prints. A command
+// opens what it needs and leaves no connection behind. Call them on the main thread.
 
 void describeStatus(QCommandLineParser &parser);
 int runStatus(const Invocation &invocation);

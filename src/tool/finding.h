@@ -4,16 +4,15 @@
 #include <QString>
 #include <QVector>
 
-/// Something that a check came upon, and what to do about it. Texts are half sentences without a
-/// full stop, as they come from here or from the server; `remedy` is never empty.
+/// A result of a check, and what to do about it. Texts have no full stop; `remedy` is never empty.
 struct Finding {
-    bool isProblem;  ///< else worth knowing, but no reason for an exit status
+    bool isProblem;  ///< otherwise a notice, which does not change the exit status
     QString subject; ///< "server", "host", or a schema's token
     QString text;
     QString remedy;
 };
 
-/// Collects findings of one subject, in the order in which they are made.
+/// Collects the findings about one subject.
 class Findings
 {
 public:

@@ -8,13 +8,13 @@ namespace
 constexpr int signals[] = {SIGINT, SIGTERM, SIGHUP};
 constexpr int shellBase = 128;
 
-// All that a handler may safely write to.
+// A signal handler may write to nothing else.
 volatile std::sig_atomic_t noted = 0;
 
 extern "C" void note(int number)
 {
     noted = number;
-    // A second signal kills at once, whatever hangs.
+    // The next signal kills the program, even if it hangs.
     for (const int one : signals)
         std::signal(one, SIG_DFL);
 }
@@ -25,7 +25,7 @@ Interruption::Interruption()
 {
     noted = 0;
     for (const int number : signals) {
-        // nohup, or a shell that put the program into the background.
+        // Stays ignored: started by nohup, or in the background by a shell.
         if (std::signal(number, note) == SIG_IGN)
             std::signal(number, SIG_IGN);
     }

@@ -3,10 +3,10 @@
 #include "tool/output.h"
 #include "tool/tool.h"
 
-int Invocation::wrong(const QString &reason) const
+int Invocation::wrong(const QString &error) const
 {
-    // The help too goes to standard error: who reads the output must not take it for an answer.
-    Output::error(reason);
+    // The help goes to standard error as well, so that no program reads it as a result.
+    Output::error(error);
     Output::errorHelp(parser.helpText());
     return Tool::CouldNotAsk;
 }

@@ -7,10 +7,10 @@
 #include <QDate>
 
 /**
- * One command as it was called: its options, the schema and the report where it takes them, and
- * the way to the database.
+ * A command as it was called: its options, the schema and the report if it takes them, and how to
+ * reach the database.
  *
- * The parser belongs to the caller and has parsed the command line before anything is asked here.
+ * The parser belongs to the caller and must have parsed the command line.
  */
 class Invocation
 {
@@ -20,22 +20,22 @@ public:
     {
     }
 
-    /// Options by their long names without dashes, which the command must have described.
+    /// Options by their long names, without dashes. The command must have described them.
     bool has(const char *option) const { return parser.isSet(QLatin1String(option)); }
     QString value(const char *option) const { return parser.value(QLatin1String(option)); }
 
     /// Prints the error and the usage. Returns the exit status.
-    int wrong(const QString &reason) const;
+    int wrong(const QString &error) const;
 
-    /// The same for a "--date" that is none.
+    /// The same for a "--date" that is not a date.
     int wrongDate() const;
 
-    /// The day of "--date", today without it; invalid when it is none.
+    /// Returns the day of "--date", or today without the option; invalid if it is not a date.
     QDate date() const;
 
     const QCommandLineParser &parser;
     ConnectionOptions connection;
-    // Meaningful for the commands that take a report alone.
-    QString token; ///< as it was written; that there is such a schema is not known yet
+    // For commands that take a report.
+    QString token; ///< as given; there may be no such schema
     const ReportKind *kind = nullptr;
 };

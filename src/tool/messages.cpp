@@ -8,7 +8,7 @@
 namespace
 {
 
-// Qt's message handler is a plain function, so what it collects belongs to the process.
+// Qt's message handler is a plain function, so the collected lines are global.
 QStringList collected;
 QMutex mutex;
 
@@ -16,7 +16,7 @@ void collect(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
     const QString line = message.simplified();
     const QMutexLocker locker(&mutex);
-    // A table that cannot be read is a warning for every row.
+    // An unreadable table causes the same warning for every row.
     if (type != QtDebugMsg && type != QtInfoMsg && !collected.contains(line))
         collected.append(line);
 }

@@ -3,12 +3,12 @@
 #include <QtGlobal>
 
 /**
- * Collects the warnings that the product's code logs while it lives, for a command to print: what a
- * report complained about is part of what the command says. Nothing is printed by itself; lines
- * below warning level are dropped.
+ * Collects the warnings that are logged during its lifetime, for a command to print: a report's
+ * warnings are part of the command's output. Prints nothing by itself. Lines below warning level
+ * are dropped.
  *
- * One object at a time, on the main thread; any thread may log. The destructor restores the message
- * handler before it.
+ * One object at a time, on the main thread; any thread may log. The destructor restores the
+ * previous message handler.
  */
 class Messages
 {
@@ -17,8 +17,8 @@ public:
     ~Messages();
     Q_DISABLE_COPY(Messages)
 
-    /// Prints as errors what was logged since the last call: each text once, on one line. Returns
-    /// whether there was any.
+    /// Prints the warnings since the last call as errors, each text once and on one line. Returns
+    /// whether there were any.
     static bool print();
 
 private:

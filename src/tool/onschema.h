@@ -6,8 +6,9 @@
 #include <functional>
 
 /**
- * Opens the information database, or the one database, and returns what `work` does, an exit
- * status. If it cannot be opened, prints why, calls nothing and returns Tool::CouldNotAsk.
+ * Opens the information database, or with "--single" the one database, and calls `work`. Returns
+ * the exit status that `work` returns. If the database cannot be opened, prints why and returns
+ * Tool::CouldNotAsk.
  */
 int onSchemas(const Invocation &invocation, const std::function<int(const Schemas &)> &work);
 

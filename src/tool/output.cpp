@@ -12,13 +12,13 @@
 namespace
 {
 
-// Colours stand in the text as code points that never stand for a character, so that a terminal's
-// own codes are known not to be ours. Foreign ones could do no more than to colour.
+// In a text, a colour is a code point that is never a character, so that escape sequences from a
+// database can be told from ours. If such a code point comes from a database, it only colours.
 constexpr ushort colourMark = 0xFDD0;
 constexpr const char *colourCodes[] = {"\033[32m", "\033[31m", "\033[33m", "\033[0m"};
 constexpr ushort endMark = colourMark + 3;
 
-/// Asked once: neither changes while the program runs. The rule of NO_COLOR: set and not empty.
+/// Evaluated once: the answer does not change. NO_COLOR counts if it is set and not empty.
 bool areColoursUsed()
 {
     static const bool used =
@@ -38,7 +38,7 @@ QString harmless(const QString &text)
     return safe;
 }
 
-// No text stream: in the C locale it would turn letters into question marks.
+/// Not by QTextStream, which in the C locale turns letters into question marks.
 void write(const QString &text, std::FILE *stream)
 {
     std::fputs(text.toUtf8().constData(), stream);
@@ -101,7 +101,7 @@ QStringList Output::table(const QVector<QStringList> &rows, const QVector<Colour
     QStringList lines;
     for (const QStringList &row : rows) {
         QString line;
-        // The last column is not padded: no line ends with blanks, and colours have no width.
+        // The last column is not padded: lines end without blanks, and its colour has no width.
         for (int col = 0; col + 1 < row.size(); ++col)
             line += row.at(col).leftJustified(widths.at(col) + 2);
         const int entry = lines.size() - 1;

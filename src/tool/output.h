@@ -8,45 +8,45 @@ class QDateTime;
 class QJsonObject;
 
 /**
- * What the commands print: UTF-8 whatever the locale, colours on a terminal alone.
+ * The commands' output: UTF-8 in every locale, with colours only on a terminal.
  *
- * Names, settings and the server's messages come out of databases that others write: a control
- * character in what is printed, a line feed too, becomes U+FFFD, so that it neither begins a line
- * of its own nor moves a terminal. Write errors are ignored.
+ * Names, settings and server messages come from databases that others write to. Control characters
+ * in them, line feeds included, are printed as U+FFFD, so that they cannot forge a line or control
+ * the terminal. Write errors are ignored.
  */
 namespace Output
 {
 
 enum class Colour { Good, Bad, Notable }; // green, red, yellow
 
-/// One line on standard output, to which the line end is added.
+/// Prints one line to standard output; the line end is added.
 void print(const QString &line);
 /// The same for several.
 void print(const QStringList &lines);
 void print(const QJsonObject &object);
-/// "autoreport: " and the line, on standard error.
+/// Prints "autoreport: " and the line to standard error.
 void error(const QString &line);
-/// A text of our own with its line feeds, such as the help, on standard error.
+/// Prints a text of our own, such as the help, to standard error. Its line feeds are kept.
 void errorHelp(const QString &text);
-/// A question on standard error, without a line end: it is seen even if the output goes into a
-/// file.
+/// Prints a question to standard error, where it is seen even if the output goes to a file.
 void ask(const QString &question);
 
-/// `text` in that colour when it is printed, where standard output is a terminal and NO_COLOR is
-/// not set.
+/// Returns `text` to be printed in that colour, or unchanged if standard output is not a terminal
+/// or NO_COLOR is set.
 QString coloured(const QString &text, Colour colour);
 
 bool isTerminal(int descriptor);
 
-/// Rows in columns two blanks apart, the first row being the headings; no blanks at line ends.
-/// `colours` holds one entry per row below the headings: that of its last column.
+/// Returns the lines of a table whose columns are two blanks apart. The first row is the headings;
+/// `colours` has an entry for each further row: the colour of its last column.
 QStringList table(const QVector<QStringList> &rows, const QVector<Colour> &colours);
 
-/// `text`, or as much of it as fits into `width` characters with an ellipsis.
+/// Returns `text`, shortened to `width` characters with an ellipsis if it is longer.
 QString shortened(const QString &text, int width);
 
-/// "2026-11-21 07:00", or "-" for an invalid moment; with seconds and time zone for `exact`.
+/// Returns "2026-11-21 07:00", or "-" for an invalid moment.
 QString moment(const QDateTime &moment);
+/// Returns "2026-11-21 07:00:00 CET", or "never" for an invalid moment.
 QString exactMoment(const QDateTime &moment);
 
 } // namespace Output

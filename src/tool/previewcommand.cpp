@@ -13,9 +13,8 @@
 namespace
 {
 
-/// What is wrong with the name of the file to be written, or an empty text. Without an extension
-/// that says the format, the operator would not know what was made.
-QString pathFault(const QString &path)
+/// Returns an error or an empty text. The extension is required because it selects the format.
+QString pathError(const QString &path)
 {
     const QFileInfo file(path);
     const QString extension = file.suffix().toLower();
@@ -31,23 +30,23 @@ int makePreview(const Invocation &invocation, const SchemaConnection &connection
     const QString path = invocation.value("out");
     const Interruption interruption;
     bool saved = false;
-    { // the bar is wiped before anything is printed
+    { // erases the bar before anything is printed
         const ReportJob job(connection.database(), invocation.date());
         saved = createReport(*invocation.kind, connection.database())->saveWorkbook(path, job.run);
     }
     const bool complained = Messages::print();
     if (saved) {
         Output::print(path);
-        // A query that failed leaves cells empty, which nobody would notice in the file.
+        // A failed query leaves cells empty, which is easily missed in the file.
         return complained ? Tool::Look : Tool::Well;
     }
-    // The engine says no more than that it could not save.
+    // The engine does not say why it could not save.
     const QFileInfo folder(QFileInfo(path).absolutePath());
     if (!folder.isDir() || !folder.isWritable())
-        Output::error(QStringLiteral("can not write into '%1': make the directory, or choose "
+        Output::error(QStringLiteral("cannot write to '%1': create the directory, or choose "
                                      "another")
                           .arg(folder.filePath()));
-    Output::error(QStringLiteral("there is no preview; '%1' is as it was").arg(path));
+    Output::error(QStringLiteral("no preview written; '%1' unchanged").arg(path));
     return Interruption::isRequested() ? Interruption::status() : Tool::Look;
 }
 
@@ -57,18 +56,18 @@ void describePreview(QCommandLineParser &parser)
 {
     OptionReader::describeLanguage(parser);
     parser.addOption({QStringLiteral("date"),
-                      QStringLiteral("As it would be on that day, YYYY-MM-DD, instead of today."),
+                      QStringLiteral("The report of that day, YYYY-MM-DD, instead of today's."),
                       QStringLiteral("date")});
     parser.addOption({QStringLiteral("out"),
-                      QStringLiteral("The file; its extension, .xlsx or .xls, says the format."),
+                      QStringLiteral("The file; its extension, .xlsx or .xls, selects the format."),
                       QStringLiteral("file")});
 }
 
 int runPreview(const Invocation &invocation)
 {
-    const QString fault = pathFault(invocation.value("out"));
-    if (!fault.isEmpty())
-        return invocation.wrong(fault);
+    const QString error = pathError(invocation.value("out"));
+    if (!error.isEmpty())
+        return invocation.wrong(error);
     if (!invocation.date().isValid())
         return invocation.wrongDate();
     return onSchema(

@@ -10,7 +10,7 @@ namespace
 {
 
 constexpr qint64 patienceMs = 1000;
-constexpr qint64 intervalMs = 100; // what eyes follow
+constexpr qint64 intervalMs = 100; // between two drawings
 constexpr int barWidth = 30;
 
 } // namespace
@@ -33,7 +33,7 @@ Progress::~Progress()
 void Progress::step()
 {
     ++done;
-    // What is done within a second needs no bar, and one drawn for every row would slow the rows.
+    // Short work needs no bar, and drawing it for every row would slow the work down.
     if (!possible || sinceStart.elapsed() < patienceMs)
         return;
     if (shown && sinceDrawn.elapsed() < intervalMs)

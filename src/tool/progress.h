@@ -4,18 +4,18 @@
 #include <QString>
 
 /**
- * A bar on standard error, for work that takes longer than a second; none where standard error is
- * no terminal. Erased by the destructor; nothing may be printed while it lives.
+ * A progress bar on standard error for work that takes longer than a second; there is none if
+ * standard error is not a terminal. The destructor erases it. Print nothing before that.
  */
 class Progress
 {
 public:
-    /// `what` is counted, "schemas" for example; with a `total` of 0 there is no bar.
-    Progress(const QString &what, int total);
+    /// `counted` names the things counted, for example "schemas". If `ofAll` is 0 there is no bar.
+    Progress(const QString &counted, int ofAll);
     ~Progress();
     Q_DISABLE_COPY(Progress)
 
-    /// One more is done; cheap enough for every row.
+    /// Counts one more as done. Cheap enough to be called for every row.
     void step();
 
 private:

@@ -9,13 +9,13 @@ std::unique_ptr<AttenReport> createReport(const ReportKind &kind, const QSqlData
     return std::unique_ptr<AttenReport>(kind.create(database, nullptr));
 }
 
-// Any moment of the day will do: a report looks at the date alone.
+/// The time of day does not matter: a report uses the date only.
 ReportJob::ReportJob(const QSqlDatabase &database, const QDate &date)
     : run(runFor({}, date.startOfDay(), CountsAsMade::Never, database))
 {
     run.isCancelled = &Interruption::isRequested;
     run.progress = [this](int rows) {
-        // How many rows there will be is known with the first.
+        // The number of rows is known with the first.
         if (!bar)
             bar = std::make_unique<Progress>(QStringLiteral("rows"), rows);
         bar->step();

@@ -11,14 +11,14 @@
 class AttenReport;
 struct ReportKind;
 
-/// Returns the report of that kind over that connection, which must outlive it.
+/// Creates the report of that kind over that connection, which must outlive it.
 std::unique_ptr<AttenReport> createReport(const ReportKind &kind, const QSqlDatabase &database);
 
 /**
- * A run of a report on an operator's demand: for any day, with a progress bar where rows take long,
- * over a connection whose loss ends it, as does an Interruption. "lastGenerated" is left alone.
+ * A run of a report on an operator's demand, for any day, with a progress bar. The loss of the
+ * connection or an Interruption ends it. Does not write "lastGenerated" by default.
  *
- * To be kept as long as `run` is used. The bar is wiped with it.
+ * Must outlive the use of `run`. The destructor erases the bar.
  */
 class ReportJob
 {

@@ -12,7 +12,7 @@
 namespace
 {
 
-/// "table atten", or "tables people, groups".
+/// Returns "table atten", or "tables people, groups".
 QString tablesOf(const QString &statement)
 {
     static const QRegularExpression pattern(QStringLiteral("\\b(?:FROM|JOIN|INTO)\\s+(\\w+)"));
@@ -26,7 +26,7 @@ QString tablesOf(const QString &statement)
 QStringList errorsOf(const QSqlDatabase &database, const QStringList &statements)
 {
     QStringList errors;
-    QSet<QString> known; // a missing table fails several statements
+    QSet<QString> known; // a missing table makes several statements fail
     for (const QString &statement : statements) {
         QSqlQuery query = freshQuery(database);
         if (query.prepare(statement))

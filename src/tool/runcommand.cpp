@@ -20,7 +20,7 @@
 namespace
 {
 
-// Not the well-formed alone: what the report itself would refuse has to be seen as not queued.
+/// Includes malformed addresses, so that the result counts them as not queued.
 Result<QStringList> chosenRecipients(const Invocation &invocation, const QSqlDatabase &database)
 {
     if (invocation.has("to"))
@@ -28,12 +28,7 @@ Result<QStringList> chosenRecipients(const Invocation &invocation, const QSqlDat
     const auto stored = StoredSettings::read(database, *invocation.kind);
     if (!stored.isOk())
         return Error{stored.error()};
-    QStringList recipients; // in the order in which the report itself mails them
-    for (const QString &one : stored.value().settings.recipients) {
-        if (!one.trimmed().isEmpty())
-            recipients.append(one.trimmed());
-    }
-    return recipients;
+    return recipientsToMail(stored.value().settings.recipients);
 }
 
 bool isAgreed(const Invocation &invocation, const QStringList &recipients)
@@ -44,12 +39,12 @@ bool isAgreed(const Invocation &invocation, const QStringList &recipients)
                     .arg(QLatin1String(invocation.kind->word), invocation.token,
                          invocation.date().toString(Qt::ISODate),
                          recipients.join(QStringLiteral(", "))));
-    char answer[8] = {}; // the end of the input is a no
+    char answer[8] = {}; // end of input means no
     return std::fgets(answer, sizeof answer, stdin) && (answer[0] == 'y' || answer[0] == 'Y');
 }
 
-/// The number of mails in the queue. The workbook goes to a folder of its own: one in the hosts'
-/// temporary directory that belongs to the operator could not be replaced by a host.
+/// Returns the number of mails queued. The workbook gets a folder of its own: in the temporary
+/// directory, a host could not replace the operator's file.
 int queue(const Invocation &invocation, const QSqlDatabase &database, const QStringList &recipients,
           qulonglong connectionId)
 {
@@ -73,7 +68,7 @@ int makeRun(const Invocation &invocation, const QSqlDatabase &database)
     }
     const QStringList &recipients = chosen.value();
     if (recipients.isEmpty()) {
-        Output::error(QStringLiteral("the report has no recipients: give --to, or see autoreport "
+        Output::error(QStringLiteral("the report has no recipients: use --to, or see autoreport "
                                      "set --help"));
         return Tool::Look;
     }
@@ -81,14 +76,14 @@ int makeRun(const Invocation &invocation, const QSqlDatabase &database)
         Output::error(QStringLiteral("nothing was queued"));
         return Tool::Look;
     }
-    // Not before the answer: a host that is due would skip its tick while people think.
+    // Only after the answer: with the lock taken, a host would skip its tick.
     ReportLock lock(database, invocation.kind->className);
     if (!lock.acquire()) {
-        Output::error(QStringLiteral("a host is making this report right now, nothing was queued: "
+        Output::error(QStringLiteral("a host is making this report right now; nothing was queued: "
                                      "see autoreport status in a minute"));
         return Tool::Look;
     }
-    // Nor this: at the question, an interruption is an answer.
+    // Only after the answer, too: Ctrl-C at the question ends the program.
     const Interruption interruption;
     const int queued = queue(invocation, database, recipients, lock.connectionId());
     lock.release();
@@ -103,18 +98,20 @@ int makeRun(const Invocation &invocation, const QSqlDatabase &database)
     return queued == recipients.size() && !complained ? Tool::Well : Tool::Look;
 }
 
-/// What is wrong with the command's own options, or an empty text.
-QString optionFault(const Invocation &invocation)
+/// Returns an error in the command's own options, or an empty text.
+QString optionError(const Invocation &invocation)
 {
     if (invocation.has("to") && !ZAS::validEmail(invocation.value("to").trimmed()))
         return QStringLiteral("--to must be one mail address, not '%1'")
             .arg(invocation.value("to"));
-    // Marked is the day on which it is queued; another day's report would stand for today's.
+    // Another day's report would count as today's.
     if (invocation.has("mark") && invocation.date() != QDate::currentDate())
-        return QStringLiteral("--mark is for the report of today: it stands for today's run");
+        return QStringLiteral(
+            "--mark is for today's report only: it makes the run count as today's");
     if (!invocation.has("to") && !invocation.has("yes") && !Output::isTerminal(STDIN_FILENO))
-        return QStringLiteral("without a terminal to ask on, give --yes to mail all recipients or "
-                              "--to for one");
+        return QStringLiteral(
+            "cannot ask without a terminal: give --yes to mail all recipients, or "
+            "--to for one");
     return {};
 }
 
@@ -127,21 +124,21 @@ void describeRun(QCommandLineParser &parser)
                       QStringLiteral("The report of that day, YYYY-MM-DD, instead of today's."),
                       QStringLiteral("date")});
     parser.addOption({QStringLiteral("to"),
-                      QStringLiteral("For this address instead of the report's recipients."),
+                      QStringLiteral("Mail this address instead of the report's recipients."),
                       QStringLiteral("address")});
     parser.addOption({QStringLiteral("mark"),
-                      QStringLiteral("Let it count as today's run: lastGenerated is written.")});
+                      QStringLiteral("Make it count as today's run: writes lastGenerated.")});
     parser.addOption(
-        {QStringLiteral("yes"), QStringLiteral("Do not ask before all recipients are mailed to.")});
+        {QStringLiteral("yes"), QStringLiteral("Mail all recipients without asking.")});
 }
 
 int runRun(const Invocation &invocation)
 {
     if (!invocation.date().isValid())
         return invocation.wrongDate();
-    const QString fault = optionFault(invocation);
-    if (!fault.isEmpty())
-        return invocation.wrong(fault);
+    const QString error = optionError(invocation);
+    if (!error.isEmpty())
+        return invocation.wrong(error);
     return onSchema(invocation, SchemaConnection::Access::ReadWrite,
                     SchemaConnection::Statements::Long, [&](const SchemaConnection &connection) {
                         return makeRun(invocation, connection.database());

@@ -15,7 +15,7 @@ using Row = QVector<QVariant>;
 
 constexpr qint64 attachmentBytes = 16777215; // a MEDIUMBLOB; a BLOB would cut off every workbook
 
-/// No rows where the statement fails.
+/// Returns no rows if the statement fails.
 QVector<Row> rowsOf(const QSqlDatabase &database, const QString &statement, int columns)
 {
     QVector<Row> rows;
@@ -30,7 +30,7 @@ QVector<Row> rowsOf(const QSqlDatabase &database, const QString &statement, int 
     return rows;
 }
 
-// Both reports read some of the same tables; what is missing is one finding.
+/// Reports an error once even if both reports have it.
 void checkTables(const QSqlDatabase &database, const QVector<const ReportKind *> &enabled,
                  Findings &findings)
 {
@@ -41,7 +41,7 @@ void checkTables(const QSqlDatabase &database, const QVector<const ReportKind *>
     for (const QString &error : qAsConst(errors))
         findings.problem(error, QStringLiteral("bring the schema up to the product's version, or "
                                                "grant SELECT on it"));
-    // With a column missing, it is the missing column that has to be mended.
+    // Missing columns have to be added before rights matter.
     if (!errors.isEmpty())
         return;
     for (const QString &error : Requirements::unwritable(database))
@@ -49,7 +49,7 @@ void checkTables(const QSqlDatabase &database, const QVector<const ReportKind *>
                          QStringLiteral("grant INSERT and UPDATE on vars, INSERT on emails"));
 }
 
-/// What "all mails and lastGenerated, or nothing" and "once a day" rest on.
+/// Checks what "all mails and lastGenerated, or nothing" and "once a day" depend on.
 void checkStorage(const QSqlDatabase &database, Findings &findings)
 {
     const auto engines =
@@ -59,12 +59,13 @@ void checkStorage(const QSqlDatabase &database, Findings &findings)
                               "engine != 'InnoDB'"),
                2);
     for (const Row &row : engines)
-        findings.problem(QStringLiteral("table %1 is kept by %2, without transactions: mails and "
-                                        "lastGenerated could get out of step")
-                             .arg(row.at(0).toString(), row.at(1).toString()),
-                         QStringLiteral("ALTER TABLE %1 ENGINE=InnoDB").arg(row.at(0).toString()));
+        findings.problem(
+            QStringLiteral("table %1 uses the engine %2, without transactions: mails and "
+                           "lastGenerated could get out of step")
+                .arg(row.at(0).toString(), row.at(1).toString()),
+            QStringLiteral("ALTER TABLE %1 ENGINE=InnoDB").arg(row.at(0).toString()));
 
-    // A key over several columns lets the same name in twice.
+    // A key over several columns allows a name twice.
     const auto keys = rowsOf(
         database,
         QStringLiteral("SELECT index_name FROM information_schema.statistics WHERE table_schema = "
@@ -73,11 +74,11 @@ void checkStorage(const QSqlDatabase &database, Findings &findings)
         1);
     if (keys.isEmpty())
         findings.problem(QStringLiteral("vars.name is not unique: each report adds a row "
-                                        "lastGenerated, and goes out again with every tick"),
+                                        "lastGenerated, and goes out again every minute"),
                          QStringLiteral("ALTER TABLE vars ADD UNIQUE KEY (name)"));
 }
 
-/// That what is written comes back: letters as they are, attachments in full.
+/// Checks that the columns can hold all characters and whole attachments.
 void checkColumns(const QSqlDatabase &database, Findings &findings)
 {
     const auto columns = rowsOf(
@@ -106,10 +107,10 @@ void checkColumns(const QSqlDatabase &database, Findings &findings)
                          QStringLiteral("ALTER TABLE emails MODIFY data LONGBLOB"));
 }
 
-/// That what is queued can leave, and what will be queued is taken.
+/// Checks that queued mails can be fetched, and that new ones have a sender.
 void checkMails(const QSqlDatabase &database, Findings &findings)
 {
-    // The sender fetches a mail in one piece, and a restored dump writes it with escapes: twice.
+    // The sender fetches a mail in one packet; escaped in a dump, it takes up to twice the size.
     const auto sizes = rowsOf(database,
                               QStringLiteral("SELECT MAX(LENGTH(data)), @@max_allowed_packet FROM "
                                              "emails WHERE status = 'Q'"),
@@ -120,16 +121,16 @@ void checkMails(const QSqlDatabase &database, Findings &findings)
                              .arg(sizes.at(0).at(0).toString(), sizes.at(0).at(1).toString()),
                          QStringLiteral("set max_allowed_packet to at least twice the mail"));
 
-    // Missing is fine, the program has a default; empty is not, no mail is queued then.
+    // A missing one has a default. With an empty one, no mail is queued.
     const auto read = VarsTable(database).value(QStringLiteral("globalEmail"));
     const QVariant sender = read.isOk() ? read.value().value_or(QVariant()) : QVariant();
     if (sender.isValid() && !ZAS::validEmail(sender.toString()))
-        findings.problem(QStringLiteral("the sender, globalEmail, is no mail address: '%1'")
+        findings.problem(QStringLiteral("the sender, globalEmail, is not a mail address: '%1'")
                              .arg(sender.toString()),
                          QStringLiteral("correct globalEmail in the table vars, or delete it"));
 }
 
-/// An account without the right PROCESS sees its own connections, which are those of the hosts.
+/// Without the privilege PROCESS, an account sees its own connections: those of the hosts.
 void checkHosts(const QSqlDatabase &database, Findings &findings)
 {
     const auto machines =
@@ -165,7 +166,7 @@ SchemaCheck checkSchema(const Schemas &schemas, const QString &token)
     QVector<const ReportKind *> enabled;
     for (const ReportKind *kind : reportKinds()) {
         const auto stored = StoredSettings::read(database, *kind);
-        // Without its settings nobody knows what else the schema needs.
+        // Without the settings it is unknown what else the schema needs.
         if (!stored.isOk()) {
             findings.problem(stored.error(),
                              QStringLiteral("bring the schema up to the product's version, or "
@@ -175,7 +176,7 @@ SchemaCheck checkSchema(const Schemas &schemas, const QString &token)
         if (stored.value().settings.enabled)
             enabled.append(kind);
     }
-    // A customer without reports may well lack what they need.
+    // A customer without reports does not need these.
     if (!enabled.isEmpty()) {
         checkTables(database, enabled, findings);
         checkStorage(database, findings);
@@ -183,7 +184,7 @@ SchemaCheck checkSchema(const Schemas &schemas, const QString &token)
         checkMails(database, findings);
         checkHosts(database, findings);
     }
-    // Each of them takes a statement that fails for one that finds nothing.
+    // A check cannot tell a failed statement from one without rows.
     const bool isComplete = freshQuery(database).exec(QStringLiteral("DO 0"));
     if (!isComplete)
         findings.problem(QStringLiteral("the connection was lost, or an answer took too long"),

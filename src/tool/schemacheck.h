@@ -3,15 +3,16 @@
 #include "tool/finding.h"
 #include "tool/schemas.h"
 
+/// The result of checkSchema().
 struct SchemaCheck {
     QVector<Finding> findings;
-    bool isEnabled = false;  ///< it has a report that is switched on
-    bool isComplete = false; ///< else it could not be asked to the end, which is a finding too
+    bool isEnabled = false;  ///< whether the schema has an enabled report
+    bool isComplete = false; ///< otherwise the connection was lost, which is a finding too
 };
 
 /**
- * What one schema must have for the reports that are switched on in it. Nothing is written, and of
- * the data only the settings and the queue's sizes are read.
+ * Checks whether a schema has what its enabled reports need. Writes nothing, and of the data reads
+ * only the settings and the sizes of queued mails.
  *
  * A schema that cannot be reached is a finding like any other. The connection is closed at the end;
  * `schemas` must be open.

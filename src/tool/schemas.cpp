@@ -1,16 +1,16 @@
 #include "tool/schemas.h"
 
 #include "common/freshquery.h"
+#include "db/connectiondefaults.h"
 #include "db/schemaregistry.h"
 #include "tool/silencewatch.h"
 
 namespace
 {
 
-// The names of the connections; with the first, a database counts as the information database.
 QString masterName()
 {
-    return QStringLiteral("KVH.InfoDB");
+    return informationConnection;
 }
 
 QString schemaName()
@@ -18,14 +18,13 @@ QString schemaName()
     return QStringLiteral("AutoReport.tool");
 }
 
-/// The registry pastes tokens into its statements; one with a quotation mark would be another
-/// statement.
+/// The registry does not escape tokens: one with a quotation mark would change the statement.
 bool isPlain(const QString &token)
 {
     return !token.contains(QLatin1Char('\'')) && !token.contains(QLatin1Char('\\'));
 }
 
-/// Without a name the client library would log in as the account that runs this program.
+/// Without a user, the client library would log in as the account that runs this program.
 bool isComplete(const ConnectionOptions &row)
 {
     return !row.databaseName.isEmpty() && !row.user.isEmpty() && !row.password.isEmpty();
@@ -51,12 +50,12 @@ std::optional<Error> Schemas::open() const
         return Error{ConnectionOptions::openError(db)};
     if (options.single)
         return std::nullopt;
-    // Now, so that a wrong database is one sentence and not an error per schema.
+    // Checked now, so that a wrong database is one error and not one per schema.
     const auto error = SchemaRegistry(db).check();
     if (!error)
         return std::nullopt;
     return Error{QStringLiteral("the database '%1' is not an information database: %2; with "
-                                "--single it is taken as the one schema")
+                                "--single it is served as the one schema")
                      .arg(db.databaseName(), error->text.simplified())};
 }
 
@@ -79,7 +78,7 @@ Result<QStringList> Schemas::tokens() const
 
 Result<std::optional<ConnectionOptions>> Schemas::find(const QString &token) const
 {
-    if (options.single) // for any other token the wrong database would answer
+    if (options.single) // no other token may lead to this database
         return token == options.databaseName ? std::optional(options) : std::nullopt;
     if (!isPlain(token))
         return std::optional<ConnectionOptions>();
@@ -117,7 +116,7 @@ SchemaConnection::SchemaConnection(const Schemas &schemas, const QString &token,
     open(options, access);
 }
 
-// Not through a manager, which reconnects and keeps the connections that it made.
+/// Does not use DBManager, which reconnects and keeps its connections.
 void SchemaConnection::open(const ConnectionOptions &options, Access access)
 {
     QSqlDatabase db = options.addDatabase(schemaName(), ConnectionOptions::OnLoss::Fail);
@@ -127,8 +126,8 @@ void SchemaConnection::open(const ConnectionOptions &options, Access access)
     }
     if (options.waitsForAnswers)
         watch = std::make_unique<SilenceWatch>(db, options);
-    // Against our own mistakes: these commands must not write. It holds as long as the connection,
-    // which is never replaced by another.
+    // Guards against our own mistakes: these commands must not write. It lasts as long as the
+    // connection, which never reconnects.
     if (access == Access::ReadOnly &&
         !freshQuery(db).exec(QStringLiteral("SET SESSION TRANSACTION READ ONLY")))
         error = QStringLiteral("the server cannot hold the connection read-only");

@@ -13,32 +13,32 @@
 class SilenceWatch;
 
 /**
- * The schemas that a host would serve, as the information database lists them; with "--single"
- * the one database, under its own name.
+ * The schemas that a host would serve: those that the information database lists or, with
+ * "--single", the one database, whose name is its token.
  *
- * It keeps one connection, which it removes in its destructor: one object at a time.
+ * Owns one connection, which the destructor removes. One object at a time.
  */
 class Schemas
 {
 public:
-    explicit Schemas(const ConnectionOptions &options);
+    explicit Schemas(const ConnectionOptions &connectionOptions);
     ~Schemas();
     Q_DISABLE_COPY(Schemas)
 
-    /// To be called first. Returns why the schemas cannot be asked for, if so.
+    /// Opens the connection; call it first. Returns the error, if any.
     std::optional<Error> open() const;
 
     /// Returns the tokens of all active schemas, in a stable order.
     Result<QStringList> tokens() const;
 
-    /// Returns how to connect to that schema, with the account and the password of its row; nothing
-    /// when there is no such active schema.
+    /// Returns how to connect to that schema, with the account and password of its row, or nothing
+    /// if there is no such active schema.
     Result<std::optional<ConnectionOptions>> find(const QString &token) const;
 
-    /// Whether the server still answers, within the limit of time.
+    /// Returns whether the server still answers within the time limit.
     bool isAnswering() const;
 
-    /// The information database's connection, or the one database's.
+    /// Returns the connection to the information database or to the one database.
     QSqlDatabase master() const;
 
 private:
@@ -46,19 +46,19 @@ private:
 };
 
 /**
- * A connection to one schema, closed and removed with the object: however many schemas there are,
- * no more than two connections are open at a time.
+ * A connection to one schema, which the destructor closes and removes: however many schemas there
+ * are, at most two connections are open at a time.
  *
- * One object at a time, and no query may outlive it. The connection does not come back by itself.
+ * One object at a time, and no query may outlive it. The connection never reconnects.
  */
 class SchemaConnection
 {
 public:
-    /// ReadOnly is enforced by the server, for as long as the connection lasts.
+    /// The server enforces ReadOnly for as long as the connection lasts.
     enum class Access { ReadOnly, ReadWrite };
 
-    /// Short statements must be answered within the limit of time. Long ones are waited for as long
-    /// as the server answers others.
+    /// Short statements must be answered within the time limit. Long ones may take any time while
+    /// the server still greets new connections.
     enum class Statements { Short, Long };
 
     SchemaConnection(const Schemas &schemas, const QString &token, Access access,
@@ -69,10 +69,10 @@ public:
     QSqlDatabase database() const;
 
     QString databaseName;
-    QString error; ///< why there is no connection, with what to do about it; empty when it is open
+    QString error; ///< why the connection is not open, and what to do about it; empty if it is
 
 private:
     void open(const ConnectionOptions &options, Access access);
 
-    std::unique_ptr<SilenceWatch> watch; ///< of long statements
+    std::unique_ptr<SilenceWatch> watch; ///< null for short statements
 };

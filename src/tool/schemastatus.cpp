@@ -9,10 +9,10 @@ namespace
 {
 
 constexpr qint64 graceSeconds = 4200; // a scan an hour, a tick a minute, and the report itself
-constexpr qint64 clockToleranceSeconds = 300; // hosts whose clocks differ a little are no fault
+constexpr qint64 clockToleranceSeconds = 300; // for hosts with slightly different clocks
 constexpr qint64 queuePatienceSeconds = 3600; // senders work in minutes
 
-/// The first reason counts: the most urgent is looked for first.
+/// Sets the reason unless there is one: callers look for the most urgent first.
 void say(ReportStatus &status, const char *reason, const QString &detail)
 {
     if (!status.reason.isEmpty())
@@ -21,21 +21,20 @@ void say(ReportStatus &status, const char *reason, const QString &detail)
     status.detail = detail;
 }
 
-/// Whether a moment at which the report should have gone out is over, with time to spare.
+/// Returns whether the report should have gone out by now, with some grace.
 bool isOverdue(const ReportSettings &settings, const QDateTime &now)
 {
     QDate day = now.date();
     if (scheduledMoment(day, settings.time).secsTo(now) < graceSeconds)
         day = day.addDays(-1);
-    // Never generated: nobody knows since when it is switched on, so that only today counts.
+    // It may have been enabled only today.
     if (settings.lastGenerated == 0 && day != now.date())
         return false;
     const QDateTime scheduled = scheduledMoment(day, settings.time);
     return scheduleVerdict(settings, scheduled) == ScheduleVerdict::Due;
 }
 
-// In the order in which an operator mends them: what keeps every report from going out first, what
-// is only seen by its absence last.
+/// Most urgent first: what keeps every report from going out, and at the end what is only late.
 void judgeSettings(ReportStatus &status, const QDateTime &now)
 {
     const ReportSettings &settings = status.stored.settings;
@@ -50,24 +49,25 @@ void judgeSettings(ReportStatus &status, const QDateTime &now)
             QStringLiteral("nobody would get it: autoreport set ... --emails"));
     if (!recipients.malformed.isEmpty())
         say(status, "recipients",
-            QStringLiteral("no mail address: %1; autoreport set ... --emails")
+            QStringLiteral("not a mail address: %1; autoreport set ... --emails")
                 .arg(recipients.malformed.join(QStringLiteral(", "))));
     const QString time = status.stored.text("time");
     if (!settings.time.isValid() && !time.isEmpty())
         say(status, "time",
-            QStringLiteral("'%1' is no time of day, the report goes out at midnight: autoreport "
-                           "set ... --time")
+            QStringLiteral("'%1' is not a time of day, the report goes out at midnight: "
+                           "autoreport set ... --time")
                 .arg(time));
     if (settings.lastGenerated > now.toSecsSinceEpoch() + clockToleranceSeconds)
         say(status, "future",
-            QStringLiteral("it was last generated in the future; a clock was wrong: put "
-                           "lastGenerated right in the table vars"));
+            QStringLiteral(
+                "lastGenerated is in the future because a clock was wrong: correct it in "
+                "the table vars"));
     if (isOverdue(settings, now))
         say(status, "overdue",
             QStringLiteral("it should have gone out: see that autoreport serve runs, and its log"));
 }
 
-/// The mails that wait, by the server's clock, which also stamped them. Returns the error, if any.
+/// Counts the waiting mails; ages are by the server's clock, which stamped them. Returns the error.
 QStringList readQueue(ReportStatus &status, const QSqlDatabase &database)
 {
     QSqlQuery query = freshQuery(database);
@@ -93,7 +93,7 @@ void judge(ReportStatus &status, const QSqlDatabase &database, const QDateTime &
                 QStringLiteral("%1: autoreport check").arg(errors.join(QStringLiteral("; "))));
         judgeSettings(status, now);
     }
-    // But what was queued, by hand or before the reports were disabled, was promised to people.
+    // Even with reports disabled, a mail that is queued must go out.
     if (status.queued > 0 && status.oldestSeconds > queuePatienceSeconds)
         say(status, "queue",
             QStringLiteral("mails have been waiting for over an hour: see that the product's "
@@ -128,11 +128,8 @@ Result<StoredSettings> StoredSettings::read(const QSqlDatabase &database, const 
 
 Recipients::Recipients(const QStringList &written)
 {
-    for (const QString &entry : written) {
-        const QString address = entry.trimmed();
-        if (!address.isEmpty())
-            (ZAS::validEmail(address) ? wellFormed : malformed).append(address);
-    }
+    for (const QString &address : recipientsToMail(written))
+        (ZAS::validEmail(address) ? wellFormed : malformed).append(address);
 }
 
 QVector<ReportStatus> readStatus(const Schemas &schemas, const QString &token, const QDateTime &now)

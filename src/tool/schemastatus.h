@@ -9,20 +9,20 @@
 #include <QStringList>
 #include <QVector>
 
-/// A report's settings as they stand in the table `vars`, and as the schedule reads them.
+/// A report's settings: the texts in the table `vars`, and the values that the schedule reads.
 struct StoredSettings {
     QMap<QString, QVariant> values; ///< by key, without the prefix
     ReportSettings settings;
 
     static Result<StoredSettings> read(const QSqlDatabase &database, const ReportKind &kind);
 
-    /// As it was written, empty where it was not.
+    /// Returns the text of that setting, or an empty one if it is not set.
     QString text(const char *key) const { return values.value(QLatin1String(key)).toString(); }
-    /// Whether the scan of a host takes the schema up: it asks for exactly 1.
+    /// Returns whether a host's scan finds the schema by it: the text must be exactly 1.
     bool isFoundByScan() const { return text("enabled").toInt() == 1; }
 };
 
-/// Recipients as they are mailed to: trimmed, blank ones left out, in the order of the setting.
+/// The recipients that are mailed to, in the order of the setting.
 struct Recipients {
     explicit Recipients(const QStringList &written);
 
@@ -31,22 +31,22 @@ struct Recipients {
 };
 
 /**
- * How one report of one schema is doing, at the moment for which it was asked. Moments are in local
- * time, which is what the schedule goes by.
+ * The status of one report of one schema at a given moment. Moments are in local time, as in the
+ * schedule.
  */
 struct ReportStatus {
     QString token;
     QString databaseName;
-    const ReportKind *kind = nullptr; ///< null: the schema as a whole could not be asked
+    const ReportKind *kind = nullptr; ///< null: the schema could not be read at all
     StoredSettings stored;
-    QDateTime next;           ///< next due; invalid when it never will be
-    int queued = 0;           ///< mails of the whole schema that wait for the sender
+    QDateTime next;           ///< when it is due next; invalid if never
+    int queued = 0;           ///< mails waiting for the sender, of the whole schema
     qint64 oldestSeconds = 0; ///< age of the oldest of them, by the server's clock
-    QString reason;           ///< one word; empty while all is well
+    QString reason;           ///< one word; empty if all is well
     QString detail;           ///< a sentence, and what to do
 };
 
-/// Returns both reports of a schema, daily first, or one record that says why it could not be
-/// asked. Nothing is written; the connection is closed at the end.
+/// Returns the status of both reports, daily first, or one record that says why the schema could
+/// not be read. Writes nothing; the connection is closed at the end.
 QVector<ReportStatus> readStatus(const Schemas &schemas, const QString &token,
                                  const QDateTime &now);

@@ -14,13 +14,13 @@
 namespace
 {
 
-constexpr qint64 clockToleranceSeconds = 5; // more than NTP leaves, and a slow answer costs
-constexpr int connectionsToSpare = 20;      // for the product, its people and an operator
-constexpr int connectionsOfScan = 400;      // in 0.2 s, each with several round trips
+constexpr qint64 clockToleranceSeconds = 5; // more than NTP and a slow answer cause
+constexpr int connectionsToSpare = 20;      // for the product's users and an operator
+constexpr int connectionsOfScan = 400;      // opened within a slice of 0.2 s
 constexpr quint64 bytesPerMiB = 1048576;
 constexpr quint64 spaceWantedMiB = 512;
 
-/// Nothing where the statement fails.
+/// Returns an invalid value if the statement fails.
 QVariant valueOf(const QSqlDatabase &database, const char *statement)
 {
     QSqlQuery query = freshQuery(database);
@@ -29,7 +29,7 @@ QVariant valueOf(const QSqlDatabase &database, const char *statement)
 
 void checkWords(const QSqlDatabase &master, Findings &findings)
 {
-    // Tried out: version numbers of the two families say little.
+    // Tried out, because MariaDB and MySQL number their versions differently.
     if (valueOf(master, "SELECT 1 AS groups").isValid())
         return;
     findings.problem(
@@ -50,7 +50,7 @@ void checkClock(const QSqlDatabase &master, Findings &findings)
                                                                     : QStringLiteral("behind")),
                          QStringLiteral("keep both clocks right, with NTP for example"));
     const QVariant offset = valueOf(master, "SELECT TIMESTAMPDIFF(SECOND, UTC_TIMESTAMP(), NOW())");
-    // No problem in itself: the server keeps moments as Unix seconds.
+    // Only a notice: the tables hold Unix seconds.
     if (offset.isValid() && offset.toInt() != now.offsetFromUtc())
         findings.notice(QStringLiteral("its time zone is %1 min off UTC, this machine's %2 min")
                             .arg(QString::number(offset.toInt() / 60),
@@ -76,13 +76,12 @@ QString cipherOf(const QSqlDatabase &master)
     return ran && query.next() ? query.value(1).toString() : QString();
 }
 
-// A host that runs out of connections serves some schemas and not others, by chance.
+/// A host without enough connections would serve a random part of the schemas.
 QVector<Finding> checkConnections(const QSqlDatabase &master, int schemas, int enabled)
 {
     Findings findings(QStringLiteral("server"));
     const int limit = valueOf(master, "SELECT @@max_connections").toInt();
-    // The information database, the scan's until its slice is over, each worker's, and one in
-    // passing.
+    // The information database, a slice of the scan, each worker, and a short-lived one.
     const int needed = 2 + std::min(schemas, connectionsOfScan) + enabled;
     if (needed + connectionsToSpare > limit)
         findings.problem(QStringLiteral("max_connections is %1; a host takes up to %2 for %3 "
@@ -99,19 +98,19 @@ QVector<Finding> checkTemporaryDirectory()
 {
     Findings findings(QStringLiteral("host"));
     const QString path = QDir::tempPath();
-    if (path.isEmpty()) { // that is what Qt makes of one that is missing
+    if (path.isEmpty()) { // Qt's result if it does not exist
         findings.problem(QStringLiteral("the temporary directory '%1' does not exist")
                              .arg(qEnvironmentVariable("TMPDIR")),
-                         QStringLiteral("make it, or point TMPDIR elsewhere"));
+                         QStringLiteral("create it, or point TMPDIR elsewhere"));
         return findings.list;
     }
-    // Rights alone do not tell: a full or read-only disk refuses as well.
+    // Permissions do not suffice: the file system may be full or read-only.
     QTemporaryFile file(path + QStringLiteral("/autoreport-check-XXXXXX"));
     if (!file.open())
-        findings.problem(QStringLiteral("can not write into the temporary directory '%1': %2")
+        findings.problem(QStringLiteral("cannot write to the temporary directory '%1': %2")
                              .arg(path, file.errorString()),
                          QStringLiteral("make it writable, or point TMPDIR elsewhere"));
-    // Qt's own answer goes by the table of mounts, which knows little in a chroot or a container.
+    // Not by QStorageInfo, which needs the table of mounts: it may be missing in a container.
     struct statvfs room = {};
     if (::statvfs(QFile::encodeName(path).constData(), &room) != 0)
         return findings.list;

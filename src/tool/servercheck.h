@@ -4,18 +4,18 @@
 
 #include <QSqlDatabase>
 
-// Statements that fail find nothing: which rights an account has is the schemas' matter. `master`
-// is open and stays so.
+// A statement that fails is no finding: privileges are checked per schema. `master` must be open.
 
-/// What the server must have apart from any schema, its clock against this machine's included.
+/// Checks the server apart from any schema: reserved words, and its clock against this machine's.
 QVector<Finding> checkServer(const QSqlDatabase &master);
 
-/// Whether a host gets all its connections: for `schemas` served, `enabled` of them with a report.
-/// Returns the cipher that the connection is encrypted with, empty if it is not encrypted.
+/// Returns the cipher of the connection; empty if it is not encrypted.
 QString cipherOf(const QSqlDatabase &master);
 
+/// Checks whether the server allows all connections of a host that serves `schemas`, of which
+/// `enabled` have a report.
 QVector<Finding> checkConnections(const QSqlDatabase &master, int schemas, int enabled);
 
-/// Whether the temporary directory of this process, by TMPDIR, takes workbooks. A file is made in
-/// it for a moment.
+/// Checks whether this process can write workbooks to the temporary directory, TMPDIR. Creates a
+/// file in it for a moment.
 QVector<Finding> checkTemporaryDirectory();

@@ -12,13 +12,13 @@
 namespace
 {
 
-// The format of the daily report is a setting of all of the product's exports.
+/// The daily report shares this setting with all of the product's exports.
 QString formatKey()
 {
     return QStringLiteral("exportUseXLSX");
 }
 
-/// Collects what the command line asks for; the first error is kept.
+/// The changes that the command line asks for; keeps the first error.
 class Changes
 {
 public:
@@ -50,19 +50,19 @@ private:
     {
         if (!invocation.has("emails"))
             return;
-        // An empty list is a wish too: nobody gets the report any more.
+        // An empty list is allowed: nobody gets the report any more.
         QStringList addresses;
         const QStringList parts =
             invocation.value("emails").split(QLatin1Char(','), Qt::SkipEmptyParts);
         for (const QString &part : parts) {
             if (!ZAS::validEmail(part.trimmed()))
-                fail(QStringLiteral("'%1' is no mail address").arg(part.trimmed()));
+                fail(QStringLiteral("'%1' is not a mail address").arg(part.trimmed()));
             addresses.append(part.trimmed()); // as they are mailed to
         }
         set("emails", addresses.join(QLatin1Char(',')));
     }
 
-    // Stricter than the report, which takes what it cannot read for midnight.
+    /// Stricter than the report, which reads an invalid time as midnight.
     void readTime()
     {
         if (!invocation.has("time"))
@@ -88,22 +88,22 @@ private:
                       format == QLatin1String("xlsx") ? QStringLiteral("1") : QStringLiteral("0"));
     }
 
-    /// A setting of this report; the rest belongs to the whole schema.
+    /// Sets a key of this report; other keys belong to the whole schema.
     void set(const char *key, const QString &value)
     {
         values.insert(invocation.kind->key(key), value);
     }
 
-    void fail(const QString &text)
+    void fail(const QString &message)
     {
         if (error.isEmpty())
-            error = text;
+            error = message;
     }
 
     const Invocation &invocation;
 };
 
-/// Stores all of it or nothing, where the table knows transactions. Returns the errors.
+/// Stores all values or, if the table has transactions, none. Returns the errors.
 QStringList store(const SchemaConnection &connection, const VarsTable::Values &values)
 {
     QSqlDatabase database = connection.database();
@@ -118,19 +118,18 @@ QStringList store(const SchemaConnection &connection, const VarsTable::Values &v
 
 int applyChanges(const SchemaConnection &connection, const VarsTable::Values &values)
 {
-    // Read first: a table that cannot be read will not be written to either.
+    // Read first: a table that cannot be read is not written to.
     const auto before = VarsTable(connection.database()).values(values.keys());
     const QStringList errors =
         before.isOk() ? store(connection, values) : QStringList(before.error().simplified());
     for (const QString &error : errors)
         Output::error(error);
     if (!errors.isEmpty()) {
-        Output::error(QStringLiteral("nothing was set in the database '%1': autoreport check says "
-                                     "what it lacks")
+        Output::error(QStringLiteral("nothing was set in the database '%1': see autoreport check")
                           .arg(connection.databaseName));
         return Tool::Look;
     }
-    // What was there before is the way back from a slip.
+    // With the previous values, a slip can be undone.
     for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {
         const QString old =
             before.value().contains(entry.key())
@@ -151,7 +150,7 @@ void describeSet(QCommandLineParser &parser)
     };
     parser.addOption({QStringLiteral("enable"), QStringLiteral("Switch the report on.")});
     parser.addOption({QStringLiteral("disable"), QStringLiteral("Switch it off.")});
-    add("emails", "Its recipients, separated by commas.", "list");
+    add("emails", "The report's recipients, separated by commas.", "list");
     add("time", "Local time of day, HH:MM, from which it is due.", "time");
     add("format",
         "xlsx or xls; for the daily report, and for the product's own exports of the schema.",

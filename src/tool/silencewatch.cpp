@@ -6,10 +6,10 @@
 namespace
 {
 
-// The client library's own errors begin here; those below, a full server for example, are answers.
+// Errors of the client library start here. Lower numbers come from the server, which thus answers.
 constexpr int firstClientError = 2000;
 
-/// A connection for each question: none is kept from the hosts in between.
+/// Connects anew each time, so that no connection is occupied in between.
 bool isAnswering(ConnectionOptions options)
 {
     const QString name = QStringLiteral("AutoReport.tool.watch");

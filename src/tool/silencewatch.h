@@ -10,13 +10,13 @@
 class QThread;
 
 /**
- * Ends the waiting on a connection once its server answers nobody.
+ * Shuts a connection down once its server no longer answers.
  *
- * A report's statement may take long, so that its connection waits without a limit. Instead a
- * thread connects to the server every `timeoutSeconds`; when the server does not greet within as
- * many seconds, the watched connection is shut down and its statement fails.
+ * A report's statement may take long, so its connection waits without a limit. Instead, a thread
+ * connects to the server every `timeoutSeconds`. If the server does not greet within as many
+ * seconds, the thread shuts the watched connection down, and its statement fails.
  *
- * Made and destroyed on the thread of the connection, which must be open and stay so. The
+ * Construct and destroy it on the thread of the connection, which must be open throughout. The
  * destructor waits for a connection attempt under way.
  */
 class SilenceWatch

@@ -15,7 +15,7 @@ namespace
 
 struct Found {
     QVector<ReportStatus> reports;
-    bool isComplete = true; ///< else the server fell silent
+    bool isComplete = true; ///< otherwise the server stopped answering
 };
 
 bool isWell(const QVector<ReportStatus> &reports)
@@ -24,7 +24,7 @@ bool isWell(const QVector<ReportStatus> &reports)
                        [](const ReportStatus &one) { return one.reason.isEmpty(); });
 }
 
-// One after another: thousands of connections at once would leave none to the hosts.
+/// Reads them one after another: thousands of connections at once would leave none for the hosts.
 Found readAll(const Schemas &schemas, const QStringList &tokens, const QDateTime &now)
 {
     Found found;
@@ -32,7 +32,7 @@ Found readAll(const Schemas &schemas, const QStringList &tokens, const QDateTime
     for (const QString &token : tokens) {
         const auto reports = readStatus(schemas, token, now);
         found.reports += reports;
-        // They all live on one server: waiting for each of the others would take hours.
+        // All schemas are on this server: a timeout for each could take hours.
         if (!isWell(reports) && !schemas.isAnswering()) {
             found.isComplete = false;
             break;
@@ -53,13 +53,13 @@ void printJson(const QVector<ReportStatus> &reports, const QDateTime &now, int s
     Output::print(object);
 }
 
-/// Returns the schemas to show, or why there are none to be shown.
+/// Returns the tokens of the schemas to show.
 Result<QStringList> chosenTokens(const Invocation &invocation, const Schemas &schemas)
 {
     const QString only = invocation.value("schema");
     if (only.isEmpty())
         return schemas.tokens();
-    // A wrong name is the caller's mistake, not a state of a schema.
+    // A wrong token is a usage error, not a schema in trouble.
     const auto found = schemas.find(only);
     if (!found.isOk())
         return Error{found.error()};
@@ -77,7 +77,7 @@ int showStatus(const Invocation &invocation, const Schemas &schemas)
         Output::error(tokens.error());
         return Tool::CouldNotAsk;
     }
-    // One moment for all: a schema that is read late must not look worse for it.
+    // The same moment for all, so that a schema read late does not look worse.
     const QDateTime now = QDateTime::currentDateTime();
     const Found found = readAll(schemas, tokens.value(), now);
     const int status = !found.isComplete       ? Tool::CouldNotAsk
@@ -96,8 +96,8 @@ int showStatus(const Invocation &invocation, const Schemas &schemas)
 
 void describeStatus(QCommandLineParser &parser)
 {
-    parser.addOption(
-        {QStringLiteral("schema"), QStringLiteral("This schema alone."), QStringLiteral("token")});
+    parser.addOption({QStringLiteral("schema"), QStringLiteral("Show this schema only."),
+                      QStringLiteral("token")});
     parser.addOption({QStringLiteral("json"), QStringLiteral("Print JSON, for a monitor.")});
 }
 

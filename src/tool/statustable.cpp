@@ -9,7 +9,7 @@
 namespace
 {
 
-// What keeps the widest line at 120 columns.
+// These keep the widest line at 120 columns.
 constexpr int tokenWidth = 20;
 constexpr int timeWidth = 8;
 constexpr int maxCount = 99;
@@ -17,7 +17,7 @@ constexpr qint64 secondsPerMinute = 60;
 constexpr qint64 secondsPerHour = 3600;
 constexpr qint64 secondsPerDay = 86400;
 
-// Seconds that no calendar holds come from damaged settings.
+/// Damaged settings may hold seconds beyond any calendar.
 QDateTime lastGenerated(const ReportStatus &report)
 {
     const qint64 seconds = report.stored.settings.lastGenerated;
@@ -25,13 +25,13 @@ QDateTime lastGenerated(const ReportStatus &report)
                         : QDateTime::fromSecsSinceEpoch(std::min(seconds, endOfYear9999));
 }
 
-// A column stays as wide as its heading: the exact number is in the JSON.
+/// Keeps the column as narrow as its heading; the JSON has the exact number.
 QString count(int number)
 {
     return number > maxCount ? QStringLiteral(">99") : QString::number(number);
 }
 
-/// In the largest unit of which there are at least two, so that it says something.
+/// Returns the age in the largest unit of which there are at least two.
 QString age(qint64 seconds)
 {
     if (seconds < 2 * secondsPerMinute)
@@ -43,7 +43,7 @@ QString age(qint64 seconds)
     return QStringLiteral("%1 d").arg(seconds / secondsPerDay);
 }
 
-/// "2" or, with one entry that is no address, "2+1".
+/// Returns "2", or "2+1" if one more entry is not a mail address.
 QString recipientsText(const ReportStatus &report)
 {
     const Recipients recipients(report.stored.settings.recipients);
@@ -53,7 +53,7 @@ QString recipientsText(const ReportStatus &report)
                : good + QLatin1Char('+') + count(recipients.malformed.size());
 }
 
-/// The last column: the reason, or that there is none.
+/// Returns the text of the last column: the reason, "well" or "off".
 QString stateText(const ReportStatus &report)
 {
     if (!report.reason.isEmpty())
@@ -87,7 +87,7 @@ QStringList tableRow(const ReportStatus &report)
             stateText(report)};
 }
 
-/// What the sentence below the table begins with: the token in full, unlike in its row.
+/// Returns the start of the sentence below the table: the whole token, which a row shortens.
 QString headline(const ReportStatus &report)
 {
     return report.kind ? report.token + QLatin1Char(' ') + QLatin1String(report.kind->word)
@@ -126,7 +126,7 @@ QStringList statusTable(const QVector<ReportStatus> &reports)
 
 QJsonObject statusJson(const ReportStatus &report)
 {
-    // "reason" and "detail" are always there, so that a monitor needs to look at one key only.
+    // "reason" is always there, so that a monitor need not look at any other key.
     QJsonObject object{{QStringLiteral("schema"), report.token},
                        {QStringLiteral("database"), report.databaseName},
                        {QStringLiteral("reason"), jsonText(report.reason)},

@@ -4,10 +4,10 @@
 
 #include <QJsonObject>
 
-/// The lines to print, within 120 columns: one per report, and below a sentence, of any length, for
-/// each that needs a look.
+/// Returns the lines to print: a table of at most 120 columns with a row per report, and below it a
+/// sentence of any length for each report that needs attention.
 QStringList statusTable(const QVector<ReportStatus> &reports);
 
-/// Everything about one report, for monitors. Moments are ISO 8601 with offset, ages seconds;
-/// absent values are null.
+/// Returns everything about one report, for monitors. Moments are ISO 8601 with offset, ages are
+/// seconds; absent values are null.
 QJsonObject statusJson(const ReportStatus &report);

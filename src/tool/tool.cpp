@@ -17,7 +17,7 @@ namespace
 
 struct Command {
     const char *name;
-    bool takesReport; ///< the arguments TOKEN and daily|monthly
+    bool takesReport; ///< whether it takes the arguments TOKEN and daily|monthly
     const char *purpose;
     const char *example;
     void (*describe)(QCommandLineParser &);
@@ -26,7 +26,7 @@ struct Command {
 
 constexpr int maxTimeoutSeconds = 3600;
 
-// The one list of them: help, dispatch and positional arguments follow from it.
+/// All commands. Help, dispatch and positional arguments follow from this table.
 constexpr std::array commands{
     Command{"status", false, "Shows whether each report went out.",
             "autoreport status\n  autoreport status --schema kovo --json", describeStatus,
@@ -42,11 +42,11 @@ constexpr std::array commands{
             "autoreport run kovo daily --to me@example.com\n"
             "  autoreport run kovo daily --mark --yes",
             describeRun, runRun},
-    Command{"set", true, "Changes a report's settings, and shows what they were before.",
+    Command{"set", true, "Changes a report's settings and shows the previous values.",
             "autoreport set kovo daily --enable --time 07:00 \\\n"
             "      --emails payroll@example.com,boss@example.com",
             describeSet, runSet},
-    Command{"check", false, "Checks the installation, and says what to do about what it lacks.",
+    Command{"check", false, "Checks the installation and says how to mend what is wrong.",
             "autoreport check\n  autoreport check --json", describeCheck, runCheck},
 };
 
@@ -74,14 +74,16 @@ void describe(const Command &command, QCommandLineParser &parser)
                                      QStringLiteral("Which of its two reports."));
     }
     command.describe(parser);
-    parser.addOption({QStringLiteral("timeout"),
-                      QStringLiteral("How long to wait for the server, 10 if not given."),
-                      QStringLiteral("seconds"), QStringLiteral("10")});
+    parser.addOption(
+        {QStringLiteral("timeout"),
+         QStringLiteral("Limit for connecting, and for each answer of the server; 10 if not "
+                        "given."),
+         QStringLiteral("seconds"), QStringLiteral("10")});
     OptionReader::describe(parser);
 }
 
-/// Fills in what the positional arguments, the command's name first, say; gives what is wrong with
-/// them, or an empty text.
+/// Sets schema and report from the positional arguments, the command's name first. Returns an error
+/// or an empty text.
 QString readArguments(const Command &command, Invocation &invocation)
 {
     const QStringList given = invocation.parser.positionalArguments();
@@ -102,22 +104,22 @@ QString readArguments(const Command &command, Invocation &invocation)
 
 int runCommand(const Command &command, Invocation &invocation)
 {
-    const QString fault = readArguments(command, invocation);
-    if (!fault.isEmpty())
-        return invocation.wrong(fault);
+    const QString error = readArguments(command, invocation);
+    if (!error.isEmpty())
+        return invocation.wrong(error);
     OptionReader reader(invocation.parser);
     invocation.connection = reader.connection();
     invocation.connection.timeoutSeconds = reader.number("timeout", 1, maxTimeoutSeconds);
     if (reader.error.isEmpty())
         invocation.connection.password = reader.password();
     const QString language = reader.language();
-    // All that the command line lacks is said before the first connection is tried.
+    // The whole command line is checked before the first connection attempt.
     if (reader.error.isEmpty()) {
         Language::install(language);
-        // From here on warnings are collected, for a command to print.
+        // From here on, warnings are collected for the command to print.
         const Messages messages;
         const int status = command.run(invocation);
-        // Unclaimed warnings turn success into Look.
+        // Warnings that the command has not printed turn success into Look.
         return Messages::print() && status == Tool::Well ? Tool::Look : status;
     }
     if (reader.isUsage)
@@ -130,8 +132,7 @@ int runCommand(const Command &command, Invocation &invocation)
 
 QString Tool::commandIn(const QStringList &arguments)
 {
-    // Options of the connection may stand before the command; what is wrong with any option is
-    // said by the command itself.
+    // Connection options may precede the command. Errors in options are reported by the command.
     QCommandLineParser parser;
     OptionReader::describe(parser);
     parser.parse(arguments);

@@ -6,25 +6,27 @@
 namespace Tool
 {
 
-/// The exit status of every command; one that a signal interrupted has Interruption::status().
+/// The exit status of every command, except for one that a signal interrupted, which has
+/// Interruption::status().
 enum Status {
     Well = 0,       ///< done, and all is well
     Look = 1,       ///< done, and something needs attention, or it failed
-    CouldNotAsk = 2 ///< a wrong command line, or no way to the database
+    CouldNotAsk = 2 ///< the command line is wrong, or the database cannot be reached
 };
 
-/// The command that `arguments` (the program's name first) begin with; empty for none of ours.
+/// Returns the command that `arguments`, the program's name first, begin with; empty if they do not
+/// begin with one of ours.
 QString commandIn(const QStringList &arguments);
 
 /**
- * Runs that command, one that commandIn() gave, and gives the exit status.
+ * Runs `command`, which commandIn() returned. Returns the exit status.
  *
- * Answers go to standard output, all else to standard error. To be called once, on the main
- * thread, with a QCoreApplication; Qt's log is the command's while it runs.
+ * Prints results to standard output and everything else to standard error. Call it once, on the
+ * main thread, with a QCoreApplication. While it runs, it collects what Qt logs.
  */
 int run(const QString &command, const QStringList &arguments);
 
-/// All commands, one a line, as the program's help shows them.
+/// Returns all commands, one per line, for the program's help.
 QString commandHelp();
 
 } // namespace Tool

@@ -17,7 +17,7 @@ private Q_SLOTS:
         addRow("to", "run firm daily --to a@firma", "--to must be one mail address");
         addRow("nobody to ask", "run firm daily", "give --yes");
         addRow("mark", "run firm daily --yes --mark --date 2023-11-14", "--mark is for");
-        addRow("address", "set firm daily --emails a@firma.sk,b", "'b' is no mail address");
+        addRow("address", "set firm daily --emails a@firma.sk,b", "'b' is not a mail address");
         addRow("schema", "why nobody daily", "no active schema 'nobody'");
         addRow("injection", "why x'OR''=' daily", "no active schema 'x'OR''=''");
     }
