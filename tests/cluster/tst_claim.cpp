@@ -91,7 +91,7 @@ private Q_SLOTS:
     void faults_data()
     {
         addColumns<QString, QString, int, QList<bool>>("statement", "line", "mails", "stored");
-        // Told apart from a run that another host made: somebody has to look.
+        // Unlike a run that another host made, this needs attention.
         addRow("row locked",
                "INSERT INTO vars VALUES ('%1', '0');\nSET SESSION TRANSACTION ISOLATION LEVEL "
                "SERIALIZABLE;\nSTART TRANSACTION;\nSELECT * FROM vars",
@@ -101,7 +101,7 @@ private Q_SLOTS:
         addRow("every mail refused",
                "CREATE TRIGGER refuse BEFORE INSERT ON emails FOR EACH ROW SIGNAL SQLSTATE '45000'",
                "%1::makeReport() - mail not created!", 0, QList<bool>{false, true});
-        // Better one report too many than none.
+        // An extra report is better than none.
         addRow("vars cannot be written",
                "CREATE TRIGGER refuse BEFORE INSERT ON vars FOR EACH ROW SIGNAL SQLSTATE '45000'",
                "%1::makeReport() - 'lastGenerated' NOT SET!", recipients,
@@ -139,7 +139,8 @@ private:
     }
     QString workbook() const { return bench->temporary.filePath("book.xlsx"); }
 
-    /// Slow enough for both runs to be at their mails, if one does not keep the other from it.
+    /// Slow enough for both runs to queue mails at the same time, unless one keeps the other from
+    /// it.
     void makeReady(const ReportKind &kind, const QString &statement) const
     {
         bench->schema.exec("DROP TABLE vars;\nCREATE TABLE vars LIKE vars_before;\n"

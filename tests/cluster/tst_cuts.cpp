@@ -35,7 +35,7 @@ private Q_SLOTS:
                 host.activateReports();
             const bool wasHit = relay->failures() == point;
             checkAgreement();
-            // By turns the same host goes on with its next tick, and another one takes over.
+            // In turns, the same host goes on with its next tick, or another host takes over.
             const bool staysUp = isUp && point % 2 == 0;
             if (wasHit && staysUp)
                 tickUntilMade(host);
@@ -110,7 +110,7 @@ private:
     }
     AutoReportDbConfig config(int port) const { return configFor(bench->schema.name(), port); }
 
-    /// By one statement, since a host may be at it.
+    /// By one statement, since a host may be writing.
     QString stored() const
     {
         const QString queue = "(SELECT CONCAT(COUNT(*), '+', COUNT(DISTINCT `to`)) FROM emails "

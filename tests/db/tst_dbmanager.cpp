@@ -110,7 +110,7 @@ private Q_SLOTS:
         QCOMPARE(manager->loadScheme("one").name, QString());
         QCOMPARE(manager->getDbConnRecord("one").name, QString("db1"));
 
-        // A table that cannot be read, and a server that is not there.
+        // An unreadable table, and a server that does not exist.
         info().exec("DROP TABLE `schemas`");
         QCOMPARE(manager->loadScheme("one").name, QString("db1"));
         QSqlDatabase db = manager->getInfoDB();
@@ -190,7 +190,7 @@ private Q_SLOTS:
         QVERIFY(!manager->isDatabase(token));
     }
 
-    /// The plug-in's code at work on an object that a foreign host made.
+    /// Runs the plug-in's code on an object that a foreign host created.
     void objectOfAForeignHost()
     {
         info().addSchemas({"one"}, info().name());

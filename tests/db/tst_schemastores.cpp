@@ -33,7 +33,7 @@ MailRecord someMail()
 
 } // namespace
 
-/// What a schema keeps for us: its settings and its mail queue.
+/// The stores of a schema: its settings and its mail queue.
 class TestSchemaStores : public QObject
 {
     Q_OBJECT

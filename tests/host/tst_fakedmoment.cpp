@@ -3,7 +3,7 @@
 #include <QElapsedTimer>
 #include <QProcess>
 
-/// The whole road from the host's start to the queued mail, at moments that matter.
+/// From the host's start to the queued mail, at critical moments.
 class TestFakedMoment : public ReportTest
 {
     Q_OBJECT

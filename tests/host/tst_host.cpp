@@ -124,7 +124,7 @@ private Q_SLOTS:
 
         QVERIFY(
             program->logs(single ? "AutoReport - is info db: NO" : "AutoReport - is info db: YES"));
-        // The scan leaves a connection to the schema, which the host must give back.
+        // The scan leaves a connection to the schema, which the host must remove.
         QVERIFY(program->logs(single ? "Host - serving" : "DBManager::getDatabase(firm)"));
         program->send(SIGUSR1);
         QVERIFY(program->logs("INFO AutoReport - PAUSE\n"));
@@ -197,7 +197,7 @@ private Q_SLOTS:
         QVERIFY(program->ended());
     }
 
-    /// In single mode the report is made in the thread that the signals end up in.
+    /// In single mode, the report is made in the thread to which the signals go.
     void endsInMidReport()
     {
         addPeople(bench->schema, 1);

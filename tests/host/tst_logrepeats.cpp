@@ -7,7 +7,7 @@ class TestLogRepeats : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    /// A fault that comes back with every tick for three hours, and another one once.
+    /// An error that recurs at every tick for three hours, and another that occurs once.
     void everyMinute()
     {
         constexpr qint64 minuteMs = 60000;

@@ -5,7 +5,7 @@
 
 #include <QProcess>
 
-/// All of a run reaches the database, or nothing; and one host makes it, not two.
+/// A run reaches the database as a whole or not at all, and only one host makes it.
 class TestOnePiece : public ReportTest
 {
     Q_OBJECT
@@ -34,7 +34,7 @@ private Q_SLOTS:
             host->kill();
             QVERIFY(host->waitForFinished(patienceMs));
 
-            // The server notices, too; until then the run's lock stays.
+            // The run's lock stays until the server notices, too.
             QTRY_COMPARE_WITH_TIMEOUT(bench->schema.connectionsIn("%"), ours, patienceMs);
             const QString left = bench->schema.value(traces).toString();
             QVERIFY2(left == "0 0" || left == "8 1", qPrintable(left));
@@ -64,7 +64,7 @@ private Q_SLOTS:
                  QStringList("DailyAttenReport::makeReport() - mail not created!"));
     }
 
-    /// To end a deadlock the server takes a whole transaction back, and goes on without one.
+    /// To end a deadlock, the server rolls one whole transaction back; later statements autocommit.
     void victimOfDeadlock()
     {
         const TestDatabase &schema = bench->schema;
@@ -79,7 +79,7 @@ private Q_SLOTS:
         QVERIFY(competitor.transaction());
         QVERIFY(competitor.exec("UPDATE locks SET value = 2 WHERE id > 1").isActive());
         std::thread run([&schema] { work("run", schema); });
-        // The competitor has changed more rows, so that the run is the one to give way.
+        // The competitor has changed more rows, so the server rolls the run back.
         const QString waits = "SELECT 1 FROM information_schema.innodb_trx JOIN "
                               "information_schema.processlist ON id = trx_mysql_thread_id WHERE "
                               "trx_state = 'LOCK WAIT' AND db = DATABASE()";

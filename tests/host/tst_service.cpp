@@ -8,7 +8,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-/// What a service manager is to a service: a datagram socket that takes its notifications.
+/// A service manager as a service sees it: a datagram socket that receives notifications.
 class NotifySocket
 {
 public:

@@ -74,7 +74,7 @@ private Q_SLOTS:
         }
         QCOMPARE(last.threads, first.threads);
         QVERIFY(last.files <= first.files);
-        // A restart drops those that the scan keeps, which nobody asks for again.
+        // A restart drops the scan's connections, which are not opened again.
         QVERIFY(last.connections <= first.connections);
         QVERIFY(sanitized || last.memoryKiB < first.memoryKiB * 5 / 4);
 
@@ -86,7 +86,7 @@ private Q_SLOTS:
 private:
     static constexpr int speed = 20; // the host's clock runs so much faster, and so do its minutes
 
-    /// What a host holds while it has nothing to do.
+    /// The resources that an idle host holds.
     struct Holdings {
         int memoryKiB;
         int threads;

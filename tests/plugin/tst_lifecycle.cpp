@@ -189,7 +189,7 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(threads(), 0, patienceMs);
         QCOMPARE(QSqlDatabase::connectionNames().filter("AutoReport."), QStringList());
 
-        // In mid-scan a pause takes the scan back, and a stop gives it up; a resume adds none.
+        // In the middle of a scan, a pause postpones it and a stop discards it; a resume adds none.
         QVERIFY(plugin->start());
         beginScan();
         plugin->resume();

@@ -70,8 +70,8 @@ private Q_SLOTS:
                                  {"RELEASE_LOCK('Monthly", 1}});
     }
 
-    /// Every worker waits somewhere else, the last one for its turn; one stop ends them all, and
-    /// the next start makes every report that is not out yet.
+    /// Each worker waits at a different place, the last one at the gate; one stop ends them all,
+    /// and the next start makes every report that is not out yet.
     void stopsWorkersThatWait()
     {
         QFETCH(Moments, moments);
@@ -104,7 +104,7 @@ private Q_SLOTS:
         addRow("asks whether a report is on", QByteArray("MonthlyAtten.enabled')"), 2);
     }
 
-    /// A scan gives up within seconds; stop, pause and resume are served.
+    /// A scan gives up within seconds, and stop, pause and resume still work.
     void scan()
     {
         QFETCH(QByteArray, statement);
@@ -134,8 +134,8 @@ private Q_SLOTS:
         addRow("monthly report", QByteArray("pamId FROM people"));
     }
 
-    /// A run whose server falls silent ends by itself, and the reports go out once after that. A
-    /// query that takes long on a server that answers goes on.
+    /// A run whose server falls silent ends by itself, and afterwards the reports go out once. A
+    /// long query on a server that still answers is not broken off.
     void runsEnd()
     {
         QFETCH(QByteArray, statement);

@@ -7,7 +7,8 @@
 
 #include <QDir>
 
-/// What both reports do alike: mails, and faults, which cost what they must and a line in the log.
+/// What both reports have in common: mails, and errors, which cost no more than they must and are
+/// logged.
 class TestBothReports : public ReportTest
 {
     Q_OBJECT
@@ -104,7 +105,7 @@ private Q_SLOTS:
         addRow("branches", "DROP TABLE brape", QStringList(daily.arg("branch")));
         addRow("shifts", "ALTER TABLE atten DROP shift",
                QStringList("DailyAttenReport::loadShiftsForMonth failed: "));
-        // Some columns are selected and not read: without them the statements fail all the same.
+        // Some columns are selected but not used; without them the statements still fail.
         addRow("attendance", "ALTER TABLE atten DROP expFund",
                QStringList{daily.arg("atten"), daily.arg("atten")});
         addRow("overtime", "ALTER TABLE atten DROP ok",
@@ -271,7 +272,7 @@ private:
         bench->set("dattenInters", "1");
         bench->set("monthAttenInterrupts", "SC");
     }
-    /// On the first of a month, when both are about the same day.
+    /// On the first of a month, when both reports show the same day.
     void makeBoth(const QStringList &emails = {"a@firma.sk"})
     {
         const QDateTime now(QDate(2023, 11, 1), QTime(7, 0));

@@ -71,7 +71,7 @@ private Q_SLOTS:
         checkPage(sheet);
     }
 
-    /// One object makes them all; the table of the run before must not show through.
+    /// The same object makes them all; data of the previous run must not show.
     void shiftsOfEachRun()
     {
         DailyAttenReport report(bench->database, nullptr);
@@ -95,7 +95,7 @@ private Q_SLOTS:
         QCOMPARE(report.dateToMonth(QDate(2023, 1, 31)), 202301U);
     }
 
-    /// What a program makes of the binary book, saved as .xlsx, is what it makes of the other one.
+    /// A program that saves both books as .xlsx produces the same workbook.
     void binaryBookInOtherPrograms()
     {
         for (const QString suffix : {"xlsx", "xls"})
@@ -126,8 +126,8 @@ private:
     inline static const QString allOptions =
         "dattenIsTimeDec dattenIsMinusSign dattenInters advancedOvertime dattenHomeBranch";
 
-    /// Four people of the month, and five who do not belong to it; one busy day of the first, with
-    /// rows of the days beside it. Of several rows about one day the last counts.
+    /// Four people employed in the month and five who are not; one busy day of the first, with rows
+    /// of the neighbouring days. Of several rows about one day, the last counts.
     void prepare() override
     {
         const auto start = [](int month, int day) {
@@ -168,7 +168,7 @@ private:
         bench->schema.exec(sql.arg(start(11, 1), start(11, 2), start(11, 3), start(12, 1)));
     }
 
-    /// The cells of a column below the heading; "-" for an empty one.
+    /// Returns the cells of a column below the heading; "-" for an empty one.
     static QString column(const QJsonObject &sheet, const QString &letter)
     {
         QStringList values;

@@ -101,7 +101,7 @@ private Q_SLOTS:
         QCOMPARE(bench->log.texts(QtWarningMsg).filter(warning).size(), 1);
     }
 
-    /// What the formulas amount to: as the file says, and as programs show it.
+    /// The values of the formulas, as stored in the file and as programs show them.
     void formulas()
     {
         const QJsonObject cells = sheetOf(october).value("cells").toObject();
@@ -128,9 +128,10 @@ private Q_SLOTS:
 private:
     inline static const QDate october{2024, 10, 1}; // has a day of 25 hours
 
-    /// The sheet of sixty people of the month and more: the first has all kinds of values, the
-    /// second a row of zeros, the third a NULL, the fourth no row of the month. Two are on the
-    /// wrong side of its edges, two are not active, and one is anonymous.
+    /// The sheet of sixty people of the month, and some who must not be in it. The first has all
+    /// kinds of values, the second a row of zeros, the third a NULL, the fourth no row of the
+    /// month. Of the others, two were not employed in the month, two are inactive, and one is
+    /// anonymous.
     QJsonObject sheetOf(const QDate &month) const
     {
         const auto start = [&month](int months) {

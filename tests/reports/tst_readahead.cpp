@@ -10,7 +10,7 @@
 namespace
 {
 
-/// A company from a random seed, with all that a customer's tables may hold, wanted or not.
+/// A company from a random seed, with everything that a customer's tables may hold, valid or not.
 class Company
 {
 public:
@@ -256,7 +256,8 @@ private Q_SLOTS:
         addRow("no column", "ALTER TABLE atten DROP ok", ahead + 600 * 30);
     }
 
-    /// What reading ahead costs where nothing is odd, and what is read for itself beside that.
+    /// The number of statements if nothing is unusual, and how many rows are read one by one
+    /// otherwise.
     void statements()
     {
         QFETCH(QString, statement);

@@ -129,7 +129,7 @@ void TestReportGate::entersInOrder()
     QVERIFY(std::is_sorted(order.cbegin(), order.cend()));
 }
 
-/// A wake-up that got lost would cost a slice of time each.
+/// Each lost wake-up would cost a time slice.
 void TestReportGate::admitsNoMoreThanItsPlaces()
 {
     constexpr int places = 3;

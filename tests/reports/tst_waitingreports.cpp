@@ -26,7 +26,7 @@ void tick(const ReportKind &kind, const QString &schema)
 
 } // namespace
 
-/// Both reports at the gate of the process, when others have all of its places.
+/// Both reports at the process's gate, while others hold all of its places.
 class TestWaitingReports : public ReportTest
 {
     Q_OBJECT

@@ -6,7 +6,7 @@
 #include <vector>
 
 /**
- * Collects what is logged while it lives, from every thread, instead of printing it.
+ * Collects what every thread logs during its lifetime, instead of printing it.
  *
  * One object at a time, which goes last. The test then fails when a database connection, not of the
  * bench's own, is left registered, or when Qt complained that one is still in use, or of a wrong
@@ -19,11 +19,11 @@ public:
     ~LogCapture();
     Q_DISABLE_COPY(LogCapture)
 
-    /// Those of that type, or all.
+    /// Returns the lines of that type, or all.
     QStringList texts(int type = -1) const;
-    /// How many lines of that type have exactly this text.
+    /// Returns how many lines of that type have exactly this text.
     int count(QtMsgType type, const QString &text) const { return texts(type).count(text); }
-    /// How many lines of any type contain `part`.
+    /// Returns how many lines of any type contain `part`.
     int countContaining(const QString &part) const { return texts().filter(part).size(); }
 
 private:

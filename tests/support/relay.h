@@ -9,12 +9,12 @@
 #include <thread>
 
 /**
- * A way to the private server that can fail: a TCP relay on the loopback interface, in a thread of
- * its own.
+ * A TCP relay to the private server that can be made to fail. It listens on the loopback interface,
+ * in its own thread.
  *
- * Frozen, it is a server process that is stopped, or a network that swallows: connections stay,
- * new ones are accepted, nothing is forwarded. It reads what clients send, so that it fails at the
- * statement that the test names.
+ * Frozen, it behaves like a server process that is stopped or a network that drops packets:
+ * connections stay, new ones are accepted, nothing is forwarded. It reads what clients send, so
+ * that it fails at the statement that the test names.
  */
 class Relay
 {
@@ -39,10 +39,10 @@ public:
     static constexpr const char *login = "login";
 
     /// Fails once, at the `ordinal`-th statement that contains `text` on connections to `database`.
-    /// An empty text means any statement that has an answer, an empty name any database. Texts that clients prepare
-    /// are seen when they are prepared.
+    /// An empty text means any statement that has an answer, an empty name any database. Texts that
+    /// clients prepare are seen when they are prepared.
     void failAt(const QByteArray &database, const QByteArray &text, Fault fault, int ordinal = 1);
-    /// How often that has happened.
+    /// Returns how often that has happened.
     int failures() const { return failed; }
 
 private:

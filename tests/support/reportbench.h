@@ -24,9 +24,9 @@ public:
 
     void set(const QString &key, const QString &value) const;
     int mails() const;
-    /// Invalid when it was never stored.
+    /// Returns an invalid value if it was never stored.
     QVariant lastGenerated(const QString &report) const;
-    /// Where the report of that month is saved.
+    /// Returns the path of the report of that month.
     QString file(const QString &report, const QDate &month, const QString &suffix = "xlsx") const;
 
     LogCapture log;
@@ -35,13 +35,13 @@ public:
     QSqlDatabase database;
 };
 
-/// Base of test classes: each of their functions gets a bench of its own.
+/// Base of test classes that gives each test function its own bench.
 class ReportTest : public QObject
 {
     Q_OBJECT
 
 protected:
-    /// What else each of them begins with.
+    /// Runs after the bench is set up.
     virtual void prepare() {}
 
     std::unique_ptr<ReportBench> bench;
@@ -55,14 +55,14 @@ private Q_SLOTS:
     void cleanup() { bench.reset(); }
 };
 
-// A sheet as readSheet() gives it. Values: text, number, a formula's text, or null.
+// A sheet as readSheet() returns it. Values are a text, a number, a formula's text, or null.
 QJsonValue cellValue(const QJsonObject &sheet, const QString &reference, const char *key = "value");
-/// All cells of a row, counted from 1, up to the sheet's last column.
+/// Returns all cells of a row, counted from 1, up to the sheet's last column.
 QJsonArray sheetRow(const QJsonObject &sheet, int row);
 int rowCount(const QJsonObject &sheet);
 /// A row of `columns` cells; both texts are objects in JSON that give values by column.
 QJsonArray rowOf(int columns, const QString &cells, const QString &more);
-/// The widths that are set, as their users see them: "A10 B20".
+/// Returns the widths that are set, as users see them: "A10 B20".
 QString shownWidths(const QJsonObject &sheet);
-/// What the pages of both reports have in common.
+/// Checks the page set-up that both reports share.
 void checkPage(const QJsonObject &sheet);

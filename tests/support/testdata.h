@@ -9,10 +9,10 @@ constexpr bool sanitized = true; ///< slow, and keeps memory back
 constexpr bool sanitized = false;
 #endif
 
-/// For what comes as soon as a loaded machine gets to it.
+/// Time limit for what comes soon, even on a loaded machine.
 constexpr int patienceMs = 60000;
 
-/// The content of a file that must be there.
+/// Returns the content of a file that must exist.
 inline QByteArray readFile(const QString &path)
 {
     QFile file(path);
@@ -28,14 +28,15 @@ inline void writeFile(const QString &path, const QByteArray &content)
         qFatal("test bench: cannot write %s", qUtf8Printable(path));
 }
 
-/// The columns of a test's data: their types in the order of their names.
+/// Adds the columns of a test's data: the types are in the order of the names.
 template <typename... Types, typename... Names>
 void addColumns(Names... names)
 {
     (QTest::addColumn<Types>(names), ...);
 }
 
-/// One row of a test's data; as a call, since literals joined by << stand one to a line.
+/// Adds a row of a test's data. A call, because clang-format puts literals joined by << on separate
+/// lines.
 template <typename... Values>
 void addRow(const char *name, const Values &...values)
 {

@@ -13,12 +13,12 @@
  * What the product's server is to the plug-in: an information database, its manager, and the
  * customers' databases that it lists.
  *
- * Gives back the connections that the manager made for this thread when it ends.
+ * The destructor gives back the connections that the manager made for this thread.
  */
 class TestHost
 {
 public:
-    /// Without an information database the manager never opens one: single-database mode.
+    /// Without an information database, the plug-in is in single-database mode.
     explicit TestHost(bool withInfoDatabase = true);
     ~TestHost();
     Q_DISABLE_COPY(TestHost)
@@ -35,22 +35,22 @@ private:
     QStringList allTokens;
 };
 
-/// Switches the daily report of a schema on, due with the first tick. No recipients: no report.
+/// Enables the daily report of a schema, due at the first tick. Without recipients, none is made.
 void enableDailyReport(const TestDatabase &schema, const QString &recipients = QString());
 
-/// As if no report had been made yet, nor a mail been queued.
+/// Resets the schema to a state in which no report was made and no mail queued.
 void makeDue(const TestDatabase &schema);
 
 /// Adds active people with the uids 1 to `count`.
 void addPeople(const TestDatabase &schema, int count);
 
-/// Whether the plug-in has a scan to go on with.
+/// Returns whether the plug-in is in the middle of a scan.
 bool isScanning(const QObject &plugin);
 
 /// So many people that a daily report of today takes seconds, early in a month too, if its rows are
 /// read one by one.
 int peopleForSeconds();
 
-/// Lets each row of a daily report be read for itself: people and days are told apart by whole
-/// numbers when rows are read ahead.
+/// Keeps the daily report from reading ahead, which needs integers to tell people and days apart:
+/// each row is read by itself.
 void slowDown(const TestDatabase &schema);

@@ -10,8 +10,8 @@
 /**
  * The private database server that the tests of one run share.
  *
- * AUTOREPORT_TEST_SERVER names its folder. Whatever goes wrong here is a fault of the bench, not
- * of the code under test: the program ends at once, with the reason.
+ * AUTOREPORT_TEST_SERVER names its folder. An error here is an error of the bench, not of the code
+ * under test: the program prints it and ends at once.
  */
 namespace TestServer
 {
@@ -19,11 +19,11 @@ namespace TestServer
 const QString host = "127.0.0.1";
 const QString user = "autoreport";
 const QString password = "secret";
-/// What the name of every connection of the bench itself begins with.
+/// The prefix of the names of the bench's own connections.
 const QString ownPrefix = "TestDatabase.";
 int port();
 
-/// Registers a connection to `databaseName`, not opened. The caller removes it.
+/// Registers a connection to `databaseName` and does not open it. The caller removes it.
 QSqlDatabase addConnection(const QString &connectionName, const QString &databaseName);
 
 /// The options of the program that lead to that database, and its environment with the password;
@@ -33,7 +33,7 @@ QProcessEnvironment environment(const QString &moment = QString());
 
 } // namespace TestServer
 
-/// A server of one test's own: all databases made while it lives are there.
+/// A server for one test: all databases created during its lifetime are on it.
 class OwnServer
 {
 public:
@@ -49,7 +49,7 @@ private:
 };
 
 /**
- * A database of its own for one test, dropped with the object.
+ * A database for one test, dropped by the destructor.
  *
  * It keeps a connection of its own, to be used on the thread that made the object alone. A failed
  * statement ends the test program.
@@ -66,15 +66,15 @@ public:
     QString name() const { return databaseName; }
     QSqlDatabase database() const { return QSqlDatabase::database(connectionName); }
 
-    /// Several statements are parted by semicolons at the ends of lines.
+    /// Runs one statement, or several that are separated by semicolons at line ends.
     void exec(const QString &statements) const;
     /// Of an information database: lists `databaseName` under each of the tokens.
     void addSchemas(const QStringList &tokens, const QString &databaseName) const;
 
     QVector<QVariantList> rows(const QString &sql) const;
-    /// The first value of the first row; invalid without rows.
+    /// Returns the first value of the first row; invalid without rows.
     QVariant value(const QString &sql) const;
-    /// How many connections to this database are in a state like that.
+    /// Returns how many connections to this database are in a state that matches.
     int connectionsIn(const QString &state) const;
 
 private:

@@ -1,5 +1,5 @@
-// Built under ThreadSanitizer alone. Qt is not instrumented, so the locks of a QMutex are told
-// here: these definitions stand in front of Qt's own, which they call.
+// Built only under ThreadSanitizer. Qt is not instrumented, so QMutex's locks are announced here:
+// these definitions replace Qt's own and call them.
 
 #include <QMutex>
 

@@ -13,7 +13,7 @@ namespace
 
 constexpr int programPatienceMs = 180000;
 
-/// Runs the program to its end, in a locale with a decimal point; whether that was a good one.
+/// Runs the program to its end, in a locale with a decimal point. Returns whether it succeeded.
 bool run(QProcess &process, const QString &program, const QStringList &arguments)
 {
     process.setEnvironment(QProcess::systemEnvironment() << "LC_ALL=C.UTF-8");
@@ -22,13 +22,13 @@ bool run(QProcess &process, const QString &program, const QStringList &arguments
            process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
 }
 
-/// What the program prints; empty when it fails or has something to say beside.
+/// Returns what the program prints; empty if it fails or prints to standard error.
 QByteArray outputOf(const QString &program, const QStringList &arguments)
 {
     QProcess process;
     bool good = run(process, program, arguments);
     const QByteArray said = process.readAllStandardError();
-    // Which fonts gnumeric knows is not our affair.
+    // Warnings about fonts that gnumeric lacks do not matter.
     for (const QByteArray &line : said.split('\n'))
         good = good && (line.isEmpty() || line.contains("unknown widths for font"));
     if (good)
@@ -72,8 +72,8 @@ QString savedBy(Program program, const QString &path, const QString &suffix)
         outputOf("ssconvert", {path, saved});
         return saved;
     }
-    // What it says and its exit code tell nothing: only the file counts. A profile of its own keeps
-    // it apart from others that run at the same time.
+    // Its output and exit code are meaningless: only the file counts. With its own profile it can
+    // run at the same time as others.
     const QString csv = "csv:Text - txt - csv (StarCalc):44,34,76,1,,0,false,true";
     QProcess office;
     run(office, "soffice",

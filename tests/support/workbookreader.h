@@ -5,24 +5,24 @@
 #include <QStringList>
 #include <QVector>
 
-// Workbook files as programs see them that are not ours. Whatever one of them complains about is
-// logged as critical, and the answer is empty.
+// Workbook files as other people's programs see them. If such a program complains, that is logged
+// as critical, and the result is empty.
 
 /// tests/support/read-workbook says how the objects look; it makes checks of our own, too.
 QVector<QJsonObject> readWorkbooks(const QStringList &paths);
 
-/// The first sheet of one file alone.
+/// Returns the first sheet of a file.
 QJsonObject readSheet(const QString &path);
 
-/// What read-workbook prints of a file with the given option.
+/// Returns what read-workbook prints about a file with the given option.
 QByteArray readRaw(const QString &option, const QString &path);
 
 enum class Program { Gnumeric, LibreOffice };
 
-/// Lets the program open the file and save it under another suffix; gives the new file's path.
+/// Lets the program open the file and save it with another suffix. Returns the new file's path.
 QString savedBy(Program program, const QString &path, const QString &suffix);
 
-/// The lines of the first sheet as that program shows them, cells separated by commas.
+/// Returns the lines of the first sheet as that program shows them, cells separated by commas.
 QByteArrayList linesBy(Program program, const QString &path);
 
 /// "A1" for 0, 0.

@@ -2,7 +2,7 @@
 
 #include <QRegularExpression>
 
-/// The commands that only look: what they say, and what they make of wrong command lines.
+/// The commands that only read: their output, and wrong command lines.
 class TestToolAnswers : public ToolTest
 {
     Q_OBJECT
@@ -143,7 +143,7 @@ private Q_SLOTS:
     }
 
 private:
-    /// What the check tells of that subject, each with its remedy.
+    /// Returns the findings of `check` about that subject, each with its remedy.
     QStringList checkFindings(const QString &subject) const
     {
         const Outcome outcome = run("check --json");

@@ -9,7 +9,7 @@
 #include <QDir>
 #include <QRegularExpression>
 
-/// The commands that make reports and set them up.
+/// The commands that make reports and configure them.
 class TestToolReports : public ToolTest
 {
     Q_OBJECT
@@ -103,7 +103,7 @@ private Q_SLOTS:
         QFETCH(QString, engine);
         const bool stays = engine == "MyISAM";
         bench->set("autoReport.DailyAtten.emails", "a@firma.sk,b@firma.sk");
-        // Locked out of a table, the report stands still in the middle of its work.
+        // While a table is locked, the report waits in the middle of its work.
         bench->schema.exec("ALTER TABLE emails ENGINE=" + engine + ";\nLOCK TABLES " + table +
                            " WRITE");
         const auto tool = start(arguments.replace("DIR", bench->temporary.path()));
@@ -127,8 +127,7 @@ private Q_SLOTS:
         addRow("monthly", "monthly", "1");
     }
 
-    /// Of each column without which the report complains, `check` and `status` say so, and of no
-    /// other.
+    /// `check` and `status` complain about exactly the columns without which the report complains.
     void requirementsAreThoseOfTheReports()
     {
         QFETCH(QString, report);

@@ -78,7 +78,7 @@ private Q_SLOTS:
         QVERIFY(bench->mails() == 0 && QDir(bench->temporary.path()).isEmpty());
     }
 
-    /// A statement may take its time, as long as the server answers others.
+    /// A statement may take long while the server still greets new connections.
     void longStatement()
     {
         bench->schema.exec("LOCK TABLES atten WRITE");

@@ -66,7 +66,7 @@ private Q_SLOTS:
                "User sleep", reconnects);
     }
 
-    /// Nothing is done half, and the next tick does it whole.
+    /// A run is not left half done, and the next tick does it whole.
     void lostDuringRun()
     {
         QFETCH(QString, statement);
@@ -89,7 +89,7 @@ private Q_SLOTS:
             nextTick.release();
             run.join();
         });
-        // Not the first statement: to lose that one looks like an empty answer.
+        // Not the first statement: losing that one looks like an empty result.
         const QString isAtIt = QString("CONCAT_WS(' ', state, info) LIKE '%%1%'").arg(at);
         QVERIFY(QTest::qWaitFor([&] { return connection(isAtIt) != 0; }, patienceMs));
         killConnection();
@@ -114,7 +114,7 @@ private:
     }
     int logged(const char *part) const { return log->countContaining(part); }
     int mails() const { return schema->value("SELECT COUNT(*) FROM emails").toInt(); }
-    /// The number of the worker's connection if it is so, else 0.
+    /// Returns the id of the worker's connection if it is in that state, else 0.
     int connection(const QString &condition) const
     {
         const QString sql = "SELECT id FROM information_schema.processlist WHERE db = DATABASE() "
@@ -125,7 +125,7 @@ private:
     {
         const QString number = QString::number(connection("TRUE"));
         schema->exec("KILL " + number);
-        // The client hears of it at once; the report's lock stays until the server has cleaned up.
+        // The client notices at once; the report's lock stays until the server has cleaned up.
         while (connection("id = " + number) != 0)
             QTest::qSleep(10); // without events, which could bring the worker's next tick
     }
