@@ -1,5 +1,6 @@
 #include "support/samplerows.h"
 
+#include <cmath>
 #include <codecvt>
 #include <limits>
 #include <locale>
@@ -159,7 +160,8 @@ SampleCell SampleRows::mixedCell(int row, int column) const
 SampleCell SampleRows::numberCell(int row, int column) const
 {
     const auto number = double(spread(row, unsigned(column)) % 100000);
-    const double divisors[] = {1, 100, 7};
-    return numberCellOf(number / divisors[column % 3],
+    // The peer writes sixteen digits, which not every fraction survives.
+    const double kinds[] = {number, number / 100, std::round(number / 7 * 1e6) / 1e6};
+    return numberCellOf(kinds[column % 3],
                         column % 2 == 0 ? SampleLook::Plain : SampleLook::Bordered);
 }
