@@ -38,7 +38,7 @@ private:
     int descriptor = -1;
 };
 
-/// What a time limit applies to: opening alone, or queries too, for those known to be short.
+/// What a time limit applies to: only opening, or queries too if they are known to be short.
 enum class Limited { Connecting, Queries };
 
 /// Opens `database`, with a limit of `seconds` for each step. A reconnect by the client library has

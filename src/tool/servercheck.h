@@ -4,7 +4,7 @@
 
 #include <QSqlDatabase>
 
-// A statement that fails is no finding: privileges are checked per schema. `master` must be open.
+// A failed statement is not a finding: privileges are checked per schema. `master` must be open.
 
 /// Checks the server apart from any schema: reserved words, and its clock against this machine's.
 QVector<Finding> checkServer(const QSqlDatabase &master);
