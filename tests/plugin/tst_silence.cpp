@@ -11,11 +11,6 @@
 #include <QSemaphore>
 #include <QThread>
 
-#include <utility>
-
-#include <fcntl.h>
-#include <sys/resource.h>
-
 constexpr int stopMs = 12000;
 
 /// Statements, each with its number among those alike on the connections to its database.
@@ -170,28 +165,6 @@ private Q_SLOTS:
         nextTick.release();
         QTRY_COMPARE_WITH_TIMEOUT(mails(schema), 2, patienceMs);
         QCOMPARE(logged("was lost and made again"), 1);
-    }
-
-    void fewDescriptors()
-    {
-        for (int i = 0; i < 40; ++i)
-            addSchema();
-        rlimit limit = {};
-        getrlimit(RLIMIT_NOFILE, &limit);
-        const rlim_t all = std::exchange(limit.rlim_cur, rlim_t(fcntl(0, F_DUPFD, 0)) + 120);
-        setrlimit(RLIMIT_NOFILE, &limit);
-        QVERIFY(plugin->start());
-        QTRY_COMPARE_WITH_TIMEOUT(logged("too few file descriptors left"), 1, patienceMs);
-        const int served = logged("worker created");
-        QVERIFY(served > 5 && served < 30);
-        QTRY_COMPARE_WITH_TIMEOUT(logged("AutoReportWorker initialized"), served, patienceMs);
-
-        limit.rlim_cur = all;
-        setrlimit(RLIMIT_NOFILE, &limit);
-        QMetaObject::invokeMethod(plugin.get(), "checkSchemas", Qt::DirectConnection);
-        QTRY_COMPARE_WITH_TIMEOUT(logged("AutoReportWorker initialized"), 40, patienceMs);
-        stopInTime();
-        QCOMPARE(logged("too few file descriptors left"), 1);
     }
 
 private:

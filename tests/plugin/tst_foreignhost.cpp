@@ -1,0 +1,180 @@
+#include "support/logcapture.h"
+#include "support/testdata.h"
+#include "support/testserver.h"
+
+#include <QHash>
+#include <QMutex>
+#include <QPluginLoader>
+#include <QSqlDatabase>
+#include <QVector>
+
+#include <array>
+#include <memory>
+
+/// A host's own declarations of what it shares with its plug-ins; none of the plug-in's headers.
+namespace foreign
+{
+
+struct Scheme {
+    QString name;
+    QString user;
+    QString pass;
+    QString token;
+};
+
+/// The connection manager as it lies in memory.
+struct Manager {
+    quint8 debugLevel = 0;
+    QHash<QString, Scheme> schemes;
+    QSqlDatabase info;
+    QSqlDatabase product;
+    QVector<QString> connections;
+    QVector<QString> unusedConnections;
+    bool closeInfoAfterUse = false;
+    bool infoOpen = false;
+    QString productConnection;
+    QString infoConnection = "KVH.InfoDB";
+    QMutex mutex;
+    QHash<QString, QString> second;
+    bool poolEnabled = true;
+};
+
+class Server
+{
+public:
+    virtual ~Server() = default;
+    virtual QString getVersion() const = 0;
+    virtual bool start() = 0;
+    virtual void stop() = 0;
+    virtual void pause() = 0;
+    virtual void resume() = 0;
+    virtual void setDebugLevel(unsigned char level) = 0;
+    virtual void setDatabase(const QSqlDatabase &database) = 0;
+};
+
+class TakesManager
+{
+public:
+    virtual void setDBManager(Manager *manager) = 0;
+
+protected:
+    ~TakesManager() = default;
+};
+
+class Version
+{
+public:
+    virtual ~Version() = default;
+    virtual QMap<QString, QString> getVerInfo() const = 0;
+};
+
+} // namespace foreign
+
+Q_DECLARE_INTERFACE(foreign::Server, "com.velmora.kvh.ServerInterface")
+Q_DECLARE_INTERFACE(foreign::TakesManager, "com.velmora.kvh.DatabaseManagerInterface")
+Q_DECLARE_INTERFACE(foreign::Version, "com.velmora.VerInfoInterface")
+
+/// The built module in a host that shares no line of code with it.
+class TestForeignHost : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        qputenv("TMPDIR", temporary.path().toLocal8Bit());
+        log = std::make_unique<LogCapture>();
+        info = std::make_unique<TestDatabase>(TestDatabase::Tables::Info);
+        schema = std::make_unique<TestDatabase>(TestDatabase::Tables::Schema);
+        info->addSchemas({"firma"}, schema->name());
+        info->addSchemas({"missing"}, "no_such_database");
+        schema->exec("INSERT INTO people (uid, pid, name, surname) VALUES (1, 1, 'Ján', 'Malý');\n"
+                     "INSERT INTO vars VALUES ('autoReport.DailyAtten.enabled', '1'), "
+                     "('autoReport.DailyAtten.emails', 'a@firma.sk')");
+    }
+
+    void cleanup()
+    {
+        schema.reset();
+        info.reset();
+        log.reset();
+    }
+
+    /// Loads, scans, stops and unloads, each time on the same manager.
+    void loadsAgain()
+    {
+        struct {
+            foreign::Manager manager;
+            std::array<quint64, 8> behind = {1, 2, 3, 4, 5, 6, 7, 8};
+        } host;
+        const auto behind = host.behind;
+        foreign::Manager &manager = host.manager;
+        manager.info = TestServer::addConnection(manager.infoConnection, info->name());
+        manager.infoOpen = manager.info.open();
+        QVERIFY(manager.infoOpen);
+        for (int round = 1; round <= 3; ++round) {
+            serve(manager, round);
+            if (QTest::currentTestFailed())
+                break;
+            QCOMPARE(mails(), round);
+            // What the plug-in left in the manager is the host's to read, and without the module.
+            QCOMPARE(manager.schemes.size(), 2);
+            const foreign::Scheme scheme = manager.schemes.value("firma");
+            QCOMPARE(
+                QStringList({scheme.name, scheme.user, scheme.pass, scheme.token}),
+                QStringList({schema->name(), TestServer::user, TestServer::password, "firma"}));
+            QCOMPARE(manager.connections.size(), 2);
+            for (const QString &connection : qAsConst(manager.connections))
+                QVERIFY(QSqlDatabase::contains(connection));
+            QVERIFY(manager.unusedConnections.isEmpty() && manager.second.isEmpty());
+            QVERIFY(manager.infoOpen && manager.poolEnabled && !manager.closeInfoAfterUse);
+            QVERIFY(manager.mutex.tryLock());
+            manager.mutex.unlock();
+            QVERIFY(host.behind == behind);
+        }
+        for (const QString &connection : qAsConst(manager.connections))
+            QSqlDatabase::removeDatabase(connection);
+        manager.info = QSqlDatabase();
+        QSqlDatabase::removeDatabase(manager.infoConnection);
+    }
+
+private:
+    void serve(foreign::Manager &manager, int round)
+    {
+        schema->exec("DELETE FROM vars WHERE name LIKE '%lastGenerated'");
+        QPluginLoader loader(AUTOREPORT_MODULE);
+        QVERIFY(!loader.isLoaded());
+        QObject *plugin = loader.instance();
+        QVERIFY2(plugin, qPrintable(loader.errorString()));
+        QCOMPARE(qobject_cast<foreign::Version *>(plugin)->getVerInfo().value("VER"),
+                 QString("1.2.3"));
+        qobject_cast<foreign::TakesManager *>(plugin)->setDBManager(&manager);
+        auto *server = qobject_cast<foreign::Server *>(plugin);
+        QCOMPARE(server->getVersion(), QString("1.2.3"));
+        server->setDebugLevel(1);
+        QVERIFY(server->start()); // the scan comes a second later
+        QVERIFY(logs("active workers: 1 / 2 schemas checked (total schemas: 2)", round));
+        QTRY_COMPARE_WITH_TIMEOUT(mails(), round, patienceMs);
+        server->pause();
+        QVERIFY(logs("AutoReportWorker - pause()", round));
+        server->resume();
+        QVERIFY(logs("AutoReportWorker - resume()", round));
+        server->stop();
+        QCOMPARE(log->countContaining("AutoReportWorker - stop()"), round);
+        QVERIFY2(loader.unload(), qPrintable(loader.errorString())); // deletes the plug-in, too
+    }
+
+    bool logs(const QString &part, int times) const
+    {
+        return QTest::qWaitFor([&] { return log->countContaining(part) == times; }, patienceMs);
+    }
+    int mails() const { return schema->value("SELECT COUNT(*) FROM emails").toInt(); }
+
+    const QTemporaryDir temporary;
+    std::unique_ptr<LogCapture> log;
+    std::unique_ptr<TestDatabase> info;
+    std::unique_ptr<TestDatabase> schema;
+};
+
+QTEST_GUILESS_MAIN(TestForeignHost)
+#include "tst_foreignhost.moc"
