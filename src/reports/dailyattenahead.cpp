@@ -15,12 +15,13 @@
 namespace
 {
 
-// Results have some thousand rows, and hold a megabyte until they are read.
-constexpr int peoplePerStatement = 500; ///< servers treat lists of 1,000 and more in another way
+// A result then has some thousand rows and takes about a megabyte.
+constexpr int peoplePerStatement = 500; ///< MariaDB turns lists of 1,000 and more into subqueries
 constexpr int cellsAhead = 8000;
-constexpr int daysAhead = 8; ///< at least: finding a person costs the server as much as some days
+constexpr int daysAhead =
+    8; ///< at least: looking a person up costs the server as much as reading some days
 
-// The first columns of all statements, whose values follow.
+// The columns of every statement: who, when, then the values.
 enum Column { Uid, Moment, FirstValue };
 
 int dividedUp(int count, int divisor)
@@ -28,10 +29,10 @@ int dividedUp(int count, int divisor)
     return (count + divisor - 1) / divisor;
 }
 
-/// Whether the server compares the column with numbers as we do: as whole numbers.
+/// Returns whether the column holds integers, which the server compares as we do.
 bool isWholeNumber(const QSqlField &field)
 {
-    constexpr int yearType = 13; // to the server its 5 equals 2005
+    constexpr int yearType = 13; // for the server, YEAR 5 equals 2005
     switch (static_cast<int>(field.type())) {
     case QMetaType::Char:
     case QMetaType::UChar:
@@ -120,7 +121,7 @@ private:
             doubtful |= DayValue::Interruptions;
         ++total.count;
     }
-    /// Of several rows the last counts, and which one that is the server alone knows.
+    /// Of several rows the last counts; only the server knows which one that is.
     void takeOnly(DayValue value)
     {
         if (seen.testFlag(value))
@@ -216,7 +217,7 @@ bool DailyAttenAhead::read(DayValue value, Block &block)
 {
     const auto first = starts.cbegin() + block.firstDay - 1;
     const auto end = first + block.days;
-    // A zone that left out a day has none of its moments; what its statements find is up to them.
+    // A zone that skipped a whole day: leave it to the statements about that day.
     if (std::adjacent_find(first, end + 1, std::greater_equal<>()) != end + 1)
         return false;
     QSqlQuery query = freshQuery(database);

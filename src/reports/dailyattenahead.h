@@ -41,7 +41,7 @@ public:
 
     struct Row {
         DailyAttenRow row; ///< incomplete if an error came up right now
-        DayValues open;    ///< what is still to be read, all of which the row has none or wrong
+        DayValues open;    ///< the values still to be read, which are missing or doubtful in `row`
     };
     /// Returns nothing when stopped. The person must be one of those set, the day not after today.
     std::optional<Row> row(unsigned int uid, int dayOfMonth);

@@ -44,8 +44,8 @@ public:
 
     void setShifts(const ShiftTable &table) { shifts = table; }
 
-    /// Returns the values of one of the people and one day. Rows are read fastest day by day, in
-    /// the order of the people. A row that a stop left unread is incomplete.
+    /// Returns the values of one person and one day; incomplete if a stop came before they were
+    /// read. Fastest in the order of the sheet: day by day, in each the people in their order.
     DailyAttenRow row(const DailyAttenPerson &person, int dayOfMonth);
 
     /// Returns the statements that the report executes with these options, for nobody in

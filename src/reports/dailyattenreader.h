@@ -8,9 +8,9 @@
 class QSqlQuery;
 
 /**
- * Reads one person's day by statements about nothing else.
+ * Reads one person's day by statements of its own.
  *
- * What these return is what the report shows; reading ahead only saves the round trips.
+ * They define what the report shows; reading ahead only saves round trips.
  */
 class DailyAttenReader
 {

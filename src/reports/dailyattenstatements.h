@@ -15,7 +15,7 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(DayValues)
 constexpr DayValue dayValues[] = {DayValue::Attendance, DayValue::Overtime, DayValue::Corrections,
                                   DayValue::Interruptions};
 
-/// One day or several in a row, in Unix seconds: from the first moment to the first one after it.
+/// One day, or several in a row: [start, end) in Unix seconds.
 struct DaySpan {
     qint64 start;
     qint64 end;
@@ -39,8 +39,7 @@ public:
     DayValues values() const;
 
     QString forOne(DayValue value, unsigned int uid, const DaySpan &day) const;
-    /// The overtime's rows need a further look unless the options ask for the advanced one: only
-    /// those count whose moment is the first one of a day.
+    /// Of the rows of plain overtime, only those count whose moment is the first one of a day.
     QString forMany(DayValue value, const QVector<unsigned int> &uids, const DaySpan &days) const;
 
 private:

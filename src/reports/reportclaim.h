@@ -5,12 +5,12 @@
 
 struct ReportRun;
 
-/// Whose the report is that a run has made ready.
+/// Which run may mail a report.
 enum class Claim {
-    Ours,      ///< until the transaction ends; or the server could not be asked
+    Ours,      ///< this one, until its transaction ends; also if the server could not be asked
     Made,      ///< another host has made it meanwhile
-    Contested, ///< another host is at it, and the server rolled this transaction back
-    Blocked    ///< somebody holds the row for longer than the server lets others wait
+    Contested, ///< another host is mailing it, and the server rolled this transaction back
+    Blocked    ///< another connection held the row for longer than the server lets us wait
 };
 
 /**
@@ -19,8 +19,9 @@ enum class Claim {
  *
  * "lastGenerated", stored under `key`, is read again and its row locked, and the schedule is asked
  * once more for the run's moment. The lock lasts as long as the transaction, which stores the new
- * value: of two runs that got this far the slower one waits here and finds the report made, or, on
- * another node of a cluster, finds its transaction rolled back here, later, or at the commit.
+ * value. Of two runs on one server, the slower waits here and then finds the report made. On
+ * another node of a cluster, its transaction is rolled back: here, at a later statement, or at the
+ * commit.
  *
  * A table without transactions has no such locks; there the run only looks again.
  */

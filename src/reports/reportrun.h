@@ -18,8 +18,8 @@ struct ReportRun {
     ReportSettings settings;
     QDateTime now;
     CountsAsMade countsWhen = CountsAsMade::Never;
-    /// Began because the schedule said so, and ends where another host was faster. An operator's
-    /// run is not scheduled, whatever it counts as.
+    /// Whether the schedule started the run: it then ends if another host was faster. False for an
+    /// operator's run, whatever it counts as.
     bool isScheduled = false;
     /// The server's number of the connection when the run began, 0 if unknown. Mails queued over
     /// that connection are rolled back when it is lost; a new one must not continue the run.

@@ -62,7 +62,8 @@ ScheduleVerdict scheduleVerdict(const ReportSettings &settings, const QDateTime 
  * Returns the moment of a run that was due at `asked` and had to wait until `now`.
  *
  * That is `now` while the report is due then: what a run shows is of the day on which it is made. A
- * report of late in the evening that waited over midnight is due no more, and keeps its own day.
+ * report that was due late in the evening and waited past midnight is no longer due then, and keeps
+ * its own day.
  */
 QDateTime momentAfterWait(const ReportSettings &settings, const QDateTime &asked,
                           const QDateTime &now);

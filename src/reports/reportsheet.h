@@ -23,7 +23,7 @@ struct ReportCell {
     void writeBlank(libxl::IFormatT<wchar_t> *format) const;
 };
 
-/// A column of a report's sheet: `write` fills its cell of the row that shows `Values`.
+/// A column of a report's sheet: `write` fills its cell in the row that shows the given values.
 template <typename Values>
 struct ReportColumn {
     QString heading;
@@ -59,7 +59,7 @@ QString columnLetters(int col);
 /**
  * Puts the letters of columns into a formula over cells of one row. `pattern` names the columns in
  * braces, "={worked}-{planned}", so that it follows them wherever they stand; in the result, "%1"
- * stands for the row as people count it.
+ * stands for the row number, from 1.
  */
 template <typename Values>
 QString resolveFormula(QString pattern, const QVector<ReportColumn<Values>> &columns)
