@@ -3,7 +3,7 @@
 #include "common/freshquery.h"
 
 #include <QDebug>
-#include <QSqlError>
+#include <QStringList>
 #include <QVariant>
 
 namespace
@@ -15,9 +15,17 @@ QString mailColumns()
     return QStringLiteral("type, `from`, `to`, subject, body, created, aid, uid, data");
 }
 
+Error errorLine(const char *text, const QSqlQuery &query, const QString &sql)
+{
+    const Error error = errorOf(query);
+    return {QStringList{QLatin1String(text), error.text, QStringLiteral("\n\nSQL:"), sql}.join(
+                QLatin1Char(' ')),
+            error.code};
+}
+
 void logError(const char *text, const QSqlQuery &query)
 {
-    qCritical().noquote() << text << query.lastError().text() << "\n\nSQL:" << query.lastQuery();
+    qCritical().noquote() << errorLine(text, query, query.lastQuery()).text;
 }
 
 /// The other columns, above all `status`, keep their defaults or are written by the sender.
@@ -90,6 +98,15 @@ QString MailRepository::columnsStatement()
 
 uint MailRepository::addMail(const MailRecord &mail)
 {
+    const Result<uint> added = tryAddMail(mail);
+    if (added.isOk())
+        return added.value();
+    qCritical().noquote() << added.error();
+    return 0;
+}
+
+Result<uint> MailRepository::tryAddMail(const MailRecord &mail) const
+{
     if (mail.from.isEmpty() || mail.to.isEmpty() || mail.subject.isEmpty())
         return 0;
     if (debug) {
@@ -99,16 +116,12 @@ uint MailRepository::addMail(const MailRecord &mail)
 
     QSqlQuery query = freshQuery(database);
     const QString sql = insertStatement();
-    if (!query.prepare(sql)) {
-        qCritical().noquote() << "MailRepository::addMail() Prepare failed - ERROR:"
-                              << query.lastError().text() << "\n\nSQL:" << sql;
-        return 0;
-    }
+    if (!query.prepare(sql))
+        return errorLine("MailRepository::addMail() Prepare failed - ERROR:", query, sql);
     bind(query, mail);
     if (query.exec())
         return query.lastInsertId().toUInt();
-    logError("MailRepository::addMail() SQL ERROR:", query);
-    return 0;
+    return errorLine("MailRepository::addMail() SQL ERROR:", query, query.lastQuery());
 }
 
 MailRecord MailRepository::loadMail(uint mid)

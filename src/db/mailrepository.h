@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/result.h"
 #include "db/mailrecord.h"
 
 #include <QObject>
@@ -22,6 +23,10 @@ public:
     explicit MailRepository(QObject *parent = nullptr);
 
     void setDB(const QSqlDatabase &db);
+
+    /// As addMail(), for callers who want to know what failed: the error is the line that addMail()
+    /// would have logged.
+    Result<uint> tryAddMail(const MailRecord &mail) const;
 
     /// Returns the statement of addMail(), with placeholders.
     static QString insertStatement();

@@ -1,6 +1,7 @@
 #include "reports/attenreport.h"
 
 #include "db/mailrepository.h"
+#include "db/varstable.h"
 #include "reports/bookformat.h"
 #include "reports/reportbook.h"
 #include "reports/reportclaim.h"
@@ -12,6 +13,8 @@
 #include "reports/reporttransaction.h"
 
 #include <QElapsedTimer>
+
+#include <QDebug>
 
 #include <utility>
 
@@ -46,7 +49,7 @@ void AttenReport::doWork()
         return;
     ReportLock lock(database, kind.className);
     if (!lock.acquire()) {
-        logEnd(End::Contested);
+        logEnd(End::Contested, run);
         return;
     }
     run.connectionId = lock.connectionId();
@@ -105,7 +108,7 @@ bool AttenReport::buildWorkbook(const QString &path, const ReportRun &run)
     if (!fits(bookFormatOf(path), content->rowCount()))
         return false;
     if (!content->loadValues() && isConnectionLost(run, database)) {
-        logEnd(End::ConnectionLost);
+        logEnd(End::ConnectionLost, run);
         return false;
     }
     return writeBook(path, *content, run);
@@ -135,7 +138,7 @@ bool AttenReport::writeBook(const QString &path, ReportContent &content, const R
     }
     const End end = writeRows(content, run);
     if (end != End::None) {
-        logEnd(end);
+        logEnd(end, run);
         return false;
     }
     content.endSheet();
@@ -189,7 +192,7 @@ int AttenReport::queueMails(const QString &path, const ReportRun &run)
     if (end == End::None)
         return queued;
     transaction.rollback();
-    logEnd(end);
+    logEnd(end, run);
     return 0;
 }
 
@@ -226,11 +229,10 @@ AttenReport::End AttenReport::queueAll(const MailRecord &mail, const ReportRun &
         return End::NothingQueued;
     if (counts) {
         end = interruptionOf(run, transaction);
-        if (end != End::None)
-            return end;
-        storeLastGenerated();
+        if (end == End::None)
+            end = storeLastGenerated(run);
     }
-    return interruptionOf(run, transaction);
+    return end == End::None ? interruptionOf(run, transaction) : end;
 }
 
 AttenReport::End AttenReport::queueForEach(MailRecord mail, const ReportRun &run,
@@ -242,43 +244,58 @@ AttenReport::End AttenReport::queueForEach(MailRecord mail, const ReportRun &run
         // recipients again.
         if (isStopRequested(run) && (queued == 0 || transaction.canRollBack()))
             return End::StoppedInMails;
-        if (queueOne(mail)) {
-            ++queued;
-            continue;
-        }
-        const End end = interruptionOf(run, transaction);
+        const int before = queued;
+        End end = queueOne(mail, run, queued);
+        if (end == End::None && queued == before)
+            end = interruptionOf(run, transaction);
         if (end != End::None)
             return end;
     }
     return End::None;
 }
 
-bool AttenReport::queueOne(const MailRecord &mail) const
+/// A mail that is refused costs the others nothing, unless it is because another host was faster.
+AttenReport::End AttenReport::queueOne(const MailRecord &mail, const ReportRun &run,
+                                       int &queued) const
 {
     MailRepository repository(nullptr);
     repository.setDB(database);
-    const int mid = static_cast<int>(repository.addMail(mail));
+    const Result<uint> added = repository.tryAddMail(mail);
+    if (!added.isOk() && run.isScheduled && isConflict(added.errorCode()))
+        return End::RolledBack;
+    if (!added.isOk())
+        qCritical().noquote() << added.error();
+    const int mid = added.isOk() ? static_cast<int>(added.value()) : 0;
+    queued += mid > 0 ? 1 : 0;
     if (mid == 0)
         qWarning("%s::makeReport() - mail not created!", kind.className);
     else if (mid < 0)
         qCritical("%s::makeReport - mail not created!", kind.className);
-    return mid > 0;
+    return End::None;
 }
 
 /// Asks the server whether the mails queued so far still stand, so that more may follow.
 AttenReport::End AttenReport::interruptionOf(const ReportRun &run,
                                              ReportTransaction &transaction) const
 {
+    // Twice: the first statement after a rollback by the server fails on a good connection, too.
     if (isConnectionLost(run, database))
-        return End::ConnectionLost;
+        return isConnectionLost(run, database) ? End::ConnectionLost : End::RolledBack;
     return transaction.isRolledBack() ? End::RolledBack : End::None;
 }
 
-void AttenReport::storeLastGenerated()
+AttenReport::End AttenReport::storeLastGenerated(const ReportRun &run) const
 {
     const qint64 generated = QDateTime::currentSecsSinceEpoch();
-    if (!settings.variableSet(kind.key("lastGenerated"), generated))
-        qCritical("%s::makeReport() - 'lastGenerated' NOT SET!", kind.className);
+    const QVector<Error> errors =
+        VarsTable(database).store({{kind.key("lastGenerated"), generated}});
+    if (errors.isEmpty())
+        return End::None;
+    if (run.isScheduled && isConflict(errors.first().code))
+        return End::RolledBack;
+    qCritical().noquote() << "variableSet ERROR:" << errors.first().text;
+    qCritical("%s::makeReport() - 'lastGenerated' NOT SET!", kind.className);
+    return End::None;
 }
 
 AttenReport::End AttenReport::commit(const ReportRun &run, ReportTransaction &transaction) const
@@ -286,13 +303,13 @@ AttenReport::End AttenReport::commit(const ReportRun &run, ReportTransaction &tr
     if (transaction.commit())
         return End::None;
     if (run.isScheduled && isConflict(transaction.errorCode()))
-        return End::Contested;
+        return End::RolledBack;
     qCritical("%s::makeReport() - mails not committed: %s", kind.className,
               qUtf8Printable(transaction.error()));
     return End::NotCommitted;
 }
 
-void AttenReport::logEnd(End end) const
+void AttenReport::logEnd(End end, const ReportRun &run) const
 {
     switch (end) {
     case End::None:
@@ -318,8 +335,12 @@ void AttenReport::logEnd(End end) const
         qWarning("%s::makeReport() - database connection lost, no mail queued!", kind.className);
         break;
     case End::RolledBack:
-        qWarning("%s::makeReport() - the server rolled the run back, no mail queued!",
-                 kind.className);
+        if (run.isScheduled) // the next tick looks again
+            qInfo("%s::makeReport() - the server rolled the run back, no mail queued!",
+                  kind.className);
+        else
+            qWarning("%s::makeReport() - the server rolled the run back, no mail queued!",
+                     kind.className);
         break;
     }
 }

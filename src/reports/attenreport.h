@@ -109,11 +109,11 @@ private:
                  int &queued);
     End queueForEach(MailRecord mail, const ReportRun &run, ReportTransaction &transaction,
                      int &queued) const;
-    bool queueOne(const MailRecord &mail) const;
+    End queueOne(const MailRecord &mail, const ReportRun &run, int &queued) const;
     End interruptionOf(const ReportRun &run, ReportTransaction &transaction) const;
-    void storeLastGenerated();
+    End storeLastGenerated(const ReportRun &run) const;
     End commit(const ReportRun &run, ReportTransaction &transaction) const;
-    void logEnd(End end) const;
+    void logEnd(End end, const ReportRun &run) const;
 
     const ReportKind &kind;
 };

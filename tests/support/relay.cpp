@@ -15,8 +15,8 @@ constexpr int pollMs = 5;      // how late the relay sees what another thread as
 constexpr int headerBytes = 4; // length in three bytes, lowest first, and the packet's number
 
 // Of the commands that a packet begins with, those that have no answer.
-constexpr char quit = 0x01;
-constexpr char closeStatement = 0x19;
+const QByteArray quit("\x01");
+const QByteArray closeStatement("\x19");
 
 sockaddr_in loopback(int port)
 {
@@ -177,7 +177,7 @@ bool Relay::mayForward(Link &link, const QByteArray &packet)
     const bool loggingIn = link.database.isNull();
     if (loggingIn) // the packet has the database's name in it, and is matched for that
         link.database = packet;
-    else if (const char command = packet.at(headerBytes);
+    else if (const QByteArray command = packet.mid(headerBytes, 1);
              command == quit || command == closeStatement)
         return true;
     const QByteArray text = loggingIn ? QByteArray(login) : packet.mid(headerBytes + 1);
