@@ -1,8 +1,9 @@
 #include "host/hoststate.h"
 
+#include "host/logtoken.h"
+
 #include <QDateTime>
 #include <QRegularExpression>
-#include <QThread>
 
 #include <algorithm>
 #include <iterator>
@@ -21,6 +22,7 @@ constexpr Cause causesByText[] = {
     {"no people!", "no_people"},
     {"addSheet failed!", "workbook"},
     {"Book() failed!", "workbook"},
+    {"rows are more than", "workbook"},
     {"XLS not saved!", "workbook"},
     {"for read!", "attachment"},
     {"mail not created!", "mail"},
@@ -69,8 +71,8 @@ void HostState::take(const QString &message)
     const QString kind = kindIn(message);
     if (kind.isEmpty())
         return;
-    static const QRegularExpression endOfRun(
-        QStringLiteral(R"(::makeReport\(\) - run ended after ([\d.]+) s, mails queued: (\d+)$)"));
+    static const QRegularExpression endOfRun(QStringLiteral(
+        R"(::makeReport\(\) - run ended after ([\d.]+) s, rows: \d+, mails queued: (\d+)$)"));
     const std::lock_guard guard(mutex);
     const QRegularExpressionMatch end = endOfRun.match(message);
     if (end.hasMatch()) {
@@ -118,10 +120,8 @@ HostSnapshot HostState::snapshot() const
     return current;
 }
 
-/// The plug-in names each worker's thread after its schema's token.
 QString HostState::token() const
 {
-    const auto prefix = QLatin1String("AutoReport_");
-    const QString name = QThread::currentThread()->objectName();
-    return name.startsWith(prefix) ? name.mid(prefix.size()) : singleToken;
+    const QString ofThread = tokenOfThread();
+    return ofThread.isEmpty() ? singleToken : ofThread;
 }

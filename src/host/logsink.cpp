@@ -1,8 +1,9 @@
 #include "host/logsink.h"
 
+#include "host/logline.h"
 #include "host/logrepeats.h"
+#include "host/logtoken.h"
 
-#include <QDateTime>
 #include <QElapsedTimer>
 #include <QString>
 
@@ -15,39 +16,15 @@ namespace
 
 std::mutex lock; // guards the variables below; each line is written with it held
 bool everythingShown = false;
+LogStyle style = LogStyle::Plain;
 QElapsedTimer sinceInstalled;
 LogRepeats warnings;
 LogRepeats criticals;
 std::function<void(const QString &)> listener;
 
-QString levelName(QtMsgType type)
+void write(QtMsgType type, const QString &text)
 {
-    switch (type) {
-    case QtDebugMsg:
-        return QStringLiteral("DEBUG");
-    case QtInfoMsg:
-        return QStringLiteral("INFO");
-    case QtWarningMsg:
-        return QStringLiteral("WARNING");
-    case QtCriticalMsg:
-        return QStringLiteral("CRITICAL");
-    case QtFatalMsg:
-        break;
-    }
-    return QStringLiteral("FATAL");
-}
-
-void write(QtMsgType type, const QString &message)
-{
-    QString text = message;
-    text.replace(QLatin1Char('\n'), QLatin1String(" | ")); // one message stays one line
-    for (QChar &c : text) {
-        if (c.unicode() < 0x20 || c.unicode() == 0x7F)
-            c = QChar::ReplacementCharacter; // a text from a database must not control a terminal
-    }
-    const QString time =
-        QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-    const QByteArray line = QStringLiteral("%1 %2 %3\n").arg(time, levelName(type), text).toUtf8();
+    const QByteArray line = logLine(style, type, text);
     // A failed write is ignored: nowhere else to report it.
     [[maybe_unused]] const ssize_t written =
         ::write(STDERR_FILENO, line.constData(), static_cast<size_t>(line.size()));
@@ -62,24 +39,43 @@ void writeSummaries(QtMsgType type, LogRepeats &repeats)
         write(type, summary);
 }
 
-bool isShown(QtMsgType type, const QString &message)
+/// Whether an info line comes with every tick of every schema, thousands of times a day. A run that
+/// ended without a mail is one of them: the warning that says why is counted, and it comes again.
+bool isOfTick(const QString &message)
 {
-    bool isNews = type != QtDebugMsg;
-    if (type == QtWarningMsg)
-        isNews = warnings.isShown(message, sinceInstalled.elapsed());
-    else if (type == QtCriticalMsg)
-        isNews = criticals.isShown(message, sinceInstalled.elapsed());
-    return isNews || everythingShown;
+    return message.endsWith(QLatin1String("::doWork()")) ||
+           message.startsWith(QLatin1String("AutoReportWorker - activateReports()")) ||
+           message.endsWith(QLatin1String(", mails queued: 0"));
+}
+
+bool isNews(QtMsgType type, const QString &message, const QString &text)
+{
+    switch (type) {
+    case QtDebugMsg:
+        return false;
+    case QtInfoMsg:
+        return !isOfTick(message);
+    case QtWarningMsg:
+        return warnings.isShown(text, sinceInstalled.elapsed());
+    case QtCriticalMsg:
+        return criticals.isShown(text, sinceInstalled.elapsed());
+    case QtFatalMsg:
+        break;
+    }
+    return true;
 }
 
 void handle(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
+    // The plug-in's lines seldom say which customer they are about.
+    const QString token = tokenOfThread();
+    const QString text = token.isEmpty() ? message : token + QLatin1String(": ") + message;
     const std::lock_guard guard(lock);
     // No timer needed: workers log with every tick.
     writeSummaries(QtWarningMsg, warnings);
     writeSummaries(QtCriticalMsg, criticals);
-    if (isShown(type, message))
-        write(type, message);
+    if (isNews(type, message, text) || everythingShown)
+        write(type, text);
     if (listener)
         listener(message);
 }
@@ -89,6 +85,7 @@ void handle(QtMsgType type, const QMessageLogContext &, const QString &message)
 void LogSink::install(bool showEverything)
 {
     everythingShown = showEverything;
+    style = logStyleOf(STDERR_FILENO);
     sinceInstalled.start();
     qInstallMessageHandler(handle);
 }

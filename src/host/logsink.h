@@ -5,7 +5,8 @@
 class QString;
 
 /**
- * Writes the log to standard error, one line per message, with time and level.
+ * Writes the log to standard error, one line per message, with time and level, or for the journal
+ * with its priority. What a schema's worker logs begins with the schema's token.
  *
  * Any thread may log. Each line is a single write, so that lines of several threads never mix.
  */
@@ -13,16 +14,19 @@ namespace LogSink
 {
 
 /**
- * Installs the process's message handler. Unless `showEverything`, debug messages are dropped and
- * a repeated warning or critical message is shown once an hour with its count.
+ * Installs the process's message handler. Unless `showEverything`, debug messages are dropped, and
+ * so are the info lines of ticks that do nothing; a warning or critical message that a schema
+ * repeats is shown once an hour with its count.
  */
 void install(bool showEverything);
 
-/// Hands every message to `listener` too, in the thread that logs it; none again with a null one.
+/// Hands every message to `listener` too, as it was logged and in the thread that logs it; none
+/// again with a null one.
 /// Returns when no thread uses the previous listener any more.
 void setListener(std::function<void(const QString &)> listener);
 
-/// Returns how many different warning and critical messages occurred within the last hour.
+/// Returns how many different warning and critical messages occurred within the last hour, those of
+/// different schemas counted apart.
 int recentProblems();
 
 } // namespace LogSink

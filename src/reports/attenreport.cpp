@@ -72,16 +72,17 @@ void AttenReport::produce(const ReportRun &run)
     elapsed.start();
     loadOptions();
     const QString path = reportPath(fileNameByOptions(run.now.date()));
-    const int queued = buildWorkbook(path, run) ? queueMails(path, run) : 0;
+    const int rows = buildWorkbook(path, run);
+    const int queued = rows > 0 ? queueMails(path, run) : 0;
     // A host counts runs by this line.
-    qInfo("%s::makeReport() - run ended after %.3f s, mails queued: %i", kind.className,
-          double(elapsed.elapsed()) / 1000, queued);
+    qInfo("%s::makeReport() - run ended after %.3f s, rows: %i, mails queued: %i", kind.className,
+          double(elapsed.elapsed()) / 1000, rows, queued);
 }
 
 bool AttenReport::saveWorkbook(const QString &path, const ReportRun &run)
 {
     loadOptions();
-    return buildWorkbook(path, run);
+    return buildWorkbook(path, run) > 0;
 }
 
 QString AttenReport::fileName(const QDate &today)
@@ -96,22 +97,23 @@ QStringList AttenReport::statements()
     return statementsByOptions();
 }
 
-bool AttenReport::buildWorkbook(const QString &path, const ReportRun &run)
+/// Returns the number of its rows; 0, logged, when there is no workbook.
+int AttenReport::buildWorkbook(const QString &path, const ReportRun &run)
 {
     const std::unique_ptr<ReportContent> content = createContent(run);
     if (!content->loadPeople())
-        return false;
+        return 0;
     if (content->rowCount() == 0) {
         qWarning("%s - no people!", kind.className);
-        return false;
+        return 0;
     }
     if (!fits(bookFormatOf(path), content->rowCount()))
-        return false;
+        return 0;
     if (!content->loadValues() && isConnectionLost(run, database)) {
         logEnd(End::ConnectionLost, run);
-        return false;
+        return 0;
     }
-    return writeBook(path, *content, run);
+    return writeBook(path, *content, run) ? content->rowCount() : 0;
 }
 
 /// Asked before the rows are read, which may take hours: cells past the last row would get lost.

@@ -100,7 +100,7 @@ private:
 
     ReportSettings readSettings() const;
     void produce(const ReportRun &run);
-    bool buildWorkbook(const QString &path, const ReportRun &run);
+    int buildWorkbook(const QString &path, const ReportRun &run);
     bool fits(const BookFormat &format, int rowCount) const;
     bool writeBook(const QString &path, ReportContent &content, const ReportRun &run) const;
     End writeRows(ReportContent &content, const ReportRun &run) const;

@@ -3,11 +3,34 @@
 #include "workbook/libxlhelper.h"
 
 #include <QDir>
+#include <QFileInfo>
+
+#include <cerrno>
+
+#include <sys/statvfs.h>
 
 namespace
 {
 
 constexpr int fontPoints = 10;
+
+/// The room is left out where it has nothing to do with the failure.
+QString roomText(const QString &folder, int error)
+{
+    struct statvfs room = {};
+    if (error != ENOSPC || ::statvfs(folder.toUtf8().constData(), &room) != 0)
+        return {};
+    return QStringLiteral(", %1 MiB free").arg(room.f_bavail * room.f_frsize / 1048576);
+}
+
+void logUnsaved(const QString &path, int error, const char *report)
+{
+    const QString reason = error == 0
+                               ? QStringLiteral("its format cannot hold it, or memory ran out")
+                               : qt_error_string(error);
+    qWarning("%s - '%s': %s%s", report, qUtf8Printable(path), qUtf8Printable(reason),
+             qUtf8Printable(roomText(QFileInfo(path).path(), error)));
+}
 
 } // namespace
 
@@ -30,9 +53,13 @@ QString reportPath(const QString &fileName)
 
 bool saveReportBook(ReportBook book, const QString &path, const char *report)
 {
+    errno = 0; // a format that cannot hold the rows sets none
     const bool saved = book->save(path.toStdWString().c_str());
+    const int error = errno;
     book.reset();
-    if (!saved)
+    if (!saved) {
         qCritical("%s - XLS not saved!", report);
+        logUnsaved(path, error, report);
+    }
     return saved;
 }

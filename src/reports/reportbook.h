@@ -21,5 +21,6 @@ void setUpReportBook(libxl::IBookT<wchar_t> &book, const char *report);
 /// in the path, so that saving fails.
 QString reportPath(const QString &fileName);
 
-/// Saves the book and releases it; a failure is logged with `report`, the report's class.
+/// Saves the book and releases it; a failure is logged with `report`, the report's class, and so is
+/// its reason, with the path.
 bool saveReportBook(ReportBook book, const QString &path, const char *report);

@@ -106,8 +106,9 @@ private:
         host.setProcessEnvironment(
             TestServer::environment(moment.toString("yyyy-MM-dd HH:mm:ss' x%1'").arg(speed)));
         host.setProcessChannelMode(QProcess::MergedChannels);
-        host.start(AUTOREPORT_PROGRAM, QStringList{"serve", "--single", "--language", language} +
-                                           TestServer::options(bench->schema.name()));
+        host.start(AUTOREPORT_PROGRAM,
+                   QStringList{"serve", "--single", "--language", language, "--debug", "1"} +
+                       TestServer::options(bench->schema.name()));
         QByteArray output;
         const auto ticks = [&] {
             return (output += host.readAll()).count("activateReports()");

@@ -140,7 +140,8 @@ private Q_SLOTS:
         QVERIFY2(!program->log.contains("WARNING") && !program->log.contains("CRITICAL"),
                  qPrintable(program->log));
         QVERIFY(!program->log.contains("secret"));
-        static const QRegularExpression lines(R"(^([\d-]{10} [\d:]{8} (DEBUG|INFO) [^\n]+\n)+$)");
+        static const QRegularExpression lines(
+            R"(^([\d-]{10}T[\d:]{8}(Z|[+-]\d\d:\d\d) (DEBUG|INFO) [^\n]+\n)+$)");
         QVERIFY2(lines.match(program->log).hasMatch(), qPrintable(program->log));
     }
 

@@ -6,6 +6,7 @@
 #include "support/testhost.h"
 
 #include <QDir>
+#include <QRegularExpression>
 
 /// What both reports have in common: mails, and errors, which cost no more than they must and are
 /// logged.
@@ -182,8 +183,12 @@ private Q_SLOTS:
             QVERIFY(QDir().mkpath(file("DennyReport")) &&
                     QDir().mkpath(file("MesReportDochadzky")));
         makeBoth();
-        for (const char *report : {"DailyAttenReport", "MonthlyAttenReport"})
+        const QRegularExpression why("'/.+\\.xlsx': (Is a|No such file or) directory$");
+        for (const char *report : {"DailyAttenReport", "MonthlyAttenReport"}) {
             QCOMPARE(bench->log.countContaining(line.arg(report)), 1);
+            const QStringList lines = bench->log.texts(QtWarningMsg).filter(report).filter(why);
+            QCOMPARE(lines.size(), line.endsWith("XLS not saved!") ? 1 : 0);
+        }
         QCOMPARE(bench->mails(), 0);
         QVERIFY(!bench->lastGenerated("DailyAtten").isValid());
         QTEST(bench->lastGenerated("MonthlyAtten").isValid(), "monthlyCounts");

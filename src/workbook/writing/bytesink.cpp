@@ -26,9 +26,11 @@ ByteSink::ByteSink(std::string targetPath)
 
 ByteSink::~ByteSink()
 {
+    const int before = errno;
     close();
     if (!temporary.empty())
         ::unlink(temporary.c_str());
+    errno = before;
 }
 
 void ByteSink::openTemporary()
@@ -42,8 +44,8 @@ void ByteSink::openTemporary()
     file = ::mkostemps(temporary.data(), static_cast<int>(ending.size()), O_CLOEXEC);
     if (file >= 0)
         return;
+    failWithErrno();
     temporary.clear();
-    failed = true;
 }
 
 void ByteSink::append(std::string_view bytes)
@@ -82,7 +84,7 @@ void ByteSink::writeAt(std::uint64_t offset, std::string_view bytes)
             bytes.remove_prefix(static_cast<std::size_t>(written));
             offset += static_cast<std::uint64_t>(written);
         } else if (written == 0 || errno != EINTR) {
-            failed = true;
+            failWithErrno();
         }
     }
 }
@@ -100,12 +102,21 @@ bool ByteSink::commit()
 {
     flush();
     // A network file system may report a full disk only here.
-    if (!close() || failed || std::rename(temporary.c_str(), target.c_str()) != 0) {
-        failed = true;
+    if (!failed && (!close() || std::rename(temporary.c_str(), target.c_str()) != 0))
+        failWithErrno();
+    if (failed) {
+        errno = firstErrno;
         return false;
     }
     temporary.clear();
     return true;
+}
+
+void ByteSink::failWithErrno()
+{
+    if (!failed)
+        firstErrno = errno;
+    failed = true;
 }
 
 } // namespace workbook

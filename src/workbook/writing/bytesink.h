@@ -12,7 +12,8 @@ namespace workbook
  * the target. Until then, and on any failure, an older target is untouched; a sink that ends
  * without a successful commit removes its temporary file.
  *
- * The first error is latched: later calls do nothing and commit() returns false.
+ * The first error is latched: later calls do nothing and commit() returns false. Then `errno` is
+ * the system's first error, 0 if the file format was at fault, and the destructor keeps it.
  */
 class ByteSink
 {
@@ -43,6 +44,7 @@ private:
     void flush();
     void writeAt(std::uint64_t offset, std::string_view bytes);
     bool close();
+    void failWithErrno();
 
     const std::string target;
     std::string temporary; // empty while there is no file to remove
@@ -50,6 +52,7 @@ private:
     std::uint64_t flushed = 0;
     int file = -1;
     bool failed = false;
+    int firstErrno = 0;
 };
 
 } // namespace workbook

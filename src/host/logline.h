@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+/// How a line of the log says when it was written and how grave it is.
+enum class LogStyle {
+    Plain,  ///< "2026-11-22T06:12:00+01:00 WARNING text"
+    Journal ///< "<4>text": the journal adds the time, and filters by the number
+};
+
+/// Returns Journal if the service manager has connected `descriptor` to its journal.
+LogStyle logStyleOf(int descriptor);
+
+/// Returns the text as one line of UTF-8 with its line end. A line feed in it becomes " | ", any
+/// other control character U+FFFD.
+QByteArray logLine(LogStyle style, QtMsgType type, const QString &text);

@@ -1,0 +1,130 @@
+#include "support/hostprogram.h"
+#include "support/reportbench.h"
+#include "support/testhost.h"
+
+#include <QRegularExpression>
+
+#include <sys/stat.h>
+
+/// The log of a host as its operator reads it: on a terminal or in the service manager's journal.
+class TestLog : public ReportTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void namesTheCustomer_data()
+    {
+        addColumns<QString, QString>("stream", "head"); // of a critical line
+        const QString time = R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d[+-]\d\d:\d\d CRITICAL )";
+        addRow("terminal", "", time);
+        addRow("journal", "DEVICE:INODE", "<3>");
+        addRow("somebody else's journal", "DEVICE:1", time);
+    }
+
+    /// Two customers, one fault: neither hides the other, nor one of its reports the other.
+    void namesTheCustomer()
+    {
+        QFETCH(QString, stream);
+        QFETCH(QString, head);
+        enableBoth(bench->schema);
+        const TestDatabase other(TestDatabase::Tables::Schema);
+        enableBoth(other);
+        info->addSchemas({"firm"}, bench->schema.name());
+        info->addSchemas({"second"}, other.name());
+        environment.insert("TMPDIR", "/no/such");
+        serve(stream, {});
+        QTRY_COMPARE_WITH_TIMEOUT(lines(": No such file or directory").size(), 4, patienceMs);
+        stop();
+        for (const char *token : {"firm", "second"}) {
+            for (const char *report : {"DailyAttenReport", "MonthlyAttenReport"}) {
+                const QString line =
+                    QString("^%1%2: %3 - XLS not saved!$").arg(head, token, report);
+                QCOMPARE(lines(line).size(), 1);
+                const QString why = QString("%1: %2 - '/no/such/.+': No such").arg(token, report);
+                QCOMPARE(lines(why).size(), 1);
+            }
+        }
+        QCOMPARE(lines("^<[2-7]>").size(), head == "<3>" ? lines("").size() : 0);
+        QCOMPARE(lines("activateReports|doWork|run ended").size(), 0);
+    }
+
+    void tellsOfReports_data()
+    {
+        addColumns<QString, int>("debug", "ticks");
+        addRow("as it is", "0", 0);
+        addRow("all", "1", 1);
+    }
+
+    void tellsOfReports()
+    {
+        QFETCH(QString, debug);
+        enableBoth(bench->schema);
+        info->addSchemas({"firm"}, bench->schema.name());
+        serve({}, {"--debug", debug});
+        QTRY_COMPARE_WITH_TIMEOUT(lines("run ended").size(), 2, patienceMs);
+        stop();
+        const QString line = "INFO firm: %1::makeReport\\(\\) - run ended after \\d+\\.\\d{3} s, "
+                             "rows: %2, mails queued: 2$";
+        const int days = QDate::currentDate().day();
+        QCOMPARE(lines(line.arg("DailyAttenReport").arg(3 * days)).size(), 1);
+        QCOMPARE(lines(line.arg("MonthlyAttenReport").arg(3)).size(), 1);
+        QTEST(lines("INFO firm: AutoReportWorker - activateReports").size(), "ticks");
+        QTEST(lines("INFO firm: MonthlyAttenReport::doWork").size(), "ticks");
+    }
+
+private:
+    void prepare() override
+    {
+        info = std::make_unique<TestDatabase>(TestDatabase::Tables::Info);
+        environment = TestServer::environment();
+        environment.insert("TMPDIR", bench->temporary.path());
+        log = bench->temporary.filePath("log");
+        writeFile(log, {});
+    }
+
+    static void enableBoth(const TestDatabase &schema)
+    {
+        addPeople(schema, 3);
+        enableDailyReport(schema, "a@firma.sk, b@firma.sk");
+        schema.exec("INSERT INTO vars SELECT REPLACE(name, 'Daily', 'Monthly'), value FROM vars");
+    }
+
+    /// `stream` as the service manager names the log's file: "device:inode", or as it should not.
+    void serve(const QString &stream, const QStringList &options)
+    {
+        struct stat file = {};
+        QCOMPARE(::stat(log.toLocal8Bit().constData(), &file), 0);
+        if (!stream.isEmpty())
+            environment.insert("JOURNAL_STREAM",
+                               QString(stream)
+                                   .replace("DEVICE", QString::number(file.st_dev))
+                                   .replace("INODE", QString::number(file.st_ino)));
+        host = std::make_unique<QProcess>();
+        host->setProcessEnvironment(environment);
+        host->setStandardErrorFile(log);
+        host->start(AUTOREPORT_PROGRAM,
+                    QStringList{"serve"} + options + TestServer::options(info->name()));
+    }
+
+    void stop()
+    {
+        host->terminate();
+        QVERIFY(host->waitForFinished(patienceMs));
+        QCOMPARE(host->exitCode(), 0);
+    }
+
+    QStringList lines(const QString &pattern) const
+    {
+        return QString::fromUtf8(readFile(log))
+            .split('\n', Qt::SkipEmptyParts)
+            .filter(QRegularExpression(pattern));
+    }
+
+    std::unique_ptr<TestDatabase> info;
+    std::unique_ptr<QProcess> host;
+    QProcessEnvironment environment;
+    QString log;
+};
+
+QTEST_GUILESS_MAIN(TestLog)
+#include "tst_log.moc"
