@@ -85,6 +85,13 @@ bool AttenReport::saveWorkbook(const QString &path, const ReportRun &run)
     return buildWorkbook(path, run) > 0;
 }
 
+int AttenReport::countRows(const ReportRun &run)
+{
+    loadOptions();
+    const std::unique_ptr<ReportContent> content = createContent(run);
+    return content->loadPeople() ? content->rowCount() : -1;
+}
+
 QString AttenReport::fileName(const QDate &today)
 {
     loadOptions();

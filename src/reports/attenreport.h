@@ -52,6 +52,10 @@ public:
     /// false, logged, when there is no workbook; a file that stood there is as it was then.
     bool saveWorkbook(const QString &path, const ReportRun &run);
 
+    /// Reads the people alone. Returns how many rows the workbook of `run` has, -1, logged, when
+    /// they cannot be read.
+    int countRows(const ReportRun &run);
+
     /// Step 5. Returns how many mails are in the queue.
     int queueMails(const QString &path, const ReportRun &run);
 

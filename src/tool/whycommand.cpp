@@ -1,6 +1,9 @@
+#include "common/freshquery.h"
 #include "tool/commands.h"
+#include "tool/obstacles.h"
 #include "tool/onschema.h"
 #include "tool/output.h"
+#include "tool/schemacheck.h"
 #include "tool/schemastatus.h"
 #include "tool/tool.h"
 
@@ -81,29 +84,147 @@ void printRules(const StoredSettings &stored, const QDateTime &now)
                      : Output::coloured(QStringLiteral("not met"), Output::Colour::Bad);
         Output::print(QStringLiteral("  %1  %2").arg(verdict, ruleText(rule, stored, now)));
     }
-    if (stored.settings.enabled && !stored.isFoundByScan())
-        Output::print(QStringLiteral("  but a host's scan finds the schema only when the setting "
-                                     "is exactly 1, or by its other report"));
 }
 
-int explain(const Invocation &invocation, const SchemaConnection &connection, const QDateTime &now)
+/// What a command has found out about one report; the lists are in the order of urgency.
+struct Answer {
+    bool isAsked = false; ///< else the rest says nothing
+    QVector<Finding> obstacles;
+    QVector<Finding> others; ///< what harms the report, or those after it
+    QDateTime overdueSince;  ///< invalid if it is not
+    QDateTime next;
+};
+
+int couldNotAsk(const QString &error)
 {
-    const auto read = StoredSettings::read(connection.database(), *invocation.kind);
-    if (!read.isOk()) {
-        Output::error(read.error());
-        return Tool::CouldNotAsk;
+    Output::error(error);
+    return Tool::CouldNotAsk;
+}
+
+QString toDo(const QString &text, const QString &remedy)
+{
+    return QStringLiteral("%1. To do: %2.").arg(text, remedy);
+}
+
+/// The last line: the one cause, and what to do.
+int conclude(const Invocation &invocation, const Answer &found)
+{
+    for (const Finding &one : found.obstacles + found.others)
+        Output::print(
+            QStringLiteral("  %1  %2")
+                .arg(Output::coloured(QStringLiteral("problem"), Output::Colour::Bad), one.text));
+    if (!found.obstacles.isEmpty()) {
+        const Finding &cause = found.obstacles.first();
+        Output::print(toDo(QStringLiteral("Cause: ") + cause.text, cause.remedy));
+        return Tool::Look;
     }
-    const StoredSettings &stored = read.value();
+    if (!found.others.isEmpty()) {
+        const Finding &other = found.others.first();
+        Output::print(
+            toDo(QStringLiteral("Nothing keeps it back, but: ") + other.text, other.remedy));
+        return Tool::Look;
+    }
+    if (found.overdueSince.isValid()) {
+        Output::print(
+            toDo(QStringLiteral("Cause: no host has made it, though it has been due since %1")
+                     .arg(Output::exactMoment(found.overdueSince)),
+                 QStringLiteral("see that autoreport serve runs, and the lines of its log that "
+                                "begin with '%1: '")
+                     .arg(invocation.token)));
+        return Tool::Look;
+    }
+    Output::print(
+        QStringLiteral("Nothing keeps it back: next due %1").arg(Output::exactMoment(found.next)));
+    return found.next.isValid() ? Tool::Well : Tool::Look;
+}
+
+/// A scan an hour, a tick a minute, and the report itself may pass until a due report is made.
+QDateTime overdueSince(const ReportSettings &settings, const QDateTime &now)
+{
+    constexpr qint64 graceSeconds = 4200;
+    const QDateTime scheduled = scheduledMoment(now.date(), settings.time);
+    const bool isOverdue = scheduleVerdict(settings, now) == ScheduleVerdict::Due &&
+                           scheduled.secsTo(now) > graceSeconds;
+    return isOverdue ? scheduled : QDateTime();
+}
+
+void explain(const Invocation &invocation, const StoredSettings &stored,
+             const SchemaConnection &connection, const QDateTime &now)
+{
     Output::print(QStringLiteral("The %1 report of '%2' (database '%3') on %4:")
                       .arg(QLatin1String(invocation.kind->word), invocation.token,
                            connection.databaseName, Output::exactMoment(now)));
     Output::print(QString());
     printRules(stored, now);
-    const QDateTime next = nextDue(stored.settings, now);
-    Output::print(QStringList{QString(), answer(scheduleVerdict(stored.settings, now)),
-                              QStringLiteral("Next due: %1").arg(Output::exactMoment(next))});
-    // A report that will never be due is what an operator must look at.
-    return next.isValid() ? Tool::Well : Tool::Look;
+    Output::print(QStringList{
+        QString(), answer(scheduleVerdict(stored.settings, now)),
+        QStringLiteral("Next due: %1").arg(Output::exactMoment(nextDue(stored.settings, now)))});
+}
+
+Answer ask(const Invocation &invocation, const SchemaConnection &connection, const QDateTime &now)
+{
+    Answer found;
+    const QSqlDatabase database = connection.database();
+    const auto read = StoredSettings::read(database, *invocation.kind);
+    if (read.isOk()) {
+        explain(invocation, read.value(), connection, now);
+        found.next = nextDue(read.value().settings, now);
+        // What is asked of the schema and this machine is as of today, whatever "--at" says.
+        if (!invocation.has("at"))
+            found.overdueSince = overdueSince(read.value().settings, now);
+        found.obstacles = findObstacles(database, invocation.token, read.value(), *invocation.kind,
+                                        QDateTime::currentDateTime());
+    } else {
+        found.obstacles.append({true, invocation.token, read.error(),
+                                QStringLiteral("restore the table vars, or grant SELECT on it")});
+    }
+    found.isAsked = freshQuery(database).exec(QStringLiteral("DO 0"));
+    return found;
+}
+
+/// A schema that is listed, but cannot be served.
+int explainUnserved(const Invocation &invocation, const Schemas &schemas, const QString &error)
+{
+    QSqlQuery query = freshQuery(schemas.master());
+    query.prepare(QStringLiteral("SELECT MAX(status) FROM `schemas` WHERE token = ?"));
+    query.addBindValue(invocation.token);
+    if (invocation.connection.single || !query.exec() || !query.next() || query.isNull(0))
+        return couldNotAsk(error);
+    Answer found;
+    const int status = query.value(0).toInt();
+    if (status == 1)
+        found.obstacles.append({true, invocation.token, error,
+                                QStringLiteral("correct its row in the table schemas, or grant "
+                                               "the access")});
+    else
+        found.obstacles.append(
+            {true, invocation.token,
+             QStringLiteral("the schema is not active: status is %1 in the table schemas")
+                 .arg(status),
+             QStringLiteral("set status to 1 if the customer is to be served")});
+    return conclude(invocation, found);
+}
+
+int explainAll(const Invocation &invocation, const Schemas &schemas, const QDateTime &now)
+{
+    Answer found;
+    { // one connection at a time
+        // It may write, as the server checks rights only over such a one.
+        const SchemaConnection connection(schemas, invocation.token,
+                                          SchemaConnection::Access::ReadWrite);
+        if (!connection.error.isEmpty())
+            return explainUnserved(invocation, schemas, connection.error);
+        found = ask(invocation, connection, now);
+    }
+    if (!found.isAsked)
+        return couldNotAsk(QStringLiteral("the server no longer answers"));
+    if (found.obstacles.isEmpty()) {
+        for (const Finding &one : checkSchema(schemas, invocation.token).findings) {
+            if (one.isProblem)
+                found.others.append(one);
+        }
+    }
+    return conclude(invocation, found);
 }
 
 } // namespace
@@ -121,7 +242,6 @@ int runWhy(const Invocation &invocation)
     if (!now.isValid())
         return invocation.wrong(QStringLiteral("--at must be \"YYYY-MM-DD HH:MM\", not '%1'")
                                     .arg(invocation.value("at")));
-    return onSchema(
-        invocation, SchemaConnection::Access::ReadOnly, SchemaConnection::Statements::Short,
-        [&](const SchemaConnection &connection) { return explain(invocation, connection, now); });
+    return onSchemas(invocation,
+                     [&](const Schemas &schemas) { return explainAll(invocation, schemas, now); });
 }

@@ -48,6 +48,7 @@ private Q_SLOTS:
         addColumns<QString, QString, int>("arguments", "table", "status");
         addRow("status", "status", "vars", 2);
         addRow("check", "check", "vars", 2);
+        addRow("why", "why firm daily", "people", 2);
         addRow("set", "set firm daily --disable", "vars", 1);
         addRow("daily", "run firm daily --yes", "atten", 1);
         addRow("monthly", "run firm monthly --to a@firma.sk", "atten_month", 1);
