@@ -25,8 +25,6 @@ constexpr int sliceMs = 200;
 // for the host. A connection of the scan itself takes one.
 constexpr int descriptorsPerWorker = 6;
 constexpr int descriptorsSpared = 24;
-// A worker's query may take minutes; a minute after its server has fallen silent it is over.
-constexpr ServerWatch::Limits workerLimits{std::chrono::seconds(10), std::chrono::seconds(20)};
 
 const char *yesNo(bool value)
 {
@@ -242,6 +240,6 @@ std::unique_ptr<AutoReportWorker> AutoReport::createWorker(const AutoReportDbCon
         qDebug("AutoReport::createWorker(%s, db=%s)", qUtf8Printable(config.connectionName),
                qUtf8Printable(config.databaseName));
     auto worker = std::make_unique<AutoReportWorker>(config, nullptr);
-    watch->add(config, worker->connectionGuard(), workerLimits);
+    watch->add(config, worker->connectionGuard(), ServerWatch::limitsOfWorkers);
     return worker;
 }

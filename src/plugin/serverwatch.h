@@ -32,6 +32,9 @@ public:
         std::chrono::seconds silence;  ///< from the first question without an answer
     };
 
+    /// A worker's query may take minutes; a minute after its server has fallen silent it is over.
+    static constexpr Limits limitsOfWorkers{std::chrono::seconds(10), std::chrono::seconds(20)};
+
     ServerWatch();
     ~ServerWatch();
     Q_DISABLE_COPY_MOVE(ServerWatch)

@@ -1,14 +1,9 @@
 #include "plugin/autoreport.h"
-#include "plugin/serverwatch.h"
-#include "worker/autoreportworker.h"
-#include "worker/connectionguard.h"
 
 #include "support/relay.h"
 #include "support/testhost.h"
 
 #include <QElapsedTimer>
-#include <QScopeGuard>
-#include <QSemaphore>
 #include <QThread>
 
 constexpr int stopMs = 12000;
@@ -120,51 +115,6 @@ private Q_SLOTS:
         QVERIFY(plugin->start());
         QTRY_COMPARE_WITH_TIMEOUT(logged("AutoReportWorker initialized"), before + 3, patienceMs);
         plugin->stop();
-    }
-
-    void runsEnd_data()
-    {
-        addColumns<QByteArray>("statement");
-        addRow("daily report", QByteArray("g.name grp"));
-        addRow("monthly report", QByteArray("pamId FROM people"));
-    }
-
-    /// A run whose server falls silent ends by itself, and afterwards the reports go out once. A
-    /// long query on a server that still answers is not broken off.
-    void runsEnd()
-    {
-        QFETCH(QByteArray, statement);
-        addSchema();
-        const TestDatabase &schema = *schemas.front();
-        schema.exec("CREATE TRIGGER slow AFTER INSERT ON emails FOR EACH ROW DO SLEEP(4)");
-        relay->failAt({}, statement, Relay::Fault::Freeze);
-        ServerWatch watch;
-        QSemaphore nextTick;
-        std::thread run([&] {
-            const AutoReportDbConfig config{
-                "QMYSQL",      "worker",         TestServer::host,     relay->port(),
-                schema.name(), TestServer::user, TestServer::password, {}};
-            AutoReportWorker worker(config, nullptr);
-            watch.add(config, worker.connectionGuard(),
-                      {std::chrono::seconds(1), std::chrono::seconds(1)});
-            worker.start();
-            for (int tick = 0; tick < 2; ++tick) {
-                worker.activateReports();
-                nextTick.acquire();
-            }
-            worker.stop();
-        });
-        const auto end = qScopeGuard([&] {
-            nextTick.release(2);
-            run.join();
-        });
-        QTRY_COMPARE_WITH_TIMEOUT(relay->failures(), 1, patienceMs);
-        QTRY_COMPARE_WITH_TIMEOUT(logged("does not answer, connections broken off: 1"), 1,
-                                  patienceMs);
-        relay->thaw();
-        nextTick.release();
-        QTRY_COMPARE_WITH_TIMEOUT(mails(schema), 2, patienceMs);
-        QCOMPARE(logged("was lost and made again"), 1);
     }
 
 private:
