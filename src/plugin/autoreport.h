@@ -63,6 +63,7 @@ private:
     void holdScanning();
     void scanSlice();
     void guardInfoDatabase();
+    void releaseInfoDatabase();
     void endScan();
     void checkSchema(const QString &token);
     void serveSchema(const QString &token, const QSqlDatabase &db);

@@ -42,7 +42,7 @@ void AutoReport::handleTimer()
 
 void AutoReport::checkSchemas()
 {
-    if (!started || !infoDb || nextSlice->isActive())
+    if (!started || !infoDb || !dbManager || nextSlice->isActive())
         return;
     if (debugLevel)
         qDebug("AutoReport::checkSchemas()");
@@ -54,6 +54,7 @@ void AutoReport::checkSchemas()
     scan.total = dbManager->tokensCount(true);
     if (scan.total == 0) {
         scanPending = false;
+        releaseInfoDatabase();
         if (debugLevel)
             qInfo("AutoReport::checkSchemas() - no schemas found");
         return;
@@ -68,6 +69,14 @@ void AutoReport::guardInfoDatabase()
     const QSqlDatabase info = dbManager->getInfoDB();
     limitReconnect(info, connectSeconds);
     infoGuard->guard(info);
+}
+
+/// A connection that was broken off still counts as open; closed, the next query opens it anew.
+void AutoReport::releaseInfoDatabase()
+{
+    if (infoGuard->isBroken())
+        dbManager->getInfoDB().close();
+    infoGuard->release();
 }
 
 /// Visits schemas until the slice is over or all are visited.
@@ -99,6 +108,7 @@ void AutoReport::endScan()
     scanPending = false;
     if (infoGuard->isBroken())
         scan.obstacle = QStringLiteral("the server does not answer");
+    releaseInfoDatabase();
     if (!scan.obstacle.isEmpty())
         qWarning("AutoReport::checkSchemas() - %s: the scan ends at schema %u of %u, the next one "
                  "tries again",
@@ -174,15 +184,16 @@ bool AutoReport::checkAutoReport(const QSqlDatabase &db)
         QElapsedTimer elapsed;
         elapsed.start();
         if (openWithin(check, connectSeconds, Limited::Queries)) {
+            elapsed.restart();
             enabled = queryEnabled(check);
             check.close();
         } else {
             qWarning("AutoReport::checkAutoReport(%s) - can not open database '%s': %s",
                      qUtf8Printable(name), qUtf8Printable(check.databaseName()),
                      qUtf8Printable(check.lastError().text()));
-            if (elapsed.hasExpired(limitReached(connectSeconds).count()))
-                scan.obstacle = QStringLiteral("the server does not answer");
         }
+        if (!enabled && elapsed.hasExpired(limitReached(connectSeconds).count()))
+            scan.obstacle = QStringLiteral("the server does not answer");
     }
     QSqlDatabase::removeDatabase(name);
     return enabled;
