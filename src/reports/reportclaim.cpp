@@ -10,6 +10,9 @@ namespace
 
 // The server's numbers, as text like the driver has them.
 const QLatin1String lockWaitTimeout("1205");
+const QLatin1String statementTimeout("1969");
+const QLatin1String statementTimeoutOfMySql("3024");
+const QLatin1String interrupted("1317");
 const QLatin1String deadlock("1213");     // also a conflict between two nodes of a cluster
 const QLatin1String changedSince("1020"); // the row is newer than the transaction's view
 
@@ -27,9 +30,16 @@ Result<QVector<QVariant>> lockRow(const VarsTable &vars, const QString &key)
     return vars.lock(key);
 }
 
+/// Returns whether the wait for the row was cut short, so that nobody knows whose the report is.
+bool isWaitCutShort(const QString &errorCode)
+{
+    return errorCode == lockWaitTimeout || errorCode == statementTimeout ||
+           errorCode == statementTimeoutOfMySql || errorCode == interrupted;
+}
+
 Claim claimAfter(const QString &errorCode)
 {
-    if (errorCode == lockWaitTimeout)
+    if (isWaitCutShort(errorCode))
         return Claim::Blocked;
     // Without the right to write there is no lock, and the report goes out without its mark.
     return isConflict(errorCode) ? Claim::Contested : Claim::Ours;

@@ -43,10 +43,11 @@ bool ReportTransaction::canRollBack() const
 
 bool ReportTransaction::commit()
 {
-    if (!open)
-        return true;
+    // A refused commit may leave the transaction open; rollback() then ends it.
+    if (open && !database.commit())
+        return false;
     open = false;
-    return database.commit();
+    return true;
 }
 
 void ReportTransaction::rollback()

@@ -26,7 +26,8 @@ public:
     /// Asks the server whether the mails that are queued so far can be rolled back.
     bool canRollBack() const;
 
-    /// Returns false when the server refused; error() then says why. True without a transaction.
+    /// Returns false when the server refused; error() then says why, and rollback() is due. True
+    /// without a transaction.
     bool commit();
     void rollback();
 
