@@ -11,6 +11,8 @@
 namespace
 {
 
+constexpr const char *madeElsewhere = "elsewhere"; // not a failure
+
 struct Cause {
     const char *part; ///< of a line that ends a run
     const char *name;
@@ -30,6 +32,8 @@ constexpr Cause causesByText[] = {
     {"interrupted,", "stopped"},
     {"connection lost,", "connection"},
     {"rolled the run back,", "rollback"},
+    {"is locked,", "locked"},
+    {"another host", madeElsewhere},
 };
 
 QString causeIn(const QString &message)
@@ -90,6 +94,8 @@ void HostState::endRun(const QString &kind, double seconds, quint64 mails)
     totals.durations.add(seconds);
     totals.mails += mails;
     const QString cause = causes.take(token());
+    if (mails == 0 && cause == QLatin1String(madeElsewhere))
+        return;
     if (mails == 0) {
         ++totals.failed[cause.isEmpty() ? QStringLiteral("other") : cause];
         return;

@@ -11,7 +11,8 @@
 /**
  * The sheet of the daily report: values in, cells out, one row per day and person.
  *
- * Writes to a book that outlives it. Cells that the engine refuses stay empty.
+ * Writes to a book that lives until finish() has returned. Cells that the engine refuses stay
+ * empty.
  */
 class DailyAttenSheet
 {

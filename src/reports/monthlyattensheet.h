@@ -12,7 +12,8 @@
 /**
  * The sheet of the monthly report: values in, cells out, one row per person.
  *
- * Writes to a book that outlives it. Cells that the engine refuses stay empty.
+ * Writes to a book that lives until finish() has returned. Cells that the engine refuses stay
+ * empty.
  */
 class MonthlyAttenSheet
 {

@@ -24,7 +24,8 @@ public:
     /// values may be missing.
     virtual bool loadValues() = 0;
 
-    /// Adds the sheet and writes its headings. `book` outlives the content. Returns false when the
+    /// Adds the sheet and writes its headings. The book lives until
+    /// endSheet() has returned. Returns false when the
     /// book refuses the sheet.
     virtual bool beginSheet(libxl::IBookT<wchar_t> &book) = 0;
     /// Writes the next row. Returns false when a query failed, so that values may be missing.
