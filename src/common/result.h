@@ -11,7 +11,7 @@ struct Error {
     QString code = {}; ///< the database server's number; empty where it has none
 };
 
-/// What an operation yields: a value, or the error that kept it from one.
+/// The outcome of an operation: its value, or the error that prevented it.
 template <typename T>
 class [[nodiscard]] Result
 {
@@ -29,9 +29,9 @@ public:
     }
 
     bool isOk() const { return std::holds_alternative<T>(content); }
-    /// To be called on a success only.
+    /// Call it on a success only.
     const T &value() const { return std::get<T>(content); }
-    /// To be called on a failure only.
+    /// Call them on an error only.
     const QString &error() const { return std::get<Error>(content).text; }
     const QString &errorCode() const { return std::get<Error>(content).code; }
 

@@ -66,5 +66,5 @@ private:
     const QString singleToken;
     mutable std::mutex mutex; // guards the rest
     HostSnapshot current;
-    QHash<QString, QString> causes; // by token: why its present run fails, as far as logged
+    QHash<QString, QString> causes; // by token: the last logged reason for its run to fail
 };

@@ -25,7 +25,7 @@ QueueWatch::QueueWatch(const ConnectionOptions &connectionOptions, const DBManag
 {
     context.moveToThread(&thread);
     QObject::connect(&thread, &QThread::started, &context, [this] {
-        auto *timer = new QTimer; // goes with the thread
+        auto *timer = new QTimer; // deleted when the thread finishes
         QObject::connect(timer, &QTimer::timeout, &context, [this] { askAll(); });
         QObject::connect(&thread, &QThread::finished, timer, &QObject::deleteLater);
         timer->start(interval);
@@ -56,7 +56,7 @@ void QueueWatch::askAll()
     }
 }
 
-/// A schema that does not answer keeps its last numbers: its worker logs that.
+/// A schema that does not answer keeps its last numbers; its worker logs the error.
 void QueueWatch::askSchema(const QString &token)
 {
     ConnectionOptions way = options;

@@ -23,10 +23,10 @@ class ServerWatch;
  * and keeps one worker for each.
  *
  * With an information database it scans the schemas one second after `start` and then every
- * hour, and gives each enabled one a worker in a thread of its own. A long scan goes back to the
- * event loop several times a second, so that a stop or a pause need not wait for its end. Without
- * an information database the plug-in runs a single worker on the database that the host set, in
- * the host's own thread, and never scans.
+ * hour, and starts a worker, in a thread of its own, for each with a report enabled. A long scan
+ * returns to the event loop several times a second, so that a stop or a pause need not wait for it.
+ * Without an information database the plug-in runs a single worker on the database that the host
+ * set, in the host's own thread, and never scans.
  *
  * All operations run in the thread that owns the object. The host owns it, and calls `stop`
  * before it deletes it; the destructor ends the workers of the registry in any case.
@@ -46,7 +46,7 @@ public:
 
     QMap<QString, QString> getVerInfo() const override;
     QString getVersion() const override;
-    /// False without a DBManager, or when the single worker cannot start.
+    /// Returns false if there is no DBManager, or if the single worker cannot start.
     bool start() override;
     /// Returns when every worker has ended, after ten seconds at the most; see WorkerRegistry.
     void stop() override;
@@ -80,12 +80,12 @@ private:
         unsigned int total = 0;
         unsigned int visited = 0;
         QStringList page;    ///< loaded and not yet visited
-        int descriptors = 0; ///< that are left for what is yet to be opened
-        QString obstacle;    ///< why the rest has to wait for the next scan; empty if it need not
+        int descriptors = 0; ///< that this scan may still use
+        QString obstacle;    ///< why the scan has to end early; empty otherwise
     };
 
     QTimer *timer;
-    QTimer *soonScan;  ///< single shot: the first scan, and one that a pause held back
+    QTimer *soonScan;  ///< single shot: starts the first scan, and one that a pause postponed
     QTimer *nextSlice; ///< single shot, running between two slices of a scan
     Scan scan;
     bool scanPending = false; ///< a scan is due or running

@@ -14,13 +14,13 @@
 class ConnectionGuard;
 
 /**
- * Ends the waiting for servers that have fallen silent: that neither answer nor close.
+ * Breaks off connections to servers that have fallen silent: that neither answer nor close.
  *
- * TCP notices a machine or a network that is gone, but not a server process that stands still: its
- * kernel goes on acknowledging. Nor may a query that takes long be broken off. So a thread of the
- * watch asks over a connection of its own whether the server answers at all, once a guarded
- * connection has been in use for longer than its patience; after the limit of silence it breaks the
- * guarded connection off.
+ * TCP notices a machine or a network that is gone, but not a server process that is frozen: its
+ * kernel still acknowledges. A limit on queries would also break long ones that a live server works
+ * on. So when a guarded connection has been in use for longer than `patience`, a thread of the
+ * watch connects to the same server to see whether it answers at all; once it has not for
+ * `silence`, the guarded connection is broken off.
  *
  * Owned and used by one thread. Without a thread for it, which is logged, nothing is watched.
  */
@@ -28,11 +28,11 @@ class ServerWatch
 {
 public:
     struct Limits {
-        std::chrono::seconds patience; ///< of use without an end, before the server is asked
+        std::chrono::seconds patience; ///< of uninterrupted use, before the server is asked
         std::chrono::seconds silence;  ///< from the first question without an answer
     };
 
-    /// A worker's query may take minutes; a minute after its server has fallen silent it is over.
+    /// A worker's query may take minutes; it ends within a minute of its server falling silent.
     static constexpr Limits limitsOfWorkers{std::chrono::seconds(10), std::chrono::seconds(20)};
 
     ServerWatch();
@@ -43,7 +43,7 @@ public:
     void add(const AutoReportDbConfig &config, const std::shared_ptr<ConnectionGuard> &guard,
              Limits limits);
 
-    /// Lets the thread end after the question that it may be at, ten seconds later at the most. The
+    /// Asks the thread to end after the question that it is asking, ten seconds later at most. The
     /// destructor waits for it.
     void requestEnd();
 
@@ -56,7 +56,7 @@ private:
     };
     /// A connection that has been in use for longer than its patience.
     struct Waiting {
-        AutoReportDbConfig config; ///< of the very server, by its address
+        AutoReportDbConfig config; ///< names the server by its address
         std::shared_ptr<ConnectionGuard> guard;
         Limits limits;
     };
@@ -71,9 +71,9 @@ private:
     std::condition_variable wake;
     bool ended = false;           ///< under the mutex
     std::vector<Watched> watched; ///< under the mutex
-    /// By server, while connections wait for it: the first question that was not answered. The
-    /// thread's own.
+    // The thread's own, by server.
+    /// The first of the questions that it has not answered, while connections wait for it.
     QHash<QString, Clock::time_point> silentSince;
-    QHash<QString, Clock::time_point> answered; ///< by server: the last question that was
+    QHash<QString, Clock::time_point> answered; ///< the last question that it has answered
     std::thread thread;
 };

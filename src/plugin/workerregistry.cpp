@@ -10,8 +10,8 @@ namespace
 {
 
 constexpr int stopMs = 10000;
-// Workers get on by themselves for so long: a report ends at its next row, a query that a live
-// server answers soon ends as well, and an attempt to connect ends before the ten seconds are over.
+// Until then, workers end on their own: a report at its next row, a short query with its answer. An
+// attempt to connect takes longer, but ends before the ten seconds are over.
 constexpr int ownWillMs = 4000;
 constexpr int terminationMs = 500;
 
@@ -51,7 +51,7 @@ bool WorkerRegistry::add(const QString &token, std::unique_ptr<AutoReportWorker>
     QObject::connect(thread.get(), &QThread::finished, thread.get(), &QObject::deleteLater);
 
     // Both run in the worker's thread. A queued "stop" is lost when the event loop leaves before
-    // it is delivered; so the end of the thread sees to it that the worker has stopped.
+    // it is delivered; so when the thread ends it stops a worker that has not stopped yet.
     const auto handle = std::make_shared<WorkerHandle>(worker);
     QObject::connect(
         worker, &AutoReportWorker::finished, worker, [handle] { handle->clear(); },

@@ -30,8 +30,8 @@ public:
     /// How many workers have not opened their connections yet.
     int starting() const;
 
-    /// Starts the worker in a thread of its own and takes it over. False, with a line, when the
-    /// system has no thread left: then the worker is gone and nothing is entered.
+    /// Starts the worker in a thread of its own and takes it over. Returns false,
+    /// logged, when the system has no thread left; the worker is then deleted.
     bool add(const QString &token, std::unique_ptr<AutoReportWorker> worker);
 
     /// Queues a slot of every worker that has not ended.
@@ -41,9 +41,9 @@ public:
      * Ends all workers and forgets them, within ten seconds for all together: asks each one, breaks
      * off the connections of those that do not end, and terminates what is left.
      *
-     * A worker's thread puts termination off, so that no frame of ours is unwound by force. One
-     * that does not end even so, because the disk it writes to is stalled, is left behind with a
-     * line. It ends once it gets on.
+     * A worker's thread disables termination, so that none of our frames is unwound by force. One
+     * that does not end even then, because the disk it writes to is stalled, is left behind and
+     * logged. It ends when the disk returns.
      */
     void stopAll();
 

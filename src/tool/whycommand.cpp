@@ -12,8 +12,8 @@
 namespace
 {
 
-/// The moment of "--at", invalid when it is none; where the clock shows it twice the first, where
-/// it never does the next.
+/// Returns the moment of "--at", invalid if it cannot be read. Where the clock shows it twice, the
+/// first; where it never does, the next one that it shows.
 QDateTime askedMoment(const Invocation &invocation)
 {
     if (!invocation.has("at"))

@@ -53,8 +53,9 @@ public:
     virtual IFontT<Char> *addFont(IFontT<Char> *copyFrom = nullptr) = 0;
 
     /**
-     * The font of every format that sets none, and the measure of column widths. Ignored: names
-     * that are empty or above 31 UTF-16 units, sizes outside 1 to 409 points.
+     * Sets the font of every format without one of its own; column widths are in its characters.
+     * Names that are empty or longer than 31 UTF-16 units, and sizes outside 1 to 409 points, are
+     * ignored.
      */
     virtual void setDefaultFont(const Char *fontName, int fontSize) = 0;
 
@@ -68,8 +69,8 @@ public:
     virtual void setRgbMode(bool rgbMode) = 0;
 
     /**
-     * Sets the encoding of narrow text, of which there is none: true for any name of UTF-8
-     * ("UTF-8", "sk_SK.utf8"), false for all others. The locale of the process never matters.
+     * Accepts any name of UTF-8 ("UTF-8", "sk_SK.utf8") and returns false for all others. All text
+     * crosses the interface as wide characters, so nothing else changes.
      */
     virtual bool setLocale(const char *locale) = 0;
 

@@ -119,8 +119,8 @@ bool AutoReportWorker::fail()
     return false;
 }
 
-/// Opens the connection, or opens it again. Only here: a reconnect of the library in mid-run would
-/// go unnoticed, and wait for a silent server once more after each time that a stop broke it off.
+/// Opens the connection, or opens it again. Only here: were the client library to reconnect in
+/// mid-run, nobody would notice, and a stop that broke the connection off would wait for it again.
 bool AutoReportWorker::openDatabase()
 {
     guard->release();
@@ -147,7 +147,7 @@ bool AutoReportWorker::keepDatabase()
         current = serverConnectionId(database);
     const bool wasLost = std::exchange(databaseLost, current == 0);
     if (databaseLost) {
-        if (!wasLost) // the line after the next success ends what this one begins
+        if (!wasLost) // once, until the line that says it is back
             qWarning("AutoReportWorker::activateReports() - no connection to db='%s': %s",
                      qUtf8Printable(config.databaseName),
                      qUtf8Printable(database.lastError().text()));
@@ -179,7 +179,7 @@ void AutoReportWorker::closeDatabase()
 
 void AutoReportWorker::createReports()
 {
-    // The rarest first, monthly before daily: it is the shorter one as well.
+    // The rarest first, monthly before daily; it also takes less time.
     const auto &kinds = reportKinds();
     for (auto kind = kinds.crbegin(); kind != kinds.crend(); ++kind)
         reports.append((*kind)->create(database, this));

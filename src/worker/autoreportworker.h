@@ -17,7 +17,7 @@ class ReportBase;
  * they are due.
  *
  * All slots run in the thread in which `start` ran; the connection is made, used and removed
- * there. The worker has no parent: who creates it connects `finished` to its `deleteLater`.
+ * there. The worker has no parent; its creator connects `finished` to its `deleteLater`.
  * After `stop`, or a `start` that failed, a worker is not started again.
  */
 class AutoReportWorker : public QObject
@@ -35,12 +35,12 @@ public:
     std::shared_ptr<ConnectionGuard> connectionGuard() const { return guard; }
 
 Q_SIGNALS:
-    /// The worker is done for good.
+    /// The worker has ended and will not start again.
     void finished();
 
 public Q_SLOTS:
     void activateReports();
-    /// False when the connection's name is taken or the database cannot be opened.
+    /// Returns false when the connection's name is taken or the database cannot be opened.
     bool start();
     void stop();
     void pause();

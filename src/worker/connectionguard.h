@@ -7,8 +7,8 @@
 #include <mutex>
 
 /**
- * One connection as the threads see it that must be able to end its waiting: a stop, and the watch
- * over servers that fall silent.
+ * The handle by which other threads break a connection off: a stop does, and the watch over servers
+ * that fall silent.
  *
  * The connection's thread calls guard(), release() and makes Uses; any thread may call the others.
  */

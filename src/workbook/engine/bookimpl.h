@@ -10,7 +10,7 @@
 namespace workbook
 {
 
-/** The book: the model, what it gave out, and the file format that it is saved in. */
+/** The book: the model, the sheets, formats and fonts handed out, and the format to save in. */
 class BookImpl final : public libxl::IBookT<wchar_t>
 {
 public:

@@ -56,8 +56,8 @@ Evaluator::Evaluator(const BookData &bookData, const SheetData &sheetData)
 FormulaValue Evaluator::valueOf(const Cell &cell, FormulaTokens formula)
 {
     // An explicit stack, so that chains of formulas may be of any length. A formula waits on it for
-    // those it refers to. A
-    // cell that is met again while it waits is part of a cycle and counts as unknown.
+    // those it refers to. A cell that is met again while it waits is part of a cycle and counts as
+    // unknown.
     const auto known = values.find(&cell);
     if (known != values.end())
         return known->second;

@@ -32,7 +32,7 @@ using FormulaTokens = std::vector<FormulaToken>;
 
 /**
  * Parses a formula without its leading "=": cells of the same sheet, numbers, + - * /, signs and
- * parentheses, up to 64 levels of the last two. Nothing for all else.
+ * parentheses, up to 64 levels of the last two. Returns nothing for anything else.
  */
 std::optional<FormulaTokens> parseFormula(std::u16string_view text);
 

@@ -9,8 +9,8 @@ class ByteSink;
 
 /**
  * The container of an .xls: a small file system of 512-byte sectors, here with the one stream
- * "Workbook". The header is left open when this is made; what then goes into the sink is the
- * stream, and finish() adds the tables and fills in the header.
+ * "Workbook". The constructor leaves room for the header; write the stream to the sink, then call
+ * finish(), which adds the tables and fills in the header.
  */
 class CompoundFile
 {

@@ -88,7 +88,7 @@ void XlsxSheet::columns()
     xml << "</cols>";
 }
 
-/** What is the same in many cells, made once. */
+/** Composes once what many cells have in common. */
 void XlsxSheet::prepareTags()
 {
     for (int column = 0; used && column <= used->lastColumn; ++column)
@@ -127,8 +127,8 @@ void XlsxSheet::row(const RowSpan &span)
     xml << "</row>";
 }
 
-// The attributes of a cell come in this order so that what two neighbours, or two rows, have in
-// common is in one piece: that makes files smaller.
+// In this order of attributes, what neighbouring cells or rows have in common is in one piece,
+// which makes files smaller.
 void XlsxSheet::cell(const Cell &cell, std::string_view valueBegin)
 {
     constexpr std::string_view emptied = "><v>";
@@ -151,7 +151,7 @@ void XlsxSheet::cell(const Cell &cell, std::string_view valueBegin)
     }
 }
 
-/** No value at all where it is not known: programs then calculate it, else they show what is there.
+/** Leaves out a value that is unknown: programs then calculate it instead of showing a wrong one.
  */
 void XlsxSheet::formula(const Cell &cell)
 {
