@@ -13,6 +13,7 @@
 #include <limits>
 
 #include <fcntl.h>
+#include <unistd.h>
 
 namespace
 {
@@ -28,6 +29,24 @@ QString mimeTypeName(const QString &path)
     return bookFormatOf(path).mimeType; // a system without a MIME database
 }
 
+/// A file open for reading. Closed here and not by Qt, where the sanitizers would not see it and
+/// take the next file of that number for the same.
+struct Descriptor {
+    // Opened as the engine names it: in UTF-8, whatever the process's locale.
+    explicit Descriptor(const QString &path)
+        : number(::open(path.toUtf8().constData(), O_RDONLY | O_CLOEXEC))
+    {
+    }
+    ~Descriptor()
+    {
+        if (number != -1)
+            ::close(number);
+    }
+    Q_DISABLE_COPY_MOVE(Descriptor)
+
+    const int number; ///< -1 if it cannot be opened
+};
+
 } // namespace
 
 QString reportSender(const ZasDbSettings &settings)
@@ -39,11 +58,10 @@ QString reportSender(const ZasDbSettings &settings)
 
 QByteArray attachmentDocument(const QString &path)
 {
-    // Opened as the engine names it: in UTF-8, whatever the process's locale.
+    const Descriptor descriptor(path);
     QFile file;
-    const int descriptor = ::open(path.toUtf8().constData(), O_RDONLY | O_CLOEXEC);
-    if (descriptor == -1 ||
-        !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+    if (descriptor.number == -1 ||
+        !file.open(descriptor.number, QIODevice::ReadOnly, QFileDevice::DontCloseHandle))
         return QByteArray();
     const QJsonObject attachment{{QStringLiteral("type"), mimeTypeName(path)},
                                  {QStringLiteral("name"), QFileInfo(path).fileName()},

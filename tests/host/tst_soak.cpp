@@ -94,7 +94,11 @@ private:
         int connections; ///< of the server, the bench's own among them
     };
 
-    void signalHost(int number) const { ::kill(pid_t(host.processId()), number); }
+    void signalHost(int number) const
+    {
+        if (host.processId() > 0) // 0 would be our own process group
+            ::kill(pid_t(host.processId()), number);
+    }
     int logged(const char *part) const { return readFile(log).count(part); }
 
     /// mails, schemas with a report made, most mails of a schema

@@ -19,7 +19,12 @@ public:
         process.start(AUTOREPORT_PROGRAM, arguments);
     }
 
-    void send(int signal) const { ::kill(pid_t(process.processId()), signal); }
+    /// Nothing once the program has ended: its number is 0 then, our own process group's.
+    void send(int signal) const
+    {
+        if (process.processId() > 0)
+            ::kill(pid_t(process.processId()), signal);
+    }
     int exitCode() const { return process.exitCode(); }
     QString output() { return QString::fromUtf8(process.readAllStandardOutput()); }
 
