@@ -1,7 +1,8 @@
 #include "tool/silencewatch.h"
 
 #include <QSqlError>
-#include <QThread>
+
+#include <system_error>
 
 namespace
 {
@@ -29,15 +30,19 @@ bool isAnswering(ConnectionOptions options)
 SilenceWatch::SilenceWatch(const QSqlDatabase &watched, const ConnectionOptions &connectionOptions)
     : socket(watched)
     , options(connectionOptions)
-    , thread(QThread::create([this] { watch(); }))
 {
-    thread->start();
+    try {
+        thread = std::thread([this] { watch(); });
+    } catch (const std::system_error &error) {
+        qWarning("no thread to watch over the server: %s", error.what());
+    }
 }
 
 SilenceWatch::~SilenceWatch()
 {
     stop.release();
-    thread->wait();
+    if (thread.joinable())
+        thread.join();
 }
 
 void SilenceWatch::watch() const

@@ -5,9 +5,7 @@
 
 #include <QSemaphore>
 
-#include <memory>
-
-class QThread;
+#include <thread>
 
 /**
  * Shuts a connection down once its server no longer answers.
@@ -32,5 +30,5 @@ private:
     const ServerSocket socket;
     const ConnectionOptions options;
     mutable QSemaphore stop;
-    std::unique_ptr<QThread> thread;
+    std::thread thread; ///< joined: QThread::wait() returns before a thread has ended in full
 };
