@@ -2,6 +2,7 @@
 
 #include "host/pluginhandle.h"
 #include "options/optionreader.h"
+#include "options/usage.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -46,15 +47,31 @@ void describe(QCommandLineParser &parser, const QString &commandHelp)
     add("run-for", "Stop after that many seconds.", "seconds");
 }
 
-QString commandError(const QStringList &positional)
+/// Returns what is wrong, or an empty text. An unknown command comes first: options that are
+/// unknown to `serve` may well be its own.
+UsageError usageError(const QCommandLineParser &parser, bool parsed, const QStringList &commands)
 {
-    if (positional.isEmpty())
-        return QStringLiteral("no command given");
-    if (positional.first() != QLatin1String("serve"))
-        return QStringLiteral("unknown command '%1'").arg(positional.first());
+    const QStringList positional = parser.positionalArguments();
+    if (!positional.isEmpty() && positional.first() != QLatin1String("serve"))
+        return {
+            QStringLiteral("unknown command '%1'").arg(positional.first()),
+            Usage::nearest(positional.first(), QStringList(QStringLiteral("serve")) + commands)};
+    if (!parsed)
+        return Usage::parserError(parser);
     if (positional.size() > 1)
-        return QStringLiteral("unexpected argument '%1'").arg(positional.at(1));
+        return {QStringLiteral("unexpected argument '%1'").arg(positional.at(1))};
     return {};
+}
+
+/// Returns the command line's answer to that error: three lines.
+CommandLine wrong(const UsageError &error, bool isServe)
+{
+    const QStringList lines = Usage::threeLines(
+        error,
+        isServe ? QStringLiteral("autoreport serve [options]")
+                : QStringLiteral("autoreport COMMAND [options]"),
+        isServe ? QStringLiteral("autoreport serve --help") : QStringLiteral("autoreport --help"));
+    return {{}, wrongOption, lines.join(QLatin1Char('\n')) + QLatin1Char('\n')};
 }
 
 ServeOptions read(const QCommandLineParser &parser, OptionReader &reader)
@@ -76,31 +93,29 @@ ServeOptions read(const QCommandLineParser &parser, OptionReader &reader)
 
 } // namespace
 
-CommandLine parseCommandLine(const QStringList &arguments, const QString &commandHelp)
+CommandLine parseCommandLine(const QStringList &arguments, const QStringList &commands,
+                             const QString &commandHelp)
 {
     QCommandLineParser parser;
     describe(parser, commandHelp);
-    const auto wrong = [&parser](const QString &error) {
-        return CommandLine{
-            {}, wrongOption, QStringLiteral("autoreport: %1\n\n%2").arg(error, parser.helpText())};
-    };
-
-    if (!parser.parse(arguments))
-        return wrong(parser.errorText());
+    const bool parsed = parser.parse(arguments);
+    const UsageError error = usageError(parser, parsed, commands);
+    const bool isServe = parser.positionalArguments().value(0) == QLatin1String("serve");
+    if (!error.text.isEmpty())
+        return wrong(error, isServe);
     if (parser.isSet(QStringLiteral("help")))
         return {{}, 0, parser.helpText()};
     if (parser.isSet(QStringLiteral("version"))) {
         return {
             {}, 0, QStringLiteral("autoreport %1\n").arg(QCoreApplication::applicationVersion())};
     }
-    const QString command = commandError(parser.positionalArguments());
-    if (!command.isEmpty())
-        return wrong(command);
+    if (!isServe)
+        return wrong({QStringLiteral("no command given")}, isServe);
     OptionReader reader(parser);
     const ServeOptions options = read(parser, reader);
     if (reader.error.isEmpty())
         return {options, 0, {}};
     if (reader.isUsage)
-        return wrong(reader.error);
+        return wrong({reader.error}, isServe);
     return {{}, failure, QStringLiteral("autoreport: %1\n").arg(reader.error)};
 }

@@ -29,6 +29,8 @@ struct CommandLine {
     QString text;
 };
 
-/// Parses `arguments`, which begin with the program's name. `commandHelp` lists the program's other
-/// commands, one per line, for the end of the help's description.
-CommandLine parseCommandLine(const QStringList &arguments, const QString &commandHelp);
+/// Parses `arguments`, which begin with the program's name. `commands` are the names of the
+/// program's other commands; `commandHelp` lists them, one per line, for the end of the help's
+/// description.
+CommandLine parseCommandLine(const QStringList &arguments, const QStringList &commands,
+                             const QString &commandHelp);

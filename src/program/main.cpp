@@ -23,7 +23,7 @@ int main(int argc, char *argv[])
         return Tool::run(command, QCoreApplication::arguments());
 
     const CommandLine commandLine =
-        parseCommandLine(QCoreApplication::arguments(), Tool::commandHelp());
+        parseCommandLine(QCoreApplication::arguments(), Tool::commandNames(), Tool::commandHelp());
     if (!commandLine.options) {
         std::fputs(qUtf8Printable(commandLine.text), commandLine.status == 0 ? stdout : stderr);
         return commandLine.status;

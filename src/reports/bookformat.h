@@ -4,6 +4,7 @@
 
 #include <QLatin1String>
 #include <QString>
+#include <QStringList>
 
 /// A file format of the reports' workbooks. The two objects live as long as the program.
 struct BookFormat {
@@ -15,6 +16,11 @@ struct BookFormat {
 
 extern const BookFormat xlsxFormat;
 extern const BookFormat xlsFormat;
+
+/// Returns the names of both, their extensions without the full stop: "xlsx", "xls".
+QStringList bookFormatNames();
+/// Returns the format of that name, in any case of letters; null for any other text.
+const BookFormat *bookFormatNamed(const QString &name);
 
 /// Returns the format that the extension of `path` names, in any case of letters; xlsx for any
 /// other extension.

@@ -49,6 +49,14 @@ const QVector<const ReportKind *> &reportKinds()
     return kinds;
 }
 
+QStringList reportWords()
+{
+    QStringList words;
+    for (const ReportKind *kind : reportKinds())
+        words.append(QLatin1String(kind->word));
+    return words;
+}
+
 const ReportKind *reportKindOf(const QString &word)
 {
     const auto &kinds = reportKinds();

@@ -4,6 +4,7 @@
 
 #include <QSqlDatabase>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 class AttenReport;
@@ -38,6 +39,9 @@ extern const ReportKind monthlyReport;
 
 /// Returns all of them, the most frequent one first.
 const QVector<const ReportKind *> &reportKinds();
+
+/// Returns their words, in the same order.
+QStringList reportWords();
 
 /// Returns the kind of that word, null for any other text, in capitals too.
 const ReportKind *reportKindOf(const QString &word);

@@ -1,13 +1,24 @@
 #include "tool/invocation.h"
 
+#include "options/usage.h"
 #include "tool/output.h"
 #include "tool/tool.h"
 
-int Invocation::wrong(const QString &error) const
+const ReportKind *readReport(const QString &word, UsageError &error)
 {
-    // The help goes to standard error as well, so that no program reads it as a result.
-    Output::error(error);
-    Output::errorHelp(parser.helpText());
+    const ReportKind *kind = reportKindOf(word);
+    if (!kind)
+        error = {QStringLiteral("there is no report '%1': it is %2")
+                     .arg(word, reportWords().join(QStringLiteral(" or "))),
+                 Usage::nearest(word, reportWords())};
+    return kind;
+}
+
+int Invocation::wrong(const QString &error, const QString &meant) const
+{
+    const QString command = synopsis.section(QLatin1Char(' '), 0, 1);
+    Output::errorLines(
+        Usage::threeLines({error, meant}, synopsis, command + QStringLiteral(" --help")));
     return Tool::CouldNotAsk;
 }
 

@@ -5,6 +5,12 @@
 
 #include <QCommandLineParser>
 #include <QDate>
+#include <QStringList>
+
+struct UsageError;
+
+/// Returns the kind of report that `word` names; null, with the error set, if there is none.
+const ReportKind *readReport(const QString &word, UsageError &error);
 
 /**
  * A command as it was called: its options, the schema and the report if it takes them, and how to
@@ -15,8 +21,10 @@
 class Invocation
 {
 public:
-    explicit Invocation(const QCommandLineParser &commandLine)
+    /// `usage` is how the command is called: "autoreport why TOKEN daily|monthly [options]".
+    Invocation(const QCommandLineParser &commandLine, const QString &usage)
         : parser(commandLine)
+        , synopsis(usage)
     {
     }
 
@@ -24,8 +32,9 @@ public:
     bool has(const char *option) const { return parser.isSet(QLatin1String(option)); }
     QString value(const char *option) const { return parser.value(QLatin1String(option)); }
 
-    /// Prints the error and the usage. Returns the exit status.
-    int wrong(const QString &error) const;
+    /// Prints what is wrong with the command line, in three lines: the error; what was perhaps
+    /// meant, or else the synopsis; and where help is. Returns the exit status.
+    int wrong(const QString &error, const QString &meant = QString()) const;
 
     /// The same for a "--date" that is not a date.
     int wrongDate() const;
@@ -34,8 +43,9 @@ public:
     QDate date() const;
 
     const QCommandLineParser &parser;
+    const QString synopsis;
     ConnectionOptions connection;
-    // For commands that take a report.
-    QString token; ///< as given; there may be no such schema
-    const ReportKind *kind = nullptr;
+    QStringList arguments;            ///< behind the command's name
+    QString token;                    ///< the first of them, as given: there may be no such schema
+    const ReportKind *kind = nullptr; ///< for commands that take one
 };

@@ -12,8 +12,12 @@
  */
 int onSchemas(const Invocation &invocation, const std::function<int(const Schemas &)> &work);
 
+/// Prints that there is no such active schema, and which one was perhaps meant. Returns
+/// Tool::CouldNotAsk.
+int noSuchSchema(const Schemas &schemas, const QString &token);
+
 /**
- * The same for the schema that the command line names.
+ * The same as onSchemas() for the schema that the command line names.
  *
  * The connection is closed when `work` returns; its queries must be gone by then.
  */

@@ -67,14 +67,17 @@ void Output::error(const QString &line)
     write(QStringLiteral("autoreport: %1\n").arg(harmless(line)), stderr);
 }
 
-void Output::errorHelp(const QString &text)
+void Output::errorLines(const QStringList &lines)
 {
-    write(QLatin1Char('\n') + text, stderr);
+    for (const QString &line : lines)
+        write(harmless(line) + QLatin1Char('\n'), stderr);
 }
 
-void Output::ask(const QString &question)
+bool Output::agrees(const QString &question)
 {
     write(harmless(question), stderr);
+    char answer[8] = {};
+    return std::fgets(answer, sizeof answer, stdin) && (answer[0] == 'y' || answer[0] == 'Y');
 }
 
 bool Output::isTerminal(int descriptor)

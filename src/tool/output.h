@@ -26,10 +26,11 @@ void print(const QStringList &lines);
 void print(const QJsonObject &object);
 /// Prints "autoreport: " and the line to standard error.
 void error(const QString &line);
-/// Prints a text of our own, such as the help, to standard error. Its line feeds are kept.
-void errorHelp(const QString &text);
-/// Prints a question to standard error, where it is seen even if the output goes to a file.
-void ask(const QString &question);
+/// Prints several lines to standard error, as they are.
+void errorLines(const QStringList &lines);
+/// Asks on standard error, where the question is seen even if the output goes to a file. Returns
+/// whether the answer begins with "y"; the end of input means no.
+bool agrees(const QString &question);
 
 /// Returns `text` to be printed in that colour, or unchanged if standard output is not a terminal
 /// or NO_COLOR is set.

@@ -1,5 +1,6 @@
 #include "options/optionreader.h"
 #include "reports/attenreport.h"
+#include "reports/bookformat.h"
 #include "tool/commands.h"
 #include "tool/interruption.h"
 #include "tool/messages.h"
@@ -16,12 +17,11 @@ namespace
 /// Returns an error or an empty text. The extension is required because it selects the format.
 QString pathError(const QString &path)
 {
-    const QFileInfo file(path);
-    const QString extension = file.suffix().toLower();
     if (path.isEmpty())
         return QStringLiteral("--out FILE is missing");
-    if (extension != QLatin1String("xlsx") && extension != QLatin1String("xls"))
-        return QStringLiteral("--out must end with .xlsx or .xls, not '%1'").arg(path);
+    if (!bookFormatNamed(QFileInfo(path).suffix()))
+        return QStringLiteral("--out must end with .%1, not '%2'")
+            .arg(bookFormatNames().join(QStringLiteral(" or .")), path);
     return {};
 }
 
@@ -59,7 +59,8 @@ void describePreview(QCommandLineParser &parser)
                       QStringLiteral("The report of that day, YYYY-MM-DD, instead of today's."),
                       QStringLiteral("date")});
     parser.addOption({QStringLiteral("out"),
-                      QStringLiteral("The file; its extension, .xlsx or .xls, selects the format."),
+                      QStringLiteral("The file; its extension, .%1, selects the format.")
+                          .arg(bookFormatNames().join(QStringLiteral(" or ."))),
                       QStringLiteral("file")});
 }
 

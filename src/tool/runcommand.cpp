@@ -13,8 +13,6 @@
 
 #include <QTemporaryDir>
 
-#include <cstdio>
-
 #include <unistd.h>
 
 namespace
@@ -35,12 +33,10 @@ bool isAgreed(const Invocation &invocation, const QStringList &recipients)
 {
     if (invocation.has("to") || invocation.has("yes"))
         return true;
-    Output::ask(QStringLiteral("Queue the %1 report of '%2' of %3 for %4? [y/N] ")
-                    .arg(QLatin1String(invocation.kind->word), invocation.token,
-                         invocation.date().toString(Qt::ISODate),
-                         recipients.join(QStringLiteral(", "))));
-    char answer[8] = {}; // end of input means no
-    return std::fgets(answer, sizeof answer, stdin) && (answer[0] == 'y' || answer[0] == 'Y');
+    return Output::agrees(QStringLiteral("Queue the %1 report of '%2' of %3 for %4? [y/N] ")
+                              .arg(QLatin1String(invocation.kind->word), invocation.token,
+                                   invocation.date().toString(Qt::ISODate),
+                                   recipients.join(QStringLiteral(", "))));
 }
 
 /// Returns the number of mails queued. The workbook gets a folder of its own: in the temporary

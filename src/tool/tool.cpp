@@ -2,6 +2,7 @@
 
 #include "options/language.h"
 #include "options/optionreader.h"
+#include "options/usage.h"
 #include "tool/commands.h"
 #include "tool/invocation.h"
 #include "tool/messages.h"
@@ -15,9 +16,12 @@
 namespace
 {
 
+/// The arguments behind the command's name.
+enum class Takes { Nothing, PerhapsToken, Report, ManyReports };
+
 struct Command {
     const char *name;
-    bool takesReport; ///< whether it takes the arguments TOKEN and daily|monthly
+    Takes takes;
     const char *purpose;
     const char *example;
     void (*describe)(QCommandLineParser &);
@@ -28,25 +32,27 @@ constexpr int maxTimeoutSeconds = 3600;
 
 /// All commands. Help, dispatch and positional arguments follow from this table.
 constexpr std::array commands{
-    Command{"status", false, "Shows whether each report went out.",
+    Command{"status", Takes::Nothing, "Shows whether each report went out.",
             "autoreport status\n  autoreport status --schema kovo --json", describeStatus,
             runStatus},
-    Command{"why", true, "Explains why a report is due or not, rule by rule, and when it will be.",
+    Command{"why", Takes::Report,
+            "Explains why a report is due or not, rule by rule, and when it will be.",
             "autoreport why kovo daily\n  autoreport why kovo daily --at \"2026-12-24 07:00\"",
             describeWhy, runWhy},
-    Command{"preview", true, "Writes a report's workbook to a file; nothing is queued or stored.",
+    Command{"preview", Takes::Report,
+            "Writes a report's workbook to a file; nothing is queued or stored.",
             "autoreport preview kovo daily --out kovo.xlsx\n"
             "  autoreport preview kovo monthly --date 2026-10-31 --out october.xls",
             describePreview, runPreview},
-    Command{"run", true, "Queues a report now, due or not.",
+    Command{"run", Takes::Report, "Queues a report now, due or not.",
             "autoreport run kovo daily --to me@example.com\n"
             "  autoreport run kovo daily --mark --yes",
             describeRun, runRun},
-    Command{"set", true, "Changes a report's settings and shows the previous values.",
+    Command{"set", Takes::ManyReports, "Changes a report's settings and shows the previous values.",
             "autoreport set kovo daily --enable --time 07:00 \\\n"
             "      --emails payroll@example.com,boss@example.com",
             describeSet, runSet},
-    Command{"check", false, "Checks the installation and says how to mend what is wrong.",
+    Command{"check", Takes::Nothing, "Checks the installation and says how to mend what is wrong.",
             "autoreport check\n  autoreport check --json", describeCheck, runCheck},
 };
 
@@ -58,6 +64,30 @@ const Command *find(const QString &name)
     return found == commands.end() ? nullptr : found;
 }
 
+/// Returns the names of its arguments: "TOKEN daily|monthly".
+QStringList argumentNames(const Command &command)
+{
+    const QString words = reportWords().join(QLatin1Char('|'));
+    switch (command.takes) {
+    case Takes::Nothing:
+        break;
+    case Takes::PerhapsToken:
+        return {QStringLiteral("[TOKEN]")};
+    case Takes::Report:
+        return {QStringLiteral("TOKEN"), words};
+    case Takes::ManyReports:
+        return {QStringLiteral("TOKEN..."), words};
+    }
+    return {};
+}
+
+QString synopsis(const Command &command)
+{
+    return (QStringList{QStringLiteral("autoreport"), QLatin1String(command.name)} +
+            argumentNames(command) + QStringList(QStringLiteral("[options]")))
+        .join(QLatin1Char(' '));
+}
+
 void describe(const Command &command, QCommandLineParser &parser)
 {
     parser.setApplicationDescription(
@@ -66,13 +96,13 @@ void describe(const Command &command, QCommandLineParser &parser)
     parser.addOption(
         {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Print this help.")});
     parser.addPositionalArgument(QLatin1String(command.name), {}, QLatin1String(command.name));
-    if (command.takesReport) {
+    const QStringList names = argumentNames(command);
+    for (const QString &name : names)
         parser.addPositionalArgument(
-            QStringLiteral("TOKEN"),
-            QStringLiteral("The schema's token; with --single the name of the database."));
-        parser.addPositionalArgument(QStringLiteral("daily|monthly"),
-                                     QStringLiteral("Which of its two reports."));
-    }
+            name,
+            name.contains(QLatin1String("TOKEN"))
+                ? QStringLiteral("The schema's token; with --single the name of the database.")
+                : QStringLiteral("Which of its reports."));
     command.describe(parser);
     parser.addOption(
         {QStringLiteral("timeout"),
@@ -82,31 +112,31 @@ void describe(const Command &command, QCommandLineParser &parser)
     OptionReader::describe(parser);
 }
 
-/// Sets schema and report from the positional arguments, the command's name first. Returns an error
-/// or an empty text.
-QString readArguments(const Command &command, Invocation &invocation)
+/// Sets schema and report from the positional arguments. Returns an error or an empty text.
+UsageError readArguments(const Command &command, Invocation &invocation)
 {
-    const QStringList given = invocation.parser.positionalArguments();
-    const int expected = command.takesReport ? 3 : 1;
+    const QStringList given = invocation.parser.positionalArguments().mid(1);
+    const int expected = argumentNames(command).size();
+    invocation.arguments = given;
+    invocation.token = given.value(0);
+    if (command.takes == Takes::ManyReports) // the command reads them, along with its options
+        return {};
     if (given.size() > expected)
-        return QStringLiteral("unexpected argument '%1'").arg(given.at(expected));
-    if (!command.takesReport)
+        return {QStringLiteral("unexpected argument '%1'").arg(given.at(expected))};
+    if (command.takes != Takes::Report)
         return {};
     if (given.size() < expected)
-        return QStringLiteral("the schema and the report are missing");
-    const ReportKind *kind = reportKindOf(given.at(2));
-    if (!kind)
-        return QStringLiteral("there is no report '%1': it is daily or monthly").arg(given.at(2));
-    invocation.token = given.at(1);
-    invocation.kind = kind;
-    return {};
+        return {QStringLiteral("the schema and the report are missing")};
+    UsageError error;
+    invocation.kind = readReport(given.last(), error);
+    return error;
 }
 
 int runCommand(const Command &command, Invocation &invocation)
 {
-    const QString error = readArguments(command, invocation);
-    if (!error.isEmpty())
-        return invocation.wrong(error);
+    const UsageError error = readArguments(command, invocation);
+    if (!error.text.isEmpty())
+        return invocation.wrong(error.text, error.meant);
     OptionReader reader(invocation.parser);
     invocation.connection = reader.connection();
     invocation.connection.timeoutSeconds = reader.number("timeout", 1, maxTimeoutSeconds);
@@ -140,6 +170,14 @@ QString Tool::commandIn(const QStringList &arguments)
     return find(first) ? first : QString();
 }
 
+QStringList Tool::commandNames()
+{
+    QStringList names;
+    for (const Command &command : commands)
+        names.append(QLatin1String(command.name));
+    return names;
+}
+
 QString Tool::commandHelp()
 {
     QString text;
@@ -156,9 +194,11 @@ int Tool::run(const QString &name, const QStringList &arguments)
     const Command &command = *find(name);
     QCommandLineParser parser;
     describe(command, parser);
-    Invocation invocation(parser);
-    if (!parser.parse(arguments))
-        return invocation.wrong(parser.errorText());
+    Invocation invocation(parser, synopsis(command));
+    if (!parser.parse(arguments)) {
+        const UsageError error = Usage::parserError(parser);
+        return invocation.wrong(error.text, error.meant);
+    }
     if (invocation.has("help")) {
         Output::print(parser.helpText().trimmed().split(QLatin1Char('\n')));
         return Well;

@@ -26,6 +26,9 @@ QString commandIn(const QStringList &arguments);
  */
 int run(const QString &command, const QStringList &arguments);
 
+/// Returns the names of all commands.
+QStringList commandNames();
+
 /// Returns all commands, one per line, for the program's help.
 QString commandHelp();
 

@@ -11,15 +11,26 @@ private Q_SLOTS:
     void usage_data()
     {
         addColumns<QString, QString>("arguments", "text");
-        addRow("option", "status --nonsense", "'nonsense'");
+        const auto guess = [](const char *text, const char *meant) {
+            return QString("%1\nPerhaps meant: %2\nHelp: ").arg(text, meant);
+        };
+        addRow("command", "chekc --json", guess("unknown command 'chekc'", "check"));
+        addRow("option", "status --nonsense",
+               "unknown option 'nonsense'\nUsage: autoreport status ");
+        addRow("near option", "status --jsno", guess("unknown option 'jsno'", "--json"));
+        addRow("begun option", "why firm daily --time",
+               guess("unknown option 'time'", "--timeout"));
+        addRow("report", "why firm Dayly",
+               guess("there is no report 'Dayly': it is daily or monthly", "daily"));
         addRow("format", "preview firm daily --out x.ods", "end with .xlsx or .xls");
         addRow("date", "preview firm daily --out x.xls --date 2023-02-29", "--date must");
         addRow("to", "run firm daily --to a@firma", "--to must be one mail address");
         addRow("nobody to ask", "run firm daily", "give --yes");
         addRow("mark", "run firm daily --yes --mark --date 2023-11-14", "--mark is for");
-        addRow("address", "set firm daily --emails a@firma.sk,b", "'b' is not a mail address");
-        addRow("schema", "why nobody daily", "no active schema 'nobody'");
-        addRow("injection", "why x'OR''=' daily", "no active schema 'x'OR''=''");
+        addRow("schema", "run nobody daily --yes",
+               "no active schema 'nobody'\nUsage: TOKEN is one of those in the table schemas\n");
+        addRow("near schema", "run Fimr daily --yes", guess("no active schema 'Fimr'", "firm"));
+        addRow("injection", "preview x'OR''=' daily --out x.xls", "no active schema 'x'OR''=''");
     }
 
     void usage()
@@ -29,6 +40,7 @@ private Q_SLOTS:
         bench->schema.exec("DELETE FROM vars");
         const Outcome outcome = run(arguments);
         QVERIFY2(outcome.errors.contains(text), qPrintable(outcome.errors));
+        QCOMPARE(outcome.errors.count('\n'), 3);
         QCOMPARE(outcome.status, 2);
         QCOMPARE(outcome.output, QString());
         QCOMPARE(bench->schema.value("SELECT COUNT(*) FROM vars").toInt(), 0);

@@ -1,0 +1,86 @@
+#include "options/usage.h"
+
+#include <QCommandLineParser>
+#include <QRegularExpression>
+#include <QVector>
+
+#include <algorithm>
+
+namespace
+{
+
+/// Returns how many letters are missing, wrong, too many, or exchanged with their neighbours.
+int distance(const QString &from, const QString &to)
+{
+    QVector<QVector<int>> table(from.size() + 1, QVector<int>(to.size() + 1));
+    for (int row = 0; row <= from.size(); ++row) {
+        for (int col = 0; col <= to.size(); ++col) {
+            int &cell = table[row][col];
+            if (row == 0 || col == 0) {
+                cell = row + col;
+                continue;
+            }
+            const int wrong = from.at(row - 1) == to.at(col - 1) ? 0 : 1;
+            cell = std::min({table[row - 1][col] + 1, table[row][col - 1] + 1,
+                             table[row - 1][col - 1] + wrong});
+            if (row > 1 && col > 1 && from.at(row - 1) == to.at(col - 2) &&
+                from.at(row - 2) == to.at(col - 1))
+                cell = std::min(cell, table[row - 2][col - 2] + 1);
+        }
+    }
+    return table[from.size()][to.size()];
+}
+
+/// The parser does not list its options, but its help does.
+QStringList optionsOf(const QCommandLineParser &parser)
+{
+    static const QRegularExpression option(QStringLiteral("(?:^  |, )--([a-z-]+)"),
+                                           QRegularExpression::MultilineOption);
+    QStringList options;
+    for (auto match = option.globalMatch(parser.helpText()); match.hasNext();)
+        options.append(match.next().captured(1));
+    return options;
+}
+
+} // namespace
+
+QStringList Usage::threeLines(const UsageError &error, const QString &synopsis, const QString &help)
+{
+    return {QStringLiteral("autoreport: ") + error.text,
+            error.meant.isEmpty() ? QStringLiteral("Usage: ") + synopsis
+                                  : QStringLiteral("Perhaps meant: ") + error.meant,
+            QStringLiteral("Help: ") + help};
+}
+
+UsageError Usage::parserError(const QCommandLineParser &parser)
+{
+    QString text = parser.errorText();
+    text[0] = text.at(0).toLower();
+    if (text.endsWith(QLatin1Char('.')))
+        text.chop(1);
+    const QStringList unknown = parser.unknownOptionNames();
+    if (unknown.isEmpty())
+        return {text};
+    const QString option = nearest(unknown.first(), optionsOf(parser));
+    return {QStringLiteral("unknown option '%1'").arg(unknown.first()),
+            option.isEmpty() ? option : QStringLiteral("--") + option};
+}
+
+QString Usage::nearest(const QString &word, const QStringList &known)
+{
+    // Tokens may be of any length; what is longer than any word comes near nothing.
+    constexpr int longest = 64;
+    QString found;
+    int least = std::max(2, word.size() / 3 + 1);
+    for (const QString &candidate : known) {
+        if (word.size() > longest || candidate.size() > longest)
+            continue;
+        const bool continues = word.size() > 1 && candidate.startsWith(word);
+        const int letters = continues ? 1 : distance(word.toLower(), candidate.toLower());
+        if (letters < least && letters < candidate.size()) {
+            least = letters;
+            found = candidate;
+        }
+    }
+    return found;
+}
