@@ -7,7 +7,7 @@ _autoreport() {
   COMPREPLY=()
 
   case $previous in
-    --out | --db-ca | --db-cert | --db-key | --config | --password-file | --plugin)
+    --out | --db-ca | --db-cert | --db-key | --config | --password-file | --plugin | --file)
       mapfile -t COMPREPLY < <(compgen -f -- "$current")
       return
       ;;
@@ -20,8 +20,10 @@ _autoreport() {
   if [ -z "$words" ]; then
     if [ "$COMP_CWORD" -eq 1 ]; then
       words="serve status why preview run set check --help --version"
-    elif [ "$COMP_CWORD" -eq 3 ] && [[ $command =~ ^(why|preview|run|set)$ ]]; then
+    elif [ "$COMP_CWORD" -eq 3 ] && [[ $command =~ ^(why|preview|run)$ ]]; then
       words="daily monthly"
+    elif [ "$COMP_CWORD" -gt 1 ] && [ "$command" = set ] && [[ $current != -* ]]; then
+      words="daily monthly" # behind any number of schemas
     else
       case $command in
         serve) words="--clear-workbooks --language --plugin --debug --metrics --run-for $way" ;;
@@ -29,7 +31,7 @@ _autoreport() {
         why) words="--at $ask" ;;
         preview) words="--language --date --out $ask" ;;
         run) words="--language --date --to --mark --yes $ask" ;;
-        set) words="--enable --disable --emails --time --format $ask" ;;
+        set) words="--all --enable --disable --emails --time --format --file --dry-run --yes $ask" ;;
         check) words="--json $ask" ;;
       esac
     fi

@@ -42,6 +42,12 @@ inline void readStored(const QVariant &stored, const BookFormat *&value)
     value = stored.toBool() ? &xlsxFormat : &xlsFormat;
 }
 
+/// Returns the text that is read as that format.
+inline QString storedText(const BookFormat &format)
+{
+    return &format == &xlsxFormat ? QStringLiteral("1") : QStringLiteral("0");
+}
+
 /**
  * One key of the table `vars` and the member of `Options` that takes its value. The member's own
  * initial value is the default of a key that is not stored.

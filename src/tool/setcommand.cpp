@@ -1,112 +1,30 @@
-#include "common/zas.h"
-#include "db/varstable.h"
-#include "reports/bookformat.h"
 #include "tool/commands.h"
 #include "tool/onschema.h"
 #include "tool/output.h"
+#include "tool/progress.h"
+#include "tool/schemastatus.h"
+#include "tool/setoutcome.h"
+#include "tool/setrequest.h"
 #include "tool/tool.h"
 
 #include <QSqlError>
-#include <QTime>
+
+#include <algorithm>
+
+#include <unistd.h>
 
 namespace
 {
 
-/// The daily report shares this setting with all of the product's exports.
-QString formatKey()
-{
-    return QStringLiteral("exportUseXLSX");
-}
-
-/// The changes that the command line asks for; keeps the first error.
-class Changes
-{
-public:
-    explicit Changes(const Invocation &commandLine)
-        : invocation(commandLine)
-    {
-        readSwitch();
-        readEmails();
-        readTime();
-        readFormat();
-        if (values.isEmpty())
-            fail(QStringLiteral("nothing to set"));
-    }
-
-    VarsTable::Values values;
-    QString error;
-
-private:
-    void readSwitch()
-    {
-        const bool on = invocation.has("enable");
-        if (on && invocation.has("disable"))
-            fail(QStringLiteral("--enable and --disable exclude each other"));
-        if (on || invocation.has("disable"))
-            set("enabled", on ? QStringLiteral("1") : QStringLiteral("0"));
-    }
-
-    void readEmails()
-    {
-        if (!invocation.has("emails"))
-            return;
-        // An empty list is allowed: nobody gets the report any more.
-        QStringList addresses;
-        const QStringList parts =
-            invocation.value("emails").split(QLatin1Char(','), Qt::SkipEmptyParts);
-        for (const QString &part : parts) {
-            if (!ZAS::validEmail(part.trimmed()))
-                fail(QStringLiteral("'%1' is not a mail address").arg(part.trimmed()));
-            addresses.append(part.trimmed()); // as they are mailed to
-        }
-        set("emails", addresses.join(QLatin1Char(',')));
-    }
-
-    /// Stricter than the report, which reads an invalid time as midnight.
-    void readTime()
-    {
-        if (!invocation.has("time"))
-            return;
-        const QString text = invocation.value("time");
-        if (!QTime::fromString(text, QStringLiteral("HH:mm")).isValid())
-            fail(QStringLiteral("--time must be HH:MM, not '%1'").arg(text));
-        set("time", text);
-    }
-
-    void readFormat()
-    {
-        if (!invocation.has("format"))
-            return;
-        const QString format = invocation.value("format");
-        if (format != QLatin1String("xlsx") && format != QLatin1String("xls"))
-            fail(QStringLiteral("--format must be xlsx or xls, not '%1'").arg(format));
-        else if (invocation.kind->format)
-            fail(
-                QStringLiteral("the %1 report is always %2: leave --format out")
-                    .arg(QLatin1String(invocation.kind->word), invocation.kind->format->extension));
-        values.insert(formatKey(),
-                      format == QLatin1String("xlsx") ? QStringLiteral("1") : QStringLiteral("0"));
-    }
-
-    /// Sets a key of this report; other keys belong to the whole schema.
-    void set(const char *key, const QString &value)
-    {
-        values.insert(invocation.kind->key(key), value);
-    }
-
-    void fail(const QString &message)
-    {
-        if (error.isEmpty())
-            error = message;
-    }
-
-    const Invocation &invocation;
+/// One request in one schema.
+struct Target {
+    QString token;
+    const SetRequest *request;
 };
 
 /// Stores all values or, if the table has transactions, none. Returns the errors.
-QStringList store(const SchemaConnection &connection, const VarsTable::Values &values)
+QStringList store(QSqlDatabase database, const VarsTable::Values &values)
 {
-    QSqlDatabase database = connection.database();
     const bool open = database.transaction();
     QStringList errors;
     for (const Error &error : VarsTable(database).store(values))
@@ -116,55 +34,215 @@ QStringList store(const SchemaConnection &connection, const VarsTable::Values &v
     return errors;
 }
 
-int applyChanges(const SchemaConnection &connection, const VarsTable::Values &values)
+/// Returns the schema's settings of all reports, and those that `changed` names.
+Result<VarsTable::Values> readBefore(const QSqlDatabase &database, const VarsTable::Values &changed)
 {
-    // Read first: a table that cannot be read is not written to.
-    const auto before = VarsTable(connection.database()).values(values.keys());
-    const QStringList errors =
-        before.isOk() ? store(connection, values) : QStringList(before.error().simplified());
-    for (const QString &error : errors)
-        Output::error(error);
-    if (!errors.isEmpty()) {
-        Output::error(QStringLiteral("nothing was set in the database '%1': see autoreport check")
-                          .arg(connection.databaseName));
+    const VarsTable vars(database);
+    auto found = vars.values(changed.keys());
+    for (const ReportKind *kind : reportKinds()) {
+        const auto ofKind = vars.valuesWithPrefix(QLatin1String(kind->prefix));
+        if (!found.isOk() || !ofKind.isOk())
+            return found.isOk() ? ofKind : found;
+        VarsTable::Values all = found.value();
+        for (auto entry = ofKind.value().cbegin(); entry != ofKind.value().cend(); ++entry)
+            all.insert(entry.key(), entry.value());
+        found = all;
+    }
+    return found;
+}
+
+/// Carries out requests, one schema after another, and counts.
+class Setter
+{
+public:
+    Setter(const Invocation &commandLine, const Schemas &allSchemas, int targetCount)
+        : invocation(commandLine)
+        , schemas(allSchemas)
+        , targets(targetCount)
+        , isDryRun(commandLine.has("dry-run"))
+    {
+    }
+
+    /// Returns whether the settings are stored now, or would be.
+    bool set(const Target &target)
+    {
+        using Access = SchemaConnection::Access;
+        const SchemaConnection connection(schemas, target.token,
+                                          isDryRun ? Access::ReadOnly : Access::ReadWrite);
+        isReached = connection.error.isEmpty();
+        if (!isReached) {
+            Output::error(named(target, connection.error));
+            return false;
+        }
+        // Read first: a table that cannot be read is not written to.
+        const auto before = readBefore(connection.database(), target.request->values);
+        QStringList errors =
+            before.isOk() ? QStringList() : QStringList(before.error().simplified());
+        if (before.isOk() && !isDryRun)
+            errors = store(connection.database(), target.request->values);
+        for (const QString &error : qAsConst(errors))
+            Output::error(named(target, error));
+        if (!errors.isEmpty()) {
+            Output::error(
+                QStringLiteral("nothing was set in the database '%1': see autoreport check")
+                    .arg(connection.databaseName));
+            return false;
+        }
+        show(target, before.value());
+        return true;
+    }
+
+    /// Prints what concerns all schemas. Returns the exit status.
+    int conclude(int done) const
+    {
+        if (waitingForScan > 0)
+            Output::error(
+                QStringLiteral("a host finds %1 with its next scan, within an hour; at once: "
+                               "systemctl reload autoreport, or SIGHUP to autoreport serve")
+                    .arg(targets == 1 ? QStringLiteral("the schema")
+                                      : QStringLiteral("%1 of the schemas").arg(waitingForScan)));
+        if (targets > 1)
+            Output::print(QStringLiteral("%1 of %2 set%3")
+                              .arg(QString::number(done), QString::number(targets), dryRunNote()));
+        else if (isDryRun && done == 1)
+            Output::print(QStringLiteral("not set%1").arg(dryRunNote()));
+        if (targets == 1 && !isReached)
+            return Tool::CouldNotAsk;
+        return done == targets && forNobody == 0 ? Tool::Well : Tool::Look;
+    }
+
+private:
+    QString named(const Target &target, const QString &text) const
+    {
+        return targets == 1 ? text : target.token + QStringLiteral(": ") + text;
+    }
+
+    QString dryRunNote() const
+    {
+        return isDryRun ? QStringLiteral(": a dry run, nothing was stored") : QString();
+    }
+
+    void show(const Target &target, const VarsTable::Values &before)
+    {
+        VarsTable::Values after = before;
+        const VarsTable::Values &values = target.request->values;
+        for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {
+            after.insert(entry.key(), entry.value());
+            // With the previous values, a slip can be undone.
+            const QString old =
+                before.contains(entry.key())
+                    ? QStringLiteral("'%1'").arg(before.value(entry.key()).toString())
+                    : QStringLiteral("not set");
+            Output::print(named(
+                target,
+                QStringLiteral("%1: %2 -> '%3'").arg(entry.key(), old, entry.value().toString())));
+        }
+        warn(target, before, after);
+    }
+
+    void warn(const Target &target, const VarsTable::Values &before, const VarsTable::Values &after)
+    {
+        const ReportKind &kind = *target.request->kind;
+        const SetOutcome outcome(kind, before, after, QDateTime::currentDateTime());
+        const QString report = target.token + QLatin1Char(' ') + QLatin1String(kind.word);
+        if (outcome.isForNobody)
+            Output::error(QStringLiteral("%1: nobody would get it: give --emails").arg(report));
+        if (outcome.isDueNow)
+            Output::error(QStringLiteral("%1: its time has passed, so it "
+                                         "goes out now: with the next tick of a host")
+                              .arg(report));
+        forNobody += outcome.isForNobody ? 1 : 0;
+        // With one database alone there is no scan.
+        waitingForScan += outcome.waitsForScan && !invocation.connection.single ? 1 : 0;
+    }
+
+    const Invocation &invocation;
+    const Schemas &schemas;
+    const int targets;
+    const bool isDryRun;
+    bool isReached = true; ///< the last schema
+    int forNobody = 0;
+    int waitingForScan = 0;
+};
+
+int setAll(const Invocation &invocation, const Schemas &schemas, const QVector<Target> &targets)
+{
+    Setter setter(invocation, schemas, targets.size());
+    int done = 0;
+    for (const Target &target : targets) {
+        if (setter.set(target)) {
+            ++done;
+        } else if (targets.size() > 1 && !schemas.isAnswering()) {
+            // All schemas are on this server: a timeout for each could take hours.
+            setter.conclude(done);
+            Output::error(QStringLiteral("the server no longer answers"));
+            return Tool::CouldNotAsk;
+        }
+    }
+    return setter.conclude(done);
+}
+
+/// Many customers by few words: their previous values are shown, but mails cannot be taken back.
+bool isAgreed(const Invocation &invocation, const QVector<SetRequest> &requests, int targets)
+{
+    const bool isForAll = std::any_of(requests.cbegin(), requests.cend(),
+                                      [](const SetRequest &one) { return one.isForAll; });
+    if (!isForAll || invocation.has("yes") || invocation.has("dry-run"))
+        return true;
+    return Output::agrees(
+        QStringLiteral("Set %1 reports of all schemas? --dry-run shows it first. [y/N] ")
+            .arg(targets));
+}
+
+int runRequests(const Invocation &invocation, const Schemas &schemas,
+                const QVector<SetRequest> &requests)
+{
+    const auto all = schemas.tokens();
+    if (!all.isOk()) {
+        Output::error(all.error().simplified());
+        return Tool::CouldNotAsk;
+    }
+    // All tokens are looked up before anything is stored.
+    QVector<Target> targets;
+    for (const SetRequest &request : requests) {
+        const QStringList tokens = request.isForAll ? all.value() : request.tokens;
+        for (const QString &token : tokens) {
+            if (!all.value().contains(token))
+                return noSuchSchema(schemas, token);
+            targets.append({token, &request});
+        }
+    }
+    if (!isAgreed(invocation, requests, targets.size())) {
+        Output::error(QStringLiteral("nothing was set"));
         return Tool::Look;
     }
-    // With the previous values, a slip can be undone.
-    for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {
-        const QString old =
-            before.value().contains(entry.key())
-                ? QStringLiteral("'%1'").arg(before.value().value(entry.key()).toString())
-                : QStringLiteral("not set");
-        Output::print(
-            QStringLiteral("%1: %2 -> '%3'").arg(entry.key(), old, entry.value().toString()));
-    }
-    return Tool::Well;
+    return setAll(invocation, schemas, targets);
 }
 
 } // namespace
 
 void describeSet(QCommandLineParser &parser)
 {
-    const auto add = [&parser](const char *name, const char *description, const char *value) {
-        parser.addOption({QLatin1String(name), QLatin1String(description), QLatin1String(value)});
-    };
-    parser.addOption({QStringLiteral("enable"), QStringLiteral("Switch the report on.")});
-    parser.addOption({QStringLiteral("disable"), QStringLiteral("Switch it off.")});
-    add("emails", "The report's recipients, separated by commas.", "list");
-    add("time", "Local time of day, HH:MM, from which it is due.", "time");
-    add("format",
-        "xlsx or xls; for the daily report, and for the product's own exports of the schema.",
-        "format");
+    describeSetRequests(parser);
+    parser.addOption({QStringLiteral("file"),
+                      QStringLiteral("Carry out each line of that file, or of - for standard "
+                                     "input: \"TOKEN... daily --time 07:00\"."),
+                      QStringLiteral("file")});
+    parser.addOption(
+        {QStringLiteral("dry-run"), QStringLiteral("Show what would be set, and store nothing.")});
+    parser.addOption({QStringLiteral("yes"), QStringLiteral("Set --all without asking.")});
 }
 
 int runSet(const Invocation &invocation)
 {
-    const Changes changes(invocation);
-    if (!changes.error.isEmpty())
-        return invocation.wrong(changes.error);
-    return onSchema(invocation, SchemaConnection::Access::ReadWrite,
-                    SchemaConnection::Statements::Short,
-                    [&changes](const SchemaConnection &connection) {
-                        return applyChanges(connection, changes.values);
-                    });
+    const SetRequests requests(invocation);
+    if (!requests.error.text.isEmpty())
+        return invocation.wrong(requests.error.text, requests.error.meant);
+    if (invocation.has("all") && !invocation.has("yes") && !invocation.has("dry-run") &&
+        !Output::isTerminal(STDIN_FILENO))
+        return invocation.wrong(
+            QStringLiteral("cannot ask without a terminal: give --yes, or --dry-run"));
+    return onSchemas(invocation, [&](const Schemas &schemas) {
+        return runRequests(invocation, schemas, requests.list);
+    });
 }

@@ -50,7 +50,8 @@ constexpr std::array commands{
             describeRun, runRun},
     Command{"set", Takes::ManyReports, "Changes a report's settings and shows the previous values.",
             "autoreport set kovo daily --enable --time 07:00 \\\n"
-            "      --emails payroll@example.com,boss@example.com",
+            "      --emails payroll@example.com,boss@example.com\n"
+            "  autoreport set --all monthly --disable --dry-run",
             describeSet, runSet},
     Command{"check", Takes::Nothing, "Checks the installation and says how to mend what is wrong.",
             "autoreport check\n  autoreport check --json", describeCheck, runCheck},

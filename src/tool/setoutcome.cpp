@@ -1,0 +1,32 @@
+#include "tool/setoutcome.h"
+
+#include "tool/schemastatus.h"
+
+#include <algorithm>
+
+namespace
+{
+
+/// As the scan reads it.
+bool isExactlyOne(const ReportKind &kind, const VarsTable::Values &values)
+{
+    return values.value(kind.key("enabled")).toInt() == 1;
+}
+
+bool isFoundByScan(const VarsTable::Values &values)
+{
+    const auto &kinds = reportKinds();
+    return std::any_of(kinds.cbegin(), kinds.cend(),
+                       [&values](const ReportKind *kind) { return isExactlyOne(*kind, values); });
+}
+
+} // namespace
+
+SetOutcome::SetOutcome(const ReportKind &kind, const VarsTable::Values &before,
+                       const VarsTable::Values &after, const QDateTime &now)
+{
+    const ReportSettings settings = kind.settingsOf(after);
+    isForNobody = settings.enabled && Recipients(settings.recipients).wellFormed.isEmpty();
+    isDueNow = !isForNobody && scheduleVerdict(settings, now) == ScheduleVerdict::Due;
+    waitsForScan = isExactlyOne(kind, after) && !isFoundByScan(before);
+}

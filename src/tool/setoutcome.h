@@ -1,0 +1,17 @@
+#pragma once
+
+#include "db/varstable.h"
+#include "reports/reportkind.h"
+
+#include <QDateTime>
+
+/// What changed settings of a report come to.
+struct SetOutcome {
+    bool isForNobody = false;  ///< enabled, but nobody would get it
+    bool isDueNow = false;     ///< goes out with the next tick of a host that serves the schema
+    bool waitsForScan = false; ///< enabled, and so far no host had a reason to serve the schema
+
+    /// Both maps hold the schema's settings of all reports, by whole keys.
+    SetOutcome(const ReportKind &kind, const VarsTable::Values &before,
+               const VarsTable::Values &after, const QDateTime &now);
+};

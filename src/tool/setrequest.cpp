@@ -1,0 +1,194 @@
+#include "tool/setrequest.h"
+
+#include "common/zas.h"
+#include "reports/bookformat.h"
+#include "reports/storedoption.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QTime>
+
+#include <cstdio>
+
+namespace
+{
+
+/// The daily report shares this setting with all of the product's exports.
+QString formatKey()
+{
+    return QStringLiteral("exportUseXLSX");
+}
+
+/// Reads one request; keeps the first error.
+class Reader
+{
+public:
+    explicit Reader(const Invocation &commandLine)
+        : invocation(commandLine)
+    {
+        readArguments();
+        if (!request.kind) // the keys begin with its prefix
+            return;
+        readSwitch();
+        readEmails();
+        readTime();
+        readFormat();
+        if (request.values.isEmpty())
+            fail(QStringLiteral("nothing to set"));
+    }
+
+    SetRequest request;
+    UsageError error;
+
+private:
+    void readArguments()
+    {
+        request.isForAll = invocation.has("all");
+        QStringList given = invocation.arguments;
+        if (given.isEmpty() || (given.size() == 1 && !request.isForAll)) {
+            fail(QStringLiteral("the schema and the report are missing"));
+            return;
+        }
+        request.kind = readReport(given.takeLast(), error);
+        given.removeDuplicates();
+        request.tokens = given;
+        if (request.isForAll && !given.isEmpty())
+            fail(QStringLiteral("--all and the schema '%1' exclude each other").arg(given.first()));
+    }
+
+    void readSwitch()
+    {
+        const bool on = invocation.has("enable");
+        if (on && invocation.has("disable"))
+            fail(QStringLiteral("--enable and --disable exclude each other"));
+        if (on || invocation.has("disable"))
+            set("enabled", on ? QStringLiteral("1") : QStringLiteral("0"));
+    }
+
+    void readEmails()
+    {
+        if (!invocation.has("emails"))
+            return;
+        // An empty list is allowed: nobody gets the report any more.
+        QStringList addresses;
+        const QStringList parts =
+            invocation.value("emails").split(QLatin1Char(','), Qt::SkipEmptyParts);
+        for (const QString &part : parts) {
+            if (!ZAS::validEmail(part.trimmed()))
+                fail(QStringLiteral("'%1' is not a mail address").arg(part.trimmed()));
+            addresses.append(part.trimmed()); // as they are mailed to
+        }
+        set("emails", addresses.join(QLatin1Char(',')));
+    }
+
+    /// Stricter than the report, which reads an invalid time as midnight.
+    void readTime()
+    {
+        if (!invocation.has("time"))
+            return;
+        const QString text = invocation.value("time");
+        if (!QTime::fromString(text, QStringLiteral("HH:mm")).isValid())
+            fail(QStringLiteral("--time must be HH:MM, not '%1'").arg(text));
+        set("time", text);
+    }
+
+    void readFormat()
+    {
+        if (!invocation.has("format"))
+            return;
+        const QString name = invocation.value("format");
+        const BookFormat *format = bookFormatNamed(name);
+        if (!format)
+            fail(QStringLiteral("--format must be %1, not '%2'")
+                     .arg(bookFormatNames().join(QStringLiteral(" or ")), name),
+                 Usage::nearest(name, bookFormatNames()));
+        else if (request.kind->format)
+            fail(QStringLiteral("the %1 report is always %2: leave --format out")
+                     .arg(QLatin1String(request.kind->word), request.kind->format->extension));
+        else
+            request.values.insert(formatKey(), storedText(*format));
+    }
+
+    /// Sets a key of this report; other keys belong to the whole schema.
+    void set(const char *key, const QString &value)
+    {
+        request.values.insert(request.kind->key(key), value);
+    }
+
+    void fail(const QString &text, const QString &meant = QString())
+    {
+        if (error.text.isEmpty())
+            error = {text, meant};
+    }
+
+    const Invocation &invocation;
+};
+
+} // namespace
+
+void describeSetRequests(QCommandLineParser &parser)
+{
+    const auto add = [&parser](const char *name, const QString &description, const char *value) {
+        parser.addOption({QLatin1String(name), description, QLatin1String(value)});
+    };
+    parser.addOption({QStringLiteral("all"), QStringLiteral("Set it in every active schema.")});
+    parser.addOption({QStringLiteral("enable"), QStringLiteral("Switch the report on.")});
+    parser.addOption({QStringLiteral("disable"), QStringLiteral("Switch it off.")});
+    add("emails", QStringLiteral("The report's recipients, separated by commas."), "list");
+    add("time", QStringLiteral("Local time of day, HH:MM, from which it is due."), "time");
+    add("format",
+        QStringLiteral("%1; for the daily report, and for the product's own exports of the schema.")
+            .arg(bookFormatNames().join(QStringLiteral(" or "))),
+        "format");
+}
+
+SetRequests::SetRequests(const Invocation &invocation)
+{
+    if (invocation.has("file")) {
+        readFile(invocation);
+        return;
+    }
+    const Reader reader(invocation);
+    list.append(reader.request);
+    error = reader.error;
+}
+
+void SetRequests::readFile(const Invocation &invocation)
+{
+    const QString path = invocation.value("file");
+    QFile file(path);
+    const bool opened = path == QLatin1String("-") ? file.open(stdin, QIODevice::ReadOnly)
+                                                   : file.open(QIODevice::ReadOnly);
+    if (!opened)
+        error.text = QStringLiteral("cannot read '%1': %2").arg(path, file.errorString());
+    else if (!invocation.arguments.isEmpty())
+        error.text = QStringLiteral("'%1' belongs into the file, whose lines are complete")
+                         .arg(invocation.arguments.first());
+    for (int number = 1; error.text.isEmpty() && !file.atEnd(); ++number) {
+        const QString line = QString::fromUtf8(file.readLine()).trimmed();
+        if (line.isEmpty() || line.startsWith(QLatin1Char('#')))
+            continue;
+        readLine(line, invocation.synopsis);
+        if (!error.text.isEmpty())
+            error.text.prepend(QStringLiteral("line %1 of '%2': ").arg(number).arg(path));
+    }
+    if (error.text.isEmpty() && list.isEmpty())
+        error.text = QStringLiteral("'%1' has no lines").arg(path);
+}
+
+/// A line is what would follow `set` on the command line.
+void SetRequests::readLine(const QString &line, const QString &synopsis)
+{
+    QCommandLineParser parser;
+    describeSetRequests(parser);
+    // The program's name comes first, as on a command line.
+    if (!parser.parse(QStringList(QStringLiteral("set")) + QProcess::splitCommand(line))) {
+        error = Usage::parserError(parser);
+        return;
+    }
+    Invocation invocation(parser, synopsis);
+    invocation.arguments = parser.positionalArguments();
+    const Reader reader(invocation);
+    list.append(reader.request);
+    error = reader.error;
+}
