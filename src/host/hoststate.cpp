@@ -1,17 +1,21 @@
 #include "host/hoststate.h"
 
 #include "host/logtoken.h"
+#include "reports/reportkind.h"
 
 #include <QDateTime>
 #include <QRegularExpression>
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace
 {
 
 constexpr const char *madeElsewhere = "elsewhere"; // not a failure
+constexpr int warningsKept = 4;                    // of a run; the first ones say why
+constexpr int warningChars = 200;
 
 struct Cause {
     const char *part; ///< of a line that ends a run
@@ -45,13 +49,28 @@ QString causeIn(const QString &message)
     return found == std::end(causesByText) ? QString() : QLatin1String(found->name);
 }
 
-QString kindIn(const QString &message)
+/// Returns the report that logged the message, null if none did.
+const ReportKind *kindIn(const QString &message)
 {
-    if (message.startsWith(QLatin1String("DailyAttenReport")))
-        return QStringLiteral("daily");
-    if (message.startsWith(QLatin1String("MonthlyAttenReport")))
-        return QStringLiteral("monthly");
-    return {};
+    const auto &kinds = reportKinds();
+    const auto found =
+        std::find_if(kinds.cbegin(), kinds.cend(), [&message](const ReportKind *kind) {
+            return message.startsWith(QLatin1String(kind->className));
+        });
+    return found == kinds.cend() ? nullptr : *found;
+}
+
+/// Leaves out what the message begins with: class and function.
+QString withoutOrigin(const ReportKind &kind, const QString &message)
+{
+    static const QRegularExpression function(
+        QStringLiteral(R"(^(::\w+\(\)|::\w+| makeMail)?( -)?)"));
+    return message.mid(int(qstrlen(kind.className))).remove(function);
+}
+
+bool isWarning(QtMsgType type)
+{
+    return type == QtWarningMsg || type == QtCriticalMsg;
 }
 
 } // namespace
@@ -66,26 +85,65 @@ void Durations::add(double seconds)
 HostState::HostState(const QString &single)
     : singleToken(single)
 {
-    current.runs.insert(QStringLiteral("daily"), {});
-    current.runs.insert(QStringLiteral("monthly"), {});
+    for (const ReportKind *kind : reportKinds())
+        current.runs.insert(QLatin1String(kind->word), {});
 }
 
-void HostState::take(const QString &message)
+void HostState::take(QtMsgType type, const QString &message)
 {
-    const QString kind = kindIn(message);
-    if (kind.isEmpty())
-        return;
+    if (const ReportKind *kind = kindIn(message))
+        takeReport(*kind, type, message);
+    else if (message.startsWith(QLatin1String("AutoReportWorker")))
+        takeWorker(type, message);
+    else if (isWarning(type) && message.contains(QLatin1String(": the scan ends at schema "))) {
+        const std::lock_guard guard(mutex);
+        scanProblem = message.section(QLatin1String(" - "), 1);
+    } else if (isWarning(type)) { // of what a report calls, as the mail queue
+        const std::lock_guard guard(mutex);
+        running[token()].warn(message.section(QLatin1Char('\n'), 0, 0).left(warningChars));
+    }
+}
+
+void HostState::Run::warn(const QString &text)
+{
+    if (warnings.size() < warningsKept)
+        warnings.append(text.simplified());
+}
+
+void HostState::takeReport(const ReportKind &kind, QtMsgType type, const QString &message)
+{
     static const QRegularExpression endOfRun(QStringLiteral(
         R"(::makeReport\(\) - run ended after ([\d.]+) s, rows: \d+, mails queued: (\d+)$)"));
     const std::lock_guard guard(mutex);
     const QRegularExpressionMatch end = endOfRun.match(message);
     if (end.hasMatch()) {
-        endRun(kind, end.captured(1).toDouble(), end.captured(2).toULongLong());
+        endRun(QLatin1String(kind.word), end.captured(1).toDouble(), end.captured(2).toULongLong());
         return;
     }
-    const QString cause = causeIn(message);
+    if (message.endsWith(QLatin1String("::doWork()"))) { // a tick begins
+        running.remove(token());
+        return;
+    }
+    Run &run = running[token()];
+    const QString cause = type == QtDebugMsg ? QString() : causeIn(message);
     if (!cause.isEmpty())
-        causes.insert(token(), cause);
+        run.cause = cause;
+    if (isWarning(type))
+        run.warn(withoutOrigin(kind, message));
+}
+
+/// What a worker logs about itself: its ticks, and that it cannot work.
+void HostState::takeWorker(QtMsgType type, const QString &message)
+{
+    const std::lock_guard guard(mutex);
+    SchemaAnswer &schema = current.schemas[token()].answer;
+    const qint64 now = QDateTime::currentSecsSinceEpoch();
+    if (message.startsWith(QLatin1String("AutoReportWorker - activateReports()"))) {
+        schema.lastTick = now;
+    } else if (isWarning(type)) {
+        schema.problem = message.section(QLatin1String(" - "), 1).simplified();
+        schema.problemMoment = now;
+    }
 }
 
 void HostState::endRun(const QString &kind, double seconds, quint64 mails)
@@ -93,15 +151,21 @@ void HostState::endRun(const QString &kind, double seconds, quint64 mails)
     RunTotals &totals = current.runs[kind];
     totals.durations.add(seconds);
     totals.mails += mails;
-    const QString cause = causes.take(token());
-    if (mails == 0 && cause == QLatin1String(madeElsewhere))
+    const Run run = running.take(token());
+    if (mails == 0 && run.cause == QLatin1String(madeElsewhere))
         return;
+    SchemaState &schema = current.schemas[token()];
+    ReportAnswer &answer = schema.answer.reports[kind];
+    answer.last = {QDateTime::currentSecsSinceEpoch(), seconds, int(mails), {}, {}};
     if (mails == 0) {
-        ++totals.failed[cause.isEmpty() ? QStringLiteral("other") : cause];
+        answer.last.cause = run.cause.isEmpty() ? QStringLiteral("other") : run.cause;
+        answer.last.text = run.warnings.join(QStringLiteral("; "));
+        answer.lastFailure = answer.last;
+        ++totals.failed[answer.last.cause];
         return;
     }
     ++totals.made;
-    current.schemas[token()].lastSuccess.insert(kind, QDateTime::currentSecsSinceEpoch());
+    schema.lastSuccess.insert(kind, answer.last.moment);
 }
 
 void HostState::takeScan(qint64 milliseconds)
@@ -109,6 +173,19 @@ void HostState::takeScan(qint64 milliseconds)
     const std::lock_guard guard(mutex);
     current.scans.add(double(milliseconds) / 1000);
     current.lastScan = QDateTime::currentSecsSinceEpoch();
+    current.scanProblem = std::exchange(scanProblem, QString());
+}
+
+void HostState::takeNextScan(qint64 moment)
+{
+    const std::lock_guard guard(mutex);
+    current.nextScan = moment;
+}
+
+void HostState::takePaused(bool paused)
+{
+    const std::lock_guard guard(mutex);
+    current.isPaused = paused;
 }
 
 void HostState::takeQueue(const QString &token, int waiting, qint64 oldest)

@@ -1,11 +1,16 @@
 #pragma once
 
+#include "inquiry/hostanswer.h"
+
 #include <QHash>
 #include <QMap>
 #include <QString>
+#include <QStringList>
 
 #include <array>
 #include <mutex>
+
+struct ReportKind;
 
 /// How often durations fell below each bound, as monitoring systems want it.
 struct Durations {
@@ -28,16 +33,20 @@ struct RunTotals {
 /// What is known of one schema. Moments are Unix seconds, 0 if there was none.
 struct SchemaState {
     QMap<QString, qint64> lastSuccess; ///< by kind of report; since the host started
+    SchemaAnswer answer;               ///< what the host says when it is asked
     bool isQueueKnown = false;
     int mailsWaiting = 0;
     qint64 oldestMail = 0;
 };
 
 struct HostSnapshot {
-    QMap<QString, RunTotals> runs;      ///< by kind of report: "daily", "monthly"
+    QMap<QString, RunTotals> runs;      ///< by kind of report, every one of them
     QMap<QString, SchemaState> schemas; ///< by token
     Durations scans;
     qint64 lastScan = 0;
+    qint64 nextScan = 0; ///< 0 while the scan is paused, or if there is none
+    QString scanProblem; ///< why the last scan ended early
+    bool isPaused = false;
 };
 
 /**
@@ -53,18 +62,31 @@ public:
     explicit HostState(const QString &singleToken);
 
     /// Takes a log line of the calling thread.
-    void take(const QString &message);
+    void take(QtMsgType type, const QString &message);
     void takeScan(qint64 milliseconds);
+    void takeNextScan(qint64 moment);
+    void takePaused(bool paused);
     void takeQueue(const QString &token, int waiting, qint64 oldest);
 
     HostSnapshot snapshot() const;
 
 private:
+    /// What the current run of a schema has logged.
+    struct Run {
+        QString cause; ///< the last one
+        QStringList warnings;
+
+        void warn(const QString &text);
+    };
+
+    void takeReport(const ReportKind &kind, QtMsgType type, const QString &message);
+    void takeWorker(QtMsgType type, const QString &message);
     void endRun(const QString &kind, double seconds, quint64 mails);
     QString token() const;
 
     const QString singleToken;
     mutable std::mutex mutex; // guards the rest
     HostSnapshot current;
-    QHash<QString, QString> causes; // by token: the last logged reason for its run to fail
+    QHash<QString, Run> running; // by token
+    QString scanProblem;         // of the scan under way
 };

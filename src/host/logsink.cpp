@@ -20,7 +20,7 @@ LogStyle style = LogStyle::Plain;
 QElapsedTimer sinceInstalled;
 LogRepeats warnings;
 LogRepeats criticals;
-std::function<void(const QString &)> listener;
+std::function<void(QtMsgType, const QString &)> listener;
 
 void write(QtMsgType type, const QString &text)
 {
@@ -77,7 +77,7 @@ void handle(QtMsgType type, const QMessageLogContext &, const QString &message)
     if (isNews(type, message, text) || everythingShown)
         write(type, text);
     if (listener)
-        listener(message);
+        listener(type, message);
 }
 
 } // namespace
@@ -90,7 +90,7 @@ void LogSink::install(bool showEverything)
     qInstallMessageHandler(handle);
 }
 
-void LogSink::setListener(std::function<void(const QString &)> newListener)
+void LogSink::setListener(std::function<void(QtMsgType, const QString &)> newListener)
 {
     const std::lock_guard guard(lock);
     listener = std::move(newListener);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtGlobal>
+
 #include <functional>
 
 class QString;
@@ -23,7 +25,7 @@ void install(bool showEverything);
 /// Hands every message to `listener` too, as it was logged and in the thread that logs it; none
 /// again with a null one.
 /// Returns when no thread uses the previous listener any more.
-void setListener(std::function<void(const QString &)> listener);
+void setListener(std::function<void(QtMsgType, const QString &)> listener);
 
 /// Returns how many different warning and critical messages occurred within the last hour, those of
 /// different schemas counted apart.

@@ -1,7 +1,10 @@
 #include "host/scanwatch.h"
 
+#include <QDateTime>
 #include <QEvent>
 #include <QTimer>
+
+#include <algorithm>
 
 ScanWatch::ScanWatch(QObject &watchedPlugin)
     : plugin(watchedPlugin)
@@ -18,6 +21,22 @@ void ScanWatch::scanNow()
     begin();
     if (!QMetaObject::invokeMethod(&plugin, "checkSchemas", Qt::DirectConnection))
         qWarning("Host - this plug-in cannot scan on request");
+}
+
+qint64 ScanWatch::nextScan() const
+{
+    const qint64 now = QDateTime::currentSecsSinceEpoch();
+    if (sinceBegin.isValid())
+        return now;
+    qint64 next = 0;
+    for (const char *name : {"scan", "soonScan"}) {
+        const auto *timer = plugin.findChild<QTimer *>(QLatin1String(name));
+        if (!timer || !timer->isActive())
+            continue;
+        const qint64 moment = now + timer->remainingTime() / 1000;
+        next = next == 0 ? moment : std::min(next, moment);
+    }
+    return next;
 }
 
 bool ScanWatch::eventFilter(QObject *watched, QEvent *event)

@@ -22,6 +22,9 @@ public:
     /// Starts a scan at once unless one is running. scanned() follows in either case.
     void scanNow();
 
+    /// Returns when the next scan begins, in Unix seconds: now if one is running, 0 if none will.
+    qint64 nextScan() const;
+
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:

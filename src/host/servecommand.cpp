@@ -3,6 +3,7 @@
 #include "common/filelimit.h"
 #include "db/connectiondefaults.h"
 #include "db/dbmanager.h"
+#include "host/hostanswers.h"
 #include "host/hoststate.h"
 #include "host/logsink.h"
 #include "host/metrics.h"
@@ -48,7 +49,8 @@ int ServeCommand::run(const ServeOptions &options)
         qCritical("Host - cannot serve metrics at %s", qUtf8Printable(options.metricsAddress));
         return 1;
     }
-    LogSink::setListener([&state](const QString &message) { state.take(message); });
+    LogSink::setListener(
+        [&state](QtMsgType type, const QString &message) { state.take(type, message); });
     const auto unset = qScopeGuard([] { LogSink::setListener(nullptr); });
     return runThread(options, state);
 }
@@ -58,6 +60,7 @@ int ServeCommand::runThread(const ServeOptions &options, HostState &state)
     SignalWatcher signalWatcher;
     ServiceManager services;
     services.follow(signalWatcher);
+    const HostAnswers answers(options, state);
     std::atomic<int> status{1};
     std::promise<QThread *> begun;
     std::promise<void> signalsDone; // set when no signal can refer to the serving thread any more
@@ -164,9 +167,11 @@ void ServeCommand::waitForEnd()
 {
     ScanWatch scans(*plugin->pluginObject()); // also ends its connections before the plug-in goes
     followSignals(scans);
+    state.takeNextScan(scans.nextScan());
     QObject::connect(&scans, &ScanWatch::scanned, &services, &ServiceManager::scanned);
-    QObject::connect(&scans, &ScanWatch::scanned, &scans, [this](qint64 milliseconds) {
+    QObject::connect(&scans, &ScanWatch::scanned, &scans, [this, &scans](qint64 milliseconds) {
         state.takeScan(milliseconds);
+        state.takeNextScan(scans.nextScan());
         if (queues)
             queues->ask();
     });
@@ -199,13 +204,18 @@ void ServeCommand::waitForEnd()
 
 void ServeCommand::followSignals(ScanWatch &scans)
 {
-    QObject::connect(&signalWatcher, &SignalWatcher::pauseRequested, &scans, [this] {
-        isPaused = true;
+    const auto setPaused = [this, &scans](bool paused) {
+        isPaused = paused;
+        state.takePaused(paused);
+        state.takeNextScan(scans.nextScan());
+    };
+    QObject::connect(&signalWatcher, &SignalWatcher::pauseRequested, &scans, [this, setPaused] {
         plugin->server()->pause();
+        setPaused(true);
     });
-    QObject::connect(&signalWatcher, &SignalWatcher::resumeRequested, &scans, [this] {
-        isPaused = false;
+    QObject::connect(&signalWatcher, &SignalWatcher::resumeRequested, &scans, [this, setPaused] {
         plugin->server()->resume();
+        setPaused(false);
     });
     QObject::connect(&signalWatcher, &SignalWatcher::reloadRequested, &scans,
                      [this, &scans] { reload(scans); });

@@ -40,6 +40,7 @@ QProcessEnvironment TestServer::environment(const QString &moment)
 {
     QProcessEnvironment result = QProcessEnvironment::systemEnvironment();
     result.insert("AUTOREPORT_DB_PASSWORD", password);
+    result.insert("RUNTIME_DIRECTORY", qEnvironmentVariable("AUTOREPORT_TEST_SERVER") + "/hosts");
     if (moment.isEmpty())
         return result;
     result.insert("LD_PRELOAD", AUTOREPORT_FAKETIME);

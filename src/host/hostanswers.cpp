@@ -1,0 +1,75 @@
+#include "host/hostanswers.h"
+
+#include "host/hoststate.h"
+#include "host/serveoptions.h"
+#include "host/workers.h"
+#include "inquiry/hostanswer.h"
+#include "inquiry/socketfolder.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QTemporaryFile>
+#include <QTimeZone>
+
+#include <sys/statvfs.h>
+
+namespace
+{
+
+HostAnswer aboutProcess(const ConnectionOptions &connection)
+{
+    HostAnswer answer;
+    answer.version = QCoreApplication::applicationVersion();
+    answer.processId = QCoreApplication::applicationPid();
+    answer.server = QStringLiteral("%1:%2").arg(connection.host).arg(connection.port);
+    answer.database = connection.databaseName;
+    answer.isSingle = connection.single;
+    const QDateTime now = QDateTime::currentDateTime();
+    answer.zone = QString::fromLatin1(QTimeZone::systemTimeZoneId());
+    answer.utcOffsetSeconds = now.offsetFromUtc();
+    answer.moment = now.toSecsSinceEpoch();
+    return answer;
+}
+
+/// Asked each time: the directory may have filled up.
+void addTemporaryDirectory(HostAnswer &answer)
+{
+    answer.temporaryDirectory = QDir::tempPath();
+    // Permissions do not suffice: the file system may be read-only.
+    QTemporaryFile file(answer.temporaryDirectory + QStringLiteral("/autoreport-host-XXXXXX"));
+    answer.isTemporaryWritable = !answer.temporaryDirectory.isEmpty() && file.open();
+    struct statvfs room = {};
+    if (::statvfs(QFile::encodeName(answer.temporaryDirectory).constData(), &room) == 0)
+        answer.temporaryFreeBytes = qint64(room.f_bavail) * qint64(room.f_frsize);
+}
+
+void addState(HostAnswer &answer, const HostSnapshot &snapshot)
+{
+    answer.isPaused = snapshot.isPaused;
+    answer.lastScan = snapshot.lastScan;
+    answer.nextScan = snapshot.nextScan;
+    answer.scanProblem = snapshot.scanProblem;
+    for (auto schema = snapshot.schemas.cbegin(); schema != snapshot.schemas.cend(); ++schema)
+        answer.schemas.insert(schema.key(), schema->answer);
+    for (const QString &token : servedTokens())
+        answer.schemas[answer.isSingle ? answer.database : token].isServed = true;
+}
+
+} // namespace
+
+HostAnswers::HostAnswers(const ServeOptions &options, const HostState &state)
+    : server([connection = options.connection, since = QDateTime::currentSecsSinceEpoch(), &state] {
+        HostAnswer answer = aboutProcess(connection);
+        answer.since = since;
+        addTemporaryDirectory(answer);
+        addState(answer, state.snapshot());
+        return QJsonDocument(answer.toJson()).toJson(QJsonDocument::Compact);
+    })
+{
+    const QString error = server.listen(ownSocketFolder());
+    if (!error.isEmpty())
+        qWarning("Host - cannot be asked by the operator's commands: %s", qUtf8Printable(error));
+}

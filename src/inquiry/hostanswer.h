@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QMap>
+#include <QString>
+
+#include <optional>
+
+// What a host tells about itself. Moments are Unix seconds, 0 if there was none.
+
+/// How a run of a report ended.
+struct RunOutcome {
+    qint64 moment = 0;
+    double seconds = 0; ///< how long it took
+    int mails = 0;
+    QString cause; ///< one word, as in the metrics; empty if the report was made
+    QString text;  ///< the warnings of a run that failed, without the report's name
+};
+
+/// The runs of one report of one schema since the host started.
+struct ReportAnswer {
+    RunOutcome last;
+    RunOutcome lastFailure;
+};
+
+/// A schema that has a worker, or had one.
+struct SchemaAnswer {
+    bool isServed = false; ///< whether it has a worker now
+    qint64 lastTick = 0;
+    QString problem; ///< the worker's last warning about itself, such as a lost connection
+    qint64 problemMoment = 0;
+    QMap<QString, ReportAnswer> reports; ///< by the report's word, "daily"
+};
+
+struct HostAnswer {
+    QString version;
+    qint64 processId = 0;
+    QString server;   ///< "127.0.0.1:3306", as on its command line
+    QString database; ///< the information database, or the one schema
+    bool isSingle = false;
+    QString zone; ///< "Europe/Bratislava"
+    int utcOffsetSeconds = 0;
+    qint64 moment = 0; ///< its clock
+    qint64 since = 0;
+    bool isPaused = false;
+    qint64 lastScan = 0;
+    qint64 nextScan = 0;
+    QString scanProblem;        ///< why the last scan ended early; empty if it did not
+    QString temporaryDirectory; ///< empty if it does not exist
+    bool isTemporaryWritable = false;
+    qint64 temporaryFreeBytes = 0;
+    QMap<QString, SchemaAnswer> schemas; ///< by token
+
+    QJsonObject toJson() const;
+    /// Returns nothing if the object is not a host's answer. Unknown keys are left out.
+    static std::optional<HostAnswer> fromJson(const QJsonObject &object);
+};

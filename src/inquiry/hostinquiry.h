@@ -1,0 +1,16 @@
+#pragma once
+
+#include "inquiry/hostanswer.h"
+
+#include <QStringList>
+#include <QVector>
+
+/// The hosts of this machine, as far as this account may ask them.
+struct HostsFound {
+    QVector<HostAnswer> hosts;
+    QStringList errors; ///< why a host that is there did not answer
+};
+
+/// Asks every host whose socket is in one of socketFolders(), within `timeoutMs` for all of them
+/// together. Blocks; needs no event loop. A socket without a process behind it is no host.
+HostsFound askHosts(int timeoutMs);

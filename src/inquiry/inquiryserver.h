@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+class QLocalServer;
+
+/**
+ * The socket at which a host can be asked: whoever connects gets the answer, as JSON, and the
+ * connection is closed. Only this account and root may connect.
+ *
+ * Lives in a thread with an event loop, which never waits for a client: one that does not take its
+ * answer within a few seconds is dropped. The destructor removes the socket.
+ */
+class InquiryServer
+{
+public:
+    /// Calls `answer`, in the thread of the object, for each client.
+    explicit InquiryServer(std::function<QByteArray()> answer);
+    ~InquiryServer();
+    Q_DISABLE_COPY(InquiryServer)
+
+    /// Listens in `folder`. Returns the error, or an empty text.
+    QString listen(const QString &folder);
+
+private:
+    void answerAll();
+
+    const std::function<QByteArray()> answer;
+    const std::unique_ptr<QLocalServer> server;
+};

@@ -1,0 +1,54 @@
+#include "inquiry/socketfolder.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <cerrno>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace
+{
+
+QString serviceFolder()
+{
+    return QStringLiteral("/run/autoreport"); // RuntimeDirectory= of the packaged unit
+}
+
+} // namespace
+
+const char *const socketSuffix = ".socket";
+
+QString ownSocketFolder()
+{
+    // The service manager may name several, separated by colons.
+    const QString ofService =
+        qEnvironmentVariable("RUNTIME_DIRECTORY").section(QLatin1Char(':'), 0, 0);
+    if (!ofService.isEmpty())
+        return ofService;
+    if (::geteuid() == 0)
+        return serviceFolder();
+    const QString ofSession = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    return ofSession.isEmpty() ? QStringLiteral("/tmp/autoreport-%1").arg(::geteuid())
+                               : ofSession + QStringLiteral("/autoreport");
+}
+
+QString makeSocketFolder(const QString &folder)
+{
+    const QByteArray path = QFile::encodeName(folder);
+    if (::mkdir(path.constData(), S_IRWXU) != 0 && errno != EEXIST)
+        return qt_error_string(errno);
+    struct stat found = {};
+    if (::lstat(path.constData(), &found) != 0)
+        return qt_error_string(errno);
+    const bool isOurs = S_ISDIR(found.st_mode) && found.st_uid == ::geteuid();
+    return isOurs ? QString() : QStringLiteral("it is no directory of this account");
+}
+
+QStringList socketFolders()
+{
+    QStringList folders{ownSocketFolder(), serviceFolder()};
+    folders.removeDuplicates();
+    return folders;
+}

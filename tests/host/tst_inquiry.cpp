@@ -1,0 +1,160 @@
+#include "support/hostprogram.h"
+#include "support/reportbench.h"
+#include "support/testhost.h"
+
+#include <QDir>
+
+/// The socket at which a host is asked, read by another program than the one that made it.
+class TestInquiry : public ReportTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tellsOfRuns()
+    {
+        start({});
+        QTRY_VERIFY_WITH_TIMEOUT(outcome("daily", "last")["mails"].toInt() == 2, patienceMs);
+        QCOMPARE(outcome("monthly", "last")["mails"].toInt(), 2);
+        QCOMPARE(outcome("daily", "last")["cause"].toString(), QString());
+        QCOMPARE(outcome("daily", "lastFailure")["moment"].toInt(), 0);
+        const double now = answer["moment"].toDouble();
+        QVERIFY(qAbs(now - double(QDateTime::currentSecsSinceEpoch())) < 60);
+        QVERIFY(answer["since"].toDouble() <= answer["lastScan"].toDouble());
+        QVERIFY(qAbs(answer["nextScan"].toDouble() - answer["since"].toDouble() - 3600) < 60);
+        QVERIFY(now - schema("firm")["lastTick"].toDouble() < 60);
+        QVERIFY(schema("firm")["served"].toBool());
+        QCOMPARE(answer["schemas"].toObject().keys(), QStringList{"firm"});
+        QCOMPARE(answer["database"].toString(), info->name());
+        QCOMPARE(answer["zone"].toString(), QString("Europe/Bratislava"));
+
+        const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther |
+                            QFile::WriteOther | QFile::ExeOther;
+        QVERIFY(!(QFileInfo(socket()).permissions() & others));
+        program->send(SIGUSR1);
+        QTRY_VERIFY_WITH_TIMEOUT(ask()["paused"].toBool(), patienceMs);
+        QCOMPARE(answer["nextScan"].toInt(), 0);
+        program->send(SIGTERM);
+        QVERIFY(program->ended());
+        QVERIFY(!QFileInfo::exists(socket()));
+    }
+
+    void tellsOfFailures_data()
+    {
+        addColumns<QString, QString, QString, QString>("change", "temporary", "cause", "text");
+        addRow("directory", "DO 0", "/proc", "workbook", "XLS not saved!; '/proc/");
+        addRow("nobody", "DELETE FROM people", "/tmp", "no_people", "no people!");
+        addRow("queue", "DROP TABLE emails", "/tmp", "mail", "MailRepository::addMail() ");
+    }
+
+    void tellsOfFailures()
+    {
+        QFETCH(QString, change);
+        QFETCH(QString, temporary);
+        QFETCH(QString, cause);
+        QFETCH(QString, text);
+        bench->schema.exec(change);
+        environment.insert("TMPDIR", temporary);
+        start({"--debug", "1"});
+        for (const QString kind : {"daily", "monthly"}) {
+            QTRY_COMPARE_WITH_TIMEOUT(outcome(kind, "lastFailure")["cause"].toString(), cause,
+                                      patienceMs);
+            const QString found = outcome(kind, "lastFailure")["text"].toString();
+            QVERIFY2(found.startsWith(text), qPrintable(found));
+            QVERIFY(outcome(kind, "last")["moment"].toDouble() > 0);
+        }
+        QCOMPARE(answer["temporaryWritable"].toBool(), temporary == "/tmp");
+    }
+
+    /// A client that connects and takes nothing, and a host that was killed.
+    void outlivesOthers()
+    {
+        writeFile(folder() + "/1.socket", {});
+        start({});
+        QTRY_VERIFY_WITH_TIMEOUT(!socket().isEmpty(), patienceMs);
+        QProcess idler;
+        idler.start("python3", {"-c",
+                                "import socket, sys, time\n"
+                                "all = [socket.socket(socket.AF_UNIX) for _ in range(100)]\n"
+                                "for one in all: one.connect(sys.argv[1])\n"
+                                "print('connected', flush=True)\n"
+                                "time.sleep(60)",
+                                socket()});
+        QVERIFY(idler.waitForReadyRead(patienceMs));
+        QTRY_VERIFY_WITH_TIMEOUT(schema("firm")["served"].toBool(), patienceMs);
+        idler.kill();
+        idler.waitForFinished();
+        program->send(SIGKILL);
+        QVERIFY(!program->ended());
+    }
+
+    void servesWithoutSocket()
+    {
+        environment.insert("RUNTIME_DIRECTORY", "/dev/null");
+        start({});
+        QVERIFY(program->logs("cannot be asked by the operator's commands: '/dev/null': "));
+        QVERIFY(program->logs("worker created for schema 'firm'"));
+    }
+
+private:
+    void prepare() override
+    {
+        addPeople(bench->schema, 1);
+        enableDailyReport(bench->schema, "a@firma.sk, b@firma.sk");
+        bench->schema.exec(
+            "INSERT INTO vars SELECT REPLACE(name, 'Daily', 'Monthly'), value FROM vars");
+        info = std::make_unique<TestDatabase>(TestDatabase::Tables::Info);
+        info->addSchemas({"firm"}, bench->schema.name());
+        program = std::make_unique<HostProgram>();
+        environment = TestServer::environment();
+        environment.insert("TMPDIR", bench->temporary.path());
+        QDir(bench->temporary.path()).mkdir("hosts");
+        environment.insert("RUNTIME_DIRECTORY", folder());
+    }
+
+    void start(const QStringList &options) const
+    {
+        program->start(QStringList{"serve"} + options + TestServer::options(info->name()),
+                       environment);
+    }
+
+    QString folder() const { return bench->temporary.filePath("hosts"); }
+
+    /// Returns the path of the running host's socket, empty if there is none.
+    QString socket() const
+    {
+        for (const QFileInfo &found : QDir(folder()).entryInfoList(QDir::System | QDir::Files))
+            if (found.fileName() != "1.socket")
+                return found.filePath();
+        return {};
+    }
+
+    QJsonObject ask()
+    {
+        QProcess python;
+        python.start("python3", {"-c",
+                                 "import socket, sys\n"
+                                 "host = socket.socket(socket.AF_UNIX)\n"
+                                 "host.connect(sys.argv[1])\n"
+                                 "while part := host.recv(9999): sys.stdout.buffer.write(part)",
+                                 socket()});
+        python.waitForFinished(patienceMs);
+        answer = QJsonDocument::fromJson(python.readAllStandardOutput()).object();
+        return answer;
+    }
+    QJsonObject schema(const QString &token)
+    {
+        return ask()["schemas"].toObject()[token].toObject();
+    }
+    QJsonObject outcome(const QString &kind, const QString &which)
+    {
+        return schema("firm")["reports"].toObject()[kind].toObject()[which].toObject();
+    }
+
+    std::unique_ptr<TestDatabase> info;
+    std::unique_ptr<HostProgram> program;
+    QProcessEnvironment environment;
+    QJsonObject answer; ///< as last received
+};
+
+QTEST_GUILESS_MAIN(TestInquiry)
+#include "tst_inquiry.moc"
