@@ -193,9 +193,10 @@ int AttenReport::queueMails(const QString &path, const ReportRun &run)
         return 0;
     }
     ReportTransaction transaction(database);
-    transaction.begin();
     int queued = 0;
-    End end = queueAll(mail, run, transaction, queued);
+    End end = begin(run, transaction);
+    if (end == End::None)
+        end = queueAll(mail, run, transaction, queued);
     if (end == End::None)
         end = commit(run, transaction);
     if (end == End::None)
@@ -203,6 +204,13 @@ int AttenReport::queueMails(const QString &path, const ReportRun &run)
     transaction.rollback();
     logEnd(end, run);
     return 0;
+}
+
+AttenReport::End AttenReport::begin(const ReportRun &run, ReportTransaction &transaction) const
+{
+    if (transaction.begin())
+        return End::None;
+    return isConnectionLost(run, database) ? End::ConnectionLost : End::NotBegun;
 }
 
 /// An operator's run goes out beside the schedule, so that there is nothing to be first at.
@@ -225,9 +233,10 @@ AttenReport::End AttenReport::claim(const ReportRun &run) const
 AttenReport::End AttenReport::queueAll(const MailRecord &mail, const ReportRun &run,
                                        ReportTransaction &transaction, int &queued)
 {
-    End end = interruptionOf(run, transaction);
+    End end = claim(run);
+    // A claim that could not be made goes through, but not over a connection that is lost.
     if (end == End::None)
-        end = claim(run);
+        end = interruptionOf(run, transaction);
     if (end == End::None)
         end = queueForEach(mail, run, transaction, queued);
     if (end != End::None)
@@ -251,10 +260,14 @@ AttenReport::End AttenReport::queueForEach(MailRecord mail, const ReportRun &run
         mail.to = recipient;
         // Thousands of mails outlast a stop. Without rollback, finish: the next run would mail some
         // recipients again.
-        if (isStopRequested(run) && (queued == 0 || transaction.canRollBack()))
+        const bool stops = isStopRequested(run);
+        if (stops && (queued == 0 || transaction.canRollBack()))
             return End::StoppedInMails;
+        // A statement that fails may be the one that the server ended the transaction with.
+        End end = stops ? interruptionOf(run, transaction) : End::None;
         const int before = queued;
-        End end = queueOne(mail, run, queued);
+        if (end == End::None)
+            end = queueOne(mail, run, queued);
         if (end == End::None && queued == before)
             end = interruptionOf(run, transaction);
         if (end != End::None)
@@ -327,6 +340,10 @@ void AttenReport::logEnd(End end, const ReportRun &run) const
         break;
     case End::MadeElsewhere:
         qInfo("%s::doWork() - another host has made this report", kind.className);
+        break;
+    case End::NotBegun:
+        qWarning("%s::makeReport() - the server begins no transaction, no mail queued!",
+                 kind.className);
         break;
     case End::Contested:
         qInfo("%s::doWork() - another host is making this report", kind.className);

@@ -95,6 +95,7 @@ private:
         StoppedInMails,
         ConnectionLost,
         RolledBack,
+        NotBegun,
         NothingQueued,
         MadeElsewhere,
         Contested,
@@ -108,6 +109,7 @@ private:
     bool fits(const BookFormat &format, int rowCount) const;
     bool writeBook(const QString &path, ReportContent &content, const ReportRun &run) const;
     End writeRows(ReportContent &content, const ReportRun &run) const;
+    End begin(const ReportRun &run, ReportTransaction &transaction) const;
     End claim(const ReportRun &run) const;
     End queueAll(const MailRecord &mail, const ReportRun &run, ReportTransaction &transaction,
                  int &queued);

@@ -1,6 +1,7 @@
 #include "reports/reporttransaction.h"
 
 #include "common/freshquery.h"
+#include "db/serversocket.h"
 
 #include <QSqlError>
 
@@ -11,6 +12,8 @@ ReportTransaction::ReportTransaction(const QSqlDatabase &db)
 
 bool ReportTransaction::begin()
 {
+    if (!database.driver()->hasFeature(QSqlDriver::Transactions))
+        return true;
     open = database.transaction();
     if (open && !setSavepoint())
         rollback();
@@ -52,8 +55,10 @@ bool ReportTransaction::commit()
 
 void ReportTransaction::rollback()
 {
-    if (open)
-        database.rollback();
+    // Refused once if the server had ended the transaction by itself. If it is still there, the
+    // next transaction's begin would commit it: it has to go with the connection.
+    if (open && !database.rollback() && !database.rollback())
+        ServerSocket(database).shutDown();
     open = false;
 }
 

@@ -16,7 +16,8 @@ class ReportTransaction
 public:
     explicit ReportTransaction(const QSqlDatabase &database);
 
-    /// Returns whether there is a transaction now.
+    /// Returns false when the server refused: each statement would count at once. True where the
+    /// driver knows no transactions.
     bool begin();
 
     /// Asks the server whether it ended the transaction by itself, as it does to end a deadlock;
@@ -29,6 +30,7 @@ public:
     /// Returns false when the server refused; error() then says why, and rollback() is due. True
     /// without a transaction.
     bool commit();
+    /// Takes back what is not committed, if need be by breaking the connection off.
     void rollback();
 
     QString error() const;

@@ -88,6 +88,26 @@ private Q_SLOTS:
         }
     }
 
+    /// Without a transaction, mails would go out one by one, and without their mark.
+    void noTransaction()
+    {
+        for (const ReportKind *kind : reportKinds()) {
+            makeReady(*kind, "DO 0");
+            onConnection(0, [&](const QSqlDatabase &db) {
+                const std::unique_ptr<AttenReport> report(kind->create(db, nullptr));
+                const ReportRun due = dueRun(*kind, db, QDateTime::currentDateTime());
+                db.exec("XA START 'other'");
+                QCOMPARE(report->queueMails(workbook(), due), 0);
+                db.exec("XA END 'other'");
+                db.exec("XA COMMIT 'other' ONE PHASE");
+            });
+            QCOMPARE(bench->mails(), 0);
+            QCOMPARE(bench->log.texts(QtWarningMsg).last(),
+                     QString(kind->className) +
+                         "::makeReport() - the server begins no transaction, no mail queued!");
+        }
+    }
+
     void faults_data()
     {
         addColumns<QString, QString, int, QList<bool>>("statement", "line", "mails", "stored");
