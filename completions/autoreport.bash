@@ -7,7 +7,7 @@ _autoreport() {
   COMPREPLY=()
 
   case $previous in
-    --out | --db-ca | --db-cert | --db-key | --config | --password-file | --plugin | --file)
+    --out | --db-ca | --db-cert | --db-key | --config | --password-file | --plugin | --file | --html)
       mapfile -t COMPREPLY < <(compgen -f -- "$current")
       return
       ;;
@@ -19,7 +19,7 @@ _autoreport() {
   esac
   if [ -z "$words" ]; then
     if [ "$COMP_CWORD" -eq 1 ]; then
-      words="serve status why preview run set check --help --version"
+      words="serve status history why preview run set check --help --version"
     elif [ "$COMP_CWORD" -eq 3 ] && [[ $command =~ ^(why|preview|run)$ ]]; then
       words="daily monthly"
     elif [ "$COMP_CWORD" -gt 1 ] && [ "$command" = set ] && [[ $current != -* ]]; then
@@ -28,6 +28,7 @@ _autoreport() {
       case $command in
         serve) words="--clear-workbooks --language --plugin --debug --metrics --run-for $way" ;;
         status) words="--schema --json $ask" ;;
+        history) words="--json --html $ask" ;;
         why) words="--at $ask" ;;
         preview) words="--language --date --out $ask" ;;
         run) words="--language --date --to --mark --yes $ask" ;;

@@ -3,12 +3,45 @@
 #include <QCoreApplication>
 #include <QTranslator>
 
+#include <memory>
+
 /// Keeps the linker from dropping the library's resource. Not in a namespace: the macro declares a
 /// function.
 static void keepResource()
 {
     Q_INIT_RESOURCE(translations);
 }
+
+namespace
+{
+
+/// The translator that is installed, owned by the application; null for the source texts.
+QTranslator *installed = nullptr;
+
+void replace(QTranslator *translator)
+{
+    if (installed)
+        QCoreApplication::removeTranslator(installed);
+    installed = translator;
+    if (installed)
+        QCoreApplication::installTranslator(installed);
+}
+
+/// Returns a null pointer for the source texts, and, logged, without a translation.
+QTranslator *load(const QString &language)
+{
+    if (language == Language::known().constFirst())
+        return nullptr;
+    keepResource();
+    auto *translator = new QTranslator(QCoreApplication::instance());
+    if (translator->load(QStringLiteral(":/translations/autoreport_%1.qm").arg(language)))
+        return translator;
+    qCritical("Host - cannot load the translation '%s'", qUtf8Printable(language));
+    delete translator;
+    return nullptr;
+}
+
+} // namespace
 
 QStringList Language::known()
 {
@@ -17,12 +50,17 @@ QStringList Language::known()
 
 void Language::install(const QString &language)
 {
-    if (language == known().constFirst())
-        return;
-    keepResource();
-    auto *translator = new QTranslator(QCoreApplication::instance());
-    if (translator->load(QStringLiteral(":/translations/autoreport_%1.qm").arg(language)))
-        QCoreApplication::installTranslator(translator);
-    else
-        qCritical("Host - cannot load the translation '%s'", qUtf8Printable(language));
+    replace(load(language));
+}
+
+void Language::forEach(const std::function<void()> &work)
+{
+    QTranslator *before = installed;
+    for (const QString &language : known()) {
+        const std::unique_ptr<QTranslator> translator(load(language));
+        replace(translator.get());
+        work();
+        replace(nullptr);
+    }
+    replace(before);
 }

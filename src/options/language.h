@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+#include <functional>
+
 /// The language of the reports' texts. The source texts are Slovak.
 namespace Language
 {
@@ -12,5 +14,9 @@ QStringList known();
 /// Installs the translation for the process, the plug-in's module included. Call once, on the main
 /// thread.
 void install(const QString &language);
+
+/// Calls `work` once for each known language, with the reports' texts in that language. For the
+/// main thread.
+void forEach(const std::function<void()> &work);
 
 } // namespace Language

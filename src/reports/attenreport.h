@@ -66,6 +66,9 @@ public:
     /// file is unreadable.
     MailRecord makeMail(const QString &path, const QDate &today = QDate::currentDate());
 
+    /// Returns the subject of that day's mails, in the language that is installed.
+    QString mailSubject(const QDate &today) const { return mailTexts(today).subject; }
+
     /// Returns the statements that read the schema, as its options choose them, for nobody in
     /// particular: what the server cannot prepare, the report cannot read.
     QStringList statements();

@@ -14,6 +14,9 @@ int runStatus(const Invocation &invocation);
 void describeWhy(QCommandLineParser &parser);
 int runWhy(const Invocation &invocation);
 
+void describeHistory(QCommandLineParser &parser);
+int runHistory(const Invocation &invocation);
+
 void describePreview(QCommandLineParser &parser);
 int runPreview(const Invocation &invocation);
 

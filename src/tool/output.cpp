@@ -87,7 +87,7 @@ bool Output::isTerminal(int descriptor)
 
 QString Output::coloured(const QString &text, Colour colour)
 {
-    if (!areColoursUsed() || text.isEmpty())
+    if (!areColoursUsed() || text.isEmpty() || colour == Colour::Plain)
         return text;
     return QChar(static_cast<ushort>(colourMark + static_cast<int>(colour))) + text +
            QChar(endMark);

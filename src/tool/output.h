@@ -17,7 +17,7 @@ class QJsonObject;
 namespace Output
 {
 
-enum class Colour { Good, Bad, Notable }; // green, red, yellow
+enum class Colour { Good, Bad, Notable, Plain }; // green, red, yellow, none
 
 /// Prints one line to standard output; the line end is added.
 void print(const QString &line);

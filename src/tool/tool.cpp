@@ -35,6 +35,11 @@ constexpr std::array commands{
     Command{"status", Takes::Nothing, "Shows whether each report went out.",
             "autoreport status\n  autoreport status --schema kovo --json", describeStatus,
             runStatus},
+    Command{"history", Takes::PerhapsToken,
+            "Shows which reports of the last 31 days were queued and sent, day by day.",
+            "autoreport history\n  autoreport history kovo\n"
+            "  autoreport history --html reports.html",
+            describeHistory, runHistory},
     Command{"why", Takes::Report,
             "Explains why a report is due or not, rule by rule, and when it will be.",
             "autoreport why kovo daily\n  autoreport why kovo daily --at \"2026-12-24 07:00\"",

@@ -1,0 +1,120 @@
+#include "tool/commands.h"
+#include "tool/historypage.h"
+#include "tool/historytext.h"
+#include "tool/onschema.h"
+#include "tool/output.h"
+#include "tool/progress.h"
+#include "tool/tool.h"
+
+#include <QJsonArray>
+#include <QSaveFile>
+
+#include <algorithm>
+
+namespace
+{
+
+bool isWell(const QVector<ReportHistory> &reports)
+{
+    return std::all_of(reports.cbegin(), reports.cend(),
+                       [](const ReportHistory &one) { return one.status.reason.isEmpty(); });
+}
+
+/// Returns nothing once the server no longer answers: a page of what was read until then would look
+/// complete.
+std::optional<QVector<ReportHistory>> readAll(const Schemas &schemas, const QStringList &tokens,
+                                              const HistoryWindow &window)
+{
+    QVector<ReportHistory> found;
+    Progress progress(QStringLiteral("schemas"), tokens.size());
+    for (const QString &token : tokens) {
+        const auto reports = readHistory(schemas, token, window);
+        if (!isWell(reports) && !schemas.isAnswering())
+            return std::nullopt;
+        found += reports;
+        progress.step();
+    }
+    return found;
+}
+
+/// Replaces the file only once the new page is complete.
+bool writePage(const QString &path, const QByteArray &page)
+{
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly) && file.write(page) == page.size() && file.commit()) {
+        Output::print(path);
+        return true;
+    }
+    Output::error(QStringLiteral("cannot write '%1': %2").arg(path, file.errorString()));
+    return false;
+}
+
+void printJson(const QVector<ReportHistory> &reports, const HistoryWindow &window, int status)
+{
+    QJsonArray array;
+    for (const ReportHistory &report : reports)
+        array.append(historyJson(report));
+    Output::print(QJsonObject{
+        {QStringLiteral("moment"), window.now.toUTC().toString(Qt::ISODate)},
+        {QStringLiteral("status"), status},
+        {QStringLiteral("reports"), array},
+    });
+}
+
+void printText(const QVector<ReportHistory> &reports, bool isOfOneSchema)
+{
+    Output::print(historyTable(reports));
+    if (!isOfOneSchema)
+        return;
+    for (const ReportHistory &report : reports) {
+        const QStringList days = historyDays(report);
+        Output::print(days.isEmpty() ? days : QStringList(QString()) + days);
+    }
+}
+
+int showHistory(const Invocation &invocation, const Schemas &schemas, const QStringList &tokens)
+{
+    const HistoryWindow window(QDateTime::currentDateTime());
+    const auto found = readAll(schemas, tokens, window);
+    if (!found) {
+        Output::error(QStringLiteral("the server no longer answers"));
+        return Tool::CouldNotAsk;
+    }
+    const int status = isWell(*found) ? Tool::Well : Tool::Look;
+    if (invocation.has("json"))
+        printJson(*found, window, status);
+    else if (!invocation.has("html"))
+        printText(*found, !invocation.token.isEmpty());
+    else if (!writePage(invocation.value("html"), historyPage(*found, window)))
+        return Tool::Look;
+    return status;
+}
+
+} // namespace
+
+void describeHistory(QCommandLineParser &parser)
+{
+    parser.addOption({QStringLiteral("json"), QStringLiteral("Print JSON, for a monitor.")});
+    parser.addOption({QStringLiteral("html"),
+                      QStringLiteral("Write a page for a browser to that file; it needs no other "
+                                     "file."),
+                      QStringLiteral("file")});
+}
+
+int runHistory(const Invocation &invocation)
+{
+    if (invocation.has("json") && invocation.has("html"))
+        return invocation.wrong(QStringLiteral("--json and --html exclude each other"));
+    return onSchemas(invocation, [&](const Schemas &schemas) {
+        const auto tokens = schemas.tokens();
+        if (!tokens.isOk()) {
+            Output::error(tokens.error().simplified());
+            return static_cast<int>(Tool::CouldNotAsk);
+        }
+        if (invocation.token.isEmpty())
+            return showHistory(invocation, schemas, tokens.value());
+        return tokens.value().contains(invocation.token)
+                   ? showHistory(invocation, schemas, {invocation.token})
+                   : noSuchSchema(schemas, invocation.token);
+    });
+}

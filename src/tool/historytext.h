@@ -1,0 +1,22 @@
+#pragma once
+
+#include "tool/reporthistory.h"
+
+#include <QJsonObject>
+
+/// Returns the word for that state: "made", "waiting", "none" or "not due".
+QString stateWord(DayState state);
+
+/// Returns what became of that day's mails: "2 mails: 1 sent, 1 waiting", or "1 mail sent". Returns
+/// the state's word if there are none.
+QString mailsText(const ReportDay &day);
+
+/// Returns the lines to print: a table with a strip of days per report, what the strips mean, and a
+/// sentence for each report that needs attention.
+QStringList historyTable(const QVector<ReportHistory> &reports);
+
+/// Returns a line for each day of one report that has mails, or should have.
+QStringList historyDays(const ReportHistory &report);
+
+/// Returns everything about one report. Moments are ISO 8601 with offset; absent values are null.
+QJsonObject historyJson(const ReportHistory &report);

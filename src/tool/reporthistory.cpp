@@ -1,0 +1,164 @@
+#include "tool/reporthistory.h"
+
+#include "common/freshquery.h"
+#include "common/period.h"
+#include "options/language.h"
+#include "reports/attenreport.h"
+#include "tool/reportjob.h"
+
+#include <algorithm>
+
+namespace
+{
+
+QDate dateOf(qint64 seconds)
+{
+    return QDateTime::fromSecsSinceEpoch(std::min(seconds, endOfYear9999)).date();
+}
+
+QVector<ReportDay> emptyDays(const HistoryWindow &window)
+{
+    QVector<ReportDay> days(HistoryWindow::dayCount);
+    for (int day = 0; day < days.size(); ++day)
+        days[day].date = window.first.addDays(day);
+    return days;
+}
+
+/// Adds the mails of one report that were queued in the same second.
+void addMails(QVector<ReportDay> &days, const QDate &day, const QSqlQuery &query)
+{
+    const auto found = std::find_if(days.begin(), days.end(),
+                                    [&day](const ReportDay &one) { return one.date == day; });
+    if (found == days.end()) // its subject names a day that is past or to come
+        return;
+    found->lastQueuedAt = std::max(found->lastQueuedAt, query.value(1).toLongLong());
+    found->queued += query.value(2).toInt();
+    found->waiting += query.value(3).toInt();
+    found->sent += query.value(4).toInt();
+    found->lastSentAt = std::max(found->lastSentAt, query.value(5).toLongLong());
+}
+
+/// Reads the mails of all reports into their `days`. Returns the error.
+QString readMails(const QSqlDatabase &database, const HistoryWindow &window,
+                  QVector<ReportHistory> &reports)
+{
+    QStringList places;
+    for (int i = 0; i < window.subjects.size(); ++i)
+        places.append(QStringLiteral("?"));
+    QSqlQuery query = freshQuery(database);
+    // The attachments are not read.
+    query.prepare(QStringLiteral("SELECT subject, created, COUNT(*), SUM(status = 'Q'), "
+                                 "SUM(status != 'Q' AND (sent > 0 OR done > 0)), "
+                                 "MAX(GREATEST(COALESCE(sent, 0), COALESCE(done, 0))) "
+                                 "FROM emails WHERE created >= ? AND subject IN (%1) "
+                                 "GROUP BY subject, created")
+                      .arg(places.join(QStringLiteral(", "))));
+    query.addBindValue(dayStartSeconds(window.first));
+    for (auto subject = window.subjects.keyBegin(); subject != window.subjects.keyEnd(); ++subject)
+        query.addBindValue(*subject);
+    if (!query.exec())
+        return errorOf(query).text.simplified();
+    while (query.next()) {
+        const auto subject = window.subjects.constFind(query.value(0).toString());
+        if (subject == window.subjects.constEnd()) // the same letters for the server alone
+            continue;
+        const QDate day =
+            subject->day.isValid() ? subject->day : dateOf(query.value(1).toLongLong());
+        for (ReportHistory &report : reports) {
+            if (report.status.kind == subject->kind)
+                addMails(report.days, day, query);
+        }
+    }
+    return {};
+}
+
+/// Returns the first day from which on the report has to be there daily: settings of the past are
+/// not kept, so it counts as in use from its first trace on. Invalid if there is none.
+QDate inUseSince(const ReportHistory &report)
+{
+    const auto mailed = std::find_if(report.days.cbegin(), report.days.cend(),
+                                     [](const ReportDay &day) { return day.queued > 0; });
+    const qint64 last = report.status.stored.settings.lastGenerated;
+    const QDate made = last > 0 ? dateOf(last) : QDate();
+    if (mailed == report.days.cend())
+        return made;
+    return made.isValid() ? std::min(made, mailed->date) : mailed->date;
+}
+
+void judgeDays(ReportHistory &report, const QDate &today)
+{
+    const QDate since = inUseSince(report);
+    const bool isOverdue = report.status.reason == QLatin1String("overdue");
+    for (ReportDay &day : report.days) {
+        const bool isExpected =
+            day.date == today ? isOverdue : since.isValid() && since <= day.date;
+        if (day.queued > 0)
+            day.state = day.waiting > 0 ? DayState::Waiting : DayState::Made;
+        else if (report.status.stored.settings.enabled && isExpected)
+            day.state = DayState::None;
+    }
+}
+
+} // namespace
+
+int ReportHistory::count(DayState state) const
+{
+    return static_cast<int>(std::count_if(
+        days.cbegin(), days.cend(), [state](const ReportDay &day) { return day.state == state; }));
+}
+
+qint64 ReportHistory::lastQueuedAt() const
+{
+    qint64 last = 0;
+    for (const ReportDay &day : days)
+        last = std::max(last, day.lastQueuedAt);
+    return last;
+}
+
+HistoryWindow::HistoryWindow(const QDateTime &moment)
+    : now(moment)
+    , first(moment.date().addDays(1 - dayCount))
+{
+    Language::forEach([this] { addSubjects(); });
+}
+
+/// The reports themselves say what their subjects are.
+void HistoryWindow::addSubjects()
+{
+    for (const ReportKind *kind : reportKinds()) {
+        const auto report = createReport(*kind, QSqlDatabase());
+        for (int day = 0; day < dayCount; ++day) {
+            const QDate date = first.addDays(day);
+            const QString subject = report->mailSubject(date);
+            const auto known = subjects.constFind(subject);
+            const bool isShared = known != subjects.constEnd() && known->day != date;
+            subjects.insert(subject, {kind, isShared ? QDate() : date});
+        }
+    }
+}
+
+QVector<ReportHistory> readHistory(const Schemas &schemas, const QString &token,
+                                   const HistoryWindow &window)
+{
+    QVector<ReportHistory> reports;
+    for (const ReportStatus &status : readStatus(schemas, token, window.now))
+        reports.append({status, status.kind ? emptyDays(window) : QVector<ReportDay>()});
+    if (!reports.first().status.kind)
+        return reports;
+    const SchemaConnection connection(schemas, token, SchemaConnection::Access::ReadOnly);
+    const QString error = connection.error.isEmpty()
+                              ? readMails(connection.database(), window, reports)
+                              : connection.error;
+    for (ReportHistory &report : reports) {
+        if (error.isEmpty()) {
+            judgeDays(report, window.now.date());
+            continue;
+        }
+        report.days.clear();
+        if (report.status.reason.isEmpty()) {
+            report.status.reason = QStringLiteral("tables");
+            report.status.detail = QStringLiteral("table emails: %1: autoreport check").arg(error);
+        }
+    }
+    return reports;
+}
