@@ -108,6 +108,33 @@ private Q_SLOTS:
         QCOMPARE(run("history --json --html x").status, 2);
     }
 
+    void jsonIsDocumented_data()
+    {
+        addColumns<QString>("command");
+        for (const char *command : {"status", "history", "check"})
+            addRow(command, QString(command));
+    }
+
+    /// docs/json.md lists exactly the fields that are printed.
+    void jsonIsDocumented()
+    {
+        QFETCH(QString, command);
+        const QString section = QString::fromUtf8(readFile(AUTOREPORT_JSON_PAGE))
+                                    .section("## " + command + '\n', 1)
+                                    .section("\n## ", 0, 0);
+        QSet<QString> listed;
+        const QRegularExpression name("`(\\w+)`");
+        for (const QString &line : section.split('\n')) {
+            for (auto match = name.globalMatch(line.section('|', 1, 1)); match.hasNext();)
+                listed.insert(match.next().captured(1));
+        }
+        QSet<QString> printed;
+        collectFields(jsonOf(command + " --json"), printed);
+        QVERIFY(printed.size() > 4);
+        QCOMPARE((listed - printed).values(), QStringList());
+        QCOMPARE((printed - listed).values(), QStringList());
+    }
+
     void pageInABrowser()
     {
         const QString nasty = "<img src=x onerror=alert(1)>&\"%1\x1b[2J";
@@ -169,6 +196,17 @@ private:
     QJsonObject jsonOf(const QString &arguments) const
     {
         return QJsonDocument::fromJson(run(arguments).output.toUtf8()).object();
+    }
+
+    static void collectFields(const QJsonValue &value, QSet<QString> &fields)
+    {
+        const QJsonObject object = value.toObject();
+        for (auto entry = object.begin(); entry != object.end(); ++entry) {
+            fields.insert(entry.key());
+            collectFields(entry.value(), fields);
+        }
+        for (const QJsonValue one : value.toArray())
+            collectFields(one, fields);
     }
 
     /// Returns the document as the browser has it once its scripts have run.
