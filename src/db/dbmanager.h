@@ -54,7 +54,7 @@ public:
 
     /// Returns the name of the calling thread's connection to that schema.
     QString getConnectionNameFromToken(const QString &token) const;
-    /// Returns whether the calling thread's connection to that schema is registered with Qt.
+    /// Returns whether the calling thread has a connection to that schema, open or not.
     bool isDatabase(const QString &token) const;
     /// Returns whether this manager created it.
     bool isConnection(const QString &token) const;
@@ -83,10 +83,10 @@ public:
     /// Returns the cached row.
     DBSchemeRecord getDbConnRecord(const QString &token) const;
 
-    /// Returns the calling thread's connection to that schema, open; for an empty token, the
-    /// product's own database. If the schema cannot be reached, returns Qt's default connection,
-    /// which may be invalid; later calls then return the schema's connection after another attempt
-    /// to open it, successful or not.
+    /// Returns the calling thread's open connection to that schema, or the product's own database
+    /// if `token` is empty. If the first call for a schema cannot connect, it returns Qt's default
+    /// connection, which may be invalid. Every later call tries to open the schema's connection
+    /// again and returns it, open or not.
     ///
     /// A thread must offer its connections with addUnusedConnection() before it ends: a later
     /// thread with the same id would find them under its own names and could not use them.

@@ -45,7 +45,7 @@ public:
     /// Returns nothing if there is no such active schema.
     Result<std::optional<DBSchemeRecord>> find(const QString &token) const;
 
-    /// Returns why the columns that find() needs cannot be read, if so.
+    /// Tries to read the columns that find() needs. Returns the error, if any.
     std::optional<Error> check() const;
 
 private:

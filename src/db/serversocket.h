@@ -29,7 +29,7 @@ public:
     bool isValid() const { return descriptor != -1; }
     /// Returns the numeric address of the peer, or an empty text for a Unix socket.
     QString peerAddress() const;
-    /// Ends every read and write on the socket, those under way too.
+    /// Makes all reads and writes on the socket fail, including those in progress.
     void shutDown() const;
 
 private:
@@ -38,11 +38,11 @@ private:
     int descriptor = -1;
 };
 
-/// What a time limit applies to: only opening, or queries too if they are known to be short.
+/// What a time limit applies to. Limit queries only if all of them are known to be short.
 enum class Limited { Connecting, Queries };
 
-/// Opens `database`, with a limit of `seconds` for each step. A reconnect by the client library has
-/// the same limit. The text of the connection's options is unchanged.
+/// Opens `database`. Each network operation, also of a later reconnect by the client library, is
+/// limited to `seconds`. Leaves QSqlDatabase::connectOptions() unchanged.
 bool openWithin(QSqlDatabase &database, int seconds, Limited limited = Limited::Connecting);
 
 /// Limits the reconnects of an open connection to `seconds` each.
@@ -51,14 +51,13 @@ void limitReconnect(const QSqlDatabase &database, int seconds);
 /// The limit that callers of openWithin() use by default.
 constexpr int connectSeconds = 5;
 
-/// Returns after how long a failed call counts as timed out by a limit of `seconds`: a little less,
-/// because timers are not exact.
+/// Returns the duration from which a failed call counts as timed out under a limit of `seconds`. It
+/// is slightly shorter because timers are inexact.
 constexpr std::chrono::milliseconds limitReached(int seconds)
 {
     return std::chrono::milliseconds(seconds * 1000 - 500);
 }
 
-/// Keeps the client library from reconnecting on its own, even if the connection's options ask for
-/// it: it would do so in the middle of a run, and after a shutDown(). For an open connection, until
-/// it is opened again.
+/// Disables the client library's reconnect until `database` is opened again. It would otherwise
+/// reconnect in the middle of a run, and after a shutDown(). The connection must be open.
 void forbidReconnect(const QSqlDatabase &database);

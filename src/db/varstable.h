@@ -13,10 +13,10 @@
 /**
  * A schema's table `vars`: keys and values.
  *
- * Caches nothing: every call runs its statement, and an error is the driver's text. Names are whole
- * keys with their dots, and are not escaped: a quotation mark in one breaks the statement, and in a
- * prefix "_" matches any character and "%" any text. On a closed or invalid connection every
- * statement fails. For the thread that owns the connection.
+ * Caches nothing: every call runs its statement, and an error is the driver's text. Names are
+ * complete keys, dots included. They are not escaped: a quotation mark breaks the statement, and
+ * "_" and "%" in a prefix are wildcards. On a closed or invalid connection every statement fails.
+ * For the thread that owns the connection.
  */
 class VarsTable
 {
@@ -32,16 +32,17 @@ public:
     /// Returns all keys that begin with `prefix`, in full.
     Result<Values> valuesWithPrefix(const QString &prefix) const;
 
-    /// Returns the values of all rows of that name, as last committed, and locks the rows until the
-    /// transaction ends; if there is none, locks the gap where it would be.
+    /// Returns the committed values of all rows of that name and locks them until the transaction
+    /// ends. If there are none, other transactions cannot insert one until then.
     Result<QVector<QVariant>> lock(const QString &name) const;
-    /// Inserts and locks a row of that name if there is none. Returns whether it did.
+    /// Inserts a row unless one of that name exists. Returns whether it inserted one, which is then
+    /// locked until the transaction ends.
     Result<bool> insertMissing(const QString &name, const QVariant &value) const;
 
-    /// Inserts or replaces all of them, those after an error too. Returns the errors.
+    /// Inserts or replaces all values; an error does not stop the rest. Returns the errors.
     QVector<Error> store(const Values &values) const;
 
-    /// Deletes one key, or all that begin with `name`. Returns how many were deleted.
+    /// Deletes the key `name`, or if `asPrefix` all keys that begin with it. Returns their number.
     Result<int> remove(const QString &name, bool asPrefix) const;
 
     /// Return the statements of valuesWithPrefix() and of store(), the latter with placeholders.

@@ -10,8 +10,8 @@ class QCommandLineParser;
 /**
  * Reads options from a parsed command line, falling back to the configuration file.
  *
- * The first error is kept in `error`, as one sentence. `isUsage` distinguishes a wrong command line
- * from one that cannot be carried out, for example because a file cannot be read.
+ * Keeps the first error in `error`, as one sentence. `isUsage` is true if the command line itself
+ * is wrong, and false if, for example, a file that it names cannot be read.
  */
 class OptionReader
 {
@@ -24,13 +24,13 @@ public:
     static void describeLanguage(QCommandLineParser &parser);
 
     QString text(const char *name);
-    /// Set on the command line, or to true in the configuration.
+    /// Returns whether the flag is given on the command line or true in the configuration.
     bool flag(const char *name);
     int number(const char *name, int least, int most);
-    /// Returns all but the password.
+    /// Returns the connection options, without the password.
     ConnectionOptions connection();
-    /// Reads it from a file, the environment or the configuration, in this order; never from the
-    /// command line, which every account of the machine can read.
+    /// Returns the password from a file, the environment or the configuration, in this order. It is
+    /// never taken from the command line, which every account on the machine can read.
     QString password();
 
     /// Returns "host:port", or an empty text if the option is not set.

@@ -48,7 +48,7 @@ public:
     QString getVersion() const override;
     /// Returns false if there is no DBManager, or if the single worker cannot start.
     bool start() override;
-    /// Returns when every worker has ended, after ten seconds at the most; see WorkerRegistry.
+    /// Waits until all workers have ended, at most ten seconds; see WorkerRegistry::stopAll().
     void stop() override;
     void pause() override;
     void resume() override;
@@ -80,7 +80,7 @@ private:
         unsigned int total = 0;
         unsigned int visited = 0;
         QStringList page;    ///< loaded and not yet visited
-        int descriptors = 0; ///< that this scan may still use
+        int descriptors = 0; ///< left for this scan to use
         QString obstacle;    ///< why the scan has to end early; empty otherwise
     };
 

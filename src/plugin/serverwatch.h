@@ -16,35 +16,36 @@ class ConnectionGuard;
 /**
  * Breaks off connections to servers that have fallen silent: that neither answer nor close.
  *
- * TCP notices a machine or a network that is gone, but not a server process that is frozen: its
- * kernel still acknowledges. A limit on queries would also break long ones that a live server works
- * on. So when a guarded connection has been in use for longer than `patience`, a thread of the
- * watch connects to the same server to see whether it answers at all; once it has not for
- * `silence`, the guarded connection is broken off.
+ * TCP detects a dead machine or network, but not a frozen server process, whose kernel still
+ * acknowledges packets. A limit on the duration of queries would also end long queries on a healthy
+ * server. Therefore, when a guarded connection has been in use for longer than `patience`, the
+ * watch's own thread probes the server by connecting to it. If no probe succeeds for `silence`, the
+ * guarded connection is broken off.
  *
- * Owned and used by one thread. Without a thread for it, which is logged, nothing is watched.
+ * Owned and used by one thread. If the system cannot start a thread, logs it and watches nothing.
  */
 class ServerWatch
 {
 public:
     struct Limits {
-        std::chrono::seconds patience; ///< of uninterrupted use, before the server is asked
-        std::chrono::seconds silence;  ///< from the first question without an answer
+        std::chrono::seconds patience; ///< of uninterrupted use, until the first probe
+        std::chrono::seconds silence;  ///< from the first failed probe
     };
 
-    /// A worker's query may take minutes; it ends within a minute of its server falling silent.
+    /// End a worker's query within a minute after its server fell silent.
     static constexpr Limits limitsOfWorkers{std::chrono::seconds(10), std::chrono::seconds(20)};
 
     ServerWatch();
     ~ServerWatch();
     Q_DISABLE_COPY_MOVE(ServerWatch)
 
-    /// Watches over the connection while its guard lives. `config` leads to its server.
+    /// Watches the connection until its guard is destroyed. Probes use the address and account in
+    /// `config`.
     void add(const AutoReportDbConfig &config, const std::shared_ptr<ConnectionGuard> &guard,
              Limits limits);
 
-    /// Asks the thread to end after the question that it is asking, ten seconds later at most. The
-    /// destructor waits for it.
+    /// Makes the thread end after its current probe, which takes at most ten seconds. The
+    /// destructor waits for the thread.
     void requestEnd();
 
 private:
@@ -71,9 +72,8 @@ private:
     std::condition_variable wake;
     bool ended = false;           ///< under the mutex
     std::vector<Watched> watched; ///< under the mutex
-    // The thread's own, by server.
-    /// The first of the questions that it has not answered, while connections wait for it.
-    QHash<QString, Clock::time_point> silentSince;
-    QHash<QString, Clock::time_point> answered; ///< the last question that it has answered
+    // Used by the watch's thread only; by server address.
+    QHash<QString, Clock::time_point> silentSince; ///< first failed probe since the last success
+    QHash<QString, Clock::time_point> answered;    ///< last successful probe
     std::thread thread;
 };

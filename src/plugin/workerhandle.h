@@ -9,31 +9,30 @@ class AutoReportWorker;
 class ConnectionGuard;
 
 /**
- * A worker as seen from another thread: safe to hold when the worker has deleted itself.
+ * Lets other threads refer to a worker that may delete itself at any moment.
  *
- * A worker whose start fails ends and is deleted in its own thread, at any moment. The handle
- * is told so before that deletion can happen, and posts to a worker only under the same lock; a
- * guarded pointer would leave a gap between the test and the call.
+ * A worker whose start fails is deleted in its own thread. It calls clear() before that, and post()
+ * holds the same mutex, so that it never calls a deleted worker. QPointer does not suffice: the
+ * worker could be deleted between the test and the call.
  */
 class WorkerHandle
 {
 public:
-    /// Made before the worker's thread starts.
+    /// Construct it before the worker's thread starts.
     explicit WorkerHandle(AutoReportWorker *worker);
     ~WorkerHandle() = default;
     Q_DISABLE_COPY_MOVE(WorkerHandle)
 
-    /// Queues a slot of the worker, to run in the worker's thread; nothing if it has ended. Any
-    /// thread.
+    /// Queues a call of `slot` in the worker's thread, unless the worker has ended. Thread-safe.
     void post(const char *slot);
 
-    /// The guard of the worker's connection, which outlives the worker.
+    /// Returns the guard of the worker's connection. It outlives the worker. Thread-safe.
     ConnectionGuard &guard() { return *connectionGuard; }
 
-    /// Ends the worker at once unless it has ended already. The worker's thread only.
+    /// Stops the worker unless it has ended already. For the worker's thread.
     void stopNow();
 
-    /// The worker has ended and may be deleted. The worker's thread only.
+    /// Forgets the worker, which has ended and is about to be deleted. For the worker's thread.
     void clear();
 
 private:

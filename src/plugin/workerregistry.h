@@ -12,10 +12,10 @@ class AutoReportWorker;
 class WorkerHandle;
 
 /**
- * The workers of the plug-in by token, each in a thread of its own, and how they are ended.
+ * Owns the plug-in's workers, by token, and their threads.
  *
- * An entry stays until stopAll(), also when its worker has ended: a schema whose worker ended is
- * not served again before that. Belongs to the plug-in's thread.
+ * Only stopAll() removes entries. The entry of a worker that ended on its own remains, so that the
+ * next scan does not start another one. Belongs to the plug-in's thread.
  */
 class WorkerRegistry
 {
@@ -27,23 +27,24 @@ public:
 
     bool contains(const QString &token) const { return entries.contains(token); }
     int size() const { return entries.size(); }
-    /// How many workers have not opened their connections yet.
+    /// Returns how many workers have not opened their connection yet.
     int starting() const;
 
-    /// Starts the worker in a thread of its own and takes it over. Returns false,
-    /// logged, when the system has no thread left; the worker is then deleted.
+    /// Takes ownership of the worker and starts it in a new thread. If the system cannot start a
+    /// thread, logs it, deletes the worker and returns false.
     bool add(const QString &token, std::unique_ptr<AutoReportWorker> worker);
 
-    /// Queues a slot of every worker that has not ended.
+    /// Queues a call of `slot` to every running worker.
     void post(const char *slot);
 
     /**
-     * Ends all workers and forgets them, within ten seconds for all together: asks each one, breaks
-     * off the connections of those that do not end, and terminates what is left.
+     * Ends all workers and removes their entries. Asks all of them to stop, then breaks off the
+     * connections of those that have not ended, then terminates the remaining threads. All steps
+     * together take at most ten seconds.
      *
-     * A worker's thread disables termination, so that none of our frames is unwound by force. One
-     * that does not end even then, because the disk it writes to is stalled, is left behind and
-     * logged. It ends when the disk returns.
+     * A thread that is inside a worker cannot be terminated, because unwinding it would leave locks
+     * and objects behind. If it does not end in time, for example because a disk is stalled, it is
+     * logged and left to end on its own.
      */
     void stopAll();
 

@@ -74,7 +74,7 @@ void AttenReport::produce(const ReportRun &run)
     const QString path = reportPath(fileNameByOptions(run.now.date()));
     const int rows = buildWorkbook(path, run);
     const int queued = rows > 0 ? queueMails(path, run) : 0;
-    // A host counts runs by this line.
+    // The host parses this line for its metrics.
     qInfo("%s::makeReport() - run ended after %.3f s, rows: %i, mails queued: %i", kind.className,
           double(elapsed.elapsed()) / 1000, rows, queued);
 }
@@ -104,7 +104,7 @@ QStringList AttenReport::statements()
     return statementsByOptions();
 }
 
-/// Returns the number of its rows; 0, logged, when there is no workbook.
+/// Returns the number of rows written, or 0 if no workbook was saved, which is logged.
 int AttenReport::buildWorkbook(const QString &path, const ReportRun &run)
 {
     const std::unique_ptr<ReportContent> content = createContent(run);
@@ -123,7 +123,7 @@ int AttenReport::buildWorkbook(const QString &path, const ReportRun &run)
     return writeBook(path, *content, run) ? content->rowCount() : 0;
 }
 
-/// Asked before the rows are read, which may take hours: cells past the last row would get lost.
+/// Checked before the rows are read, which may take hours: a sheet drops cells past its last row.
 bool AttenReport::fits(const BookFormat &format, int rowCount) const
 {
     if (rowCount < format.rows)
@@ -213,7 +213,7 @@ AttenReport::End AttenReport::begin(const ReportRun &run, ReportTransaction &tra
     return isConnectionLost(run, database) ? End::ConnectionLost : End::NotBegun;
 }
 
-/// An operator's run goes out beside the schedule, so that there is nothing to be first at.
+/// An operator's run needs no claim: it is mailed regardless of the schedule.
 AttenReport::End AttenReport::claim(const ReportRun &run) const
 {
     switch (run.isScheduled ? claimReport(database, kind.key("lastGenerated"), run) : Claim::Ours) {
@@ -229,7 +229,7 @@ AttenReport::End AttenReport::claim(const ReportRun &run) const
     return End::None;
 }
 
-/// Everything of step 5 between the transaction's begin and its commit.
+/// Runs step 5 between BEGIN and COMMIT.
 AttenReport::End AttenReport::queueAll(const MailRecord &mail, const ReportRun &run,
                                        ReportTransaction &transaction, int &queued)
 {
@@ -276,7 +276,7 @@ AttenReport::End AttenReport::queueForEach(MailRecord mail, const ReportRun &run
     return End::None;
 }
 
-/// A mail that is refused costs the others nothing, unless it is because another host was faster.
+/// An error with one mail does not stop the others, unless it is a conflict with another host.
 AttenReport::End AttenReport::queueOne(const MailRecord &mail, const ReportRun &run,
                                        int &queued) const
 {
@@ -296,11 +296,12 @@ AttenReport::End AttenReport::queueOne(const MailRecord &mail, const ReportRun &
     return End::None;
 }
 
-/// Asks the server whether the mails queued so far still stand, so that more may follow.
+/// Checks that the server has not discarded the mails queued so far.
 AttenReport::End AttenReport::interruptionOf(const ReportRun &run,
                                              ReportTransaction &transaction) const
 {
-    // Twice: the first statement after a rollback by the server fails on a good connection, too.
+    // Asked twice: after a rollback by the server, the first statement fails even though the
+    // connection is still good.
     if (isConnectionLost(run, database))
         return isConnectionLost(run, database) ? End::ConnectionLost : End::RolledBack;
     return transaction.isRolledBack() ? End::RolledBack : End::None;
@@ -335,8 +336,8 @@ void AttenReport::logEnd(End end, const ReportRun &run) const
 {
     switch (end) {
     case End::None:
-    case End::NothingQueued: // each mail had its line
-    case End::NotCommitted:  // logged with the server's text
+    case End::NothingQueued: // logged per mail
+    case End::NotCommitted:  // logged by commit()
         break;
     case End::MadeElsewhere:
         qInfo("%s::doWork() - another host has made this report", kind.className);

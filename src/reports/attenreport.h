@@ -16,8 +16,8 @@ class ReportTransaction;
 struct ReportKind;
 
 /**
- * What both attendance reports are: a workbook of the month so far, mailed to its recipients once a
- * day.
+ * The base class of both attendance reports: a workbook of the month so far, mailed to its
+ * recipients once a day.
  *
  * A tick, doWork(), takes these steps; the first that fails ends it, and the next tick begins anew:
  *
@@ -25,15 +25,15 @@ struct ReportKind;
  *   2. Lock: no other host on this server is making it.
  *   3. Schedule again: the host that had the lock may have made it.
  *   4. Workbook, saveWorkbook(): rows are read and written; the file is saved.
- *   5. Mails, queueMails(): one transaction claims the report, and holds a mail per recipient and
- *      "lastGenerated". Hosts on several nodes of a cluster meet only here.
+ *   5. Mails, queueMails(): one transaction claims the report, queues a mail per recipient and
+ *      stores "lastGenerated". On a cluster, where locks are local to a node, the claim alone keeps
+ *      two hosts from mailing the same report.
  *
  * `now` is taken once per tick, so that a report that runs past midnight stays one report. A stop
  * of the thread is noticed at every row, and at every mail while the mails can be rolled back. A
- * lost connection ends the run as well: the lock and the transaction are gone with it.
+ * lost connection ends the run, because the server drops its lock and its transaction.
  *
- * Belongs to a worker and runs in its thread. Outcomes go to the log; what lasts is the workbook,
- * the mails and "lastGenerated".
+ * Belongs to a worker and runs in its thread. Errors and outcomes are logged.
  */
 class AttenReport : public ReportBase
 {
@@ -44,33 +44,32 @@ public:
 
     void doWork() override;
 
-    /// Makes, saves and queues the report for the month of `now`, due or not, as a scheduled run
-    /// does from its step 4 on.
+    /// Runs steps 4 and 5 for the month of `now`, whether or not the report is due.
     void makeReport(const QStringList &emails, const QDateTime &now = QDateTime::currentDateTime());
 
-    /// Step 4, for a workbook at any place. The extension of `path` chooses the format. Returns
-    /// false, logged, when there is no workbook; a file that stood there is as it was then.
+    /// Runs step 4. The extension of `path` chooses the format. On an error, logs it, returns false
+    /// and leaves an existing file unchanged.
     bool saveWorkbook(const QString &path, const ReportRun &run);
 
-    /// Reads the people alone. Returns how many rows the workbook of `run` has, -1, logged, when
-    /// they cannot be read.
+    /// Returns the number of rows of the workbook of `run`, or -1, logged, if the people cannot be
+    /// read. Reads no attendance.
     int countRows(const ReportRun &run);
 
-    /// Step 5. Returns how many mails are in the queue.
+    /// Runs step 5. Returns the number of mails queued.
     int queueMails(const QString &path, const ReportRun &run);
 
-    /// Returns the name that the workbook has in its mail.
+    /// Returns the file name of the attachment.
     QString fileName(const QDate &today);
 
-    /// Returns one mail with the file attached, its recipient open; without `data`, logged, if the
-    /// file is unreadable.
+    /// Returns a mail without a recipient, with the file attached. If the file cannot be read, logs
+    /// it and leaves `data` empty.
     MailRecord makeMail(const QString &path, const QDate &today = QDate::currentDate());
 
     /// Returns the subject of that day's mails, in the language that is installed.
     QString mailSubject(const QDate &today) const { return mailTexts(today).subject; }
 
-    /// Returns the statements that read the schema, as its options choose them, for nobody in
-    /// particular: what the server cannot prepare, the report cannot read.
+    /// Returns the statements with which a run would read the schema. If the server cannot prepare
+    /// one of them, a run cannot read that part.
     QStringList statements();
 
 protected:
@@ -79,11 +78,11 @@ protected:
         QString body;
     };
 
-    /// Reads the options again. Called before the functions below it, once per workbook.
+    /// Reads the options. Called once per workbook, before any of the functions below.
     virtual void loadOptions() = 0;
     virtual QString fileNameByOptions(const QDate &today) const = 0;
     virtual std::unique_ptr<ReportContent> createContent(const ReportRun &run) = 0;
-    /// Returns how the log names the creation of a book.
+    /// Returns the function name that the log reports when a book cannot be created.
     virtual const char *bookFactoryName() const = 0;
     virtual MailTexts mailTexts(const QDate &today) const = 0;
     virtual QStringList statementsByOptions() const = 0;
@@ -91,7 +90,7 @@ protected:
     ZasDbSettings settings;
 
 private:
-    /// What ended a run before its time.
+    /// Why a run ended early.
     enum class End {
         None,
         StoppedInRows,

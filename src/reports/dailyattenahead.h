@@ -18,32 +18,32 @@ class QSqlQuery;
  * Reads the days of many people at once, so that a report costs a few statements instead of four
  * for each of its rows.
  *
- * What it returns is what the statements for one person and one day would return. Where it cannot
- * be sure of that, the value is left open, for those statements to read: an error, two rows of
- * which the last counts, a sum that depends on the order of its addends, a column that is not of
- * whole numbers where people and days are told apart. None of that is logged here.
+ * It returns exactly the values that the statements for one person and one day would return. Where
+ * that is uncertain, it leaves the value open and the caller runs those statements: after an error,
+ * if several rows match and the last one counts, if a sum depends on the order of its addends, or
+ * if the columns that identify people and days are not integers. It logs nothing.
  *
- * Rows are to be asked for in the order of the sheet, day by day. A block of so many people and
- * days is read when its first row is asked for, and held until the same people's next days are
- * read: at most eight days of all people are in memory, or 8,000 rows if these are more.
+ * Call row() in the order of the sheet, day by day. A block of people and days is read with its
+ * first row and kept until the next days of the same people are read. At most eight days of all
+ * people are in memory, or 8,000 rows if that is more.
  */
 class DailyAttenAhead
 {
 public:
-    /// `isStopped` is asked before each statement.
+    /// Calls `isStopped` before each statement.
     DailyAttenAhead(const QSqlDatabase &database, const DailyAttenOptions &options,
                     const QDate &today, std::function<bool()> isStopped);
     ~DailyAttenAhead();
     Q_DISABLE_COPY_MOVE(DailyAttenAhead)
 
-    /// `uids` in the order of the sheet.
+    /// Takes the people in the order of the sheet.
     void setPeople(const QVector<unsigned int> &uids);
 
     struct Row {
-        DailyAttenRow row; ///< incomplete if an error came up right now
-        DayValues open;    ///< the values still to be read, which are missing or doubtful in `row`
+        DailyAttenRow row; ///< incomplete after an error
+        DayValues open;    ///< values that the caller must still read
     };
-    /// Returns nothing when stopped. The person must be one of those set, the day not after today.
+    /// Returns nothing if stopped. Requires a person from setPeople() and a day up to today.
     std::optional<Row> row(unsigned int uid, int dayOfMonth);
 
 private:

@@ -32,8 +32,8 @@ MonthlyAttenSheet::MonthlyAttenSheet(libxl::IBookT<wchar_t> &targetBook,
         formula = resolveFormula(formula, columns);
 }
 
-/// The sheet, column by column. The six ids of interruptions are the product's own and do not
-/// depend on the catalogue.
+/// Lists the columns from left to right. The six interruption ids are fixed by the product; the
+/// catalogue only names the extra ones.
 void MonthlyAttenSheet::addColumns(const MonthlyAttenOptions &options,
                                    const InterruptionCatalogue &catalogue)
 {
@@ -114,7 +114,8 @@ MonthlyAttenSheet::Column MonthlyAttenSheet::interruptionColumn(const QString &h
             }};
 }
 
-/// A shortcut that the catalogue does not know gives an empty heading and the id 0 without hours.
+/// An unknown shortcut makes a column with an empty heading and, because no hours have id 0, empty
+/// cells.
 MonthlyAttenSheet::Column
 MonthlyAttenSheet::extraColumn(const QString &shortcut,
                                const InterruptionCatalogue &catalogue) const
@@ -124,7 +125,7 @@ MonthlyAttenSheet::extraColumn(const QString &shortcut,
     return interruptionColumn(name, widthOf(name), iid);
 }
 
-/// With `needsPlanned`, the cell stays blank where there is no planned time to divide by.
+/// If `needsPlanned`, leaves the cell blank when the planned time is 0, as it is the divisor.
 MonthlyAttenSheet::Column MonthlyAttenSheet::formulaColumn(const QString &heading,
                                                            double widthChars, const char *pattern,
                                                            bool needsPlanned)
@@ -152,7 +153,7 @@ bool MonthlyAttenSheet::begin()
     return true;
 }
 
-/// A format that the engine refuses stays null: its cells are then written without one.
+/// If the engine cannot create a format, its cells are written without one.
 void MonthlyAttenSheet::createFormats(int decimalNumber)
 {
     libxl::IFontT<wchar_t> *boldFont = book.addFont();
@@ -187,7 +188,7 @@ void MonthlyAttenSheet::createFormats(int decimalNumber)
 void MonthlyAttenSheet::writeRow(const MonthlyAttenRow &person)
 {
     ++row;
-    // Every cell is bordered, also where there is nothing to show.
+    // Empty cells have borders, too.
     for (int col = 0; col < columns.size(); ++col)
         ReportCell{*sheet, row, col}.writeBlank(valueFormat);
     ::writeRow(*sheet, row, columns, person);

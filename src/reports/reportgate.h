@@ -8,14 +8,13 @@
 #include <mutex>
 
 /**
- * Lets a limited number of runs read and write at the same time. The others wait in the order in
- * which they came.
+ * Limits how many runs read and write at the same time. The others wait, first come, first served.
  *
- * A place that has been held for longer than `patience` no longer counts: its run is probably
- * waiting for a server that does not answer, and must not hold up the customers of other servers.
+ * A place held for longer than `patience` is no longer counted: its run is probably waiting for a
+ * silent server, and the customers of other servers should not wait with it.
  *
- * The gate may be used from any thread. It keeps nothing but memory, so a thread that is terminated
- * while it waits or holds a pass leaves the gate in order.
+ * Thread-safe. A thread that is terminated while it holds a pass blocks its place for no longer
+ * than that.
  */
 class ReportGate
 {
@@ -33,15 +32,15 @@ public:
     class Pass
     {
     public:
-        /// Waits for a place, or until `isStopped` returns true. It is polled at the beginning and
-        /// then at least four times a second, without a lock of the gate held.
+        /// Waits for a place, or until `isStopped` returns true. Calls `isStopped` at once and then
+        /// at least four times a second, with the gate's mutex unlocked.
         Pass(ReportGate &reportGate, const std::function<bool()> &isStopped);
         ~Pass();
         Q_DISABLE_COPY_MOVE(Pass)
 
         /// False if the wait was stopped.
         bool isHeld() const { return held; }
-        /// Whether the moment at which the pass was asked for may be long gone.
+        /// Whether the constructor had to wait.
         bool hasWaited() const { return waited; }
 
     private:
@@ -60,6 +59,6 @@ private:
     const int places;
     const std::chrono::milliseconds patience;
     std::mutex mutex;                   ///< guards what follows
-    std::list<Waiter *> queue;          ///< the first is the next to enter
-    std::list<Clock::time_point> taken; ///< since when each place is held
+    std::list<Waiter *> queue;          ///< first come, first served
+    std::list<Clock::time_point> taken; ///< the start of each pass held
 };

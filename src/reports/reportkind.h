@@ -12,36 +12,36 @@ struct BookFormat;
 class QObject;
 
 /**
- * One row of the table of the reports: all in which a report differs for those who only handle it.
- * The worker, the scan, the lock and the operator's commands go through the table; a further report
- * is a class of its own and a row here.
+ * One row of the table of reports: everything that callers need to handle a report without knowing
+ * its class. The worker, the scan, the lock and the operator's commands iterate over the table. To
+ * add a report, write its class and add a row here.
  */
 struct ReportKind {
-    const char *word;      ///< what operators call it: "daily"
-    const char *className; ///< what its log lines and its lock begin with
-    const char *prefix;    ///< of the keys of its settings, with the full stop
+    const char *word;      ///< its name on the command line: "daily"
+    const char *className; ///< prefix of its log lines and of its lock's name
+    const char *prefix;    ///< of its keys in `vars`, including the final dot
     const ReportSchedule *schedule;
     CountsAsMade countsWhen;  ///< for its scheduled runs
-    const BookFormat *format; ///< the only one that its mails have; null where a setting chooses
+    const BookFormat *format; ///< of its mails; null if a setting chooses it
 
-    /// Returns a report over `database` whose owner is `parent`, or else the caller.
+    /// Creates a report on `database`, owned by `parent` or, if that is null, by the caller.
     AttenReport *(*create)(const QSqlDatabase &database, QObject *parent);
 
-    /// Returns the name of one of its settings in the table `vars`.
+    /// Returns the key in `vars` of the setting `name`.
     QString key(const char *name) const { return QLatin1String(prefix) + QLatin1String(name); }
 
-    /// Reads its settings out of the values of all keys that begin with the prefix.
+    /// Converts the values of all keys that begin with the prefix.
     ReportSettings settingsOf(const QMap<QString, QVariant> &values) const;
 };
 
 extern const ReportKind dailyReport;
 extern const ReportKind monthlyReport;
 
-/// Returns all of them, the most frequent one first.
+/// Returns all rows, the most frequent report first.
 const QVector<const ReportKind *> &reportKinds();
 
 /// Returns their words, in the same order.
 QStringList reportWords();
 
-/// Returns the kind of that word, null for any other text, in capitals too.
+/// Returns the kind called `word`, or null. The comparison is case-sensitive.
 const ReportKind *reportKindOf(const QString &word);

@@ -13,30 +13,30 @@ enum class CountsAsMade {
     Always,      ///< also when not one mail could be queued
 };
 
-/// One run of a report: for whom, at which moment, over which connection.
+/// The parameters of one run of a report.
 struct ReportRun {
     ReportSettings settings;
     QDateTime now;
     CountsAsMade countsWhen = CountsAsMade::Never;
-    /// Whether the schedule started the run: it then ends if another host was faster. False for an
-    /// operator's run, whatever it counts as.
+    /// Whether the schedule started the run, rather than an operator. A scheduled run ends if
+    /// another host is faster.
     bool isScheduled = false;
-    /// The server's number of the connection when the run began, 0 if unknown. Mails queued over
-    /// that connection are rolled back when it is lost; a new one must not continue the run.
+    /// The server's id of the connection when the run began, 0 if unknown. If the connection is
+    /// lost, the server rolls the run's mails back, and a reconnect must not continue the run.
     qulonglong connectionId = 0;
     /// Called after each row, with the total.
     std::function<void(int)> progress = nullptr;
-    /// Polled per row, and per mail while rollback is possible: true ends the run as an
-    /// interruption of the thread does. For the main thread, which knows no interruption.
+    /// Polled per row, and per mail while rollback is possible. Returning true has the effect of
+    /// QThread::requestInterruption(), which the main thread does not support.
     std::function<bool()> isCancelled = nullptr;
 };
 
-/// Returns a run for these recipients at that moment, due or not.
+/// Returns the parameters of an unscheduled run.
 ReportRun runFor(const QStringList &recipients, const QDateTime &now, CountsAsMade countsWhen,
                  const QSqlDatabase &database);
 
-/// Returns whether the run is to end: the thread was asked to stop, or the run was cancelled.
+/// Returns whether the run should end: its thread is to stop, or the run was cancelled.
 bool isStopRequested(const ReportRun &run);
 
-/// Asks the server whether the run still has the connection that it began on.
+/// Asks the server whether the run has lost the connection that it began on.
 bool isConnectionLost(const ReportRun &run, const QSqlDatabase &database);

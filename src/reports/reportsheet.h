@@ -9,9 +9,10 @@
 
 #include <functional>
 
-constexpr double defaultWidth = 0; ///< of a column whose width is not set
+/// A column width that stands for the spreadsheet program's default.
+constexpr double defaultWidth = 0;
 
-/// One cell of a report's sheet. What the engine refuses leaves the cell empty.
+/// One cell of a report's sheet. The cell stays empty if the engine rejects its value.
 struct ReportCell {
     libxl::ISheetT<wchar_t> &sheet;
     int row;
@@ -23,13 +24,13 @@ struct ReportCell {
     void writeBlank(libxl::IFormatT<wchar_t> *format) const;
 };
 
-/// A column of a report's sheet: `write` fills its cell in the row that shows the given values.
+/// A column of a report's sheet. `write` writes the column's cell of one row.
 template <typename Values>
 struct ReportColumn {
     QString heading;
     double widthChars;
     std::function<void(const ReportCell &, const Values &)> write;
-    const char *name = ""; ///< by which formulas read the column
+    const char *name = ""; ///< refers to the column in formulas
 };
 
 /// Writes the headings into row 0 and sets the columns' widths.
@@ -57,9 +58,9 @@ void writeRow(libxl::ISheetT<wchar_t> &sheet, int row, const QVector<ReportColum
 QString columnLetters(int col);
 
 /**
- * Puts the letters of columns into a formula over cells of one row. `pattern` names the columns in
- * braces, "={worked}-{planned}", so that it follows them wherever they stand; in the result, "%1"
- * stands for the row number, from 1.
+ * Converts a formula over cells of one row from column names to column letters. `pattern` has the
+ * names in braces: "={worked}-{planned}". In the result, "%1" stands for the row number, from 1:
+ * "=K%1-C%1".
  */
 template <typename Values>
 QString resolveFormula(QString pattern, const QVector<ReportColumn<Values>> &columns)

@@ -13,36 +13,36 @@ class ISheetT;
 /**
  * A workbook in memory that `save` writes to a file.
  *
- * The caller of a factory owns the book until release(); sheets, formats and fonts belong
- * to the book and are never deleted by the caller. A book and its objects are used by one thread at
- * a time; different books share nothing. No exception leaves this interface: failure shows as null
- * or false. Where a lack of memory cannot show so, save() fails later.
+ * Created by a factory below and owned by the caller, who frees it with release(). The book owns
+ * its sheets, formats and fonts. Use a book and its objects in one thread at a time; different
+ * books share no state. Nothing throws: on an error, functions return null or false. If a function
+ * that returns neither runs out of memory, save() fails.
  */
 template <class Char>
 class IBookT
 {
 public:
     /**
-     * Writes the file, readable by its owner alone. It is written beside its place and renamed
-     * into it (a symbolic link there is replaced, not followed), so that on failure an older file
-     * of that name is untouched and nothing new is left behind. The book may go on being used and
-     * be saved again. False also for a book without a sheet. The path is passed to the system
-     * as UTF-8 in every locale. `useTemp` has no effect: no temporary files are needed to save
-     * memory.
+     * Writes the book to a file with mode 0600. Writes a temporary file in the same directory and
+     * renames it, so that an error leaves an existing file unchanged and no new one behind. A
+     * symbolic link is replaced, not followed. Fails for a book without sheets. The book may be
+     * changed and saved again. The path is encoded as UTF-8 in every locale. `useTemp` has no
+     * effect.
      */
     virtual bool save(const Char *filename, bool useTemp = false) = 0;
 
     /**
-     * Appends a sheet, a copy of `copyFrom` unless that is null. Returns null for a name that
-     * spreadsheet programs refuse: empty, above 31 UTF-16 units, with any of []:*?/\, a tab or a
-     * line break, with an apostrophe first or last, or equal to another sheet's name but for case.
+     * Appends an empty sheet or, if `copyFrom` is not null, a copy of that sheet. Returns null for
+     * a name that spreadsheet programs reject: one that is empty or longer than 31 UTF-16 units,
+     * contains a tab, a line break or any of []:*?/\, begins or ends with an apostrophe, or differs
+     * from another sheet's name only in case.
      */
     virtual ISheetT<Char> *addSheet(const Char *name, ISheetT<Char> *copyFrom = nullptr) = 0;
 
     /**
-     * Returns an identifier for IFormatT::setNumFormat, the same for the same code. For a code that
-     * is null, empty, above 255 UTF-16 units or holds a tab or a line break, and past 200 different
-     * codes, 0: the general number format.
+     * Returns an identifier for IFormatT::setNumFormat. Equal codes have equal identifiers. Returns
+     * 0, the general number format, if the code is null, empty, longer than 255 UTF-16 units or
+     * contains a tab or a line break, or if the book has 200 other codes already.
      */
     virtual int addCustomNumFormat(const Char *customNumFormat) = 0;
 
@@ -53,9 +53,9 @@ public:
     virtual IFontT<Char> *addFont(IFontT<Char> *copyFrom = nullptr) = 0;
 
     /**
-     * Sets the font of every format without one of its own; column widths are in its characters.
-     * Names that are empty or longer than 31 UTF-16 units, and sizes outside 1 to 409 points, are
-     * ignored.
+     * Sets the font of all formats without one of their own, whose digits are also the unit of
+     * column widths. Ignores names that are empty or longer than 31 UTF-16 units, and sizes outside
+     * 1 to 409 points.
      */
     virtual void setDefaultFont(const Char *fontName, int fontSize) = 0;
 
@@ -63,14 +63,14 @@ public:
     virtual void setKey(const Char *name, const Char *key) = 0;
 
     /**
-     * True: XML files store colours as red, green and blue; false: as palette indexes, as binary
-     * files always do. The look is the same.
+     * Chooses how .xlsx files store colours: as RGB values if true, as palette indexes if false.
+     * Both look the same. Binary files always store palette indexes.
      */
     virtual void setRgbMode(bool rgbMode) = 0;
 
     /**
-     * Accepts any name of UTF-8 ("UTF-8", "sk_SK.utf8") and returns false for all others. All text
-     * crosses the interface as wide characters, so nothing else changes.
+     * Returns whether `locale` is a UTF-8 locale ("UTF-8", "sk_SK.utf8"). Has no effect, because
+     * the interface uses wide characters only.
      */
     virtual bool setLocale(const char *locale) = 0;
 
@@ -83,8 +83,8 @@ protected:
 
 } // namespace libxl
 
-/** A new, empty book that is saved as Office Open XML (.xlsx); null when memory is short. */
+/** Creates an empty book of the format Office Open XML (.xlsx). Returns null if out of memory. */
 libxl::IBookT<wchar_t> *xlCreateXMLBookW();
 
-/** The same for a binary book (.xls, as of Excel 97). */
+/** Creates an empty book of the binary format of Excel 97 (.xls). Returns null if out of memory. */
 libxl::IBookT<wchar_t> *xlCreateBookW();

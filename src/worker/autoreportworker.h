@@ -13,12 +13,11 @@ class QTimer;
 class ReportBase;
 
 /**
- * Serves one schema: opens a connection of its own and asks its reports every minute whether
- * they are due.
+ * Serves one schema: opens its own connection and polls its reports once a minute.
  *
- * All slots run in the thread in which `start` ran; the connection is made, used and removed
- * there. The worker has no parent; its creator connects `finished` to its `deleteLater`.
- * After `stop`, or a `start` that failed, a worker is not started again.
+ * Call all slots in the thread that called `start`; the connection is opened, used and removed
+ * there. The worker has no parent; its creator connects `finished` to `deleteLater`. It cannot be
+ * started again after `stop` or a failed `start`.
  */
 class AutoReportWorker : public QObject
 {
@@ -30,17 +29,17 @@ public:
 
     QString getConnectionName() const { return config.connectionName; }
 
-    /// Never null. Through it other threads end what waits on the connection, also when the worker
-    /// is gone.
+    /// Returns the guard with which other threads break off the connection. Never null; it may
+    /// outlive the worker.
     std::shared_ptr<ConnectionGuard> connectionGuard() const { return guard; }
 
 Q_SIGNALS:
-    /// The worker has ended and will not start again.
+    /// Emitted when the worker has ended.
     void finished();
 
 public Q_SLOTS:
     void activateReports();
-    /// Returns false when the connection's name is taken or the database cannot be opened.
+    /// Returns false if a connection of that name exists or the database cannot be opened.
     bool start();
     void stop();
     void pause();
@@ -57,7 +56,7 @@ private:
     AutoReportDbConfig config;
     std::shared_ptr<ConnectionGuard> guard;
     QSqlDatabase database;       ///< invalid until `start`
-    qulonglong connectionId = 0; ///< the server's number of the connection, 0 if unknown
+    qulonglong connectionId = 0; ///< the server's id of the connection, 0 if unknown
     bool databaseLost = false;   ///< the server did not answer at the last tick
     QList<ReportBase *> reports;
     QTimer *timer = nullptr; ///< null until `start` has succeeded

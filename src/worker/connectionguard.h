@@ -7,10 +7,9 @@
 #include <mutex>
 
 /**
- * The handle by which other threads break a connection off: a stop does, and the watch over servers
- * that fall silent.
+ * Lets other threads break off a connection: on a stop, or because its server fell silent.
  *
- * The connection's thread calls guard(), release() and makes Uses; any thread may call the others.
+ * guard(), release() and Use are for the connection's thread. All other functions are thread-safe.
  */
 class ConnectionGuard
 {
@@ -21,24 +20,24 @@ public:
     ~ConnectionGuard() = default;
     Q_DISABLE_COPY_MOVE(ConnectionGuard)
 
-    /// Watches over `database`, just opened, instead of the one before.
+    /// Guards `database`, which was just opened, instead of the previous connection.
     void guard(const QSqlDatabase &database);
-    /// The connection is about to be closed.
+    /// Ends the guarding. Call it before the connection is closed.
     void release();
 
-    /// Makes what waits on the connection fail at once, until it is opened and guarded anew.
+    /// Makes every call on the connection fail at once, until guard() is called again.
     void breakOff();
-    /// The same, and whatever is opened from now on.
+    /// As breakOff(), and also breaks off all connections guarded later.
     void breakForGood();
     bool isGuarding() const;
     bool isBroken() const { return broken; }
 
-    /// The server's numeric address, empty if it has none or no connection is guarded.
+    /// Returns the server's numeric address; empty for a Unix socket or without a connection.
     QString serverAddress() const;
-    /// How long the connection has been in use without an end; zero while it is idle.
+    /// Returns how long the current Use has lasted, or zero if there is none.
     Clock::duration busyTime() const;
 
-    /// Marks the connection as in use while it lives.
+    /// Marks the connection as in use, from construction to destruction.
     class Use
     {
     public:

@@ -4,10 +4,10 @@
 #include <QSqlDatabase>
 
 /**
- * What a worker knows of a report: once a minute it is asked to do its work.
+ * The interface that a worker polls once a minute.
  *
- * A report belongs to its worker and lives in the worker's thread. It keeps a handle of the
- * worker's connection, so the worker deletes its reports before it gives the connection up.
+ * A report belongs to its worker and lives in the worker's thread. It holds a copy of the worker's
+ * QSqlDatabase, so the worker deletes its reports before it removes the connection.
  */
 class ReportBase : public QObject
 {
@@ -20,7 +20,7 @@ public:
     {
     }
 
-    /// Makes the report if it is due. Failures are the report's to log; nothing comes back.
+    /// Makes the report if it is due. Errors are logged.
     virtual void doWork() = 0;
 
 protected:

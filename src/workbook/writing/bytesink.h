@@ -8,17 +8,17 @@ namespace workbook
 {
 
 /**
- * The file being written: a temporary one beside the target, mode 0600, that commit() renames over
- * the target. Until then, and on any failure, an older target is untouched; a sink that ends
- * without a successful commit removes its temporary file.
+ * Writes a file atomically: bytes go to a temporary file beside the target, mode 0600, which
+ * commit() renames. An existing target is unchanged until then. Without a successful commit the
+ * destructor removes the temporary file.
  *
- * The first error is latched: later calls do nothing and commit() returns false. Then `errno` is
- * the system's first error, 0 if the file format was at fault, and the destructor keeps it.
+ * The first error is latched: later calls do nothing, and commit() returns false and sets `errno`
+ * to that error, or to 0 after fail(). The destructor preserves `errno`.
  */
 class ByteSink
 {
 public:
-    /** `target` is a path as the system takes it: bytes. */
+    /** `target` is a path in the encoding of the file system. */
     explicit ByteSink(std::string target);
     ~ByteSink();
     ByteSink(const ByteSink &) = delete;
@@ -26,7 +26,7 @@ public:
 
     void append(std::string_view bytes);
 
-    /** Overwrites bytes that were appended before. */
+    /** Overwrites bytes already appended. */
     void patch(std::uint64_t offset, std::string_view bytes);
 
     /** Number of bytes appended so far. */
@@ -34,7 +34,7 @@ public:
 
     [[nodiscard]] bool ok() const { return !failed; }
 
-    /** For layers above: what was asked for does not fit the file format. */
+    /** Latches an error of the caller: the content exceeds the limits of the file format. */
     void fail() { failed = true; }
 
     bool commit();
