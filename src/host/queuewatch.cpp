@@ -42,8 +42,10 @@ QueueWatch::~QueueWatch()
 
 void QueueWatch::ask()
 {
-    QMetaObject::invokeMethod(
-        &context, [this] { askAll(); }, Qt::QueuedConnection);
+    const auto askQueued = [this] {
+        askAll();
+    };
+    QMetaObject::invokeMethod(&context, askQueued, Qt::QueuedConnection);
 }
 
 void QueueWatch::askAll()

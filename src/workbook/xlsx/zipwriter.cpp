@@ -46,7 +46,8 @@ constexpr int maxChain = 16;
 // From where all other memory comes.
 static void *allocate(void * /*owner*/, uInt items, uInt bytes)
 {
-    return ::operator new (std::size_t{items} * bytes, std::nothrow);
+    const std::size_t size = std::size_t{items} * bytes;
+    return ::operator new(size, std::nothrow);
 }
 
 static void release(void * /*owner*/, void *block)
