@@ -1,6 +1,7 @@
 #include "db/dbmanager.h"
 
 #include "db/connectiondefaults.h"
+#include "db/servercertificate.h"
 #include "db/serversocket.h"
 
 #include <QDebug>
@@ -22,11 +23,13 @@ QSqlDatabase defaultConnection()
     return QSqlDatabase::database(defaultConnectionName(), true);
 }
 
-/// Returns `db` after opening it if it is closed. That may fail: callers must check.
+/// Returns `db` after opening it if it is closed or lost. That may fail: callers must check.
 QSqlDatabase reopened(QSqlDatabase db)
 {
-    if (!db.isOpen())
+    if (!isUsable(db)) {
+        db.close();
         openWithin(db, connectSeconds);
+    }
     return db;
 }
 
@@ -116,8 +119,9 @@ bool DBManager::isInfoDB() const
 
 bool DBManager::checkOpenDB(QSqlDatabase &db)
 {
-    if (db.isOpen())
+    if (isUsable(db))
         return true;
+    db.close();
     const bool open = openWithin(db, connectSeconds);
     if (!open) {
         qWarning().noquote() << "DBManager:: database" << db.databaseName()

@@ -1,29 +1,22 @@
 #include "db/serversocket.h"
 
-#include <QSqlDriver>
+#include "db/clientlibrary.h"
+#include "db/servercertificate.h"
+
 #include <QStringList>
-#include <QVariant>
 
 #include <utility>
 
 #include <arpa/inet.h>
-#include <dlfcn.h>
 #include <fcntl.h>
-#include <mysql.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
-extern "C" {
-#include <ma_pvio.h>
-}
-
 namespace
 {
 
-// The client library's functions, looked up through the driver. Only the driver links the library:
-// linking it here too could load two different ones into the process. The headers are enough.
 using GetSocket = decltype(&mysql_get_socket);
 using SetOption = int (*)(MYSQL *connection, mysql_option option, const void *value);
 
@@ -31,35 +24,6 @@ using SetOption = int (*)(MYSQL *connection, mysql_option option, const void *va
 constexpr int keepIdleSeconds = 15;
 constexpr int keepIntervalSeconds = 5;
 constexpr int userTimeoutMs = 25000;
-
-/// Returns the library's handle of an open connection; null for other drivers.
-MYSQL *clientHandle(const QSqlDatabase &database)
-{
-    const QVariant handle = database.driver()->handle();
-    if (!database.isOpen() || qstrcmp(handle.typeName(), "MYSQL*") != 0)
-        return nullptr;
-    return *static_cast<MYSQL *const *>(handle.constData());
-}
-
-/// Returns a function of the client library that the driver links; null if it lacks `name`.
-void *clientFunction(const QSqlDatabase &database, const char *name)
-{
-    Dl_info driver = {};
-    if (dladdr(database.driver()->metaObject(), &driver) == 0)
-        return nullptr;
-    void *library = dlopen(driver.dli_fname, RTLD_LAZY | RTLD_NOLOAD);
-    if (!library)
-        return nullptr;
-    void *function = dlsym(library, name); // searches the driver's own dependencies too
-    dlclose(library);
-    return function;
-}
-
-/// Returns whether the library matches the headers: MySQL's has other structures.
-bool isMariaDb(const QSqlDatabase &database)
-{
-    return clientFunction(database, "mariadb_get_infov");
-}
 
 void setOption(const QSqlDatabase &database, mysql_option option, const void *value)
 {
@@ -160,7 +124,7 @@ void ServerSocket::shutDown() const
 bool openWithin(QSqlDatabase &database, int seconds, Limited limited)
 {
     if (database.driverName() != QLatin1String("QMYSQL"))
-        return database.open();
+        return openTrusted(database);
     const QString options = database.connectOptions();
     const bool liftable =
         isMariaDb(database) && !options.contains(QLatin1String("MYSQL_OPT_READ_TIMEOUT"));
@@ -172,7 +136,7 @@ bool openWithin(QSqlDatabase &database, int seconds, Limited limited)
         limits += queries;
 
     database.setConnectOptions(withLimits(limits, seconds) + QLatin1Char(';') + options);
-    const bool open = database.open();
+    const bool open = openTrusted(database);
     database.setConnectOptions(options);
     if (open && liftable && limited == Limited::Connecting)
         liftQueryLimits(database);
@@ -181,7 +145,7 @@ bool openWithin(QSqlDatabase &database, int seconds, Limited limited)
 
 void limitReconnect(const QSqlDatabase &database, int seconds)
 {
-    const unsigned limit = static_cast<unsigned>(seconds);
+    const auto limit = static_cast<unsigned>(seconds);
     setOption(database, MYSQL_OPT_CONNECT_TIMEOUT, &limit);
 }
 

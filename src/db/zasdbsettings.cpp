@@ -1,5 +1,6 @@
 #include "db/zasdbsettings.h"
 
+#include "db/servercertificate.h"
 #include "db/varstable.h"
 
 #include <QDebug>
@@ -35,7 +36,7 @@ void ZasDbSettings::setDB(const QSqlDatabase &db)
 
 bool ZasDbSettings::openDB()
 {
-    if (database.open())
+    if (openTrusted(database))
         return true;
     if (database.lastError().isValid())
         logError("ZasDbSettings Database Error:", database.lastError().text());

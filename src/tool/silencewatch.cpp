@@ -1,5 +1,7 @@
 #include "tool/silencewatch.h"
 
+#include "db/servercertificate.h"
+
 #include <QSqlError>
 
 #include <system_error>
@@ -18,7 +20,7 @@ bool isAnswering(ConnectionOptions options)
     {
         options.waitsForAnswers = false;
         QSqlDatabase db = options.addDatabase(name, ConnectionOptions::OnLoss::Fail);
-        if (!db.open())
+        if (!openTrusted(db))
             error = db.lastError().nativeErrorCode().toInt();
     }
     QSqlDatabase::removeDatabase(name);

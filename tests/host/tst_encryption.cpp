@@ -76,6 +76,18 @@ private Q_SLOTS:
         program.start(arguments("serve", user, options));
         QTRY_COMPARE_WITH_TIMEOUT(schema->value("SELECT COUNT(*) FROM emails").toInt(), 1,
                                   patienceMs);
+
+        // The scan's own connection does not reconnect by itself: nobody would check that server.
+        server->restart();
+        const TestDatabase later(TestDatabase::Tables::Schema);
+        addPeople(later, 1);
+        enableDailyReport(later, "a@firma.sk");
+        info->addSchemas({"later"}, later.name());
+        info->exec("UPDATE `schemas` SET user = '" + user + "'");
+        program.send(SIGHUP);
+        QTRY_COMPARE_WITH_TIMEOUT(later.value("SELECT COUNT(*) FROM emails").toInt(), 1,
+                                  patienceMs);
+        info->exec("DELETE FROM `schemas` WHERE token = 'later'");
         program.send(SIGTERM);
         QVERIFY(program.ended());
         QCOMPARE(program.exitCode(), 0);
@@ -119,6 +131,22 @@ private Q_SLOTS:
         plain.start(arguments("check", TestServer::user, ""));
         QVERIFY(plain.ended());
         QVERIFY(plain.output().contains("the connection is not encrypted"));
+    }
+
+    /// The last one, as tests find the server that was started last.
+    void refusesServerWithoutEncryption()
+    {
+        const OwnServer plain({"--skip-ssl"});
+        const TestDatabase database(TestDatabase::Tables::Info);
+        for (const QString command : {"serve", "check"}) {
+            HostProgram program;
+            program.start(QStringList{command, "--db-ca", file("ours.pem")} +
+                          TestServer::options(database.name()));
+            QVERIFY(program.ended());
+            QVERIFY(program.exitCode() != 0);
+            QVERIFY2(program.log.contains("certificate signed by --db-ca?"),
+                     qPrintable(program.log));
+        }
     }
 
 private:

@@ -1,0 +1,80 @@
+#include "db/servercertificate.h"
+
+#include "db/clientlibrary.h"
+#include "db/serverconnection.h"
+#include "db/serversocket.h"
+
+#include <QSqlDriver>
+#include <QSqlError>
+
+namespace
+{
+
+// OpenSSL's functions, which the client library links.
+using VerifyResult = long (*)(const void *session);
+using ErrorText = const char *(*)(long result);
+
+const QLatin1String tlsError("2026"); // the client library's number
+
+/// How MARIADB_TLS begins. Its own header includes one that the distribution does not install.
+struct TlsHead {
+    void *data;
+    MARIADB_PVIO *io;
+    void *session;
+};
+
+/// Gives access to how a driver reports its errors.
+struct Driver : QSqlDriver {
+    using QSqlDriver::setLastError;
+};
+
+bool namesAuthority(const QSqlDatabase &database)
+{
+    return database.connectOptions().contains(QLatin1String("SSL_CA="));
+}
+
+/// Returns what is wrong with the server's certificate; an empty text if nothing is. OpenSSL checks
+/// it in every handshake and leaves it to its callers to ask for the result.
+QString certificateError(const QSqlDatabase &database)
+{
+    const MYSQL *connection = clientHandle(database);
+    if (!connection || !isMariaDb(database)) // MySQL's library refuses by itself
+        return QString();
+    const MARIADB_PVIO *io = connection->net.pvio;
+    const auto *tls = reinterpret_cast<const TlsHead *>(io ? io->ctls : nullptr);
+    if (!tls)
+        return QStringLiteral("the connection is not encrypted");
+    const auto result =
+        reinterpret_cast<VerifyResult>(clientFunction(database, "SSL_get_verify_result"));
+    const auto text =
+        reinterpret_cast<ErrorText>(clientFunction(database, "X509_verify_cert_error_string"));
+    if (!result || !text || tls->io != io)
+        return QStringLiteral("the client library does not reveal the server's certificate");
+    const long found = result(tls->session);
+    return found == 0 ? QString() : QString::fromLatin1(text(found));
+}
+
+} // namespace
+
+bool openTrusted(QSqlDatabase &database)
+{
+    if (!database.open())
+        return false;
+    if (!namesAuthority(database))
+        return true;
+    const QString error = certificateError(database);
+    if (error.isEmpty()) {
+        forbidReconnect(database);
+        return true;
+    }
+    database.close();
+    (database.driver()->*(&Driver::setLastError))(QSqlError(
+        QStringLiteral("QMYSQL: Unable to connect"), QStringLiteral("TLS/SSL error: %1").arg(error),
+        QSqlError::ConnectionError, tlsError));
+    return false;
+}
+
+bool isUsable(const QSqlDatabase &database)
+{
+    return database.isOpen() && (!namesAuthority(database) || serverAnswers(database));
+}
