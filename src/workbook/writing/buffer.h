@@ -27,6 +27,9 @@ public:
 
     void grow(std::size_t bytes) { length += bytes; }
 
+    /** Puts eight bytes where the next ones go; as many are appended as grow() then takes. */
+    void put64(std::uint64_t value) { store<8>(room(8), value); }
+
     Buffer &append(std::string_view bytes)
     {
         std::memcpy(room(bytes.size()), bytes.data(), bytes.size());

@@ -9,6 +9,13 @@
 namespace workbook
 {
 
+namespace
+{
+
+constexpr std::string_view valueTag = "\"><v>";
+
+} // namespace
+
 XlsxSheet::XlsxSheet(const BookData &bookData, const SheetData &sheetData,
                      const StyleTable &styleTable, const SharedStrings &sharedStrings,
                      ZipWriter &zipWriter)
@@ -36,7 +43,7 @@ void XlsxSheet::write(bool isFirst)
     xml << "</sheetData>";
     printing();
     xml << "</worksheet>";
-    zip.append(xml.view());
+    flush();
 }
 
 void XlsxSheet::dimension()
@@ -104,16 +111,36 @@ void XlsxSheet::prepareTags()
 void XlsxSheet::rows()
 {
     prepareTags();
+    phraseBegin = xml.size();
     forEachRow(sheet, [this](const RowSpan &span) {
         row(span);
-        flushChunk(xml, zip);
+        if (xml.size() >= chunkBytes)
+            flush();
     });
+}
+
+void XlsxSheet::flush()
+{
+    zip.append(xml.view(), phrases);
+    xml.clear();
+    phrases.clear();
+    phraseBegin = 0;
+}
+
+/** From phraseBegin to here a row above is the same: no number of a row, no value. */
+void XlsxSheet::endPhrase()
+{
+    phrases.push_back({phraseBegin, xml.size()});
 }
 
 void XlsxSheet::row(const RowSpan &span)
 {
     const std::string name = std::to_string(span.number + 1);
-    xml << "<row r=\"" << name << "\"";
+    xml << "<row r=\"";
+    endPhrase();
+    xml << name;
+    phraseBegin = xml.size();
+    xml << "\"";
     if (const RowData *properties = span.properties) {
         if (properties->format != 0)
             xml << " s=\"" << styles.indexOf(properties->format) << R"(" customFormat="1")";
@@ -121,52 +148,58 @@ void XlsxSheet::row(const RowSpan &span)
             << (properties->hidden ? " hidden=\"1\"" : "") << " customHeight=\"1\"";
     }
     xml << ">";
-    const std::string valueBegin = name + "\"><v>";
     for (const Cell *next = span.first; next != span.last; ++next)
-        cell(*next, valueBegin);
+        cell(*next, name);
     xml << "</row>";
 }
 
 // In this order of attributes, what neighbouring cells or rows have in common is in one piece,
 // which makes files smaller.
-void XlsxSheet::cell(const Cell &cell, std::string_view valueBegin)
+void XlsxSheet::cell(const Cell &cell, std::string_view rowName)
 {
-    constexpr std::string_view emptied = "><v>";
     const bool isText = cell.kind() == CellKind::Text;
     xml << (isText ? textTags : otherTags)[cell.format] << columnNames[cell.column];
+    endPhrase();
+    xml << rowName;
+    std::string_view closing = "</v></c>";
     switch (cell.kind()) {
     case CellKind::Number:
-        xml << valueBegin << cell.number << "</v></c>";
+        xml << valueTag << cell.number;
         break;
     case CellKind::Text:
-        xml << valueBegin << strings.numberOf(cell.index) << "</v></c>";
+        xml << valueTag << strings.numberOf(cell.index);
         break;
     case CellKind::Formula:
-        xml << valueBegin.substr(0, valueBegin.size() - emptied.size());
-        formula(cell);
+        closing = formula(cell);
         break;
     case CellKind::Blank:
     case CellKind::Erased:
-        xml << valueBegin.substr(0, valueBegin.size() - emptied.size()) << "/>";
+        closing = "\"/>";
     }
+    phraseBegin = xml.size();
+    xml << closing;
 }
 
-/** Leaves out a value that is unknown: programs then calculate it instead of showing a wrong one.
+/**
+ * Leaves out a value that is unknown: programs then calculate it instead of showing a wrong one.
+ * Returns what closes the cell.
  */
-void XlsxSheet::formula(const Cell &cell)
+std::string_view XlsxSheet::formula(const Cell &cell)
 {
-    auto parsed = parseFormula(book.formulas.at(cell.index));
+    const std::u16string_view text = book.formulas.at(cell.index);
+    auto parsed = parseFormula(text);
     const FormulaValue value =
         parsed ? evaluator.valueOf(cell, std::move(*parsed)) : FormulaValue{};
-    const bool isNumber = value.kind == FormulaValue::Kind::Number;
     const bool isError = value.kind == FormulaValue::Kind::DivisionByZero ||
                          value.kind == FormulaValue::Kind::Overflow;
-    xml << (isError ? " t=\"e\"><f>" : "><f>") << book.formulas.at(cell.index) << "</f>";
-    if (isNumber)
-        xml << "<v>" << value.number << "</v>";
+    xml << (isError ? R"(" t="e"><f>)" : "\"><f>") << text;
     if (isError)
-        xml << (value.kind == FormulaValue::Kind::Overflow ? "<v>#NUM!</v>" : "<v>#DIV/0!</v>");
-    xml << "</c>";
+        xml << "</f><v>" << (value.kind == FormulaValue::Kind::Overflow ? "#NUM!" : "#DIV/0!");
+    else if (value.kind == FormulaValue::Kind::Number)
+        xml << "</f><v>" << value.number;
+    else
+        return "</f></c>";
+    return "</v></c>";
 }
 
 void XlsxSheet::printing()

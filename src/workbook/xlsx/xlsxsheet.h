@@ -4,6 +4,7 @@
 #include "workbook/model/cellstore.h"
 #include "workbook/model/model.h"
 #include "workbook/writing/sheetlayout.h"
+#include "workbook/xlsx/deflater.h"
 #include "workbook/xlsx/xmltext.h"
 
 #include <optional>
@@ -33,8 +34,10 @@ private:
     void columns();
     void rows();
     void row(const RowSpan &span);
-    void cell(const Cell &cell, std::string_view valueBegin);
-    void formula(const Cell &cell);
+    void cell(const Cell &cell, std::string_view rowName);
+    std::string_view formula(const Cell &cell);
+    void endPhrase();
+    void flush();
     void printing();
     void prepareTags();
 
@@ -46,6 +49,8 @@ private:
     const std::optional<UsedRange> used;
     Evaluator evaluator;
     XmlText xml;
+    std::vector<Phrase> phrases; // of xml
+    std::size_t phraseBegin = 0;
     std::vector<std::string> columnNames;
     std::vector<std::string> textTags;  // "<c t=\"s\" s=\"1\" r=\"", by format of the model
     std::vector<std::string> otherTags; // the same without the type

@@ -104,7 +104,6 @@ XmlText &XmlText::appendHundredths(long long hundredths)
 
 void flushChunk(XmlText &xml, ZipWriter &zip)
 {
-    constexpr std::size_t chunkBytes = 0x10000;
     if (xml.size() < chunkBytes)
         return;
     zip.append(xml.view());

@@ -70,6 +70,9 @@ private:
     Buffer buffer;
 };
 
+/** This much XML is worth moving into the archive. */
+constexpr std::size_t chunkBytes = 0x10000;
+
 /** Moves the text into the archive's open entry when there is a chunk of it. */
 void flushChunk(XmlText &xml, ZipWriter &zip);
 

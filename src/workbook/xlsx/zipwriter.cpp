@@ -4,9 +4,7 @@
 #include "workbook/writing/bytesink.h"
 
 #include <algorithm>
-#include <array>
 #include <limits>
-#include <new>
 
 #include <zlib.h>
 
@@ -31,61 +29,12 @@ constexpr unsigned methodDeflate = 8;
 constexpr unsigned firstDate = (1U << 5U) | 1U; // 1 January 1980
 constexpr std::uint64_t signatureBytes = 4;
 
-// Level 6 spends nearly all its time in long hash chains, which sheets of short similar tags build
-// up without a gain; a limit of 16 halves the time and costs 2 % in size.
-constexpr int level = 6;
-constexpr int rawDeflateWindow = -15;
-constexpr int memoryLevel = 8;
-constexpr int goodLength = 16;
-constexpr int maxLazy = 32;
-constexpr int niceLength = 64;
-constexpr int maxChain = 16;
-
 } // namespace
-
-// From where all other memory comes.
-static void *allocate(void * /*owner*/, uInt items, uInt bytes)
-{
-    const std::size_t size = std::size_t{items} * bytes;
-    return ::operator new(size, std::nothrow);
-}
-
-static void release(void * /*owner*/, void *block)
-{
-    ::operator delete(block);
-}
-
-struct ZipWriter::Deflater {
-    Deflater()
-    {
-        stream.zalloc = allocate;
-        stream.zfree = release;
-        ready = deflateInit2(&stream, level, Z_DEFLATED, rawDeflateWindow, memoryLevel,
-                             Z_DEFAULT_STRATEGY) == Z_OK;
-    }
-    ~Deflater() { deflateEnd(&stream); }
-    Deflater(const Deflater &) = delete;
-    Deflater &operator=(const Deflater &) = delete;
-
-    /** Before each entry: a reset takes the tuning back, too. */
-    void restart()
-    {
-        ready = ready && deflateReset(&stream) == Z_OK &&
-                deflateTune(&stream, goodLength, maxLazy, niceLength, maxChain) == Z_OK;
-    }
-
-    z_stream stream{};
-    std::array<char, 0x10000> packed{};
-    bool ready = false;
-};
 
 ZipWriter::ZipWriter(ByteSink &target)
     : sink(target)
-    , deflater(std::make_unique<Deflater>())
 {
 }
-
-ZipWriter::~ZipWriter() = default;
 
 void ZipWriter::checkRange(std::uint64_t value)
 {
@@ -103,9 +52,6 @@ void ZipWriter::appendCommonHeader(Buffer &out, const Entry &entry)
 
 void ZipWriter::begin(std::string_view name)
 {
-    deflater->restart();
-    if (!deflater->ready)
-        sink.fail();
     Entry entry;
     entry.name = name;
     entry.offset = sink.size();
@@ -116,38 +62,28 @@ void ZipWriter::begin(std::string_view name)
     entries.push_back(std::move(entry));
 }
 
-void ZipWriter::append(std::string_view bytes)
+void ZipWriter::append(std::string_view bytes, const std::vector<Phrase> &phrases)
 {
     Entry &entry = entries.back();
     const auto *data = reinterpret_cast<const Bytef *>(bytes.data());
     entry.checksum = static_cast<std::uint32_t>(crc32_z(entry.checksum, data, bytes.size()));
     entry.plainBytes += bytes.size();
-    deflate(bytes, Z_NO_FLUSH);
+    if (sink.ok())
+        deflater.append(bytes, phrases);
+    appendPacked();
 }
 
-void ZipWriter::deflate(std::string_view bytes, int flush)
+void ZipWriter::appendPacked()
 {
-    z_stream &stream = deflater->stream;
-    do {
-        const std::size_t step =
-            std::min<std::size_t>(bytes.size(), std::numeric_limits<uInt>::max());
-        stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(bytes.data()));
-        stream.avail_in = static_cast<uInt>(step);
-        bytes.remove_prefix(step);
-        do {
-            stream.next_out = reinterpret_cast<Bytef *>(deflater->packed.data());
-            stream.avail_out = static_cast<uInt>(deflater->packed.size());
-            ::deflate(&stream, flush);
-            const std::size_t packed = deflater->packed.size() - stream.avail_out;
-            sink.append({deflater->packed.data(), packed});
-            entries.back().packedBytes += packed;
-        } while (sink.ok() && stream.avail_out == 0);
-    } while (sink.ok() && !bytes.empty());
+    sink.append(deflater.packed());
+    entries.back().packedBytes += deflater.packed().size();
+    deflater.clear();
 }
 
 void ZipWriter::end()
 {
-    deflate({}, Z_FINISH);
+    deflater.finish();
+    appendPacked();
     const Entry &entry = entries.back();
     checkRange(std::max(entry.packedBytes, entry.plainBytes));
     Buffer header;

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "workbook/xlsx/deflater.h"
+
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,13 +25,15 @@ class ZipWriter
 {
 public:
     explicit ZipWriter(ByteSink &sink);
-    ~ZipWriter();
     ZipWriter(const ZipWriter &) = delete;
     ZipWriter &operator=(const ZipWriter &) = delete;
 
     /** `name` is ASCII with "/" between folders and unique in the archive. */
     void begin(std::string_view name);
-    void append(std::string_view bytes);
+
+    /** `phrases` are what is known of `bytes`: see Deflater::append. */
+    void append(std::string_view bytes, const std::vector<Phrase> &phrases = {});
+
     void end();
 
     /** Adds a whole entry. */
@@ -46,14 +49,13 @@ private:
         std::uint64_t plainBytes = 0;
         std::uint32_t checksum = 0;
     };
-    struct Deflater;
 
     static void appendCommonHeader(Buffer &out, const Entry &entry);
-    void deflate(std::string_view bytes, int flush);
+    void appendPacked();
     void checkRange(std::uint64_t value);
 
     ByteSink &sink;
-    std::unique_ptr<Deflater> deflater;
+    Deflater deflater;
     std::vector<Entry> entries;
 };
 

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "workbook/xlsx/bitwriter.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace workbook
+{
+
+/**
+ * A block of a deflate stream (RFC 1951) under construction: bytes, and copies of what was before
+ * them. They are kept until write(), because only then is it known which code suits them.
+ */
+class DeflateBlock
+{
+public:
+    static constexpr std::size_t minCopy = 3;
+    static constexpr std::size_t maxCopy = 258;
+    static constexpr std::size_t maxDistance = 32768;
+
+    DeflateBlock();
+
+    void byte(char byte)
+    {
+        const auto symbol = static_cast<unsigned char>(byte);
+        ++symbolCounts[symbol];
+        items[size++] = symbol;
+    }
+
+    /** `length` bytes, minCopy to maxCopy, as they are `distance` bytes before. */
+    void copy(std::size_t length, std::size_t distance)
+    {
+        const Item item = isCopy | static_cast<Item>((distance - 1) << 8U | (length - minCopy));
+        ++symbolCounts[firstLength + lengthClass(item).symbol];
+        ++distanceCounts[distanceClass(item).symbol];
+        items[size++] = item;
+    }
+
+    [[nodiscard]] bool full() const { return size == items.size(); }
+
+    /** Writes the block and begins the next. */
+    void write(BitWriter &out, bool isLast);
+
+private:
+    // A byte, or isCopy, 15 bits of distance - 1 and 8 bits of length - minCopy.
+    using Item = std::uint32_t;
+    static constexpr Item isCopy = 1U << 31U;
+
+    static constexpr std::size_t endOfBlock = 256;
+    static constexpr std::size_t firstLength = 257;
+    static constexpr std::size_t symbols = 286;
+    static constexpr std::size_t distances = 30;
+
+    /** Lengths and distances are sent as a symbol for a range of them and bits for the rest. */
+    struct Class {
+        unsigned symbol;
+        unsigned extraBits;
+        std::uint32_t extra;
+    };
+
+    /** Classes double in width after every `perWidth` of them, a power of two given as `bits`. */
+    static Class classOf(std::uint32_t value, unsigned bits)
+    {
+        const unsigned log = 31U - static_cast<unsigned>(__builtin_clz(value | 1U));
+        const unsigned extraBits = log > bits ? log - bits : 0;
+        return {(extraBits << bits) + (value >> extraBits), extraBits,
+                value & ((1U << extraBits) - 1)};
+    }
+    static Class lengthClass(Item item)
+    {
+        const Item length = item & 0xFFU;
+        return length == maxCopy - minCopy ? Class{28, 0, 0} : classOf(length, 2);
+    }
+    static Class distanceClass(Item item) { return classOf((item & ~isCopy) >> 8U, 1); }
+
+    std::vector<Item> items;
+    std::size_t size = 0;
+    std::array<std::uint32_t, symbols> symbolCounts{};
+    std::array<std::uint32_t, distances> distanceCounts{};
+};
+
+} // namespace workbook
