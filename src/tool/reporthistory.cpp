@@ -85,13 +85,27 @@ QDate inUseSince(const ReportHistory &report)
     return made.isValid() ? std::min(made, mailed->date) : mailed->date;
 }
 
-void judgeDays(ReportHistory &report, const QDate &today)
+/// Returns whether today's report should be there. `status` says so, or it has found something more
+/// urgent that keeps the report from being made.
+bool isMissedToday(const ReportStatus &status, const QDateTime &now)
+{
+    if (status.reason == QLatin1String("overdue"))
+        return true;
+    if (status.reason.isEmpty() || status.reason == QLatin1String("queue"))
+        return false;
+    const QVector<ScheduleRule> rules = scheduleRules(status.stored.settings, now);
+    return std::all_of(rules.cbegin(), rules.cend(), [](const ScheduleRule &rule) {
+        return rule.met || rule.otherwise == ScheduleVerdict::NoRecipients;
+    });
+}
+
+void judgeDays(ReportHistory &report, const QDateTime &now)
 {
     const QDate since = inUseSince(report);
-    const bool isOverdue = report.status.reason == QLatin1String("overdue");
+    const bool isMissed = isMissedToday(report.status, now);
     for (ReportDay &day : report.days) {
         const bool isExpected =
-            day.date == today ? isOverdue : since.isValid() && since <= day.date;
+            day.date == now.date() ? isMissed : since.isValid() && since <= day.date;
         if (day.queued > 0)
             day.state = day.waiting > 0 ? DayState::Waiting : DayState::Made;
         else if (report.status.stored.settings.enabled && isExpected)
@@ -151,7 +165,7 @@ QVector<ReportHistory> readHistory(const Schemas &schemas, const QString &token,
                               : connection.error;
     for (ReportHistory &report : reports) {
         if (error.isEmpty()) {
-            judgeDays(report, window.now.date());
+            judgeDays(report, window.now);
             continue;
         }
         report.days.clear();

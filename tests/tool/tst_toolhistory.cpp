@@ -28,6 +28,8 @@ private Q_SLOTS:
                set.arg("1699950602", "lastGenerated") + ";\n" + set.arg("09:00", "time"), "■■·");
         addRow("overdue", "12 S 7", longAgo, "■×××");
         addRow("first one overdue", "", set.arg("0", "lastGenerated"), "×");
+        addRow("nobody to mail since", "13 S 7",
+               set.arg("1699855202", "lastGenerated") + ";\n" + set.arg(" , ", "emails"), "■××");
         addRow("no mails left", "", set.arg("1699941602", "lastGenerated"), "××");
         addRow("off since", "12 S 7", set.arg("0", "enabled"), "■···");
         addRow("made by hand while off", "12 S 7,15 S 9", set.arg("0", "enabled"), "■··■");
