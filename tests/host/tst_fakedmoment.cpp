@@ -1,7 +1,7 @@
+#include "support/hostprogram.h"
 #include "support/reportbench.h"
 
 #include <QElapsedTimer>
-#include <QProcess>
 
 /// From the host's start to the queued mail, at critical moments.
 class TestFakedMoment : public ReportTest
@@ -100,38 +100,28 @@ private:
     /// At least two ticks of a host; its clock runs fast, so that the second one comes soon.
     void serveAt(const QDateTime &moment, const QString &language)
     {
-        QProcess host;
+        HostProgram host;
         QElapsedTimer timer;
         timer.start();
-        host.setProcessEnvironment(
+        host.start(
+            QStringList{"serve", "--single", "--language", language, "--debug", "1"} +
+                TestServer::options(bench->schema.name()),
             TestServer::environment(moment.toString("yyyy-MM-dd HH:mm:ss' x%1'").arg(speed)));
-        host.setProcessChannelMode(QProcess::MergedChannels);
-        host.start(AUTOREPORT_PROGRAM,
-                   QStringList{"serve", "--single", "--language", language, "--debug", "1"} +
-                       TestServer::options(bench->schema.name()));
-        QByteArray output;
-        const auto ticks = [&] {
-            return (output += host.readAll()).count("activateReports()");
-        };
-        QTRY_VERIFY_WITH_TIMEOUT(ticks() >= 2 || host.state() == QProcess::NotRunning, patienceMs);
-        host.terminate();
-        host.waitForFinished(patienceMs);
+        const bool ticked = host.logs("activateReports()", 2);
+        QVERIFY(host.stops());
         served = timer.elapsed() * speed / 1000 + 1;
-        QVERIFY2(ticks() >= 2 && host.exitCode() == 0 && !output.contains("CRITICAL"), output);
+        QVERIFY2(ticked && !host.log.contains("CRITICAL"), qPrintable(host.log));
     }
 
     QJsonObject preview(const QString &kind, const QDate &day, const QString &language) const
     {
-        QProcess tool;
-        tool.setProcessEnvironment(TestServer::environment());
+        HostProgram tool;
         const QString file = bench->temporary.filePath(kind + ".xlsx");
         const QString arguments("preview %1 %2 --date %3 --single --language %4 --out %5");
         const QString date = day.toString(Qt::ISODate);
-        tool.start(AUTOREPORT_PROGRAM,
-                   arguments.arg(bench->schema.name(), kind, date, language, file).split(' ') +
-                       TestServer::options(bench->schema.name()));
-        return tool.waitForFinished(patienceMs) && tool.exitCode() == 0 ? readSheet(file)
-                                                                        : QJsonObject();
+        tool.start(arguments.arg(bench->schema.name(), kind, date, language, file).split(' ') +
+                   TestServer::options(bench->schema.name()));
+        return tool.succeeded() ? readSheet(file) : QJsonObject();
     }
 
     static QJsonArray expectedRow(int uid, int day)

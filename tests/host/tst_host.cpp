@@ -1,13 +1,11 @@
-#include "support/hostprogram.h"
-#include "support/reportbench.h"
-#include "support/testhost.h"
+#include "host/hosttest.h"
 
 #include <QDir>
 #include <QLibraryInfo>
 #include <QRegularExpression>
 
 // The program as a process, judged by its output and its exit status alone.
-class TestProgram : public ReportTest
+class TestProgram : public HostTest
 {
     Q_OBJECT
 
@@ -90,8 +88,8 @@ private Q_SLOTS:
         const QString file = bench->temporary.filePath("passwd"); // open to all in /etc
         writeFile(file, "[database]\npassword=secret\n");
         QVERIFY(QFile::setPermissions(file, QFile::ReadOwner));
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("CREDENTIALS_DIRECTORY", bench->temporary.path());
+        environment.remove("AUTOREPORT_DB_PASSWORD");
         program->start({"serve", "--config", file}, environment);
         QVERIFY(program->ended());
         QCOMPARE(program->exitCode(), 1);
@@ -113,18 +111,12 @@ private Q_SLOTS:
         QFETCH(bool, noGlib);
         QFETCH(int, stopSignal);
         writeFile(bench->temporary.filePath("password"), "secret\r\nmore\n");
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("AUTOREPORT_DB_PASSWORD", "wrong");
         if (noGlib)
             environment.insert("QT_NO_GLIB", "1");
-        QStringList arguments{"serve", "--debug", "2", "--password-file",
-                              bench->temporary.filePath("password")};
-        if (single)
-            arguments << "--single";
-        program->start(arguments +
-                           TestServer::options(single ? bench->schema.name() : info->name()),
-                       environment);
-
+        const QStringList options{"--debug", "2", "--password-file",
+                                  bench->temporary.filePath("password")};
+        single ? serveSingle(options) : serve(options);
         QVERIFY(
             program->logs(single ? "AutoReport - is info db: NO" : "AutoReport - is info db: YES"));
         // The scan leaves a connection to the schema, which the host must remove.
@@ -133,11 +125,8 @@ private Q_SLOTS:
         QVERIFY(program->logs("INFO AutoReport - PAUSE\n"));
         program->send(SIGUSR2);
         QVERIFY(program->logs("INFO AutoReport - RESUME\n"));
-        program->send(stopSignal);
-        QVERIFY(program->logs("INFO Host - stopped\n"));
-        QVERIFY(program->ended());
-        QCOMPARE(program->exitCode(), 0);
-
+        QVERIFY(program->stops(stopSignal));
+        QVERIFY(program->log.contains("INFO Host - stopped\n"));
         QVERIFY(program->log.contains("AutoReport - STOP"));
         QCOMPARE(program->log.contains("_dbc_firm)"), !single); // offered for removal
         QVERIFY2(!program->log.contains("WARNING") && !program->log.contains("CRITICAL"),
@@ -154,17 +143,12 @@ private Q_SLOTS:
         for (int i = 0; i < 60; ++i)
             tokens << QString::number(i);
         info->addSchemas(tokens, bench->schema.name());
-        const QString connections = "SELECT COUNT(*) FROM information_schema.processlist WHERE "
-                                    "db = '%1' AND id <> CONNECTION_ID()";
-        const int before = bench->schema.value(connections.arg(bench->schema.name())).toInt();
-        program->start(QStringList{"serve", "--debug", "1"} + TestServer::options(info->name()));
+        const int before = bench->schema.connectionsIn("%");
+        serve({"--debug", "1"});
         QVERIFY(program->logs("active workers: 0 / 61 schemas checked"));
-        QTRY_COMPARE_WITH_TIMEOUT(
-            bench->schema.value(connections.arg(bench->schema.name())).toInt(), before, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench->schema.connectionsIn("%"), before, patienceMs);
         QVERIFY2(!program->log.contains("WARNING"), qPrintable(program->log));
-        program->send(SIGTERM);
-        QVERIFY(program->ended());
-        QCOMPARE(program->exitCode(), 0);
+        QVERIFY(program->stops());
     }
 
     void clearsOldWorkbooks()
@@ -187,18 +171,13 @@ private Q_SLOTS:
                                          QFileDevice::FileModificationTime));
         }
         QVERIFY(QDir().mkdir(folder.filePath("DennyReport_folder_" + past + ".xlsx")));
-        QProcessEnvironment environment = TestServer::environment();
-        environment.insert("TMPDIR", folder.path());
-        program->start(QStringList{"serve", "--clear-workbooks"} +
-                           TestServer::options(info->name()),
-                       environment);
+        serve({"--clear-workbooks"});
         QVERIFY(program->logs("Host - 2 workbooks of past months removed"));
         for (const QString &name : kept)
             QVERIFY2(folder.exists(name), qPrintable(name));
         QCOMPARE(folder.entryList(QDir::Files).size(), kept.size());
         QVERIFY(folder.exists("DennyReport_folder_" + past + ".xlsx"));
-        program->send(SIGTERM);
-        QVERIFY(program->ended());
+        QVERIFY(program->stops());
     }
 
     /// In single mode, the report is made in the thread to which the signals go.
@@ -207,29 +186,16 @@ private Q_SLOTS:
         addPeople(bench->schema, 1);
         enableDailyReport(bench->schema, "a@firma.sk");
         bench->schema.exec("LOCK TABLES atten WRITE");
-        program->start(QStringList{"serve", "--single"} +
-                       TestServer::options(bench->schema.name()));
+        serveSingle();
         QTRY_COMPARE_WITH_TIMEOUT(bench->schema.connectionsIn("Waiting for table%"), 1, patienceMs);
         program->send(SIGTERM);
         QVERIFY(program->logs("Host - stopping"));
         bench->schema.exec("UNLOCK TABLES");
-        QVERIFY(program->ended());
-        QCOMPARE(program->exitCode(), 0);
+        QVERIFY(program->succeeded());
         QVERIFY2(program->log.contains("interrupted, nothing saved and no mail!"),
                  qPrintable(program->log));
         QCOMPARE(bench->mails(), 0);
     }
-
-private:
-    void prepare() override
-    {
-        info = std::make_unique<TestDatabase>(TestDatabase::Tables::Info);
-        info->addSchemas({"firm"}, bench->schema.name());
-        program = std::make_unique<HostProgram>();
-    }
-
-    std::unique_ptr<TestDatabase> info;
-    std::unique_ptr<HostProgram> program;
 };
 
 QTEST_GUILESS_MAIN(TestProgram)

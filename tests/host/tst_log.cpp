@@ -1,13 +1,11 @@
-#include "support/hostprogram.h"
-#include "support/reportbench.h"
-#include "support/testhost.h"
+#include "host/hosttest.h"
 
 #include <QRegularExpression>
 
 #include <sys/stat.h>
 
 /// The log of a host as its operator reads it: on a terminal or in the service manager's journal.
-class TestLog : public ReportTest
+class TestLog : public HostTest
 {
     Q_OBJECT
 
@@ -29,12 +27,13 @@ private Q_SLOTS:
         enableBoth(bench->schema);
         const TestDatabase other(TestDatabase::Tables::Schema);
         enableBoth(other);
-        info->addSchemas({"firm"}, bench->schema.name());
         info->addSchemas({"second"}, other.name());
         environment.insert("TMPDIR", "/no/such");
-        serve(stream, {});
+        if (!stream.isEmpty())
+            environment.insert("JOURNAL_STREAM", streamOfLog(stream));
+        serve();
         QTRY_COMPARE_WITH_TIMEOUT(lines(": No such file or directory").size(), 4, patienceMs);
-        stop();
+        QVERIFY(program->stops());
         for (const char *token : {"firm", "second"}) {
             for (const char *report : {"DailyAttenReport", "MonthlyAttenReport"}) {
                 const QString line =
@@ -59,10 +58,9 @@ private Q_SLOTS:
     {
         QFETCH(QString, debug);
         enableBoth(bench->schema);
-        info->addSchemas({"firm"}, bench->schema.name());
-        serve({}, {"--debug", debug});
+        serve({"--debug", debug});
         QTRY_COMPARE_WITH_TIMEOUT(lines("run ended").size(), 2, patienceMs);
-        stop();
+        QVERIFY(program->stops());
         const QString line = "INFO firm: %1::makeReport\\(\\) - run ended after \\d+\\.\\d{3} s, "
                              "rows: %2, mails queued: 2$";
         const int days = QDate::currentDate().day();
@@ -75,42 +73,26 @@ private Q_SLOTS:
 private:
     void prepare() override
     {
-        info = std::make_unique<TestDatabase>(TestDatabase::Tables::Info);
-        environment = TestServer::environment();
-        environment.insert("TMPDIR", bench->temporary.path());
+        HostTest::prepare();
         log = bench->temporary.filePath("log");
         writeFile(log, {});
+        program->logTo(log);
     }
 
     static void enableBoth(const TestDatabase &schema)
     {
         addPeople(schema, 3);
-        enableDailyReport(schema, "a@firma.sk, b@firma.sk");
-        schema.exec("INSERT INTO vars SELECT REPLACE(name, 'Daily', 'Monthly'), value FROM vars");
+        enableBothReports(schema, "a@firma.sk, b@firma.sk");
     }
 
-    /// `stream` as the service manager names the log's file: "device:inode", or as it should not.
-    void serve(const QString &stream, const QStringList &options)
+    /// The log's file as the service manager names it: "device:inode", or as it should not.
+    QString streamOfLog(QString stream) const
     {
         struct stat file = {};
-        QCOMPARE(::stat(log.toLocal8Bit().constData(), &file), 0);
-        if (!stream.isEmpty())
-            environment.insert("JOURNAL_STREAM",
-                               QString(stream)
-                                   .replace("DEVICE", QString::number(file.st_dev))
-                                   .replace("INODE", QString::number(file.st_ino)));
-        host = std::make_unique<QProcess>();
-        host->setProcessEnvironment(environment);
-        host->setStandardErrorFile(log);
-        host->start(AUTOREPORT_PROGRAM,
-                    QStringList{"serve"} + options + TestServer::options(info->name()));
-    }
-
-    void stop()
-    {
-        host->terminate();
-        QVERIFY(host->waitForFinished(patienceMs));
-        QCOMPARE(host->exitCode(), 0);
+        if (::stat(log.toLocal8Bit().constData(), &file) != 0)
+            qFatal("test bench: no log");
+        return stream.replace("DEVICE", QString::number(file.st_dev))
+            .replace("INODE", QString::number(file.st_ino));
     }
 
     QStringList lines(const QString &pattern) const
@@ -120,9 +102,6 @@ private:
             .filter(QRegularExpression(pattern));
     }
 
-    std::unique_ptr<TestDatabase> info;
-    std::unique_ptr<QProcess> host;
-    QProcessEnvironment environment;
     QString log;
 };
 

@@ -1,6 +1,4 @@
-#include "support/hostprogram.h"
-#include "support/reportbench.h"
-#include "support/testhost.h"
+#include "host/hosttest.h"
 
 #include <QRegularExpression>
 
@@ -28,7 +26,7 @@ int freePort()
 
 } // namespace
 
-class TestMetrics : public ReportTest
+class TestMetrics : public HostTest
 {
     Q_OBJECT
 
@@ -36,9 +34,8 @@ private Q_SLOTS:
     void countsRuns()
     {
         addPeople(bench->schema, 1);
-        enable(bench->schema, "a@firma.sk, b@firma.sk");
-        info->addSchemas({"firm"}, bench->schema.name());
-        start();
+        enableBothReports(bench->schema, "a@firma.sk, b@firma.sk");
+        serve({"--metrics", place});
         QVERIFY(shows(R"(autoreport_reports_made_total{kind="daily"} 1)"));
         QVERIFY(shows(R"(autoreport_reports_made_total{kind="monthly"} 1)"));
         QVERIFY(shows(R"(autoreport_mails_queued_total{kind="daily"} 2)"));
@@ -54,9 +51,7 @@ private Q_SLOTS:
         QVERIFY(shows(oldest + bench->schema.value("SELECT MIN(created) FROM emails").toString()));
         judgedByPromtool();
         documentsNameWhatIsServed();
-        program->send(SIGTERM);
-        QVERIFY(program->ended());
-        QCOMPARE(program->exitCode(), 0);
+        QVERIFY(program->stops());
     }
 
     void namesCauses_data()
@@ -74,9 +69,10 @@ private Q_SLOTS:
         QFETCH(QString, temporary);
         QFETCH(QString, cause);
         addPeople(bench->schema, 1);
-        enable(bench->schema, "a@firma.sk");
+        enableBothReports(bench->schema, "a@firma.sk");
         bench->schema.exec(change);
-        start(bench->schema.name(), {"--single"}, temporary);
+        environment.insert("TMPDIR", temporary);
+        serveSingle({"--metrics", place});
         for (const QString kind : {"daily", "monthly"}) {
             const QString line = R"(autoreport_reports_failed_total{kind="%1",cause="%2"} 1)";
             QVERIFY2(shows(line.arg(kind, cause)), qPrintable(shown));
@@ -95,8 +91,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, address);
         QFETCH(QString, text);
-        program->start(QStringList{"serve", "--metrics", address} +
-                       TestServer::options(info->name()));
+        serve({"--metrics", address});
         QVERIFY(program->ended());
         QVERIFY2(program->log.contains(text), qPrintable(program->log));
         QVERIFY(program->exitCode() != 0);
@@ -105,26 +100,9 @@ private Q_SLOTS:
 private:
     void prepare() override
     {
-        info = std::make_unique<TestDatabase>(TestDatabase::Tables::Info);
-        program = std::make_unique<HostProgram>();
+        HostTest::prepare();
         place = "127.0.0.1:" + QString::number(freePort());
         shown.clear();
-    }
-
-    static void enable(const TestDatabase &schema, const QString &recipients)
-    {
-        enableDailyReport(schema, recipients);
-        schema.exec("INSERT INTO vars SELECT REPLACE(name, 'Daily', 'Monthly'), value FROM vars");
-    }
-
-    void start() { start(info->name(), {}, bench->temporary.path()); }
-    void start(const QString &database, const QStringList &options, const QString &temporary)
-    {
-        QProcessEnvironment environment = TestServer::environment();
-        environment.insert("TMPDIR", temporary);
-        program->start(QStringList{"serve", "--metrics", place} + options +
-                           TestServer::options(database),
-                       environment);
     }
 
     /// Waits until a line begins like that. Read by another program than the one that writes it.
@@ -174,8 +152,6 @@ private:
         }
     }
 
-    std::unique_ptr<TestDatabase> info;
-    std::unique_ptr<HostProgram> program;
     QString place;
     QString shown; ///< the metrics as last read
 };

@@ -1,6 +1,4 @@
-#include "support/hostprogram.h"
-#include "support/reportbench.h"
-#include "support/testhost.h"
+#include "host/hosttest.h"
 
 #include <QRegularExpression>
 
@@ -55,27 +53,25 @@ private:
     QString received;
 };
 
-class TestService : public ReportTest
+class TestService : public HostTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void tellsItsState()
     {
-        TestDatabase info(TestDatabase::Tables::Info);
-        QStringList tokens{"firm"};
+        QStringList tokens;
         for (int i = 0; i < 60; ++i)
             tokens << QString::number(i) + "/none";
-        info.addSchemas(tokens, bench->schema.name());
-        info.exec("UPDATE `schemas` SET status = 0 WHERE token = 'firm'");
-        program->start(QStringList{"serve", "--debug", "1"} + TestServer::options(info.name()),
-                       environment);
+        info->addSchemas(tokens, bench->schema.name());
+        info->exec("UPDATE `schemas` SET status = 0 WHERE token = 'firm'");
+        serve({"--debug", "1"});
         QVERIFY(manager->takes("READY=1"));
         QVERIFY(program->readLog().contains("active workers: 0 / 60"));
         QVERIFY(manager->takes("STATUS=serving 0 schemas, last scan "));
 
         enableDailyReport(bench->schema);
-        info.exec("UPDATE `schemas` SET status = IF(token = 'firm', 1, 0)");
+        info->exec("UPDATE `schemas` SET status = IF(token = 'firm', 1, 0)");
         program->send(SIGHUP);
         QVERIFY(manager->takes("RELOADING=1\nMONOTONIC_USEC="));
         QVERIFY(manager->takes("READY=1"));
@@ -91,22 +87,19 @@ private Q_SLOTS:
 
         program->send(SIGTERM);
         QVERIFY(manager->takes("STOPPING=1"));
-        QVERIFY(program->ended());
-        QCOMPARE(program->exitCode(), 0);
+        QVERIFY(program->succeeded());
     }
 
     void countsProblems()
     {
-        TestDatabase info(TestDatabase::Tables::Info);
-        info.addSchemas({"gone"}, "no_such_database");
-        program->start(QStringList{"serve"} + TestServer::options(info.name()), environment);
+        info->addSchemas({"gone"}, "no_such_database");
+        serve();
         QVERIFY(manager->takes("READY=1"));
         program->readLog();
         const int lines = program->log.count(QRegularExpression(" (WARNING|CRITICAL) "));
         QVERIFY(lines > 0);
         QVERIFY(manager->takes(QString(", %1 problem").arg(lines)));
-        program->send(SIGTERM);
-        QVERIFY(program->ended());
+        QVERIFY(program->stops());
     }
 
     /// With one schema the report is made in the thread that the watchdog watches.
@@ -116,32 +109,26 @@ private Q_SLOTS:
         enableDailyReport(bench->schema, "a@firma.sk");
         bench->schema.exec("LOCK TABLES atten WRITE");
         environment.insert("WATCHDOG_USEC", "300000");
-        program->start(QStringList{"serve", "--single"} + TestServer::options(bench->schema.name()),
-                       environment);
+        serveSingle();
         QTRY_COMPARE_WITH_TIMEOUT(bench->schema.connectionsIn("Waiting for table%"), 1, patienceMs);
         manager->clear();
         QVERIFY(!manager->takes("WATCHDOG=1", 1000));
         bench->schema.exec("UNLOCK TABLES");
         for (int i = 0; i < 5; ++i)
             QVERIFY(manager->takes("WATCHDOG=1"));
-        program->send(SIGTERM);
-        QVERIFY(program->ended());
-        QCOMPARE(program->exitCode(), 0);
+        QVERIFY(program->stops());
     }
 
 private:
     void prepare() override
     {
-        program = std::make_unique<HostProgram>();
+        HostTest::prepare();
         const QString path = bench->temporary.filePath("notify");
         manager = std::make_unique<NotifySocket>(path);
-        environment = TestServer::environment();
         environment.insert("NOTIFY_SOCKET", path);
     }
 
-    QProcessEnvironment environment;
     std::unique_ptr<NotifySocket> manager;
-    std::unique_ptr<HostProgram> program;
 };
 
 QTEST_GUILESS_MAIN(TestService)

@@ -1,10 +1,8 @@
+#include "support/hostprogram.h"
 #include "support/testhost.h"
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QProcess>
-
-#include <csignal>
 
 /**
  * A host at work for long: reports made due again and again, the server restarted, pauses.
@@ -31,10 +29,9 @@ private Q_SLOTS:
         QProcessEnvironment environment =
             TestServer::environment(QString("2026-11-10 01:00:00 x%1").arg(speed));
         environment.insert("TMPDIR", server.folder.path());
-        host.setProcessEnvironment(environment);
-        host.setStandardErrorFile(log);
-        host.start(AUTOREPORT_PROGRAM,
-                   QStringList("serve") + TestServer::options(information.infoDatabase().name()));
+        host.logTo(log);
+        host.start(QStringList("serve") + TestServer::options(information.infoDatabase().name()),
+                   environment);
 
         QElapsedTimer elapsed;
         elapsed.start();
@@ -47,7 +44,7 @@ private Q_SLOTS:
             const bool pausing = rounds % 5 == 2;
             if (pausing) {
                 ++pauses;
-                signalHost(SIGUSR1);
+                host.send(SIGUSR1);
                 QTRY_COMPARE_WITH_TIMEOUT(logged("Worker - pause()"), pauses * count, patienceMs);
             }
             for (const auto &schema : schemas) {
@@ -57,7 +54,7 @@ private Q_SLOTS:
             if (pausing) {
                 QTest::qWait(2 * 60000 / speed); // two ticks
                 QCOMPARE(sums().at(1).toInt(), 0);
-                signalHost(SIGUSR2);
+                host.send(SIGUSR2);
             } else if (restarts < 2 && elapsed.elapsed() > lengthMs * (restarts + 1) / 3) {
                 server.restart();
                 for (const auto &schema : schemas)
@@ -78,9 +75,7 @@ private Q_SLOTS:
         QVERIFY(last.connections <= first.connections);
         QVERIFY(sanitized || last.memoryKiB < first.memoryKiB * 5 / 4);
 
-        host.terminate();
-        QVERIFY(host.waitForFinished(patienceMs));
-        QCOMPARE(host.exitCode(), 0);
+        QVERIFY(host.stops());
     }
 
 private:
@@ -94,11 +89,6 @@ private:
         int connections; ///< of the server, the bench's own among them
     };
 
-    void signalHost(int number) const
-    {
-        if (host.processId() > 0) // 0 would be our own process group
-            ::kill(pid_t(host.processId()), number);
-    }
     int logged(const char *part) const { return readFile(log).count(part); }
 
     /// mails, schemas with a report made, most mails of a schema
@@ -116,7 +106,7 @@ private:
 
     Holdings holdings() const
     {
-        const QString process = QString("/proc/%1/").arg(host.processId());
+        const QString process = QString("/proc/%1/").arg(host.id());
         const QString status = readFile(process + "status") + readFile(process + "smaps_rollup");
         const auto number = [&status](const QString &key) {
             return status.section("\n" + key + ":", 1).simplified().section(' ', 0, 0).toInt();
@@ -130,7 +120,7 @@ private:
     const OwnServer server;
     const QString log = server.folder.filePath("log");
     std::vector<std::unique_ptr<TestDatabase>> schemas;
-    QProcess host;
+    HostProgram host;
 };
 
 const bool longLimit = qputenv("QTEST_FUNCTION_TIMEOUT", "3600000"); // else five minutes

@@ -17,10 +17,8 @@ public:
     SilentRun(const QByteArray &statement, ServerWatch::Limits limits)
     {
         addPeople(schema, 2);
-        enableDailyReport(schema, "a@firma.sk");
-        schema.exec("INSERT INTO vars VALUES ('autoReport.MonthlyAtten.enabled', '1'), "
-                    "('autoReport.MonthlyAtten.emails', 'a@firma.sk');\n"
-                    "CREATE TRIGGER slow AFTER INSERT ON emails FOR EACH ROW DO SLEEP(4)");
+        enableBothReports(schema, "a@firma.sk");
+        schema.exec("CREATE TRIGGER slow AFTER INSERT ON emails FOR EACH ROW DO SLEEP(4)");
         relay.failAt({}, statement, Relay::Fault::Freeze);
         thread = std::thread([this, limits] { run(limits); });
     }
@@ -32,7 +30,7 @@ public:
     Q_DISABLE_COPY(SilentRun)
 
     int failures() const { return relay.failures(); }
-    int mails() const { return schema.value("SELECT COUNT(*) FROM emails").toInt(); }
+    int mails() const { return schema.mails(); }
     QString lineOfWatch() const
     {
         return QString("the server 127.0.0.1:%1 does not answer, connections broken off: 1")

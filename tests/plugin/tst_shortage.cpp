@@ -1,11 +1,7 @@
-#include "plugin/autoreport.h"
+#include "support/plugintest.h"
 
-#include "support/testhost.h"
-
-#include <QElapsedTimer>
 #include <QPointer>
 #include <QScopeGuard>
-#include <QThread>
 
 #include <atomic>
 
@@ -54,32 +50,15 @@ extern "C" Q_DECL_EXPORT int rename(const char *from, const char *to) noexcept
 }
 
 /// The plug-in on a machine that is short of something, or stuck.
-class TestShortage : public QObject
+class TestShortage : public PluginTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        qputenv("TMPDIR", temporary.path().toLocal8Bit());
-        log = std::make_unique<LogCapture>();
-        host = std::make_unique<TestHost>();
-        schema = std::make_unique<TestDatabase>(TestDatabase::Tables::Schema);
-        plugin = std::make_unique<AutoReport>();
-        plugin->setDBManager(host->manager());
-    }
-
-    void cleanup()
-    {
-        plugin.reset();
-        host.reset();
-        schema.reset();
-        log.reset();
-    }
-
     void tooFew_data()
     {
-        addColumns<int, int, QString, int, int>("descriptors", "threads", "line", "least", "most");
+        addColumns<int, int, QString, int, int>("descriptors", "threadLimit", "line", "least",
+                                                "most");
         addRow("file descriptors", 120, -1, "too few file descriptors left (ulimit -n)", 6, 29);
         addRow("threads", 0, 11, "no thread left for a worker", 10, 10); // one is the watch's
         addRow("no thread at all", 0, 0, "no thread left for a worker", 0, 0);
@@ -89,7 +68,7 @@ private Q_SLOTS:
     void tooFew()
     {
         QFETCH(int, descriptors);
-        QFETCH(int, threads);
+        QFETCH(int, threadLimit);
         QFETCH(QString, line);
         QFETCH(int, least);
         QFETCH(int, most);
@@ -100,28 +79,27 @@ private Q_SLOTS:
         rlimit limit = {};
         getrlimit(RLIMIT_NOFILE, &limit);
         const rlim_t all = limit.rlim_cur;
-        const auto plenty = qScopeGuard([&limit, all] {
+        const auto givePlenty = [&limit, all] {
             limit.rlim_cur = all;
             setrlimit(RLIMIT_NOFILE, &limit);
             threadsLeft = -1;
-        });
+        };
+        const auto plenty = qScopeGuard(givePlenty);
         if (descriptors > 0)
             limit.rlim_cur = rlim_t(fcntl(0, F_DUPFD, 0)) + rlim_t(descriptors);
         setrlimit(RLIMIT_NOFILE, &limit);
-        threadsLeft = threads;
+        threadsLeft = threadLimit;
         QVERIFY(plugin->start());
-        QTRY_COMPARE_WITH_TIMEOUT(logged(line), 1, patienceMs);
+        QVERIFY(logs(line));
         const int served = logged("worker created");
         QVERIFY2(served >= least && served <= most, qPrintable(QString::number(served)));
-        QCOMPARE(plugin->findChildren<QThread *>().size(), served);
-        QCOMPARE(logged("no thread to watch over servers"), threads == 0 ? 1 : 0);
-        QTRY_COMPARE_WITH_TIMEOUT(logged("AutoReportWorker initialized"), served, patienceMs);
+        QCOMPARE(threads(), served);
+        QCOMPARE(logged("no thread to watch over servers"), threadLimit == 0 ? 1 : 0);
+        QVERIFY(logs("AutoReportWorker initialized", served));
 
-        limit.rlim_cur = all;
-        setrlimit(RLIMIT_NOFILE, &limit);
-        threadsLeft = -1;
-        QMetaObject::invokeMethod(plugin.get(), "checkSchemas", Qt::DirectConnection);
-        QTRY_COMPARE_WITH_TIMEOUT(logged("AutoReportWorker initialized"), total, patienceMs);
+        givePlenty();
+        beginScan();
+        QVERIFY(logs("AutoReportWorker initialized", total));
         plugin->stop();
         QCOMPARE(logged("AutoReportWorker - stop()"), total);
         QCOMPARE(logged(line), 1);
@@ -140,36 +118,23 @@ private Q_SLOTS:
         const QPointer<QThread> thread = plugin->findChild<QThread *>("AutoReport_firma");
         QVERIFY(thread);
 
-        QElapsedTimer clock;
-        clock.start();
-        plugin->stop();
-        QVERIFY2(clock.elapsed() < stopMs, qPrintable(QString::number(clock.elapsed())));
+        stopWithin(stopMs);
         QCOMPARE(logged("thread 'AutoReport_firma' did not stop in time"), 1);
         QCOMPARE(logged("thread 'AutoReport_firma' cannot be ended and is left behind"), 1);
-        QVERIFY(plugin->findChildren<QThread *>().isEmpty());
+        QCOMPARE(threads(), 0);
 
         // Until then its connection has the name that a new worker would need.
         QVERIFY(plugin->start());
-        QTRY_COMPARE_WITH_TIMEOUT(logged("start() - duplicate connection name"), 1, patienceMs);
+        QVERIFY(logs("start() - duplicate connection name"));
         plugin->stop();
         QVERIFY(thread && thread->isRunning());
         diskStalled = false;
         QTRY_VERIFY_WITH_TIMEOUT(thread.isNull(), patienceMs);
-        QCOMPARE(mails(), 0);
+        QCOMPARE(schema->mails(), 0);
         QVERIFY(plugin->start());
-        QTRY_COMPARE_WITH_TIMEOUT(mails(), 1, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(schema->mails(), 1, patienceMs);
         plugin->stop();
     }
-
-private:
-    int logged(const QString &part) const { return log->countContaining(part); }
-    int mails() const { return schema->value("SELECT COUNT(*) FROM emails").toInt(); }
-
-    const QTemporaryDir temporary;
-    std::unique_ptr<LogCapture> log;
-    std::unique_ptr<TestHost> host;
-    std::unique_ptr<TestDatabase> schema;
-    std::unique_ptr<AutoReport> plugin;
 };
 
 QTEST_GUILESS_MAIN(TestShortage)

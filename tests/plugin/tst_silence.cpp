@@ -1,10 +1,7 @@
-#include "plugin/autoreport.h"
-
+#include "support/plugintest.h"
 #include "support/relay.h"
-#include "support/testhost.h"
 
 #include <QElapsedTimer>
-#include <QThread>
 
 constexpr int stopMs = 12000;
 
@@ -13,34 +10,17 @@ using Moments = QVector<QPair<QByteArray, int>>;
 Q_DECLARE_METATYPE(Moments)
 
 /// The plug-in while its server neither answers nor closes.
-class TestSilence : public QObject
+class TestSilence : public PluginTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        qputenv("TMPDIR", temporary.path().toLocal8Bit());
-        log = std::make_unique<LogCapture>();
-        relay = std::make_unique<Relay>(TestServer::port());
-        host = std::make_unique<TestHost>();
-        QSqlDatabase info = QSqlDatabase::database("KVH.InfoDB", false);
-        info.close();
-        info.setPort(relay->port());
-        host->manager()->setInfoDB(info);
-        QVERIFY(host->manager()->checkOpenDB(info));
-        plugin = std::make_unique<AutoReport>();
-        plugin->setDBManager(host->manager());
-    }
-
     void cleanup()
     {
         relay->thaw();
-        plugin.reset();
-        host.reset();
+        PluginTest::cleanup();
         relay.reset();
         schemas.clear();
-        log.reset();
     }
 
     void stopsWorkersThatWait_data()
@@ -73,16 +53,16 @@ private Q_SLOTS:
         addSchema();
         const int workers = static_cast<int>(schemas.size());
         QVERIFY(plugin->start());
-        QTRY_COMPARE_WITH_TIMEOUT(logged("worker created"), workers, patienceMs);
+        QVERIFY(logs("worker created", workers));
         QTRY_COMPARE_WITH_TIMEOUT(relay->failures(), workers - 1, patienceMs);
 
-        stopInTime();
+        stopWithin(stopMs);
         QCOMPARE(logged("did not stop in time"), 0);
         relay->thaw();
-        QTRY_COMPARE_WITH_TIMEOUT(plugin->findChildren<QThread *>().size(), 0, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(threads(), 0, patienceMs);
         QVERIFY(plugin->start());
-        for (const auto &schema : schemas)
-            QTRY_COMPARE_WITH_TIMEOUT(mails(*schema), 2, patienceMs);
+        for (const auto &database : schemas)
+            QTRY_COMPARE_WITH_TIMEOUT(database->mails(), 2, patienceMs);
         plugin->stop();
     }
 
@@ -105,48 +85,39 @@ private Q_SLOTS:
         QVERIFY(plugin->start()); // the scan comes a second later
         QElapsedTimer clock;
         clock.start();
-        QTRY_VERIFY_WITH_TIMEOUT(logged("the server does not answer: the scan ends") == 1,
-                                 patienceMs);
+        QVERIFY(logs("the server does not answer: the scan ends"));
         QVERIFY2(clock.elapsed() < stopMs, qPrintable(QString::number(clock.elapsed())));
         QVERIFY(!isScanning(*plugin));
-        stopInTime();
+        stopWithin(stopMs);
         relay->thaw();
         const int before = logged("AutoReportWorker initialized");
         QVERIFY(plugin->start());
-        QTRY_COMPARE_WITH_TIMEOUT(logged("AutoReportWorker initialized"), before + 3, patienceMs);
+        QVERIFY(logs("AutoReportWorker initialized", before + 3));
         plugin->stop();
     }
 
 private:
+    void prepare() override
+    {
+        relay = std::make_unique<Relay>(TestServer::port());
+        QSqlDatabase info = QSqlDatabase::database("KVH.InfoDB", false);
+        info.close();
+        info.setPort(relay->port());
+        host->manager()->setInfoDB(info);
+        QVERIFY(host->manager()->checkOpenDB(info));
+    }
+
     /// A schema with both reports due, for one recipient each.
     void addSchema()
     {
         schemas.push_back(std::make_unique<TestDatabase>(TestDatabase::Tables::Schema));
         addPeople(*schemas.back(), 2);
-        enableDailyReport(*schemas.back(), "a@firma.sk");
-        schemas.back()->exec("INSERT INTO vars VALUES ('autoReport.MonthlyAtten.enabled', '1'), "
-                             "('autoReport.MonthlyAtten.emails', 'a@firma.sk')");
+        enableBothReports(*schemas.back(), "a@firma.sk");
         host->addSchemas({QString("firma%1").arg(schemas.size())}, *schemas.back());
     }
-    void stopInTime() const
-    {
-        QElapsedTimer clock;
-        clock.start();
-        plugin->stop();
-        QVERIFY2(clock.elapsed() < stopMs, qPrintable(QString::number(clock.elapsed())));
-    }
-    int logged(const QString &part) const { return log->countContaining(part); }
-    static int mails(const TestDatabase &schema)
-    {
-        return schema.value("SELECT COUNT(*) FROM emails").toInt();
-    }
 
-    const QTemporaryDir temporary;
-    std::unique_ptr<LogCapture> log;
     std::unique_ptr<Relay> relay;
-    std::unique_ptr<TestHost> host;
     std::vector<std::unique_ptr<TestDatabase>> schemas;
-    std::unique_ptr<AutoReport> plugin;
 };
 
 QTEST_GUILESS_MAIN(TestSilence)

@@ -19,6 +19,10 @@ public:
         process.start(AUTOREPORT_PROGRAM, arguments);
     }
 
+    /// Writes standard error to a file instead, for the next start.
+    void logTo(const QString &path) { process.setStandardErrorFile(path); }
+    qint64 id() const { return process.processId(); }
+
     /// Nothing once the program has ended: its number is 0 then, our own process group's.
     void send(int signal) const
     {
@@ -35,14 +39,16 @@ public:
         return log += QString::fromUtf8(process.readAllStandardError());
     }
 
-    /// Returns whether the text appears in the log, before the program ends.
-    bool logs(const QString &text)
+    /// Returns whether the text appears in the log so often, before the program ends.
+    bool logs(const QString &text, int times = 1)
     {
         const auto over = [&] {
             return process.state() == QProcess::NotRunning;
         };
-        return QTest::qWaitFor([&] { return readLog().contains(text) || over(); }, patienceMs) &&
-               log.contains(text);
+        const auto seen = [&] {
+            return readLog().count(text) >= times;
+        };
+        return QTest::qWaitFor([&] { return seen() || over(); }, patienceMs) && seen();
     }
 
     /// Returns whether the program ended without being killed.
@@ -52,6 +58,22 @@ public:
             process.state() == QProcess::NotRunning || process.waitForFinished(patienceMs);
         readLog();
         return end && process.exitStatus() == QProcess::NormalExit;
+    }
+
+    /// Returns whether the program ended with success.
+    bool succeeded()
+    {
+        if (ended() && exitCode() == 0)
+            return true;
+        qWarning("exit code %d, log:\n%s", exitCode(), qUtf8Printable(log));
+        return false;
+    }
+
+    /// Ends the program by the signal. Returns whether it succeeded.
+    bool stops(int signal = SIGTERM)
+    {
+        send(signal);
+        return succeeded();
     }
 
     QString log;

@@ -23,11 +23,6 @@ void ReportBench::set(const QString &key, const QString &value) const
     schema.exec(QString("REPLACE INTO vars (name, value) VALUES ('%1', '%2')").arg(key, value));
 }
 
-int ReportBench::mails() const
-{
-    return schema.value("SELECT COUNT(*) FROM emails").toInt();
-}
-
 QVariant ReportBench::lastGenerated(const QString &report) const
 {
     return schema.value(

@@ -23,7 +23,7 @@ public:
     Q_DISABLE_COPY(ReportBench)
 
     void set(const QString &key, const QString &value) const;
-    int mails() const;
+    int mails() const { return schema.mails(); }
     /// Returns an invalid value if it was never stored.
     QVariant lastGenerated(const QString &report) const;
     /// Returns the path of the report of that month.

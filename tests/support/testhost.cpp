@@ -40,6 +40,13 @@ void enableDailyReport(const TestDatabase &schema, const QString &recipients)
     schema.exec(sql.arg(recipients));
 }
 
+void enableBothReports(const TestDatabase &schema, const QString &recipients)
+{
+    enableDailyReport(schema, recipients);
+    schema.exec("REPLACE INTO vars SELECT REPLACE(name, 'Daily', 'Monthly'), value FROM vars "
+                "WHERE name LIKE 'autoReport.DailyAtten.%'");
+}
+
 void makeDue(const TestDatabase &schema)
 {
     schema.exec("DELETE FROM emails;\nDELETE FROM vars WHERE name LIKE '%lastGenerated'");

@@ -38,6 +38,9 @@ private:
 /// Enables the daily report of a schema, due at the first tick. Without recipients, none is made.
 void enableDailyReport(const TestDatabase &schema, const QString &recipients = QString());
 
+/// The same for both reports.
+void enableBothReports(const TestDatabase &schema, const QString &recipients);
+
 /// Resets the schema to a state in which no report was made and no mail queued.
 void makeDue(const TestDatabase &schema);
 

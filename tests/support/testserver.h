@@ -74,6 +74,8 @@ public:
     QVector<QVariantList> rows(const QString &sql) const;
     /// Returns the first value of the first row; invalid without rows.
     QVariant value(const QString &sql) const;
+    /// Of a schema: returns how many mails are in its queue.
+    int mails() const { return value("SELECT COUNT(*) FROM emails").toInt(); }
     /// Returns how many connections to this database are in a state that matches.
     int connectionsIn(const QString &state) const;
 
