@@ -1,43 +1,15 @@
+#include "support/foreignmanager.h"
 #include "support/logcapture.h"
 #include "support/testdata.h"
 #include "support/testserver.h"
 
-#include <QHash>
-#include <QMutex>
 #include <QPluginLoader>
-#include <QSqlDatabase>
-#include <QVector>
 
 #include <array>
 #include <memory>
 
-/// A host's own declarations of what it shares with its plug-ins; none of the plug-in's headers.
 namespace foreign
 {
-
-struct Scheme {
-    QString name;
-    QString user;
-    QString pass;
-    QString token;
-};
-
-/// The connection manager as it lies in memory.
-struct Manager {
-    quint8 debugLevel = 0;
-    QHash<QString, Scheme> schemes;
-    QSqlDatabase info;
-    QSqlDatabase product;
-    QVector<QString> connections;
-    QVector<QString> unusedConnections;
-    bool closeInfoAfterUse = false;
-    bool infoOpen = false;
-    QString productConnection;
-    QString infoConnection = "KVH.InfoDB";
-    QMutex mutex;
-    QHash<QString, QString> second;
-    bool poolEnabled = true;
-};
 
 class Server
 {
@@ -109,6 +81,7 @@ private Q_SLOTS:
         } host;
         const auto behind = host.behind;
         foreign::Manager &manager = host.manager;
+        manager.infoConnection = "KVH.InfoDB";
         manager.info = TestServer::addConnection(manager.infoConnection, info->name());
         manager.infoOpen = manager.info.open();
         QVERIFY(manager.infoOpen);
@@ -116,7 +89,7 @@ private Q_SLOTS:
             serve(manager, round);
             if (QTest::currentTestFailed())
                 break;
-            QCOMPARE(mails(), round);
+            QCOMPARE(schema->mails(), round);
             // What the plug-in left in the manager is the host's to read, and without the module.
             QCOMPARE(manager.schemes.size(), 2);
             const foreign::Scheme scheme = manager.schemes.value("firma");
@@ -154,7 +127,7 @@ private:
         server->setDebugLevel(1);
         QVERIFY(server->start()); // the scan comes a second later
         QVERIFY(logs("active workers: 1 / 2 schemas checked (total schemas: 2)", round));
-        QTRY_COMPARE_WITH_TIMEOUT(mails(), round, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(schema->mails(), round, patienceMs);
         server->pause();
         QVERIFY(logs("AutoReportWorker - pause()", round));
         server->resume();
@@ -168,7 +141,6 @@ private:
     {
         return QTest::qWaitFor([&] { return log->countContaining(part) == times; }, patienceMs);
     }
-    int mails() const { return schema->value("SELECT COUNT(*) FROM emails").toInt(); }
 
     const QTemporaryDir temporary;
     std::unique_ptr<LogCapture> log;
