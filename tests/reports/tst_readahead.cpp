@@ -239,7 +239,6 @@ private Q_SLOTS:
         if (!company.isLarge)
             QCOMPARE(log, logByOne);
         QVERIFY(book.bytes(bench->temporary) == bookByOne.bytes(bench->temporary));
-        countOpen(company, data.people());
     }
 
     void statements_data()
@@ -283,12 +282,6 @@ private Q_SLOTS:
                 data.row(person, day);
         }
         QTEST(selects() - before, "expected");
-    }
-
-    void cleanupTestCase() const
-    {
-        printf("%d values, left open: %d by themselves, %d for all rows of a report\n", values,
-               openAlone, openForAll);
     }
 
 private:
@@ -338,32 +331,6 @@ private:
         query.next();
         return query.value(1).toInt();
     }
-
-    /// How much is read for itself, and how often because a statement as a whole did not do.
-    void countOpen(const Company &company, const QVector<DailyAttenPerson> &people)
-    {
-        DailyAttenAhead ahead(bench->database, company.options, company.today,
-                              [] { return false; });
-        QVector<unsigned int> uids;
-        for (const DailyAttenPerson &person : people)
-            uids.append(person.uid);
-        ahead.setPeople(uids);
-        const int rows = people.size() * company.today.day();
-        QMap<DayValue, int> open;
-        for (int day = 1; day <= company.today.day(); ++day) {
-            for (const unsigned int uid : qAsConst(uids)) {
-                for (const DayValue value : dayValues)
-                    open[value] += ahead.row(uid, day)->open.testFlag(value);
-            }
-        }
-        for (const int count : qAsConst(open))
-            (count == rows ? openForAll : openAlone) += count;
-        values += rows * (company.options.interruptions ? 4 : 3);
-    }
-
-    int values = 0;
-    int openAlone = 0;
-    int openForAll = 0;
 };
 
 QTEST_GUILESS_MAIN(TestReadAhead)
