@@ -1,18 +1,16 @@
-#include "support/hostprogram.h"
-#include "support/reportbench.h"
-#include "support/testhost.h"
+#include "host/hosttest.h"
 
 #include <QDir>
 
 /// The socket at which a host is asked, read by another program than the one that made it.
-class TestInquiry : public ReportTest
+class TestInquiry : public HostTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void tellsOfRuns()
     {
-        start({});
+        serve();
         QTRY_VERIFY_WITH_TIMEOUT(outcome("daily", "last")["mails"].toInt() == 2, patienceMs);
         QCOMPARE(outcome("monthly", "last")["mails"].toInt(), 2);
         QCOMPARE(outcome("daily", "last")["cause"].toString(), QString());
@@ -33,8 +31,7 @@ private Q_SLOTS:
         program->send(SIGUSR1);
         QTRY_VERIFY_WITH_TIMEOUT(ask()["paused"].toBool(), patienceMs);
         QCOMPARE(answer["nextScan"].toInt(), 0);
-        program->send(SIGTERM);
-        QVERIFY(program->ended());
+        QVERIFY(program->stops());
         QVERIFY(!QFileInfo::exists(socket()));
     }
 
@@ -54,7 +51,7 @@ private Q_SLOTS:
         QFETCH(QString, text);
         bench->schema.exec(change);
         environment.insert("TMPDIR", temporary);
-        start({"--debug", "1"});
+        serve({"--debug", "1"});
         for (const QString kind : {"daily", "monthly"}) {
             QTRY_COMPARE_WITH_TIMEOUT(outcome(kind, "lastFailure")["cause"].toString(), cause,
                                       patienceMs);
@@ -69,7 +66,7 @@ private Q_SLOTS:
     void outlivesOthers()
     {
         writeFile(folder() + "/1.socket", {});
-        start({});
+        serve();
         QTRY_VERIFY_WITH_TIMEOUT(!socket().isEmpty(), patienceMs);
         QProcess idler;
         idler.start("python3", {"-c",
@@ -90,7 +87,7 @@ private Q_SLOTS:
     void servesWithoutSocket()
     {
         environment.insert("RUNTIME_DIRECTORY", "/dev/null");
-        start({});
+        serve();
         QVERIFY(program->logs("cannot be asked by the operator's commands: '/dev/null': "));
         QVERIFY(program->logs("worker created for schema 'firm'"));
     }
@@ -98,23 +95,11 @@ private Q_SLOTS:
 private:
     void prepare() override
     {
+        HostTest::prepare();
         addPeople(bench->schema, 1);
-        enableDailyReport(bench->schema, "a@firma.sk, b@firma.sk");
-        bench->schema.exec(
-            "INSERT INTO vars SELECT REPLACE(name, 'Daily', 'Monthly'), value FROM vars");
-        info = std::make_unique<TestDatabase>(TestDatabase::Tables::Info);
-        info->addSchemas({"firm"}, bench->schema.name());
-        program = std::make_unique<HostProgram>();
-        environment = TestServer::environment();
-        environment.insert("TMPDIR", bench->temporary.path());
+        enableBothReports(bench->schema, "a@firma.sk, b@firma.sk");
         QDir(bench->temporary.path()).mkdir("hosts");
         environment.insert("RUNTIME_DIRECTORY", folder());
-    }
-
-    void start(const QStringList &options) const
-    {
-        program->start(QStringList{"serve"} + options + TestServer::options(info->name()),
-                       environment);
     }
 
     QString folder() const { return bench->temporary.filePath("hosts"); }
@@ -150,9 +135,6 @@ private:
         return schema("firm")["reports"].toObject()[kind].toObject()[which].toObject();
     }
 
-    std::unique_ptr<TestDatabase> info;
-    std::unique_ptr<HostProgram> program;
-    QProcessEnvironment environment;
     QJsonObject answer; ///< as last received
 };
 
