@@ -19,6 +19,7 @@ private Q_SLOTS:
         const QString file = bench->temporary.filePath("p.xlsx");
         const QStringList commands{"status",
                                    "check --json",
+                                   "history firm",
                                    "why firm daily",
                                    "set firm daily --disable",
                                    "preview firm daily --out " + file,
@@ -47,9 +48,11 @@ private Q_SLOTS:
     {
         addColumns<QString, QString, int>("arguments", "table", "status");
         addRow("status", "status", "vars", 2);
+        addRow("history", "history --html DIR/page.html", "emails", 2);
         addRow("check", "check", "vars", 2);
         addRow("why", "why firm daily", "people", 2);
         addRow("set", "set firm daily --disable", "vars", 1);
+        addRow("set in all", "set --all daily --disable --yes", "vars", 2);
         addRow("daily", "run firm daily --yes", "atten", 1);
         addRow("monthly", "run firm monthly --to a@firma.sk", "atten_month", 1);
         addRow("preview", "preview firm daily --out DIR/p.xlsx", "people", 1);
