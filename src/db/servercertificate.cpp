@@ -2,6 +2,7 @@
 
 #include "db/clientlibrary.h"
 #include "db/serverconnection.h"
+#include "db/serverlist.h"
 #include "db/serversocket.h"
 
 #include <QSqlDriver>
@@ -76,5 +77,6 @@ bool openTrusted(QSqlDatabase &database)
 
 bool isUsable(const QSqlDatabase &database)
 {
-    return database.isOpen() && (!namesAuthority(database) || serverAnswers(database));
+    return database.isOpen() && isAtWork(database) &&
+           (!namesAuthority(database) || serverAnswers(database));
 }

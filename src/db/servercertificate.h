@@ -8,6 +8,6 @@
 /// by itself then, as nobody would check the server that answers: ask isUsable() before using it.
 bool openTrusted(QSqlDatabase &database);
 
-/// Returns whether a connection is open and, if it does not reconnect by itself, still alive. To
-/// ask costs a statement only in that case.
+/// Returns whether a connection is open and, if it does not reconnect by itself or lists several
+/// servers, still alive. To ask costs statements only in these cases.
 bool isUsable(const QSqlDatabase &database);

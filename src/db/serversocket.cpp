@@ -101,18 +101,24 @@ void ServerSocket::close()
     descriptor = -1;
 }
 
-QString ServerSocket::peerAddress() const
+ServerAddress ServerSocket::peerAddress() const
 {
     sockaddr_storage peer = {};
     socklen_t size = sizeof peer;
     if (!isValid() || getpeername(descriptor, reinterpret_cast<sockaddr *>(&peer), &size) != 0)
-        return QString();
+        return {};
     char text[INET6_ADDRSTRLEN] = "";
-    if (peer.ss_family == AF_INET)
-        inet_ntop(AF_INET, &reinterpret_cast<sockaddr_in *>(&peer)->sin_addr, text, sizeof text);
-    else if (peer.ss_family == AF_INET6)
-        inet_ntop(AF_INET6, &reinterpret_cast<sockaddr_in6 *>(&peer)->sin6_addr, text, sizeof text);
-    return QString::fromLatin1(text);
+    int port = 0;
+    if (peer.ss_family == AF_INET) {
+        const auto *address = reinterpret_cast<sockaddr_in *>(&peer);
+        inet_ntop(AF_INET, &address->sin_addr, text, sizeof text);
+        port = ntohs(address->sin_port);
+    } else if (peer.ss_family == AF_INET6) {
+        const auto *address = reinterpret_cast<sockaddr_in6 *>(&peer);
+        inet_ntop(AF_INET6, &address->sin6_addr, text, sizeof text);
+        port = ntohs(address->sin6_port);
+    }
+    return {QString::fromLatin1(text), port};
 }
 
 void ServerSocket::shutDown() const
@@ -121,7 +127,10 @@ void ServerSocket::shutDown() const
         shutdown(descriptor, SHUT_RDWR);
 }
 
-bool openWithin(QSqlDatabase &database, int seconds, Limited limited)
+namespace
+{
+
+bool openOneWithin(QSqlDatabase &database, int seconds, Limited limited)
 {
     if (database.driverName() != QLatin1String("QMYSQL"))
         return openTrusted(database);
@@ -141,6 +150,14 @@ bool openWithin(QSqlDatabase &database, int seconds, Limited limited)
     if (open && liftable && limited == Limited::Connecting)
         liftQueryLimits(database);
     return open;
+}
+
+} // namespace
+
+bool openWithin(QSqlDatabase &database, int seconds, Limited limited)
+{
+    return openOnAny(database,
+                     [=](QSqlDatabase &one) { return openOneWithin(one, seconds, limited); });
 }
 
 void limitReconnect(const QSqlDatabase &database, int seconds)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "db/serverlist.h"
+
 #include <QSqlDatabase>
 
 #include <chrono>
@@ -27,8 +29,8 @@ public:
     ServerSocket &operator=(ServerSocket &&other) noexcept;
 
     bool isValid() const { return descriptor != -1; }
-    /// Returns the numeric address of the peer, or an empty text for a Unix socket.
-    QString peerAddress() const;
+    /// Returns the numeric address of the peer; its host is empty for a Unix socket.
+    ServerAddress peerAddress() const;
     /// Makes all reads and writes on the socket fail, including those in progress.
     void shutDown() const;
 
@@ -41,8 +43,8 @@ private:
 /// What a time limit applies to. Limit queries only if all of them are known to be short.
 enum class Limited { Connecting, Queries };
 
-/// Opens `database`. Each network operation, also of a later reconnect by the client library, is
-/// limited to `seconds`. Leaves QSqlDatabase::connectOptions() unchanged.
+/// Opens `database` on one of its servers. Each network operation, also of a later reconnect by the
+/// client library, is limited to `seconds`. Leaves QSqlDatabase::connectOptions() unchanged.
 bool openWithin(QSqlDatabase &database, int seconds, Limited limited = Limited::Connecting);
 
 /// Limits the reconnects of an open connection to `seconds` each.

@@ -2,7 +2,7 @@
 
 #include "common/freshquery.h"
 #include "db/dbmanager.h"
-#include "db/servercertificate.h"
+#include "db/serverlist.h"
 #include "host/hoststate.h"
 #include "host/workers.h"
 
@@ -75,7 +75,7 @@ void QueueWatch::askSchema(const QString &token)
         db.setConnectOptions(
             db.connectOptions() +
             QStringLiteral(";MYSQL_OPT_CONNECT_TIMEOUT=5;MYSQL_OPT_READ_TIMEOUT=10"));
-        if (openTrusted(db)) {
+        if (openOnAny(db)) {
             QSqlQuery query = freshQuery(db);
             if (query.exec(QStringLiteral(
                     "SELECT COUNT(*), MIN(created) FROM emails WHERE status = 'Q'")) &&

@@ -1,8 +1,10 @@
 #include "options/connectionoptions.h"
 
 #include "db/connectiondefaults.h"
+#include "db/serverlist.h"
 
 #include <QSqlError>
+#include <QStringList>
 
 QSqlDatabase ConnectionOptions::addDatabase(const QString &connectionName, OnLoss onLoss) const
 {
@@ -50,9 +52,12 @@ QString ConnectionOptions::limits() const
 QString ConnectionOptions::openError(const QSqlDatabase &db)
 {
     const QString driverText = db.lastError().text().simplified();
-    const QString error = QStringLiteral("cannot open the database '%1' on %2:%3 as '%4': %5")
-                              .arg(db.databaseName(), db.hostName(), QString::number(db.port()),
-                                   db.userName(), driverText);
+    QStringList servers;
+    for (const ServerAddress &server : serversOf(db.hostName(), db.port()))
+        servers.append(QStringLiteral("%1:%2").arg(server.host).arg(server.port));
+    const QString error =
+        QStringLiteral("cannot open the database '%1' on %2 as '%3': %4")
+            .arg(db.databaseName(), servers.join(QLatin1Char(',')), db.userName(), driverText);
     return driverText.contains(QLatin1String("TLS"))
                ? error + QStringLiteral("; is the server's certificate signed by --db-ca?")
                : error;

@@ -6,7 +6,7 @@
 /// How to reach the database; the same for every command.
 struct ConnectionOptions {
     bool single = false; ///< `databaseName` is one schema, not an information database
-    QString host;
+    QString host;        ///< or several: "node1:3306,node2"
     int port = 0;
     QString user;
     QString password;

@@ -1,5 +1,6 @@
 #include "options/optionreader.h"
 
+#include "db/serverlist.h"
 #include "options/language.h"
 
 #include <QCommandLineParser>
@@ -41,7 +42,7 @@ void OptionReader::describe(QCommandLineParser &parser)
     parser.addOption({QStringLiteral("single"),
                       QStringLiteral("One schema, --db-name, instead of every schema that "
                                      "the information database --db-name lists.")});
-    add("db-host", "Host of the database server.", "host");
+    add("db-host", "Host of the database server, or several: node1:3306,node2:3306.", "host");
     add("db-port", "Port of the database server.", "port");
     add("db-user", "Account on the database server.", "user");
     add("db-name", "Name of the database.", "name");
@@ -117,6 +118,12 @@ ConnectionOptions OptionReader::connection()
     ConnectionOptions options;
     options.single = flag("single");
     options.host = text("db-host");
+    for (const ServerAddress &server : serversOf(options.host, 1)) {
+        if (server.host.isEmpty() || server.port < 1 || server.port > 65535)
+            fail(QStringLiteral("--db-host must be a host, or several such as "
+                                "node1:3306,node2:3306, not '%1'")
+                     .arg(options.host));
+    }
     options.port = number("db-port", 1, 65535);
     options.user = text("db-user");
     options.databaseName = text("db-name");

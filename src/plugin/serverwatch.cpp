@@ -94,9 +94,11 @@ std::vector<ServerWatch::Waiting> ServerWatch::waitingConnections()
             continue;
         waiting.push_back({each.config, guard, each.limits});
         // A name may lead to several servers, or take its own time to resolve.
-        const QString address = guard->serverAddress();
-        if (!address.isEmpty())
-            waiting.back().config.hostName = address;
+        const ServerAddress address = guard->serverAddress();
+        if (!address.host.isEmpty()) {
+            waiting.back().config.hostName = address.host;
+            waiting.back().config.port = address.port;
+        }
     }
     return waiting;
 }

@@ -1,3 +1,4 @@
+#include "tool/clustercheck.h"
 #include "tool/commands.h"
 #include "tool/invocation.h"
 #include "tool/onschema.h"
@@ -17,7 +18,8 @@ namespace
 /// Returns the server's findings first, since they cause many of the schemas'.
 QVector<Finding> findAll(const Schemas &schemas, const QStringList &tokens)
 {
-    QVector<Finding> findings = checkTemporaryDirectory() + checkServer(schemas.master());
+    QVector<Finding> findings =
+        checkTemporaryDirectory() + checkServer(schemas.master()) + checkCluster(schemas.master());
     QVector<Finding> ofSchemas;
     int enabled = 0;
     Progress progress(QStringLiteral("schemas"), tokens.size());
@@ -40,8 +42,14 @@ QVector<Finding> findAll(const Schemas &schemas, const QStringList &tokens)
     return findings + ofSchemas;
 }
 
+/// What was asked, and how.
+struct Connected {
+    QString server; ///< of several, the one that answered; empty if it does not say
+    QString cipher; ///< empty if not encrypted
+};
+
 /// Prints two lines per finding: the finding and its remedy.
-void printText(const QVector<Finding> &findings, int schemas, const QString &cipher)
+void printText(const QVector<Finding> &findings, int schemas, const Connected &connected)
 {
     for (const Finding &finding : findings) {
         const QString word =
@@ -52,13 +60,17 @@ void printText(const QVector<Finding> &findings, int schemas, const QString &cip
     }
     const auto problems = std::count_if(findings.cbegin(), findings.cend(),
                                         [](const Finding &one) { return one.isProblem; });
-    Output::print(cipher.isEmpty() ? QStringLiteral("the connection is not encrypted")
-                                   : QStringLiteral("the connection is encrypted with ") + cipher);
+    if (!connected.server.isEmpty())
+        Output::print(QStringLiteral("the server that answers is ") + connected.server);
+    Output::print(connected.cipher.isEmpty()
+                      ? QStringLiteral("the connection is not encrypted")
+                      : QStringLiteral("the connection is encrypted with ") + connected.cipher);
     Output::print(QStringLiteral("%1 schemas checked, %2 problems")
                       .arg(QString::number(schemas), QString::number(problems)));
 }
 
-void printJson(const QVector<Finding> &findings, int schemas, const QString &cipher, int status)
+void printJson(const QVector<Finding> &findings, int schemas, const Connected &connected,
+               int status)
 {
     QJsonArray array;
     for (const Finding &finding : findings)
@@ -68,7 +80,8 @@ void printJson(const QVector<Finding> &findings, int schemas, const QString &cip
                                  {QStringLiteral("remedy"), finding.remedy}});
     const QJsonObject object{{QStringLiteral("status"), status},
                              {QStringLiteral("schemas"), schemas},
-                             {QStringLiteral("cipher"), cipher},
+                             {QStringLiteral("server"), connected.server},
+                             {QStringLiteral("cipher"), connected.cipher},
                              {QStringLiteral("findings"), array}};
     Output::print(object);
 }
@@ -91,11 +104,11 @@ int checkAll(const Invocation &invocation, const Schemas &schemas)
     const bool well = std::none_of(findings.cbegin(), findings.cend(),
                                    [](const Finding &one) { return one.isProblem; });
     const int status = well ? Tool::Well : Tool::Look;
-    const QString cipher = cipherOf(schemas.master());
+    const Connected connected{serverName(schemas.master()), cipherOf(schemas.master())};
     if (invocation.has("json"))
-        printJson(findings, tokens.value().size(), cipher, status);
+        printJson(findings, tokens.value().size(), connected, status);
     else
-        printText(findings, tokens.value().size(), cipher);
+        printText(findings, tokens.value().size(), connected);
     return status;
 }
 

@@ -3,6 +3,7 @@
 #include "common/freshquery.h"
 #include "common/zas.h"
 #include "db/varstable.h"
+#include "tool/clustercheck.h"
 #include "tool/requirements.h"
 #include "tool/schemastatus.h"
 
@@ -182,6 +183,8 @@ SchemaCheck checkSchema(const Schemas &schemas, const QString &token)
         checkStorage(database, findings);
         checkColumns(database, findings);
         checkMails(database, findings);
+        checkPackets(database, findings);
+        checkClusterTables(database, findings);
         checkHosts(database, findings);
     }
     // A check cannot tell a failed statement from one without rows.

@@ -3,7 +3,7 @@
 #include "common/freshquery.h"
 #include "db/connectiondefaults.h"
 #include "db/schemaregistry.h"
-#include "db/servercertificate.h"
+#include "db/serverlist.h"
 #include "tool/silencewatch.h"
 
 namespace
@@ -47,7 +47,7 @@ Schemas::~Schemas()
 std::optional<Error> Schemas::open() const
 {
     QSqlDatabase db = master();
-    if (!openTrusted(db))
+    if (!openOnAny(db))
         return Error{ConnectionOptions::openError(db)};
     if (options.single)
         return std::nullopt;
@@ -121,7 +121,7 @@ SchemaConnection::SchemaConnection(const Schemas &schemas, const QString &token,
 void SchemaConnection::open(const ConnectionOptions &options, Access access)
 {
     QSqlDatabase db = options.addDatabase(schemaName(), ConnectionOptions::OnLoss::Fail);
-    if (!openTrusted(db)) {
+    if (!openOnAny(db)) {
         error = ConnectionOptions::openError(db);
         return;
     }

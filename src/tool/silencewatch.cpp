@@ -33,6 +33,11 @@ SilenceWatch::SilenceWatch(const QSqlDatabase &watched, const ConnectionOptions 
     : socket(watched)
     , options(connectionOptions)
 {
+    const ServerAddress server = socket.peerAddress();
+    if (!server.host.isEmpty()) { // of several, this one
+        options.host = server.host;
+        options.port = server.port;
+    }
     try {
         thread = std::thread([this] { watch(); });
     } catch (const std::system_error &error) {

@@ -28,7 +28,7 @@ private:
     void watch() const;
 
     const ServerSocket socket;
-    const ConnectionOptions options;
+    ConnectionOptions options;
     mutable QSemaphore stop;
     std::thread thread; ///< joined: QThread::wait() returns before a thread has ended in full
 };

@@ -1,5 +1,6 @@
 #include "worker/autoreportworker.h"
 
+#include "db/servercertificate.h"
 #include "db/serverconnection.h"
 #include "reports/attenreport.h"
 #include "reports/reportkind.h"
@@ -137,7 +138,7 @@ bool AutoReportWorker::keepDatabase()
 {
     if (!database.isOpen() && !databaseLost)
         return false;
-    const bool usable = database.isOpen() && !guard->isBroken();
+    const bool usable = !guard->isBroken() && isUsable(database);
     qulonglong current = usable ? serverConnectionId(database) : 0;
     if (connectionId == 0) // the server did not answer at the start
         connectionId = current;

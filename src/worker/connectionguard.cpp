@@ -36,7 +36,7 @@ bool ConnectionGuard::isGuarding() const
     return socket.isValid();
 }
 
-QString ConnectionGuard::serverAddress() const
+ServerAddress ConnectionGuard::serverAddress() const
 {
     const std::lock_guard lock(mutex);
     return socket.peerAddress();

@@ -32,8 +32,9 @@ public:
     bool isGuarding() const;
     bool isBroken() const { return broken; }
 
-    /// Returns the server's numeric address; empty for a Unix socket or without a connection.
-    QString serverAddress() const;
+    /// Returns the server's numeric address; its host is empty for a Unix socket or without a
+    /// connection.
+    ServerAddress serverAddress() const;
     /// Returns how long the current Use has lasted, or zero if there is none.
     Clock::duration busyTime() const;
 

@@ -1,0 +1,99 @@
+#include "db/serverlist.h"
+
+#include "db/clusternode.h"
+#include "db/serverconnection.h"
+
+#include <QHash>
+#include <QMutex>
+#include <QStringList>
+
+namespace
+{
+
+/// The position in each list of the server that was last found at work.
+class LastServers
+{
+public:
+    static LastServers &ofProcess()
+    {
+        static LastServers servers;
+        return servers;
+    }
+
+    int of(const QString &list) const
+    {
+        const QMutexLocker locker(&mutex);
+        return positions.value(list);
+    }
+    void set(const QString &list, int position)
+    {
+        const QMutexLocker locker(&mutex);
+        positions.insert(list, position);
+    }
+
+private:
+    mutable QMutex mutex;
+    QHash<QString, int> positions;
+};
+
+ServerAddress addressOf(const QString &text, int defaultPort)
+{
+    const int colon = text.lastIndexOf(QLatin1Char(':'));
+    const bool bracketed = text.startsWith(QLatin1Char('['));
+    const int hostEnd = bracketed ? text.indexOf(QLatin1Char(']')) : text.indexOf(QLatin1Char(':'));
+    if (bracketed && hostEnd != -1)
+        return {text.mid(1, hostEnd - 1),
+                colon > hostEnd ? text.mid(colon + 1).toInt() : defaultPort};
+    // Without brackets, several colons are an address of IPv6.
+    if (colon == -1 || colon != hostEnd)
+        return {text, defaultPort};
+    return {text.left(colon), text.mid(colon + 1).toInt()};
+}
+
+/// A node that has lost the others accepts connections, but refuses every table.
+bool works(const QSqlDatabase &database)
+{
+    const std::optional<ClusterNode> node = clusterNodeOf(database);
+    return node ? node->isReady : serverAnswers(database);
+}
+
+} // namespace
+
+QVector<ServerAddress> serversOf(const QString &hostName, int port)
+{
+    QVector<ServerAddress> servers;
+    for (const QString &text : hostName.split(QLatin1Char(',')))
+        servers.append(addressOf(text.trimmed(), port));
+    return servers;
+}
+
+bool openOnAny(QSqlDatabase &database, const std::function<bool(QSqlDatabase &)> &open)
+{
+    const QString list = database.hostName();
+    const int port = database.port();
+    const QVector<ServerAddress> servers = serversOf(list, port);
+    const int first = LastServers::ofProcess().of(list);
+    bool isOpen = false;
+    for (int i = 0; !isOpen && i < servers.size(); ++i) {
+        const int position = (first + i) % servers.size();
+        database.setHostName(servers.at(position).host);
+        database.setPort(servers.at(position).port);
+        isOpen = open(database);
+        if (servers.size() == 1)
+            break;
+        if (isOpen && !works(database)) {
+            database.close();
+            isOpen = false;
+        }
+        if (isOpen)
+            LastServers::ofProcess().set(list, position);
+    }
+    database.setHostName(list);
+    database.setPort(port);
+    return isOpen;
+}
+
+bool isAtWork(const QSqlDatabase &database)
+{
+    return serversOf(database.hostName(), 0).size() == 1 || works(database);
+}
