@@ -44,14 +44,24 @@ QByteArray readRaw(const QString &option, const QString &path)
     return outputOf(AUTOREPORT_READ_WORKBOOK, {option, path});
 }
 
-QVector<QJsonObject> readWorkbooks(const QStringList &paths)
+static QVector<QJsonObject> read(const QStringList &arguments, const QStringList &paths)
 {
     QVector<QJsonObject> books;
-    const QByteArray lines = outputOf(AUTOREPORT_READ_WORKBOOK, paths);
+    const QByteArray lines = outputOf(AUTOREPORT_READ_WORKBOOK, arguments + paths);
     for (const QByteArray &line : lines.split('\n'))
         books.append(QJsonDocument::fromJson(line).object());
     books.resize(paths.size());
     return books;
+}
+
+QVector<QJsonObject> readWorkbooks(const QStringList &paths)
+{
+    return read({}, paths);
+}
+
+QVector<QJsonObject> readByGnumeric(const QStringList &paths)
+{
+    return read({"--gnumeric"}, paths);
 }
 
 QJsonObject readSheet(const QString &path)

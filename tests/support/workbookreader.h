@@ -11,6 +11,9 @@
 /// tests/support/read-workbook says how the objects look; it makes checks of our own, too.
 QVector<QJsonObject> readWorkbooks(const QStringList &paths);
 
+/// What gnumeric finds: type and value of texts and numbers; formulas and the like are "other".
+QVector<QJsonObject> readByGnumeric(const QStringList &paths);
+
 /// Returns the first sheet of a file.
 QJsonObject readSheet(const QString &path);
 
