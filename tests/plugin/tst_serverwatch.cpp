@@ -20,6 +20,7 @@ public:
         enableBothReports(schema, "a@firma.sk");
         schema.exec("CREATE TRIGGER slow AFTER INSERT ON emails FOR EACH ROW DO SLEEP(4)");
         relay.failAt({}, statement, Relay::Fault::Freeze);
+        connections = schema.connectionsIn("%");
         thread = std::thread([this, limits] { run(limits); });
     }
     ~SilentRun()
@@ -43,6 +44,8 @@ public:
     void answerNextTick()
     {
         relay.thaw();
+        // The connection that was broken off holds the run's lock until the server notices its end.
+        QTRY_COMPARE_WITH_TIMEOUT(schema.connectionsIn("%"), connections, patienceMs);
         nextTick.release();
     }
 
@@ -66,6 +69,7 @@ private:
     Relay relay{TestServer::port()};
     ServerWatch watch;
     QSemaphore nextTick;
+    int connections = 0; // the bench's own
     std::thread thread;
 };
 
