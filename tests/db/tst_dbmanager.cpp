@@ -174,12 +174,12 @@ private Q_SLOTS:
         foreign::Manager image;
         auto *shared = reinterpret_cast<DBManager *>(&image);
         shared->setInfoDB(manager->getInfoDB());
-        shared->setZasDB(manager->getInfoDB());
+        shared->setZasDB(info().database());
         shared->setCloseInfoDB(true);
         shared->setUnusedConnectionsEnabled(false);
         QCOMPARE(image.info.databaseName(), info().name());
         QCOMPARE(QStringList({image.infoConnection, image.productConnection}),
-                 QStringList({"KVH.InfoDB", "KVH.InfoDB"}));
+                 QStringList({"KVH.InfoDB", info().database().connectionName()}));
         QVERIFY(image.product.isValid() && image.closeInfoAfterUse && !image.poolEnabled);
 
         // Both lock the same mutex.
