@@ -5,8 +5,6 @@
 #include "support/reportbench.h"
 #include "support/testhost.h"
 
-#include <QProcess>
-
 #include <future>
 #include <thread>
 
@@ -16,45 +14,6 @@ class TestOnePiece : public ReportTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void killedAtAnyMoment()
-    {
-        addPeople(bench->schema, 3);
-        enableDailyReport(bench->schema, recipientList);
-        // Slow enough for the kill to fall between any two mails.
-        bench->schema.exec(
-            "CREATE TRIGGER slow AFTER INSERT ON emails FOR EACH ROW DO SLEEP(0.05)");
-        const auto inserts = [this] {
-            return bench->schema.connectionsIn("User sleep") == 1 || bench->mails() > 0;
-        };
-        const QString traces = "SELECT CONCAT(COUNT(*), ' ', EXISTS (SELECT 1 FROM vars WHERE name "
-                               "LIKE '%lastGenerated')) FROM emails";
-        int killedWithoutTrace = 0;
-        const int ours = bench->schema.connectionsIn("%");
-        for (int moment = 0; moment < 20; ++moment) {
-            makeDue(bench->schema);
-            auto host = startHost(bench->schema.name());
-            // Not QTRY_: that looks again, perhaps between two mails.
-            QVERIFY(QTest::qWaitFor(inserts, patienceMs));
-            QTest::qWait(moment * 22); // the moments are what this test is about
-            host->kill();
-            QVERIFY(host->waitForFinished(patienceMs));
-
-            // The run's lock stays until the server notices, too.
-            QTRY_COMPARE_WITH_TIMEOUT(bench->schema.connectionsIn("%"), ours, patienceMs);
-            const QString left = bench->schema.value(traces).toString();
-            QVERIFY2(left == "0 0" || left == "8 1", qPrintable(left));
-            killedWithoutTrace += left == "0 0" ? 1 : 0;
-
-            host = startHost(bench->schema.name());
-            QTRY_VERIFY_WITH_TIMEOUT(bench->lastGenerated("DailyAtten").isValid(), patienceMs);
-            host->terminate();
-            QVERIFY(host->waitForFinished(patienceMs));
-            const QString queued = "SELECT CONCAT(COUNT(*), ' ', COUNT(DISTINCT `to`)) FROM emails";
-            QCOMPARE(bench->schema.value(queued).toString(), QString("8 8"));
-        }
-        QVERIFY2(killedWithoutTrace > 5, qPrintable(QString::number(killedWithoutTrace)));
-    }
-
     void refusedMailTakesNoOtherAlong()
     {
         addPeople(bench->schema, 1);
@@ -152,7 +111,7 @@ private Q_SLOTS:
             first.join();
             second.join();
             for (const auto &schema : databases) {
-                QCOMPARE(schema->value("SELECT COUNT(*) FROM emails").toInt(), 1);
+                QCOMPARE(schema->mails(), 1);
                 makeDue(*schema);
             }
         }
@@ -184,14 +143,6 @@ private:
         return queued;
     }
 
-    static std::unique_ptr<QProcess> startHost(const QString &schema)
-    {
-        auto host = std::make_unique<QProcess>();
-        host->setProcessEnvironment(TestServer::environment());
-        host->start(AUTOREPORT_PROGRAM,
-                    QStringList{"serve", "--single"} + TestServer::options(schema));
-        return host;
-    }
     /// One tick on a connection of its own, which the calling thread may use.
     static void work(const QString &connection, const TestDatabase &schema)
     {
