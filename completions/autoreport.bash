@@ -27,7 +27,7 @@ _autoreport() {
     else
       case $command in
         serve) words="--clear-workbooks --language --plugin --debug --metrics --run-for $way" ;;
-        status) words="--schema --json $ask" ;;
+        status) words="--schema --problems --all --json $ask" ;;
         history) words="--json --html $ask" ;;
         why) words="--at $ask" ;;
         preview) words="--language --date --out $ask" ;;

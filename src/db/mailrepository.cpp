@@ -91,11 +91,6 @@ QString MailRepository::insertStatement()
         .arg(mailColumns());
 }
 
-QString MailRepository::columnsStatement()
-{
-    return QStringLiteral("SELECT %1 FROM emails").arg(mailColumns());
-}
-
 uint MailRepository::addMail(const MailRecord &mail)
 {
     const Result<uint> added = tryAddMail(mail);

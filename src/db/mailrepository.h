@@ -30,8 +30,6 @@ public:
 
     /// Returns the statement of addMail(), with placeholders.
     static QString insertStatement();
-    /// Returns a statement that reads the columns that addMail() writes.
-    static QString columnsStatement();
 
 public Q_SLOTS:
     /// Queues a mail. Returns its id, or 0 on an error or without sender, recipient or subject.

@@ -53,6 +53,18 @@ Result<QStringList> SchemaRegistry::allTokens() const
     }
 }
 
+Result<QVector<SchemaRegistry::Listed>> SchemaRegistry::all() const
+{
+    QSqlQuery query = freshQuery(database);
+    if (!query.exec(QStringLiteral(
+            "SELECT token, name, user, pass, status FROM `schemas` ORDER BY token, sid")))
+        return errorOf(query);
+    QVector<Listed> rows;
+    while (query.next())
+        rows.append({recordOf(query), query.value(4).toInt()});
+    return rows;
+}
+
 Result<QStringList> SchemaRegistry::tokensForMaintenance(ushort count) const
 {
     return readTokens(

@@ -5,6 +5,7 @@
 
 #include <QSqlDatabase>
 #include <QStringList>
+#include <QVector>
 
 #include <optional>
 
@@ -30,6 +31,13 @@ public:
     Result<QStringList> tokens(uint limit, uint offset) const;
     /// Returns the tokens of all active schemas, read page by page.
     Result<QStringList> allTokens() const;
+    /// A row, active (status 1) or not.
+    struct Listed {
+        DBSchemeRecord record;
+        int status = 0;
+    };
+    /// Returns all rows, in the same order.
+    Result<QVector<Listed>> all() const;
     /// Returns schemas without maintenance for 900 seconds, longest waiting first.
     Result<QStringList> tokensForMaintenance(ushort count) const;
     /// Returns the least recently recalculated schemas first.

@@ -1,10 +1,12 @@
 #include "tool/clustercheck.h"
 #include "tool/commands.h"
+#include "tool/hosttext.h"
 #include "tool/invocation.h"
+#include "tool/machine.h"
 #include "tool/onschema.h"
 #include "tool/output.h"
 #include "tool/progress.h"
-#include "tool/schemacheck.h"
+#include "tool/schemapool.h"
 #include "tool/servercheck.h"
 #include "tool/tool.h"
 
@@ -15,73 +17,102 @@
 namespace
 {
 
-/// Returns the server's findings first, since they cause many of the schemas'.
-QVector<Finding> findAll(const Schemas &schemas, const QStringList &tokens)
-{
-    QVector<Finding> findings =
-        checkTemporaryDirectory() + checkServer(schemas.master()) + checkCluster(schemas.master());
-    QVector<Finding> ofSchemas;
-    int enabled = 0;
-    Progress progress(QStringLiteral("schemas"), tokens.size());
-    for (const QString &token : tokens) {
-        const SchemaCheck check = checkSchema(schemas, token);
-        ofSchemas += check.findings;
-        enabled += check.isEnabled ? 1 : 0;
-        if (!check.isComplete && !schemas.isAnswering())
-            break;
-        progress.step();
-    }
-    // Only now is the number of a host's workers known.
-    findings += checkConnections(schemas.master(), tokens.size(), enabled);
-    // Only a notice: every new installation begins like this.
-    if (enabled == 0)
-        findings.append(
-            {false, QStringLiteral("schemas"),
-             QStringLiteral("none of the %1 active ones has an enabled report").arg(tokens.size()),
-             QStringLiteral("autoreport set TOKEN daily --enable ...")});
-    return findings + ofSchemas;
-}
-
-/// What was asked, and how.
-struct Connected {
+/// What `check` has found out.
+struct Found {
+    Machine machine;
+    SchemasJudged schemas;
+    QVector<Finding> findings;
     QString server; ///< of several, the one that answered; empty if it does not say
     QString cipher; ///< empty if not encrypted
+    int opened = 0; ///< schemas
+    int status = Tool::Well;
 };
 
-/// Prints two lines per finding: the finding and its remedy.
-void printText(const QVector<Finding> &findings, int schemas, const Connected &connected)
+bool isListed(const Finding &finding, const Machine &machine, bool isAsked)
 {
+    if (finding.gravity == Gravity::Waiting || finding.text == machine.temporaryError)
+        return false; // every report would have it
+    return finding.gravity != Gravity::Off || isAsked;
+}
+
+/// Adds a finding once even if both reports have it.
+void addFindings(const SchemaJudgement &schema, bool isAsked, Found &found)
+{
+    QStringList known;
+    QVector<Finding> all = schema.findings;
+    for (const ReportJudgement &report : schema.reports)
+        all += report.findings;
+    for (const Finding &finding : qAsConst(all)) {
+        const QString text = finding.text + finding.remedy;
+        if (known.contains(text) || !isListed(finding, found.machine, isAsked))
+            continue;
+        known.append(text);
+        found.findings.append(finding);
+    }
+}
+
+/// The server's and the machine's findings come first, since they cause many of the schemas'.
+void findAll(const Schemas &schemas, bool isAsked, Found &found)
+{
+    const auto &list = found.schemas.list;
+    const auto enabled = std::count_if(list.cbegin(), list.cend(),
+                                       [](const SchemaJudgement &one) { return one.isEnabled(); });
+    found.opened = int(std::count_if(list.cbegin(), list.cend(),
+                                     [](const SchemaJudgement &one) { return one.isOpened; }));
+    found.findings =
+        found.machine.findings() + checkServer(schemas.master()) + checkCluster(schemas.master());
+    if (!isAsked) // the number of a host's workers is known
+        found.findings += checkConnections(schemas.master(), list.size(), int(enabled));
+    // Only a notice: every new installation begins like this.
+    if (!isAsked && enabled == 0)
+        found.findings.append(
+            {Gravity::Notice, QStringLiteral("off"), QStringLiteral("schemas"),
+             QStringLiteral("none of the %1 active ones has an enabled report").arg(list.size()),
+             QStringLiteral("autoreport set TOKEN daily --enable ...")});
+    for (const SchemaJudgement &schema : list)
+        addFindings(schema, isAsked, found);
+}
+
+/// Prints two lines per finding: the finding and its remedy.
+void printText(const Found &found)
+{
+    const auto &findings = found.findings;
     for (const Finding &finding : findings) {
         const QString word =
-            finding.isProblem ? Output::coloured(QStringLiteral("problem"), Output::Colour::Bad)
-                              : Output::coloured(QStringLiteral("notice"), Output::Colour::Notable);
+            finding.isProblem()
+                ? Output::coloured(QStringLiteral("problem"), Output::Colour::Bad)
+                : Output::coloured(QStringLiteral("notice"), Output::Colour::Notable);
         Output::print(QStringLiteral("%1: %2: %3").arg(word, finding.subject, finding.text));
         Output::print(QStringLiteral("    ") + finding.remedy);
     }
     const auto problems = std::count_if(findings.cbegin(), findings.cend(),
-                                        [](const Finding &one) { return one.isProblem; });
-    if (!connected.server.isEmpty())
-        Output::print(QStringLiteral("the server that answers is ") + connected.server);
-    Output::print(connected.cipher.isEmpty()
+                                        [](const Finding &one) { return one.isProblem(); });
+    if (!found.server.isEmpty())
+        Output::print(QStringLiteral("the server that answers is ") + found.server);
+    Output::print(found.cipher.isEmpty()
                       ? QStringLiteral("the connection is not encrypted")
-                      : QStringLiteral("the connection is encrypted with ") + connected.cipher);
-    Output::print(QStringLiteral("%1 schemas checked, %2 problems")
-                      .arg(QString::number(schemas), QString::number(problems)));
+                      : QStringLiteral("the connection is encrypted with ") + found.cipher);
+    Output::print(hostLines(found.machine));
+    Output::print(QStringLiteral("%1 of %2 schemas opened, %3 problems")
+                      .arg(QString::number(found.opened),
+                           QString::number(found.schemas.list.size()), QString::number(problems)));
 }
 
-void printJson(const QVector<Finding> &findings, int schemas, const Connected &connected,
-               int status)
+void printJson(const Found &found)
 {
     QJsonArray array;
-    for (const Finding &finding : findings)
-        array.append(QJsonObject{{QStringLiteral("problem"), finding.isProblem},
+    for (const Finding &finding : found.findings)
+        array.append(QJsonObject{{QStringLiteral("problem"), finding.isProblem()},
+                                 {QStringLiteral("state"), finding.state},
                                  {QStringLiteral("subject"), finding.subject},
                                  {QStringLiteral("text"), finding.text},
                                  {QStringLiteral("remedy"), finding.remedy}});
-    const QJsonObject object{{QStringLiteral("status"), status},
-                             {QStringLiteral("schemas"), schemas},
-                             {QStringLiteral("server"), connected.server},
-                             {QStringLiteral("cipher"), connected.cipher},
+    const QJsonObject object{{QStringLiteral("status"), found.status},
+                             {QStringLiteral("schemas"), found.schemas.list.size()},
+                             {QStringLiteral("opened"), found.opened},
+                             {QStringLiteral("server"), found.server},
+                             {QStringLiteral("cipher"), found.cipher},
+                             {QStringLiteral("hosts"), hostsJson(found.machine)},
                              {QStringLiteral("findings"), array}};
     Output::print(object);
 }
@@ -94,22 +125,36 @@ int couldNotAsk(const QString &error)
 
 int checkAll(const Invocation &invocation, const Schemas &schemas)
 {
-    const auto tokens = schemas.tokens();
-    if (!tokens.isOk())
-        return couldNotAsk(tokens.error().simplified());
-    const QVector<Finding> findings = findAll(schemas, tokens.value());
+    const bool isAsked = !invocation.token.isEmpty();
+    const auto rows = schemas.rows(invocation.token);
+    if (!rows.isOk())
+        return couldNotAsk(rows.error());
+    if (isAsked && rows.value().isEmpty())
+        return noSuchSchema(schemas, invocation.token);
+    // One that is asked for by its token is checked even if nobody serves it.
+    const QVector<SchemaRow> chosen = isAsked ? rows.value() : activeOf(rows.value());
+    Found found{Machine::ask(invocation.connection), {}, {}, {}, {}, 0, Tool::Well};
+    {
+        Progress progress(QStringLiteral("schemas"), chosen.size());
+        const SchemaJudge judge(found.machine, QDateTime::currentDateTime(),
+                                isAsked ? SchemaJudge::Scope::AllReports
+                                        : SchemaJudge::Scope::Notices);
+        found.schemas = judgeAll(schemas, chosen, judge, [&progress] { progress.step(); });
+    }
+    findAll(schemas, isAsked, found);
     // Without answers, checks find nothing.
-    if (!schemas.isAnswering())
+    if (!found.schemas.isComplete || !schemas.isAnswering())
         return couldNotAsk(QStringLiteral("the server no longer answers"));
-    const bool well = std::none_of(findings.cbegin(), findings.cend(),
-                                   [](const Finding &one) { return one.isProblem; });
-    const int status = well ? Tool::Well : Tool::Look;
-    const Connected connected{serverName(schemas.master()), cipherOf(schemas.master())};
+    const bool well = std::none_of(found.findings.cbegin(), found.findings.cend(),
+                                   [](const Finding &one) { return one.isProblem(); });
+    found.status = well ? Tool::Well : Tool::Look;
+    found.server = serverName(schemas.master());
+    found.cipher = cipherOf(schemas.master());
     if (invocation.has("json"))
-        printJson(findings, tokens.value().size(), connected, status);
+        printJson(found);
     else
-        printText(findings, tokens.value().size(), connected);
-    return status;
+        printText(found);
+    return found.status;
 }
 
 } // namespace

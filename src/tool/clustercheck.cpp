@@ -38,19 +38,21 @@ QVector<Finding> checkCluster(const QSqlDatabase &master)
     if (!node)
         return findings.list;
     if (node->members < leastMembers)
-        findings.notice(QStringLiteral("the cluster has %1 nodes; if one is lost, the rest stops, "
-                                       "too")
-                            .arg(node->members),
-                        QStringLiteral("bring it to three, of which one may be an arbitrator "
-                                       "(garbd)"));
+        findings.add(Gravity::Notice, "cluster",
+                     QStringLiteral("the cluster has %1 nodes; if one is lost, the rest stops, "
+                                    "too")
+                         .arg(node->members),
+                     QStringLiteral("bring it to three, of which one may be an arbitrator "
+                                    "(garbd)"));
     // With it, both halves of a divided cluster would make the reports.
     const QStringList halves =
         names(master, "SELECT 1 FROM DUAL WHERE REPLACE(@@wsrep_provider_options, ' ', '') REGEXP "
                       "'pc\\\\.ignore_(quorum|sb)=(true|yes|on|1)'");
     if (!halves.isEmpty())
-        findings.problem(QStringLiteral("pc.ignore_quorum or pc.ignore_sb is set: if the cluster "
-                                        "is divided, both parts make the reports"),
-                         QStringLiteral("remove both from wsrep_provider_options"));
+        findings.add(Gravity::Harm, "cluster",
+                     QStringLiteral("pc.ignore_quorum or pc.ignore_sb is set: if the cluster "
+                                    "is divided, both parts make the reports"),
+                     QStringLiteral("remove both from wsrep_provider_options"));
     return findings.list;
 }
 
@@ -63,11 +65,11 @@ void checkClusterTables(const QSqlDatabase &database, Findings &findings)
                         "DATABASE() AND table_type = 'BASE TABLE' AND engine <> 'InnoDB' ORDER BY "
                         "table_name");
     for (const QString &table : unreplicated)
-        findings.problem(
-            QStringLiteral("table %1 is not InnoDB: the cluster does not copy its rows "
-                           "to the other nodes")
-                .arg(table),
-            QStringLiteral("ALTER TABLE %1 ENGINE=InnoDB").arg(table));
+        findings.add(Gravity::Harm, "storage",
+                     QStringLiteral("table %1 is not InnoDB: the cluster does not copy its rows "
+                                    "to the other nodes")
+                         .arg(table),
+                     QStringLiteral("ALTER TABLE %1 ENGINE=InnoDB").arg(table));
     const QStringList keyless =
         names(database, "SELECT table_name FROM information_schema.tables AS t WHERE table_schema "
                         "= DATABASE() AND table_type = 'BASE TABLE' AND NOT EXISTS (SELECT 1 FROM "
@@ -75,11 +77,11 @@ void checkClusterTables(const QSqlDatabase &database, Findings &findings)
                         "t.table_schema AND c.table_name = t.table_name AND c.constraint_type = "
                         "'PRIMARY KEY') ORDER BY table_name");
     for (const QString &table : keyless)
-        findings.problem(
-            QStringLiteral("table %1 has no primary key: two nodes may change the same "
-                           "row without noticing")
-                .arg(table),
-            QStringLiteral("ALTER TABLE %1 ADD PRIMARY KEY (...)").arg(table));
+        findings.add(Gravity::Harm, "storage",
+                     QStringLiteral("table %1 has no primary key: two nodes may change the same "
+                                    "row without noticing")
+                         .arg(table),
+                     QStringLiteral("ALTER TABLE %1 ADD PRIMARY KEY (...)").arg(table));
 }
 
 void checkPackets(const QSqlDatabase &database, Findings &findings)
@@ -91,9 +93,10 @@ void checkPackets(const QSqlDatabase &database, Findings &findings)
                                    "AS latest")) ||
         !query.next() || query.value(0).toLongLong() * 2 <= query.value(1).toLongLong())
         return;
-    findings.problem(QStringLiteral("the last workbook made a mail of %1 bytes, the server takes "
-                                    "%2 at a time")
-                         .arg(query.value(0).toString(), query.value(1).toString()),
-                     QStringLiteral("set max_allowed_packet to at least twice the mail: workbooks "
-                                    "grow until the month ends"));
+    findings.add(Gravity::Harm, "packet",
+                 QStringLiteral("the last workbook made a mail of %1 bytes, the server takes "
+                                "%2 at a time")
+                     .arg(query.value(0).toString(), query.value(1).toString()),
+                 QStringLiteral("set max_allowed_packet to at least twice the mail: workbooks "
+                                "grow until the month ends"));
 }

@@ -1,6 +1,7 @@
 #include "tool/commands.h"
 #include "tool/historypage.h"
 #include "tool/historytext.h"
+#include "tool/machine.h"
 #include "tool/onschema.h"
 #include "tool/output.h"
 #include "tool/progress.h"
@@ -22,13 +23,15 @@ bool isWell(const QVector<ReportHistory> &reports)
 
 /// Returns nothing once the server no longer answers: a page of what was read until then would look
 /// complete.
-std::optional<QVector<ReportHistory>> readAll(const Schemas &schemas, const QStringList &tokens,
-                                              const HistoryWindow &window)
+std::optional<QVector<ReportHistory>> readAll(const Schemas &schemas,
+                                              const QVector<SchemaRow> &rows,
+                                              const Machine &machine, const HistoryWindow &window)
 {
     QVector<ReportHistory> found;
-    Progress progress(QStringLiteral("schemas"), tokens.size());
-    for (const QString &token : tokens) {
-        const auto reports = readHistory(schemas, token, window);
+    const SchemaJudge judge(machine, window.now, SchemaJudge::Scope::Problems);
+    Progress progress(QStringLiteral("schemas"), rows.size());
+    for (const SchemaRow &row : rows) {
+        const auto reports = readHistory(row, judge, window);
         if (!isWell(reports) && !schemas.isAnswering())
             return std::nullopt;
         found += reports;
@@ -72,10 +75,11 @@ void printText(const QVector<ReportHistory> &reports, bool isOfOneSchema)
     }
 }
 
-int showHistory(const Invocation &invocation, const Schemas &schemas, const QStringList &tokens)
+int showHistory(const Invocation &invocation, const Schemas &schemas,
+                const QVector<SchemaRow> &rows)
 {
     const HistoryWindow window(QDateTime::currentDateTime());
-    const auto found = readAll(schemas, tokens, window);
+    const auto found = readAll(schemas, rows, Machine::ask(invocation.connection), window);
     if (!found) {
         Output::error(QStringLiteral("the server no longer answers"));
         return Tool::CouldNotAsk;
@@ -106,15 +110,14 @@ int runHistory(const Invocation &invocation)
     if (invocation.has("json") && invocation.has("html"))
         return invocation.wrong(QStringLiteral("--json and --html exclude each other"));
     return onSchemas(invocation, [&](const Schemas &schemas) {
-        const auto tokens = schemas.tokens();
-        if (!tokens.isOk()) {
-            Output::error(tokens.error().simplified());
+        const auto rows = schemas.rows(invocation.token);
+        if (!rows.isOk()) {
+            Output::error(rows.error());
             return static_cast<int>(Tool::CouldNotAsk);
         }
-        if (invocation.token.isEmpty())
-            return showHistory(invocation, schemas, tokens.value());
-        return tokens.value().contains(invocation.token)
-                   ? showHistory(invocation, schemas, {invocation.token})
-                   : noSuchSchema(schemas, invocation.token);
+        const QVector<SchemaRow> active = activeOf(rows.value());
+        return active.isEmpty() && !invocation.token.isEmpty()
+                   ? noSuchSchema(schemas, invocation.token)
+                   : showHistory(invocation, schemas, active);
     });
 }

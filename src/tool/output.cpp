@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace
@@ -83,6 +84,12 @@ bool Output::agrees(const QString &question)
 bool Output::isTerminal(int descriptor)
 {
     return ::isatty(descriptor) == 1;
+}
+
+int Output::terminalWidth()
+{
+    struct winsize size = {};
+    return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
 QString Output::coloured(const QString &text, Colour colour)

@@ -38,6 +38,9 @@ QString coloured(const QString &text, Colour colour);
 
 bool isTerminal(int descriptor);
 
+/// Returns how many columns the terminal has that standard output is; 0 if it is none.
+int terminalWidth();
+
 /// Returns the lines of a table whose columns are two blanks apart. The first row is the headings;
 /// `colours` has an entry for each further row: the colour of its last column.
 QStringList table(const QVector<QStringList> &rows, const QVector<Colour> &colours);

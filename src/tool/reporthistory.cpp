@@ -113,6 +113,34 @@ void judgeDays(ReportHistory &report, const QDateTime &now)
     }
 }
 
+void addProblem(const QVector<Finding> &findings, ReportStatus &status)
+{
+    const auto problem = std::find_if(findings.cbegin(), findings.cend(),
+                                      [](const Finding &one) { return one.isProblem(); });
+    if (problem == findings.cend())
+        return;
+    status.reason = problem->state;
+    status.detail = QStringLiteral("%1; to do: %2").arg(problem->text, problem->remedy);
+}
+
+QVector<ReportHistory> withoutDays(const SchemaJudgement &schema)
+{
+    const ReportStatus ofSchema{schema.token, schema.databaseName, nullptr, {}, {}, {}};
+    QVector<ReportHistory> reports;
+    for (const ReportJudgement &report : schema.reports) {
+        ReportStatus status = ofSchema;
+        status.kind = report.kind;
+        status.stored = report.stored;
+        addProblem(report.findings, status);
+        reports.append({status, {}});
+    }
+    if (reports.isEmpty()) {
+        reports.append({ofSchema, {}});
+        addProblem(schema.findings, reports.first().status);
+    }
+    return reports;
+}
+
 } // namespace
 
 int ReportHistory::count(DayState state) const
@@ -151,15 +179,15 @@ void HistoryWindow::addSubjects()
     }
 }
 
-QVector<ReportHistory> readHistory(const Schemas &schemas, const QString &token,
+QVector<ReportHistory> readHistory(const SchemaRow &row, const SchemaJudge &judge,
                                    const HistoryWindow &window)
 {
-    QVector<ReportHistory> reports;
-    for (const ReportStatus &status : readStatus(schemas, token, window.now))
-        reports.append({status, status.kind ? emptyDays(window) : QVector<ReportDay>()});
+    QVector<ReportHistory> reports = withoutDays(judge.judge(row));
     if (!reports.first().status.kind)
         return reports;
-    const SchemaConnection connection(schemas, token, SchemaConnection::Access::ReadOnly);
+    for (ReportHistory &report : reports)
+        report.days = emptyDays(window);
+    const SchemaConnection connection(row, SchemaConnection::Access::ReadOnly);
     const QString error = connection.error.isEmpty()
                               ? readMails(connection.database(), window, reports)
                               : connection.error;

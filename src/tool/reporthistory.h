@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tool/schemastatus.h"
+#include "tool/schemajudge.h"
 
 #include <QDate>
 #include <QHash>
@@ -25,6 +25,16 @@ struct ReportDay {
 
     /// Returns how many have left the queue without having been sent.
     int unsent() const { return queued - waiting - sent; }
+};
+
+/// A report as it is today; of a schema that could not be judged, why.
+struct ReportStatus {
+    QString token;
+    QString databaseName;
+    const ReportKind *kind = nullptr; ///< null: the reports of the schema could not be judged
+    StoredSettings stored;
+    QString reason; ///< the state of the most urgent problem; empty without one
+    QString detail; ///< that problem, and what to do
 };
 
 /// One report of one schema over the last days.
@@ -64,5 +74,5 @@ private:
 
 /// Returns the history of both reports, daily first, or one record without days that says why the
 /// schema could not be read. Writes nothing; no connection is left open.
-QVector<ReportHistory> readHistory(const Schemas &schemas, const QString &token,
+QVector<ReportHistory> readHistory(const SchemaRow &row, const SchemaJudge &judge,
                                    const HistoryWindow &window);

@@ -8,47 +8,74 @@
 
 #include <QRegularExpression>
 #include <QSet>
+#include <QSqlError>
 
 namespace
 {
 
-/// Returns "table atten", or "tables people, groups".
-QString tablesOf(const QString &statement)
+QStringList tablesOf(const QString &statement)
 {
     static const QRegularExpression pattern(QStringLiteral("\\b(?:FROM|JOIN|INTO)\\s+(\\w+)"));
     QStringList names;
     for (auto match = pattern.globalMatch(statement); match.hasNext();)
         names.append(match.next().captured(1));
-    return (names.size() == 1 ? QStringLiteral("table ") : QStringLiteral("tables ")) +
-           names.join(QStringLiteral(", "));
+    return names;
 }
 
-QStringList errorsOf(const QSqlDatabase &database, const QStringList &statements)
+UnmetRequirement unmet(const QString &statement, const QSqlError &error)
 {
-    QStringList errors;
+    const QStringList tables = tablesOf(statement);
+    const QString text =
+        (tables.size() == 1 ? QStringLiteral("table %1: %2") : QStringLiteral("tables %1: %2"))
+            .arg(tables.join(QStringLiteral(", ")), error.databaseText().simplified());
+    return {text, tables, Requirements::isRight(error.nativeErrorCode())};
+}
+
+/// Returns whether the server can prepare all of these queries: one packet instead of a dozen.
+bool canPrepareAll(const QSqlDatabase &database, const QStringList &queries)
+{
+    return freshQuery(database).prepare(
+        QStringLiteral("SELECT EXISTS(%1)").arg(queries.join(QStringLiteral("), EXISTS("))));
+}
+
+QVector<UnmetRequirement> unmetOf(const QSqlDatabase &database, const QStringList &statements)
+{
+    QVector<UnmetRequirement> found;
     QSet<QString> known; // a missing table makes several statements fail
     for (const QString &statement : statements) {
         QSqlQuery query = freshQuery(database);
         if (query.prepare(statement))
             continue;
-        const QString text = query.lastError().databaseText().simplified();
-        if (!known.contains(text))
-            errors.append(QStringLiteral("%1: %2").arg(tablesOf(statement), text));
-        known.insert(text);
+        const QSqlError error = query.lastError();
+        if (!known.contains(error.databaseText()))
+            found.append(unmet(statement, error));
+        known.insert(error.databaseText());
     }
-    return errors;
+    return found;
 }
 
 } // namespace
 
-QStringList Requirements::unreadable(const QSqlDatabase &database, const ReportKind &kind)
+bool Requirements::isRight(const QString &code)
 {
-    const QStringList ownStatements = createReport(kind, database)->statements();
-    return errorsOf(database, ownStatements + QStringList{VarsTable::prefixStatement(QString()),
-                                                          MailRepository::columnsStatement()});
+    return code == QLatin1String("1044") || code == QLatin1String("1142") ||
+           code == QLatin1String("1143");
 }
 
-QStringList Requirements::unwritable(const QSqlDatabase &database)
+QVector<UnmetRequirement> Requirements::unreadable(const QSqlDatabase &database,
+                                                   const ReportKind &kind)
 {
-    return errorsOf(database, {VarsTable::upsertStatement(), MailRepository::insertStatement()});
+    const QStringList queries = createReport(kind, database)->statements();
+    return canPrepareAll(database, queries) ? QVector<UnmetRequirement>()
+                                            : unmetOf(database, queries);
+}
+
+QVector<UnmetRequirement> Requirements::unqueuable(const QSqlDatabase &database)
+{
+    return unmetOf(database, {MailRepository::insertStatement()});
+}
+
+QVector<UnmetRequirement> Requirements::unmarkable(const QSqlDatabase &database)
+{
+    return unmetOf(database, {VarsTable::upsertStatement()});
 }

@@ -8,7 +8,7 @@
 #include "tool/onschema.h"
 #include "tool/output.h"
 #include "tool/reportjob.h"
-#include "tool/schemastatus.h"
+#include "tool/storedsettings.h"
 #include "tool/tool.h"
 
 #include <QTemporaryDir>

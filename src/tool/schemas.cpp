@@ -6,6 +6,10 @@
 #include "db/serverlist.h"
 #include "tool/silencewatch.h"
 
+#include <algorithm>
+#include <atomic>
+#include <iterator>
+
 namespace
 {
 
@@ -14,9 +18,11 @@ QString masterName()
     return informationConnection;
 }
 
-QString schemaName()
+/// Several threads have a connection each.
+QString newName()
 {
-    return QStringLiteral("AutoReport.tool");
+    static std::atomic<int> made{0};
+    return QStringLiteral("AutoReport.tool.%1").arg(++made);
 }
 
 /// The registry does not escape tokens: one with a quotation mark would change the statement.
@@ -31,7 +37,30 @@ bool isComplete(const ConnectionOptions &row)
     return !row.databaseName.isEmpty() && !row.user.isEmpty() && !row.password.isEmpty();
 }
 
+ConnectionOptions withRow(ConnectionOptions options, const DBSchemeRecord &row)
+{
+    options.databaseName = row.name;
+    options.user = row.user;
+    options.password = row.pass;
+    return options;
+}
+
 } // namespace
+
+QString SchemaRow::error() const
+{
+    if (options.single || isComplete(options))
+        return {};
+    return QStringLiteral("the name, user or pass of schema '%1' is empty").arg(token);
+}
+
+QVector<SchemaRow> activeOf(const QVector<SchemaRow> &rows)
+{
+    QVector<SchemaRow> active;
+    std::copy_if(rows.cbegin(), rows.cend(), std::back_inserter(active),
+                 [](const SchemaRow &row) { return row.status == 1; });
+    return active;
+}
 
 Schemas::Schemas(const ConnectionOptions &connectionOptions)
     : options(connectionOptions)
@@ -88,15 +117,31 @@ Result<std::optional<ConnectionOptions>> Schemas::find(const QString &token) con
         return Error{row.error().simplified()};
     if (!row.value())
         return std::optional<ConnectionOptions>();
-    ConnectionOptions found = options;
-    found.databaseName = row.value()->name;
-    found.user = row.value()->user;
-    found.password = row.value()->pass;
-    return std::optional(found);
+    return std::optional(withRow(options, *row.value()));
+}
+
+Result<QVector<SchemaRow>> Schemas::rows(const QString &token) const
+{
+    QVector<SchemaRow> rows;
+    const auto add = [&](const SchemaRow &row) {
+        if (token.isEmpty() || row.token == token)
+            rows.append(row);
+    };
+    if (options.single) {
+        add({options.databaseName, 1, options});
+        return rows;
+    }
+    const auto found = SchemaRegistry(master()).all();
+    if (!found.isOk())
+        return Error{found.error().simplified()};
+    for (const SchemaRegistry::Listed &one : found.value())
+        add({one.record.token, one.status, withRow(options, one.record)});
+    return rows;
 }
 
 SchemaConnection::SchemaConnection(const Schemas &schemas, const QString &token, Access access,
                                    Statements statements)
+    : name(newName())
 {
     const auto found = schemas.find(token);
     if (!found.isOk()) {
@@ -107,20 +152,27 @@ SchemaConnection::SchemaConnection(const Schemas &schemas, const QString &token,
         error = QStringLiteral("there is no active schema '%1': see autoreport status").arg(token);
         return;
     }
-    ConnectionOptions options = *found.value();
-    options.waitsForAnswers = statements == Statements::Long;
-    databaseName = options.databaseName;
-    if (!options.single && !isComplete(options)) {
-        error = QStringLiteral("the name, user or pass of schema '%1' is empty").arg(token);
-        return;
-    }
-    open(options, access);
+    SchemaRow row{token, 1, *found.value()};
+    row.options.waitsForAnswers = statements == Statements::Long;
+    databaseName = row.options.databaseName;
+    error = row.error();
+    if (error.isEmpty())
+        open(row.options, access);
+}
+
+SchemaConnection::SchemaConnection(const SchemaRow &row, Access access)
+    : databaseName(row.options.databaseName)
+    , error(row.error())
+    , name(newName())
+{
+    if (error.isEmpty())
+        open(row.options, access);
 }
 
 /// Does not use DBManager, which reconnects and keeps its connections.
 void SchemaConnection::open(const ConnectionOptions &options, Access access)
 {
-    QSqlDatabase db = options.addDatabase(schemaName(), ConnectionOptions::OnLoss::Fail);
+    QSqlDatabase db = options.addDatabase(name, ConnectionOptions::OnLoss::Fail);
     if (!openOnAny(db)) {
         error = ConnectionOptions::openError(db);
         return;
@@ -137,10 +189,10 @@ void SchemaConnection::open(const ConnectionOptions &options, Access access)
 SchemaConnection::~SchemaConnection()
 {
     watch.reset();
-    QSqlDatabase::removeDatabase(schemaName());
+    QSqlDatabase::removeDatabase(name);
 }
 
 QSqlDatabase SchemaConnection::database() const
 {
-    return QSqlDatabase::database(schemaName(), false);
+    return QSqlDatabase::database(name, false);
 }

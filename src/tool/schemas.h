@@ -6,11 +6,25 @@
 #include <QSqlDatabase>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 #include <memory>
 #include <optional>
 
 class SilenceWatch;
+
+/// A row of the table `schemas`, active or not, and how to connect to its database.
+struct SchemaRow {
+    QString token;
+    int status = 1; ///< 1 is active
+    ConnectionOptions options;
+
+    /// Returns why no host opens it, or an empty text.
+    QString error() const;
+};
+
+/// Returns those that hosts serve.
+QVector<SchemaRow> activeOf(const QVector<SchemaRow> &rows);
 
 /**
  * The schemas that a host would serve: those that the information database lists or, with
@@ -31,6 +45,10 @@ public:
     /// Returns the tokens of all active schemas, in a stable order.
     Result<QStringList> tokens() const;
 
+    /// Returns the rows of that token, or all if it is empty, in the order of tokens(); those that
+    /// are not active among them.
+    Result<QVector<SchemaRow>> rows(const QString &token) const;
+
     /// Returns how to connect to that schema, with the account and password of its row, or nothing
     /// if there is no such active schema.
     Result<std::optional<ConnectionOptions>> find(const QString &token) const;
@@ -46,10 +64,9 @@ private:
 };
 
 /**
- * A connection to one schema, which the destructor closes and removes: however many schemas there
- * are, at most two connections are open at a time.
+ * A connection to one schema, which the destructor closes and removes.
  *
- * One object at a time, and no query may outlive it. The connection never reconnects.
+ * For the thread that constructs it. No query may outlive it. The connection never reconnects.
  */
 class SchemaConnection
 {
@@ -63,6 +80,7 @@ public:
 
     SchemaConnection(const Schemas &schemas, const QString &token, Access access,
                      Statements statements = Statements::Short);
+    explicit SchemaConnection(const SchemaRow &row, Access access = Access::ReadWrite);
     ~SchemaConnection();
     Q_DISABLE_COPY(SchemaConnection)
 
@@ -74,5 +92,6 @@ public:
 private:
     void open(const ConnectionOptions &options, Access access);
 
+    const QString name;                  ///< under which it is registered
     std::unique_ptr<SilenceWatch> watch; ///< null for short statements
 };

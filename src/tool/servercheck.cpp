@@ -3,13 +3,10 @@
 #include "common/freshquery.h"
 
 #include <QDateTime>
-#include <QDir>
 #include <QSqlError>
-#include <QTemporaryFile>
+#include <QVariant>
 
 #include <algorithm>
-
-#include <sys/statvfs.h>
 
 namespace
 {
@@ -17,8 +14,6 @@ namespace
 constexpr qint64 clockToleranceSeconds = 5; // more than NTP and a slow answer cause
 constexpr int connectionsToSpare = 20;      // for the product's users and an operator
 constexpr int connectionsOfScan = 400;      // opened within a slice of 0.2 s
-constexpr quint64 bytesPerMiB = 1048576;
-constexpr quint64 spaceWantedMiB = 512;
 
 /// Returns an invalid value if the statement fails.
 QVariant valueOf(const QSqlDatabase &database, const char *statement)
@@ -32,7 +27,8 @@ void checkWords(const QSqlDatabase &master, Findings &findings)
     // Tried out, because MariaDB and MySQL number their versions differently.
     if (valueOf(master, "SELECT 1 AS groups").isValid())
         return;
-    findings.problem(
+    findings.add(
+        Gravity::Obstacle, "words",
         QStringLiteral("%1 reserves the word groups, the name of a table of every schema")
             .arg(valueOf(master, "SELECT VERSION()").toString()),
         QStringLiteral("run the schemas on MariaDB or on MySQL 5.7; MySQL 8 is not supported"));
@@ -44,19 +40,20 @@ void checkClock(const QSqlDatabase &master, Findings &findings)
     const qint64 ahead =
         valueOf(master, "SELECT UNIX_TIMESTAMP()").toLongLong() - now.toSecsSinceEpoch();
     if (qAbs(ahead) > clockToleranceSeconds)
-        findings.problem(QStringLiteral("its clock is %1 s %2 this machine's")
-                             .arg(QString::number(qAbs(ahead)), ahead > 0
-                                                                    ? QStringLiteral("ahead of")
-                                                                    : QStringLiteral("behind")),
-                         QStringLiteral("keep both clocks right, with NTP for example"));
+        findings.add(Gravity::Harm, "clock",
+                     QStringLiteral("its clock is %1 s %2 this machine's")
+                         .arg(QString::number(qAbs(ahead)),
+                              ahead > 0 ? QStringLiteral("ahead of") : QStringLiteral("behind")),
+                     QStringLiteral("keep both clocks right, with NTP for example"));
     const QVariant offset = valueOf(master, "SELECT TIMESTAMPDIFF(SECOND, UTC_TIMESTAMP(), NOW())");
     // Only a notice: the tables hold Unix seconds.
     if (offset.isValid() && offset.toInt() != now.offsetFromUtc())
-        findings.notice(QStringLiteral("its time zone is %1 min off UTC, this machine's %2 min")
-                            .arg(QString::number(offset.toInt() / 60),
-                                 QString::number(now.offsetFromUtc() / 60)),
-                        QStringLiteral("the reports' days are those of the machine that runs "
-                                       "autoreport serve: see that its zone is the customers'"));
+        findings.add(Gravity::Notice, "zone",
+                     QStringLiteral("its time zone is %1 min off UTC, this machine's %2 min")
+                         .arg(QString::number(offset.toInt() / 60),
+                              QString::number(now.offsetFromUtc() / 60)),
+                     QStringLiteral("the reports' days are those of the machine that runs "
+                                    "autoreport serve: see that its zone is the customers'"));
 }
 
 } // namespace
@@ -84,43 +81,13 @@ QVector<Finding> checkConnections(const QSqlDatabase &master, int schemas, int e
     // The information database, a slice of the scan, each worker, and a short-lived one.
     const int needed = 2 + std::min(schemas, connectionsOfScan) + enabled;
     if (needed + connectionsToSpare > limit)
-        findings.problem(QStringLiteral("max_connections is %1; a host takes up to %2 for %3 "
-                                        "schemas, %4 with a report enabled")
-                             .arg(QString::number(limit), QString::number(needed),
-                                  QString::number(schemas), QString::number(enabled)),
-                         QStringLiteral("set max_connections to %1 or more, and open_files_limit "
-                                        "with it")
-                             .arg(needed + connectionsToSpare));
-    return findings.list;
-}
-
-QVector<Finding> checkTemporaryDirectory()
-{
-    Findings findings(QStringLiteral("host"));
-    const QString path = QDir::tempPath();
-    if (path.isEmpty()) { // Qt's result if it does not exist
-        findings.problem(QStringLiteral("the temporary directory '%1' does not exist")
-                             .arg(qEnvironmentVariable("TMPDIR")),
-                         QStringLiteral("create it, or point TMPDIR elsewhere"));
-        return findings.list;
-    }
-    // Permissions do not suffice: the file system may be full or read-only.
-    QTemporaryFile file(path + QStringLiteral("/autoreport-check-XXXXXX"));
-    if (!file.open())
-        findings.problem(QStringLiteral("cannot write to the temporary directory '%1': %2")
-                             .arg(path, file.errorString()),
-                         QStringLiteral("make it writable, or point TMPDIR elsewhere"));
-    // Not by QStorageInfo, which needs the table of mounts: it may be missing in a container.
-    struct statvfs room = {};
-    if (::statvfs(QFile::encodeName(path).constData(), &room) != 0)
-        return findings.list;
-    const quint64 free = room.f_bavail * room.f_frsize / bytesPerMiB;
-    if (free < spaceWantedMiB)
-        findings.problem(
-            QStringLiteral("%1 MiB are free in the temporary directory '%2'")
-                .arg(QString::number(free), path),
-            QStringLiteral("workbooks stay there until they are replaced: make room for %1 MiB, "
-                           "or point TMPDIR elsewhere")
-                .arg(spaceWantedMiB));
+        findings.add(Gravity::Harm, "connections",
+                     QStringLiteral("max_connections is %1; a host takes up to %2 for %3 "
+                                    "schemas, %4 with a report enabled")
+                         .arg(QString::number(limit), QString::number(needed),
+                              QString::number(schemas), QString::number(enabled)),
+                     QStringLiteral("set max_connections to %1 or more, and open_files_limit "
+                                    "with it")
+                         .arg(needed + connectionsToSpare));
     return findings.list;
 }

@@ -15,7 +15,3 @@ QString cipherOf(const QSqlDatabase &master);
 /// Checks whether the server allows all connections of a host that serves `schemas`, of which
 /// `enabled` have a report.
 QVector<Finding> checkConnections(const QSqlDatabase &master, int schemas, int enabled);
-
-/// Checks whether this process can write workbooks to the temporary directory, TMPDIR. Creates a
-/// file in it for a moment.
-QVector<Finding> checkTemporaryDirectory();

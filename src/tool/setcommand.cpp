@@ -2,9 +2,9 @@
 #include "tool/onschema.h"
 #include "tool/output.h"
 #include "tool/progress.h"
-#include "tool/schemastatus.h"
 #include "tool/setoutcome.h"
 #include "tool/setrequest.h"
+#include "tool/storedsettings.h"
 #include "tool/tool.h"
 
 #include <QSqlError>

@@ -1,6 +1,6 @@
 #include "tool/setoutcome.h"
 
-#include "tool/schemastatus.h"
+#include "tool/storedsettings.h"
 
 #include <algorithm>
 

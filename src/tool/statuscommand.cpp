@@ -1,8 +1,11 @@
 #include "tool/commands.h"
+#include "tool/hosttext.h"
 #include "tool/invocation.h"
+#include "tool/machine.h"
 #include "tool/onschema.h"
 #include "tool/output.h"
 #include "tool/progress.h"
+#include "tool/schemapool.h"
 #include "tool/statustable.h"
 #include "tool/tool.h"
 
@@ -13,83 +16,107 @@
 namespace
 {
 
+/// What `status` has found out, and which lines of it are to be shown.
 struct Found {
-    QVector<ReportStatus> reports;
-    bool isComplete = true; ///< otherwise the server stopped answering
+    Machine machine;
+    QDateTime now;
+    SchemasJudged schemas;
+    QVector<StatusLine> shown;
+    int off = 0; ///< lines that are not shown, as somebody switched them off
+    int status = Tool::Well;
 };
 
-bool isWell(const QVector<ReportStatus> &reports)
+/// What is switched off is left out unless it is asked for; a problem never is. A monitor gets the
+/// reports that are off, too, as its fields say so.
+void choose(const Invocation &invocation, Found &found)
 {
-    return std::all_of(reports.cbegin(), reports.cend(),
-                       [](const ReportStatus &one) { return one.reason.isEmpty(); });
-}
-
-/// Reads them one after another: thousands of connections at once would leave none for the hosts.
-Found readAll(const Schemas &schemas, const QStringList &tokens, const QDateTime &now)
-{
-    Found found;
-    Progress progress(QStringLiteral("schemas"), tokens.size());
-    for (const QString &token : tokens) {
-        const auto reports = readStatus(schemas, token, now);
-        found.reports += reports;
-        // All schemas are on this server: a timeout for each could take hours.
-        if (!isWell(reports) && !schemas.isAnswering()) {
-            found.isComplete = false;
-            break;
-        }
-        progress.step();
+    const bool takesAll = invocation.has("all") || invocation.has("schema");
+    const auto add = [&](const StatusLine &line) {
+        const bool takesOff = takesAll || (line.report && invocation.has("json"));
+        if (line.isOff() && !takesOff)
+            ++found.off;
+        else if (line.isProblem() || !invocation.has("problems"))
+            found.shown.append(line);
+    };
+    for (const SchemaJudgement &schema : found.schemas.list) {
+        if (!schema.findings.isEmpty())
+            add({&schema, nullptr});
+        for (const ReportJudgement &report : schema.reports)
+            add({&schema, &report});
     }
-    return found;
 }
 
-void printJson(const QVector<ReportStatus> &reports, const QDateTime &now, int status)
+int statusOf(const Found &found)
 {
-    QJsonArray array;
-    for (const ReportStatus &report : reports)
-        array.append(statusJson(report));
-    const QJsonObject object{{QStringLiteral("moment"), now.toUTC().toString(Qt::ISODate)},
-                             {QStringLiteral("status"), status},
-                             {QStringLiteral("reports"), array}};
+    if (!found.schemas.isComplete)
+        return Tool::CouldNotAsk;
+    const auto &all = found.schemas.list;
+    const QVector<Finding> ofMachine = found.machine.findings();
+    const bool isWell =
+        std::none_of(all.cbegin(), all.cend(),
+                     [](const SchemaJudgement &schema) { return schema.hasProblem(); }) &&
+        std::none_of(ofMachine.cbegin(), ofMachine.cend(),
+                     [](const Finding &one) { return one.isProblem(); });
+    return isWell ? Tool::Well : Tool::Look;
+}
+
+void printText(const Found &found)
+{
+    Output::print(statusTable(found.shown));
+    Output::print(QString());
+    for (const Finding &one : found.machine.findings())
+        Output::print(QStringLiteral("%1: %2; to do: %3").arg(one.subject, one.text, one.remedy));
+    if (found.off > 0)
+        Output::print(QStringLiteral("switched off and not shown: %1, see --all").arg(found.off));
+    Output::print(hostLines(found.machine));
+}
+
+void printJson(const Found &found)
+{
+    QJsonArray lines;
+    for (const StatusLine &line : found.shown)
+        lines.append(statusJson(line));
+    QJsonArray machine;
+    for (const Finding &one : found.machine.findings())
+        machine.append(QJsonObject{{QStringLiteral("state"), one.state},
+                                   {QStringLiteral("detail"), one.text},
+                                   {QStringLiteral("remedy"), one.remedy}});
+    const QJsonObject object{
+        {QStringLiteral("moment"), found.now.toUTC().toString(Qt::ISODate)},
+        {QStringLiteral("status"), found.status},
+        {QStringLiteral("reports"), lines},
+        {QStringLiteral("machine"), machine},
+        {QStringLiteral("hosts"), hostsJson(found.machine)},
+        {QStringLiteral("silentHosts"), QJsonArray::fromStringList(found.machine.silentHosts)}};
     Output::print(object);
-}
-
-/// Returns the tokens of the schemas to show.
-Result<QStringList> chosenTokens(const Invocation &invocation, const Schemas &schemas)
-{
-    const QString only = invocation.value("schema");
-    if (only.isEmpty())
-        return schemas.tokens();
-    // A wrong token is a usage error, not a schema in trouble.
-    const auto found = schemas.find(only);
-    if (!found.isOk())
-        return Error{found.error()};
-    if (!found.value())
-        return Error{QStringLiteral("there is no active schema '%1': autoreport status without "
-                                    "--schema lists them")
-                         .arg(only)};
-    return QStringList(only);
 }
 
 int showStatus(const Invocation &invocation, const Schemas &schemas)
 {
-    const auto tokens = chosenTokens(invocation, schemas);
-    if (!tokens.isOk()) {
-        Output::error(tokens.error());
+    const auto rows = schemas.rows(invocation.value("schema"));
+    if (!rows.isOk()) {
+        Output::error(rows.error());
         return Tool::CouldNotAsk;
     }
+    if (rows.value().isEmpty() && invocation.has("schema"))
+        return noSuchSchema(schemas, invocation.value("schema"));
     // The same moment for all, so that a schema read late does not look worse.
-    const QDateTime now = QDateTime::currentDateTime();
-    const Found found = readAll(schemas, tokens.value(), now);
-    const int status = !found.isComplete       ? Tool::CouldNotAsk
-                       : isWell(found.reports) ? Tool::Well
-                                               : Tool::Look;
+    Found found{
+        Machine::ask(invocation.connection), QDateTime::currentDateTime(), {}, {}, 0, Tool::Well};
+    {
+        Progress progress(QStringLiteral("schemas"), rows.value().size());
+        const SchemaJudge judge(found.machine, found.now, SchemaJudge::Scope::Problems);
+        found.schemas = judgeAll(schemas, rows.value(), judge, [&progress] { progress.step(); });
+    }
+    choose(invocation, found);
+    found.status = statusOf(found);
     if (invocation.has("json"))
-        printJson(found.reports, now, status);
+        printJson(found);
     else
-        Output::print(statusTable(found.reports));
-    if (!found.isComplete)
+        printText(found);
+    if (!found.schemas.isComplete)
         Output::error(QStringLiteral("the server no longer answers"));
-    return status;
+    return found.status;
 }
 
 } // namespace
@@ -98,6 +125,8 @@ void describeStatus(QCommandLineParser &parser)
 {
     parser.addOption({QStringLiteral("schema"), QStringLiteral("Show this schema only."),
                       QStringLiteral("token")});
+    parser.addOption({QStringLiteral("problems"), QStringLiteral("Show problems alone.")});
+    parser.addOption({QStringLiteral("all"), QStringLiteral("Show what is switched off, too.")});
     parser.addOption({QStringLiteral("json"), QStringLiteral("Print JSON, for a monitor.")});
 }
 

@@ -9,26 +9,27 @@
 namespace
 {
 
-// These keep the widest line at 120 columns.
-constexpr int tokenWidth = 20;
-constexpr int timeWidth = 8;
-constexpr int maxCount = 99;
 constexpr qint64 secondsPerMinute = 60;
 constexpr qint64 secondsPerHour = 3600;
 constexpr qint64 secondsPerDay = 86400;
+constexpr int gap = 2; // between columns, as Output::table() has it
+
+/// The columns, and in which order they give way to a narrow terminal; 0: never.
+struct Column {
+    const char *heading;
+    int givesWay;
+};
+constexpr Column columns[] = {{"SCHEMA", 0}, {"REPORT", 0}, {"ON", 5}, {"TIME", 6},
+                              {"LAST", 4},   {"NEXT", 7},   {"TO", 3}, {"QUEUED", 2},
+                              {"OLDEST", 1}, {"STATE", 0}};
+constexpr int mostGivesWay = 7;
 
 /// Damaged settings may hold seconds beyond any calendar.
-QDateTime lastGenerated(const ReportStatus &report)
+QDateTime lastGenerated(const ReportJudgement &report)
 {
     const qint64 seconds = report.stored.settings.lastGenerated;
     return seconds == 0 ? QDateTime()
                         : QDateTime::fromSecsSinceEpoch(std::min(seconds, endOfYear9999));
-}
-
-/// Keeps the column as narrow as its heading; the JSON has the exact number.
-QString count(int number)
-{
-    return number > maxCount ? QStringLiteral(">99") : QString::number(number);
 }
 
 /// Returns the age in the largest unit of which there are at least two.
@@ -44,54 +45,87 @@ QString age(qint64 seconds)
 }
 
 /// Returns "2", or "2+1" if one more entry is not a mail address.
-QString recipientsText(const ReportStatus &report)
+QString recipientsText(const ReportJudgement &report)
 {
     const Recipients recipients(report.stored.settings.recipients);
-    const QString good = count(recipients.wellFormed.size());
+    const QString good = QString::number(recipients.wellFormed.size());
     return recipients.malformed.isEmpty()
                ? good
-               : good + QLatin1Char('+') + count(recipients.malformed.size());
+               : good + QLatin1Char('+') + QString::number(recipients.malformed.size());
 }
 
-/// Returns the text of the last column: the reason, "well" or "off".
-QString stateText(const ReportStatus &report)
-{
-    if (!report.reason.isEmpty())
-        return report.reason;
-    return report.stored.settings.enabled ? QStringLiteral("well") : QStringLiteral("off");
-}
-
-Output::Colour stateColour(const ReportStatus &report)
-{
-    if (!report.reason.isEmpty())
-        return Output::Colour::Bad;
-    return report.stored.settings.enabled ? Output::Colour::Good : Output::Colour::Notable;
-}
-
-QStringList tableRow(const ReportStatus &report)
+QStringList tableRow(const StatusLine &line)
 {
     const QString none = QStringLiteral("-");
-    const QString token = Output::shortened(report.token, tokenWidth);
-    if (!report.kind)
-        return {token, none, none, none, none, none, none, none, none, stateText(report)};
+    const QString &token = line.schema->token;
+    if (!line.report)
+        return {token, none, none, none, none, none, none, none, none, line.state()};
+    const ReportJudgement &report = *line.report;
     const QString time = report.stored.text("time");
+    const SchemaJudgement &schema = *line.schema;
     return {token,
             QLatin1String(report.kind->word),
             report.stored.settings.enabled ? QStringLiteral("yes") : QStringLiteral("no"),
-            time.isEmpty() ? none : Output::shortened(time, timeWidth),
+            time.isEmpty() ? none : time,
             Output::moment(lastGenerated(report)),
             Output::moment(report.next),
             recipientsText(report),
-            QString::number(report.queued),
-            report.queued > 0 ? age(report.oldestSeconds) : none,
-            stateText(report)};
+            schema.queued < 0 ? QStringLiteral("?") : QString::number(schema.queued),
+            schema.queued > 0 ? age(schema.oldestSeconds) : none,
+            line.state()};
 }
 
-/// Returns the start of the sentence below the table: the whole token, which a row shortens.
-QString headline(const ReportStatus &report)
+int widthOf(const QVector<QStringList> &rows)
 {
-    return report.kind ? report.token + QLatin1Char(' ') + QLatin1String(report.kind->word)
-                       : report.token;
+    int total = -gap;
+    for (int column = 0; column < rows.first().size(); ++column) {
+        int width = 0;
+        for (const QStringList &row : rows)
+            width = std::max(width, row.at(column).size());
+        total += width + gap;
+    }
+    return total;
+}
+
+/// Removes columns until the table is at most `width` wide, or nothing more gives way.
+QVector<QStringList> fitted(QVector<QStringList> rows, int width)
+{
+    QVector<int> left;
+    for (const Column &column : columns)
+        left.append(column.givesWay);
+    for (int next = 1; next <= mostGivesWay && widthOf(rows) > width; ++next) {
+        const int index = left.indexOf(next);
+        left.remove(index);
+        for (QStringList &row : rows)
+            row.removeAt(index);
+    }
+    return rows;
+}
+
+/// Returns what is the matter, and what to do; an empty text if nothing is.
+QString advice(const StatusLine &line)
+{
+    const auto &findings = line.findings();
+    const auto found = std::find_if(findings.cbegin(), findings.cend(), [](const Finding &one) {
+        return one.isProblem() || one.gravity == Gravity::Waiting;
+    });
+    return found == findings.cend()
+               ? QString()
+               : QStringLiteral("%1; to do: %2").arg(found->text, found->remedy);
+}
+
+/// Returns the start of the sentence below the table.
+QString subjectOf(const StatusLine &line)
+{
+    const QString &token = line.schema->token;
+    return line.report ? token + QLatin1Char(' ') + QLatin1String(line.report->kind->word) : token;
+}
+
+Output::Colour colourOf(const StatusLine &line)
+{
+    if (line.isProblem())
+        return Output::Colour::Bad;
+    return line.state() == QLatin1String("well") ? Output::Colour::Good : Output::Colour::Notable;
 }
 
 QJsonValue jsonMoment(const QDateTime &moment)
@@ -105,34 +139,9 @@ QJsonValue jsonText(const QString &text)
     return text.isEmpty() ? QJsonValue() : text;
 }
 
-} // namespace
-
-QStringList statusTable(const QVector<ReportStatus> &reports)
+void addReport(const StatusLine &line, QJsonObject &object)
 {
-    QVector<QStringList> rows{
-        QStringLiteral("SCHEMA REPORT ON TIME LAST NEXT TO QUEUED OLDEST STATE")
-            .split(QLatin1Char(' '))};
-    QVector<Output::Colour> colours;
-    QStringList details;
-    for (const ReportStatus &report : reports) {
-        rows.append(tableRow(report));
-        colours.append(stateColour(report));
-        if (!report.reason.isEmpty())
-            details += QStringLiteral("%1: %2").arg(headline(report), report.detail);
-    }
-    const QStringList table = Output::table(rows, colours);
-    return details.isEmpty() ? table : table + QStringList(QString()) + details;
-}
-
-QJsonObject statusJson(const ReportStatus &report)
-{
-    // "reason" is always there, so that a monitor need not look at any other key.
-    QJsonObject object{{QStringLiteral("schema"), report.token},
-                       {QStringLiteral("database"), report.databaseName},
-                       {QStringLiteral("reason"), jsonText(report.reason)},
-                       {QStringLiteral("detail"), jsonText(report.detail)}};
-    if (!report.kind)
-        return object;
+    const ReportJudgement &report = *line.report;
     const Recipients recipients(report.stored.settings.recipients);
     const auto add = [&object](const char *key, const QJsonValue &value) {
         object.insert(QLatin1String(key), value);
@@ -144,7 +153,64 @@ QJsonObject statusJson(const ReportStatus &report)
     add("nextDue", jsonMoment(report.next));
     add("recipients", QJsonArray::fromStringList(recipients.wellFormed));
     add("malformedRecipients", QJsonArray::fromStringList(recipients.malformed));
-    add("queued", report.queued);
-    add("oldestQueuedSeconds", report.queued > 0 ? QJsonValue(report.oldestSeconds) : QJsonValue());
+    const bool isQueued = line.schema->queued > 0;
+    add("queued", line.schema->queued < 0 ? QJsonValue() : line.schema->queued);
+    add("oldestQueuedSeconds", isQueued ? QJsonValue(line.schema->oldestSeconds) : QJsonValue());
+}
+
+} // namespace
+
+const QVector<Finding> &StatusLine::findings() const
+{
+    return report ? report->findings : schema->findings;
+}
+
+QString StatusLine::state() const
+{
+    return stateOf(findings());
+}
+
+bool StatusLine::isProblem() const
+{
+    return std::any_of(findings().cbegin(), findings().cend(),
+                       [](const Finding &one) { return one.isProblem(); });
+}
+
+bool StatusLine::isOff() const
+{
+    return !isProblem() && !findings().isEmpty() && findings().first().gravity == Gravity::Off;
+}
+
+QStringList statusTable(const QVector<StatusLine> &lines)
+{
+    QStringList headings;
+    for (const Column &column : columns)
+        headings.append(QLatin1String(column.heading));
+    QVector<QStringList> rows{headings};
+    QVector<Output::Colour> colours;
+    QStringList sentences;
+    for (const StatusLine &line : lines) {
+        rows.append(tableRow(line));
+        colours.append(colourOf(line));
+        const QString text = advice(line);
+        if (!text.isEmpty())
+            sentences.append(QStringLiteral("%1: %2").arg(subjectOf(line), text));
+    }
+    const int width = Output::terminalWidth();
+    const QStringList table = Output::table(width > 0 ? fitted(rows, width) : rows, colours);
+    return sentences.isEmpty() ? table : table + QStringList(QString()) + sentences;
+}
+
+QJsonObject statusJson(const StatusLine &line)
+{
+    // "reason" is always there, so that a monitor need not look at any other key.
+    QJsonObject object{
+        {QStringLiteral("schema"), line.schema->token},
+        {QStringLiteral("database"), line.schema->databaseName},
+        {QStringLiteral("state"), line.state()},
+        {QStringLiteral("reason"), line.isProblem() ? QJsonValue(line.state()) : QJsonValue()},
+        {QStringLiteral("detail"), jsonText(advice(line))}};
+    if (line.report)
+        addReport(line, object);
     return object;
 }

@@ -1,13 +1,25 @@
 #pragma once
 
-#include "tool/schemastatus.h"
+#include "tool/schemajudge.h"
 
 #include <QJsonObject>
 
-/// Returns the lines to print: a table of at most 120 columns with a row per report, and below it a
-/// sentence of any length for each report that needs attention.
-QStringList statusTable(const QVector<ReportStatus> &reports);
+/// A line of `status`: a report, or a schema whose reports could not be judged.
+struct StatusLine {
+    const SchemaJudgement *schema;
+    const ReportJudgement *report; ///< null for a schema
 
-/// Returns everything about one report, for monitors. Moments are ISO 8601 with offset, ages are
+    const QVector<Finding> &findings() const;
+    QString state() const;
+    bool isProblem() const;
+    bool isOff() const;
+};
+
+/// Returns the lines to print: a table with a row per line, and below it a sentence of any length
+/// for each line that needs attention. In a terminal, columns for which there is no room are left
+/// out; tokens and states never are.
+QStringList statusTable(const QVector<StatusLine> &lines);
+
+/// Returns everything about one line, for monitors. Moments are ISO 8601 with offset, ages are
 /// seconds; absent values are null.
-QJsonObject statusJson(const ReportStatus &report);
+QJsonObject statusJson(const StatusLine &line);

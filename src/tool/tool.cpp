@@ -58,8 +58,9 @@ constexpr std::array commands{
             "      --emails payroll@example.com,boss@example.com\n"
             "  autoreport set --all monthly --disable --dry-run",
             describeSet, runSet},
-    Command{"check", Takes::Nothing, "Checks the installation and says how to mend what is wrong.",
-            "autoreport check\n  autoreport check --json", describeCheck, runCheck},
+    Command{"check", Takes::PerhapsToken,
+            "Checks the installation and says how to mend what is wrong.",
+            "autoreport check\n  autoreport check kovo", describeCheck, runCheck},
 };
 
 const Command *find(const QString &name)

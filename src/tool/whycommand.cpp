@@ -1,10 +1,9 @@
-#include "common/freshquery.h"
 #include "tool/commands.h"
-#include "tool/obstacles.h"
+#include "tool/hosttext.h"
+#include "tool/machine.h"
 #include "tool/onschema.h"
 #include "tool/output.h"
-#include "tool/schemacheck.h"
-#include "tool/schemastatus.h"
+#include "tool/schemajudge.h"
 #include "tool/tool.h"
 
 #include <algorithm>
@@ -86,145 +85,106 @@ void printRules(const StoredSettings &stored, const QDateTime &now)
     }
 }
 
-/// What a command has found out about one report; the lists are in the order of urgency.
-struct Answer {
-    bool isAsked = false; ///< else the rest says nothing
-    QVector<Finding> obstacles;
-    QVector<Finding> others; ///< what harms the report, or those after it
-    QDateTime overdueSince;  ///< invalid if it is not
-    QDateTime next;
-};
-
-int couldNotAsk(const QString &error)
+void explainRules(const Invocation &invocation, const SchemaJudgement &schema,
+                  const ReportJudgement &report, const QDateTime &now)
 {
-    Output::error(error);
-    return Tool::CouldNotAsk;
+    Output::print(QStringLiteral("The %1 report of '%2' (database '%3') on %4:")
+                      .arg(QLatin1String(report.kind->word), invocation.token, schema.databaseName,
+                           Output::exactMoment(now)));
+    Output::print(QString());
+    printRules(report.stored, now);
+    const ReportSettings &settings = report.stored.settings;
+    Output::print(QStringList{
+        QString(), answer(scheduleVerdict(settings, now)),
+        QStringLiteral("Next due: %1").arg(Output::exactMoment(nextDue(settings, now)))});
 }
 
-QString toDo(const QString &text, const QString &remedy)
+/// What the hosts of this machine know.
+void explainHosts(const Invocation &invocation, const Machine &machine)
 {
-    return QStringLiteral("%1. To do: %2.").arg(text, remedy);
+    Output::print(hostLines(machine));
+    if (const HostAnswer *host = machine.hostOf(invocation.token)) {
+        const SchemaAnswer schema = host->schemas.value(invocation.token);
+        const ReportAnswer runs = schema.reports.value(QLatin1String(invocation.kind->word));
+        Output::print(
+            QStringList{QStringLiteral("last tick: %1").arg(momentText(schema.lastTick)),
+                        QStringLiteral("last run: %1").arg(runText(runs.last)),
+                        QStringLiteral("last failure: %1").arg(runText(runs.lastFailure))});
+    }
+}
+
+const Finding *find(const QVector<Finding> &findings, bool (*matches)(const Finding &))
+{
+    const auto found = std::find_if(findings.cbegin(), findings.cend(), matches);
+    return found == findings.cend() ? nullptr : &*found;
+}
+
+int sayCause(const QString &text, const QString &remedy)
+{
+    Output::print(QStringLiteral("%1. To do: %2.").arg(text, remedy));
+    return Tool::Look;
 }
 
 /// The last line: the one cause, and what to do.
-int conclude(const Invocation &invocation, const Answer &found)
+int conclude(const QVector<Finding> &findings, const QDateTime &next)
 {
-    for (const Finding &one : found.obstacles + found.others)
-        Output::print(
-            QStringLiteral("  %1  %2")
-                .arg(Output::coloured(QStringLiteral("problem"), Output::Colour::Bad), one.text));
-    if (!found.obstacles.isEmpty()) {
-        const Finding &cause = found.obstacles.first();
-        Output::print(toDo(QStringLiteral("Cause: ") + cause.text, cause.remedy));
-        return Tool::Look;
+    for (const Finding &one : findings) {
+        const auto colour = one.isProblem() ? Output::Colour::Bad : Output::Colour::Notable;
+        Output::print(QStringLiteral("  %1  %2")
+                          .arg(Output::coloured(one.isProblem() ? QStringLiteral("problem")
+                                                                : QStringLiteral("notice "),
+                                                colour),
+                               one.text));
     }
-    if (!found.others.isEmpty()) {
-        const Finding &other = found.others.first();
-        Output::print(
-            toDo(QStringLiteral("Nothing keeps it back, but: ") + other.text, other.remedy));
-        return Tool::Look;
-    }
-    if (found.overdueSince.isValid()) {
-        Output::print(
-            toDo(QStringLiteral("Cause: no host has made it, though it has been due since %1")
-                     .arg(Output::exactMoment(found.overdueSince)),
-                 QStringLiteral("see that autoreport serve runs, and the lines of its log that "
-                                "begin with '%1: '")
-                     .arg(invocation.token)));
-        return Tool::Look;
-    }
+    if (const Finding *cause = find(findings, [](const Finding &one) {
+            return one.keepsBack() || one.gravity == Gravity::Alarm;
+        }))
+        return sayCause(QStringLiteral("Cause: ") + cause->text, cause->remedy);
+    if (const Finding *harm = find(findings, [](const Finding &one) { return one.isProblem(); }))
+        return sayCause(QStringLiteral("Nothing keeps it back, but: ") + harm->text, harm->remedy);
     Output::print(
-        QStringLiteral("Nothing keeps it back: next due %1").arg(Output::exactMoment(found.next)));
-    return found.next.isValid() ? Tool::Well : Tool::Look;
+        QStringLiteral("Nothing keeps it back: next due %1").arg(Output::exactMoment(next)));
+    return next.isValid() ? Tool::Well : Tool::Look;
 }
 
-/// A scan an hour, a tick a minute, and the report itself may pass until a due report is made.
-QDateTime overdueSince(const ReportSettings &settings, const QDateTime &now)
+int explain(const Invocation &invocation, const Machine &machine, const SchemaJudgement &schema,
+            const QDateTime &now)
 {
-    constexpr qint64 graceSeconds = 4200;
-    const QDateTime scheduled = scheduledMoment(now.date(), settings.time);
-    const bool isOverdue = scheduleVerdict(settings, now) == ScheduleVerdict::Due &&
-                           scheduled.secsTo(now) > graceSeconds;
-    return isOverdue ? scheduled : QDateTime();
-}
-
-void explain(const Invocation &invocation, const StoredSettings &stored,
-             const SchemaConnection &connection, const QDateTime &now)
-{
-    Output::print(QStringLiteral("The %1 report of '%2' (database '%3') on %4:")
-                      .arg(QLatin1String(invocation.kind->word), invocation.token,
-                           connection.databaseName, Output::exactMoment(now)));
-    Output::print(QString());
-    printRules(stored, now);
-    Output::print(QStringList{
-        QString(), answer(scheduleVerdict(stored.settings, now)),
-        QStringLiteral("Next due: %1").arg(Output::exactMoment(nextDue(stored.settings, now)))});
-}
-
-Answer ask(const Invocation &invocation, const SchemaConnection &connection, const QDateTime &now)
-{
-    Answer found;
-    const QSqlDatabase database = connection.database();
-    const auto read = StoredSettings::read(database, *invocation.kind);
-    if (read.isOk()) {
-        explain(invocation, read.value(), connection, now);
-        found.next = nextDue(read.value().settings, now);
-        // What is asked of the schema and this machine is as of today, whatever "--at" says.
-        if (!invocation.has("at"))
-            found.overdueSince = overdueSince(read.value().settings, now);
-        found.obstacles = findObstacles(database, invocation.token, read.value(), *invocation.kind,
-                                        QDateTime::currentDateTime());
-    } else {
-        found.obstacles.append({true, invocation.token, read.error(),
-                                QStringLiteral("restore the table vars, or grant SELECT on it")});
+    const auto report = std::find_if(
+        schema.reports.cbegin(), schema.reports.cend(),
+        [&invocation](const ReportJudgement &one) { return one.kind == invocation.kind; });
+    if (report == schema.reports.cend()) {
+        Output::print(hostLines(machine));
+        return conclude(schema.findings, {});
     }
-    found.isAsked = freshQuery(database).exec(QStringLiteral("DO 0"));
-    return found;
-}
-
-/// A schema that is listed, but cannot be served.
-int explainUnserved(const Invocation &invocation, const Schemas &schemas, const QString &error)
-{
-    QSqlQuery query = freshQuery(schemas.master());
-    query.prepare(QStringLiteral("SELECT MAX(status) FROM `schemas` WHERE token = ?"));
-    query.addBindValue(invocation.token);
-    if (invocation.connection.single || !query.exec() || !query.next() || query.isNull(0))
-        return couldNotAsk(error);
-    Answer found;
-    const int status = query.value(0).toInt();
-    if (status == 1)
-        found.obstacles.append({true, invocation.token, error,
-                                QStringLiteral("correct its row in the table schemas, or grant "
-                                               "the access")});
-    else
-        found.obstacles.append(
-            {true, invocation.token,
-             QStringLiteral("the schema is not active: status is %1 in the table schemas")
-                 .arg(status),
-             QStringLiteral("set status to 1 if the customer is to be served")});
-    return conclude(invocation, found);
+    explainRules(invocation, schema, *report, now);
+    explainHosts(invocation, machine);
+    QVector<Finding> findings = report->findings;
+    for (const Finding &one : machine.findings()) {
+        if (one.text != machine.temporaryError) // each report has it
+            findings.append(one);
+    }
+    return conclude(findings, nextDue(report->stored.settings, now));
 }
 
 int explainAll(const Invocation &invocation, const Schemas &schemas, const QDateTime &now)
 {
-    Answer found;
-    { // one connection at a time
-        // It may write, as the server checks rights only over such a one.
-        const SchemaConnection connection(schemas, invocation.token,
-                                          SchemaConnection::Access::ReadWrite);
-        if (!connection.error.isEmpty())
-            return explainUnserved(invocation, schemas, connection.error);
-        found = ask(invocation, connection, now);
+    const auto rows = schemas.rows(invocation.token);
+    if (!rows.isOk()) {
+        Output::error(rows.error());
+        return Tool::CouldNotAsk;
     }
-    if (!found.isAsked)
-        return couldNotAsk(QStringLiteral("the server no longer answers"));
-    if (found.obstacles.isEmpty()) {
-        for (const Finding &one : checkSchema(schemas, invocation.token).findings) {
-            if (one.isProblem)
-                found.others.append(one);
-        }
+    if (rows.value().isEmpty())
+        return noSuchSchema(schemas, invocation.token);
+    const Machine machine = Machine::ask(invocation.connection);
+    // What is asked of the schema and this machine is as of now, whatever "--at" says.
+    const SchemaJudge judge(machine, QDateTime::currentDateTime(), SchemaJudge::Scope::AllReports);
+    const SchemaJudgement schema = judge.judge(rows.value().first());
+    if (!schema.isComplete) {
+        Output::error(QStringLiteral("the server no longer answers"));
+        return Tool::CouldNotAsk;
     }
-    return conclude(invocation, found);
+    return explain(invocation, machine, schema, now);
 }
 
 } // namespace

@@ -66,7 +66,7 @@ private Q_SLOTS:
         info->addSchemas({"second", "third", "fourth"}, bench->schema.name());
         bench->schema.exec("LOCK TABLES " + table + " WRITE");
         const auto tool = start(arguments.replace("DIR", bench->temporary.path()) + timeout);
-        QTRY_COMPARE_WITH_TIMEOUT(bench->schema.connectionsIn("Waiting for table%"), 1, patienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(bench->schema.connectionsIn("Waiting for table%") > 0, patienceMs);
         QElapsedTimer timer;
         timer.start();
         freeze(true);

@@ -1,0 +1,152 @@
+#include "tool/hostchecks.h"
+
+#include "common/freshquery.h"
+#include "tool/hosttext.h"
+#include "tool/machine.h"
+#include "tool/output.h"
+#include "tool/storedsettings.h"
+
+#include <limits>
+
+namespace
+{
+
+constexpr qint64 graceSeconds = 4200; // a scan an hour, a tick a minute, and the report itself
+constexpr qint64 graceOfServed = 300; // it has been found: a tick and the report
+const char *const scanAtOnce = "wait, or let the host scan at once: systemctl reload autoreport";
+
+/// Looks whether today's run failed. A run that queued no mail may count as made all the same.
+void checkLastRun(const RunOutcome &last, const StoredSettings &stored, const QDateTime &now,
+                  const QString &command, Findings &findings)
+{
+    const ReportSettings &settings = stored.settings;
+    const qint64 scheduled = scheduledMoment(now.date(), settings.time).toSecsSinceEpoch();
+    const bool isOfToday = last.moment >= scheduled && settings.lastGenerated <= last.moment;
+    if (last.cause.isEmpty() || !isOfToday)
+        return;
+    const bool isTriedAgain = scheduleVerdict(settings, now) == ScheduleVerdict::Due;
+    findings.add(Gravity::Obstacle, "failed",
+                 QStringLiteral("its last run, at %1, failed: %2")
+                     .arg(momentText(last.moment), last.text.isEmpty() ? last.cause : last.text),
+                 isTriedAgain ? QStringLiteral("mend that; the host tries again every minute")
+                              : QStringLiteral("mend that, then ") + command);
+}
+
+void checkServed(const HostAnswer &host, const ReportKind &kind, const StoredSettings &stored,
+                 const QDateTime &now, Findings &findings)
+{
+    const SchemaAnswer schema = host.schemas.value(findings.subject);
+    if (host.isPaused)
+        findings.add(Gravity::Obstacle, "paused", QStringLiteral("the host is paused"),
+                     QStringLiteral("resume it: systemctl kill -s SIGUSR2 autoreport"));
+    if (schema.problemMoment > schema.lastTick)
+        findings.add(Gravity::Obstacle, "worker",
+                     QStringLiteral("the host's worker cannot work since %1: %2")
+                         .arg(momentText(schema.problemMoment), schema.problem),
+                     QStringLiteral("see that the server answers; the host tries again every "
+                                    "minute"));
+    checkLastRun(
+        schema.reports.value(QLatin1String(kind.word)).last, stored, now,
+        QStringLiteral("autoreport run %1 %2").arg(findings.subject, QLatin1String(kind.word)),
+        findings);
+}
+
+/// Its worker ended, or the scan has not come to it yet.
+void checkUnserved(const HostAnswer &host, Findings &findings)
+{
+    const SchemaAnswer schema = host.schemas.value(findings.subject);
+    if (schema.problemMoment != 0)
+        findings.add(Gravity::Obstacle, "worker",
+                     QStringLiteral("the host's worker has ended at %1: %2")
+                         .arg(momentText(schema.problemMoment), schema.problem),
+                     QStringLiteral("mend that, then systemctl restart autoreport"));
+    else if (host.isPaused)
+        findings.add(Gravity::Obstacle, "paused",
+                     QStringLiteral("the host is paused, and has not found the schema before"),
+                     QStringLiteral("resume it: systemctl kill -s SIGUSR2 autoreport"));
+    else if (!host.scanProblem.isEmpty())
+        findings.add(Gravity::Obstacle, "scan",
+                     QStringLiteral("the host's last scan, at %1, ended early: %2")
+                         .arg(momentText(host.lastScan), host.scanProblem),
+                     QStringLiteral("mend that, then systemctl reload autoreport"));
+    else if (host.lastScan == 0)
+        findings.add(Gravity::Waiting, "scan",
+                     QStringLiteral("the host has not finished its first scan"),
+                     QStringLiteral("wait"));
+    else
+        findings.add(Gravity::Waiting, "scan",
+                     QStringLiteral("the host has not found it yet: its last scan was at %1, the "
+                                    "next is at %2")
+                         .arg(momentText(host.lastScan), momentText(host.nextScan)),
+                     QLatin1String(scanAtOnce));
+}
+
+/// Returns since when the report should have gone out, invalid if it is not overdue.
+QDateTime overdueSince(const ReportSettings &settings, const QDateTime &now, qint64 grace)
+{
+    QDate day = now.date();
+    if (scheduledMoment(day, settings.time).secsTo(now) < grace)
+        day = day.addDays(-1);
+    // It may have been enabled only today.
+    if (settings.lastGenerated == 0 && day != now.date())
+        return {};
+    const QDateTime scheduled = scheduledMoment(day, settings.time);
+    return scheduleVerdict(settings, scheduled) == ScheduleVerdict::Due ? scheduled : QDateTime();
+}
+
+/// Returns how long ago the table of the settings was last written, by the server's clock; a long
+/// time if it does not know.
+qint64 secondsSinceChange(const QSqlDatabase &database)
+{
+    QSqlQuery query = freshQuery(database);
+    const bool isKnown =
+        query.exec(QStringLiteral("SELECT UNIX_TIMESTAMP() - UNIX_TIMESTAMP(update_time) FROM "
+                                  "information_schema.tables WHERE table_schema = DATABASE() AND "
+                                  "table_name = 'vars'")) &&
+        query.next() && !query.isNull(0);
+    return isKnown ? query.value(0).toLongLong() : std::numeric_limits<qint64>::max();
+}
+
+void checkOverdue(const QSqlDatabase &database, const StoredSettings &stored,
+                  const Machine &machine, const QDateTime &now, Findings &findings)
+{
+    const bool isServed = machine.hostOf(findings.subject) != nullptr;
+    const QDateTime since =
+        overdueSince(stored.settings, now, isServed ? graceOfServed : graceSeconds);
+    if (!since.isValid())
+        return;
+    // It may just have been switched on, or its time moved.
+    if (secondsSinceChange(database) < (isServed ? graceOfServed : graceSeconds)) {
+        findings.add(Gravity::Waiting, "due",
+                     QStringLiteral("it is due since %1, and the settings have been stored just "
+                                    "now: a host %2")
+                         .arg(Output::exactMoment(since),
+                              isServed ? QStringLiteral("makes it within a minute")
+                                       : QStringLiteral("finds it within an hour")),
+                     QLatin1String(scanAtOnce));
+        return;
+    }
+    findings.add(Gravity::Obstacle, "overdue",
+                 QStringLiteral("no host has made it, though it has been due since %1%2")
+                     .arg(Output::exactMoment(since),
+                          machine.hosts.isEmpty()
+                              ? QStringLiteral(", and no host on this machine answers")
+                              : QString()),
+                 QStringLiteral("see that autoreport serve runs, and the lines of its log that "
+                                "begin with '%1: '")
+                     .arg(findings.subject));
+}
+
+} // namespace
+
+void checkHosts(const QSqlDatabase &database, const ReportKind &kind, const StoredSettings &stored,
+                const Machine &machine, const QDateTime &now, Findings &findings)
+{
+    const int before = findings.list.size();
+    if (const HostAnswer *host = machine.hostOf(findings.subject))
+        checkServed(*host, kind, stored, now, findings);
+    else if (!machine.hosts.isEmpty())
+        checkUnserved(machine.hosts.first(), findings);
+    if (findings.list.size() == before)
+        checkOverdue(database, stored, machine, now, findings);
+}

@@ -1,0 +1,232 @@
+#include "tool/schemajudge.h"
+
+#include "common/freshquery.h"
+#include "tool/clustercheck.h"
+#include "tool/hostchecks.h"
+#include "tool/machine.h"
+#include "tool/requirements.h"
+#include "tool/tablechecks.h"
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr qint64 clockToleranceSeconds = 300; // for hosts with slightly different clocks
+
+QString setCommand(const QString &token, const ReportKind &kind, const char *option)
+{
+    return QStringLiteral("autoreport set %1 %2 %3")
+        .arg(token, QLatin1String(kind.word), QLatin1String(option));
+}
+
+void checkSwitch(const ReportKind &kind, const StoredSettings &stored, bool isSchemaFound,
+                 Findings &findings)
+{
+    const QString remedy = setCommand(findings.subject, kind, "--enable");
+    if (!stored.settings.enabled)
+        findings.add(Gravity::Off, "off", QStringLiteral("it is disabled"), remedy);
+    else if (!isSchemaFound)
+        findings.add(Gravity::Obstacle, "switch",
+                     QStringLiteral("enabled is '%1', but the scan of a host asks for exactly 1")
+                         .arg(stored.text("enabled")),
+                     remedy);
+    else if (!stored.isFoundByScan())
+        findings.add(Gravity::Harm, "switch",
+                     QStringLiteral("enabled is '%1', but the scan of a host asks for exactly 1 "
+                                    "and finds the schema only by its other report")
+                         .arg(stored.text("enabled")),
+                     remedy);
+}
+
+void checkRecipients(const ReportKind &kind, const StoredSettings &stored, Findings &findings)
+{
+    const Recipients recipients(stored.settings.recipients);
+    const QString remedy = setCommand(findings.subject, kind, "--emails LIST");
+    if (recipients.wellFormed.isEmpty())
+        findings.add(
+            Gravity::Obstacle, "recipients",
+            QStringLiteral("nobody would get it: emails is '%1'").arg(stored.text("emails")),
+            remedy);
+    else if (!recipients.malformed.isEmpty())
+        findings.add(Gravity::Harm, "recipients",
+                     QStringLiteral("not a mail address: %1")
+                         .arg(recipients.malformed.join(QStringLiteral(", "))),
+                     remedy);
+}
+
+void checkTimes(const ReportKind &kind, const StoredSettings &stored, const QDateTime &now,
+                Findings &findings)
+{
+    if (stored.settings.lastGenerated > now.toSecsSinceEpoch() + clockToleranceSeconds)
+        findings.add(Gravity::Obstacle, "future",
+                     QStringLiteral("lastGenerated lies in the future; a clock was wrong"),
+                     QStringLiteral("set the clock, then lastGenerated in the table vars"));
+    const QString time = stored.text("time");
+    if (!stored.settings.time.isValid() && !time.isEmpty())
+        findings.add(
+            Gravity::Harm, "time",
+            QStringLiteral("'%1' is not a time of day: the report goes out at midnight").arg(time),
+            setCommand(findings.subject, kind, "--time HH:MM"));
+}
+
+bool isFoundByScan(const QVector<StoredSettings> &all)
+{
+    return std::any_of(all.cbegin(), all.cend(),
+                       [](const StoredSettings &one) { return one.isFoundByScan(); });
+}
+
+void sort(QVector<Finding> &findings)
+{
+    std::stable_sort(
+        findings.begin(), findings.end(),
+        [](const Finding &left, const Finding &right) { return left.gravity > right.gravity; });
+}
+
+} // namespace
+
+QString stateOf(const QVector<Finding> &findings)
+{
+    const auto problem = std::find_if(findings.cbegin(), findings.cend(),
+                                      [](const Finding &one) { return one.isProblem(); });
+    if (problem != findings.cend())
+        return problem->state;
+    const bool isNotable = !findings.isEmpty() && findings.first().gravity != Gravity::Notice;
+    return isNotable ? findings.first().state : QStringLiteral("well");
+}
+
+bool SchemaJudgement::hasProblem() const
+{
+    const auto isProblem = [](const Finding &one) {
+        return one.isProblem();
+    };
+    return std::any_of(findings.cbegin(), findings.cend(), isProblem) ||
+           std::any_of(reports.cbegin(), reports.cend(), [&](const ReportJudgement &report) {
+               return std::any_of(report.findings.cbegin(), report.findings.cend(), isProblem);
+           });
+}
+
+bool SchemaJudgement::isEnabled() const
+{
+    return std::any_of(reports.cbegin(), reports.cend(), [](const ReportJudgement &report) {
+        return report.stored.settings.enabled;
+    });
+}
+
+/// What is the same for all reports of a schema.
+struct SchemaJudge::TablesJudged {
+    TableLimits limits;
+    Findings findings;
+};
+
+SchemaJudge::SchemaJudge(const Machine &hosts, const QDateTime &moment, Scope judged)
+    : machine(hosts)
+    , now(moment)
+    , scope(judged)
+{
+}
+
+SchemaJudgement SchemaJudge::judge(const SchemaRow &row) const
+{
+    SchemaJudgement schema;
+    schema.token = row.token;
+    schema.databaseName = row.options.databaseName;
+    Findings findings(row.token);
+    if (row.status != 1) {
+        findings.add(Gravity::Off, "inactive",
+                     QStringLiteral("the schema is not active: status is %1 in the table schemas")
+                         .arg(row.status),
+                     QStringLiteral("set status to 1 if the customer is to be served"));
+    } else if (!row.error().isEmpty()) {
+        findings.add(Gravity::Obstacle, "incomplete", row.error(),
+                     QStringLiteral("complete its row in the table schemas"));
+    } else {
+        schema.isTried = true;
+        const SchemaConnection connection(row);
+        schema.isOpened = connection.error.isEmpty();
+        if (schema.isOpened)
+            judgeOpened(connection.database(), row, schema, findings);
+        else
+            findings.add(
+                Gravity::Obstacle, "unreachable", connection.error,
+                QStringLiteral("correct its row in the table schemas, or grant the access"));
+    }
+    schema.findings = findings.list;
+    return schema;
+}
+
+void SchemaJudge::judgeOpened(const QSqlDatabase &database, const SchemaRow &row,
+                              SchemaJudgement &schema, Findings &findings) const
+{
+    const auto settings = StoredSettings::readAll(database);
+    if (settings.isOk()) {
+        judgeReports(database, settings.value(), row, schema);
+    } else {
+        const bool isForbidden = Requirements::isRight(settings.errorCode());
+        findings.add(Gravity::Obstacle, isForbidden ? "rights" : "tables",
+                     QStringLiteral("the settings cannot be read: ") + settings.error(),
+                     isForbidden ? QStringLiteral("GRANT SELECT ON `%1`.`vars` TO the account '%2'")
+                                       .arg(database.databaseName(), database.userName())
+                                 : QStringLiteral("restore the table vars"));
+    }
+    // A check cannot tell a failed statement from one without rows.
+    schema.isComplete = freshQuery(database).exec(QStringLiteral("DO 0"));
+    if (schema.isComplete)
+        return;
+    schema.reports.clear();
+    findings.list.clear();
+    findings.add(Gravity::Obstacle, "silent",
+                 QStringLiteral("the connection was lost, or an answer took too long"),
+                 QStringLiteral("ask again, with a longer --timeout"));
+}
+
+bool SchemaJudge::isJudged(const StoredSettings &stored) const
+{
+    return stored.settings.enabled || scope == Scope::AllReports;
+}
+
+void SchemaJudge::judgeReports(const QSqlDatabase &database,
+                               const QVector<StoredSettings> &settings, const SchemaRow &row,
+                               SchemaJudgement &schema) const
+{
+    Findings ofQueue(row.token);
+    checkQueue(database, schema, ofQueue);
+    TablesJudged tables{{}, Findings(row.token)};
+    const bool isAnyJudged =
+        std::any_of(settings.cbegin(), settings.cend(),
+                    [this](const StoredSettings &stored) { return isJudged(stored); });
+    if (isAnyJudged)
+        checkTables(database, tables.limits, tables.findings);
+    if (isAnyJudged && scope != Scope::Problems) {
+        checkPackets(database, tables.findings);
+        checkClusterTables(database, tables.findings);
+        checkMachines(database, tables.findings);
+    }
+    const bool isFound = row.options.single || isFoundByScan(settings);
+    for (int i = 0; i < settings.size(); ++i) {
+        const StoredSettings &stored = settings.at(i);
+        const ReportKind &kind = *reportKinds().at(i);
+        Findings findings(row.token);
+        checkSwitch(kind, stored, isFound, findings);
+        if (isJudged(stored))
+            judgeReport(database, kind, stored, tables, findings);
+        findings.list += ofQueue.list; // what is queued has to go out in any case
+        sort(findings.list);
+        schema.reports.append({&kind, stored, nextDue(stored.settings, now), findings.list});
+    }
+}
+
+void SchemaJudge::judgeReport(const QSqlDatabase &database, const ReportKind &kind,
+                              const StoredSettings &stored, const TablesJudged &tables,
+                              Findings &findings) const
+{
+    checkRecipients(kind, stored, findings);
+    checkTimes(kind, stored, now, findings);
+    findings.list += tables.findings.list;
+    checkReport(database, kind, now, machine, tables.limits, findings);
+    // A report that something keeps back is overdue, and fails, because of that.
+    const bool isKeptBack = std::any_of(findings.list.cbegin(), findings.list.cend(),
+                                        [](const Finding &finding) { return finding.keepsBack(); });
+    if (!isKeptBack)
+        checkHosts(database, kind, stored, machine, now, findings);
+}

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "tool/finding.h"
+#include "tool/schemas.h"
+#include "tool/storedsettings.h"
+
+#include <QDateTime>
+
+struct Machine;
+
+/// What is to be said of one report of a schema.
+struct ReportJudgement {
+    const ReportKind *kind = nullptr;
+    StoredSettings stored;
+    QDateTime next;            ///< when it is due next; invalid if never
+    QVector<Finding> findings; ///< the most urgent first; empty if all is well
+};
+
+/// Returns one word for all of them: the state of the first problem, or else of what makes a report
+/// wait or off; "well" without any of these.
+QString stateOf(const QVector<Finding> &findings);
+
+/// What is to be said of a schema.
+struct SchemaJudgement {
+    QString token;
+    QString databaseName;
+    bool isTried = false; ///< whether it was tried to connect
+    bool isOpened = false;
+    bool isComplete = true;    ///< otherwise the server stopped answering
+    int queued = -1;           ///< mails that wait for the sender; -1 if they cannot be counted
+    qint64 oldestSeconds = 0;  ///< age of the oldest of them, by the server's clock
+    QVector<Finding> findings; ///< why no report could be judged; empty if they were
+    QVector<ReportJudgement> reports; ///< daily first; empty if the settings cannot be read
+
+    bool hasProblem() const;
+    bool isEnabled() const; ///< whether it has an enabled report
+};
+
+/**
+ * Judges schemas: what keeps their reports from going out, what harms them, and what to do.
+ *
+ * This is the only place that does. `status`, `check` and `why` are three views of its judgement:
+ * a word for each report, all findings of all schemas, and everything about one report.
+ *
+ * A judgement is made in this order: the row in the table `schemas`, the connection, the settings,
+ * the tables and rights, the mails, the people, this machine, the host. Nothing is written. May be
+ * used by several threads at once.
+ */
+class SchemaJudge
+{
+public:
+    /// What is looked for; each includes those before it.
+    enum class Scope {
+        Problems,  ///< of the reports that are on; what is off gets that finding alone
+        Notices,   ///< growing workbooks, copies in a cluster, machines that serve the schema
+        AllReports ///< those that are off, as if they were on
+    };
+
+    /// `machine` must outlive the object. All schemas are judged as of `now`.
+    SchemaJudge(const Machine &machine, const QDateTime &now, Scope scope);
+
+    SchemaJudgement judge(const SchemaRow &row) const;
+
+private:
+    struct TablesJudged;
+
+    bool isJudged(const StoredSettings &stored) const;
+    void judgeOpened(const QSqlDatabase &database, const SchemaRow &row, SchemaJudgement &schema,
+                     Findings &findings) const;
+    void judgeReports(const QSqlDatabase &database, const QVector<StoredSettings> &settings,
+                      const SchemaRow &row, SchemaJudgement &schema) const;
+    void judgeReport(const QSqlDatabase &database, const ReportKind &kind,
+                     const StoredSettings &stored, const TablesJudged &tables,
+                     Findings &findings) const;
+
+    const Machine &machine;
+    const QDateTime now;
+    const Scope scope;
+};

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "tool/schemajudge.h"
+
+#include <functional>
+
+class Schemas;
+
+/// The outcome of judgeAll().
+struct SchemasJudged {
+    QVector<SchemaJudgement> list; ///< in the order of the rows
+    bool isComplete = true;        ///< otherwise the server stopped answering, and some are missing
+};
+
+/**
+ * Judges many schemas by a few threads, each with one connection at a time.
+ *
+ * Calls `progress` in the calling thread for each schema that is done. Once the server no longer
+ * answers, the rest is left out: all schemas are on that server, and a limit for each could take
+ * hours.
+ */
+SchemasJudged judgeAll(const Schemas &schemas, const QVector<SchemaRow> &rows,
+                       const SchemaJudge &judge, const std::function<void()> &progress);

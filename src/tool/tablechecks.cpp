@@ -1,0 +1,286 @@
+#include "tool/tablechecks.h"
+
+#include "common/freshquery.h"
+#include "common/zas.h"
+#include "db/varstable.h"
+#include "reports/attenreport.h"
+#include "reports/bookformat.h"
+#include "tool/machine.h"
+#include "tool/reportjob.h"
+#include "tool/requirements.h"
+#include "tool/schemajudge.h"
+
+#include <algorithm>
+
+namespace
+{
+
+using Row = QVector<QVariant>;
+
+constexpr qint64 attachmentBytes = 16777215;  // a MEDIUMBLOB; a BLOB would cut off every workbook
+constexpr qint64 queuePatienceSeconds = 3600; // senders work in minutes
+// A workbook of both formats has more: what is refused for so few bytes is refused for it.
+constexpr qint64 leastBytesPerRow = 20;
+constexpr qint64 leastBytes = 4096;
+
+/// Returns no rows if the statement fails.
+QVector<Row> rowsOf(const QSqlDatabase &database, const QString &statement, int columns)
+{
+    QVector<Row> rows;
+    QSqlQuery query = freshQuery(database);
+    query.exec(statement);
+    while (query.next()) {
+        Row row;
+        for (int column = 0; column < columns; ++column)
+            row.append(query.value(column));
+        rows.append(row);
+    }
+    return rows;
+}
+
+const char *stateOf(const UnmetRequirement &unmet)
+{
+    return unmet.isForbidden ? "rights" : "tables";
+}
+
+/// What to grant, or that something is missing: never the one for the other.
+QString remedyOf(const UnmetRequirement &unmet, const char *rights, const QSqlDatabase &database)
+{
+    if (!unmet.isForbidden)
+        return QStringLiteral("bring the schema up to the product's version, which has them");
+    QStringList tables;
+    for (const QString &table : unmet.tables)
+        tables.append(QStringLiteral("`%1`.`%2`").arg(database.databaseName(), table));
+    return QStringLiteral("GRANT %1 ON %2 TO the account '%3'")
+        .arg(QLatin1String(rights), tables.join(QStringLiteral(", ")), database.userName());
+}
+
+void checkRights(const QSqlDatabase &database, Findings &findings)
+{
+    const auto queue = Requirements::unqueuable(database);
+    for (const UnmetRequirement &unmet : queue)
+        findings.add(Gravity::Obstacle, stateOf(unmet),
+                     QStringLiteral("no mail can be queued: ") + unmet.text,
+                     remedyOf(unmet, "INSERT", database));
+    for (const UnmetRequirement &unmet : Requirements::unmarkable(database))
+        findings.add(queue.isEmpty() ? Gravity::Alarm : Gravity::Obstacle, stateOf(unmet),
+                     QStringLiteral("lastGenerated cannot be stored, and everybody is mailed again "
+                                    "every minute: ") +
+                         unmet.text,
+                     remedyOf(unmet, "INSERT, UPDATE", database));
+}
+
+/// Looks at what "all mails and lastGenerated, or nothing" and "once a day" depend on.
+void checkStorage(const QSqlDatabase &database, Findings &findings)
+{
+    const auto engines =
+        rowsOf(database,
+               QStringLiteral("SELECT table_name, engine FROM information_schema.tables WHERE "
+                              "table_schema = DATABASE() AND table_name IN ('vars', 'emails') AND "
+                              "engine != 'InnoDB'"),
+               2);
+    for (const Row &row : engines)
+        findings.add(Gravity::Harm, "storage",
+                     QStringLiteral("table %1 uses the engine %2, without transactions: mails and "
+                                    "lastGenerated could get out of step")
+                         .arg(row.at(0).toString(), row.at(1).toString()),
+                     QStringLiteral("ALTER TABLE %1 ENGINE=InnoDB").arg(row.at(0).toString()));
+
+    // A key over several columns allows a name twice.
+    const auto keys = rowsOf(
+        database,
+        QStringLiteral("SELECT index_name FROM information_schema.statistics WHERE table_schema = "
+                       "DATABASE() AND table_name = 'vars' AND non_unique = 0 GROUP BY index_name "
+                       "HAVING COUNT(*) = 1 AND MAX(column_name) = 'name'"),
+        1);
+    if (keys.isEmpty())
+        findings.add(Gravity::Harm, "storage",
+                     QStringLiteral("vars.name is not unique: each report adds a row "
+                                    "lastGenerated, and which one counts is left to chance"),
+                     QStringLiteral("ALTER TABLE vars ADD UNIQUE KEY (name)"));
+}
+
+/// Looks for columns that cannot hold all characters, or not whole attachments.
+void checkColumns(const QSqlDatabase &database, TableLimits &limits, Findings &findings)
+{
+    const auto columns = rowsOf(
+        database,
+        QStringLiteral("SELECT table_name, column_name, character_set_name, "
+                       "character_maximum_length, @@max_allowed_packet FROM "
+                       "information_schema.columns WHERE table_schema = DATABASE() AND "
+                       "(table_name, column_name) IN (('emails', 'subject'), ('emails', 'body'), "
+                       "('emails', 'to'), ('emails', 'data'), ('vars', 'value'), ('people', "
+                       "'name'), ('people', 'surname'))"),
+        5);
+    for (const Row &row : columns) {
+        limits.packetBytes = row.at(4).toLongLong();
+        if (row.at(1) == QLatin1String("data")) {
+            limits.columnBytes = row.at(3).toLongLong();
+            continue;
+        }
+        const QString letters = row.at(2).toString();
+        if (!letters.startsWith(QLatin1String("utf8")))
+            findings.add(Gravity::Harm, "letters",
+                         QStringLiteral("%1.%2 is in %3, which cannot store all characters")
+                             .arg(row.at(0).toString(), row.at(1).toString(), letters),
+                         QStringLiteral("ALTER TABLE %1 CONVERT TO CHARACTER SET utf8mb4")
+                             .arg(row.at(0).toString()));
+    }
+}
+
+/// A missing sender has a default. With an empty one, no mail is queued.
+void checkSender(const QSqlDatabase &database, Findings &findings)
+{
+    const auto read = VarsTable(database).value(QStringLiteral("globalEmail"));
+    const QVariant sender = read.isOk() ? read.value().value_or(QVariant()) : QVariant();
+    if (sender.isValid() && !ZAS::validEmail(sender.toString()))
+        findings.add(Gravity::Obstacle, "sender",
+                     QStringLiteral("the sender globalEmail is not a mail address: '%1'")
+                         .arg(sender.toString()),
+                     QStringLiteral("correct globalEmail in the table vars, or delete it"));
+}
+
+/// The people and what they are joined with make the rows; other tables cost the report values.
+/// Returns whether the people can be read.
+bool checkReading(const QSqlDatabase &database, const ReportKind &kind, Findings &findings)
+{
+    bool isReadable = true;
+    for (const UnmetRequirement &unmet : Requirements::unreadable(database, kind)) {
+        const bool isDecisive = unmet.tables.value(0) == QLatin1String("people");
+        isReadable = isReadable && !isDecisive;
+        findings.add(isDecisive ? Gravity::Obstacle : Gravity::Harm, stateOf(unmet), unmet.text,
+                     remedyOf(unmet, "SELECT", database));
+    }
+    return isReadable;
+}
+
+void checkRows(int rows, AttenReport &report, const ReportKind &kind, const QDateTime &now,
+               Findings &findings)
+{
+    if (rows == 0)
+        findings.add(Gravity::Obstacle, "people",
+                     QStringLiteral("no people are employed this month"),
+                     QStringLiteral("see status, begin and end in the table people"));
+    if (rows < xlsFormat.rows)
+        return;
+    const BookFormat &format = bookFormatOf(report.fileName(now.date()));
+    if (rows >= format.rows)
+        findings.add(
+            Gravity::Obstacle, "rows",
+            QStringLiteral("%1 rows are more than the %2 of %3")
+                .arg(QString::number(rows), QString::number(format.rows - 1), format.extension),
+            QStringLiteral("autoreport set %1 %2 --format xlsx")
+                .arg(findings.subject, QLatin1String(kind.word)));
+}
+
+void checkRoom(qint64 bytes, const Machine &machine, Findings &findings)
+{
+    if (!machine.temporaryError.isEmpty())
+        findings.add(Gravity::Obstacle, "directory", machine.temporaryError,
+                     QLatin1String(temporaryRemedy));
+    else if (bytes > machine.temporaryFreeBytes)
+        findings.add(Gravity::Obstacle, "directory",
+                     QStringLiteral("the temporary directory '%1' has no room for %2 bytes")
+                         .arg(machine.temporaryDirectory, QString::number(bytes)),
+                     QStringLiteral("make room, or point TMPDIR of the host elsewhere"));
+}
+
+/// The attachment is in Base64.
+void checkMail(qint64 bytes, const TableLimits &limits, Findings &findings)
+{
+    const qint64 mail = bytes / 3 * 4;
+    const QString mailText = QString::number(mail);
+    if (mail > limits.packetBytes)
+        findings.add(Gravity::Obstacle, "packet",
+                     QStringLiteral("max_allowed_packet is %1, a mail has %2 bytes or more")
+                         .arg(QString::number(limits.packetBytes), mailText),
+                     QStringLiteral("set max_allowed_packet to 64M on the server"));
+    if (limits.columnBytes >= attachmentBytes)
+        return;
+    const QString holds = QStringLiteral("emails.data holds %1 bytes, ").arg(limits.columnBytes);
+    const QString remedy = QStringLiteral("ALTER TABLE emails MODIFY data LONGBLOB");
+    if (mail > limits.columnBytes)
+        findings.add(Gravity::Obstacle, "size",
+                     holds + QStringLiteral("a mail has %1 or more").arg(mailText), remedy);
+    else
+        findings.add(Gravity::Harm, "size", holds + QStringLiteral("too few for workbooks"),
+                     remedy);
+}
+
+} // namespace
+
+void checkTables(const QSqlDatabase &database, TableLimits &limits, Findings &findings)
+{
+    checkRights(database, findings);
+    checkSender(database, findings);
+    checkStorage(database, findings);
+    checkColumns(database, limits, findings);
+}
+
+/// Ages are by the server's clock, which stamped the mails. Reports need no right to read them.
+void checkQueue(const QSqlDatabase &database, SchemaJudgement &schema, Findings &findings)
+{
+    QSqlQuery query = freshQuery(database);
+    if (!query.exec(QStringLiteral("SELECT COUNT(*), UNIX_TIMESTAMP() - MIN(created), "
+                                   "MAX(LENGTH(data)), @@max_allowed_packet FROM emails WHERE "
+                                   "status = 'Q'")) ||
+        !query.next()) {
+        findings.add(Gravity::Notice, "queue",
+                     QStringLiteral("its mails cannot be counted: %1").arg(errorOf(query).text),
+                     QStringLiteral("GRANT SELECT ON `%1`.`emails` TO the account '%2'")
+                         .arg(database.databaseName(), database.userName()));
+        return;
+    }
+    schema.queued = query.value(0).toInt();
+    schema.oldestSeconds = query.value(1).toLongLong();
+    if (schema.queued > 0 && schema.oldestSeconds > queuePatienceSeconds)
+        findings.add(Gravity::Harm, "queue",
+                     QStringLiteral("mails have been waiting for over an hour"),
+                     QStringLiteral("see that the product's sender works"));
+    // The sender fetches a mail in one packet; escaped in a dump, it takes up to twice the size.
+    const qint64 largest = query.value(2).toLongLong();
+    const qint64 packet = query.value(3).toLongLong();
+    if (2 * largest > packet)
+        findings.add(Gravity::Harm, "packet",
+                     QStringLiteral("the largest queued mail has %1 bytes, the server takes %2 at "
+                                    "a time")
+                         .arg(QString::number(largest), QString::number(packet)),
+                     QStringLiteral("set max_allowed_packet to at least twice the mail"));
+}
+
+/// Without the privilege PROCESS, an account sees its own connections: those of the hosts.
+void checkMachines(const QSqlDatabase &database, Findings &findings)
+{
+    const auto machines =
+        rowsOf(database,
+               QStringLiteral("SELECT DISTINCT IF(host LIKE '%:%', LEFT(host, LENGTH(host) - "
+                              "LENGTH(SUBSTRING_INDEX(host, ':', -1)) - 1), host) FROM "
+                              "information_schema.processlist WHERE db = DATABASE() AND id <> "
+                              "CONNECTION_ID() ORDER BY 1"),
+               1);
+    QStringList names;
+    for (const Row &row : machines)
+        names.append(row.at(0).toString());
+    if (names.size() > 1)
+        findings.add(Gravity::Notice, "machines",
+                     QStringLiteral("connections from several machines: %1")
+                         .arg(names.join(QStringLiteral(", "))),
+                     QStringLiteral("if autoreport serve runs on more than one of them, stop it on "
+                                    "the others; until then no report goes out twice"));
+}
+
+void checkReport(const QSqlDatabase &database, const ReportKind &kind, const QDateTime &now,
+                 const Machine &machine, const TableLimits &limits, Findings &findings)
+{
+    int rows = 0;
+    if (checkReading(database, kind, findings)) {
+        const auto report = createReport(kind, database);
+        ReportRun run;
+        run.now = now;
+        rows = std::max(0, report->countRows(run));
+        checkRows(rows, *report, kind, now, findings);
+    }
+    const qint64 bytes = leastBytes + rows * leastBytesPerRow;
+    checkRoom(bytes, machine, findings);
+    checkMail(bytes, limits, findings);
+}
