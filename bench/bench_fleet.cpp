@@ -17,9 +17,7 @@
 namespace
 {
 
-const QString secondsFigure = QStringLiteral("seconds");
 const QString sinceFirstFigure = QStringLiteral("sinceFirst");
-const QString peakFigure = QStringLiteral("peakMib");
 
 struct Size {
     int customers;
@@ -56,23 +54,15 @@ void compareWithPeer(const Bench::Plan &plan)
             PeerReport::fleet(fleet.prefix(), size.customers, size.days, folder.path())));
         Bench::require(fleet.queuedMails() == size.customers, QStringLiteral("mails missing"));
     }
-    const double peer = Bench::median(theirs, secondsFigure);
+    const double peer = Bench::median(theirs, Bench::secondsFigure);
     const auto against = QStringLiteral("Python, the daily one alone, all cores");
     const QString work = size.text() + QStringLiteral(", both reports: time from the ");
-    TableRow{work + QStringLiteral("scan's end"),
-             Bench::median(ours, secondsFigure),
-             against,
-             peer,
-             QStringLiteral("s"),
-             0.6}
-        .print();
-    TableRow{work + QStringLiteral("first worker"),
-             Bench::median(ours, sinceFirstFigure),
-             against,
-             peer,
-             QStringLiteral("s"),
-             0.6}
-        .print();
+    const auto row = [&](const QString &since, const QString &figure) {
+        TableRow{work + since, Bench::median(ours, figure), against, peer, QStringLiteral("s"), 0.6}
+            .print();
+    };
+    row(QStringLiteral("scan's end"), Bench::secondsFigure);
+    row(QStringLiteral("first worker"), sinceFirstFigure);
 }
 
 /// A stop with reports in the making, after which the next start makes those that are missing.
@@ -94,21 +84,12 @@ void holdToLimits(const Bench::Plan &plan)
 {
     const Size size = plan.quick ? Size{6, 10, 3} : Size{500, 200, 30};
     const Fleet fleet(size.customers, size.people, size.days);
-    TableRow{size.text() + QStringLiteral(": the host's peak memory"),
-             serve(fleet)[peakFigure],
-             QStringLiteral("limit"),
-             200,
-             QStringLiteral("MiB"),
-             1,
-             1}
-        .print();
-    TableRow{size.text() + QStringLiteral(": a stop amidst"),
-             stopAmidst(fleet),
-             QStringLiteral("limit"),
-             2,
-             QStringLiteral("s"),
-             1}
-        .print();
+    const auto row = [&](const QString &what, double figure, double limit, const QString &unit) {
+        TableRow{size.text() + what, figure, QStringLiteral("limit"), limit, unit, 1}.print();
+    };
+    row(QStringLiteral(": the host's peak memory"), serve(fleet)[Bench::peakFigure], 200,
+        QStringLiteral("MiB"));
+    row(QStringLiteral(": a stop amidst"), stopAmidst(fleet), 2, QStringLiteral("s"));
 }
 
 } // namespace

@@ -28,8 +28,6 @@
 namespace
 {
 
-const QString secondsFigure = QStringLiteral("seconds");
-const QString peakFigure = QStringLiteral("peakMib");
 const QString daily = QStringLiteral("daily");
 const QString monthly = QStringLiteral("monthly");
 
@@ -61,7 +59,8 @@ void runReport(const QStringList &arguments)
                     monthlyReport.makeReport(recipients, moment);
             }
         });
-        Bench::print({{secondsFigure, seconds}, {peakFigure, (Bench::peakKib() - idle) / 1024}});
+        Bench::print({{Bench::secondsFigure, seconds},
+                      {Bench::peakFigure, (Bench::peakKib() - idle) / 1024}});
     }
     QSqlDatabase::removeDatabase(connectionName);
 }
@@ -75,7 +74,7 @@ void runFloor(const QStringList &arguments)
         for (const RecordedStatement &statement : recording)
             client.run(statement);
     });
-    Bench::print({{secondsFigure, seconds}});
+    Bench::print({{Bench::secondsFigure, seconds}});
 }
 
 QString fileOf(const QString &report, const BenchSchema &schema)
@@ -126,8 +125,8 @@ QVector<Bench::Figures> compare(const Bench::Plan &plan, const QString &report, 
     const int rows = report == daily ? size.people * size.days : size.people;
     check(report, schema, rows, 1 + 2 * plan.pairs); // the floor queues its mail, too
     printRow(QStringLiteral("%1 report, %2 people: time").arg(report).arg(size.people),
-             Bench::median(runs[0], secondsFigure), QStringLiteral("its statements alone"),
-             Bench::median(runs[1], secondsFigure), "s", goal, 3);
+             Bench::median(runs[0], Bench::secondsFigure), QStringLiteral("its statements alone"),
+             Bench::median(runs[1], Bench::secondsFigure), "s", goal, 3);
     return runs[0];
 }
 
@@ -157,12 +156,12 @@ void compareWithPeer(const Bench::Plan &plan, const Size &size, const BenchSchem
     const QString path = fileOf(daily, schema);
     requireSameCells(path, folder.filePath(QFileInfo(path).fileName()));
     printRow(QStringLiteral("daily report, %1 people, without start-up: time").arg(size.people),
-             Bench::median(runs[0], secondsFigure), QStringLiteral("Python, XlsxWriter"),
-             Bench::median(runs[1], secondsFigure), "s", 0.5, 3);
-    const double ourPeak = Bench::median(runs[0], peakFigure);
+             Bench::median(runs[0], Bench::secondsFigure), QStringLiteral("Python, XlsxWriter"),
+             Bench::median(runs[1], Bench::secondsFigure), "s", 0.5, 3);
+    const double ourPeak = Bench::median(runs[0], Bench::peakFigure);
     printRow(QStringLiteral("daily report: peak memory above idle"), ourPeak,
-             QStringLiteral("Python, XlsxWriter"), Bench::median(runs[1], peakFigure), "MiB", 0.5,
-             1);
+             QStringLiteral("Python, XlsxWriter"), Bench::median(runs[1], Bench::peakFigure), "MiB",
+             0.5, 1);
     printRow(QStringLiteral("daily report: peak memory above idle"), ourPeak,
              QStringLiteral("limit"), 15, "MiB", 1, 1);
 }
@@ -177,8 +176,8 @@ void compareDaily(const Bench::Plan &plan)
     const auto runs = compare(plan, daily, size, schema, 1.10);
     const double fileMib = double(QFileInfo(fileOf(daily, schema)).size()) / (1024 * 1024);
     printRow(QStringLiteral("daily report: peak memory above idle"),
-             Bench::median(runs, peakFigure), QStringLiteral("the saved file"), fileMib, "MiB", 12,
-             2);
+             Bench::median(runs, Bench::peakFigure), QStringLiteral("the saved file"), fileMib,
+             "MiB", 12, 2);
 }
 
 void compareMonthly(const Bench::Plan &plan)
@@ -204,16 +203,17 @@ void growth(const Bench::Plan &plan)
                       QString::number(repeats.last())});
     }
     const auto runs = Bench::inTurn(rounds, sides);
+    QStringList works;
     QVector<double> microseconds;
     for (int i = 0; i < sizes.size(); ++i) {
         const int rows = sizes[i] * days;
         check(daily, *schemas[std::size_t(i)], rows, rounds * repeats[i]);
-        microseconds.append(Bench::median(runs[i], secondsFigure) * 1e6 / (rows * repeats[i]));
+        works.append(
+            QStringLiteral("growth, daily report of %1 people: time per row").arg(sizes[i]));
+        microseconds.append(Bench::median(runs[i], Bench::secondsFigure) * 1e6 /
+                            (rows * repeats[i]));
     }
-    const double smallest = *std::min_element(microseconds.cbegin(), microseconds.cend());
-    for (int i = 0; i < sizes.size(); ++i)
-        printRow(QStringLiteral("growth, daily report of %1 people: time per row").arg(sizes[i]),
-                 microseconds[i], QStringLiteral("smallest of the three"), smallest, "us", 1.15, 1);
+    printGrowth(works, microseconds);
 }
 
 } // namespace

@@ -10,16 +10,12 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
-#include <algorithm>
-
 namespace
 {
 
 const QString ours = QStringLiteral("ours");
 const QString theirs = QStringLiteral("theirs");
 const QString theirsConstant = QStringLiteral("theirs-constant");
-const QString secondsFigure = QStringLiteral("seconds");
-const QString memoryFigure = QStringLiteral("peakMib");
 const QString bytesFigure = QStringLiteral("bytes");
 const QString peer = QStringLiteral("libxlsxwriter");
 
@@ -50,8 +46,8 @@ void run(const QStringList &arguments)
                                     side == theirs ? PeerMode::Default : PeerMode::ConstantMemory);
     });
     Bench::require(saved, QStringLiteral("not saved: ") + path);
-    Bench::print({{secondsFigure, seconds},
-                  {memoryFigure, (Bench::peakKib() - idle) / 1024},
+    Bench::print({{Bench::secondsFigure, seconds},
+                  {Bench::peakFigure, (Bench::peakKib() - idle) / 1024},
                   {bytesFigure, double(QFileInfo(path).size())}});
 }
 
@@ -73,13 +69,13 @@ void printRow(const QString &work, const Runs &our, const QString &against, cons
              Bench::median(our, figure),
              against,
              Bench::median(their, figure),
-             QLatin1String(bytes                     ? "B"
-                           : figure == secondsFigure ? "s"
-                                                     : "MiB"),
+             QLatin1String(bytes                            ? "B"
+                           : figure == Bench::secondsFigure ? "s"
+                                                            : "MiB"),
              goal,
-             bytes                     ? 0
-             : figure == secondsFigure ? 3
-                                       : 1}
+             bytes                            ? 0
+             : figure == Bench::secondsFigure ? 3
+                                              : 1}
         .print();
 }
 
@@ -97,11 +93,12 @@ void compare(int rounds, const QString &folder, int rows, const Mix &mix)
         requireRows(sides[0].at(1), rows + 1);
 
     const QString work = QStringLiteral(".xlsx, %1 rows x 15, %2: ").arg(rows).arg(mix.name);
-    printRow(work + QStringLiteral("time"), runs[0], peer, runs[1], secondsFigure, mix.timeGoal);
+    printRow(work + QStringLiteral("time"), runs[0], peer, runs[1], Bench::secondsFigure,
+             mix.timeGoal);
     printRow(work + QStringLiteral("size"), runs[0], peer, runs[1], bytesFigure, 1.00);
-    printRow(work + QStringLiteral("peak memory"), runs[0], peer, runs[1], memoryFigure, 0.60);
+    printRow(work + QStringLiteral("peak memory"), runs[0], peer, runs[1], Bench::peakFigure, 0.60);
     printRow(work + QStringLiteral("time"), runs[0], QStringLiteral("its constant_memory"), runs[2],
-             secondsFigure, 0.45);
+             Bench::secondsFigure, 0.45);
 }
 
 void compareXls(int rounds, const QString &folder, int rows)
@@ -112,7 +109,7 @@ void compareXls(int rounds, const QString &folder, int rows)
     const auto runs = Bench::inTurn(rounds, sides);
     requireSameCells(sides[0].at(1), sides[1].at(1));
     printRow(QStringLiteral(".xls, %1 rows x 15, daily report: time").arg(rows), runs[0], peer,
-             runs[1], secondsFigure, 0.10);
+             runs[1], Bench::secondsFigure, 0.10);
 }
 
 void growth(const Bench::Plan &plan, const QString &folder)
@@ -124,22 +121,14 @@ void growth(const Bench::Plan &plan, const QString &folder)
         sides.append({ours, folder + QStringLiteral("/%1.xlsx").arg(rows), QString::number(rows),
                       QString::number(int(SampleMix::Daily))});
     const auto runs = Bench::inTurn(plan.quick ? 1 : 3, sides);
+    QStringList works;
     QVector<double> microseconds;
     for (int size = 0; size < sizes.size(); ++size) {
         requireRows(sides[size].at(1), sizes[size] + 1);
-        microseconds.append(Bench::median(runs[size], secondsFigure) * 1e6 / sizes[size]);
+        works.append(QStringLiteral("growth, .xlsx of %1 rows: time per row").arg(sizes[size]));
+        microseconds.append(Bench::median(runs[size], Bench::secondsFigure) * 1e6 / sizes[size]);
     }
-    const double smallest = *std::min_element(microseconds.begin(), microseconds.end());
-    for (int size = 0; size < sizes.size(); ++size) {
-        TableRow{QStringLiteral("growth, .xlsx of %1 rows: time per row").arg(sizes[size]),
-                 microseconds[size],
-                 QStringLiteral("smallest of the three"),
-                 smallest,
-                 QStringLiteral("us"),
-                 1.15,
-                 2}
-            .print();
-    }
+    printGrowth(works, microseconds);
 }
 
 } // namespace

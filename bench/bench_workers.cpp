@@ -18,7 +18,6 @@ namespace
 {
 
 const QString residentFigure = QStringLiteral("residentKib");
-const QString secondsFigure = QStringLiteral("seconds");
 
 /// Workers in threads of their own, as the plug-in keeps them.
 class Crew
@@ -104,7 +103,7 @@ void run(int count)
     const double seconds = Bench::secondsOf([&crew] { crew.tick(); });
     Bench::require(statementsSoFar(schema) - asked >= 2 * count,
                    QStringLiteral("not every worker has ticked"));
-    Bench::print({{residentFigure, resident}, {secondsFigure, seconds}});
+    Bench::print({{residentFigure, resident}, {Bench::secondsFigure, seconds}});
 }
 
 } // namespace
@@ -129,7 +128,7 @@ int main(int argc, char **argv)
              1}
         .print();
     TableRow{QStringLiteral("%1 idle workers: a tick of all").arg(count),
-             Bench::median(runs[0], secondsFigure),
+             Bench::median(runs[0], Bench::secondsFigure),
              QStringLiteral("limit"),
              1,
              QStringLiteral("s"),

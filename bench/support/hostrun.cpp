@@ -67,9 +67,9 @@ Bench::Figures HostRun::waitForAll()
     const double end = secondsOn(timer);
     while (workers < fleet.customers())
         followLog();
-    return {{QStringLiteral("seconds"), end - lastWorker},
+    return {{Bench::secondsFigure, end - lastWorker},
             {QStringLiteral("sinceFirst"), end - firstWorker},
-            {QStringLiteral("peakMib"), peakMib()}};
+            {Bench::peakFigure, peakMib()}};
 }
 
 double HostRun::peakMib() const

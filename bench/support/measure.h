@@ -17,8 +17,12 @@
 namespace Bench
 {
 
-/// What one run measured: "seconds", "peakKib", "bytes" and the like.
+/// What one run measured, by name.
 using Figures = QMap<QString, double>;
+
+/// The names of the most frequent figures.
+inline const QString secondsFigure = QStringLiteral("seconds");
+inline const QString peakFigure = QStringLiteral("peakMib");
 
 /// What the command line asks for. Quick: little data, each run once, no judgement on times.
 struct Plan {

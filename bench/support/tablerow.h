@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
+#include <QVector>
 
 /**
  * One row of the table of results. `ours` and `theirs` are in `unit`; the goal is the largest
@@ -18,5 +20,5 @@ struct TableRow {
     void print() const;
 };
 
-/// A row of work that this build cannot do: not measured, and so missed.
-void printNotBuilt(const QString &work, double goal);
+/// Rows of the same work at several sizes: each time per row against the smallest of them.
+void printGrowth(const QStringList &works, const QVector<double> &microseconds);
