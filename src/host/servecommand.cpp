@@ -3,7 +3,7 @@
 #include "common/filelimit.h"
 #include "db/connectiondefaults.h"
 #include "db/dbmanager.h"
-#include "db/serverlist.h"
+#include "db/serversocket.h"
 #include "host/hostanswers.h"
 #include "host/hoststate.h"
 #include "host/logsink.h"
@@ -136,7 +136,7 @@ bool ServeCommand::connectDatabase()
     QSqlDatabase db = options.connection.addDatabase(masterName(options.connection.single),
                                                      ConnectionOptions::OnLoss::Reconnect);
     // Opened here first, so that a failure is a single line that names the server.
-    if (!openOnAny(db)) {
+    if (!openWithin(db, connectSeconds)) {
         qCritical("Host - %s", qUtf8Printable(ConnectionOptions::openError(db)));
         return false;
     }

@@ -1,4 +1,5 @@
 #include "host/hosttest.h"
+#include "support/relay.h"
 
 #include <QDir>
 #include <QLibraryInfo>
@@ -135,6 +136,26 @@ private Q_SLOTS:
         static const QRegularExpression lines(
             R"(^([\d-]{10}T[\d:]{8}(Z|[+-]\d\d:\d\d) (DEBUG|INFO) [^\n]+\n)+$)");
         QVERIFY2(lines.match(program->log).hasMatch(), qPrintable(program->log));
+    }
+
+    void endsIfServerIsSilentAtStart_data()
+    {
+        addColumns<QStringList>("mode");
+        addRow("information database", QStringList{});
+        addRow("one schema", QStringList{"--single"});
+    }
+
+    void endsIfServerIsSilentAtStart()
+    {
+        QFETCH(QStringList, mode);
+        Relay relay(TestServer::port());
+        relay.freeze();
+        program->start(QStringList("serve") + mode + TestServer::options(info->name()) +
+                           QStringList{"--db-port", QString::number(relay.port())},
+                       environment);
+        QVERIFY(program->logs("CRITICAL Host - cannot open the database"));
+        QVERIFY(program->ended());
+        QCOMPARE(program->exitCode(), 1);
     }
 
     void givesConnectionsOfTheScanBack()
