@@ -12,6 +12,11 @@
 
 int main(int argc, char *argv[])
 {
+    // Under a limit on the size of files, a write that is too large would end the program, and with
+    // it the reports of all customers. Ignored, it is an error of that one file. Here and not in
+    // the plug-in, because a signal's action belongs to the whole process, hence to the host.
+    std::signal(SIGXFSZ, SIG_IGN);
+
     const QCoreApplication application(argc, argv);
     // The engine names files in UTF-8; in a C locale Qt would look for others.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));

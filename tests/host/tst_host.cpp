@@ -5,6 +5,8 @@
 #include <QLibraryInfo>
 #include <QRegularExpression>
 
+#include <sys/resource.h>
+
 // The program as a process, judged by its output and its exit status alone.
 class TestProgram : public HostTest
 {
@@ -156,6 +158,25 @@ private Q_SLOTS:
         QVERIFY(program->logs("CRITICAL Host - cannot open the database"));
         QVERIFY(program->ended());
         QCOMPARE(program->exitCode(), 1);
+    }
+
+    void outlivesLimitOnFileSize()
+    {
+        addPeople(bench->schema, 1);
+        enableBothReports(bench->schema, "a@firma.sk");
+        environment.insert("TMPDIR", bench->temporary.path());
+        rlimit old{};
+        getrlimit(RLIMIT_FSIZE, &old);
+        const rlimit low{1024, old.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &low); // inherited by the program
+        serve();
+        setrlimit(RLIMIT_FSIZE, &old);
+        QVERIFY2(program->logs("': File too large\n", 2), qPrintable(program->log));
+        for (const QString report : {"DailyAttenReport", "MonthlyAttenReport"})
+            QVERIFY(program->log.contains(report + " - XLS not saved!\n"));
+        QVERIFY(QDir(bench->temporary.path()).isEmpty(QDir::Files | QDir::Hidden));
+        QVERIFY(program->stops());
+        QCOMPARE(bench->mails(), 0);
     }
 
     void givesConnectionsOfTheScanBack()
