@@ -5,6 +5,7 @@
 #include "tool/onschema.h"
 #include "tool/output.h"
 #include "tool/progress.h"
+#include "tool/targetfile.h"
 #include "tool/tool.h"
 
 #include <QJsonArray>
@@ -109,6 +110,8 @@ int runHistory(const Invocation &invocation)
 {
     if (invocation.has("json") && invocation.has("html"))
         return invocation.wrong(QStringLiteral("--json and --html exclude each other"));
+    if (invocation.has("html") && !isUsableTarget(invocation.value("html")))
+        return Tool::Look;
     return onSchemas(invocation, [&](const Schemas &schemas) {
         const auto rows = schemas.rows(invocation.token);
         if (!rows.isOk()) {

@@ -7,6 +7,7 @@
 #include "tool/onschema.h"
 #include "tool/output.h"
 #include "tool/reportjob.h"
+#include "tool/targetfile.h"
 #include "tool/tool.h"
 
 #include <QFileInfo>
@@ -71,6 +72,8 @@ int runPreview(const Invocation &invocation)
         return invocation.wrong(error);
     if (!invocation.date().isValid())
         return invocation.wrongDate();
+    if (!isUsableTarget(invocation.value("out")))
+        return Tool::Look;
     return onSchema(
         invocation, SchemaConnection::Access::ReadOnly, SchemaConnection::Statements::Long,
         [&](const SchemaConnection &connection) { return makePreview(invocation, connection); });

@@ -1,5 +1,6 @@
 #include "tool/tooltest.h"
 
+#include <QFileInfo>
 #include <QRegularExpression>
 
 /// The commands that only read: their output, and wrong command lines.
@@ -44,6 +45,40 @@ private Q_SLOTS:
         QCOMPARE(outcome.status, 2);
         QCOMPARE(outcome.output, QString());
         QCOMPARE(bench->schema.value("SELECT COUNT(*) FROM vars").toInt(), 0);
+    }
+
+    void targets_data()
+    {
+        addColumns<QString, bool>("making", "taken");
+        addRow("new", "true", true);
+        addRow("file", "touch p.xls", true);
+        addRow("link to a file", "touch file; ln -s file p.xls", true);
+        addRow("link to nothing", "ln -s nothing p.xls", true);
+        addRow("FIFO", "mkfifo p.xls", false);
+        addRow("link to a FIFO", "mkfifo fifo; ln -s fifo p.xls", false);
+        addRow("folder", "mkdir p.xls", false);
+    }
+
+    /// Devices and FIFOs are not replaced by what a command writes.
+    void targets()
+    {
+        QFETCH(QString, making);
+        QFETCH(bool, taken);
+        for (const QString command : {"preview firm daily --out ", "history --html "}) {
+            const QTemporaryDir folder;
+            QCOMPARE(QProcess::execute("sh", {"-c", "cd " + folder.path() + "; " + making}), 0);
+            const QString path = folder.filePath("p.xls");
+            const bool wasLink = QFileInfo(path).isSymLink();
+            const Outcome outcome = run(command + path);
+            QCOMPARE(outcome.status, taken ? 0 : 1);
+            QCOMPARE(outcome.output, taken ? path + '\n' : QString());
+            QCOMPARE(outcome.errors,
+                     taken ? QString()
+                           : "autoreport: cannot write '" + path +
+                                 "': it is not a regular file\n");
+            QCOMPARE(QFileInfo(path).isFile(), taken);
+            QVERIFY(taken || QFileInfo(path).isSymLink() == wasLink);
+        }
     }
 
     void statusTellsReasons_data()
