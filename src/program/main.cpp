@@ -2,6 +2,7 @@
 #include "host/servecommand.h"
 #include "host/serveoptions.h"
 #include "options/language.h"
+#include "tool/output.h"
 #include "tool/tool.h"
 
 #include <QCoreApplication>
@@ -30,8 +31,12 @@ int main(int argc, char *argv[])
     const CommandLine commandLine =
         parseCommandLine(QCoreApplication::arguments(), Tool::commandNames(), Tool::commandHelp());
     if (!commandLine.options) {
-        std::fputs(qUtf8Printable(commandLine.text), commandLine.status == 0 ? stdout : stderr);
-        return commandLine.status;
+        if (commandLine.status != 0) {
+            std::fputs(qUtf8Printable(commandLine.text), stderr);
+            return commandLine.status;
+        }
+        Output::print(commandLine.text.trimmed().split(QLatin1Char('\n')));
+        return Output::flush() ? Tool::Well : Tool::Look;
     }
 
     // A log reader that goes away is no reason to stop serving.

@@ -5,6 +5,7 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 
 #include <sys/ioctl.h>
@@ -39,10 +40,21 @@ QString harmless(const QString &text)
     return safe;
 }
 
+/// The errno of the first write to standard output that failed.
+int firstErrno = 0;
+
+void noteError(bool isWritten)
+{
+    if (!isWritten && firstErrno == 0)
+        firstErrno = errno;
+}
+
 /// Not by QTextStream, which in the C locale turns letters into question marks.
 void write(const QString &text, std::FILE *stream)
 {
-    std::fputs(text.toUtf8().constData(), stream);
+    const bool isWritten = std::fputs(text.toUtf8().constData(), stream) >= 0;
+    if (stream == stdout)
+        noteError(isWritten);
 }
 
 } // namespace
@@ -61,6 +73,15 @@ void Output::print(const QStringList &lines)
 void Output::print(const QJsonObject &object)
 {
     print(QString::fromUtf8(QJsonDocument(object).toJson()).trimmed().split(QLatin1Char('\n')));
+}
+
+bool Output::flush()
+{
+    noteError(std::fflush(stdout) == 0);
+    if (firstErrno == 0)
+        return true;
+    error(QStringLiteral("cannot write to standard output: %1").arg(qt_error_string(firstErrno)));
+    return false;
 }
 
 void Output::error(const QString &line)

@@ -12,7 +12,8 @@ class QJsonObject;
  *
  * Names, settings and server messages come from databases that others write to. Control characters
  * in them, line feeds included, are printed as U+FFFD, so that they cannot forge a line or control
- * the terminal. Write errors are ignored.
+ * the terminal. flush() reports errors in writing to standard output, once; those of standard
+ * error, which has no other place to go to, are ignored.
  */
 namespace Output
 {
@@ -24,6 +25,9 @@ void print(const QString &line);
 /// The same for several.
 void print(const QStringList &lines);
 void print(const QJsonObject &object);
+/// Writes out what print() still holds. Returns false, and prints why, if any of the output so far
+/// did not get where it should. Call it once, at the end.
+bool flush();
 /// Prints "autoreport: " and the line to standard error.
 void error(const QString &line);
 /// Prints several lines to standard error, as they are.

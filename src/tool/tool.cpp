@@ -165,6 +165,23 @@ int runCommand(const Command &command, Invocation &invocation)
     return Tool::CouldNotAsk;
 }
 
+/// Prints the command's help, or runs it.
+int helpOrRun(const Command &command, const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    describe(command, parser);
+    Invocation invocation(parser, synopsis(command));
+    if (!parser.parse(arguments)) {
+        const UsageError error = Usage::parserError(parser);
+        return invocation.wrong(error.text, error.meant);
+    }
+    if (invocation.has("help")) {
+        Output::print(parser.helpText().trimmed().split(QLatin1Char('\n')));
+        return Tool::Well;
+    }
+    return runCommand(command, invocation);
+}
+
 } // namespace
 
 QString Tool::commandIn(const QStringList &arguments)
@@ -198,17 +215,7 @@ QString Tool::commandHelp()
 
 int Tool::run(const QString &name, const QStringList &arguments)
 {
-    const Command &command = *find(name);
-    QCommandLineParser parser;
-    describe(command, parser);
-    Invocation invocation(parser, synopsis(command));
-    if (!parser.parse(arguments)) {
-        const UsageError error = Usage::parserError(parser);
-        return invocation.wrong(error.text, error.meant);
-    }
-    if (invocation.has("help")) {
-        Output::print(parser.helpText().trimmed().split(QLatin1Char('\n')));
-        return Well;
-    }
-    return runCommand(command, invocation);
+    const int status = helpOrRun(*find(name), arguments);
+    // A monitor must not take half an answer, or none, for a good one.
+    return !Output::flush() && status == Well ? Look : status;
 }

@@ -22,19 +22,23 @@ protected:
         QString errors;
     };
 
-    /// Starts `autoreport` with the options of the connection added.
-    std::unique_ptr<QProcess> start(const QString &arguments) const
+    /// Starts `autoreport` with the options of the connection added; its output goes to a file
+    /// unless `outputFile` is empty.
+    std::unique_ptr<QProcess> start(const QString &arguments,
+                                    const QString &outputFile = QString()) const
     {
         auto tool = std::make_unique<QProcess>();
+        if (!outputFile.isEmpty())
+            tool->setStandardOutputFile(outputFile);
         tool->setProcessEnvironment(TestServer::environment(moment));
         tool->start(AUTOREPORT_PROGRAM,
                     QProcess::splitCommand(arguments) + TestServer::options(info->name()));
         return tool;
     }
     /// The same to its end.
-    Outcome run(const QString &arguments) const
+    Outcome run(const QString &arguments, const QString &outputFile = QString()) const
     {
-        const auto tool = start(arguments);
+        const auto tool = start(arguments, outputFile);
         const bool ended =
             tool->waitForFinished(patienceMs) && tool->exitStatus() == QProcess::NormalExit;
         return {ended ? tool->exitCode() : -1, QString::fromUtf8(tool->readAllStandardOutput()),

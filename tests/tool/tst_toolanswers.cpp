@@ -47,6 +47,32 @@ private Q_SLOTS:
         QCOMPARE(bench->schema.value("SELECT COUNT(*) FROM vars").toInt(), 0);
     }
 
+    void lostOutputIsAnError_data()
+    {
+        addColumns<QString, int>("arguments", "schemas");
+        addRow("status", "status --json", 1);
+        addRow("more than a buffer holds", "status --json", 30);
+        addRow("history", "history", 1);
+        addRow("why", "why firm daily", 1);
+        addRow("check", "check", 1);
+        addRow("set", "set firm daily --format xls", 1);
+        addRow("help of a command", "status --help", 1);
+        addRow("help", "--help", 1);
+        addRow("version", "--version", 1);
+    }
+
+    void lostOutputIsAnError()
+    {
+        QFETCH(QString, arguments);
+        QFETCH(int, schemas);
+        for (int i = 1; i < schemas; ++i)
+            info->addSchemas({QString::number(i)}, bench->schema.name());
+        const Outcome outcome = run(arguments, "/dev/full");
+        QCOMPARE(outcome.errors, QString("autoreport: cannot write to standard output: "
+                                         "No space left on device\n"));
+        QCOMPARE(outcome.status, 1);
+    }
+
     void targets_data()
     {
         addColumns<QString, bool>("making", "taken");
@@ -74,8 +100,7 @@ private Q_SLOTS:
             QCOMPARE(outcome.output, taken ? path + '\n' : QString());
             QCOMPARE(outcome.errors,
                      taken ? QString()
-                           : "autoreport: cannot write '" + path +
-                                 "': it is not a regular file\n");
+                           : "autoreport: cannot write '" + path + "': it is not a regular file\n");
             QCOMPARE(QFileInfo(path).isFile(), taken);
             QVERIFY(taken || QFileInfo(path).isSymLink() == wasLink);
         }
