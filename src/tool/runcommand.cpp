@@ -1,6 +1,7 @@
 #include "common/zas.h"
 #include "options/optionreader.h"
 #include "reports/attenreport.h"
+#include "reports/reportbook.h"
 #include "reports/reportlock.h"
 #include "tool/commands.h"
 #include "tool/interruption.h"
@@ -11,6 +12,7 @@
 #include "tool/storedsettings.h"
 #include "tool/tool.h"
 
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <unistd.h>
@@ -44,7 +46,15 @@ bool isAgreed(const Invocation &invocation, const QStringList &recipients)
 int queue(const Invocation &invocation, const QSqlDatabase &database, const QStringList &recipients,
           qulonglong connectionId)
 {
-    const QTemporaryDir folder;
+    const QString pattern = reportPath(QStringLiteral("autoreport-XXXXXX"));
+    const QTemporaryDir folder(pattern);
+    if (!folder.isValid()) {
+        Output::error(
+            QStringLiteral("cannot create a directory in '%1': %2; point TMPDIR elsewhere")
+
+                .arg(QFileInfo(pattern).path(), folder.errorString()));
+        return 0;
+    }
     ReportJob job(database, invocation.date());
     job.run.settings.recipients = recipients;
     job.run.connectionId = connectionId;

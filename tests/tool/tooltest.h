@@ -30,7 +30,10 @@ protected:
         auto tool = std::make_unique<QProcess>();
         if (!outputFile.isEmpty())
             tool->setStandardOutputFile(outputFile);
-        tool->setProcessEnvironment(TestServer::environment(moment));
+        QProcessEnvironment environment = TestServer::environment(moment);
+        if (!temporaryFolder.isEmpty())
+            environment.insert("TMPDIR", temporaryFolder);
+        tool->setProcessEnvironment(environment);
         tool->start(AUTOREPORT_PROGRAM,
                     QProcess::splitCommand(arguments) + TestServer::options(info->name()));
         return tool;
@@ -47,10 +50,12 @@ protected:
 
     std::unique_ptr<TestDatabase> info; ///< lists the bench's schema as "firm"
     const QString moment = "2023-11-15 09:30:00";
+    QString temporaryFolder; ///< of the program, unless it is empty
 
 private:
     void prepare() override
     {
+        temporaryFolder.clear();
         info = std::make_unique<TestDatabase>(TestDatabase::Tables::Info);
         info->addSchemas({"firm"}, bench->schema.name());
         bench->schema.exec("INSERT INTO people (pid, surname, name) VALUES (7, 'Novák', 'Ján')");

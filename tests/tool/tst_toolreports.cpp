@@ -75,6 +75,29 @@ private Q_SLOTS:
         QVERIFY(QDir(bench->temporary.path()).isEmpty());
     }
 
+    void runNeedsATemporaryDirectory_data()
+    {
+        addColumns<QString, QString>("report", "folder");
+        addRow("daily, missing", "daily", "/no/such");
+        addRow("monthly, missing", "monthly", "/no/such");
+        addRow("relative, missing", "daily", "no-such");
+        addRow("not to be written to", "daily", "/proc");
+    }
+
+    /// Another directory, such as the root, is not used in its place.
+    void runNeedsATemporaryDirectory()
+    {
+        QFETCH(QString, report);
+        QFETCH(QString, folder);
+        temporaryFolder = folder;
+        const Outcome outcome = run("run firm " + report + " --to a@firma.sk");
+        QCOMPARE(outcome.status, 1);
+        QCOMPARE(outcome.errors, "autoreport: cannot create a directory in '" + folder +
+                                     "': No such file or directory; point TMPDIR elsewhere\n");
+        QCOMPARE(outcome.output, QString("0 of 1 mails queued\n"));
+        QCOMPARE(bench->mails(), 0);
+    }
+
     void runLeavesAReportInTheMakingAlone()
     {
         ReportLock host(bench->database, dailyReport.className);
