@@ -14,10 +14,14 @@
 #include <QTemporaryFile>
 #include <QTimeZone>
 
+#include <chrono>
+
 #include <sys/statvfs.h>
 
 namespace
 {
+
+constexpr auto listenInterval = std::chrono::seconds(5);
 
 HostAnswer aboutProcess(const ConnectionOptions &connection)
 {
@@ -69,7 +73,17 @@ HostAnswers::HostAnswers(const ServeOptions &options, const HostState &state)
         return QJsonDocument(answer.toJson()).toJson(QJsonDocument::Compact);
     })
 {
+    QObject::connect(&timer, &QTimer::timeout, &timer, [this] { listen(); });
+    timer.start(listenInterval);
+    listen();
+}
+
+void HostAnswers::listen()
+{
     const QString error = server.listen(ownSocketFolder());
-    if (!error.isEmpty())
+    if (!error.isEmpty() && !isWarned)
         qWarning("Host - cannot be asked by the operator's commands: %s", qUtf8Printable(error));
+    else if (error.isEmpty() && isWarned)
+        qInfo("Host - can be asked by the operator's commands again");
+    isWarned = !error.isEmpty();
 }

@@ -14,6 +14,21 @@ namespace
 
 constexpr auto patience = std::chrono::seconds(5);
 
+QString ownPath(const QString &folder)
+{
+    return QStringLiteral("%1/%2%3").arg(
+        folder, QString::number(QCoreApplication::applicationPid()), QLatin1String(socketSuffix));
+}
+
+/// Returns why an accept failed, empty if none did. QLocalServer has no text for most errors, only
+/// the number.
+QString acceptError(const QLocalServer &server)
+{
+    const QString text = server.errorString();
+    const int number = text.section(QLatin1Char(' '), -1).toInt();
+    return number == 0 ? text : qt_error_string(number);
+}
+
 } // namespace
 
 InquiryServer::InquiryServer(std::function<QByteArray()> answerFunction)
@@ -29,11 +44,22 @@ InquiryServer::~InquiryServer() = default;
 
 QString InquiryServer::listen(const QString &folder)
 {
+    // After a failed accept, QLocalServer has closed and removed its socket, but "listens".
+    const QString closed = server->isListening() ? acceptError(*server) : QString();
+    if (server->isListening() && closed.isEmpty())
+        return QString();
+    server->close();
+    const QString error = open(folder);
+    return closed.isEmpty() ? error
+                            : QStringLiteral("'%1' was closed: %2").arg(ownPath(folder), closed);
+}
+
+QString InquiryServer::open(const QString &folder)
+{
     const QString error = makeSocketFolder(folder);
     if (!error.isEmpty())
         return QStringLiteral("'%1': %2").arg(folder, error);
-    const QString path = QStringLiteral("%1/%2%3").arg(
-        folder, QString::number(QCoreApplication::applicationPid()), QLatin1String(socketSuffix));
+    const QString path = ownPath(folder);
     // Left by a process that was killed and had this number.
     QLocalServer::removeServer(path);
     return server->listen(path) ? QString()

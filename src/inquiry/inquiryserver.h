@@ -23,10 +23,13 @@ public:
     ~InquiryServer();
     Q_DISABLE_COPY(InquiryServer)
 
-    /// Listens in `folder`. Returns the error, or an empty text.
+    /// Listens in `folder` unless it does already. Call it every few seconds: a shortage of file
+    /// descriptors closes the socket. Returns the error, or an empty text. The call after the
+    /// socket was closed returns why it was, even if the object listens again.
     QString listen(const QString &folder);
 
 private:
+    QString open(const QString &folder);
     void answerAll();
 
     const std::function<QByteArray()> answer;

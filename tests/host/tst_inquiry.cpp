@@ -2,6 +2,10 @@
 
 #include <QDir>
 
+#include <cerrno>
+
+#include <sys/resource.h>
+
 /// The socket at which a host is asked, read by another program than the one that made it.
 class TestInquiry : public HostTest
 {
@@ -84,6 +88,23 @@ private Q_SLOTS:
         QVERIFY(!program->ended());
     }
 
+    void outlivesShortage()
+    {
+        serve();
+        QTRY_VERIFY_WITH_TIMEOUT(outcome("daily", "last")["mails"].toInt() == 2, patienceMs);
+        const QString path = socket();
+        const rlimit before = limitFiles({firstFreeFile(), RLIM_INFINITY});
+        QVERIFY(ask().isEmpty());
+        QVERIFY(program->logs("asked by the operator's commands: '" + path +
+                              "' was closed: " + qt_error_string(EMFILE)));
+        limitFiles(before);
+        QVERIFY(program->logs("can be asked by the operator's commands again"));
+        QVERIFY(ask()["schemas"].toObject().contains("firm"));
+        QCOMPARE(socket(), path);
+        QCOMPARE(program->log.count("cannot be asked"), 1);
+        QVERIFY(program->stops());
+    }
+
     void servesWithoutSocket()
     {
         environment.insert("RUNTIME_DIRECTORY", "/dev/null");
@@ -111,6 +132,24 @@ private:
             if (found.fileName() != "1.socket")
                 return found.filePath();
         return {};
+    }
+
+    /// Returns the lowest number that no file of the host has.
+    rlim_t firstFreeFile() const
+    {
+        rlim_t file = 0;
+        while (QFileInfo(QString("/proc/%1/fd/%2").arg(program->id()).arg(file)).isSymLink())
+            ++file;
+        return file;
+    }
+    /// Sets the host's limit for files and returns the former one.
+    rlimit limitFiles(rlimit limit) const
+    {
+        rlimit former = {};
+        ::prlimit(pid_t(program->id()), RLIMIT_NOFILE, nullptr, &former);
+        limit.rlim_max = former.rlim_max;
+        ::prlimit(pid_t(program->id()), RLIMIT_NOFILE, &limit, nullptr);
+        return former;
     }
 
     QJsonObject ask()
