@@ -1,57 +1,85 @@
 #include "inquiry/hostinquiry.h"
 
+#include "inquiry/hostconnection.h"
 #include "inquiry/socketfolder.h"
 
 #include <QDeadlineTimer>
-#include <QDir>
+#include <QFileInfo>
 #include <QJsonDocument>
-#include <QLocalSocket>
 
+#include <algorithm>
 #include <cerrno>
+#include <memory>
+#include <vector>
+
+#include <poll.h>
 
 namespace
 {
 
-struct Received {
-    QByteArray bytes;
-    QString error;
-    bool isHost = true; ///< otherwise a host that was killed left the socket behind
-};
+using Connections = std::vector<std::unique_ptr<HostConnection>>;
 
-Received receive(const QString &path, const QDeadlineTimer &deadline)
+constexpr int connectIntervalMs = 50;
+
+/// Returns why the sockets in `folder` cannot be asked; empty if they can, or if there is none.
+QString folderError(const QString &folder)
 {
-    const auto left = [&deadline] {
-        return int(deadline.remainingTime());
-    };
-    Received received;
-    QLocalSocket socket;
-    socket.connectToServer(path, QIODevice::ReadOnly);
-    if (!socket.waitForConnected(left())) {
-        received.error = socket.errorString();
-        received.isHost = socket.error() != QLocalSocket::ConnectionRefusedError &&
-                          socket.error() != QLocalSocket::ServerNotFoundError;
-        return received;
-    }
-    // The host closes the connection after its answer.
-    while (socket.state() == QLocalSocket::ConnectedState && socket.waitForReadyRead(left()))
-        received.bytes += socket.readAll();
-    received.bytes += socket.readAll();
-    if (deadline.hasExpired())
-        received.error = QStringLiteral("it did not answer in time");
-    return received;
+    const QFileInfo info(folder);
+    if (!info.exists())
+        return QString();
+    if (!info.isReadable())
+        return qt_error_string(EACCES);
+    return isTrustedFolder(folder) ? QString() : QStringLiteral("it belongs to another account");
 }
 
-void ask(const QString &path, const QDeadlineTimer &deadline, HostsFound &found)
+Connections connectAll(HostsFound &found)
 {
-    const Received received = receive(path, deadline);
-    const auto answer = HostAnswer::fromJson(QJsonDocument::fromJson(received.bytes).object());
+    Connections all;
+    for (const QString &folder : socketFolders()) {
+        const QString error = folderError(folder);
+        if (!error.isEmpty()) {
+            found.errors.append(QStringLiteral("'%1': %2").arg(folder, error));
+            continue;
+        }
+        for (const QString &path : socketsIn(folder))
+            all.push_back(std::make_unique<HostConnection>(path));
+    }
+    return all;
+}
+
+/// All at once: a host that does not answer takes no time from the others.
+void receive(const Connections &all, const QDeadlineTimer &deadline)
+{
+    const auto isOpen = [](const auto &connection) {
+        return connection->isOpen();
+    };
+    std::vector<pollfd> waiting(all.size());
+    while (std::any_of(all.begin(), all.end(), isOpen) && !deadline.hasExpired()) {
+        std::transform(all.begin(), all.end(), waiting.begin(), [](const auto &connection) {
+            return pollfd{connection->descriptor(), POLLIN, 0};
+        });
+        ::poll(waiting.data(), waiting.size(),
+               int(std::min<qint64>(deadline.remainingTime(), connectIntervalMs)));
+        for (const auto &connection : all)
+            connection->take();
+    }
+    for (const auto &connection : all) {
+        if (connection->isOpen())
+            connection->end(QStringLiteral("it did not answer in time"));
+    }
+}
+
+void addAnswer(const HostConnection &connection, HostsFound &found)
+{
+    const auto answer = HostAnswer::fromJson(QJsonDocument::fromJson(connection.bytes).object());
     if (answer)
         found.hosts.append(*answer);
-    else if (received.isHost)
-        found.errors.append(QStringLiteral("'%1': %2")
-                                .arg(path, received.error.isEmpty()
-                                               ? QStringLiteral("its answer is incomplete")
-                                               : received.error));
+    else if (connection.isHost)
+        found.errors.append(
+            QStringLiteral("'%1': %2")
+                .arg(connection.path, connection.error.isEmpty()
+                                          ? QStringLiteral("its answer is incomplete")
+                                          : connection.error));
 }
 
 } // namespace
@@ -59,15 +87,9 @@ void ask(const QString &path, const QDeadlineTimer &deadline, HostsFound &found)
 HostsFound askHosts(int timeoutMs)
 {
     HostsFound found;
-    const QDeadlineTimer deadline(timeoutMs);
-    const QStringList pattern{QLatin1Char('*') + QLatin1String(socketSuffix)};
-    for (const QString &folder : socketFolders()) {
-        const QFileInfo info(folder);
-        if (info.exists() && !info.isReadable())
-            found.errors.append(QStringLiteral("'%1': %2").arg(folder, qt_error_string(EACCES)));
-        const QStringList sockets = QDir(folder).entryList(pattern, QDir::System, QDir::Name);
-        for (const QString &socket : sockets)
-            ask(folder + QLatin1Char('/') + socket, deadline, found);
-    }
+    const Connections all = connectAll(found);
+    receive(all, QDeadlineTimer(timeoutMs));
+    for (const auto &connection : all)
+        addAnswer(*connection, found);
     return found;
 }

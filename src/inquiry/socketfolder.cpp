@@ -16,6 +16,11 @@ QString serviceFolder()
     return QStringLiteral("/run/autoreport"); // RuntimeDirectory= of the packaged unit
 }
 
+bool isOfRootAlone(const struct stat &found)
+{
+    return found.st_uid == 0 && (found.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
 } // namespace
 
 const char *const socketSuffix = ".socket";
@@ -51,4 +56,29 @@ QStringList socketFolders()
     QStringList folders{ownSocketFolder(), serviceFolder()};
     folders.removeDuplicates();
     return folders;
+}
+
+bool isTrustedFolder(const QString &folder)
+{
+    const QString path = QFileInfo(folder).canonicalFilePath();
+    struct stat found = {};
+    if (::stat(QFile::encodeName(path).constData(), &found) != 0)
+        return false;
+    if (found.st_uid == 0 || found.st_uid == ::geteuid())
+        return true;
+    const QString parent = QFileInfo(path).path();
+    return ::stat(QFile::encodeName(parent).constData(), &found) == 0 && isOfRootAlone(found);
+}
+
+QStringList socketsIn(const QString &folder)
+{
+    QStringList sockets;
+    const QStringList pattern{QLatin1Char('*') + QLatin1String(socketSuffix)};
+    for (const QString &name : QDir(folder).entryList(pattern, QDir::System, QDir::Name)) {
+        const QString path = folder + QLatin1Char('/') + name;
+        struct stat found = {};
+        if (::lstat(QFile::encodeName(path).constData(), &found) == 0 && S_ISSOCK(found.st_mode))
+            sockets.append(path);
+    }
+    return sockets;
 }

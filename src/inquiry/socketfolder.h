@@ -16,5 +16,13 @@ QString makeSocketFolder(const QString &folder);
 /// service's.
 QStringList socketFolders();
 
+/// Returns whether no account but root and this one can have put the folder there: in /tmp
+/// everybody may create one. The packaged service's belongs to an account of its own, below a
+/// folder of root.
+bool isTrustedFolder(const QString &folder);
+
+/// Returns the paths of the sockets in `folder`, by name.
+QStringList socketsIn(const QString &folder);
+
 /// What the names of the sockets end with.
 extern const char *const socketSuffix;

@@ -5,6 +5,7 @@
 #include <cerrno>
 
 #include <sys/resource.h>
+#include <unistd.h>
 
 /// The socket at which a host is asked, read by another program than the one that made it.
 class TestInquiry : public HostTest
@@ -86,6 +87,51 @@ private Q_SLOTS:
         idler.waitForFinished();
         program->send(SIGKILL);
         QVERIFY(!program->ended());
+    }
+
+    /// Others in the folder, asked by the program before the host.
+    void asksBesideOthers_data()
+    {
+        addColumns<QString, QString, int>("other", "error", "answers");
+        const QString listen = "import socket, sys\n"
+                               "one = socket.socket(socket.AF_UNIX)\n"
+                               "one.bind(sys.argv[1])\n"
+                               "one.listen()\n"
+                               "print('listens', flush=True)\n";
+        addRow("silent", listen + "sys.stdin.read()", "/0.socket': it did not answer in time", 1);
+        addRow("endless", listen + "to = one.accept()[0]\nwhile True: to.send(b'[' * 65536)",
+               "/0.socket': its answer is longer than 64 MiB", 1);
+        if (::geteuid() != 0)
+            return; // only root can give a folder away
+        addRow("another account",
+               "import os, sys\n"
+               "folder = os.path.dirname(sys.argv[1])\n"
+               "os.chmod(os.path.dirname(folder), 0o1777)\n"
+               "os.chown(folder, 65534, -1)\n"
+               "print('owns', flush=True)",
+               "/hosts': it belongs to another account", 0);
+    }
+
+    void asksBesideOthers()
+    {
+        QFETCH(QString, other);
+        serve();
+        QTRY_VERIFY_WITH_TIMEOUT(schema("firm")["served"].toBool(), patienceMs);
+        QProcess python;
+        python.start("python3", {"-c", other, folder() + "/0.socket"});
+        QVERIFY(python.waitForReadyRead(patienceMs));
+        HostProgram status;
+        status.start(QStringList{"status", "--json"} + TestServer::options(info->name()),
+                     environment);
+        QVERIFY(status.ended());
+        const auto found = QJsonDocument::fromJson(status.output().toUtf8()).object();
+        QTEST(found["hosts"].toArray().size(), "answers");
+        QFETCH(QString, error);
+        const QString silent = found["silentHosts"].toArray()[0].toString();
+        QVERIFY2(silent.endsWith(error), qPrintable(silent));
+        python.kill();
+        python.waitForFinished();
+        QVERIFY(program->stops());
     }
 
     void outlivesShortage()
