@@ -1,8 +1,10 @@
 #include "inquiry/inquiryserver.h"
 
+#include "inquiry/hostconnection.h"
 #include "inquiry/socketfolder.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QTimer>
@@ -18,6 +20,15 @@ QString ownPath(const QString &folder)
 {
     return QStringLiteral("%1/%2%3").arg(
         folder, QString::number(QCoreApplication::applicationPid()), QLatin1String(socketSuffix));
+}
+
+/// Removes the sockets of hosts that were killed, whichever number they had.
+void removeLeftBehind(const QString &folder)
+{
+    for (const QString &path : socketsIn(folder)) {
+        if (!HostConnection(path).isHost)
+            QFile::remove(path);
+    }
 }
 
 /// Returns why an accept failed, empty if none did. QLocalServer has no text for most errors, only
@@ -60,8 +71,8 @@ QString InquiryServer::open(const QString &folder)
     if (!error.isEmpty())
         return QStringLiteral("'%1': %2").arg(folder, error);
     const QString path = ownPath(folder);
-    // Left by a process that was killed and had this number.
-    QLocalServer::removeServer(path);
+    removeLeftBehind(folder);
+    QLocalServer::removeServer(path); // whatever else has that name
     return server->listen(path) ? QString()
                                 : QStringLiteral("'%1': %2").arg(path, server->errorString());
 }

@@ -85,8 +85,19 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(schema("firm")["served"].toBool(), patienceMs);
         idler.kill();
         idler.waitForFinished();
+        const QString left = socket();
+        HostProgram beside;
+        beside.start(QStringList("serve") + TestServer::options(info->name()), environment);
+        QVERIFY(beside.logs("AutoReport - START"));
         program->send(SIGKILL);
         QVERIFY(!program->ended());
+        QVERIFY(QFileInfo::exists(left));
+        serve();
+        QTRY_VERIFY_WITH_TIMEOUT(schema("firm")["served"].toBool(), patienceMs);
+        QVERIFY(!QFileInfo::exists(left));
+        const auto sockets = QDir(folder()).entryList(QDir::System | QDir::Files);
+        QCOMPARE(sockets.size(), 3); // the file, and the two that run
+        QVERIFY(beside.stops());
     }
 
     /// Others in the folder, asked by the program before the host.
@@ -174,10 +185,8 @@ private:
     /// Returns the path of the running host's socket, empty if there is none.
     QString socket() const
     {
-        for (const QFileInfo &found : QDir(folder()).entryInfoList(QDir::System | QDir::Files))
-            if (found.fileName() != "1.socket")
-                return found.filePath();
-        return {};
+        const QString path = folder() + QString("/%1.socket").arg(program->id());
+        return QFileInfo::exists(path) ? path : QString();
     }
 
     /// Returns the lowest number that no file of the host has.
