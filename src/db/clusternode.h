@@ -5,11 +5,11 @@
 
 #include <optional>
 
-/// What a server says of its place in a Galera cluster.
+/// A server's view of its Galera cluster.
 struct ClusterNode {
     QString name;
-    int members = 0;      ///< of the part of the cluster that the node sees
-    bool isReady = false; ///< else the node refuses every table: it has lost the others, or lags
+    int members = 0;      ///< of the part of the cluster that the node belongs to
+    bool isReady = false; ///< false if the node refuses all tables: it lost the others, or lags
 };
 
 /// Returns nothing if the server is not part of a cluster, or does not answer.

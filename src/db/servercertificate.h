@@ -2,12 +2,12 @@
 
 #include <QSqlDatabase>
 
-/// Opens `database`. Where its options name an authority (SSL_CA), a server without encryption, or
-/// with a certificate that this authority has not signed, is refused, and lastError() says why. The
-/// client library checks that by itself only up to version 3.3. The connection does not reconnect
-/// by itself then, as nobody would check the server that answers: ask isUsable() before using it.
+/// Opens `database`. If its options name an authority (SSL_CA), refuses a server without encryption
+/// and one whose certificate this authority has not signed; lastError() says why. Client libraries
+/// from version 3.4 on do not check that themselves. Such a connection does not reconnect, because
+/// the new server would go unchecked: call isUsable() before using it.
 bool openTrusted(QSqlDatabase &database);
 
-/// Returns whether a connection is open and, if it does not reconnect by itself or lists several
-/// servers, still alive. To ask costs statements only in these cases.
+/// Returns whether a connection is open. If it lists several servers or does not reconnect by
+/// itself, also asks the server whether the connection is still alive.
 bool isUsable(const QSqlDatabase &database);

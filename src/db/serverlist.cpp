@@ -6,6 +6,7 @@
 #include <QHash>
 #include <QMutex>
 #include <QStringList>
+#include <QThread>
 
 namespace
 {
@@ -67,6 +68,14 @@ QVector<ServerAddress> serversOf(const QString &hostName, int port)
     return servers;
 }
 
+QString serverText(const QString &hostName, int port)
+{
+    QStringList servers;
+    for (const ServerAddress &server : serversOf(hostName, port))
+        servers.append(QStringLiteral("%1:%2").arg(server.host).arg(server.port));
+    return servers.join(QLatin1Char(','));
+}
+
 bool openOnAny(QSqlDatabase &database, const std::function<bool(QSqlDatabase &)> &open)
 {
     const QString list = database.hostName();
@@ -75,6 +84,9 @@ bool openOnAny(QSqlDatabase &database, const std::function<bool(QSqlDatabase &)>
     const int first = LastServers::ofProcess().of(list);
     bool isOpen = false;
     for (int i = 0; !isOpen && i < servers.size(); ++i) {
+        // Each may use up the limit of `open`, and a stop must not wait for all of them.
+        if (i > 0 && QThread::currentThread()->isInterruptionRequested())
+            break;
         const int position = (first + i) % servers.size();
         database.setHostName(servers.at(position).host);
         database.setPort(servers.at(position).port);

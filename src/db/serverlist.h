@@ -18,11 +18,15 @@ struct ServerAddress {
 /// is in brackets.
 QVector<ServerAddress> serversOf(const QString &hostName, int port);
 
+/// Returns them as one text, each with its port: "node1:3306,node2:3306".
+QString serverText(const QString &hostName, int port);
+
 /// Opens `database` on one of the servers that its host name lists: on the one that this process
 /// last found at work, else on the next that is. Host name and port are unchanged. A node of a
 /// cluster that has lost the others is not at work. `open` opens it on a single server.
 ///
-/// With one server, the same as `open`. From any thread.
+/// With one server, the same as `open`. With several, gives up after the current one if the thread
+/// is asked to stop. Thread-safe.
 bool openOnAny(QSqlDatabase &database,
                const std::function<bool(QSqlDatabase &)> &open = openTrusted);
 

@@ -130,25 +130,28 @@ void ServerSocket::shutDown() const
 namespace
 {
 
+bool hasLiftableLimits(const QSqlDatabase &database)
+{
+    return database.driverName() == QLatin1String("QMYSQL") && isMariaDb(database) &&
+           !database.connectOptions().contains(QLatin1String("MYSQL_OPT_READ_TIMEOUT"));
+}
+
+/// Opens it with all limits that can be lifted afterwards.
 bool openOneWithin(QSqlDatabase &database, int seconds, Limited limited)
 {
     if (database.driverName() != QLatin1String("QMYSQL"))
         return openTrusted(database);
     const QString options = database.connectOptions();
-    const bool liftable =
-        isMariaDb(database) && !options.contains(QLatin1String("MYSQL_OPT_READ_TIMEOUT"));
     const QStringList queries{QStringLiteral("MYSQL_OPT_READ_TIMEOUT"),
                               QStringLiteral("MYSQL_OPT_WRITE_TIMEOUT")};
     QStringList limits{QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT")};
     // Opening includes the login and statements of the driver's own.
-    if (liftable || limited == Limited::Queries)
+    if (limited == Limited::Queries || hasLiftableLimits(database))
         limits += queries;
 
     database.setConnectOptions(withLimits(limits, seconds) + QLatin1Char(';') + options);
     const bool open = openTrusted(database);
     database.setConnectOptions(options);
-    if (open && liftable && limited == Limited::Connecting)
-        liftQueryLimits(database);
     return open;
 }
 
@@ -156,8 +159,12 @@ bool openOneWithin(QSqlDatabase &database, int seconds, Limited limited)
 
 bool openWithin(QSqlDatabase &database, int seconds, Limited limited)
 {
-    return openOnAny(database,
-                     [=](QSqlDatabase &one) { return openOneWithin(one, seconds, limited); });
+    const bool open = openOnAny(
+        database, [=](QSqlDatabase &one) { return openOneWithin(one, seconds, limited); });
+    // Not before: a server of several is asked whether it works, within the limits as well.
+    if (open && limited == Limited::Connecting && hasLiftableLimits(database))
+        liftQueryLimits(database);
+    return open;
 }
 
 void limitReconnect(const QSqlDatabase &database, int seconds)

@@ -1,5 +1,6 @@
 #include "host/hostanswers.h"
 
+#include "db/serverlist.h"
 #include "host/hoststate.h"
 #include "host/serveoptions.h"
 #include "host/workers.h"
@@ -28,7 +29,7 @@ HostAnswer aboutProcess(const ConnectionOptions &connection)
     HostAnswer answer;
     answer.version = QCoreApplication::applicationVersion();
     answer.processId = QCoreApplication::applicationPid();
-    answer.server = QStringLiteral("%1:%2").arg(connection.host).arg(connection.port);
+    answer.server = serverText(connection.host, connection.port);
     answer.database = connection.databaseName;
     answer.isSingle = connection.single;
     const QDateTime now = QDateTime::currentDateTime();

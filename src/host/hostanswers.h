@@ -8,9 +8,8 @@ class HostState;
 struct ServeOptions;
 
 /**
- * Answers the operator's commands on this machine: what the host serves, and how it went. Without
- * it, for want of a folder for its socket or of file descriptors, the host serves all the same, and
- * tries again every few seconds.
+ * Answers the operator's commands on this machine: what the host serves, and with which results. If
+ * its socket cannot be created or is lost, logs that, and tries again every few seconds.
  *
  * Lives in the main thread. The state must outlive it.
  */

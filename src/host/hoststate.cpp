@@ -33,6 +33,7 @@ constexpr Cause causesByText[] = {
     {"for read!", "attachment"},
     {"mail not created!", "mail"},
     {"mails not committed", "commit"},
+    {"begins no transaction,", "commit"},
     {"interrupted,", "stopped"},
     {"connection lost,", "connection"},
     {"rolled the run back,", "rollback"},

@@ -73,7 +73,7 @@ public:
 private:
     /// What the current run of a schema has logged.
     struct Run {
-        QString cause; ///< the last one
+        QString cause; ///< of the failure logged last
         QStringList warnings;
 
         void warn(const QString &text);

@@ -22,8 +22,7 @@ namespace LogSink
  */
 void install(bool showEverything);
 
-/// Hands every message to `listener` too, as it was logged and in the thread that logs it; none
-/// again with a null one.
+/// Calls `listener` with every message, in the thread that logs it. A null listener ends this.
 /// Returns when no thread uses the previous listener any more.
 void setListener(std::function<void(QtMsgType, const QString &)> listener);
 

@@ -3,6 +3,7 @@
 #include "common/filelimit.h"
 #include "db/connectiondefaults.h"
 #include "db/dbmanager.h"
+#include "db/serverlist.h"
 #include "db/serversocket.h"
 #include "host/hostanswers.h"
 #include "host/hoststate.h"
@@ -186,8 +187,8 @@ void ServeCommand::waitForEnd()
     if (const int interval = ServiceManager::watchdogIntervalMs(); interval > 0)
         heartbeat.start(interval);
 
-    qInfo("Host - serving '%s' on %s:%i", qUtf8Printable(options.connection.databaseName),
-          qUtf8Printable(options.connection.host), options.connection.port);
+    qInfo("Host - serving '%s' on %s", qUtf8Printable(options.connection.databaseName),
+          qUtf8Printable(serverText(options.connection.host, options.connection.port)));
     if (options.connection.single) // otherwise after the first scan
         QMetaObject::invokeMethod(&services, &ServiceManager::ready, Qt::QueuedConnection);
     QTimer hourly;

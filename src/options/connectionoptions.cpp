@@ -52,12 +52,9 @@ QString ConnectionOptions::limits() const
 QString ConnectionOptions::openError(const QSqlDatabase &db)
 {
     const QString driverText = db.lastError().text().simplified();
-    QStringList servers;
-    for (const ServerAddress &server : serversOf(db.hostName(), db.port()))
-        servers.append(QStringLiteral("%1:%2").arg(server.host).arg(server.port));
-    const QString error =
-        QStringLiteral("cannot open the database '%1' on %2 as '%3': %4")
-            .arg(db.databaseName(), servers.join(QLatin1Char(',')), db.userName(), driverText);
+    const QString error = QStringLiteral("cannot open the database '%1' on %2 as '%3': %4")
+                              .arg(db.databaseName(), serverText(db.hostName(), db.port()),
+                                   db.userName(), driverText);
     return driverText.contains(QLatin1String("TLS"))
                ? error + QStringLiteral("; is the server's certificate signed by --db-ca?")
                : error;

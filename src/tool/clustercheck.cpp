@@ -9,7 +9,7 @@
 namespace
 {
 
-constexpr int leastMembers = 3; // the rest of two cannot tell whether it is the rest
+constexpr int leastMembers = 3; // of two nodes, a survivor has no majority
 
 /// Returns the first column.
 QStringList names(const QSqlDatabase &database, const char *statement)

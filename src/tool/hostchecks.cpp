@@ -12,7 +12,7 @@ namespace
 {
 
 constexpr qint64 graceSeconds = 4200; // a scan an hour, a tick a minute, and the report itself
-constexpr qint64 graceOfServed = 300; // it has been found: a tick and the report
+constexpr qint64 graceOfServed = 300; // once a host serves the schema: a tick and the report
 const char *const scanAtOnce = "wait, or let the host scan at once: systemctl reload autoreport";
 
 /// Looks whether today's run failed. A run that queued no mail may count as made all the same.

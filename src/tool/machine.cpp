@@ -1,4 +1,5 @@
 #include "tool/machine.h"
+#include "db/serverlist.h"
 
 #include <QDir>
 #include <QFile>
@@ -20,7 +21,7 @@ constexpr qint64 spaceWantedMiB = 512;
 QVector<HostAnswer> hostsOf(const ConnectionOptions &connection, const QVector<HostAnswer> &all)
 {
     const QString port = QString::number(connection.port);
-    const QString server = connection.host + QLatin1Char(':') + port;
+    const QString server = serverText(connection.host, connection.port);
     QVector<HostAnswer> same;
     QVector<HostAnswer> alike;
     for (const HostAnswer &host : all) {

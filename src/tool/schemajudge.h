@@ -49,11 +49,11 @@ struct SchemaJudgement {
 class SchemaJudge
 {
 public:
-    /// What is looked for; each includes those before it.
+    /// What to look for. Each value includes the previous ones.
     enum class Scope {
-        Problems,  ///< of the reports that are on; what is off gets that finding alone
+        Problems,  ///< of enabled reports; a disabled one gets that finding only
         Notices,   ///< growing workbooks, copies in a cluster, machines that serve the schema
-        AllReports ///< those that are off, as if they were on
+        AllReports ///< disabled reports, as if they were enabled
     };
 
     /// `machine` must outlive the object. All schemas are judged as of `now`.

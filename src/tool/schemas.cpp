@@ -4,6 +4,7 @@
 #include "db/connectiondefaults.h"
 #include "db/schemaregistry.h"
 #include "db/serverlist.h"
+#include "db/serversocket.h"
 #include "tool/silencewatch.h"
 
 #include <algorithm>
@@ -173,7 +174,9 @@ SchemaConnection::SchemaConnection(const SchemaRow &row, Access access)
 void SchemaConnection::open(const ConnectionOptions &options, Access access)
 {
     QSqlDatabase db = options.addDatabase(name, ConnectionOptions::OnLoss::Fail);
-    if (!openOnAny(db)) {
+    const bool isOpen =
+        options.waitsForAnswers ? openWithin(db, options.timeoutSeconds) : openOnAny(db);
+    if (!isOpen) {
         error = ConnectionOptions::openError(db);
         return;
     }

@@ -238,8 +238,11 @@ int runSet(const Invocation &invocation)
     const SetRequests requests(invocation);
     if (!requests.error.text.isEmpty())
         return invocation.wrong(requests.error.text, requests.error.meant);
-    if (invocation.has("all") && !invocation.has("yes") && !invocation.has("dry-run") &&
-        !Output::isTerminal(STDIN_FILENO))
+    const bool isForAll = std::any_of(requests.list.cbegin(), requests.list.cend(),
+                                      [](const auto &request) { return request.isForAll; });
+    const bool canAsk =
+        Output::isTerminal(STDIN_FILENO) && invocation.value("file") != QLatin1String("-");
+    if (isForAll && !canAsk && !invocation.has("yes") && !invocation.has("dry-run"))
         return invocation.wrong(
             QStringLiteral("cannot ask without a terminal: give --yes, or --dry-run"));
     return onSchemas(invocation, [&](const Schemas &schemas) {

@@ -5,7 +5,7 @@
 
 #include <QDateTime>
 
-/// What changed settings of a report come to.
+/// The consequences of changing a report's settings.
 struct SetOutcome {
     bool isForNobody = false;  ///< enabled, but nobody would get it
     bool isDueNow = false;     ///< goes out with the next tick of a host that serves the schema

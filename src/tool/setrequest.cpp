@@ -164,6 +164,11 @@ void SetRequests::readFile(const Invocation &invocation)
     else if (!invocation.arguments.isEmpty())
         error.text = QStringLiteral("'%1' belongs into the file, whose lines are complete")
                          .arg(invocation.arguments.first());
+    for (const char *option : {"all", "enable", "disable", "emails", "time", "format"}) {
+        if (error.text.isEmpty() && invocation.has(option))
+            error.text = QStringLiteral("'--%1' belongs into the file, whose lines are complete")
+                             .arg(QLatin1String(option));
+    }
     for (int number = 1; error.text.isEmpty() && !file.atEnd(); ++number) {
         const QString line = QString::fromUtf8(file.readLine()).trimmed();
         if (line.isEmpty() || line.startsWith(QLatin1Char('#')))

@@ -19,7 +19,7 @@ using Row = QVector<QVariant>;
 
 constexpr qint64 attachmentBytes = 16777215;  // a MEDIUMBLOB; a BLOB would cut off every workbook
 constexpr qint64 queuePatienceSeconds = 3600; // senders work in minutes
-// A workbook of both formats has more: what is refused for so few bytes is refused for it.
+// Lower bounds in either format: if even this is too large, so is the workbook.
 constexpr qint64 leastBytesPerRow = 20;
 constexpr qint64 leastBytes = 4096;
 

@@ -12,11 +12,11 @@ struct Machine;
 struct ReportKind;
 struct SchemaJudgement;
 
-// Parts of the judgement by SchemaJudge. The connection must be one that may write, as the server
-// checks rights only over such a one. A connection that is lost meanwhile makes findings of its
-// own, or hides some: SchemaJudge asks in the end whether it still stands.
+// The checks that SchemaJudge runs. They need a connection that may write, because the server
+// checks rights only on such a one. If the connection is lost, findings may be wrong or missing;
+// SchemaJudge therefore tests the connection at the end.
 
-/// How large a mail may be. Unlimited as far as it is not known.
+/// How large a mail may be. A limit that is not known does not apply.
 struct TableLimits {
     qint64 packetBytes = std::numeric_limits<qint64>::max(); ///< of a statement
     qint64 columnBytes = std::numeric_limits<qint64>::max(); ///< of an attachment

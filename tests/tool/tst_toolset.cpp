@@ -25,6 +25,7 @@ private Q_SLOTS:
         addRow("no file", "set --file /no/such", "cannot read '/no/such': No such file");
         addRow("empty file", "set --file /dev/null", "'/dev/null' has no lines");
         addRow("file and schema", "set --file LINES firm", "'firm' belongs into the file");
+        addRow("file and option", "set --file LINES --disable", "'--disable' belongs into");
         addRow("line", "set --file LINES",
                "line 3 of 'LINES': unknown option 'tiem'\nPerhaps meant: --time\n");
     }
