@@ -197,7 +197,8 @@ private:
     /// Returns when the connection's node has all that was written before.
     static void catchUp(QSqlDatabase &db)
     {
-        if (!db.open())
+        // A node refuses connections for a moment while others come or go.
+        if (!QTest::qWaitFor([&db] { return db.open(); }, patienceMs))
             qFatal("test bench: cannot open the node at port %i", db.port());
         db.exec("SET SESSION wsrep_sync_wait = 1");
         db.exec("SELECT COUNT(*) FROM vars");
