@@ -5,18 +5,45 @@
 #include "support/testhost.h"
 
 /// Base of test classes of the program that gives each test function an information database, which
-/// lists the bench's schema as "firm", and a program that is not started yet.
+/// lists the bench's schema as "firm", a host that is not started yet, and the other commands.
 class HostTest : public ReportTest
 {
     Q_OBJECT
 
 protected:
+    /// How a command ended; its status is -1 if it was killed.
+    struct Outcome {
+        int status;
+        QString output;
+        QString errors;
+        QJsonObject json() const { return QJsonDocument::fromJson(output.toUtf8()).object(); }
+    };
+
     /// Serves the schemas of the information database.
     void serve(const QStringList &options = {}) { serveDatabase(info->name(), options); }
     /// Serves the bench's schema alone.
     void serveSingle(const QStringList &options = {})
     {
         serveDatabase(bench->schema.name(), QStringList("--single") + options);
+    }
+
+    /// Starts another command, with the options of the connection added. Its output goes to a file
+    /// unless `outputFile` is empty.
+    std::unique_ptr<HostProgram> start(const QString &arguments,
+                                       const QString &outputFile = QString()) const
+    {
+        auto tool = std::make_unique<HostProgram>();
+        tool->outputTo(outputFile);
+        tool->start(QProcess::splitCommand(arguments) + TestServer::options(info->name()),
+                    environment);
+        return tool;
+    }
+    /// The same to its end.
+    Outcome run(const QString &arguments, const QString &outputFile = QString()) const
+    {
+        const auto tool = start(arguments, outputFile);
+        const bool ended = tool->ended();
+        return {ended ? tool->exitCode() : -1, tool->output(), tool->log};
     }
 
     void prepare() override
@@ -28,12 +55,12 @@ protected:
     }
 
     std::unique_ptr<TestDatabase> info;
-    std::unique_ptr<HostProgram> program;
-    QProcessEnvironment environment; ///< of the program
+    std::unique_ptr<HostProgram> program; ///< the host
+    QProcessEnvironment environment;      ///< of all of them
 
 private:
     void serveDatabase(const QString &name, const QStringList &options)
     {
-        program->start(QStringList("serve") + options + TestServer::options(name), environment);
+        program->start(QStringList("serve") + TestServer::options(name) + options, environment);
     }
 };

@@ -1,13 +1,15 @@
 #include "host/hosttest.h"
+#include "host/script.h"
+#include "support/relay.h"
 
 #include <QDir>
+#include <QRegularExpression>
 
 #include <cerrno>
 
-#include <sys/resource.h>
 #include <unistd.h>
 
-/// The socket at which a host is asked, read by another program than the one that made it.
+/// What a host says of itself, at its socket and to Prometheus, read by other programs.
 class TestInquiry : public HostTest
 {
     Q_OBJECT
@@ -15,7 +17,7 @@ class TestInquiry : public HostTest
 private Q_SLOTS:
     void tellsOfRuns()
     {
-        serve();
+        serve({"--metrics", place});
         QTRY_VERIFY_WITH_TIMEOUT(outcome("daily", "last")["mails"].toInt() == 2, patienceMs);
         QCOMPARE(outcome("monthly", "last")["mails"].toInt(), 2);
         QCOMPARE(outcome("daily", "last")["cause"].toString(), QString());
@@ -29,13 +31,30 @@ private Q_SLOTS:
         QCOMPARE(answer["schemas"].toObject().keys(), QStringList{"firm"});
         QCOMPARE(answer["database"].toString(), info->name());
         QCOMPARE(answer["zone"].toString(), QString("Europe/Bratislava"));
+        for (const QString kind : {"daily", "monthly"}) {
+            QVERIFY(shows("autoreport_reports_made_total{kind=\"" + kind + "\"} 1"));
+            QVERIFY(shows("autoreport_mails_queued_total{kind=\"" + kind + "\"} 2"));
+            QVERIFY(shows("autoreport_report_duration_seconds_count{kind=\"" + kind + "\"} 1"));
+            QVERIFY(shows("autoreport_last_success_timestamp_seconds{schema=\"firm\",kind=\"" +
+                          kind + "\"} "));
+        }
+        QVERIFY(shows("autoreport_workers 1"));
+        QVERIFY(!shown.contains("autoreport_reports_failed_total{"));
 
-        const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther |
-                            QFile::WriteOther | QFile::ExeOther;
-        QVERIFY(!(QFileInfo(socket()).permissions() & others));
+        program->send(SIGHUP);
+        QVERIFY(shows(R"(autoreport_mails_waiting{schema="firm"} 4)"));
+        QVERIFY(shows("autoreport_scan_duration_seconds_count 2"));
+        const QString oldest = R"(autoreport_oldest_mail_timestamp_seconds{schema="firm"} )";
+        QVERIFY(shows(oldest + bench->schema.value("SELECT MIN(created) FROM emails").toString()));
+        judgedByPromtool();
+        documentsNameWhatIsServed();
+
         program->send(SIGUSR1);
         QTRY_VERIFY_WITH_TIMEOUT(ask()["paused"].toBool(), patienceMs);
         QCOMPARE(answer["nextScan"].toInt(), 0);
+        const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther |
+                            QFile::WriteOther | QFile::ExeOther;
+        QVERIFY(!(QFileInfo(socket()).permissions() & others));
         QVERIFY(program->stops());
         QVERIFY(!QFileInfo::exists(socket()));
     }
@@ -45,6 +64,7 @@ private Q_SLOTS:
         addColumns<QString, QString, QString, QString>("change", "temporary", "cause", "text");
         addRow("directory", "DO 0", "/proc", "workbook", "XLS not saved!; '/proc/");
         addRow("nobody", "DELETE FROM people", "/tmp", "no_people", "no people!");
+        addRow("people", "DROP TABLE people", "/tmp", "query", "people SQL ");
         addRow("queue", "DROP TABLE emails", "/tmp", "mail", "MailRepository::addMail() ");
     }
 
@@ -56,14 +76,16 @@ private Q_SLOTS:
         QFETCH(QString, text);
         bench->schema.exec(change);
         environment.insert("TMPDIR", temporary);
-        serve({"--debug", "1"});
+        serve({"--metrics", place, "--debug", "1"});
         for (const QString kind : {"daily", "monthly"}) {
-            QTRY_COMPARE_WITH_TIMEOUT(outcome(kind, "lastFailure")["cause"].toString(), cause,
-                                      patienceMs);
+            const QString line = R"(autoreport_reports_failed_total{kind="%1",cause="%2"} 1)";
+            QVERIFY2(shows(line.arg(kind, cause)), qPrintable(shown));
+            QCOMPARE(outcome(kind, "lastFailure")["cause"].toString(), cause);
             const QString found = outcome(kind, "lastFailure")["text"].toString();
             QVERIFY2(found.startsWith(text), qPrintable(found));
             QVERIFY(outcome(kind, "last")["moment"].toDouble() > 0);
         }
+        QVERIFY(!shown.contains("last_success_timestamp_seconds{"));
         QCOMPARE(answer["temporaryWritable"].toBool(), temporary == "/tmp");
     }
 
@@ -73,19 +95,17 @@ private Q_SLOTS:
         writeFile(folder() + "/1.socket", {});
         serve();
         QTRY_VERIFY_WITH_TIMEOUT(!socket().isEmpty(), patienceMs);
-        QProcess idler;
-        idler.start("python3", {"-c",
-                                "import socket, sys, time\n"
-                                "all = [socket.socket(socket.AF_UNIX) for _ in range(100)]\n"
-                                "for one in all: one.connect(sys.argv[1])\n"
-                                "print('connected', flush=True)\n"
-                                "time.sleep(60)",
-                                socket()});
-        QVERIFY(idler.waitForReadyRead(patienceMs));
-        QTRY_VERIFY_WITH_TIMEOUT(schema("firm")["served"].toBool(), patienceMs);
-        idler.kill();
-        idler.waitForFinished();
         const QString left = socket();
+        {
+            Script idler("import socket, sys, time\n"
+                         "all = [socket.socket(socket.AF_UNIX) for _ in range(100)]\n"
+                         "for one in all: one.connect(sys.argv[1])\n"
+                         "print('connected', flush=True)\n"
+                         "time.sleep(60)",
+                         {left});
+            QVERIFY(!idler.next().isEmpty());
+            QTRY_VERIFY_WITH_TIMEOUT(schema("firm")["served"].toBool(), patienceMs);
+        }
         HostProgram beside;
         beside.start(QStringList("serve") + TestServer::options(info->name()), environment);
         QVERIFY(beside.logs("AutoReport - START"));
@@ -108,7 +128,7 @@ private Q_SLOTS:
                                "one = socket.socket(socket.AF_UNIX)\n"
                                "one.bind(sys.argv[1])\n"
                                "one.listen()\n"
-                               "print('listens', flush=True)\n";
+                               "print('ready', flush=True)\n";
         addRow("silent", listen + "sys.stdin.read()", "/0.socket': it did not answer in time", 1);
         addRow("endless", listen + "to = one.accept()[0]\nwhile True: to.send(b'[' * 65536)",
                "/0.socket': its answer is longer than 64 MiB", 1);
@@ -119,29 +139,22 @@ private Q_SLOTS:
                "folder = os.path.dirname(sys.argv[1])\n"
                "os.chmod(os.path.dirname(folder), 0o1777)\n"
                "os.chown(folder, 65534, -1)\n"
-               "print('owns', flush=True)",
+               "print('ready', flush=True)",
                "/hosts': it belongs to another account", 0);
     }
 
     void asksBesideOthers()
     {
         QFETCH(QString, other);
+        QFETCH(QString, error);
         serve();
         QTRY_VERIFY_WITH_TIMEOUT(schema("firm")["served"].toBool(), patienceMs);
-        QProcess python;
-        python.start("python3", {"-c", other, folder() + "/0.socket"});
-        QVERIFY(python.waitForReadyRead(patienceMs));
-        HostProgram status;
-        status.start(QStringList{"status", "--json"} + TestServer::options(info->name()),
-                     environment);
-        QVERIFY(status.ended());
-        const auto found = QJsonDocument::fromJson(status.output().toUtf8()).object();
+        Script beside(other, {folder() + "/0.socket"});
+        QVERIFY(!beside.next().isEmpty());
+        const QJsonObject found = run("status --json").json();
         QTEST(found["hosts"].toArray().size(), "answers");
-        QFETCH(QString, error);
         const QString silent = found["silentHosts"].toArray()[0].toString();
         QVERIFY2(silent.endsWith(error), qPrintable(silent));
-        python.kill();
-        python.waitForFinished();
         QVERIFY(program->stops());
     }
 
@@ -150,11 +163,19 @@ private Q_SLOTS:
         serve();
         QTRY_VERIFY_WITH_TIMEOUT(outcome("daily", "last")["mails"].toInt() == 2, patienceMs);
         const QString path = socket();
-        const rlimit before = limitFiles({firstFreeFile(), RLIM_INFINITY});
+        const QString id = QString::number(program->id());
+        int files = 0;
+        while (QFileInfo(QString("/proc/%1/fd/%2").arg(id).arg(files)).isSymLink())
+            ++files;
+        const auto limitFiles = [&id](int limit) {
+            const QString option = QString("--nofile=%1:").arg(limit);
+            QCOMPARE(QProcess::execute("prlimit", {"--pid", id, option}), 0);
+        };
+        limitFiles(files);
         QVERIFY(ask().isEmpty());
         QVERIFY(program->logs("asked by the operator's commands: '" + path +
                               "' was closed: " + qt_error_string(EMFILE)));
-        limitFiles(before);
+        limitFiles(files + 100);
         QVERIFY(program->logs("can be asked by the operator's commands again"));
         QVERIFY(ask()["schemas"].toObject().contains("firm"));
         QCOMPARE(socket(), path);
@@ -178,6 +199,7 @@ private:
         enableBothReports(bench->schema, "a@firma.sk, b@firma.sk");
         QDir(bench->temporary.path()).mkdir("hosts");
         environment.insert("RUNTIME_DIRECTORY", folder());
+        place = "127.0.0.1:" + QString::number(Relay(0).port()); // free a moment ago
     }
 
     QString folder() const { return bench->temporary.filePath("hosts"); }
@@ -189,35 +211,14 @@ private:
         return QFileInfo::exists(path) ? path : QString();
     }
 
-    /// Returns the lowest number that no file of the host has.
-    rlim_t firstFreeFile() const
-    {
-        rlim_t file = 0;
-        while (QFileInfo(QString("/proc/%1/fd/%2").arg(program->id()).arg(file)).isSymLink())
-            ++file;
-        return file;
-    }
-    /// Sets the host's limit for files and returns the former one.
-    rlimit limitFiles(rlimit limit) const
-    {
-        rlimit former = {};
-        ::prlimit(pid_t(program->id()), RLIMIT_NOFILE, nullptr, &former);
-        limit.rlim_max = former.rlim_max;
-        ::prlimit(pid_t(program->id()), RLIMIT_NOFILE, &limit, nullptr);
-        return former;
-    }
-
     QJsonObject ask()
     {
-        QProcess python;
-        python.start("python3", {"-c",
-                                 "import socket, sys\n"
-                                 "host = socket.socket(socket.AF_UNIX)\n"
-                                 "host.connect(sys.argv[1])\n"
-                                 "while part := host.recv(9999): sys.stdout.buffer.write(part)",
-                                 socket()});
-        python.waitForFinished(patienceMs);
-        answer = QJsonDocument::fromJson(python.readAllStandardOutput()).object();
+        Script asking("import socket, sys\n"
+                      "host = socket.socket(socket.AF_UNIX)\n"
+                      "host.connect(sys.argv[1])\n"
+                      "while part := host.recv(9999): sys.stdout.buffer.write(part)",
+                      {socket()});
+        answer = QJsonDocument::fromJson(asking.rest()).object();
         return answer;
     }
     QJsonObject schema(const QString &token)
@@ -229,7 +230,50 @@ private:
         return schema("firm")["reports"].toObject()[kind].toObject()[which].toObject();
     }
 
+    /// Waits until a line of the metrics begins like that.
+    bool shows(const QString &line)
+    {
+        const auto isShown = [&] {
+            Script reading("import sys, urllib.request\n"
+                           "sys.stdout.buffer.write(urllib.request.urlopen(sys.argv[1]).read())",
+                           {"http://" + place + "/metrics"});
+            shown = QString::fromUtf8(reading.rest());
+            return ("\n" + shown).contains("\n" + line);
+        };
+        return QTest::qWaitFor(isShown, patienceMs);
+    }
+
+    void judgedByPromtool() const
+    {
+        QProcess promtool;
+        promtool.setProcessChannelMode(QProcess::MergedChannels);
+        promtool.start("promtool", {"check", "metrics"});
+        promtool.write(shown.toUtf8());
+        promtool.closeWriteChannel();
+        QVERIFY(promtool.waitForFinished(patienceMs));
+        const QByteArray said = promtool.readAll();
+        QVERIFY2(promtool.exitCode() == 0 && said.isEmpty(), said);
+    }
+
+    /// A metric that was renamed would leave an alert that never fires.
+    void documentsNameWhatIsServed() const
+    {
+        static const QRegularExpression name(R"(\b(?:autoreport|process)_[a-z_]+)");
+        for (const QString file : {"alerts.yml", "grafana.json"}) {
+            auto matches =
+                name.globalMatch(QString::fromUtf8(readFile(AUTOREPORT_MONITORING_DIR "/" + file)));
+            QVERIFY(matches.hasNext());
+            while (matches.hasNext()) {
+                const QString metric = matches.next().captured();
+                const QRegularExpression served("\n(# TYPE )?" + metric + "[{ ]");
+                QVERIFY2(shown.contains(served), qPrintable(metric));
+            }
+        }
+    }
+
     QJsonObject answer; ///< as last received
+    QString place;      ///< of the metrics
+    QString shown;      ///< the metrics as last read
 };
 
 QTEST_GUILESS_MAIN(TestInquiry)

@@ -1,4 +1,5 @@
 #include "host/hosttest.h"
+#include "host/logrepeats.h"
 
 #include <QRegularExpression>
 
@@ -68,6 +69,29 @@ private Q_SLOTS:
         QCOMPARE(lines(line.arg("MonthlyAttenReport").arg(3)).size(), 1);
         QTEST(lines("INFO firm: AutoReportWorker - activateReports").size(), "ticks");
         QTEST(lines("INFO firm: MonthlyAttenReport::doWork").size(), "ticks");
+    }
+
+    /// An error that recurs at every tick for three hours, and another that occurs once.
+    void everyMinute()
+    {
+        constexpr qint64 minuteMs = 60000;
+        constexpr qint64 hourMs = 60 * minuteMs;
+        LogRepeats repeats;
+        int shown = 0;
+        QStringList summaries;
+        for (int minute = 0; minute <= 180; ++minute) {
+            summaries += repeats.takeSummaries(minute * minuteMs);
+            shown += repeats.isShown("queue %1 full", minute * minuteMs) ? 1 : 0;
+            if (minute == 30)
+                QVERIFY(repeats.isShown("no people", minute * minuteMs));
+        }
+        QCOMPARE(shown, 1);
+        summaries += repeats.takeSummaries(9 * hourMs); // the last one of the third hour
+        QCOMPARE(summaries, QStringList({"queue %1 full (59 times in the last hour)",
+                                         "queue %1 full (60 times in the last hour)",
+                                         "queue %1 full (60 times in the last hour)",
+                                         "queue %1 full (1 times in the last hour)"}));
+        QVERIFY2(repeats.isShown("queue %1 full", 9 * hourMs), "back after silence");
     }
 
 private:

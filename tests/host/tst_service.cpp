@@ -1,58 +1,9 @@
 #include "host/hosttest.h"
+#include "host/script.h"
 
 #include <QRegularExpression>
 
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
-
-/// A service manager as a service sees it: a datagram socket that receives notifications.
-class NotifySocket
-{
-public:
-    explicit NotifySocket(const QString &path)
-        : socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0))
-    {
-        sockaddr_un address = {};
-        address.sun_family = AF_UNIX;
-        qstrncpy(address.sun_path, QFile::encodeName(path).constData(), sizeof address.sun_path);
-        if (::bind(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
-            qFatal("cannot bind '%s'", qPrintable(path));
-    }
-    ~NotifySocket() { ::close(socket); }
-    Q_DISABLE_COPY(NotifySocket)
-
-    /// Waits for a notification with that text and forgets everything up to it.
-    bool takes(const QString &text, int timeoutMs = patienceMs)
-    {
-        return QTest::qWaitFor([&] { return drop(text); }, timeoutMs);
-    }
-    void clear()
-    {
-        receive();
-        received.clear();
-    }
-
-private:
-    bool drop(const QString &text)
-    {
-        receive();
-        const int at = received.indexOf(text);
-        if (at >= 0)
-            received.remove(0, at + text.size());
-        return at >= 0;
-    }
-    void receive()
-    {
-        char buffer[1000];
-        for (ssize_t size; (size = ::recv(socket, buffer, sizeof buffer, 0)) > 0;)
-            received += QString::fromUtf8(buffer, int(size)) + '\n';
-    }
-
-    const int socket;
-    QString received;
-};
-
+/// The host under a service manager, which it notifies.
 class TestService : public HostTest
 {
     Q_OBJECT
@@ -60,33 +11,37 @@ class TestService : public HostTest
 private Q_SLOTS:
     void tellsItsState()
     {
-        QStringList tokens;
-        for (int i = 0; i < 60; ++i)
-            tokens << QString::number(i) + "/none";
-        info->addSchemas(tokens, bench->schema.name());
+        info->exec("INSERT INTO `schemas` (token, name, user, pass) SELECT CONCAT(seq, '/none'), "
+                   "name, user, pass FROM `schemas`, seq_1_to_60");
         info->exec("UPDATE `schemas` SET status = 0 WHERE token = 'firm'");
+        environment.insert("WATCHDOG_USEC", "300000");
+        const int connections = bench->schema.connectionsIn("%");
         serve({"--debug", "1"});
-        QVERIFY(manager->takes("READY=1"));
+        QVERIFY(isNotified("READY=1"));
         QVERIFY(program->readLog().contains("active workers: 0 / 60"));
-        QVERIFY(manager->takes("STATUS=serving 0 schemas, last scan "));
+        QVERIFY(isNotified("STATUS=serving 0 schemas, last scan "));
+        QTRY_COMPARE_WITH_TIMEOUT(bench->schema.connectionsIn("%"), connections, patienceMs);
+        QVERIFY2(!program->log.contains("WARNING"), qPrintable(program->log));
+        for (int i = 0; i < 5; ++i)
+            QVERIFY(isNotified("WATCHDOG=1"));
 
         enableDailyReport(bench->schema);
         info->exec("UPDATE `schemas` SET status = IF(token = 'firm', 1, 0)");
         program->send(SIGHUP);
-        QVERIFY(manager->takes("RELOADING=1\nMONOTONIC_USEC="));
-        QVERIFY(manager->takes("READY=1"));
+        QVERIFY(isNotified("RELOADING=1\nMONOTONIC_USEC="));
+        QVERIFY(isNotified("READY=1"));
         QVERIFY(program->readLog().contains("worker created for schema 'firm'"));
-        QVERIFY(manager->takes("STATUS=serving 1 schema, last scan "));
+        QVERIFY(isNotified("STATUS=serving 1 schema, last scan "));
 
         program->send(SIGUSR1);
-        QVERIFY(manager->takes("STATUS=paused; serving 1 schema"));
+        QVERIFY(isNotified("STATUS=paused; serving 1 schema"));
         program->send(SIGHUP);
-        QVERIFY(manager->takes("RELOADING=1"));
-        QVERIFY(manager->takes("READY=1"));
+        QVERIFY(isNotified("RELOADING=1"));
+        QVERIFY(isNotified("READY=1"));
         QVERIFY(program->logs("Host - nothing to scan: paused"));
 
         program->send(SIGTERM);
-        QVERIFY(manager->takes("STOPPING=1"));
+        QVERIFY(isNotified("STOPPING=1"));
         QVERIFY(program->succeeded());
     }
 
@@ -94,16 +49,17 @@ private Q_SLOTS:
     {
         info->addSchemas({"gone"}, "no_such_database");
         serve();
-        QVERIFY(manager->takes("READY=1"));
+        QVERIFY(isNotified("READY=1"));
         program->readLog();
         const int lines = program->log.count(QRegularExpression(" (WARNING|CRITICAL) "));
         QVERIFY(lines > 0);
-        QVERIFY(manager->takes(QString(", %1 problem").arg(lines)));
+        QVERIFY(isNotified(", " + QByteArray::number(lines) + " problem"));
         QVERIFY(program->stops());
     }
 
-    /// With one schema the report is made in the thread that the watchdog watches.
-    void watchdogStarvesWhileBlocked()
+    /// With one schema, the report is made in the thread that the watchdog watches and that the
+    /// signals go to.
+    void blockedByReport()
     {
         addPeople(bench->schema, 1);
         enableDailyReport(bench->schema, "a@firma.sk");
@@ -111,12 +67,14 @@ private Q_SLOTS:
         environment.insert("WATCHDOG_USEC", "300000");
         serveSingle();
         QTRY_COMPARE_WITH_TIMEOUT(bench->schema.connectionsIn("Waiting for table%"), 1, patienceMs);
-        manager->clear();
-        QVERIFY(!manager->takes("WATCHDOG=1", 1000));
+        QTRY_VERIFY_WITH_TIMEOUT(!isNotified("WATCHDOG=1", 1000), patienceMs);
+        program->send(SIGTERM);
+        QVERIFY(program->logs("Host - stopping"));
         bench->schema.exec("UNLOCK TABLES");
-        for (int i = 0; i < 5; ++i)
-            QVERIFY(manager->takes("WATCHDOG=1"));
-        QVERIFY(program->stops());
+        QVERIFY(program->succeeded());
+        QVERIFY2(program->log.contains("interrupted, nothing saved and no mail!"),
+                 qPrintable(program->log));
+        QCOMPARE(bench->mails(), 0);
     }
 
 private:
@@ -124,11 +82,33 @@ private:
     {
         HostTest::prepare();
         const QString path = bench->temporary.filePath("notify");
-        manager = std::make_unique<NotifySocket>(path);
         environment.insert("NOTIFY_SOCKET", path);
+        notifications.clear();
+        manager =
+            std::make_unique<Script>("import socket, sys\n"
+                                     "one = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)\n"
+                                     "one.bind(sys.argv[1])\n"
+                                     "print('ready', flush=True)\n"
+                                     "while True: print(one.recv(1000).decode(), flush=True)",
+                                     QStringList{path});
+        QVERIFY(!manager->next().isEmpty());
     }
 
-    std::unique_ptr<NotifySocket> manager;
+    /// Waits for a notification with that text and forgets everything up to it.
+    bool isNotified(const QByteArray &text, int timeoutMs = patienceMs)
+    {
+        const auto isHere = [&] {
+            notifications += manager->output();
+            return notifications.contains(text);
+        };
+        if (!QTest::qWaitFor(isHere, timeoutMs))
+            return false;
+        notifications.remove(0, notifications.indexOf(text) + text.size());
+        return true;
+    }
+
+    std::unique_ptr<Script> manager;
+    QByteArray notifications; ///< from it, those that no test has asked for yet
 };
 
 QTEST_GUILESS_MAIN(TestService)

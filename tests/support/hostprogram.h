@@ -19,8 +19,9 @@ public:
         process.start(AUTOREPORT_PROGRAM, arguments);
     }
 
-    /// Writes standard error to a file instead, for the next start.
+    /// For the next start: the file to write standard error or standard output to instead.
     void logTo(const QString &path) { process.setStandardErrorFile(path); }
+    void outputTo(const QString &path) { process.setStandardOutputFile(path); }
     qint64 id() const { return process.processId(); }
 
     /// Nothing once the program has ended: its number is 0 then, our own process group's.
@@ -52,10 +53,10 @@ public:
     }
 
     /// Returns whether the program ended without being killed.
-    bool ended()
+    bool ended(int timeoutMs = patienceMs)
     {
         const bool end =
-            process.state() == QProcess::NotRunning || process.waitForFinished(patienceMs);
+            process.state() == QProcess::NotRunning || process.waitForFinished(timeoutMs);
         readLog();
         return end && process.exitStatus() == QProcess::NormalExit;
     }

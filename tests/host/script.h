@@ -1,0 +1,39 @@
+#pragma once
+
+#include "support/testdata.h"
+
+#include <QProcess>
+
+/// A program of its own, in Python, that runs beside the host until the object ends.
+class Script
+{
+public:
+    Script(const QString &text, const QStringList &arguments)
+    {
+        process.start("python3", QStringList{"-c", text} + arguments);
+    }
+    ~Script()
+    {
+        process.kill();
+        process.waitForFinished();
+    }
+    Q_DISABLE_COPY(Script)
+
+    /// Returns what it has printed since the last call.
+    QByteArray output() { return process.readAllStandardOutput(); }
+    /// The same, once it prints.
+    QByteArray next()
+    {
+        process.waitForReadyRead(patienceMs);
+        return output();
+    }
+    /// The same, once it has ended.
+    QByteArray rest()
+    {
+        process.waitForFinished(patienceMs);
+        return output();
+    }
+
+private:
+    QProcess process;
+};
