@@ -3,7 +3,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
-/// The commands that only read: their output, and wrong command lines.
+/// Wrong command lines, where output goes to, and what the commands that only read print.
 class TestToolAnswers : public ToolTest
 {
     Q_OBJECT
@@ -13,7 +13,7 @@ private Q_SLOTS:
     {
         addColumns<QString, QString>("arguments", "text");
         const auto guess = [](const char *text, const char *meant) {
-            return QString("%1\nPerhaps meant: %2\nHelp: ").arg(text, meant);
+            return QString("%1\nPerhaps meant: %2\n").arg(text, meant);
         };
         addRow("command", "chekc --json", guess("unknown command 'chekc'", "check"));
         addRow("option", "status --nonsense",
@@ -23,7 +23,7 @@ private Q_SLOTS:
                guess("unknown option 'time'", "--timeout"));
         addRow("report", "why firm Dayly",
                guess("there is no report 'Dayly': it is daily or monthly", "daily"));
-        addRow("format", "preview firm daily --out x.ods", "end with .xlsx or .xls");
+        addRow("out", "preview firm daily --out x.ods", "end with .xlsx or .xls");
         addRow("date", "preview firm daily --out x.xls --date 2023-02-29", "--date must");
         addRow("to", "run firm daily --to a@firma", "--to must be one mail address");
         addRow("nobody to ask", "run firm daily", "give --yes");
@@ -31,31 +31,50 @@ private Q_SLOTS:
         addRow("schema", "run nobody daily --yes",
                "no active schema 'nobody'\nUsage: TOKEN is one of those in the table schemas\n");
         addRow("near schema", "run Fimr daily --yes", guess("no active schema 'Fimr'", "firm"));
+        addRow("near schema's history", "history frim", guess("'frim'", "firm"));
+        addRow("two formats", "history --json --html x", "--json and --html exclude");
         addRow("injection", "preview x'OR''=' daily --out x.xls", "no active schema 'x'OR''=''");
+        addRow("set", "set", "the schema and the report are missing");
+        addRow("report to set", "set firm other --enable", "there is no report 'other'");
+        addRow("nothing to set", "set firm daily", "nothing to set");
+        addRow("address", "set firm daily --emails a@firma.sk,b", "'b' is not a mail address");
+        addRow("time", "set firm daily --time 7:00", "--time must be HH:MM, not '7:00'");
+        addRow("format", "set firm daily --format xlxs", guess("not 'xlxs'", "xlsx"));
+        addRow("format of the other", "set firm monthly --format xls", "is always .xlsx");
+        addRow("both", "set firm daily --enable --disable", "exclude each other");
+        addRow("all and one", "set --all firm daily --enable", "--all and the schema 'firm'");
+        addRow("nobody to ask for all", "set --all daily --enable", "give --yes, or --dry-run");
+        addRow("second schema", "set firm frm daily --disable", guess("'frm'", "firm"));
+        addRow("no file", "set --file /no/such", "cannot read '/no/such': No such file");
+        addRow("empty file", "set --file /dev/null", "'/dev/null' has no lines");
+        addRow("file and schema", "set --file LINES firm", "'firm' belongs into the file");
+        addRow("file and option", "set --file LINES --disable", "'--disable' belongs into");
+        addRow("line", "set --file LINES",
+               guess("line 3 of 'LINES': unknown option 'tiem'", "--time"));
     }
 
+    /// Whatever is wrong, nothing is stored, not even what comes before it.
     void usage()
     {
         QFETCH(QString, arguments);
         QFETCH(QString, text);
-        bench->schema.exec("DELETE FROM vars");
-        const Outcome outcome = run(arguments);
-        QVERIFY2(outcome.errors.contains(text), qPrintable(outcome.errors));
+        const QString path = bench->temporary.filePath("lines");
+        writeFile(path, "firm daily --disable\n\nfirm daily --tiem 08:00\n");
+        const auto before = bench->schema.rows("CHECKSUM TABLE vars, emails");
+        const Outcome outcome = run(arguments.replace("LINES", path));
+        QVERIFY2(outcome.errors.contains(text.replace("LINES", path)), qPrintable(outcome.errors));
         QCOMPARE(outcome.errors.count('\n'), 3);
         QCOMPARE(outcome.status, 2);
         QCOMPARE(outcome.output, QString());
-        QCOMPARE(bench->schema.value("SELECT COUNT(*) FROM vars").toInt(), 0);
+        QCOMPARE(bench->schema.rows("CHECKSUM TABLE vars, emails"), before);
     }
 
     void lostOutputIsAnError_data()
     {
         addColumns<QString, int>("arguments", "schemas");
-        addRow("status", "status --json", 1);
+        addRow("a buffer's", "status", 1);
         addRow("more than a buffer holds", "status --json", 30);
-        addRow("history", "history", 1);
-        addRow("why", "why firm daily", 1);
-        addRow("check", "check", 1);
-        addRow("set", "set firm daily --format xls", 1);
+        addRow("of a change", "set firm daily --format xls", 1);
         addRow("help of a command", "status --help", 1);
         addRow("help", "--help", 1);
         addRow("version", "--version", 1);
@@ -106,46 +125,6 @@ private Q_SLOTS:
         }
     }
 
-    void statusTellsReasons_data()
-    {
-        addColumns<QString, QString>("change", "reason");
-        const auto key = [](const char *name, const char *value) {
-            return QString("REPLACE INTO vars VALUES ('autoReport.DailyAtten.%1', '%2')")
-                .arg(name, value);
-        };
-        addRow("well", "DO 0", "");
-        addRow("off", key("enabled", "0"), "");
-        addRow("not found by the scan", key("enabled", "true"), "switch");
-        addRow("nobody", key("emails", " , "), "recipients");
-        addRow("time", key("time", "7 hours"), "time");
-        addRow("future", key("lastGenerated", "1900000000"), "future");
-        addRow("overdue", key("lastGenerated", "1699941602") + ";\nALTER TABLE vars FORCE",
-               "overdue");
-        addRow("just switched on", key("lastGenerated", "1699941602"), "");
-        addRow("in time for a while",
-               key("time", "08:30") + ";\n" + key("lastGenerated", "1699947002"), "");
-        addRow("table", "DROP TABLE brape", "tables");
-        const QString mail = "INSERT INTO emails (`from`, `to`, subject, created) "
-                             "VALUES ('a', 'b', 'c', UNIX_TIMESTAMP() - 3700)";
-        addRow("queue, off", key("enabled", "0") + ";\n" + mail, "queue");
-    }
-
-    void statusTellsReasons()
-    {
-        QFETCH(QString, change);
-        QFETCH(QString, reason);
-        bench->schema.exec(change);
-        const Outcome outcome = run("status --all --json");
-        QCOMPARE(outcome.errors, QString());
-        QCOMPARE(outcome.status, reason.isEmpty() ? 0 : 1);
-        const QJsonObject object = QJsonDocument::fromJson(outcome.output.toUtf8()).object();
-        QCOMPARE(object.value("status").toInt(), outcome.status);
-        const QJsonObject daily = object.value("reports").toArray().at(0).toObject();
-        QCOMPARE(daily.value("reason").toString(), reason);
-        QCOMPARE(daily.value("detail").isNull(), reason.isEmpty() && daily.value("state") != "due");
-        QCOMPARE(daily.value("schema").toString(), QString("firm"));
-    }
-
     void statusOfManySchemas()
     {
         info->addSchemas({QString(64, 'x')}, bench->schema.name());
@@ -173,36 +152,9 @@ private Q_SLOTS:
         for (const QString &line : outcome.output.split('\n'))
             found += line.startsWith("  met ") ? "y" : line.startsWith("  not met ") ? "n" : "";
         QCOMPARE(found, QString("yyny"));
-        QCOMPARE(outcome.output.section("\nNext due: ", 1).section('\n', 0, 0),
-                 QString("2024-03-31 07:00:00 CEST"));
+        QVERIFY(outcome.output.contains("\nNext due: 2024-03-31 07:00:00 CEST\n"));
         QCOMPARE(outcome.status, 0);
         QCOMPARE(run("why firm monthly").status, 1); // it will never be due
-    }
-
-    void checkFinds_data()
-    {
-        addColumns<QString, QString>("change", "finding");
-        addRow("nothing", "DO 0", "");
-        addRow("column", "ALTER TABLE atten DROP ok", "table atten: Unknown column 'ok'");
-        const QString on =
-            ";\nINSERT INTO vars VALUES ('dattenInters', '1'), ('advancedOvertime', '1')";
-        addRow("ambiguous", "ALTER TABLE inters ADD del INT" + on, "Column 'del' in");
-        addRow("overtime, not read", "ALTER TABLE atten DROP saldo_p", "");
-        addRow("engine", "ALTER TABLE emails ENGINE=MyISAM", "emails ENGINE=InnoDB");
-        addRow("key", "ALTER TABLE vars DROP PRIMARY KEY, ADD KEY (name)", "ADD UNIQUE KEY (name)");
-        addRow("letters", "ALTER TABLE emails MODIFY subject VARCHAR(255) CHARSET latin1",
-               "emails.subject is in latin1");
-        addRow("attachments", "ALTER TABLE emails MODIFY data BLOB", "emails.data holds 65535");
-    }
-
-    void checkFinds()
-    {
-        QFETCH(QString, change);
-        QFETCH(QString, finding);
-        bench->schema.exec(change);
-        const QStringList found = checkFindings("firm");
-        QCOMPARE(found.size(), finding.isEmpty() ? 0 : 1);
-        QVERIFY2(found.join('\n').contains(finding), qPrintable(found.join('\n')));
     }
 
     void checkOfServer()
@@ -210,29 +162,11 @@ private Q_SLOTS:
         info->exec("INSERT INTO `schemas` (token, name, user, pass) SELECT seq, '', '', '' FROM "
                    "seq_1_to_6000");
         info->exec("SET GLOBAL max_connections = 300");
-        const QString found = checkFindings("server").join('\n');
+        const QString found = run("check --json").output;
         info->exec("SET GLOBAL max_connections = 6000");
         QVERIFY2(found.contains("max_connections is 300; a host takes up to 403 for 6001"),
-                 qPrintable(found));
+                 qPrintable(found.left(2000)));
         QVERIFY(found.contains("its clock is "));
-    }
-
-private:
-    /// Returns the findings of `check` about that subject, each with its remedy.
-    QStringList checkFindings(const QString &subject) const
-    {
-        const Outcome outcome = run("check --json");
-        QStringList found;
-        bool isProblem = false;
-        const QJsonObject object = QJsonDocument::fromJson(outcome.output.toUtf8()).object();
-        for (const auto &value : object.value("findings").toArray()) {
-            const QJsonObject finding = value.toObject();
-            isProblem |= finding.value("problem").toBool();
-            if (finding.value("subject") == subject)
-                found << finding.value("text").toString() + " -> " +
-                             finding.value("remedy").toString();
-        }
-        return outcome.status == (isProblem ? 1 : 0) ? found : QStringList{"status"};
     }
 };
 

@@ -1,7 +1,5 @@
 #include "tool/tooltest.h"
 
-#include "support/hostprogram.h"
-
 /// What `why` says first in its last line.
 enum class Says {
     Well,      ///< nothing keeps it back
@@ -10,7 +8,18 @@ enum class Says {
     OnPurpose, ///< something does, which somebody wanted
     Later      ///< something does for now; the others find nothing wrong
 };
-Q_DECLARE_METATYPE(Says)
+
+/// What the commands have to say. In the remedy, KIND is the report.
+struct Verdict {
+    Says says;
+    QString state;
+    QString text; ///< or when it is due next, if all is well
+    QString remedy;
+    QStringList kinds{"daily", "monthly"};
+
+    bool isProblem() const { return says == Says::Cause || says == Says::Harm; }
+};
+Q_DECLARE_METATYPE(Verdict)
 
 /**
  * Causes of "I got no report this morning", each made on purpose, and the answers of the three
@@ -22,11 +31,11 @@ class TestToolCauses : public ToolTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void schema_data()
+    void causes_data()
     {
-        columns();
+        addColumns<QString, Verdict>("change", "verdict");
         const QString set = "UPDATE vars SET value = '%1' WHERE name LIKE 'autoReport.%.%2'";
-        cause("well", Says::Well, "DO 0", "well");
+        cause("well", Says::Well, "DO 0", "well", "2023-11-16 07:00:00");
         cause("off", Says::OnPurpose, set.arg("0", "enabled"), "off", "it is disabled",
               "autoreport set firm KIND --enable");
         cause("not exactly 1", Says::Cause, set.arg("true", "enabled"), "switch",
@@ -56,6 +65,8 @@ private Q_SLOTS:
         cause("small column", Says::Cause, many + "ALTER TABLE emails MODIFY data BLOB", "size",
               "emails.data holds 65535 bytes, a mail has ",
               "ALTER TABLE emails MODIFY data LONGBLOB");
+        cause("column for texts", Says::Harm, "ALTER TABLE emails MODIFY data BLOB", "size",
+              "emails.data holds 65535 bytes, too few", "ALTER TABLE emails MODIFY data LONGBLOB");
         cause("small packets", Says::Cause, many + "SET GLOBAL max_allowed_packet = 32768",
               "packet", "max_allowed_packet is 32768, a mail has ", "set max_allowed_packet");
         cause("no transactions", Says::Harm, "ALTER TABLE emails ENGINE=MyISAM", "storage",
@@ -65,10 +76,12 @@ private Q_SLOTS:
         cause("letters", Says::Harm,
               "ALTER TABLE emails MODIFY subject VARCHAR(255) CHARSET latin1", "letters",
               "emails.subject is in latin1", "ALTER TABLE emails CONVERT TO CHARACTER SET utf8mb4");
-        cause("sender stands still", Says::Harm,
-              "INSERT INTO emails (`from`, `to`, subject, created) VALUES ('a', 'b', 'c', "
-              "UNIX_TIMESTAMP() - 3700)",
-              "queue", "mails have been waiting", "see that the product's sender works");
+        cause("sender stands still", Says::Harm, oldMail, "queue", "mails have been waiting",
+              "see that the product's sender works");
+        // A host scans once an hour.
+        cause("for a while", Says::Well,
+              set.arg("08:30", "time") + ";\n" + set.arg("1699947002", "lastGenerated"), "well",
+              "2023-11-15 09:3");
         const QString due = set.arg("1699941602", "lastGenerated");
         cause("just switched on", Says::Later, due, "due",
               "it is due since 2023-11-15 07:00:00 CET, and the settings have been stored just",
@@ -77,285 +90,242 @@ private Q_SLOTS:
               "no host has made it, though it has been due since 2023-11-15 07:00:00 CET, and no "
               "host on this machine answers",
               "see that autoreport serve runs");
+        causesInTheList();
+        causesByRights();
+        causesOfTheDailyReport();
     }
 
-    void schema()
+    void causes()
     {
         QFETCH(QString, change);
-        enableBoth();
-        bench->schema.exec(change);
-        const Answers answers = ask();
+        QFETCH(Verdict, verdict);
+        bench->schema.exec(change.replace("INFO", info->name()));
+        hold(verdict);
         bench->schema.exec("SET GLOBAL max_allowed_packet = 67108864");
-        holdRow(answers);
     }
 
-    void rights_data()
+    /// What is queued has to go out in any case.
+    void queueOfWhatIsOff()
     {
-        columns();
-        const auto lacking = [](const char *name, Says says, const QString &grants,
-                                const QString &text, const QString &remedy) {
-            cause(name, says, grants, "rights", text, remedy);
-        };
-        lacking("no settings", Says::Cause, "people groups departs branches",
-                "the settings cannot be read: ", "GRANT SELECT ON `");
-        lacking("people", Says::Cause, "vars! emails! groups departs branches", "table",
-                "GRANT SELECT ON `");
-        lacking("values", Says::Harm, "vars! emails! people groups departs branches inters",
-                "table", "GRANT SELECT ON `");
-        lacking("queue", Says::Cause, "vars! ALL", "no mail can be queued: table emails: INSERT",
-                "GRANT INSERT ON `");
-        lacking("mark", Says::Cause, "emails! vars ALL",
-                "lastGenerated cannot be stored, and everybody is mailed again every minute: ",
-                "GRANT INSERT, UPDATE ON `");
-    }
-
-    /// The change is a list of tables that may be read, with an exclamation mark written, too.
-    void rights()
-    {
-        QFETCH(QString, change);
-        enableBoth();
-        bench->schema.exec("CREATE OR REPLACE USER poor IDENTIFIED BY 'poor'");
-        QStringList tables = change.split(' ');
-        if (tables.removeAll("ALL") > 0)
-            tables += QString("people groups departs branches brape atten atten_data inters "
-                              "atten_month")
-                          .split(' ');
-        for (const QString &table : qAsConst(tables))
-            bench->schema.exec(QString("GRANT SELECT%1 ON `%2`.`%3` TO poor")
-                                   .arg(table.endsWith('!') ? ", INSERT, UPDATE" : "",
-                                        bench->schema.name(), QString(table).remove('!')));
-        info->exec("UPDATE `schemas` SET user = 'poor', pass = TO_BASE64('poor')");
-        holdRow(ask());
-    }
-
-    void list_data()
-    {
-        columns();
-        cause("not active", Says::OnPurpose, "status = 0", "inactive", "the schema is not active",
-              "set status to 1");
-        cause("incomplete", Says::Cause, "user = ''", "incomplete", "the name, user or pass of",
-              "complete its row");
-        cause("no database", Says::Cause, "name = 'none'", "unreachable",
-              "cannot open the database 'none'", "correct its row");
-        cause("password", Says::Cause, "pass = TO_BASE64('no')", "unreachable",
-              "cannot open the database '", "correct its row");
-        cause("account", Says::Cause, "user = 'nobody'", "unreachable",
-              "cannot open the database '", "correct its row");
-    }
-
-    void list()
-    {
-        QFETCH(QString, change);
-        enableBoth();
-        info->exec("UPDATE `schemas` SET " + change);
-        holdRow(ask());
+        bench->schema.exec("UPDATE vars SET value = '0' WHERE name LIKE '%.enabled'");
+        bench->schema.exec(oldMail);
+        const Outcome outcome = run("status");
+        QVERIFY(outcome.output.contains("\nfirm daily: mails have been waiting for over an hour"));
+        QCOMPARE(outcome.status, 1);
     }
 
     void machine()
     {
-        enableBoth();
-        qputenv("TMPDIR", "/no/such");
-        hold(ask(), Says::Cause, "directory", "the temporary directory '/no/such' does not exist",
-             "make it writable");
-    }
-
-    /// Only the daily report is ever written as .xls.
-    void moreRowsThanXlsHas()
-    {
-        enableBoth();
-        bench->set("exportUseXLSX", "0");
-        bench->schema.exec("INSERT INTO people (uid, pid, name, surname) "
-                           "SELECT seq, seq, 'a', 'b' FROM seq_100_to_4468");
-        hold(ask({"daily"}), Says::Cause, "rows", "65550 rows are more than the 65535 of .xls",
-             "autoreport set firm daily --format xlsx");
+        environment.insert("TMPDIR", "/no/such");
+        hold({Says::Cause, "directory", "the temporary directory '/no/such' does not exist",
+              "make it writable"});
     }
 
     void hostIsPaused()
     {
-        enableBoth();
         startHost();
-        host->send(SIGUSR1);
+        program->send(SIGUSR1);
         QTRY_VERIFY_WITH_TIMEOUT(hostSays("paused; serves 1 schema "), patienceMs);
-        makeDue();
-        hold(ask(), Says::Cause, "paused", "the host is paused", "resume it: ");
+        hold({Says::Cause, "paused", "the host is paused", "resume it: "});
     }
 
     void hostHasNotScanned()
     {
-        enableBoth();
         bench->schema.exec("UPDATE vars SET value = '0' WHERE name LIKE '%.enabled'");
         startHost("serves 0 schemas ");
         bench->schema.exec("UPDATE vars SET value = '1' WHERE name LIKE '%.enabled'");
-        hold(ask(), Says::Later, "scan", "the host has not found it yet: its last scan was at 2023",
-             "wait, or let the host scan at once: systemctl reload autoreport");
+        hold({Says::Later, "scan", "the host has not found it yet: its last scan was at 2023",
+              "wait, or let the host scan at once: systemctl reload autoreport"});
     }
 
     void hostFails()
     {
-        enableBoth();
         bench->schema.exec("CREATE TRIGGER refuse BEFORE INSERT ON emails FOR EACH ROW SIGNAL "
                            "SQLSTATE '45000' SET MESSAGE_TEXT = 'refused'");
-        makeDue();
+        makeDue(bench->schema);
         startHost();
-        QTRY_VERIFY_WITH_TIMEOUT(run("why firm monthly").output.contains("refused"), patienceMs);
-        QTRY_VERIFY_WITH_TIMEOUT(run("why firm daily").output.contains("refused"), patienceMs);
-        hold(ask(), Says::Cause, "failed", "its last run, at 2023-11-15 09:3", "mend that");
+        for (const QString report : {"daily", "monthly"})
+            QTRY_VERIFY_WITH_TIMEOUT(run("why firm " + report).output.contains("refused"),
+                                     patienceMs);
+        hold({Says::Cause, "failed", "its last run, at 2023-11-15 09:3", "mend that"});
     }
 
     void hostCannotWrite()
     {
-        enableBoth();
-        startHost("serves 1 schema ", "/proc");
-        hold(ask(), Says::Cause, "directory",
-             "the host cannot write to its temporary directory '/proc'", "make it writable");
+        environment.insert("TMPDIR", "/proc");
+        startHost();
+        hold({Says::Cause, "directory", "the host cannot write to its temporary directory '/proc'",
+              "make it writable"});
     }
 
     void hostHasMadeIt()
     {
-        enableBoth();
-        makeDue();
+        makeDue(bench->schema);
         startHost();
         QTRY_COMPARE_WITH_TIMEOUT(bench->mails(), 2, patienceMs);
         QTRY_VERIFY_WITH_TIMEOUT(run("why firm monthly").output.contains(", 1 mails in "),
                                  patienceMs);
-        hold(ask(), Says::Well, "well", {}, {});
+        hold({Says::Well, "well", "2023-11-16", {}});
     }
 
 private:
-    static void columns()
+    void prepare() override
     {
-        addColumns<Says, QString, QString, QString, QString>("says", "change", "state", "text",
-                                                             "remedy");
-    }
-    static void cause(const char *name, Says says, const QString &change, const char *state,
-                      const QString &text = {}, const QString &remedy = {})
-    {
-        addRow(name, says, change, QString(state), text, remedy);
+        ToolTest::prepare();
+        enableBoth();
     }
 
-    /// What the three commands say.
-    struct Answers {
-        QStringList kinds;
-        Outcome status;
-        QVector<Outcome> why; ///< by kind
-        Outcome check;
-    };
-    Answers ask(const QStringList &kinds = {"daily", "monthly"}) const
+    static void cause(const char *name, Says says, const QString &change, const QString &state,
+                      const QString &text, const QString &remedy = {})
     {
-        Answers answers{kinds, run("status --all --json"), {}, run("check firm --json")};
-        for (const QString &kind : kinds)
-            answers.why.append(run("why firm " + kind));
-        return answers;
+        addRow(name, change, Verdict{says, state, text, remedy});
     }
 
-    static void holdRow(const Answers &answers)
+    static void causesInTheList()
     {
-        QFETCH(Says, says);
-        QFETCH(QString, state);
-        QFETCH(QString, text);
-        QFETCH(QString, remedy);
-        hold(answers, says, state, text, remedy);
+        const auto row = [](const char *name, Says says, const QString &change, const char *state,
+                            const char *text, const char *remedy) {
+            cause(name, says, "UPDATE INFO.`schemas` SET " + change, state, text, remedy);
+        };
+        row("not active", Says::OnPurpose, "status = 0", "inactive", "the schema is not active",
+            "set status to 1");
+        row("incomplete", Says::Cause, "user = ''", "incomplete", "the name, user or pass of",
+            "complete its row");
+        row("no database", Says::Cause, "name = 'none'", "unreachable",
+            "cannot open the database 'none'", "correct its row");
+        row("password", Says::Cause, "pass = TO_BASE64('no')", "unreachable",
+            "cannot open the database '", "correct its row");
     }
 
-    static void hold(const Answers &answers, Says says, const QString &state, const QString &text,
-                     const QString &remedy)
+    /// An account that may read these tables, and write to those with an exclamation mark.
+    static void causesByRights()
     {
-        for (int i = 0; i < answers.kinds.size(); ++i) {
-            const QString ofKind = QString(remedy).replace("KIND", answers.kinds[i]);
-            holdStatus(answers.status, answers.kinds[i], says, state, text, ofKind);
-            holdWhy(answers.why[i], says, text, ofKind);
-            holdCheck(answers.check, says, text, ofKind);
+        const auto account = [](const char *name, Says says, const QString &tables,
+                                const char *text, const char *remedy) {
+            QString change = "CREATE OR REPLACE USER poor IDENTIFIED BY 'poor';\n";
+            for (const QString &table : tables.split(' '))
+                change += QString("GRANT SELECT%1 ON `%2` TO poor;\n")
+                              .arg(table.endsWith('!') ? ", INSERT, UPDATE" : "",
+                                   QString(table).remove('!'));
+            change += "UPDATE INFO.`schemas` SET user = 'poor', pass = TO_BASE64('poor')";
+            cause(name, says, change, "rights", text, remedy);
+        };
+        const QString people = "people groups departs branches";
+        const QString all = people + " brape atten atten_data inters atten_month";
+        account("no settings", Says::Cause, people,
+                "the settings cannot be read: ", "GRANT SELECT ON `");
+        account("people", Says::Cause, "vars! emails! groups departs branches", "table",
+                "GRANT SELECT ON `");
+        account("values", Says::Harm, "vars! emails! inters " + people, "table",
+                "GRANT SELECT ON `");
+        account("queue", Says::Cause, "vars! " + all, "no mail can be queued: table emails: INSERT",
+                "GRANT INSERT ON `");
+        account("mark", Says::Cause, "emails! vars " + all,
+                "lastGenerated cannot be stored, and everybody is mailed again every minute: ",
+                "GRANT INSERT, UPDATE ON `");
+    }
+
+    /// The one that is written as .xls, too, and that reads interruptions in this way.
+    static void causesOfTheDailyReport()
+    {
+        addRow("rows of .xls",
+               "REPLACE INTO vars VALUES ('exportUseXLSX', '0');\n"
+               "INSERT INTO people (uid, pid, name, surname) "
+               "SELECT seq, seq, 'a', 'b' FROM seq_100_to_4468",
+               Verdict{Says::Cause,
+                       "rows",
+                       "65550 rows are more than the 65535 of .xls",
+                       "autoreport set firm daily --format xlsx",
+                       {"daily"}});
+        addRow("ambiguous column",
+               "REPLACE INTO vars VALUES ('dattenInters', '1');\nALTER TABLE inters ADD del INT",
+               Verdict{Says::Harm,
+                       "tables",
+                       "tables atten_data, inters: Column 'del' in",
+                       "bring the schema up",
+                       {"daily"}});
+    }
+
+    void hold(const Verdict &verdict) const
+    {
+        const Outcome status = run("status --all --json");
+        const Outcome check = run("check firm --json");
+        for (const QString &kind : verdict.kinds) {
+            Verdict ofKind = verdict;
+            ofKind.remedy.replace("KIND", kind);
+            holdStatus(status, kind, ofKind);
+            holdWhy(run("why firm " + kind), ofKind);
+            holdCheck(check, ofKind);
         }
     }
 
-    static bool isProblem(Says says) { return says == Says::Cause || says == Says::Harm; }
-
-    static void holdStatus(const Outcome &outcome, const QString &kind, Says says,
-                           const QString &state, const QString &text, const QString &remedy)
+    static void holdStatus(const Outcome &outcome, const QString &kind, const Verdict &verdict)
     {
         const QString shown = outcome.output + outcome.errors;
-        QVERIFY2(outcome.status == (isProblem(says) ? 1 : 0), qPrintable(shown));
+        QVERIFY2(outcome.status == (verdict.isProblem() ? 1 : 0), qPrintable(shown));
+        QCOMPARE(outcome.json()["status"].toInt(), outcome.status);
         int lines = 0;
-        for (const auto &value : objectOf(outcome)["reports"].toArray()) {
+        for (const auto &value : outcome.json()["reports"].toArray()) {
             const QJsonObject line = value.toObject();
             if (line.contains("report") && line["report"] != kind)
                 continue;
             ++lines;
-            QCOMPARE(line["state"].toString(), state);
-            QCOMPARE(line["reason"].isNull(), !isProblem(says));
+            QCOMPARE(line["schema"].toString(), QString("firm"));
+            QCOMPARE(line["state"].toString(), verdict.state);
+            QCOMPARE(line["reason"].isNull(), !verdict.isProblem());
             const QString detail = line["detail"].toString();
-            if (isProblem(says) || says == Says::Later)
-                QVERIFY2(detail.startsWith(text) && detail.contains("; to do: " + remedy),
+            if (verdict.isProblem() || verdict.says == Says::Later)
+                QVERIFY2(detail.startsWith(verdict.text) &&
+                             detail.contains("; to do: " + verdict.remedy),
                          qPrintable(shown));
             else
-                QCOMPARE(detail, QString());
+                QVERIFY(line["detail"].isNull());
         }
         QCOMPARE(lines, 1);
     }
 
-    static void holdWhy(const Outcome &outcome, Says says, const QString &text,
-                        const QString &remedy)
+    static void holdWhy(const Outcome &outcome, const Verdict &verdict)
     {
+        const bool isWell = verdict.says == Says::Well;
         const QString last = outcome.output.trimmed().section('\n', -1);
-        const QString begin = says == Says::Well   ? "Nothing keeps it back: next due 2023-11-16"
-                              : says == Says::Harm ? "Nothing keeps it back, but: "
-                                                   : "Cause: ";
-        const bool isHeld =
-            last.startsWith(begin + text) &&
-            (says == Says::Well || last.section(". To do: ", -1).startsWith(remedy));
-        QVERIFY2(isHeld, qPrintable(outcome.output + outcome.errors));
-        QCOMPARE(outcome.status, says == Says::Well ? 0 : 1);
+        const QString begin = isWell                       ? "Nothing keeps it back: next due "
+                              : verdict.says == Says::Harm ? "Nothing keeps it back, but: "
+                                                           : "Cause: ";
+        QVERIFY2(last.startsWith(begin + verdict.text) &&
+                     (isWell || last.section(". To do: ", -1).startsWith(verdict.remedy)),
+                 qPrintable(outcome.output + outcome.errors));
+        QCOMPARE(outcome.status, isWell ? 0 : 1);
     }
 
     /// Only what somebody has to mend, and what is switched off, is a finding.
-    static void holdCheck(const Outcome &outcome, Says says, const QString &text,
-                          const QString &remedy)
+    static void holdCheck(const Outcome &outcome, const Verdict &verdict)
     {
         bool isFound = false;
-        for (const auto &value : objectOf(outcome)["findings"].toArray()) {
+        for (const auto &value : outcome.json()["findings"].toArray()) {
             const QJsonObject finding = value.toObject();
             if (finding["subject"] == "server") // its clock is another
                 continue;
-            const bool isIt = !text.isEmpty() && finding["text"].toString().startsWith(text) &&
-                              finding["remedy"].toString().startsWith(remedy);
-            isFound |= isIt;
-            QVERIFY2(isProblem(says) || !finding["problem"].toBool(), qPrintable(outcome.output));
-            QVERIFY(!isIt || finding["problem"].toBool() == isProblem(says));
+            const bool isProblem = finding["problem"].toBool();
+            const bool isIt = finding["text"].toString().startsWith(verdict.text) &&
+                              finding["remedy"].toString().startsWith(verdict.remedy);
+            QVERIFY2(verdict.isProblem() || !isProblem, qPrintable(outcome.output));
+            QVERIFY(!isIt || isProblem == verdict.isProblem());
+            isFound = isFound || isIt;
         }
-        QVERIFY2(isFound == (isProblem(says) || says == Says::OnPurpose),
-                 qPrintable(text + outcome.output + outcome.errors));
+        QVERIFY2(isFound == (verdict.isProblem() || verdict.says == Says::OnPurpose),
+                 qPrintable(verdict.text + outcome.output + outcome.errors));
     }
 
-    static QJsonObject objectOf(const Outcome &outcome)
+    void startHost(const QString &serves = "serves 1 schema ")
     {
-        return QJsonDocument::fromJson(outcome.output.toUtf8()).object();
-    }
-
-    /// The monthly report has the settings of the daily one.
-    void enableBoth()
-    {
-        host.reset();
-        bench->schema.exec(
-            "INSERT INTO vars SELECT REPLACE(name, 'Daily', 'Monthly'), value FROM vars");
-    }
-    void makeDue() const
-    {
-        bench->schema.exec(
-            "UPDATE vars SET value = '1699941602' WHERE name LIKE '%.lastGenerated'");
-    }
-
-    void startHost(const QString &says = "serves 1 schema ", const QString &temporary = {})
-    {
-        host = std::make_unique<HostProgram>();
-        QProcessEnvironment environment = TestServer::environment(moment);
-        environment.insert("TMPDIR", temporary.isEmpty() ? bench->temporary.path() : temporary);
-        host->start(QStringList{"serve"} + TestServer::options(info->name()), environment);
-        QTRY_VERIFY_WITH_TIMEOUT(hostSays(says), patienceMs);
+        serve();
+        QTRY_VERIFY_WITH_TIMEOUT(hostSays(serves), patienceMs);
         QTRY_VERIFY_WITH_TIMEOUT(hostSays("last scan 2023"), patienceMs);
     }
     bool hostSays(const QString &text) const { return run("status").output.contains(text); }
 
-    std::unique_ptr<HostProgram> host;
+    const QString oldMail = "INSERT INTO emails (`from`, `to`, subject, created) "
+                            "VALUES ('a', 'b', 'c', UNIX_TIMESTAMP() - 3700)";
 };
 
 QTEST_GUILESS_MAIN(TestToolCauses)

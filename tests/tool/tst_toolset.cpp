@@ -1,48 +1,11 @@
 #include "tool/tooltest.h"
 
-#include <QFile>
-
 /// Settings for one schema and for many, and what they come to.
 class TestToolSet : public ToolTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void wrongUse_data()
-    {
-        addColumns<QString, QString>("arguments", "text");
-        addRow("nothing", "set", "the schema and the report are missing");
-        addRow("no report", "set firm other --enable", "there is no report 'other'");
-        addRow("nothing to set", "set firm daily", "nothing to set");
-        addRow("address", "set firm daily --emails a@firma.sk,b", "'b' is not a mail address");
-        addRow("time", "set firm daily --time 7:00", "--time must be HH:MM, not '7:00'");
-        addRow("format", "set firm daily --format xlxs", "not 'xlxs'\nPerhaps meant: xlsx\n");
-        addRow("format of the other", "set firm monthly --format xls", "is always .xlsx");
-        addRow("both", "set firm daily --enable --disable", "exclude each other");
-        addRow("all and one", "set --all firm daily --enable", "--all and the schema 'firm'");
-        addRow("nobody to ask", "set --all daily --enable", "give --yes, or --dry-run");
-        addRow("second schema", "set firm frm daily --disable", "'frm'\nPerhaps meant: firm\n");
-        addRow("no file", "set --file /no/such", "cannot read '/no/such': No such file");
-        addRow("empty file", "set --file /dev/null", "'/dev/null' has no lines");
-        addRow("file and schema", "set --file LINES firm", "'firm' belongs into the file");
-        addRow("file and option", "set --file LINES --disable", "'--disable' belongs into");
-        addRow("line", "set --file LINES",
-               "line 3 of 'LINES': unknown option 'tiem'\nPerhaps meant: --time\n");
-    }
-
-    /// Whatever is wrong, nothing is stored, not even what comes before it.
-    void wrongUse()
-    {
-        QFETCH(QString, arguments);
-        QFETCH(QString, text);
-        const QString path = writeLines("firm daily --disable\n\nfirm daily --tiem 08:00\n");
-        const Outcome outcome = run(arguments.replace("LINES", path));
-        QVERIFY2(outcome.errors.contains(text.replace("LINES", path)), qPrintable(outcome.errors));
-        QCOMPARE(outcome.errors.count('\n'), 3);
-        QCOMPARE(outcome.status, 2);
-        QCOMPARE(stored("enabled") + stored("time"), QString("107:00"));
-    }
-
     void warns_data()
     {
         addColumns<QString, QString, int, QString>("change", "options", "status", "warnings");
@@ -76,15 +39,36 @@ private Q_SLOTS:
         QFETCH(QString, change);
         QFETCH(QString, options);
         bench->schema.exec(change);
-        const QString before = allSettings();
+        const auto stored = [this] {
+            return bench->schema.rows("CHECKSUM TABLE vars");
+        };
+        const auto before = stored();
         const Outcome dry = run("set firm daily --dry-run " + options);
-        QCOMPARE(allSettings(), before);
+        QCOMPARE(stored(), before);
         const Outcome outcome = run("set firm daily " + options);
-        QVERIFY(allSettings() != before);
+        QVERIFY(stored() != before);
         QTEST(outcome.errors, "warnings");
         QTEST(outcome.status, "status");
         QCOMPARE(dry.errors, outcome.errors);
         QCOMPARE(dry.output, outcome.output + "not set: a dry run, nothing was stored\n");
+    }
+
+    /// From the empty settings to the first mail.
+    void newCustomer()
+    {
+        bench->schema.exec("DELETE FROM vars");
+        bench->set("autoReport.DailyAtten.enabled", "yes");
+        const Outcome set =
+            run("set firm daily --enable --emails a@firma.sk,b@firma.sk --time 08:00 --format xls");
+        QCOMPARE(set.output,
+                 QString("autoReport.DailyAtten.emails: not set -> 'a@firma.sk,b@firma.sk'\n"
+                         "autoReport.DailyAtten.enabled: 'yes' -> '1'\n"
+                         "autoReport.DailyAtten.time: not set -> '08:00'\n"
+                         "exportUseXLSX: not set -> '0'\n"));
+        QVERIFY(run("why firm daily").output.contains("Due: the next tick of a host makes it."));
+        QCOMPARE(run("run firm daily --yes --mark").status, 0);
+        QVERIFY(bench->schema.value("SELECT data FROM emails").toString().contains(".xls\""));
+        QCOMPARE(run("status").status, 0);
     }
 
     void manySchemas()
@@ -108,9 +92,11 @@ private Q_SLOTS:
         QVERIFY(outcome.errors.contains("a host finds 1 of the schemas with its next scan"));
         QCOMPARE(outcome.status, 0);
 
-        const QString lines = "# comment\nfirm monthly --disable\n"
-                              "second daily --enable --emails \"b@firma.sk, c@firma.sk\"\n";
-        outcome = run("set --file " + writeLines(lines));
+        const QByteArray lines = "# comment\nfirm monthly --disable\n"
+                                 "second daily --enable --emails \"b@firma.sk, c@firma.sk\"\n";
+        const QString path = bench->temporary.filePath("lines");
+        writeFile(path, lines);
+        outcome = run("set --file " + path);
         QCOMPARE(outcome.status, 0);
         QCOMPARE(bench->schema.value(enabled).toString(), QString("1,0"));
         QCOMPARE(second.value("SELECT value FROM vars WHERE name LIKE '%Daily%emails'").toString(),
@@ -124,26 +110,6 @@ private Q_SLOTS:
         QVERIFY2(outcome.errors.contains("autoreport: broken: "), qPrintable(outcome.errors));
         QCOMPARE(bench->schema.value(enabled).toString(), QString("0,0"));
         QCOMPARE(second.value(enabled).toString(), QString("0,1"));
-    }
-
-private:
-    QString writeLines(const QString &lines) const
-    {
-        QFile file(bench->temporary.filePath("lines"));
-        return file.open(QIODevice::WriteOnly) && file.write(lines.toUtf8()) > 0 ? file.fileName()
-                                                                                 : QString();
-    }
-    QString stored(const char *key) const
-    {
-        return bench->schema
-            .value(
-                QString("SELECT value FROM vars WHERE name = 'autoReport.DailyAtten.%1'").arg(key))
-            .toString();
-    }
-    QString allSettings() const
-    {
-        return bench->schema.value("SELECT GROUP_CONCAT(name, '=', value ORDER BY name) FROM vars")
-            .toString();
     }
 };
 
