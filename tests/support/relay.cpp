@@ -37,16 +37,10 @@ int tcpSocket()
     return descriptor;
 }
 
+/// Blocks until all of it is on its way.
 bool sendAll(int descriptor, const char *data, qint64 size)
 {
-    while (size > 0) {
-        const ssize_t sent = send(descriptor, data, static_cast<size_t>(size), MSG_NOSIGNAL);
-        if (sent <= 0)
-            return false;
-        data += sent;
-        size -= sent;
-    }
-    return true;
+    return send(descriptor, data, size_t(size), MSG_NOSIGNAL) == size;
 }
 
 bool receive(int descriptor, QByteArray &bytes)
@@ -79,11 +73,13 @@ Relay::~Relay()
 {
     ended = true;
     thread.join();
-    for (const Link &link : links) {
-        ::close(link.client);
-        ::close(link.server);
-    }
     ::close(listener);
+}
+
+Relay::Link::~Link()
+{
+    ::close(client);
+    ::close(server);
 }
 
 void Relay::thaw()
@@ -128,7 +124,7 @@ void Relay::run()
             pump(link, event[0].revents, event[1].revents);
             event += 2;
         }
-        closeEnded();
+        links.remove_if([](const Link &link) { return link.over; });
         if (watched.front().revents != 0)
             accept();
     }
@@ -137,12 +133,11 @@ void Relay::run()
 void Relay::accept()
 {
     const sockaddr_in address = loopback(serverPort);
-    Link link{accept4(listener, nullptr, nullptr, SOCK_CLOEXEC), tcpSocket(), {}, {}};
-    const int on = 1;
-    setsockopt(link.client, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    Link &link = links.emplace_back();
+    link.client = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
+    link.server = tcpSocket();
     link.over =
         connect(link.server, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0;
-    links.push_back(link);
 }
 
 void Relay::pump(Link &link, short clientEvents, short serverEvents)
@@ -196,15 +191,4 @@ bool Relay::mayForward(Link &link, const QByteArray &packet)
         return link.deaf;
     }
     return true;
-}
-
-void Relay::closeEnded()
-{
-    links.remove_if([](const Link &link) {
-        if (!link.over)
-            return false;
-        ::close(link.client);
-        ::close(link.server);
-        return true;
-    });
 }

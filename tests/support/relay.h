@@ -53,8 +53,12 @@ private:
         int left;
     };
     struct Link {
-        int client;
-        int server;
+        Link() = default;
+        ~Link();
+        Q_DISABLE_COPY(Link)
+
+        int client = -1;
+        int server = -1;
         QByteArray database;
         QByteArray unread; ///< from the client: not yet a whole packet
         bool silent = false;
@@ -67,7 +71,6 @@ private:
     void pump(Link &link, short clientEvents, short serverEvents);
     void forwardPackets(Link &link);
     bool mayForward(Link &link, const QByteArray &packet);
-    void closeEnded();
 
     const int serverPort;
     int listener = -1;
