@@ -49,8 +49,18 @@ Result<VarsTable::Values> VarsTable::read(const QString &sql) const
 Result<QVector<QVariant>> VarsTable::lock(const QString &name) const
 {
     QSqlQuery query = freshQuery(database);
-    if (!query.exec(QStringLiteral("SELECT value FROM vars WHERE name='%1' FOR UPDATE").arg(name)))
+    if (!query.exec(lockStatement(name)))
         return errorOf(query);
+    return lockedValues(query);
+}
+
+QString VarsTable::lockStatement(const QString &name)
+{
+    return QStringLiteral("SELECT value FROM vars WHERE name='%1' FOR UPDATE").arg(name);
+}
+
+QVector<QVariant> VarsTable::lockedValues(QSqlQuery &query)
+{
     QVector<QVariant> values;
     while (query.next())
         values.append(query.value(0));

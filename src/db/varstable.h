@@ -10,6 +10,8 @@
 
 #include <optional>
 
+class QSqlQuery;
+
 /**
  * A schema's table `vars`: keys and values.
  *
@@ -35,6 +37,9 @@ public:
     /// Returns the committed values of all rows of that name and locks them until the transaction
     /// ends. If there are none, other transactions cannot insert one until then.
     Result<QVector<QVariant>> lock(const QString &name) const;
+    /// Return the statement of lock(), and what a query of it has found.
+    static QString lockStatement(const QString &name);
+    static QVector<QVariant> lockedValues(QSqlQuery &query);
     /// Inserts a row unless one of that name exists. Returns whether it inserted one, which is then
     /// locked until the transaction ends.
     Result<bool> insertMissing(const QString &name, const QVariant &value) const;

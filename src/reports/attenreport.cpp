@@ -206,19 +206,22 @@ int AttenReport::queueMails(const QString &path, const ReportRun &run)
     return 0;
 }
 
+/// Begins, with the claim of a scheduled run. An operator's run needs none: it is mailed regardless
+/// of the schedule.
 AttenReport::End AttenReport::begin(const ReportRun &run, ReportTransaction &transaction) const
 {
-    if (transaction.begin())
-        return End::None;
-    return isConnectionLost(run, database) ? End::ConnectionLost : End::NotBegun;
-}
-
-/// An operator's run needs no claim: it is mailed regardless of the schedule.
-AttenReport::End AttenReport::claim(const ReportRun &run) const
-{
-    switch (run.isScheduled ? claimReport(database, kind.key("lastGenerated"), run) : Claim::Ours) {
+    Claim claim = Claim::Unclaimed;
+    if (run.isScheduled)
+        claim = claimReport(database, kind.key("lastGenerated"), run, transaction);
+    else
+        transaction.begin();
+    if (!transaction.isOpen())
+        return isConnectionLost(run, database) ? End::ConnectionLost : End::NotBegun;
+    switch (claim) {
     case Claim::Ours:
         break;
+    case Claim::Unclaimed: // it is mailed all the same, but not over a connection that is lost
+        return interruptionOf(run, transaction);
     case Claim::Made:
         return End::MadeElsewhere;
     case Claim::Contested:
@@ -229,16 +232,11 @@ AttenReport::End AttenReport::claim(const ReportRun &run) const
     return End::None;
 }
 
-/// Runs step 5 between BEGIN and COMMIT.
+/// Runs step 5 between begin() and commit().
 AttenReport::End AttenReport::queueAll(const MailRecord &mail, const ReportRun &run,
                                        ReportTransaction &transaction, int &queued)
 {
-    End end = claim(run);
-    // A claim that could not be made goes through, but not over a connection that is lost.
-    if (end == End::None)
-        end = interruptionOf(run, transaction);
-    if (end == End::None)
-        end = queueForEach(mail, run, transaction, queued);
+    End end = queueForEach(mail, run, transaction, queued);
     if (end != End::None)
         return end;
     const bool counts = run.countsWhen == CountsAsMade::Always ||
@@ -300,11 +298,9 @@ AttenReport::End AttenReport::queueOne(const MailRecord &mail, const ReportRun &
 AttenReport::End AttenReport::interruptionOf(const ReportRun &run,
                                              ReportTransaction &transaction) const
 {
-    // Asked twice: after a rollback by the server, the first statement fails even though the
-    // connection is still good.
-    if (isConnectionLost(run, database))
-        return isConnectionLost(run, database) ? End::ConnectionLost : End::RolledBack;
-    return transaction.isRolledBack() ? End::RolledBack : End::None;
+    if (transaction.isIntact())
+        return End::None;
+    return isConnectionLost(run, database) ? End::ConnectionLost : End::RolledBack;
 }
 
 AttenReport::End AttenReport::storeLastGenerated(const ReportRun &run) const

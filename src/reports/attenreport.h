@@ -112,7 +112,6 @@ private:
     bool writeBook(const QString &path, ReportContent &content, const ReportRun &run) const;
     End writeRows(ReportContent &content, const ReportRun &run) const;
     End begin(const ReportRun &run, ReportTransaction &transaction) const;
-    End claim(const ReportRun &run) const;
     End queueAll(const MailRecord &mail, const ReportRun &run, ReportTransaction &transaction,
                  int &queued);
     End queueForEach(MailRecord mail, const ReportRun &run, ReportTransaction &transaction,

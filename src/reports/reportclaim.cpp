@@ -1,7 +1,9 @@
 #include "reports/reportclaim.h"
 
+#include "common/freshquery.h"
 #include "db/varstable.h"
 #include "reports/reportrun.h"
+#include "reports/reporttransaction.h"
 
 #include <algorithm>
 
@@ -19,10 +21,14 @@ const QLatin1String changedSince("1020"); // the row is newer than the transacti
 /// A row that does not exist is hard to lock: the lock on its place keeps nobody from taking the
 /// same, or is none at all at the isolation level READ COMMITTED. So it is made first. Rolled back
 /// with the run, it leaves no trace.
-Result<QVector<QVariant>> lockRow(const VarsTable &vars, const QString &key)
+Result<QVector<QVariant>> lockRow(const VarsTable &vars, const QString &key,
+                                  ReportTransaction &transaction)
 {
-    const Result<QVector<QVariant>> found = vars.lock(key);
-    if (!found.isOk() || !found.value().isEmpty())
+    QSqlQuery query = transaction.begin(VarsTable::lockStatement(key));
+    if (!query.isActive())
+        return errorOf(query);
+    const QVector<QVariant> found = VarsTable::lockedValues(query);
+    if (!found.isEmpty())
         return found;
     const Result<bool> inserted = vars.insertMissing(key, 0);
     if (!inserted.isOk())
@@ -42,14 +48,15 @@ Claim claimAfter(const QString &errorCode)
     if (isWaitCutShort(errorCode))
         return Claim::Blocked;
     // Without the right to write there is no lock, and the report goes out without its mark.
-    return isConflict(errorCode) ? Claim::Contested : Claim::Ours;
+    return isConflict(errorCode) ? Claim::Contested : Claim::Unclaimed;
 }
 
 } // namespace
 
-Claim claimReport(const QSqlDatabase &database, const QString &key, const ReportRun &run)
+Claim claimReport(const QSqlDatabase &database, const QString &key, const ReportRun &run,
+                  ReportTransaction &transaction)
 {
-    const Result<QVector<QVariant>> locked = lockRow(VarsTable(database), key);
+    const Result<QVector<QVariant>> locked = lockRow(VarsTable(database), key, transaction);
     if (!locked.isOk())
         return claimAfter(locked.errorCode());
     ReportSettings settings = run.settings;

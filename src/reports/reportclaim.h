@@ -3,19 +3,21 @@
 #include <QSqlDatabase>
 #include <QString>
 
+class ReportTransaction;
 struct ReportRun;
 
 /// Which run may mail a report.
 enum class Claim {
-    Ours,      ///< this one, until its transaction ends; also if the server could not be asked
+    Ours,      ///< this one, until its transaction ends
+    Unclaimed, ///< this one, but nothing keeps others from it: the row cannot be locked
     Made,      ///< another host has made it meanwhile
     Contested, ///< another host is mailing it, and the server rolled this transaction back
     Blocked    ///< another connection held the row for longer than the server lets us wait
 };
 
 /**
- * Claims a scheduled report for its run, inside the transaction that queues its mails and before
- * the first of them.
+ * Begins the transaction that queues the mails of a scheduled report, and claims the report for its
+ * run. If the server refuses the transaction, nothing is claimed.
  *
  * "lastGenerated", stored under `key`, is read again and its row locked, and the schedule is asked
  * once more for the run's moment. The lock lasts as long as the transaction, which stores the new
@@ -25,7 +27,8 @@ enum class Claim {
  *
  * A table without transactions has no such locks; there the run only looks again.
  */
-Claim claimReport(const QSqlDatabase &database, const QString &key, const ReportRun &run);
+Claim claimReport(const QSqlDatabase &database, const QString &key, const ReportRun &run,
+                  ReportTransaction &transaction);
 
 /// Returns whether the server's error with this number says that another transaction was faster.
 bool isConflict(const QString &errorCode);

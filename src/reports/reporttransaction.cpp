@@ -10,26 +10,25 @@ ReportTransaction::ReportTransaction(const QSqlDatabase &db)
 {
 }
 
-bool ReportTransaction::begin()
+/// All statements are one packet, so that the run waits for one answer.
+QSqlQuery ReportTransaction::begin(const QString &statement)
 {
-    if (!database.driver()->hasFeature(QSqlDriver::Transactions))
-        return true;
-    open = database.transaction();
-    if (open && !setSavepoint())
+    QSqlQuery query = freshQuery(database);
+    const QString begin = QStringLiteral("BEGIN WORK;SAVEPOINT report");
+    open = query.exec(statement.isEmpty() ? begin : begin + QLatin1Char(';') + statement);
+    if (open && !query.nextResult())
         rollback();
-    return open;
+    if (open && !statement.isEmpty())
+        query.nextResult();
+    return query;
 }
 
-bool ReportTransaction::setSavepoint()
+/// A savepoint is lost with its transaction, and that with its connection.
+bool ReportTransaction::isIntact()
 {
-    return freshQuery(database).exec(QStringLiteral("SAVEPOINT report"));
-}
-
-/// A savepoint goes with its transaction.
-bool ReportTransaction::isRolledBack()
-{
-    return open && !(freshQuery(database).exec(QStringLiteral("RELEASE SAVEPOINT report")) &&
-                     setSavepoint());
+    QSqlQuery query = freshQuery(database);
+    return open && query.exec(QStringLiteral("RELEASE SAVEPOINT report;SAVEPOINT report")) &&
+           query.nextResult();
 }
 
 /// BEGIN and COMMIT succeed even on non-transactional tables.

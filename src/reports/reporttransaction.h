@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QString>
 
 /**
@@ -8,27 +9,31 @@
  * none.
  *
  * End it with commit() or rollback(). The destructor runs no statement, so one that ends without
- * either is rolled back by the server when the connection closes. Where the driver or the tables
- * know no transactions, each statement counts at once.
+ * either is rolled back by the server when the connection closes. Where the tables know no
+ * transactions, each statement counts at once.
  */
 class ReportTransaction
 {
 public:
     explicit ReportTransaction(const QSqlDatabase &database);
 
-    /// Returns false when the server refused: each statement would count at once. True where the
-    /// driver knows no transactions.
-    bool begin();
+    /// Begins the transaction and executes `statement` in it, if it is not empty. Returns its
+    /// query, inactive on an error. If the server refuses the transaction, isOpen() is false and
+    /// `statement` is not executed: it would count at once.
+    QSqlQuery begin(const QString &statement = QString());
 
-    /// Asks the server whether it ended the transaction by itself, as it does to end a deadlock;
+    /// Returns whether it was begun, and is to be ended.
+    bool isOpen() const { return open; }
+
+    /// Asks the server whether the transaction is still there. It is not if the server ended it by
+    /// itself, as it does to end a deadlock, nor on a connection that was lost or that reconnected;
     /// later statements would autocommit. False without a transaction.
-    bool isRolledBack();
+    bool isIntact();
 
     /// Asks the server whether the mails that are queued so far can be rolled back.
     bool canRollBack() const;
 
-    /// Returns false when the server refused; error() then says why, and rollback() is due. True
-    /// without a transaction.
+    /// Returns false when the server refused; error() then says why, and rollback() is due.
     bool commit();
     /// Takes back what is not committed, if need be by breaking the connection off.
     void rollback();
@@ -38,8 +43,6 @@ public:
     QString errorCode() const;
 
 private:
-    bool setSavepoint();
-
     QSqlDatabase database;
     bool open = false;
 };
