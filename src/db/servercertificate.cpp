@@ -5,15 +5,13 @@
 #include "db/serverlist.h"
 #include "db/serversocket.h"
 
-#include <QSqlDriver>
-#include <QSqlError>
-
 namespace
 {
 
 // OpenSSL's functions, which the client library links.
 using VerifyResult = long (*)(const void *session);
 using ErrorText = const char *(*)(long result);
+using Cipher = const char *(*)(MYSQL *connection);
 
 const QLatin1String tlsError("2026"); // the client library's number
 
@@ -22,11 +20,6 @@ struct TlsHead {
     void *data;
     MARIADB_PVIO *io;
     void *session;
-};
-
-/// Gives access to how a driver reports its errors.
-struct Driver : QSqlDriver {
-    using QSqlDriver::setLastError;
 };
 
 bool namesAuthority(const QSqlDatabase &database)
@@ -38,18 +31,21 @@ bool namesAuthority(const QSqlDatabase &database)
 /// it in every handshake and leaves it to its callers to ask for the result.
 QString certificateError(const QSqlDatabase &database)
 {
-    const MYSQL *connection = clientHandle(database);
-    if (!connection || !isMariaDb(database)) // MySQL's library refuses by itself
+    MYSQL *connection = clientHandle(database);
+    if (!connection)
+        return QString();
+    const auto cipher = reinterpret_cast<Cipher>(clientFunction(database, "mysql_get_ssl_cipher"));
+    if (!cipher || !cipher(connection))
+        return QStringLiteral("the connection is not encrypted");
+    if (!isMariaDb(database)) // does not reveal it
         return QString();
     const MARIADB_PVIO *io = connection->net.pvio;
     const auto *tls = reinterpret_cast<const TlsHead *>(io ? io->ctls : nullptr);
-    if (!tls)
-        return QStringLiteral("the connection is not encrypted");
     const auto result =
         reinterpret_cast<VerifyResult>(clientFunction(database, "SSL_get_verify_result"));
     const auto text =
         reinterpret_cast<ErrorText>(clientFunction(database, "X509_verify_cert_error_string"));
-    if (!result || !text || tls->io != io)
+    if (!result || !text || !tls || tls->io != io)
         return QStringLiteral("the client library does not reveal the server's certificate");
     const long found = result(tls->session);
     return found == 0 ? QString() : QString::fromLatin1(text(found));
@@ -69,9 +65,7 @@ bool openTrusted(QSqlDatabase &database)
         return true;
     }
     database.close();
-    (database.driver()->*(&Driver::setLastError))(QSqlError(
-        QStringLiteral("QMYSQL: Unable to connect"), QStringLiteral("TLS/SSL error: %1").arg(error),
-        QSqlError::ConnectionError, tlsError));
+    setOpenError(database, QStringLiteral("TLS/SSL error: %1").arg(error), tlsError);
     return false;
 }
 

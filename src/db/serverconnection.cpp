@@ -2,7 +2,19 @@
 
 #include "common/freshquery.h"
 
+#include <QSqlDriver>
+#include <QSqlError>
 #include <QVariant>
+
+namespace
+{
+
+/// Gives access to how a driver reports its errors.
+struct Driver : QSqlDriver {
+    using QSqlDriver::setLastError;
+};
+
+} // namespace
 
 qulonglong serverConnectionId(const QSqlDatabase &database)
 {
@@ -15,4 +27,10 @@ qulonglong serverConnectionId(const QSqlDatabase &database)
 bool serverAnswers(const QSqlDatabase &database)
 {
     return freshQuery(database).exec(QStringLiteral("SELECT 1"));
+}
+
+void setOpenError(const QSqlDatabase &database, const QString &text, const QString &code)
+{
+    (database.driver()->*(&Driver::setLastError))(QSqlError(
+        QStringLiteral("QMYSQL: Unable to connect"), text, QSqlError::ConnectionError, code));
 }
