@@ -2,6 +2,7 @@
 
 #include "common/freshquery.h"
 
+#include <QMap>
 #include <QVariant>
 
 std::optional<ClusterNode> clusterNodeOf(const QSqlDatabase &database)
@@ -14,14 +15,16 @@ std::optional<ClusterNode> clusterNodeOf(const QSqlDatabase &database)
     ClusterNode node;
     node.name = query.value(1).toString();
     if (!query.exec(QStringLiteral("SHOW STATUS WHERE variable_name IN ('wsrep_cluster_size', "
+                                   "'wsrep_cluster_status', 'wsrep_local_state_comment', "
                                    "'wsrep_ready')")))
         return std::nullopt;
-    while (query.next()) {
-        const QString value = query.value(1).toString();
-        if (query.value(0).toString() == QLatin1String("wsrep_ready"))
-            node.isReady = value == QLatin1String("ON");
-        else
-            node.members = value.toInt();
-    }
+    QMap<QString, QString> status;
+    while (query.next())
+        status.insert(query.value(0).toString(), query.value(1).toString());
+    node.members = status.value(QStringLiteral("wsrep_cluster_size")).toInt();
+    node.isReady = status.value(QStringLiteral("wsrep_ready")) == QLatin1String("ON");
+    node.state =
+        QStringLiteral("%1, %2").arg(status.value(QStringLiteral("wsrep_cluster_status")),
+                                     status.value(QStringLiteral("wsrep_local_state_comment")));
     return node;
 }

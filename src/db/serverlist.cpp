@@ -5,6 +5,7 @@
 
 #include <QHash>
 #include <QMutex>
+#include <QSqlError>
 #include <QStringList>
 #include <QThread>
 
@@ -51,11 +52,58 @@ ServerAddress addressOf(const QString &text, int defaultPort)
     return {text.left(colon), text.mid(colon + 1).toInt()};
 }
 
-/// A node that has lost the others accepts connections, but refuses every table.
-bool works(const QSqlDatabase &database)
+/// Returns why the server is not at work; an empty text if it is. A node that has lost the others
+/// accepts connections, but refuses every table.
+QString idleReason(const QSqlDatabase &database)
 {
     const std::optional<ClusterNode> node = clusterNodeOf(database);
-    return node ? node->isReady : serverAnswers(database);
+    if (node && !node->isReady)
+        return QStringLiteral("node %1 of the cluster is not ready: %2")
+            .arg(node->name, node->state);
+    return node || serverAnswers(database) ? QString() : QStringLiteral("it does not answer");
+}
+
+using Open = std::function<bool(QSqlDatabase &)>;
+
+bool openOn(const ServerAddress &server, QSqlDatabase &database, const Open &open)
+{
+    database.setHostName(server.host);
+    database.setPort(server.port);
+    return open(database);
+}
+
+/// Returns the error, or an empty text if the server is open and at work.
+QString openWorking(const ServerAddress &server, QSqlDatabase &database, const Open &open)
+{
+    if (!openOn(server, database, open))
+        return database.lastError().databaseText();
+    const QString reason = idleReason(database);
+    if (!reason.isEmpty())
+        database.close();
+    return reason;
+}
+
+bool openOnOneOf(const QVector<ServerAddress> &servers, const QString &list, QSqlDatabase &database,
+                 const Open &open)
+{
+    const int first = LastServers::ofProcess().of(list);
+    QStringList errors;
+    for (int i = 0; i < servers.size(); ++i) {
+        // Each may use up the limit of `open`, and a stop must not wait for all of them.
+        if (i > 0 && QThread::currentThread()->isInterruptionRequested())
+            break;
+        const int position = (first + i) % servers.size();
+        const ServerAddress &server = servers.at(position);
+        const QString error = openWorking(server, database, open);
+        if (database.isOpen()) {
+            LastServers::ofProcess().set(list, position);
+            return true;
+        }
+        errors.append(QStringLiteral("%1: %2").arg(serverText(server.host, server.port), error));
+    }
+    setOpenError(database, errors.join(QStringLiteral("; ")),
+                 database.lastError().nativeErrorCode());
+    return false;
 }
 
 } // namespace
@@ -81,25 +129,8 @@ bool openOnAny(QSqlDatabase &database, const std::function<bool(QSqlDatabase &)>
     const QString list = database.hostName();
     const int port = database.port();
     const QVector<ServerAddress> servers = serversOf(list, port);
-    const int first = LastServers::ofProcess().of(list);
-    bool isOpen = false;
-    for (int i = 0; !isOpen && i < servers.size(); ++i) {
-        // Each may use up the limit of `open`, and a stop must not wait for all of them.
-        if (i > 0 && QThread::currentThread()->isInterruptionRequested())
-            break;
-        const int position = (first + i) % servers.size();
-        database.setHostName(servers.at(position).host);
-        database.setPort(servers.at(position).port);
-        isOpen = open(database);
-        if (servers.size() == 1)
-            break;
-        if (isOpen && !works(database)) {
-            database.close();
-            isOpen = false;
-        }
-        if (isOpen)
-            LastServers::ofProcess().set(list, position);
-    }
+    const bool isOpen = servers.size() == 1 ? openOn(servers.first(), database, open)
+                                            : openOnOneOf(servers, list, database, open);
     database.setHostName(list);
     database.setPort(port);
     return isOpen;
@@ -107,5 +138,5 @@ bool openOnAny(QSqlDatabase &database, const std::function<bool(QSqlDatabase &)>
 
 bool isAtWork(const QSqlDatabase &database)
 {
-    return serversOf(database.hostName(), 0).size() == 1 || works(database);
+    return serversOf(database.hostName(), 0).size() == 1 || idleReason(database).isEmpty();
 }

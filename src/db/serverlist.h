@@ -26,7 +26,7 @@ QString serverText(const QString &hostName, int port);
 /// cluster that has lost the others is not at work. `open` opens it on a single server.
 ///
 /// With one server, the same as `open`. With several, gives up after the current one if the thread
-/// is asked to stop. Thread-safe.
+/// is asked to stop; on a failure, lastError() names each server and its error. Thread-safe.
 bool openOnAny(QSqlDatabase &database,
                const std::function<bool(QSqlDatabase &)> &open = openTrusted);
 

@@ -55,6 +55,9 @@ private Q_SLOTS:
         QCOMPARE(bench->log.texts(QtWarningMsg).filter("was lost and made again").size(), 1);
         second.reset();
         QCOMPARE(tick(), 3); // no server is left
+        const QString line = bench->log.texts(QtWarningMsg).filter("no connection").join("");
+        for (const QString &server : list.split(','))
+            QVERIFY2(line.contains(server + ": "), qPrintable(line));
         worker.stop();
         QCOMPARE(bench->log.countContaining(QString("host='%1'").arg(list)), 1);
     }
