@@ -195,10 +195,11 @@ void SchemaJudge::judgeReports(const QSqlDatabase &database,
     const bool isAnyJudged =
         std::any_of(settings.cbegin(), settings.cend(),
                     [this](const StoredSettings &stored) { return isJudged(stored); });
-    if (isAnyJudged)
+    if (isAnyJudged) {
         checkTables(database, tables.limits, tables.findings);
-    if (isAnyJudged && scope != Scope::Problems) {
         checkPackets(database, tables.findings);
+    }
+    if (isAnyJudged && scope != Scope::Problems) {
         checkClusterTables(database, tables.findings);
         checkMachines(database, tables.findings);
     }
