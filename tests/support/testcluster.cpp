@@ -4,6 +4,8 @@
 #include "support/testserver.h"
 
 #include <QProcess>
+#include <QSqlQuery>
+#include <QTest>
 
 TestCluster::TestCluster(const QStringList &serverOptions)
 {
@@ -22,9 +24,31 @@ QString TestCluster::servers(int first) const
     return servers.join(',');
 }
 
-void TestCluster::run(const char *command, const QStringList &more) const
+void TestCluster::catchUp(QSqlDatabase &database)
+{
+    // A node refuses connections for a moment while others come or go.
+    const auto caughtUp = [&database] {
+        return database.open() && database.exec("SET SESSION wsrep_sync_wait = 1").isActive() &&
+               database.exec("SELECT COUNT(*) FROM mysql.db").isActive();
+    };
+    if (!QTest::qWaitFor(caughtUp, patienceMs))
+        qFatal("test bench: the node at port %i does not catch up", database.port());
+    database.exec("SET SESSION wsrep_sync_wait = 0");
+}
+
+void TestCluster::catchUp(int node, const QString &schema) const
+{
+    {
+        QSqlDatabase database = TestServer::addConnection("node", schema);
+        database.setPort(port(node));
+        catchUp(database);
+    }
+    QSqlDatabase::removeDatabase("node");
+}
+
+void TestCluster::run(const QString &command, const QStringList &more) const
 {
     const QStringList arguments{command, folder.filePath("cluster")};
     if (QProcess::execute(AUTOREPORT_PRIVATE_CLUSTER, arguments + more) != 0)
-        qFatal("test bench: cannot %s the cluster", command);
+        qFatal("test bench: cannot %s the cluster", qUtf8Printable(command));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSqlDatabase>
 #include <QStringList>
 #include <QTemporaryDir>
 
@@ -20,15 +21,17 @@ public:
     /// Returns all nodes as the program takes them, beginning with that one.
     QString servers(int first) const;
 
-    /// Ends the node by SIGKILL.
-    void kill(int node) const { run("kill", {QString::number(node + 1)}); }
-    /// Starts it again. It then has everything that it missed.
-    void revive(int node) const { run("revive", {QString::number(node + 1)}); }
+    /// Runs one of the script's commands for a node: "kill" and "revive", "freeze" and "thaw".
+    void run(const QString &command, int node) const { run(command, {QString::number(node + 1)}); }
+
+    /// Returns when a connection's node has all that was written before, and leaves it open.
+    static void catchUp(QSqlDatabase &database);
+    void catchUp(int node, const QString &schema) const;
 
     const QTemporaryDir folder;
 
 private:
-    void run(const char *command, const QStringList &more = {}) const;
+    void run(const QString &command, const QStringList &more = {}) const;
 
     QVector<int> ports;
 };
