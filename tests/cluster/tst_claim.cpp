@@ -47,7 +47,7 @@ private Q_SLOTS:
             int queued[2] = {};
             const auto run = [&](int host) {
                 const QDateTime now = QDateTime::currentDateTime().addSecs(host * secondsApart);
-                onConnection(host, [&](const QSqlDatabase &db) {
+                onConnection([&](const QSqlDatabase &db) {
                     db.exec("SET SESSION TRANSACTION ISOLATION LEVEL " + isolation);
                     const std::unique_ptr<AttenReport> report(kind->create(db, nullptr));
                     const ReportRun due = dueRun(*kind, db, now);
@@ -76,7 +76,7 @@ private Q_SLOTS:
     {
         for (const ReportKind *kind : reportKinds()) {
             makeReady(*kind, "DO 0");
-            onConnection(0, [&](const QSqlDatabase &db) {
+            onConnection([&](const QSqlDatabase &db) {
                 const std::unique_ptr<AttenReport> report(kind->create(db, nullptr));
                 ReportRun run = dueRun(*kind, db, QDateTime::currentDateTime());
                 run.isScheduled = false;
@@ -93,7 +93,7 @@ private Q_SLOTS:
     {
         for (const ReportKind *kind : reportKinds()) {
             makeReady(*kind, "DO 0");
-            onConnection(0, [&](const QSqlDatabase &db) {
+            onConnection([&](const QSqlDatabase &db) {
                 const std::unique_ptr<AttenReport> report(kind->create(db, nullptr));
                 const ReportRun due = dueRun(*kind, db, QDateTime::currentDateTime());
                 db.exec("XA START 'other'");
@@ -135,7 +135,7 @@ private Q_SLOTS:
         QFETCH(QList<bool>, stored);
         for (const ReportKind *kind : reportKinds()) {
             makeReady(*kind, statement);
-            onConnection(0, [&](const QSqlDatabase &db) {
+            onConnection([&](const QSqlDatabase &db) {
                 db.exec("SET innodb_lock_wait_timeout = 1");
                 const std::unique_ptr<AttenReport> report(kind->create(db, nullptr));
                 report->queueMails(workbook(), dueRun(*kind, db, QDateTime::currentDateTime()));
@@ -170,6 +170,11 @@ private:
         bench->schema.exec(QString(statement).replace("%1", kind.key("lastGenerated")));
     }
 
+    void onConnection(const std::function<void(const QSqlDatabase &)> &work) const
+    {
+        TestServer::onConnection(bench->schema.name(), work);
+    }
+
     static ReportRun dueRun(const ReportKind &kind, const QSqlDatabase &db, const QDateTime &now)
     {
         ReportRun run =
@@ -177,19 +182,6 @@ private:
         run.settings.enabled = true;
         run.isScheduled = true;
         return run;
-    }
-
-    template <typename Work>
-    void onConnection(int number, const Work &work) const
-    {
-        const QString name = QString("host%1").arg(number);
-        {
-            QSqlDatabase db = TestServer::addConnection(name, bench->schema.name());
-            if (!db.open())
-                qFatal("the bench cannot open its schema");
-            work(db);
-        }
-        QSqlDatabase::removeDatabase(name);
     }
 };
 

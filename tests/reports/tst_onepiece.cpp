@@ -1,12 +1,15 @@
-#include "reports/dailyattenreport.h"
+#include "reports/attenreport.h"
 #include "reports/reportkind.h"
-#include "reports/reportrun.h"
+#include "reports/reportlock.h"
 
+#include "support/fullgate.h"
 #include "support/reportbench.h"
 #include "support/testhost.h"
 
+#include <QScopeGuard>
+#include <QThread>
+
 #include <future>
-#include <thread>
 
 /// A run reaches the database as a whole or not at all, and only one host makes it.
 class TestOnePiece : public ReportTest
@@ -14,31 +17,14 @@ class TestOnePiece : public ReportTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void refusedMailTakesNoOtherAlong()
-    {
-        addPeople(bench->schema, 1);
-        bench->schema.exec(
-            "CREATE TRIGGER refuse BEFORE INSERT ON emails FOR EACH ROW IF NEW.`to` = "
-            "'r2@firma.sk' THEN SIGNAL SQLSTATE '45000'; END IF");
-        DailyAttenReport(bench->database, nullptr)
-            .makeReport(recipientList.split(','), QDateTime::currentDateTime());
-        QCOMPARE(bench->mails(), recipients - 1);
-        QVERIFY(bench->lastGenerated("DailyAtten").isValid());
-        QCOMPARE(bench->log.texts(QtWarningMsg),
-                 QStringList("DailyAttenReport::makeReport() - mail not created!"));
-    }
-
     void rolledBackByServer_data()
     {
         addColumns<QString, bool>("competitor", "scheduled");
-        for (const bool scheduled : {true, false}) {
-            const auto row = [scheduled](const char *name, const QString &competitor) {
-                addRow(qPrintable(name + QString(scheduled ? ", scheduled" : ", by hand")),
-                       competitor, scheduled);
-            };
-            row("deadlock", "UPDATE locks SET value = 2 WHERE id = 1");
-            row("row changed since it was read", "DO 0");
-        }
+        const char *lock = "UPDATE locks SET value = 2 WHERE id = 1";
+        addRow("deadlock, scheduled", lock, true);
+        addRow("deadlock, by hand", lock, false);
+        addRow("row changed since it was read, scheduled", "DO 0", true);
+        addRow("row changed since it was read, by hand", "DO 0", false);
     }
 
     /// The server rolls the whole transaction back; later statements would autocommit.
@@ -93,29 +79,59 @@ private Q_SLOTS:
 
     void twoHosts()
     {
-        constexpr int schemas = 50;
-        constexpr int rounds = 20;
-        std::vector<std::unique_ptr<TestDatabase>> databases;
-        for (int i = 0; i < schemas; ++i) {
-            databases.push_back(std::make_unique<TestDatabase>(TestDatabase::Tables::Schema));
-            addPeople(*databases.back(), 1);
-            enableDailyReport(*databases.back(), "a@firma.sk");
+        addPeople(bench->schema, 1);
+        enableBothReports(bench->schema, "a@firma.sk");
+        for (const ReportKind *kind : reportKinds()) {
+            makeDue(bench->schema);
+            ReportLock other(bench->database, kind->className);
+            QVERIFY(other.acquire());
+            tick(*kind);
+            QCOMPARE(bench->mails(), 0);
+            const QString line("%1::doWork() - another host is making this report");
+            QCOMPARE(bench->log.count(QtInfoMsg, line.arg(kind->className)), 1);
+            other.release();
+            tick(*kind);
+            QCOMPARE(bench->mails(), 1);
         }
-        const auto host = [&databases](const QString &name) {
-            for (const auto &schema : databases)
-                work(name, *schema);
-        };
-        for (int round = 0; round < rounds; ++round) {
-            std::thread first(host, "first");
-            std::thread second(host, "second");
-            first.join();
-            second.join();
-            for (const auto &schema : databases) {
-                QCOMPARE(schema->mails(), 1);
-                makeDue(*schema);
-            }
+    }
+
+    void waitsAtTheGate_data()
+    {
+        addColumns<QString, bool>("report", "stopped");
+        for (const QString &word : reportWords()) {
+            addRow(qPrintable(word + ", goes out later"), word, false);
+            addRow(qPrintable(word + ", stopped"), word, true);
         }
-        QCOMPARE(bench->log.count(QtInfoMsg, "DailyAttenReport::doWork()"), 2 * rounds * schemas);
+    }
+
+    void waitsAtTheGate()
+    {
+        QFETCH(QString, report);
+        QFETCH(bool, stopped);
+        const ReportKind &kind = *reportKindOf(report);
+        addPeople(bench->schema, 2);
+        enableBothReports(bench->schema, "a@firma.sk");
+        FullGate gate;
+        const std::unique_ptr<QThread> thread(QThread::create([&] { tick(kind); }));
+        const auto ended = qScopeGuard([&thread] {
+            thread->requestInterruption();
+            thread->wait();
+        });
+        thread->start();
+        QTRY_COMPARE_WITH_TIMEOUT(bench->log.countContaining("doWork()"), 1, patienceMs);
+        QVERIFY(!thread->wait(300));
+        QCOMPARE(bench->mails(), 0);
+        // Another host may make the report meanwhile.
+        ReportLock lock(bench->database, kind.className);
+        QVERIFY(lock.acquire());
+        lock.release();
+
+        if (stopped)
+            thread->requestInterruption();
+        else
+            gate.open();
+        QVERIFY(thread->wait(stopped ? 2000 : patienceMs));
+        QCOMPARE(bench->mails(), stopped ? 0 : 1);
     }
 
 private:
@@ -127,31 +143,24 @@ private:
     int queuedOnOwnConnection(const ReportKind &kind, const QString &workbook, bool scheduled) const
     {
         int queued = 0;
-        {
-            QSqlDatabase db = TestServer::addConnection("run", bench->schema.name());
-            // On by default since MariaDB 11.6.
-            if (!db.open() || !db.exec("SET innodb_snapshot_isolation = ON").isActive())
-                qFatal("the bench cannot open its schema");
+        TestServer::onConnection(bench->schema.name(), [&](const QSqlDatabase &db) {
+            db.exec("SET innodb_snapshot_isolation = ON"); // by default since MariaDB 11.6
             const std::unique_ptr<AttenReport> report(kind.create(db, nullptr));
             ReportRun run =
                 runFor(recipientList.split(','), QDateTime::currentDateTime(), kind.countsWhen, db);
             run.settings.enabled = true;
             run.isScheduled = scheduled;
             queued = report->queueMails(workbook, run);
-        }
-        QSqlDatabase::removeDatabase("run");
+        });
         return queued;
     }
 
-    /// One tick on a connection of its own, which the calling thread may use.
-    static void work(const QString &connection, const TestDatabase &schema)
+    void tick(const ReportKind &kind) const
     {
-        {
-            QSqlDatabase db = TestServer::addConnection(connection, schema.name());
-            if (db.open())
-                DailyAttenReport(db, nullptr).doWork();
-        }
-        QSqlDatabase::removeDatabase(connection);
+        TestServer::onConnection(bench->schema.name(), [&kind](const QSqlDatabase &db) {
+            const std::unique_ptr<AttenReport> report(kind.create(db, nullptr));
+            report->doWork();
+        });
     }
 };
 

@@ -7,6 +7,7 @@
 #include <QRegularExpression>
 #include <QSqlError>
 #include <QSqlRecord>
+#include <QUuid>
 
 #include <atomic>
 
@@ -28,6 +29,19 @@ QSqlDatabase TestServer::addConnection(const QString &connectionName, const QStr
     database.setDatabaseName(databaseName);
     database.setConnectOptions("MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1");
     return database;
+}
+
+void TestServer::onConnection(const QString &databaseName,
+                              const std::function<void(const QSqlDatabase &)> &work)
+{
+    const QString name = QUuid::createUuid().toString();
+    {
+        QSqlDatabase database = addConnection(name, databaseName);
+        if (!database.open())
+            qFatal("test bench: cannot open '%s'", qPrintable(databaseName));
+        work(database);
+    }
+    QSqlDatabase::removeDatabase(name);
 }
 
 QStringList TestServer::options(const QString &databaseName)

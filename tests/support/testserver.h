@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <QVariant>
 
+#include <functional>
+
 /**
  * The private database server that the tests of one run share.
  *
@@ -25,6 +27,10 @@ int port();
 
 /// Registers a connection to `databaseName` and does not open it. The caller removes it.
 QSqlDatabase addConnection(const QString &connectionName, const QString &databaseName);
+
+/// Calls `work` with an open connection of its own, which the calling thread may use.
+void onConnection(const QString &databaseName,
+                  const std::function<void(const QSqlDatabase &)> &work);
 
 /// The options of the program that lead to that database, and its environment with the password;
 /// the clock is set to `moment` unless it is empty.
