@@ -101,30 +101,6 @@ private Q_SLOTS:
         QCOMPARE(bench->log.texts(QtWarningMsg).filter(warning).size(), 1);
     }
 
-    /// The values of the formulas, as stored in the file and as programs show them.
-    void formulas()
-    {
-        const QJsonObject cells = sheetOf(october).value("cells").toObject();
-        const QByteArrayList gnumeric = linesBy(Program::Gnumeric, file(october));
-        const QByteArrayList office = linesBy(Program::LibreOffice, file(october));
-        QCOMPARE(qMakePair(gnumeric.size(), office.size()), qMakePair(63, 63));
-        const QStringList expected[] = {
-            {"5.00", "103.13", "0.00"}, {"0.00", "", ""}, {"-10.00", "0.00", "0.00"}};
-        const auto rounded = [](const QString &number) {
-            return number.isEmpty() ? number : QString::number(number.toDouble(), 'f', 2);
-        };
-        for (int row = 1; row <= 61; ++row) {
-            for (const int i : {0, 1, 2}) {
-                const QString value = expected[row > 3 ? 1 : row - 1][i];
-                const int column = QVector<int>{11, 12, 14}[i];
-                const QJsonValue cached = cells[cellName(row, column)].toObject()["cached"];
-                QCOMPARE(rounded(cached.toVariant().toString()), value);
-                QCOMPARE(rounded(gnumeric.at(row).split(',').at(column)), value);
-                QCOMPARE(QString(office.at(row).split(',').at(column)), value);
-            }
-        }
-    }
-
 private:
     inline static const QDate october{2024, 10, 1}; // has a day of 25 hours
 

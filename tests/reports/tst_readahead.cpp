@@ -20,14 +20,9 @@ public:
         options.decimalTime = one(2);
         options.advancedOvertime = one(2);
         options.interruptions = !one(4);
-        today = pick<QDate>({{2026, 3, 31},
-                             {2026, 3, 29},
-                             {2026, 10, 31},
-                             {2026, 10, 25},
-                             {2024, 2, 29},
-                             {2026, 1, 1},
-                             {2026, 7, 31},
-                             {2026, 11, 3}});
+        const QString day = pick({"2026-03-31", "2026-03-29", "2026-10-31", "2026-10-25",
+                                  "2024-02-29", "2026-01-01", "2026-07-31", "2026-11-03"});
+        today = QDate::fromString(day, Qt::ISODate);
         isLarge = one(20);
         const unsigned people = isLarge ? 700 : 1 + below(12);
         for (unsigned i = 0; i < people; ++i)
@@ -63,13 +58,9 @@ public:
 private:
     unsigned below(unsigned limit) { return unsigned(random()) % limit; }
     bool one(unsigned of) { return below(of) == 0; }
-    template <typename T>
-    T pick(const QVector<T> &from)
-    {
-        return from.at(int(below(unsigned(from.size()))));
-    }
+    QString pick(const QStringList &from) { return from.at(int(below(unsigned(from.size())))); }
     /// The first in most companies.
-    QString type(const QString &usual, const QVector<QString> &others)
+    QString type(const QString &usual, const QStringList &others)
     {
         return one(8) ? pick(others) : usual;
     }
@@ -85,8 +76,8 @@ private:
     }
     QStringList tables()
     {
-        const auto index = pick<QString>({"", ", KEY (uid)", ", KEY (date)", ", KEY (uid, date)"});
-        const QString end = index + ") ENGINE=" + pick<QString>({"InnoDB", "MyISAM", "Aria"});
+        const auto index = pick({"", ", KEY (uid)", ", KEY (date)", ", KEY (uid, date)"});
+        const QString end = index + ") ENGINE=" + pick({"InnoDB", "MyISAM", "Aria"});
         QString attenTable = "CREATE TABLE atten (uid %1, date %2, dom INT, shift INT, fond %3, "
                              "work %3, diff %3, expFund INT, saldo_p %3, ok %4";
         QString recordTable = "CREATE TABLE atten_data (uid %1, iid %2, `from` %3, duration %4, "
@@ -113,23 +104,15 @@ private:
     void addRows(const QString &uid, int day)
     {
         for (unsigned rows = one(6) ? below(3) : 1; rows > 0; --rows) {
-            const QString ok = one(9) ? pick<QString>({"0", "NULL", "-1", "'x'"}) : "1";
-            const QStringList values{stray(uid),
-                                     moment(day, 4),
-                                     QString::number(day),
-                                     "2",
-                                     seconds(),
-                                     seconds(),
-                                     seconds(),
-                                     "0",
-                                     seconds(),
-                                     ok};
-            attendance << '(' + values.join(", ") + ')';
+            const QString ok = one(9) ? pick({"0", "NULL", "-1", "'x'"}) : "1";
+            attendance << QString("(%1, %2, %3, 2, %4, %5, %6, 0, %7, %8)")
+                              .arg(stray(uid), moment(day, 4), QString::number(day))
+                              .arg(seconds(), seconds(), seconds(), seconds(), ok);
         }
         for (unsigned rows = below(5); rows > 0; --rows) {
-            const QStringList values{stray(uid), pick(kinds), moment(day, 2), seconds(),
-                                     one(9) ? pick<QString>({"1", "NULL", "'x'"}) : "0"};
-            records << '(' + values.join(", ") + ')';
+            const QString del = one(9) ? pick({"1", "NULL", "'x'"}) : "0";
+            records << QString("(%1, %2, %3, %4, %5)")
+                           .arg(stray(uid), pick(kinds), moment(day, 2), seconds(), del);
         }
     }
     QString stray(const QString &uid) { return one(60) ? pick(oddUids) : uid; }
@@ -142,32 +125,32 @@ private:
             return QString::number(start);
         const qint64 end = date.addDays(1).startOfDay().toSecsSinceEpoch();
         const QString inDay = QString::number(start + qint64(below(82800)));
-        return pick<QString>({inDay, inDay, inDay, QString::number(start - 1),
-                              QString::number(end - 1), QString::number(end),
-                              QString::number(start + 1), inDay + ".5", "NULL", "0", "-86400",
-                              "4294967295", "'" + inDay + "x'"});
+        return pick({inDay, inDay, inDay, QString::number(start - 1), QString::number(end - 1),
+                     QString::number(end), QString::number(start + 1), inDay + ".5", "NULL", "0",
+                     "-86400", "4294967295", "'" + inDay + "x'"});
     }
     QString seconds()
     {
         if (!one(5))
             return QString::number(below(40000));
-        return pick<QString>({"NULL", "-1", "59", "60", "0.1", "0.2", "0.7", "1e16", "1e300",
-                              "-1e300", "-9e18", "'sedem'", "' 7 '", "'12abc'", "''", "'nan'",
-                              "3600.25", "9007199254740993", "-3600"});
+        return pick({"NULL", "-1", "59", "60", "0.1", "0.2", "0.7", "1e16", "1e300", "-1e300",
+                     "-9e18", "'sedem'", "' 7 '", "'12abc'", "''", "'nan'", "3600.25",
+                     "9007199254740993", "-3600"});
     }
 
-    inline static const QVector<QString> oddUids{
-        "0", "1", "2", "5", "7", "26", "255", "2005", "2147483647", "2147483648", "4294967295"};
-    inline static const QVector<QString> kinds{
-        "2",    "3",    "3",    "4",    "5",    "6",  "7",      "1", "999",     "1000", "1001",
-        "1002", "1003", "1003", "1004", "NULL", "-3", "1000.5", "3", "'1001x'", "1000"};
-    inline static const QVector<QString> missing{"ALTER TABLE atten DROP ok",
-                                                 "ALTER TABLE atten DROP expFund",
-                                                 "ALTER TABLE inters DROP name",
-                                                 "ALTER TABLE atten_data DROP del",
-                                                 "ALTER TABLE inters ADD uid INT",
-                                                 "DROP TABLE inters",
-                                                 "DROP TABLE atten"};
+    const QStringList oddUids =
+        QString("0 1 2 5 7 26 255 2005 2147483647 2147483648 4294967295").split(' ');
+    const QStringList kinds =
+        QString("2 3 3 3 4 5 6 7 1 999 1000 1000 1001 1002 1003 1003 1004 NULL "
+                "-3 1000.5 '1001x'")
+            .split(' ');
+    const QStringList missing{"ALTER TABLE atten DROP ok",
+                              "ALTER TABLE atten DROP expFund",
+                              "ALTER TABLE inters DROP name",
+                              "ALTER TABLE atten_data DROP del",
+                              "ALTER TABLE inters ADD uid INT",
+                              "DROP TABLE inters",
+                              "DROP TABLE atten"};
 
     std::mt19937 random;
     QStringList uids;
