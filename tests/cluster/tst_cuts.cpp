@@ -17,19 +17,21 @@ class TestCuts : public ReportTest
 private Q_SLOTS:
     void connectionEnds_data()
     {
-        QTest::addColumn<Relay::Fault>("fault");
-        addRow("before the statement", Relay::Fault::Cut);
-        addRow("before its answer", Relay::Fault::CutAnswer);
+        addColumns<Relay::Fault, QString>("fault", "options");
+        addRow("before the statement", Relay::Fault::Cut, "");
+        addRow("before its answer, driver reconnects", Relay::Fault::CutAnswer,
+               "MYSQL_OPT_RECONNECT=1");
     }
 
     void connectionEnds()
     {
         QFETCH(Relay::Fault, fault);
+        QFETCH(QString, options);
         int point = 1;
         for (;; ++point) {
             begin();
             relay->failAt(bench->schema.name().toUtf8(), "", fault, point);
-            AutoReportWorker host(config(relay->port()), nullptr);
+            AutoReportWorker host(config(relay->port(), options), nullptr);
             const bool isUp = host.start();
             if (isUp)
                 host.activateReports();
@@ -103,12 +105,12 @@ private:
             folder.remove(file);
     }
 
-    static AutoReportDbConfig configFor(const QString &schema, int port)
+    AutoReportDbConfig config(int port, const QString &options = {}) const
     {
+        const QString schema = bench->schema.name();
         return {"QMYSQL", "host",           TestServer::host,     port,
-                schema,   TestServer::user, TestServer::password, ""};
+                schema,   TestServer::user, TestServer::password, options};
     }
-    AutoReportDbConfig config(int port) const { return configFor(bench->schema.name(), port); }
 
     /// By one statement, since a host may be writing.
     QString stored() const

@@ -1,10 +1,12 @@
+#include "db/serverlist.h"
+
 #include "support/foreignmanager.h"
 #include "support/testhost.h"
 
-#include <QSemaphore>
-
-#include <thread>
+#include <future>
 #include <type_traits>
+
+using namespace std::chrono_literals;
 
 static_assert(sizeof(foreign::Manager) == sizeof(DBManager));
 static_assert(alignof(foreign::Manager) == alignof(DBManager));
@@ -28,20 +30,9 @@ private Q_SLOTS:
         log.reset();
     }
 
-    void infoFlagFollowsTheAttemptsToOpen()
-    {
-        QSqlDatabase db = manager->getInfoDB();
-        QVERIFY(!manager->isInfoDB());
-        QVERIFY(manager->checkOpenDB(db) && manager->isInfoDB());
-
-        db.close();
-        db.setDatabaseName("nowhere");
-        QCOMPARE(manager->loadTokens(10, 0), QStringList());
-        QVERIFY(!manager->isInfoDB());
-    }
-
     void tokens()
     {
+        QVERIFY(!manager->isInfoDB());
         for (const char *token : {"c", "a", "%1", "b", "off"})
             info().addSchemas({token}, QString("db_") + token);
         info().exec("UPDATE `schemas` SET status = 0 WHERE token = 'off'");
@@ -50,6 +41,7 @@ private Q_SLOTS:
             info().exec("UPDATE `schemas` SET recalc = IF(token = 'b', NULL, sid * 10)");
 
             QCOMPARE(manager->tokensCount(true), 4U);
+            QVERIFY(manager->isInfoDB());
             QVERIFY(manager->getInfoDB().isOpen() != close);
             QCOMPARE(manager->tokensCount(false), 1U);
             QCOMPARE(manager->loadTokens(2, 1), QStringList({"a", "b"}));
@@ -95,6 +87,8 @@ private Q_SLOTS:
         db.close();
         db.setDatabaseName("nowhere");
         QCOMPARE(manager->loadScheme("one").name, QString());
+        QCOMPARE(manager->loadTokens(10, 0), QStringList());
+        QVERIFY(!manager->isInfoDB());
     }
 
     void errorsAreLoggedOnce()
@@ -139,8 +133,7 @@ private Q_SLOTS:
             removeUnused(name);
             return open && !manager->isConnection(token) ? name : QString();
         };
-        QString otherName;
-        std::thread([&] { otherName = use(); }).join();
+        const QString otherName = std::async(std::launch::async, use).get();
         const QString name = use();
         QVERIFY(name.startsWith("0x") && name.endsWith("_dbc_%2"));
         QVERIFY(otherName.endsWith("_dbc_%2") && name != otherName);
@@ -168,6 +161,25 @@ private Q_SLOTS:
         QVERIFY(!manager->isDatabase(token));
     }
 
+    void servers_data()
+    {
+        addColumns<QString, QString>("hostName", "servers");
+        addRow("one", "node1", "node1 3306");
+        addRow("none", "", " 3306");
+        addRow("several", "node1:1, node2,10.0.0.3:65535", "node1 1|node2 3306|10.0.0.3 65535");
+        addRow("IPv6", "::1,[::1],[fe80::2]:3307", "::1 3306|::1 3306|fe80::2 3307");
+        addRow("no number", "node1:,node2:x", "node1 0|node2 0");
+    }
+
+    void servers()
+    {
+        QFETCH(QString, hostName);
+        QStringList found;
+        for (const ServerAddress &server : serversOf(hostName, 3306))
+            found += QString("%1 %2").arg(server.host).arg(server.port);
+        QTEST(found.join('|'), "servers");
+    }
+
     /// What no scan of the plug-in touches on an object that a foreign host created.
     void objectOfAForeignHost()
     {
@@ -183,15 +195,10 @@ private Q_SLOTS:
         QVERIFY(image.product.isValid() && image.closeInfoAfterUse && !image.poolEnabled);
 
         // Both lock the same mutex.
-        QSemaphore done;
         image.mutex.lock();
-        std::thread other([&] {
-            shared->isInfoDB();
-            done.release();
-        });
-        const bool waited = !done.tryAcquire(1, 100);
+        const auto answer = std::async(std::launch::async, [&] { return shared->isInfoDB(); });
+        const bool waited = answer.wait_for(100ms) == std::future_status::timeout;
         image.mutex.unlock();
-        other.join();
         QVERIFY(waited);
     }
 

@@ -1,9 +1,14 @@
+#include "plugin/serverwatch.h"
 #include "worker/autoreportworker.h"
+#include "worker/connectionguard.h"
 
+#include "support/relay.h"
 #include "support/reportbench.h"
 #include "support/testhost.h"
 
-/// Workers whose server restarts or drops them; on a server of this test's own.
+#include <QElapsedTimer>
+
+/// Workers whose server restarts, drops them or falls silent; on a server of this test's own.
 class TestConnection : public ReportTest
 {
     Q_OBJECT
@@ -12,9 +17,7 @@ private Q_SLOTS:
     void lostBetweenTicks_data()
     {
         addColumns<bool, QString>("restart", "options");
-        addRow("server restarted, driver reconnects", true, reconnects);
-        addRow("server restarted, driver does not", true, "");
-        addRow("connection killed, driver reconnects", false, reconnects);
+        addRow("server restarted, driver reconnects", true, "MYSQL_OPT_RECONNECT=1");
         addRow("connection killed, driver does not", false, "");
     }
 
@@ -25,9 +28,13 @@ private Q_SLOTS:
         AutoReportWorker worker(config(options), nullptr);
         QVERIFY(worker.start());
         worker.activateReports();
-        QCOMPARE(logged("no people!"), 1);
-        restart ? server.restart() : killConnection();
-        bench->schema.database().close();
+        QCOMPARE(logged("no people!"), 2);
+        if (restart)
+            server.restart();
+        else
+            bench->schema.exec("KILL " + QString::number(connection()));
+        bench->schema.database().close(); // the next statement opens it again
+        waitUntilGone();
 
         addPeople(bench->schema, 2);
         for (int tick = 0; tick < 2; ++tick) {
@@ -38,54 +45,80 @@ private Q_SLOTS:
         worker.stop();
     }
 
-    void lostDuringRun_data()
+    void silentServer_data()
     {
-        addColumns<QString, bool, QString>("statements", "byRow", "options");
-        const QString reads = R"(
-            ALTER TABLE atten_data RENAME records;
-            CREATE VIEW atten_data AS SELECT uid, iid, `from`, duration, lose() del FROM records;
-            INSERT INTO records (uid, iid, `from`) VALUES (1, 3, UNIX_TIMESTAMP()))";
-        const QString queues = "CREATE TRIGGER lost AFTER INSERT ON emails FOR EACH ROW DO lose()";
-        addRow("while it reads ahead, driver reconnects", reads, false, reconnects);
-        addRow("while it reads row by row, driver reconnects", reads, true, reconnects);
-        addRow("while it reads row by row, driver does not", reads, true, "");
-        addRow("while it queues, driver reconnects", queues, false, reconnects);
-        addRow("while it queues, driver does not", queues, false, "");
+        addColumns<QByteArray, bool>("statement", "brief");
+        addRow("daily", QByteArray("g.name grp"), true);
+        addRow("monthly", QByteArray("pamId FROM people"), true);
+        addRow("with the limits that workers have", QByteArray("g.name grp"), false);
     }
 
-    /// A run is not left half done, and the next tick does it whole.
-    void lostDuringRun()
+    /// A run whose server falls silent ends by itself within a minute, and the next one makes both
+    /// reports. A long query on a server that still answers is not broken off.
+    void silentServer()
     {
-        QFETCH(QString, statements);
-        QFETCH(bool, byRow);
-        QFETCH(QString, options);
+        QFETCH(QByteArray, statement);
+        QFETCH(bool, brief);
+        constexpr ServerWatch::Limits seconds{std::chrono::seconds(1), std::chrono::seconds(1)};
         addPeople(bench->schema, 2);
-        bench->set("dattenInters", "1");
-        bench->schema.exec("CREATE FUNCTION lose() RETURNS INT BEGIN KILL CONNECTION_ID(); "
-                           "RETURN 0; END");
-        if (byRow)
-            slowDown(bench->schema);
-        bench->schema.exec(statements);
-        AutoReportWorker worker(config(options), nullptr);
+        bench->schema.exec("CREATE TRIGGER slow AFTER INSERT ON emails FOR EACH ROW DO SLEEP(4)");
+        Relay relay(TestServer::port());
+        relay.failAt({}, statement, Relay::Fault::Freeze);
+        AutoReportDbConfig frozen = config("");
+        frozen.port = relay.port();
+        AutoReportWorker worker(frozen, nullptr);
+        ServerWatch watch;
+        watch.add(frozen, worker.connectionGuard(), brief ? seconds : ServerWatch::limitsOfWorkers);
         QVERIFY(worker.start());
+        QElapsedTimer clock;
+        clock.start();
         worker.activateReports();
-        QCOMPARE(logged("database connection lost, no mail queued!"), 1);
-        QCOMPARE(bench->mails(), 0);
-        QVERIFY(!bench->lastGenerated("DailyAtten").isValid());
-
-        bench->schema.exec("CREATE OR REPLACE FUNCTION lose() RETURNS INT RETURN 0");
-        waitUntilGone("TRUE");
+        QVERIFY2(clock.elapsed() < 60000, qPrintable(QString::number(clock.elapsed())));
+        QCOMPARE(relay.failures(), 1);
+        relay.thaw();
+        waitUntilGone(); // the connection that was broken off, with the run's lock
         worker.activateReports();
         QCOMPARE(bench->mails(), 2);
         QCOMPARE(logged("was lost and made again"), 1);
+        const QString line("the server 127.0.0.1:%1 does not answer, connections broken off: 1");
+        QCOMPARE(logged(line.arg(relay.port())), 1);
         worker.stop();
+    }
+
+    /// At the next one of several servers, where the worker stays.
+    void lostServer()
+    {
+        auto first = std::make_unique<Relay>(TestServer::port());
+        auto second = std::make_unique<Relay>(TestServer::port());
+        AutoReportDbConfig several = config("");
+        several.hostName =
+            QString("127.0.0.1:%1,127.0.0.1:%2").arg(first->port()).arg(second->port());
+        AutoReportWorker worker(several, nullptr);
+        QVERIFY(worker.start());
+        const auto tick = [&] {
+            worker.activateReports();
+            return logged("DailyAttenReport::doWork()");
+        };
+        QCOMPARE(tick(), 1);
+        first.reset();
+        QCOMPARE(tick(), 2);
+        first = std::make_unique<Relay>(TestServer::port());
+        QCOMPARE(tick(), 3);
+        QCOMPARE(logged("was lost and made again"), 1);
+        second.reset();
+        QCOMPARE(tick(), 3); // no server is left
+        const QString line = bench->log.texts(QtWarningMsg).filter("no connection").join("");
+        for (const QString &server : several.hostName.split(','))
+            QVERIFY2(line.contains(server + ": "), qPrintable(line));
+        worker.stop();
+        QCOMPARE(logged("host='127.0.0.1:"), 1);
     }
 
 private:
     void prepare() override
     {
         bench->database.close(); // the worker's connection is the only one besides the schema's own
-        enableDailyReport(bench->schema, "a@firma.sk,b@firma.sk");
+        enableBothReports(bench->schema, "a@firma.sk");
     }
 
     AutoReportDbConfig config(const QString &options) const
@@ -94,29 +127,23 @@ private:
         return {"QMYSQL", "worker",         TestServer::host,     TestServer::port(),
                 schema,   TestServer::user, TestServer::password, options};
     }
-    int logged(const char *part) const { return bench->log.countContaining(part); }
-    /// Returns the id of the worker's connection if it is in that state, else 0.
-    int connection(const QString &condition) const
+    int logged(const QString &part) const { return bench->log.countContaining(part); }
+    /// Returns the id of the worker's connection, 0 without one.
+    int connection() const
     {
-        const QString sql = "SELECT id FROM information_schema.processlist WHERE db = DATABASE() "
-                            "AND id <> CONNECTION_ID() AND ";
-        return bench->schema.value(sql + condition).toInt();
+        return bench->schema
+            .value("SELECT id FROM information_schema.processlist WHERE db = DATABASE() AND "
+                   "id <> CONNECTION_ID()")
+            .toInt();
     }
-    void killConnection() const
-    {
-        const QString number = QString::number(connection("TRUE"));
-        bench->schema.exec("KILL " + number);
-        waitUntilGone("id = " + number);
-    }
-    /// The client notices at once; the report's lock stays until the server has cleaned up. Without
+    /// Waits until the server has cleaned up, which is later than the client notices. Without
     /// events, which could bring the worker's next tick.
-    void waitUntilGone(const QString &condition) const
+    void waitUntilGone() const
     {
-        while (connection(condition) != 0)
+        while (connection() != 0)
             QTest::qSleep(10);
     }
 
-    const QString reconnects = "MYSQL_OPT_RECONNECT=1;CLIENT_IGNORE_SPACE=1";
     const OwnServer server;
 };
 
