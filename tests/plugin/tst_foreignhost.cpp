@@ -1,12 +1,9 @@
 #include "support/foreignmanager.h"
-#include "support/logcapture.h"
-#include "support/testdata.h"
-#include "support/testserver.h"
+#include "support/reportbench.h"
 
 #include <QPluginLoader>
 
 #include <array>
-#include <memory>
 
 namespace foreign
 {
@@ -47,31 +44,11 @@ Q_DECLARE_INTERFACE(foreign::TakesManager, "com.velmora.kvh.DatabaseManagerInter
 Q_DECLARE_INTERFACE(foreign::Version, "com.velmora.VerInfoInterface")
 
 /// The built module in a host that shares no line of code with it.
-class TestForeignHost : public QObject
+class TestForeignHost : public ReportTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        qputenv("TMPDIR", temporary.path().toLocal8Bit());
-        log = std::make_unique<LogCapture>();
-        info = std::make_unique<TestDatabase>(TestDatabase::Tables::Info);
-        schema = std::make_unique<TestDatabase>(TestDatabase::Tables::Schema);
-        info->addSchemas({"firma"}, schema->name());
-        info->addSchemas({"missing"}, "no_such_database");
-        schema->exec("INSERT INTO people (uid, pid, name, surname) VALUES (1, 1, 'Ján', 'Malý');\n"
-                     "INSERT INTO vars VALUES ('autoReport.DailyAtten.enabled', '1'), "
-                     "('autoReport.DailyAtten.emails', 'a@firma.sk')");
-    }
-
-    void cleanup()
-    {
-        schema.reset();
-        info.reset();
-        log.reset();
-    }
-
     /// Loads, scans, stops and unloads, each time on the same manager.
     void loadsAgain()
     {
@@ -89,13 +66,13 @@ private Q_SLOTS:
             serve(manager, round);
             if (QTest::currentTestFailed())
                 break;
-            QCOMPARE(schema->mails(), round);
+            QCOMPARE(bench->mails(), round);
             // What the plug-in left in the manager is the host's to read, and without the module.
             QCOMPARE(manager.schemes.size(), 2);
             const foreign::Scheme scheme = manager.schemes.value("firma");
-            QCOMPARE(
-                QStringList({scheme.name, scheme.user, scheme.pass, scheme.token}),
-                QStringList({schema->name(), TestServer::user, TestServer::password, "firma"}));
+            QCOMPARE(QStringList({scheme.name, scheme.user, scheme.pass, scheme.token}),
+                     QStringList(
+                         {bench->schema.name(), TestServer::user, TestServer::password, "firma"}));
             QCOMPARE(manager.connections.size(), 2);
             for (const QString &connection : qAsConst(manager.connections))
                 QVERIFY(QSqlDatabase::contains(connection));
@@ -112,40 +89,55 @@ private Q_SLOTS:
     }
 
 private:
+    void prepare() override
+    {
+        info = std::make_unique<TestDatabase>(TestDatabase::Tables::Info);
+        info->addSchemas({"firma"}, bench->schema.name());
+        info->addSchemas({"missing"}, "no_such_database");
+        bench->schema.exec("INSERT INTO people (uid, pid, name, surname) VALUES (1, 1, 'J', 'M')");
+        bench->set("autoReport.DailyAtten.enabled", "1");
+        bench->set("autoReport.DailyAtten.emails", "a@firma.sk");
+    }
+
     void serve(foreign::Manager &manager, int round)
     {
-        schema->exec("DELETE FROM vars WHERE name LIKE '%lastGenerated'");
+        bench->schema.exec("DELETE FROM vars WHERE name LIKE '%lastGenerated'");
         QPluginLoader loader(AUTOREPORT_MODULE);
         QVERIFY(!loader.isLoaded());
+        QCOMPARE(loader.metaData()["IID"].toString(), QString("com.velmora.kvh.ServerInterface"));
+        QCOMPARE(loader.metaData()["MetaData"].toObject(), QJsonObject());
         QObject *plugin = loader.instance();
         QVERIFY2(plugin, qPrintable(loader.errorString()));
-        QCOMPARE(qobject_cast<foreign::Version *>(plugin)->getVerInfo().value("VER"),
-                 QString("1.2.3"));
-        qobject_cast<foreign::TakesManager *>(plugin)->setDBManager(&manager);
+        auto information = qobject_cast<foreign::Version *>(plugin)->getVerInfo();
+        QCOMPARE(information.take("BUILD").size(), 10);
+        QCOMPARE(information,
+                 (QMap<QString, QString>{
+                     {"VER", "1.2.3"}, {"orvixType", "PLG.AR"}, {"ZASDB", "20.03.17"}}));
         auto *server = qobject_cast<foreign::Server *>(plugin);
         QCOMPARE(server->getVersion(), QString("1.2.3"));
+        QVERIFY(!server->start());
+        QVERIFY(logs("!!! AutoReport: Database manager not initialized !!!", round));
+        qobject_cast<foreign::TakesManager *>(plugin)->setDBManager(&manager);
         server->setDebugLevel(1);
         QVERIFY(server->start()); // the scan comes a second later
         QVERIFY(logs("active workers: 1 / 2 schemas checked (total schemas: 2)", round));
-        QTRY_COMPARE_WITH_TIMEOUT(schema->mails(), round, patienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(bench->mails(), round, patienceMs);
         server->pause();
         QVERIFY(logs("AutoReportWorker - pause()", round));
         server->resume();
         QVERIFY(logs("AutoReportWorker - resume()", round));
         server->stop();
-        QCOMPARE(log->countContaining("AutoReportWorker - stop()"), round);
+        QCOMPARE(bench->log.countContaining("AutoReportWorker - stop()"), round);
         QVERIFY2(loader.unload(), qPrintable(loader.errorString())); // deletes the plug-in, too
     }
 
     bool logs(const QString &part, int times) const
     {
-        return QTest::qWaitFor([&] { return log->countContaining(part) == times; }, patienceMs);
+        return QTest::qWaitFor([&] { return bench->log.countContaining(part) == times; },
+                               patienceMs);
     }
 
-    const QTemporaryDir temporary;
-    std::unique_ptr<LogCapture> log;
     std::unique_ptr<TestDatabase> info;
-    std::unique_ptr<TestDatabase> schema;
 };
 
 QTEST_GUILESS_MAIN(TestForeignHost)
