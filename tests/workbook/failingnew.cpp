@@ -6,24 +6,19 @@
 namespace
 {
 
-constexpr int off = -1;
+constexpr int off = -1; // what counting down to a failure ends at
 
 thread_local int left = off;
 thread_local bool failed = false;
 thread_local int live = 0;
 
-bool mayAllocate()
-{
-    if (left == off)
-        return true;
-    failed = left == 0;
-    --left;
-    return !failed;
-}
-
 void *allocate(std::size_t bytes)
 {
-    void *const block = mayAllocate() ? std::malloc(bytes) : nullptr;
+    if (left != off && left-- == 0) {
+        failed = true;
+        return nullptr;
+    }
+    void *const block = std::malloc(bytes);
     live += block != nullptr ? 1 : 0;
     return block;
 }

@@ -1,6 +1,5 @@
 #include "testbook.h"
 
-#include <cfloat>
 #include <cmath>
 
 /** The content, look and value of cells, and what is refused. */
@@ -29,7 +28,6 @@ private Q_SLOTS:
                 wide += static_cast<wchar_t>(unit.unicode());
             QVERIFY(sheet->writeStr(row, 0, wide.c_str()));
         }
-        QVERIFY(sheet->writeStr(0, 1, L""));
         texts[1] = "ab"_q; // what XML cannot hold goes, the rest stays
         texts[2] = "xy"_q;
         if (!isXls)
@@ -40,40 +38,6 @@ private Q_SLOTS:
             QCOMPARE(cell["type"_q].toString(), "text"_q);
             QCOMPARE(cell["value"_q].toString(), texts.at(row));
         }
-        const QJsonObject empty = cellOf(read, "B1"_q);
-        QCOMPARE(empty["type"_q].toString(), isXls ? "blank"_q : "text"_q);
-        QCOMPARE(empty["value"_q].toString(), QString());
-    }
-
-    void numbers()
-    {
-        // Around the limits of the short form that an .xls has for some numbers, too.
-        const double numbers[] = {
-            0,          -0.0,      1,          -1,          0.1,
-            1.0 / 3,    1e15,      1e21,       DBL_MAX,     DBL_MIN,
-            4.9e-324,   -12.34,    7.5,        100000,      123456789012345678.0,
-            536870911,  536870912, -536870912, -536870913,  5368709.11,
-            5368709.12, -0.01,     0.005,      1.0 / 16384, 1e300 / 3};
-        const TestBook book(isXls);
-        Sheet *sheet = book->addSheet(L"S");
-        int row = 0;
-        for (const double number : numbers)
-            QVERIFY(sheet->writeNum(row++, 0, number));
-        for (int column = 255; column > 0; --column) // the order of the calls does not matter
-            QVERIFY(sheet->writeNum(0, column, column));
-        QVERIFY(sheet->writeFormula(rows - 1, columns - 1, L"=A12*2"));
-        const QJsonObject read = saved(book);
-        row = 0;
-        for (const double number : numbers) {
-            const QJsonObject cell = cellOf(read, cellName(row++, 0));
-            QCOMPARE(cell["type"_q].toString(), "number"_q);
-            QVERIFY2(cell["value"_q].toDouble() == number, qPrintable(QString::number(number)));
-        }
-        for (int column = 1; column < 256; ++column)
-            QCOMPARE(cellOf(read, cellName(0, column))["value"_q].toInt(), column);
-        const QString last = cellName(rows - 1, columns - 1);
-        QCOMPARE(cellOf(read, last)["cached"_q].toDouble(), -24.68);
-        QCOMPARE(read["dimensions"_q].toString(), "A1:"_q + last);
     }
 
     void refused()
@@ -101,6 +65,7 @@ private Q_SLOTS:
         QCOMPARE(read["cells"_q].toObject().size(), 0);
     }
 
+    /** A copy differs in everything, which its source must not notice. */
     void looks()
     {
         const TestBook book(isXls);
@@ -108,11 +73,6 @@ private Q_SLOTS:
         book->setRgbMode(true);
         auto *bold = book->addFont();
         bold->setBold(true);
-
-        Format *heading = book->addFormat();
-        heading->setAlignH(libxl::AlignH::Centre);
-        heading->setBorder(libxl::BorderStyle::Medium);
-        QVERIFY(heading->setFont(bold));
         Format *value = book->addFormat();
         value->setBorderColor(libxl::Color::Black);
         value->setBorderTop(libxl::BorderStyle::Thin);
@@ -120,7 +80,6 @@ private Q_SLOTS:
         value->setAlignV(libxl::AlignV::Top);
         value->setNumFormat(book->addCustomNumFormat(L"#0.00"));
         value->setWrap(true);
-        // A copy differs in everything, which the source must not notice.
         Format *copy = book->addFormat(value);
         copy->setAlignH(libxl::AlignH::Left);
         copy->setAlignV(libxl::AlignV::Centre);
@@ -128,29 +87,23 @@ private Q_SLOTS:
         copy->setNumFormat(0);
         copy->setBorderRight(libxl::BorderStyle::Double);
         copy->setBorderColor(libxl::Color::Red);
-        copy->setFont(bold);
-
-        const QString font = "MS Shell Dlg 2 10"_q;
-        const std::pair<Format *, QString> cases[] = {
-            {nullptr, font + ", general bottom, General"_q},
-            {heading, font + " bold, center bottom, General, medium auto"_q},
-            {value, font + ", general top wrap, #0.00, left thin FF000000, top thin FF000000"_q},
-            {copy, font + " bold, left center, General, left thin FFFF0000, right double FFFF0000, "
-                          "top thin FFFF0000"_q}};
+        QVERIFY(copy->setFont(bold));
         Sheet *sheet = book->addSheet(L"S");
-        int row = 0;
-        for (const auto &[format, look] : cases)
-            QVERIFY(sheet->writeNum(row++, 1, 1, format));
+        sheet->writeNum(0, 0, 1, value);
+        sheet->writeNum(0, 1, 1, copy);
         QJsonObject read = saved(book);
-        row = 0;
-        for (const auto &[format, look] : cases)
-            QCOMPARE(cellOf(read, cellName(row++, 1))["look"_q].toString(), look);
+        QCOMPARE(cellOf(read, "A1"_q)["look"_q].toString(),
+                 "MS Shell Dlg 2 10, general top wrap, #0.00, left thin FF000000, "
+                 "top thin FF000000"_q);
+        QCOMPARE(cellOf(read, "B1"_q)["look"_q].toString(),
+                 "MS Shell Dlg 2 10 bold, left center, General, left thin FFFF0000, "
+                 "right double FFFF0000, top thin FFFF0000"_q);
 
         // An .xls names colours by their place in the palette in either mode.
         book->setRgbMode(false);
         read = saved(book);
         const QString side = isXls ? "top thin FF000000"_q : "top thin index 8"_q;
-        QVERIFY(cellOf(read, "B3"_q)["look"_q].toString().endsWith(side));
+        QVERIFY(cellOf(read, "A1"_q)["look"_q].toString().endsWith(side));
     }
 
     void widths()

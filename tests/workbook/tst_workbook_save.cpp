@@ -1,11 +1,9 @@
 #include "testbook.h"
 
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
 
-#include <atomic>
 #include <clocale>
 #include <csignal>
 #include <thread>
@@ -97,27 +95,6 @@ private Q_SLOTS:
             QVERIFY2(!book.save(dir.filePath(target)), qPrintable(target));
         QCOMPARE(listing(), before);
         QVERIFY(book.save(dir.filePath(QString(255, QLatin1Char('x'))))); // none the worse
-    }
-
-    void folderGoes()
-    {
-        const TestBook book(isXls);
-        fill(book, 60000);
-        QDir folder(dir.filePath("folder"_q));
-        QVERIFY(folder.mkpath("."_q));
-        std::atomic<bool> looks{false};
-        std::thread remover([folder, &looks]() mutable {
-            const QDir::Filters all = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
-            const QDeadlineTimer patience(patienceMs);
-            while (folder.isEmpty(all) && !patience.hasExpired())
-                looks = true;
-            folder.removeRecursively();
-        });
-        while (!looks)
-            std::this_thread::yield();
-        const bool saved = book.save(folder.filePath("book"_q));
-        remover.join();
-        QVERIFY(!saved && listing().isEmpty());
     }
 
     void fullDisk()
