@@ -40,7 +40,12 @@ public:
             for (int day = 1; day <= today.day(); ++day)
                 addRows(uid, day);
         }
-        statements << tables() << catalogue();
+        statements << tables()
+                   << "ALTER TABLE inters DROP PRIMARY KEY, MODIFY shortcut VARCHAR(9) NULL"
+                   << "INSERT INTO inters VALUES (2, 'D', 'Dovolenka'), (3, 'L', 'Lekár'), "
+                      "(4, 'd', 'd'), (5, NULL, 'x'), (6, 'D', 'Ešte jedna')";
+        if (one(3))
+            statements << "INSERT INTO inters VALUES (3, 'LL', 'Lekár')";
         if (!attendance.isEmpty())
             statements << "INSERT IGNORE INTO atten VALUES " + attendance.join(", ");
         if (!records.isEmpty())
@@ -89,16 +94,6 @@ private:
                 recordTable.arg(keyType(), type("INT NULL", {"VARCHAR(9)", "DECIMAL(9,1)"}),
                                 keyType(), numberType(), type("TINYINT NULL", {"VARCHAR(9)"})) +
                     QString(end).replace("date", "`from`")};
-    }
-    QStringList catalogue()
-    {
-        QStringList statements{
-            "ALTER TABLE inters DROP PRIMARY KEY, MODIFY shortcut VARCHAR(9) NULL",
-            "INSERT INTO inters VALUES (2, 'D', 'Dovolenka'), (3, 'L', 'Lekár'), (4, 'd', 'd'), "
-            "(5, NULL, 'x'), (6, 'D', 'Ešte jedna')"};
-        if (one(3))
-            statements << "INSERT INTO inters VALUES (3, 'LL', 'Lekár')";
-        return statements;
     }
     /// What a person did on a day: mostly one row of attendance, and a few records.
     void addRows(const QString &uid, int day)
