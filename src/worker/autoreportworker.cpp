@@ -144,7 +144,8 @@ bool AutoReportWorker::keepDatabase()
         connectionId = current;
     if (connectionId == 0 && usable && serverAnswers(database)) // it has no such numbers
         return true;
-    if (current == 0 && openDatabase())
+    const bool openedAgain = current == 0 && openDatabase();
+    if (openedAgain)
         current = serverConnectionId(database);
     const bool wasLost = std::exchange(databaseLost, current == 0);
     if (databaseLost) {
@@ -154,7 +155,8 @@ bool AutoReportWorker::keepDatabase()
                      qUtf8Printable(database.lastError().text()));
         return false;
     }
-    if (current != connectionId) {
+    // Two servers may have the same number for theirs.
+    if (openedAgain || current != connectionId) {
         qWarning("AutoReportWorker::activateReports() - the connection to db='%s' was lost and "
                  "made again",
                  qUtf8Printable(config.databaseName));
