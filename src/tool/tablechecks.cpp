@@ -163,7 +163,8 @@ void checkRows(int rows, AttenReport &report, const ReportKind &kind, const QDat
                      QStringLiteral("see status, begin and end in the table people"));
     if (rows < xlsFormat.rows)
         return;
-    const BookFormat &format = bookFormatOf(report.fileName(now.date()));
+    const QString fileName = report.fileName(now.date());
+    const BookFormat &format = bookFormatOf(fileName);
     if (rows >= format.rows)
         findings.add(
             Gravity::Obstacle, "rows",
