@@ -86,7 +86,7 @@ private Q_SLOTS:
         MailRepository repository(nullptr);
         repository.setDB(bench->database);
         MailRecord mail = someMail();
-        mail.to.clear();
+        mail.to = "";
         QCOMPARE(repository.addMail(mail), 0U);
         QCOMPARE(bench->mails(), 0);
 

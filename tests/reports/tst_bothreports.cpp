@@ -68,12 +68,9 @@ private Q_SLOTS:
 
     void nobody()
     {
-        makeBoth({"  "});
         enableBothReports(bench->schema, "");
         DailyAttenReport(bench->database, nullptr).doWork();
         MonthlyAttenReport(bench->database, nullptr).doWork();
-        QCOMPARE(bench->mails(), 0);
-        QVERIFY(!bench->lastGenerated("DailyAtten").isValid());
         for (const QString report : {"DailyAttenReport", "MonthlyAttenReport"})
             QCOMPARE(bench->log.count(QtWarningMsg, report + " - no e-mail addresses!"), 1);
     }

@@ -74,7 +74,8 @@ public:
     {
         std::vector<QJsonObject> found = cellsOf(read);
         std::vector<QJsonObject> expected = cells;
-        found.resize(std::max(found.size(), expected.size()));
+        if (found.size() != expected.size())
+            return false;
         for (std::size_t number = 0; number < expected.size(); ++number) {
             for (const QString &name : cells[number].keys()) {
                 const QJsonValue type = cells[number][name].toArray()[0];
