@@ -18,8 +18,8 @@ namespace
 // A result then has some thousand rows and takes about a megabyte.
 constexpr int peoplePerStatement = 500; ///< MariaDB turns lists of 1,000 and more into subqueries
 constexpr int cellsAhead = 8000;
-constexpr int daysAhead =
-    8; ///< at least: looking a person up costs the server as much as reading some days
+/// At least, if the month has as many: looking a person up costs the server as much as some days.
+constexpr int daysAhead = 16;
 
 // The columns of every statement: who, when, then the values.
 enum Column { Uid, Moment, FirstValue };
@@ -155,14 +155,14 @@ DailyAttenAhead::~DailyAttenAhead() = default;
 
 void DailyAttenAhead::setPeople(const QVector<unsigned int> &uids)
 {
-    people.clear();
+    // Neighbours in a statement are neighbours in the server's index.
+    people = uids;
+    std::sort(people.begin(), people.end());
+    people.erase(std::unique(people.begin(), people.end()), people.end());
     places.clear();
-    for (const unsigned int uid : uids) {
-        if (places.contains(uid))
-            continue;
-        places.insert(uid, people.size());
-        people.append(uid);
-    }
+    places.reserve(people.size());
+    for (int place = 0; place < people.size(); ++place)
+        places.insert(people.at(place), place);
     const int count = std::max(1, people.size());
     const int days = starts.size() - 1;
     // Blocks of about the same size.

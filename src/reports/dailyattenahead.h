@@ -24,7 +24,7 @@ class QSqlQuery;
  * if the columns that identify people and days are not integers. It logs nothing.
  *
  * Call row() in the order of the sheet, day by day. A block of people and days is read with its
- * first row and kept until the next days of the same people are read. At most eight days of all
+ * first row and kept until the next days of the same people are read. At most sixteen days of all
  * people are in memory, or 8,000 rows if that is more.
  */
 class DailyAttenAhead

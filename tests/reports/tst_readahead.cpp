@@ -222,7 +222,7 @@ private Q_SLOTS:
     void statements_data()
     {
         addColumns<QString, int>("statement", "expected");
-        constexpr int ahead = 2 * 3 * 4; // batches of people, spans of days, values
+        constexpr int ahead = 2 * 2 * 4; // batches of people, spans of days, values
         addRow("ordinary days", "DO 0", ahead);
         addRow("a second row of attendance",
                "INSERT INTO atten (uid, date, dom, diff) "
