@@ -17,6 +17,11 @@ public:
     {
     }
 
+    /// The report lives as long as its worker, of which there are hundreds: it keeps no table from
+    /// one run to the next.
+    ~Content() override { report.shifts = ShiftTable(); }
+    Q_DISABLE_COPY_MOVE(Content)
+
     bool loadPeople() override { return data.loadPeople(); }
 
     int rowCount() const override { return today.day() * data.people().size(); }
