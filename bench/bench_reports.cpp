@@ -173,7 +173,7 @@ void compareDaily(const Bench::Plan &plan)
     compareWithPeer(plan, size, schema);
     countStatements(size, schema);
     schema.tables().exec(QStringLiteral("TRUNCATE emails"));
-    const auto runs = compare(plan, daily, size, schema, 1.10);
+    const auto runs = compare(plan, daily, size, schema, 1.50);
     const double fileMib = double(QFileInfo(fileOf(daily, schema)).size()) / (1024 * 1024);
     printRow(QStringLiteral("daily report: peak memory above idle"),
              Bench::median(runs, Bench::peakFigure), QStringLiteral("the saved file"), fileMib,
@@ -188,16 +188,21 @@ void compareMonthly(const Bench::Plan &plan)
 }
 
 /// Small reports are made several times over in one run, so that all runs are long enough.
+///
+/// The tables have a past, as every customer's have after a month. Without one, the server reads
+/// the tables of a few people whole, those of many by the index, and only the latter costs as much
+/// as it will later on.
 void growth(const Bench::Plan &plan)
 {
     constexpr int days = 10;
+    const auto past = plan.quick ? BenchSchema::Past::None : BenchSchema::Past::OneMonth;
     const QVector<int> sizes = plan.quick ? QVector<int>{5, 10} : QVector<int>{100, 1000, 10000};
     const int rounds = plan.quick ? 1 : 3;
     std::vector<std::unique_ptr<BenchSchema>> schemas;
     QVector<QStringList> sides;
     QVector<int> repeats;
     for (const int people : sizes) {
-        schemas.push_back(std::make_unique<BenchSchema>(people, days));
+        schemas.push_back(std::make_unique<BenchSchema>(people, days, past));
         repeats.append(plan.quick ? 1 : std::max(1, 1000 / people));
         sides.append({daily, schemas.back()->name(), QString::number(days),
                       QString::number(repeats.last())});

@@ -51,7 +51,7 @@ const QStringList dayStatements{
 
 } // namespace
 
-BenchSchema::BenchSchema(int peopleCount, int days)
+BenchSchema::BenchSchema(int peopleCount, int days, Past past)
     : database(TestDatabase::Tables::Schema)
     , people(peopleCount)
 {
@@ -59,8 +59,13 @@ BenchSchema::BenchSchema(int peopleCount, int days)
         database.exec(statement);
     for (const QString &statement : peopleStatements)
         database.exec(statement.arg(people));
-    for (int day = 1; day <= days; ++day)
-        addDay(QDate(reportYear, reportMonth, day));
+    const QDate first(reportYear, reportMonth, 1);
+    if (past == Past::OneMonth) {
+        for (QDate date = first.addMonths(-1); date < first; date = date.addDays(1))
+            addDay(date);
+    }
+    for (int day = 0; day < days; ++day)
+        addDay(first.addDays(day));
     database.exec(QStringLiteral("ANALYZE TABLE people, atten, atten_data, atten_month, brape"));
 }
 

@@ -12,7 +12,10 @@
 class BenchSchema
 {
 public:
-    BenchSchema(int people, int days);
+    /// What the months before the report's hold, which the reports do not ask for.
+    enum class Past { None, OneMonth };
+
+    BenchSchema(int people, int days, Past past = Past::None);
 
     QString name() const { return database.name(); }
     const TestDatabase &tables() const { return database; }
