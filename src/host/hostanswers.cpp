@@ -9,20 +9,16 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
-#include <QDir>
-#include <QFile>
 #include <QJsonDocument>
-#include <QTemporaryFile>
 #include <QTimeZone>
 
 #include <chrono>
-
-#include <sys/statvfs.h>
 
 namespace
 {
 
 constexpr auto listenInterval = std::chrono::seconds(5);
+constexpr auto temporaryPatience = std::chrono::milliseconds(500); // signals wait for it, too
 
 HostAnswer aboutProcess(const ConnectionOptions &connection)
 {
@@ -40,15 +36,14 @@ HostAnswer aboutProcess(const ConnectionOptions &connection)
 }
 
 /// Asked each time: the directory may have filled up.
-void addTemporaryDirectory(HostAnswer &answer)
+void addTemporaryDirectory(HostAnswer &answer, TemporaryDirectoryProbe &probe)
 {
-    answer.temporaryDirectory = QDir::tempPath();
-    // Permissions do not suffice: the file system may be read-only.
-    QTemporaryFile file(answer.temporaryDirectory + QStringLiteral("/autoreport-host-XXXXXX"));
-    answer.isTemporaryWritable = !answer.temporaryDirectory.isEmpty() && file.open();
-    struct statvfs room = {};
-    if (::statvfs(QFile::encodeName(answer.temporaryDirectory).constData(), &room) == 0)
-        answer.temporaryFreeBytes = qint64(room.f_bavail) * qint64(room.f_frsize);
+    using State = TemporaryDirectory::State;
+    const TemporaryDirectory directory = probe.look(temporaryPatience);
+    answer.temporaryDirectory = directory.state == State::Missing ? QString() : directory.path;
+    answer.isTemporaryAnswering = directory.state != State::Silent;
+    answer.isTemporaryWritable = directory.state == State::Usable;
+    answer.temporaryFreeBytes = directory.freeBytes;
 }
 
 void addState(HostAnswer &answer, const HostSnapshot &snapshot)
@@ -66,10 +61,11 @@ void addState(HostAnswer &answer, const HostSnapshot &snapshot)
 } // namespace
 
 HostAnswers::HostAnswers(const ServeOptions &options, const HostState &state)
-    : server([connection = options.connection, since = QDateTime::currentSecsSinceEpoch(), &state] {
+    : server([this, connection = options.connection, since = QDateTime::currentSecsSinceEpoch(),
+              &state] {
         HostAnswer answer = aboutProcess(connection);
         answer.since = since;
-        addTemporaryDirectory(answer);
+        addTemporaryDirectory(answer, temporary);
         addState(answer, state.snapshot());
         return QJsonDocument(answer.toJson()).toJson(QJsonDocument::Compact);
     })

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "inquiry/inquiryserver.h"
+#include "options/temporarydirectory.h"
 
 #include <QTimer>
 
@@ -21,6 +22,7 @@ public:
 private:
     void listen();
 
+    TemporaryDirectoryProbe temporary;
     InquiryServer server;
     QTimer timer;
     bool isWarned = false;

@@ -70,6 +70,7 @@ void visitHost(Visitor &visit, Host &host)
     visit("nextScan", host.nextScan);
     visit("scanProblem", host.scanProblem);
     visit("temporaryDirectory", host.temporaryDirectory);
+    visit("temporaryAnswers", host.isTemporaryAnswering);
     visit("temporaryWritable", host.isTemporaryWritable);
     visit("temporaryFreeBytes", host.temporaryFreeBytes);
 }

@@ -45,8 +45,9 @@ struct HostAnswer {
     bool isPaused = false;
     qint64 lastScan = 0;
     qint64 nextScan = 0;
-    QString scanProblem;        ///< why the last scan ended early; empty if it did not
-    QString temporaryDirectory; ///< empty if it does not exist
+    QString scanProblem;              ///< why the last scan ended early; empty if it did not
+    QString temporaryDirectory;       ///< empty if it does not exist
+    bool isTemporaryAnswering = true; ///< false if the disk of that directory is stalled
     bool isTemporaryWritable = false;
     qint64 temporaryFreeBytes = 0;
     QMap<QString, SchemaAnswer> schemas; ///< by token

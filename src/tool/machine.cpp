@@ -1,18 +1,16 @@
 #include "tool/machine.h"
-#include "db/serverlist.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryFile>
+#include "db/serverlist.h"
+#include "options/temporarydirectory.h"
 
 #include <algorithm>
-
-#include <sys/statvfs.h>
+#include <chrono>
 
 namespace
 {
 
 constexpr int inquiryMs = 2000;
+constexpr auto temporaryPatience = std::chrono::milliseconds(inquiryMs);
 constexpr qint64 bytesPerMiB = 1048576;
 constexpr qint64 spaceWantedMiB = 512;
 
@@ -35,14 +33,27 @@ QVector<HostAnswer> hostsOf(const ConnectionOptions &connection, const QVector<H
     return same.isEmpty() ? alike : same;
 }
 
+/// Takes what is the same for the directory of a host and of this process.
+void takeDirectory(Machine &machine, const QString &path, bool isAnswering, qint64 freeBytes)
+{
+    machine.temporaryDirectory = path;
+    machine.temporaryFreeBytes = freeBytes;
+    if (!isAnswering) {
+        machine.temporaryError =
+            QStringLiteral("the disk of the temporary directory '%1' does not answer").arg(path);
+        machine.temporaryRemedy =
+            QStringLiteral("mend the disk, or point TMPDIR of the host elsewhere");
+    }
+}
+
 void takeDirectoryOfHost(Machine &machine, const HostAnswer &host)
 {
-    machine.temporaryDirectory = host.temporaryDirectory;
-    machine.temporaryFreeBytes = host.temporaryFreeBytes;
+    takeDirectory(machine, host.temporaryDirectory, host.isTemporaryAnswering,
+                  host.temporaryFreeBytes);
     if (host.temporaryDirectory.isEmpty())
         machine.temporaryError =
             QStringLiteral("the temporary directory of the host does not exist");
-    else if (!host.isTemporaryWritable)
+    else if (host.isTemporaryAnswering && !host.isTemporaryWritable)
         machine.temporaryError =
             QStringLiteral("the host cannot write to its temporary directory '%1'")
                 .arg(host.temporaryDirectory);
@@ -50,26 +61,18 @@ void takeDirectoryOfHost(Machine &machine, const HostAnswer &host)
 
 void takeOwnDirectory(Machine &machine)
 {
-    machine.temporaryDirectory = QDir::tempPath();
-    if (machine.temporaryDirectory.isEmpty()) { // Qt's result if it does not exist
-        machine.temporaryError = QStringLiteral("the temporary directory '%1' does not exist")
-                                     .arg(qEnvironmentVariable("TMPDIR"));
-        return;
-    }
-    // Permissions do not suffice: the file system may be read-only.
-    QTemporaryFile file(machine.temporaryDirectory + QStringLiteral("/autoreport-check-XXXXXX"));
-    if (!file.open())
+    using State = TemporaryDirectory::State;
+    const TemporaryDirectory own = TemporaryDirectoryProbe().look(temporaryPatience);
+    takeDirectory(machine, own.path, own.state != State::Silent, own.freeBytes);
+    if (own.state == State::Missing)
+        machine.temporaryError =
+            QStringLiteral("the temporary directory '%1' does not exist").arg(own.path);
+    else if (own.state == State::NotWritable)
         machine.temporaryError = QStringLiteral("cannot write to the temporary directory '%1': %2")
-                                     .arg(machine.temporaryDirectory, file.errorString());
-    // Not by QStorageInfo, which needs the table of mounts: it may be missing in a container.
-    struct statvfs room = {};
-    if (::statvfs(QFile::encodeName(machine.temporaryDirectory).constData(), &room) == 0)
-        machine.temporaryFreeBytes = qint64(room.f_bavail) * qint64(room.f_frsize);
+                                     .arg(own.path, own.error);
 }
 
 } // namespace
-
-const char *const temporaryRemedy = "make it writable, or point TMPDIR of the host elsewhere";
 
 Machine Machine::ask(const ConnectionOptions &connection)
 {
@@ -98,8 +101,7 @@ QVector<Finding> Machine::findings() const
 {
     Findings findings(QStringLiteral("host"));
     if (!temporaryError.isEmpty())
-        findings.add(Gravity::Obstacle, "directory", temporaryError,
-                     QLatin1String(temporaryRemedy));
+        findings.add(Gravity::Obstacle, "directory", temporaryError, temporaryRemedy);
     else if (temporaryFreeBytes < spaceWantedMiB * bytesPerMiB)
         findings.add(
             Gravity::Harm, "directory",

@@ -12,9 +12,11 @@ struct Machine {
     /// Of the first host, which may have a directory of its own, or else of this process.
     QString temporaryDirectory;
     QString temporaryError; ///< why it cannot be used; empty if it can
+    QString temporaryRemedy =
+        QStringLiteral("make it writable, or point TMPDIR of the host elsewhere");
     qint64 temporaryFreeBytes = 0;
 
-    /// Takes two seconds at most. Creates a file in the temporary directory for a moment.
+    /// Takes four seconds at most. Creates a file in the temporary directory for a moment.
     static Machine ask(const ConnectionOptions &connection);
 
     /// Returns the host that has a worker for the schema, one that is not paused if there are
@@ -24,6 +26,3 @@ struct Machine {
     /// Returns what is wrong with the temporary directory.
     QVector<Finding> findings() const;
 };
-
-/// What to do about a temporary directory that cannot be used.
-extern const char *const temporaryRemedy;

@@ -178,7 +178,7 @@ void checkRoom(qint64 bytes, const Machine &machine, Findings &findings)
 {
     if (!machine.temporaryError.isEmpty())
         findings.add(Gravity::Obstacle, "directory", machine.temporaryError,
-                     QLatin1String(temporaryRemedy));
+                     machine.temporaryRemedy);
     else if (bytes > machine.temporaryFreeBytes)
         findings.add(Gravity::Obstacle, "directory",
                      QStringLiteral("the temporary directory '%1' has no room for %2 bytes")

@@ -1,0 +1,89 @@
+#include "options/temporarydirectory.h"
+
+#include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QSemaphore>
+
+#include <cerrno>
+#include <mutex>
+#include <system_error>
+#include <thread>
+
+#include <fcntl.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+namespace
+{
+
+/// Does not ask the disk.
+QString pathAsSet()
+{
+    const QString path = QFile::decodeName(qgetenv("TMPDIR"));
+    return path.isEmpty() ? QStringLiteral("/tmp") : path;
+}
+
+/// Returns the error; permissions do not suffice, as the file system may be read-only.
+QString writeError(const QByteArray &path)
+{
+    QByteArray file = path + "/autoreport-check-XXXXXX";
+    const int descriptor = ::mkostemp(file.data(), O_CLOEXEC);
+    if (descriptor == -1)
+        return qt_error_string(errno);
+    ::close(descriptor);
+    ::unlink(file.constData());
+    return QString();
+}
+
+TemporaryDirectory found()
+{
+    using State = TemporaryDirectory::State;
+    const QString path = QDir::tempPath(); // where the reports look
+    if (path.isEmpty())
+        return {pathAsSet(), State::Missing, {}, 0};
+    const QByteArray name = QFile::encodeName(path);
+    const QString error = writeError(name);
+    // Not by QStorageInfo, which needs the table of mounts: it may be missing in a container.
+    struct statvfs room = {};
+    const bool isKnown = ::statvfs(name.constData(), &room) == 0;
+    return {path, error.isEmpty() ? State::Usable : State::NotWritable, error,
+            isKnown ? qint64(room.f_bavail) * qint64(room.f_frsize) : 0};
+}
+
+} // namespace
+
+/// What a thread shares with the object that began it, whichever ends first.
+struct TemporaryDirectoryProbe::Look {
+    QSemaphore done; // the thread releases it last
+    std::mutex mutex;
+    TemporaryDirectory directory;
+};
+
+TemporaryDirectoryProbe::TemporaryDirectoryProbe() = default;
+
+TemporaryDirectoryProbe::~TemporaryDirectoryProbe() = default;
+
+TemporaryDirectory TemporaryDirectoryProbe::look(std::chrono::milliseconds patience)
+{
+    const TemporaryDirectory silent{pathAsSet(), TemporaryDirectory::State::Silent, {}, 0};
+    if (pending && pending->done.available() == 0)
+        return silent;
+    const auto look = std::make_shared<Look>(); // a late answer is out of date
+    try {
+        std::thread([look] {
+            TemporaryDirectory directory = found();
+            const std::lock_guard guard(look->mutex);
+            look->directory = std::move(directory);
+            look->done.release();
+        }).detach();
+    } catch (const std::system_error &) {
+        return silent;
+    }
+    pending = look;
+    if (!look->done.tryAcquire(1, int(patience.count())))
+        return silent;
+    pending.reset();
+    const std::lock_guard guard(look->mutex);
+    return look->directory;
+}
