@@ -1,5 +1,7 @@
 #include "host/logline.h"
 
+#include "common/printable.h"
+
 #include <QDateTime>
 
 #include <sys/stat.h>
@@ -32,11 +34,7 @@ Level levelOf(QtMsgType type)
 QByteArray harmless(QString text)
 {
     text.replace(QLatin1Char('\n'), QLatin1String(" | ")); // one message stays one line
-    for (QChar &c : text) {
-        if (c.unicode() < 0x20 || c.unicode() == 0x7F)
-            c = QChar::ReplacementCharacter; // a text from a database must not control a terminal
-    }
-    return text.toUtf8();
+    return withoutControls(text).toUtf8();
 }
 
 QByteArray now()

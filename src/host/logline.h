@@ -12,6 +12,6 @@ enum class LogStyle {
 /// Returns Journal if the service manager has connected `descriptor` to its journal.
 LogStyle logStyleOf(int descriptor);
 
-/// Returns the text as one line of UTF-8 with its line end. A line feed in it becomes " | ", any
-/// other control character U+FFFD.
+/// Returns the text as one line of UTF-8 with its line end. A line feed in it becomes " | ", what
+/// else could control a terminal U+FFFD.
 QByteArray logLine(LogStyle style, QtMsgType type, const QString &text);

@@ -1,5 +1,6 @@
 #include "tool/historypage.h"
 
+#include "common/printable.h"
 #include "tool/historytext.h"
 #include "tool/output.h"
 
@@ -42,12 +43,7 @@ const Shape &shapeOf(DayState state)
 /// Browsers refuse control characters, or hide what they do.
 QString escaped(const QString &text)
 {
-    QString safe = text;
-    for (QChar &c : safe) {
-        if (c.category() == QChar::Other_Control)
-            c = QChar(QChar::ReplacementCharacter);
-    }
-    return safe.toHtmlEscaped();
+    return withoutControls(text).toHtmlEscaped();
 }
 
 QString resource(const char *name)

@@ -1,5 +1,7 @@
 #include "tool/output.h"
 
+#include "common/printable.h"
+
 #include <QDateTime>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -35,7 +37,7 @@ QString harmless(const QString &text)
         if (areColoursUsed() && c >= QChar(colourMark) && c <= QChar(endMark))
             safe += QLatin1String(colourCodes[c.unicode() - colourMark]);
         else
-            safe += c.category() == QChar::Other_Control ? QChar(QChar::ReplacementCharacter) : c;
+            safe += isControl(c) ? QChar(QChar::ReplacementCharacter) : c;
     }
     return safe;
 }
@@ -72,7 +74,14 @@ void Output::print(const QStringList &lines)
 
 void Output::print(const QJsonObject &object)
 {
-    print(QString::fromUtf8(QJsonDocument(object).toJson()).trimmed().split(QLatin1Char('\n')));
+    QString text;
+    for (const QChar c : QString::fromUtf8(QJsonDocument(object).toJson()).trimmed()) {
+        const bool isEscaped =
+            isControl(c) && c != QLatin1Char('\n'); // those of the document itself
+        text += isEscaped ? QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'))
+                          : QString(c);
+    }
+    print(text.split(QLatin1Char('\n')));
 }
 
 bool Output::flush()

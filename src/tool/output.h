@@ -11,9 +11,10 @@ class QJsonObject;
  * The commands' output: UTF-8 in every locale, with colours only on a terminal.
  *
  * Names, settings and server messages come from databases that others write to. Control characters
- * in them, line feeds included, are printed as U+FFFD, so that they cannot forge a line or control
- * the terminal. flush() reports errors in writing to standard output, once; those of standard
- * error, which has no other place to go to, are ignored.
+ * in them, line feeds included, are printed as U+FFFD, so that they cannot forge a line, control
+ * the terminal or reorder a line. JSON has escapes for them instead. flush() reports errors in
+ * writing to standard output, once; those of standard error, which has no other place to go to, are
+ * ignored.
  */
 namespace Output
 {

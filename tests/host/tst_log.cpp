@@ -1,4 +1,5 @@
 #include "host/hosttest.h"
+#include "host/logline.h"
 #include "host/logrepeats.h"
 
 #include <QRegularExpression>
@@ -92,6 +93,13 @@ private Q_SLOTS:
                                          "queue %1 full (60 times in the last hour)",
                                          "queue %1 full (1 times in the last hour)"}));
         QVERIFY2(repeats.isShown("queue %1 full", 9 * hourMs), "back after silence");
+    }
+
+    void textControlsNothing()
+    {
+        const QByteArray line =
+            logLine(LogStyle::Journal, QtInfoMsg, "a\nb\x1b[2J\u009b\u202e\u2066č");
+        QCOMPARE(line, QByteArray("<6>a | b\ufffd[2J\ufffd\ufffd\ufffdč\n"));
     }
 
 private:

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+
+/// Returns whether a character could control a terminal, or change the order of those around it: a
+/// control character, or one that embeds, overrides or isolates a direction of writing.
+inline bool isControl(QChar c)
+{
+    const ushort code = c.unicode();
+    return c.category() == QChar::Other_Control || (code >= 0x202A && code <= 0x202E) ||
+           (code >= 0x2066 && code <= 0x2069);
+}
+
+/// Returns a text from a database so that it controls nothing where it is shown: each control
+/// character is U+FFFD.
+inline QString withoutControls(QString text)
+{
+    for (QChar &c : text) {
+        if (isControl(c))
+            c = QChar::ReplacementCharacter;
+    }
+    return text;
+}
