@@ -31,6 +31,7 @@ constexpr Cause causesByText[] = {
     {"rows are more than", "workbook"},
     {"XLS not saved!", "workbook"},
     {"for read!", "attachment"},
+    {"recipients are blank", "recipients"},
     {"mail not created!", "mail"},
     {"mails not committed", "commit"},
     {"begins no transaction,", "commit"},

@@ -254,7 +254,10 @@ AttenReport::End AttenReport::queueAll(const MailRecord &mail, const ReportRun &
 AttenReport::End AttenReport::queueForEach(MailRecord mail, const ReportRun &run,
                                            ReportTransaction &transaction, int &queued) const
 {
-    for (const QString &recipient : recipientsToMail(run.settings.recipients)) {
+    const QStringList recipients = recipientsToMail(run.settings.recipients);
+    if (recipients.isEmpty())
+        qWarning("%s - all recipients are blank, no mail queued!", kind.className);
+    for (const QString &recipient : recipients) {
         mail.to = recipient;
         // Thousands of mails outlast a stop. Without rollback, finish: the next run would mail some
         // recipients again.

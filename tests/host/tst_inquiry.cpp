@@ -65,6 +65,8 @@ private Q_SLOTS:
         addRow("directory", "DO 0", "/proc", "workbook", "XLS not saved!; '/proc/");
         addRow("nobody", "DELETE FROM people", "/tmp", "no_people", "no people!");
         addRow("people", "DROP TABLE people", "/tmp", "query", "people SQL ");
+        addRow("blank", "UPDATE vars SET value = ' , ' WHERE name LIKE '%.emails'", "/tmp",
+               "recipients", "all recipients are blank");
         addRow("queue", "DROP TABLE emails", "/tmp", "mail", "MailRepository::addMail() ");
     }
 
