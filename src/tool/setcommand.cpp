@@ -51,6 +51,39 @@ Result<VarsTable::Values> readBefore(const QSqlDatabase &database, const VarsTab
     return found;
 }
 
+QString nothingSet(const SchemaConnection &connection)
+{
+    return QStringLiteral("nothing was set in the database '%1': see autoreport check")
+        .arg(connection.databaseName);
+}
+
+/// Returns what the request has changed all the same: a table without transactions keeps a part.
+QStringList changed(const VarsTable::Values &before, const VarsTable::Values &now)
+{
+    QStringList texts;
+    for (auto entry = now.cbegin(); entry != now.cend(); ++entry) {
+        if (before.value(entry.key()) != entry.value())
+            texts.append(QStringLiteral("%1 = '%2'").arg(entry.key(), entry.value().toString()));
+    }
+    return texts;
+}
+
+/// Returns what became of a request that failed after `before` was read.
+QString leftText(const SchemaConnection &connection, const VarsTable::Values &before,
+                 const SetRequest &request)
+{
+    const auto now = VarsTable(connection.database()).values(request.values.keys());
+    if (!now.isOk())
+        return QStringLiteral("whether anything was set in the database '%1' is not known: see "
+                              "autoreport status")
+            .arg(connection.databaseName);
+    const QStringList texts = changed(before, now.value());
+    if (!texts.isEmpty())
+        return QStringLiteral("only a part was set in the database '%1': %2: see autoreport check")
+            .arg(connection.databaseName, texts.join(QStringLiteral(", ")));
+    return nothingSet(connection);
+}
+
 /// Carries out requests, one schema after another, and counts.
 class Setter
 {
@@ -83,9 +116,9 @@ public:
         for (const QString &error : qAsConst(errors))
             Output::error(named(target, error));
         if (!errors.isEmpty()) {
-            Output::error(
-                QStringLiteral("nothing was set in the database '%1': see autoreport check")
-                    .arg(connection.databaseName));
+            Output::error(named(target, before.isOk()
+                                            ? leftText(connection, before.value(), *target.request)
+                                            : nothingSet(connection)));
             return false;
         }
         show(target, before.value());

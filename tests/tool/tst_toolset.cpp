@@ -71,6 +71,30 @@ private Q_SLOTS:
         QCOMPARE(run("status").status, 0);
     }
 
+    void failsInPart_data()
+    {
+        addColumns<QString, QString>("engine", "left");
+        addRow("transactions", "InnoDB", "nothing was set in the database '%1'");
+        addRow("none", "MyISAM",
+               "only a part was set in the database '%1': autoReport.DailyAtten.emails = 'x@y.sk'");
+    }
+
+    void failsInPart()
+    {
+        QFETCH(QString, engine);
+        QFETCH(QString, left);
+        bench->schema.exec("ALTER TABLE vars ENGINE=" + engine);
+        bench->schema.exec("CREATE TRIGGER refuse BEFORE UPDATE ON vars FOR EACH ROW IF "
+                           "NEW.name LIKE '%time' THEN SIGNAL SQLSTATE '45000'; END IF");
+        const Outcome outcome = run("set firm daily --emails x@y.sk --time 08:00");
+        QVERIFY2(
+            outcome.errors.endsWith(left.arg(bench->schema.name()) + ": see autoreport check\n"),
+            qPrintable(outcome.errors));
+        QCOMPARE(outcome.status, 1);
+        QCOMPARE(bench->schema.value("SELECT COUNT(*) FROM vars WHERE value = 'x@y.sk'").toInt(),
+                 engine == "MyISAM" ? 1 : 0);
+    }
+
     void manySchemas()
     {
         const TestDatabase second(TestDatabase::Tables::Schema);
