@@ -11,6 +11,26 @@ namespace
 
 constexpr int leastMembers = 3; // of two nodes, a survivor has no majority
 
+/// What keeps a cluster from copying a table, or from noticing a conflict.
+struct TableFault {
+    const char *statement; ///< selects the names of the tables
+    const char *text;
+    const char *change; ///< of the table
+};
+
+constexpr TableFault tableFaults[] = {
+    {"SELECT table_name FROM information_schema.tables WHERE table_schema = DATABASE() AND "
+     "table_type = 'BASE TABLE' AND engine <> 'InnoDB' ORDER BY table_name",
+     "table %1 is not InnoDB: the cluster does not copy its rows to the other nodes",
+     "ENGINE=InnoDB"},
+    {"SELECT table_name FROM information_schema.tables AS t WHERE table_schema = DATABASE() AND "
+     "table_type = 'BASE TABLE' AND NOT EXISTS (SELECT 1 FROM "
+     "information_schema.table_constraints AS c WHERE c.table_schema = t.table_schema AND "
+     "c.table_name = t.table_name AND c.constraint_type = 'PRIMARY KEY') ORDER BY table_name",
+     "table %1 has no primary key: two nodes may change the same row without noticing",
+     "ADD PRIMARY KEY (...)"},
+};
+
 /// Returns the first column.
 QStringList names(const QSqlDatabase &database, const char *statement)
 {
@@ -60,28 +80,12 @@ void checkClusterTables(const QSqlDatabase &database, Findings &findings)
 {
     if (!clusterNodeOf(database))
         return;
-    const QStringList unreplicated =
-        names(database, "SELECT table_name FROM information_schema.tables WHERE table_schema = "
-                        "DATABASE() AND table_type = 'BASE TABLE' AND engine <> 'InnoDB' ORDER BY "
-                        "table_name");
-    for (const QString &table : unreplicated)
-        findings.add(Gravity::Harm, "storage",
-                     QStringLiteral("table %1 is not InnoDB: the cluster does not copy its rows "
-                                    "to the other nodes")
-                         .arg(table),
-                     QStringLiteral("ALTER TABLE %1 ENGINE=InnoDB").arg(table));
-    const QStringList keyless =
-        names(database, "SELECT table_name FROM information_schema.tables AS t WHERE table_schema "
-                        "= DATABASE() AND table_type = 'BASE TABLE' AND NOT EXISTS (SELECT 1 FROM "
-                        "information_schema.table_constraints AS c WHERE c.table_schema = "
-                        "t.table_schema AND c.table_name = t.table_name AND c.constraint_type = "
-                        "'PRIMARY KEY') ORDER BY table_name");
-    for (const QString &table : keyless)
-        findings.add(Gravity::Harm, "storage",
-                     QStringLiteral("table %1 has no primary key: two nodes may change the same "
-                                    "row without noticing")
-                         .arg(table),
-                     QStringLiteral("ALTER TABLE %1 ADD PRIMARY KEY (...)").arg(table));
+    for (const TableFault &fault : tableFaults) {
+        for (const QString &table : names(database, fault.statement))
+            findings.add(
+                Gravity::Harm, "storage", QString::fromLatin1(fault.text).arg(table),
+                QStringLiteral("ALTER TABLE %1 %2").arg(table, QLatin1String(fault.change)));
+    }
 }
 
 void checkPackets(const QSqlDatabase &database, Findings &findings)
