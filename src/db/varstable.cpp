@@ -2,6 +2,16 @@
 
 #include "common/freshquery.h"
 
+namespace
+{
+
+QString isOneOf(const QStringList &names)
+{
+    return QStringLiteral("name IN('%1')").arg(names.join(QStringLiteral("','")));
+}
+
+} // namespace
+
 VarsTable::VarsTable(const QSqlDatabase &db)
     : database(db)
 {
@@ -19,13 +29,15 @@ Result<VarsTable::Values> VarsTable::values(const QStringList &names) const
 {
     if (names.isEmpty())
         return Values();
-    const QString list = QLatin1Char('\'') + names.join(QStringLiteral("','")) + QLatin1Char('\'');
-    return read(QStringLiteral("SELECT name, value FROM vars WHERE name IN(%1)").arg(list));
+    return read(QStringLiteral("SELECT name, value FROM vars WHERE ") + isOneOf(names));
 }
 
-Result<VarsTable::Values> VarsTable::valuesWithPrefix(const QString &prefix) const
+Result<VarsTable::Values> VarsTable::valuesWithPrefix(const QString &prefix,
+                                                      const QStringList &others) const
 {
-    return read(prefixStatement(prefix));
+    const QString statement = prefixStatement(prefix);
+    return read(others.isEmpty() ? statement
+                                 : statement + QStringLiteral(" OR ") + isOneOf(others));
 }
 
 QString VarsTable::prefixStatement(const QString &prefix)

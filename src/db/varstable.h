@@ -31,8 +31,8 @@ public:
     Result<std::optional<QVariant>> value(const QString &name) const;
     /// Returns those of the keys that exist. Runs no statement if `names` is empty.
     Result<Values> values(const QStringList &names) const;
-    /// Returns all keys that begin with `prefix`, in full.
-    Result<Values> valuesWithPrefix(const QString &prefix) const;
+    /// Returns all keys that begin with `prefix`, in full, and those of `others` that exist.
+    Result<Values> valuesWithPrefix(const QString &prefix, const QStringList &others = {}) const;
 
     /// Returns the committed values of all rows of that name and locks them until the transaction
     /// ends. If there are none, other transactions cannot insert one until then.

@@ -85,23 +85,10 @@ bool AttenReport::saveWorkbook(const QString &path, const ReportRun &run)
     return buildWorkbook(path, run) > 0;
 }
 
-int AttenReport::countRows(const ReportRun &run)
-{
-    loadOptions();
-    const std::unique_ptr<ReportContent> content = createContent(run);
-    return content->loadPeople() ? content->rowCount() : -1;
-}
-
 QString AttenReport::fileName(const QDate &today)
 {
     loadOptions();
     return fileNameByOptions(today);
-}
-
-QStringList AttenReport::statements()
-{
-    loadOptions();
-    return statementsByOptions();
 }
 
 /// Returns the number of rows written, or 0 if no workbook was saved, which is logged.

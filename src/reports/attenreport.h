@@ -51,10 +51,6 @@ public:
     /// and leaves an existing file unchanged.
     bool saveWorkbook(const QString &path, const ReportRun &run);
 
-    /// Returns the number of rows of the workbook of `run`, or -1, logged, if the people cannot be
-    /// read. Reads no attendance.
-    int countRows(const ReportRun &run);
-
     /// Runs step 5. Returns the number of mails queued.
     int queueMails(const QString &path, const ReportRun &run);
 
@@ -67,10 +63,6 @@ public:
 
     /// Returns the subject of that day's mails, in the language that is installed.
     QString mailSubject(const QDate &today) const { return mailTexts(today).subject; }
-
-    /// Returns the statements with which a run would read the schema. If the server cannot prepare
-    /// one of them, a run cannot read that part.
-    QStringList statements();
 
 protected:
     struct MailTexts {
@@ -85,7 +77,6 @@ protected:
     /// Returns the function name that the log reports when a book cannot be created.
     virtual const char *bookFactoryName() const = 0;
     virtual MailTexts mailTexts(const QDate &today) const = 0;
-    virtual QStringList statementsByOptions() const = 0;
 
     ZasDbSettings settings;
 

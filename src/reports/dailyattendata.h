@@ -49,7 +49,8 @@ public:
     DailyAttenRow row(const DailyAttenPerson &person, int dayOfMonth);
 
     /// Returns the statements that the report executes with these options, for nobody in
-    /// particular: those of this class, of loadShifts() and of one day.
+    /// particular: those of this class, of loadShifts() and of one day. That for the people comes
+    /// first.
     static QStringList statements(const DailyAttenOptions &options, const QDate &today);
 
 private:

@@ -1,10 +1,14 @@
 #include "reports/dailyattenoptions.h"
 
+#include "db/zasdbsettings.h"
 #include "reports/storedoption.h"
 
-DailyAttenOptions DailyAttenOptions::read(const ZasDbSettings &settings)
+namespace
 {
-    static const std::vector<StoredOption<DailyAttenOptions>> table{
+
+const std::vector<StoredOption<DailyAttenOptions>> &table()
+{
+    static const std::vector<StoredOption<DailyAttenOptions>> options{
         {"dattenIsTimeDec", &DailyAttenOptions::decimalTime},
         {"dattenIsMinusSign", &DailyAttenOptions::minusSign},
         {"dattenInters", &DailyAttenOptions::interruptions},
@@ -12,5 +16,22 @@ DailyAttenOptions DailyAttenOptions::read(const ZasDbSettings &settings)
         {"exportUseXLSX", &DailyAttenOptions::format},
         {"dattenHomeBranch", &DailyAttenOptions::homeBranch},
     };
-    return readOptions(table, settings);
+    return options;
+}
+
+} // namespace
+
+QStringList DailyAttenOptions::keys()
+{
+    return keysOf(table());
+}
+
+DailyAttenOptions DailyAttenOptions::of(const QMap<QString, QVariant> &values)
+{
+    return optionsFromValues(table(), values);
+}
+
+DailyAttenOptions DailyAttenOptions::read(const ZasDbSettings &settings)
+{
+    return of(settings.variableGetMultiple(keys()));
 }

@@ -2,6 +2,10 @@
 
 #include "reports/bookformat.h"
 
+#include <QMap>
+#include <QStringList>
+#include <QVariant>
+
 class ZasDbSettings;
 
 /**
@@ -16,5 +20,10 @@ struct DailyAttenOptions {
     const BookFormat *format = &xlsxFormat;
     bool homeBranch = false; ///< the person's own branch instead of the latest assignment
 
+    /// Returns the keys in `vars`.
+    static QStringList keys();
+    /// Returns the options by the values of those keys that exist.
+    static DailyAttenOptions of(const QMap<QString, QVariant> &values);
+    /// Reads them by one statement.
     static DailyAttenOptions read(const ZasDbSettings &settings);
 };

@@ -83,9 +83,10 @@ std::unique_ptr<ReportContent> DailyAttenReport::createContent(const ReportRun &
     return std::make_unique<Content>(*this, run);
 }
 
-QStringList DailyAttenReport::statementsByOptions() const
+ReportNeeds DailyAttenReport::needs(const QMap<QString, QVariant> &values, const QDate &today)
 {
-    return DailyAttenData::statements(options, QDate::currentDate());
+    const auto options = DailyAttenOptions::of(values);
+    return {DailyAttenData::statements(options, today), today.day(), options.format};
 }
 
 AttenReport::MailTexts DailyAttenReport::mailTexts(const QDate &today) const

@@ -6,6 +6,8 @@
 
 #include <QVariant>
 
+struct ReportNeeds;
+
 /// The daily attendance report: each day of the month so far, for each person.
 class DailyAttenReport : public AttenReport
 {
@@ -13,6 +15,9 @@ class DailyAttenReport : public AttenReport
 
 public:
     DailyAttenReport(const QSqlDatabase &db, QObject *parent);
+
+    /// See ReportKind::needs.
+    static ReportNeeds needs(const QMap<QString, QVariant> &values, const QDate &today);
 
     /// Replaces the shift table by the shifts of the month of `date`.
     void loadShiftsForMonth(const QDate &date);
@@ -34,7 +39,6 @@ protected:
     std::unique_ptr<ReportContent> createContent(const ReportRun &run) override;
     const char *bookFactoryName() const override { return "xlCreateBook()"; }
     MailTexts mailTexts(const QDate &today) const override;
-    QStringList statementsByOptions() const override;
 
 private:
     class Content;

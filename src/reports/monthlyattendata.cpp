@@ -182,8 +182,9 @@ bool MonthlyAttenData::loadWork(const QString &uids)
     return true;
 }
 
-QStringList MonthlyAttenData::statements() const
+QStringList MonthlyAttenData::statements(const QDate &today)
 {
+    const AttenMonth month(today);
     const QString nobody = QStringLiteral("0");
     return {peopleStatement(month),         numbersStatement(),
             totalsStatement(nobody, month), interruptionsStatement(nobody, month),

@@ -44,8 +44,8 @@ public:
     bool loadValues();
 
     /// Returns all statements that the functions here and loadInterruptionCatalogue() execute, for
-    /// nobody in particular.
-    QStringList statements() const;
+    /// nobody in particular; that for the people comes first.
+    static QStringList statements(const QDate &today);
 
     int count() const { return people.size(); }
     MonthlyAttenRow row(int index) const;

@@ -1,13 +1,34 @@
 #include "reports/monthlyattenoptions.h"
 
+#include "db/zasdbsettings.h"
 #include "reports/storedoption.h"
 
-MonthlyAttenOptions MonthlyAttenOptions::read(const ZasDbSettings &settings)
+namespace
 {
-    static const std::vector<StoredOption<MonthlyAttenOptions>> table{
+
+const std::vector<StoredOption<MonthlyAttenOptions>> &table()
+{
+    static const std::vector<StoredOption<MonthlyAttenOptions>> options{
         {"advancedOvertime", &MonthlyAttenOptions::advancedOvertime},
         {"monthAttenUsePamID", &MonthlyAttenOptions::payrollNumber},
         {"monthAttenInterrupts", &MonthlyAttenOptions::extraShortcuts},
     };
-    return readOptions(table, settings);
+    return options;
+}
+
+} // namespace
+
+QStringList MonthlyAttenOptions::keys()
+{
+    return keysOf(table());
+}
+
+MonthlyAttenOptions MonthlyAttenOptions::of(const QMap<QString, QVariant> &values)
+{
+    return optionsFromValues(table(), values);
+}
+
+MonthlyAttenOptions MonthlyAttenOptions::read(const ZasDbSettings &settings)
+{
+    return of(settings.variableGetMultiple(keys()));
 }

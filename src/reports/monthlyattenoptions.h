@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QMap>
 #include <QStringList>
+#include <QVariant>
 
 class ZasDbSettings;
 
@@ -13,5 +15,10 @@ struct MonthlyAttenOptions {
     bool payrollNumber = false; ///< shown instead of the personal number
     QStringList extraShortcuts; ///< a column for each of these interruptions; not trimmed
 
+    /// Returns the keys in `vars`.
+    static QStringList keys();
+    /// Returns the options by the values of those keys that exist.
+    static MonthlyAttenOptions of(const QMap<QString, QVariant> &values);
+    /// Reads them by one statement.
     static MonthlyAttenOptions read(const ZasDbSettings &settings);
 };

@@ -1,5 +1,6 @@
 #include "reports/monthlyattenreport.h"
 
+#include "reports/bookformat.h"
 #include "reports/monthlyattensheet.h"
 #include "reports/reportcontent.h"
 #include "reports/reportkind.h"
@@ -63,9 +64,9 @@ std::unique_ptr<ReportContent> MonthlyAttenReport::createContent(const ReportRun
     return std::make_unique<Content>(*this, run.now.date());
 }
 
-QStringList MonthlyAttenReport::statementsByOptions() const
+ReportNeeds MonthlyAttenReport::needs(const QMap<QString, QVariant> &, const QDate &today)
 {
-    return MonthlyAttenData(database, options, QDate::currentDate()).statements();
+    return {MonthlyAttenData::statements(today), 1, &xlsxFormat};
 }
 
 AttenReport::MailTexts MonthlyAttenReport::mailTexts(const QDate &today) const

@@ -5,6 +5,8 @@
 
 #include <QHash>
 
+struct ReportNeeds;
+
 /// The monthly attendance report: one row per person with the hours of the current month.
 class MonthlyAttenReport : public AttenReport
 {
@@ -12,6 +14,9 @@ class MonthlyAttenReport : public AttenReport
 
 public:
     MonthlyAttenReport(const QSqlDatabase &db, QObject *parent);
+
+    /// See ReportKind::needs.
+    static ReportNeeds needs(const QMap<QString, QVariant> &values, const QDate &today);
 
     /// Adds the schema's kinds of interruption to both maps. Returns false when the query failed.
     bool loadInterruptionMaps(QHash<unsigned, QString> &iidToName,
@@ -23,7 +28,6 @@ protected:
     std::unique_ptr<ReportContent> createContent(const ReportRun &run) override;
     const char *bookFactoryName() const override { return "xlCreateXMLBook()"; }
     MailTexts mailTexts(const QDate &today) const override;
-    QStringList statementsByOptions() const override;
 
 private:
     class Content;

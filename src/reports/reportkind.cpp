@@ -27,14 +27,18 @@ const ReportKind dailyReport{"daily",
                              &onceADay,
                              CountsAsMade::WithAnyMail,
                              nullptr,
-                             create<DailyAttenReport>};
+                             create<DailyAttenReport>,
+                             DailyAttenOptions::keys,
+                             DailyAttenReport::needs};
 const ReportKind monthlyReport{"monthly",
                                "MonthlyAttenReport",
                                "autoReport.MonthlyAtten.",
                                &onceADay,
                                CountsAsMade::Always,
                                &xlsxFormat,
-                               create<MonthlyAttenReport>};
+                               create<MonthlyAttenReport>,
+                               MonthlyAttenOptions::keys,
+                               MonthlyAttenReport::needs};
 
 ReportSettings ReportKind::settingsOf(const QMap<QString, QVariant> &values) const
 {

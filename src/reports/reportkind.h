@@ -2,14 +2,25 @@
 
 #include "reports/reportrun.h"
 
+#include <QMap>
 #include <QSqlDatabase>
 #include <QString>
 #include <QStringList>
+#include <QVariant>
 #include <QVector>
 
 class AttenReport;
 struct BookFormat;
 class QObject;
+
+/// What a run needs of a schema.
+struct ReportNeeds {
+    /// With these a run reads the schema; where the server cannot prepare one, that part is left
+    /// out. The first one returns the people.
+    QStringList statements;
+    int rowsPerPerson; ///< of the workbook
+    const BookFormat *format;
+};
 
 /**
  * One row of the table of reports: everything that callers need to handle a report without knowing
@@ -26,6 +37,11 @@ struct ReportKind {
 
     /// Creates a report on `database`, owned by `parent` or, if that is null, by the caller.
     AttenReport *(*create)(const QSqlDatabase &database, QObject *parent);
+
+    /// Returns the keys in `vars` of the report's options, which have no prefix.
+    QStringList (*optionKeys)();
+    /// Returns what a run on that day needs, by the values of those keys that exist.
+    ReportNeeds (*needs)(const QMap<QString, QVariant> &options, const QDate &today);
 
     /// Returns the key in `vars` of the setting `name`.
     QString key(const char *name) const { return QLatin1String(prefix) + QLatin1String(name); }

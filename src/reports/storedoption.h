@@ -1,8 +1,8 @@
 #pragma once
 
-#include "db/zasdbsettings.h"
 #include "reports/bookformat.h"
 
+#include <QMap>
 #include <QStringList>
 #include <QTime>
 #include <QVariant>
@@ -81,12 +81,12 @@ Options optionsFromValues(const std::vector<StoredOption<Options>> &table,
     return options;
 }
 
-/// Reads all keys of `table` by one statement, in the table's order.
+/// Returns the keys of `table`, in its order.
 template <typename Options>
-Options readOptions(const std::vector<StoredOption<Options>> &table, const ZasDbSettings &settings)
+QStringList keysOf(const std::vector<StoredOption<Options>> &table)
 {
     QStringList keys;
     for (const StoredOption<Options> &option : table)
         keys.append(option.key);
-    return optionsFromValues(table, settings.variableGetMultiple(keys));
+    return keys;
 }

@@ -87,20 +87,3 @@ void checkClusterTables(const QSqlDatabase &database, Findings &findings)
                 QStringLiteral("ALTER TABLE %1 %2").arg(table, QLatin1String(fault.change)));
     }
 }
-
-void checkPackets(const QSqlDatabase &database, Findings &findings)
-{
-    QSqlQuery query = freshQuery(database);
-    // The newest of both reports, unless one has hundreds of recipients.
-    if (!query.exec(QStringLiteral("SELECT MAX(size), @@max_allowed_packet FROM (SELECT "
-                                   "LENGTH(data) AS size FROM emails ORDER BY mid DESC LIMIT 8) "
-                                   "AS latest")) ||
-        !query.next() || query.value(0).toLongLong() * 2 <= query.value(1).toLongLong())
-        return;
-    findings.add(Gravity::Harm, "packet",
-                 QStringLiteral("the last workbook made a mail of %1 bytes, the server takes "
-                                "%2 at a time")
-                     .arg(query.value(0).toString(), query.value(1).toString()),
-                 QStringLiteral("set max_allowed_packet to at least twice the mail: workbooks "
-                                "grow until the month ends"));
-}

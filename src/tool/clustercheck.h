@@ -17,7 +17,3 @@ QVector<Finding> checkCluster(const QSqlDatabase &master);
 /// Names the tables of the schema that a cluster does not keep alike on its nodes. Finds nothing
 /// outside of a cluster.
 void checkClusterTables(const QSqlDatabase &database, Findings &findings);
-
-/// Compares the last workbooks with what the server takes at a time: the reports grow with the
-/// month.
-void checkPackets(const QSqlDatabase &database, Findings &findings);

@@ -3,8 +3,6 @@
 #include "common/freshquery.h"
 #include "db/mailrepository.h"
 #include "db/varstable.h"
-#include "reports/attenreport.h"
-#include "tool/reportjob.h"
 
 #include <QRegularExpression>
 #include <QSet>
@@ -31,13 +29,6 @@ UnmetRequirement unmet(const QString &statement, const QSqlError &error)
     return {text, tables, Requirements::isRight(error.nativeErrorCode())};
 }
 
-/// Returns whether the server can prepare all of these queries: one packet instead of a dozen.
-bool canPrepareAll(const QSqlDatabase &database, const QStringList &queries)
-{
-    return freshQuery(database).prepare(
-        QStringLiteral("SELECT EXISTS(%1)").arg(queries.join(QStringLiteral("), EXISTS("))));
-}
-
 QVector<UnmetRequirement> unmetOf(const QSqlDatabase &database, const QStringList &statements)
 {
     QVector<UnmetRequirement> found;
@@ -62,12 +53,16 @@ bool Requirements::isRight(const QString &code)
            code == QLatin1String("1143");
 }
 
-QVector<UnmetRequirement> Requirements::unreadable(const QSqlDatabase &database,
-                                                   const ReportKind &kind)
+bool Requirements::areReadable(const QSqlDatabase &database, const QStringList &queries)
 {
-    const QStringList queries = createReport(kind, database)->statements();
-    return canPrepareAll(database, queries) ? QVector<UnmetRequirement>()
-                                            : unmetOf(database, queries);
+    return freshQuery(database).prepare(
+        QStringLiteral("SELECT EXISTS(%1)").arg(queries.join(QStringLiteral("), EXISTS("))));
+}
+
+QVector<UnmetRequirement> Requirements::unreadable(const QSqlDatabase &database,
+                                                   const QStringList &queries)
+{
+    return unmetOf(database, queries);
 }
 
 QVector<UnmetRequirement> Requirements::unqueuable(const QSqlDatabase &database)

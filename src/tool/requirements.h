@@ -1,7 +1,5 @@
 #pragma once
 
-#include "reports/reportkind.h"
-
 #include <QSqlDatabase>
 #include <QStringList>
 #include <QVector>
@@ -14,7 +12,7 @@ struct UnmetRequirement {
 };
 
 /**
- * What a report needs of a schema's tables, given the schema's settings.
+ * What reports need of a schema's tables.
  *
  * The server prepares the reports' own statements without executing them, and thus names what is
  * missing, ambiguous, damaged or forbidden. It checks rights to write only over a connection that
@@ -27,8 +25,11 @@ namespace Requirements
 /// or a column.
 bool isRight(const QString &code);
 
-/// Returns why the report could not read the schema; empty if it can.
-QVector<UnmetRequirement> unreadable(const QSqlDatabase &database, const ReportKind &kind);
+/// Returns whether the server can prepare all of these queries. Asks once.
+bool areReadable(const QSqlDatabase &database, const QStringList &queries);
+
+/// Returns which of these queries the server cannot prepare, and why. Asks for each.
+QVector<UnmetRequirement> unreadable(const QSqlDatabase &database, const QStringList &queries);
 
 /// Returns why reports could not queue mails.
 QVector<UnmetRequirement> unqueuable(const QSqlDatabase &database);

@@ -6,6 +6,7 @@
 #include "tool/machine.h"
 #include "tool/requirements.h"
 #include "tool/tablechecks.h"
+#include "tool/tablefacts.h"
 
 #include <algorithm>
 
@@ -113,10 +114,11 @@ bool SchemaJudgement::isEnabled() const
     });
 }
 
-/// What is the same for all reports of a schema.
+/// What is asked once for all reports of a schema.
 struct SchemaJudge::TablesJudged {
-    TableLimits limits;
-    Findings findings;
+    TableFacts facts;
+    Findings findings; ///< of each of them
+    QVector<ReportReading> readings;
 };
 
 SchemaJudge::SchemaJudge(const Machine &hosts, const QDateTime &moment, Scope judged)
@@ -158,7 +160,7 @@ SchemaJudgement SchemaJudge::judge(const SchemaRow &row) const
 void SchemaJudge::judgeOpened(const QSqlDatabase &database, const SchemaRow &row,
                               SchemaJudgement &schema, Findings &findings) const
 {
-    const auto settings = StoredSettings::readAll(database);
+    const auto settings = SchemaSettings::read(database);
     if (settings.isOk()) {
         judgeReports(database, settings.value(), row, schema);
     } else {
@@ -185,27 +187,18 @@ bool SchemaJudge::isJudged(const StoredSettings &stored) const
     return stored.settings.enabled || scope == Scope::AllReports;
 }
 
-void SchemaJudge::judgeReports(const QSqlDatabase &database,
-                               const QVector<StoredSettings> &settings, const SchemaRow &row,
-                               SchemaJudgement &schema) const
+void SchemaJudge::judgeReports(const QSqlDatabase &database, const SchemaSettings &settings,
+                               const SchemaRow &row, SchemaJudgement &schema) const
 {
     Findings ofQueue(row.token);
-    checkQueue(database, schema, ofQueue);
-    TablesJudged tables{{}, Findings(row.token)};
-    const bool isAnyJudged =
-        std::any_of(settings.cbegin(), settings.cend(),
-                    [this](const StoredSettings &stored) { return isJudged(stored); });
-    if (isAnyJudged) {
-        checkTables(database, tables.limits, tables.findings);
-        checkPackets(database, tables.findings);
-    }
-    if (isAnyJudged && scope != Scope::Problems) {
-        checkClusterTables(database, tables.findings);
-        checkMachines(database, tables.findings);
-    }
-    const bool isFound = row.options.single || isFoundByScan(settings);
-    for (int i = 0; i < settings.size(); ++i) {
-        const StoredSettings &stored = settings.at(i);
+    const MailSizes sizes = checkQueue(database, schema, ofQueue);
+    TablesJudged tables{{}, Findings(row.token), {}};
+    if (std::any_of(settings.reports.cbegin(), settings.reports.cend(),
+                    [this](const StoredSettings &stored) { return isJudged(stored); }))
+        judgeTables(database, settings, sizes, tables);
+    const bool isFound = row.options.single || isFoundByScan(settings.reports);
+    for (int i = 0; i < settings.reports.size(); ++i) {
+        const StoredSettings &stored = settings.reports.at(i);
         const ReportKind &kind = *reportKinds().at(i);
         Findings findings(row.token);
         checkSwitch(kind, stored, isFound, findings);
@@ -217,6 +210,24 @@ void SchemaJudge::judgeReports(const QSqlDatabase &database,
     }
 }
 
+void SchemaJudge::judgeTables(const QSqlDatabase &database, const SchemaSettings &settings,
+                              const MailSizes &sizes, TablesJudged &tables) const
+{
+    for (int i = 0; i < settings.reports.size(); ++i) {
+        const ReportKind *kind = reportKinds().at(i);
+        if (isJudged(settings.reports.at(i)))
+            tables.readings.append({kind, kind->needs(settings.options, now.date())});
+    }
+    readAll(database, tables.readings);
+    tables.facts = TableFacts::read(database);
+    checkTables(database, settings.sender, tables.facts, tables.findings);
+    checkPackets(sizes, tables.findings);
+    if (scope == Scope::Problems)
+        return;
+    checkClusterTables(database, tables.findings);
+    checkMachines(database, tables.findings);
+}
+
 void SchemaJudge::judgeReport(const QSqlDatabase &database, const ReportKind &kind,
                               const StoredSettings &stored, const TablesJudged &tables,
                               Findings &findings) const
@@ -224,7 +235,10 @@ void SchemaJudge::judgeReport(const QSqlDatabase &database, const ReportKind &ki
     checkRecipients(kind, stored, findings);
     checkTimes(kind, stored, now, findings);
     findings.list += tables.findings.list;
-    checkReport(database, kind, now, machine, tables.limits, findings);
+    for (const ReportReading &reading : tables.readings) {
+        if (reading.kind == &kind)
+            checkReport(database, reading, machine, tables.facts, findings);
+    }
     // A report that something keeps back is overdue, and fails, because of that.
     const bool isKeptBack = std::any_of(findings.list.cbegin(), findings.list.cend(),
                                         [](const Finding &finding) { return finding.keepsBack(); });

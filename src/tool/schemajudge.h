@@ -7,6 +7,7 @@
 #include <QDateTime>
 
 struct Machine;
+struct MailSizes;
 
 /// What is to be said of one report of a schema.
 struct ReportJudgement {
@@ -52,7 +53,7 @@ public:
     /// What to look for. Each value includes the previous ones.
     enum class Scope {
         Problems,  ///< of enabled reports; a disabled one gets that finding only
-        Notices,   ///< growing workbooks, copies in a cluster, machines that serve the schema
+        Notices,   ///< copies in a cluster, machines that serve the schema
         AllReports ///< disabled reports, as if they were enabled
     };
 
@@ -67,8 +68,10 @@ private:
     bool isJudged(const StoredSettings &stored) const;
     void judgeOpened(const QSqlDatabase &database, const SchemaRow &row, SchemaJudgement &schema,
                      Findings &findings) const;
-    void judgeReports(const QSqlDatabase &database, const QVector<StoredSettings> &settings,
+    void judgeReports(const QSqlDatabase &database, const SchemaSettings &settings,
                       const SchemaRow &row, SchemaJudgement &schema) const;
+    void judgeTables(const QSqlDatabase &database, const SchemaSettings &settings,
+                     const MailSizes &sizes, TablesJudged &tables) const;
     void judgeReport(const QSqlDatabase &database, const ReportKind &kind,
                      const StoredSettings &stored, const TablesJudged &tables,
                      Findings &findings) const;

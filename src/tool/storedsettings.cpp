@@ -6,6 +6,8 @@
 namespace
 {
 
+constexpr const char *senderKey = "globalEmail";
+
 StoredSettings settingsIn(const VarsTable::Values &values, const ReportKind &kind)
 {
     const QString prefix = QLatin1String(kind.prefix);
@@ -18,6 +20,16 @@ StoredSettings settingsIn(const VarsTable::Values &values, const ReportKind &kin
     return stored;
 }
 
+/// The reports let the server compare the key, which knows no case.
+QVariant senderIn(const VarsTable::Values &values)
+{
+    for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {
+        if (entry.key().compare(QLatin1String(senderKey), Qt::CaseInsensitive) == 0)
+            return entry.value();
+    }
+    return {};
+}
+
 } // namespace
 
 Result<StoredSettings> StoredSettings::read(const QSqlDatabase &database, const ReportKind &kind)
@@ -28,15 +40,20 @@ Result<StoredSettings> StoredSettings::read(const QSqlDatabase &database, const 
     return settingsIn(found.value(), kind);
 }
 
-Result<QVector<StoredSettings>> StoredSettings::readAll(const QSqlDatabase &database)
+Result<SchemaSettings> SchemaSettings::read(const QSqlDatabase &database)
 {
+    QStringList others{QLatin1String(senderKey)};
+    for (const ReportKind *kind : reportKinds())
+        others += kind->optionKeys();
     // What the prefixes of all reports begin with.
-    const auto found = VarsTable(database).valuesWithPrefix(QStringLiteral("autoReport."));
+    const auto found = VarsTable(database).valuesWithPrefix(QStringLiteral("autoReport."), others);
     if (!found.isOk())
         return Error{found.error().simplified(), found.errorCode()};
-    QVector<StoredSettings> all;
+    SchemaSettings all;
+    all.options = found.value();
+    all.sender = senderIn(found.value());
     for (const ReportKind *kind : reportKinds())
-        all.append(settingsIn(found.value(), *kind));
+        all.reports.append(settingsIn(found.value(), *kind));
     return all;
 }
 

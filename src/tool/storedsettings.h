@@ -16,13 +16,21 @@ struct StoredSettings {
     ReportSettings settings;
 
     static Result<StoredSettings> read(const QSqlDatabase &database, const ReportKind &kind);
-    /// Reads those of all reports at once, in the order of reportKinds().
-    static Result<QVector<StoredSettings>> readAll(const QSqlDatabase &database);
 
     /// Returns the text of that setting, or an empty one if it is not set.
     QString text(const char *key) const { return values.value(QLatin1String(key)).toString(); }
     /// Returns whether a host's scan finds the schema by it: the text must be exactly 1.
     bool isFoundByScan() const { return text("enabled").toInt() == 1; }
+};
+
+/// What a schema's table `vars` holds for all its reports.
+struct SchemaSettings {
+    QVector<StoredSettings> reports; ///< in the order of reportKinds()
+    QMap<QString, QVariant> options; ///< of all reports, by key
+    QVariant sender;                 ///< of their mails; invalid if it is not stored
+
+    /// Reads it by one statement.
+    static Result<SchemaSettings> read(const QSqlDatabase &database);
 };
 
 /// The recipients that are mailed to, in the order of the setting.

@@ -2,13 +2,10 @@
 
 #include "common/freshquery.h"
 #include "common/zas.h"
-#include "db/varstable.h"
-#include "reports/attenreport.h"
 #include "reports/bookformat.h"
 #include "tool/machine.h"
-#include "tool/reportjob.h"
-#include "tool/requirements.h"
 #include "tool/schemajudge.h"
+#include "tool/tablefacts.h"
 
 #include <algorithm>
 
@@ -71,68 +68,37 @@ void checkRights(const QSqlDatabase &database, Findings &findings)
 }
 
 /// Looks at what "all mails and lastGenerated, or nothing" and "once a day" depend on.
-void checkStorage(const QSqlDatabase &database, Findings &findings)
+void checkStorage(const TableFacts &facts, Findings &findings)
 {
-    const auto engines =
-        rowsOf(database,
-               QStringLiteral("SELECT table_name, engine FROM information_schema.tables WHERE "
-                              "table_schema = DATABASE() AND table_name IN ('vars', 'emails') AND "
-                              "engine != 'InnoDB'"),
-               2);
-    for (const Row &row : engines)
+    for (const TableFacts::Table &table : facts.unsafeTables)
         findings.add(Gravity::Harm, "storage",
                      QStringLiteral("table %1 uses the engine %2, without transactions: mails and "
                                     "lastGenerated could get out of step")
-                         .arg(row.at(0).toString(), row.at(1).toString()),
-                     QStringLiteral("ALTER TABLE %1 ENGINE=InnoDB").arg(row.at(0).toString()));
-
-    // A key over several columns allows a name twice.
-    const auto keys = rowsOf(
-        database,
-        QStringLiteral("SELECT index_name FROM information_schema.statistics WHERE table_schema = "
-                       "DATABASE() AND table_name = 'vars' AND non_unique = 0 GROUP BY index_name "
-                       "HAVING COUNT(*) = 1 AND MAX(column_name) = 'name'"),
-        1);
-    if (keys.isEmpty())
+                         .arg(table.name, table.engine),
+                     QStringLiteral("ALTER TABLE %1 ENGINE=InnoDB").arg(table.name));
+    if (!facts.isNameUnique)
         findings.add(Gravity::Harm, "storage",
                      QStringLiteral("vars.name is not unique: each report adds a row "
                                     "lastGenerated, and which one counts is left to chance"),
                      QStringLiteral("ALTER TABLE vars ADD UNIQUE KEY (name)"));
 }
 
-/// Looks for columns that cannot hold all characters, or not whole attachments.
-void checkColumns(const QSqlDatabase &database, TableLimits &limits, Findings &findings)
+/// Looks for columns that cannot hold all characters.
+void checkLetters(const TableFacts &facts, Findings &findings)
 {
-    const auto columns = rowsOf(
-        database,
-        QStringLiteral("SELECT table_name, column_name, character_set_name, "
-                       "character_maximum_length, @@max_allowed_packet FROM "
-                       "information_schema.columns WHERE table_schema = DATABASE() AND "
-                       "(table_name, column_name) IN (('emails', 'subject'), ('emails', 'body'), "
-                       "('emails', 'to'), ('emails', 'data'), ('vars', 'value'), ('people', "
-                       "'name'), ('people', 'surname'))"),
-        5);
-    for (const Row &row : columns) {
-        limits.packetBytes = row.at(4).toLongLong();
-        if (row.at(1) == QLatin1String("data")) {
-            limits.columnBytes = row.at(3).toLongLong();
-            continue;
-        }
-        const QString letters = row.at(2).toString();
-        if (!letters.startsWith(QLatin1String("utf8")))
+    for (const TableFacts::Column &column : facts.texts) {
+        if (!column.characterSet.startsWith(QLatin1String("utf8")))
             findings.add(Gravity::Harm, "letters",
                          QStringLiteral("%1.%2 is in %3, which cannot store all characters")
-                             .arg(row.at(0).toString(), row.at(1).toString(), letters),
+                             .arg(column.table, column.name, column.characterSet),
                          QStringLiteral("ALTER TABLE %1 CONVERT TO CHARACTER SET utf8mb4")
-                             .arg(row.at(0).toString()));
+                             .arg(column.table));
     }
 }
 
 /// A missing sender has a default. With an empty one, no mail is queued.
-void checkSender(const QSqlDatabase &database, Findings &findings)
+void checkSender(const QVariant &sender, Findings &findings)
 {
-    const auto read = VarsTable(database).value(QStringLiteral("globalEmail"));
-    const QVariant sender = read.isOk() ? read.value().value_or(QVariant()) : QVariant();
     if (sender.isValid() && !ZAS::validEmail(sender.toString()))
         findings.add(Gravity::Obstacle, "sender",
                      QStringLiteral("the sender globalEmail is not a mail address: '%1'")
@@ -141,31 +107,47 @@ void checkSender(const QSqlDatabase &database, Findings &findings)
 }
 
 /// The people and what they are joined with make the rows; other tables cost the report values.
-/// Returns whether the people can be read.
-bool checkReading(const QSqlDatabase &database, const ReportKind &kind, Findings &findings)
+bool isDecisive(const UnmetRequirement &unmet)
 {
-    bool isReadable = true;
-    for (const UnmetRequirement &unmet : Requirements::unreadable(database, kind)) {
-        const bool isDecisive = unmet.tables.value(0) == QLatin1String("people");
-        isReadable = isReadable && !isDecisive;
-        findings.add(isDecisive ? Gravity::Obstacle : Gravity::Harm, stateOf(unmet), unmet.text,
-                     remedyOf(unmet, "SELECT", database));
-    }
-    return isReadable;
+    return unmet.tables.value(0) == QLatin1String("people");
 }
 
-void checkRows(int rows, AttenReport &report, const ReportKind &kind, const QDateTime &now,
-               Findings &findings)
+bool arePeopleReadable(const ReportReading &reading)
+{
+    return std::none_of(reading.unmet.cbegin(), reading.unmet.cend(), isDecisive);
+}
+
+/// Counts the people of all reports that can read them, by one statement.
+void countRows(const QSqlDatabase &database, QVector<ReportReading> &reports)
+{
+    QStringList counts;
+    for (const ReportReading &report : qAsConst(reports))
+        counts.append(arePeopleReadable(report)
+                          ? QStringLiteral("(SELECT COUNT(*) FROM (%1) AS people)")
+                                .arg(report.needs.statements.first())
+                          : QStringLiteral("0"));
+    QSqlQuery query = freshQuery(database);
+    query.exec(QStringLiteral("SELECT ") + counts.join(QStringLiteral(", ")));
+    if (!query.next())
+        return;
+    for (int i = 0; i < reports.size(); ++i)
+        reports[i].rows = query.value(i).toInt() * reports.at(i).needs.rowsPerPerson;
+}
+
+void checkReading(const QSqlDatabase &database, const ReportReading &reading, Findings &findings)
+{
+    for (const UnmetRequirement &unmet : reading.unmet)
+        findings.add(isDecisive(unmet) ? Gravity::Obstacle : Gravity::Harm, stateOf(unmet),
+                     unmet.text, remedyOf(unmet, "SELECT", database));
+}
+
+void checkRows(int rows, const BookFormat &format, const ReportKind &kind, Findings &findings)
 {
     if (rows == 0)
         findings.add(Gravity::Obstacle, "people",
                      QStringLiteral("no people are employed this month"),
                      QStringLiteral("see status, begin and end in the table people"));
-    if (rows < xlsFormat.rows)
-        return;
-    const QString fileName = report.fileName(now.date());
-    const BookFormat &format = bookFormatOf(fileName);
-    if (rows >= format.rows)
+    else if (rows >= format.rows)
         findings.add(
             Gravity::Obstacle, "rows",
             QStringLiteral("%1 rows are more than the %2 of %3")
@@ -187,7 +169,7 @@ void checkRoom(qint64 bytes, const Machine &machine, Findings &findings)
 }
 
 /// The attachment is in Base64.
-void checkMail(qint64 bytes, const TableLimits &limits, Findings &findings)
+void checkMail(qint64 bytes, const TableFacts &limits, Findings &findings)
 {
     const qint64 mail = bytes / 3 * 4;
     const QString mailText = QString::number(mail);
@@ -196,11 +178,11 @@ void checkMail(qint64 bytes, const TableLimits &limits, Findings &findings)
                      QStringLiteral("max_allowed_packet is %1, a mail has %2 bytes or more")
                          .arg(QString::number(limits.packetBytes), mailText),
                      QStringLiteral("set max_allowed_packet to 64M on the server"));
-    if (limits.columnBytes >= attachmentBytes)
+    if (limits.dataBytes >= attachmentBytes)
         return;
-    const QString holds = QStringLiteral("emails.data holds %1 bytes, ").arg(limits.columnBytes);
+    const QString holds = QStringLiteral("emails.data holds %1 bytes, ").arg(limits.dataBytes);
     const QString remedy = QStringLiteral("ALTER TABLE emails MODIFY data LONGBLOB");
-    if (mail > limits.columnBytes)
+    if (mail > limits.dataBytes)
         findings.add(Gravity::Obstacle, "size",
                      holds + QStringLiteral("a mail has %1 or more").arg(mailText), remedy);
     else
@@ -210,27 +192,43 @@ void checkMail(qint64 bytes, const TableLimits &limits, Findings &findings)
 
 } // namespace
 
-void checkTables(const QSqlDatabase &database, TableLimits &limits, Findings &findings)
+void readAll(const QSqlDatabase &database, QVector<ReportReading> &reports)
+{
+    QStringList queries;
+    for (const ReportReading &report : qAsConst(reports))
+        queries += report.needs.statements;
+    if (!Requirements::areReadable(database, queries)) {
+        for (ReportReading &report : reports)
+            report.unmet = Requirements::unreadable(database, report.needs.statements);
+    }
+    countRows(database, reports);
+}
+
+void checkTables(const QSqlDatabase &database, const QVariant &sender, const TableFacts &facts,
+                 Findings &findings)
 {
     checkRights(database, findings);
-    checkSender(database, findings);
-    checkStorage(database, findings);
-    checkColumns(database, limits, findings);
+    checkSender(sender, findings);
+    checkStorage(facts, findings);
+    checkLetters(facts, findings);
 }
 
 /// Ages are by the server's clock, which stamped the mails. Reports need no right to read them.
-void checkQueue(const QSqlDatabase &database, SchemaJudgement &schema, Findings &findings)
+MailSizes checkQueue(const QSqlDatabase &database, SchemaJudgement &schema, Findings &findings)
 {
     QSqlQuery query = freshQuery(database);
-    if (!query.exec(QStringLiteral("SELECT COUNT(*), UNIX_TIMESTAMP() - MIN(created), "
-                                   "MAX(LENGTH(data)), @@max_allowed_packet FROM emails WHERE "
-                                   "status = 'Q'")) ||
+    // The last eight are the newest of both reports, unless one has hundreds of recipients.
+    if (!query.exec(
+            QStringLiteral("SELECT COUNT(*), UNIX_TIMESTAMP() - MIN(created), "
+                           "MAX(LENGTH(data)), @@max_allowed_packet, (SELECT MAX(size) FROM "
+                           "(SELECT LENGTH(data) AS size FROM emails ORDER BY mid DESC "
+                           "LIMIT 8) AS latest) FROM emails WHERE status = 'Q'")) ||
         !query.next()) {
         findings.add(Gravity::Notice, "queue",
                      QStringLiteral("its mails cannot be counted: %1").arg(errorOf(query).text),
                      QStringLiteral("GRANT SELECT ON `%1`.`emails` TO the account '%2'")
                          .arg(database.databaseName(), database.userName()));
-        return;
+        return {};
     }
     schema.queued = query.value(0).toInt();
     schema.oldestSeconds = query.value(1).toLongLong();
@@ -247,6 +245,19 @@ void checkQueue(const QSqlDatabase &database, SchemaJudgement &schema, Findings 
                                     "a time")
                          .arg(QString::number(largest), QString::number(packet)),
                      QStringLiteral("set max_allowed_packet to at least twice the mail"));
+    return {query.value(4).toLongLong(), packet};
+}
+
+void checkPackets(const MailSizes &sizes, Findings &findings)
+{
+    if (sizes.lastBytes * 2 <= sizes.packetBytes)
+        return;
+    findings.add(Gravity::Harm, "packet",
+                 QStringLiteral("the last workbook made a mail of %1 bytes, the server takes "
+                                "%2 at a time")
+                     .arg(QString::number(sizes.lastBytes), QString::number(sizes.packetBytes)),
+                 QStringLiteral("set max_allowed_packet to at least twice the mail: workbooks "
+                                "grow until the month ends"));
 }
 
 /// Without the privilege PROCESS, an account sees its own connections: those of the hosts.
@@ -270,18 +281,13 @@ void checkMachines(const QSqlDatabase &database, Findings &findings)
                                     "the others; until then no report goes out twice"));
 }
 
-void checkReport(const QSqlDatabase &database, const ReportKind &kind, const QDateTime &now,
-                 const Machine &machine, const TableLimits &limits, Findings &findings)
+void checkReport(const QSqlDatabase &database, const ReportReading &reading, const Machine &machine,
+                 const TableFacts &facts, Findings &findings)
 {
-    int rows = 0;
-    if (checkReading(database, kind, findings)) {
-        const auto report = createReport(kind, database);
-        ReportRun run;
-        run.now = now;
-        rows = std::max(0, report->countRows(run));
-        checkRows(rows, *report, kind, now, findings);
-    }
-    const qint64 bytes = leastBytes + rows * leastBytesPerRow;
+    checkReading(database, reading, findings);
+    if (arePeopleReadable(reading))
+        checkRows(reading.rows, *reading.needs.format, *reading.kind, findings);
+    const qint64 bytes = leastBytes + reading.rows * leastBytesPerRow;
     checkRoom(bytes, machine, findings);
-    checkMail(bytes, limits, findings);
+    checkMail(bytes, facts, findings);
 }

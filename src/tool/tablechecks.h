@@ -1,37 +1,52 @@
 #pragma once
 
+#include "reports/reportkind.h"
 #include "tool/finding.h"
+#include "tool/requirements.h"
 
-#include <QDateTime>
 #include <QSqlDatabase>
+#include <QVariant>
+#include <QVector>
 
-#include <limits>
-
-class AttenReport;
 struct Machine;
-struct ReportKind;
 struct SchemaJudgement;
+struct TableFacts;
 
 // The checks that SchemaJudge runs. They need a connection that may write, because the server
 // checks rights only on such a one. If the connection is lost, findings may be wrong or missing;
 // SchemaJudge therefore tests the connection at the end.
 
-/// How large a mail may be. A limit that is not known does not apply.
-struct TableLimits {
-    qint64 packetBytes = std::numeric_limits<qint64>::max(); ///< of a statement
-    qint64 columnBytes = std::numeric_limits<qint64>::max(); ///< of an attachment
+/// What a report finds in a schema.
+struct ReportReading {
+    const ReportKind *kind = nullptr;
+    ReportNeeds needs;
+    QVector<UnmetRequirement> unmet = {}; ///< what it cannot read
+    int rows = 0;                         ///< of its workbook; 0, too, if it cannot read the people
 };
 
+/// Asks what these reports find, given their kinds and needs.
+void readAll(const QSqlDatabase &database, QVector<ReportReading> &reports);
+
 /// Looks for what every report of the schema needs: rights to write, sender, storage, columns.
-void checkTables(const QSqlDatabase &database, TableLimits &limits, Findings &findings);
+void checkTables(const QSqlDatabase &database, const QVariant &sender, const TableFacts &facts,
+                 Findings &findings);
+
+/// How large mails are; 0 if that is not known.
+struct MailSizes {
+    qint64 lastBytes = 0;   ///< the largest of the last workbooks' mails
+    qint64 packetBytes = 0; ///< what the server takes at a time
+};
 
 /// Counts the mails that wait, and looks for those that wait too long or are too large.
-void checkQueue(const QSqlDatabase &database, SchemaJudgement &schema, Findings &findings);
+MailSizes checkQueue(const QSqlDatabase &database, SchemaJudgement &schema, Findings &findings);
+
+/// Compares the last workbooks with what the server takes: the reports grow with the month.
+void checkPackets(const MailSizes &sizes, Findings &findings);
 
 /// Looks for other machines that serve the schema.
 void checkMachines(const QSqlDatabase &database, Findings &findings);
 
-/// Looks for what one report needs to read, and whether its people make a workbook and a mail that
-/// fit everywhere. Sizes are lower bounds by the number of rows.
-void checkReport(const QSqlDatabase &database, const ReportKind &kind, const QDateTime &now,
-                 const Machine &machine, const TableLimits &limits, Findings &findings);
+/// Looks whether one report can read what it needs, and whether its people make a workbook and a
+/// mail that fit everywhere. Sizes are lower bounds by the number of rows.
+void checkReport(const QSqlDatabase &database, const ReportReading &reading, const Machine &machine,
+                 const TableFacts &facts, Findings &findings);

@@ -215,6 +215,10 @@ QString Tool::commandHelp()
 
 int Tool::run(const QString &name, const QStringList &arguments)
 {
+    // Without TZ, the C library looks at the zone's file with each conversion: hundreds of times a
+    // schema. A host leaves it at that and follows a change of the zone; a command ends before.
+    if (!qEnvironmentVariableIsSet("TZ"))
+        qputenv("TZ", ":/etc/localtime");
     const int status = helpOrRun(*find(name), arguments);
     // A monitor must not take half an answer, or none, for a good one.
     return !Output::flush() && status == Well ? Look : status;
