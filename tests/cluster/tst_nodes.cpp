@@ -167,7 +167,7 @@ private Q_SLOTS:
         const QJsonObject found = QJsonDocument::fromJson(program.output().toUtf8()).object();
         QCOMPARE(found["server"].toString(), QString("node3, one of 3 nodes"));
         QStringList texts;
-        for (const QJsonValue &finding : found["findings"].toArray())
+        for (const QJsonValue finding : found["findings"].toArray())
             texts += finding["text"].toString();
         QCOMPARE(texts.filter("no primary key").join(""),
                  QString("table notes has no primary key: two nodes may change the same row "
@@ -236,6 +236,7 @@ private:
         std::atomic<int> ready{0};
         std::atomic<int> queued{0};
         std::vector<std::thread> threads;
+        threads.reserve(nodes);
         for (int node = 0; node < nodes; ++node)
             threads.emplace_back([&, node] { queued += runAt(node, bench, kind, ready); });
         for (std::thread &thread : threads)
@@ -256,7 +257,7 @@ private:
             db.setPort(cluster.port(node));
             TestCluster::catchUp(db);
             db.exec("SET SESSION TRANSACTION ISOLATION LEVEL " + isolation);
-            const QDateTime now = QDateTime::currentDateTime().addSecs(node * secondsApart);
+            const QDateTime now = QDateTime::currentDateTime().addSecs(qint64(node) * secondsApart);
             ReportRun run =
                 runFor({"a@firma.sk", "b@firma.sk", "c@firma.sk"}, now, kind.countsWhen, db);
             run.settings.enabled = true;
