@@ -27,14 +27,15 @@ protected:
         serveDatabase(bench->schema.name(), QStringList("--single") + options);
     }
 
-    /// Starts another command, with the options of the connection added. Its output goes to a file
-    /// unless `outputFile` is empty.
+    /// Starts another command at the information database, unless its options lead elsewhere. Its
+    /// output goes to a file unless `outputFile` is empty.
     std::unique_ptr<HostProgram> start(const QString &arguments,
                                        const QString &outputFile = QString()) const
     {
         auto tool = std::make_unique<HostProgram>();
+        const QStringList words = QProcess::splitCommand(arguments);
         tool->outputTo(outputFile);
-        tool->start(QProcess::splitCommand(arguments) + TestServer::options(info->name()),
+        tool->start(words.mid(0, 1) + TestServer::options(info->name()) + words.mid(1),
                     environment);
         return tool;
     }

@@ -46,10 +46,10 @@ private Q_SLOTS:
         info->addSchemas({"firm"}, schema->name());
         addPeople(*schema, 1);
         enableDailyReport(*schema, "a@firma.sk");
-        info->exec("CREATE USER safe@'127.0.0.1' IDENTIFIED BY 'secret' REQUIRE SSL;\n"
-                   "CREATE USER known@'127.0.0.1' IDENTIFIED BY 'secret' REQUIRE X509;\n"
-                   "GRANT ALL ON *.* TO safe@'127.0.0.1';\n"
-                   "GRANT ALL ON *.* TO known@'127.0.0.1'");
+        const QString account =
+            "GRANT ALL ON *.* TO %1@'127.0.0.1' IDENTIFIED BY 'secret' REQUIRE ";
+        info->exec(account.arg("safe") + "SSL");
+        info->exec(account.arg("known") + "X509");
     }
 
     void cleanupTestCase()

@@ -121,8 +121,11 @@ private:
     QJsonObject preview(const QString &kind, const QDate &day, const QString &language) const
     {
         const QString file = bench->temporary.filePath(kind + ".xlsx");
-        const QString arguments("preview firm %1 --date %2 --language %3 --out %4");
-        const Outcome outcome = run(arguments.arg(kind, day.toString(Qt::ISODate), language, file));
+        const QString date = day.toString(Qt::ISODate);
+        const QString arguments(
+            "preview %1 %2 --single --db-name %1 --date %3 --language %4 --out %5");
+        const Outcome outcome =
+            run(arguments.arg(bench->schema.name(), kind, date, language, file));
         return outcome.status == 0 ? readSheet(file) : QJsonObject();
     }
 

@@ -83,7 +83,7 @@ private Q_SLOTS:
         writeFile(file, content.toUtf8());
         QVERIFY(QFile::setPermissions(file, mode == "open" ? QFile::ReadOwner | QFile::ReadOther
                                                            : QFile::ReadOwner));
-        environment.remove("AUTOREPORT_DB_PASSWORD");
+        environment = QProcessEnvironment::systemEnvironment();
         if (mode == "copy")
             environment.insert("CREDENTIALS_DIRECTORY", bench->temporary.path());
         program->start({"serve", "--config", file}, environment);
