@@ -10,8 +10,8 @@
 /**
  * Returns a new query on `database`, forward only.
  *
- * QSqlQuery(database) would fall back to the default connection when the handle is invalid, and so
- * read or write a database that nobody asked for. On this one every statement fails instead.
+ * If `database` is invalid, QSqlQuery(database) silently uses the default connection, and so the
+ * wrong database. On the query returned here every statement fails instead.
  */
 inline QSqlQuery freshQuery(const QSqlDatabase &database)
 {
@@ -20,7 +20,7 @@ inline QSqlQuery freshQuery(const QSqlDatabase &database)
     return query;
 }
 
-/// Returns the driver's words for the query's last step, which failed.
+/// Returns the driver's error for the query's last operation, which must have failed.
 inline Error errorOf(const QSqlQuery &query)
 {
     return {query.lastError().text(), query.lastError().nativeErrorCode()};

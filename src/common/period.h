@@ -9,11 +9,11 @@ QDate firstOfMonth(const QDate &date);
  * Returns the first moment of `date` in local time. Days have 23, 24 or 25 hours, so the end of a
  * day is the start of the next one.
  *
- * Unlike QDate::startOfDay(), it is the same moment in every call where a clock set back makes
- * midnight come twice: the earlier of the two. Where summer time skips midnight it is the end of
- * the gap. `date` must be valid.
+ * If a clock set back makes midnight come twice, this is always the earlier of the two, while
+ * QDate::startOfDay() may return either. If summer time skips midnight, it is the end of the gap.
+ * `date` must be valid.
  */
 QDateTime dayStart(const QDate &date);
 
-/// Returns the same moment as Unix seconds.
+/// Returns dayStart(date) as Unix seconds.
 qint64 dayStartSeconds(const QDate &date);

@@ -7,8 +7,8 @@
 
 /// What went wrong.
 struct Error {
-    QString text;      ///< without a line end; mostly the driver's or the system's
-    QString code = {}; ///< the database server's number; empty where it has none
+    QString text;      ///< one line, usually from the driver or the system
+    QString code = {}; ///< the database server's error number, or empty
 };
 
 /// The outcome of an operation: its value, or the error that prevented it.
@@ -18,7 +18,7 @@ class [[nodiscard]] Result
 public:
     using Value = T;
 
-    // Implicit, so that a function returns either.
+    // Implicit, so that a function can return a value or an error.
     Result(T value)
         : content(std::move(value))
     {
@@ -29,9 +29,9 @@ public:
     }
 
     bool isOk() const { return std::holds_alternative<T>(content); }
-    /// Call it on a success only.
+    /// Valid only if isOk().
     const T &value() const { return std::get<T>(content); }
-    /// Call them on an error only.
+    /// Valid only if isOk() is false.
     const QString &error() const { return std::get<Error>(content).text; }
     const QString &errorCode() const { return std::get<Error>(content).code; }
 

@@ -51,7 +51,7 @@ void ZAS::loadCurrentAdminPeopleUids()
             : QStringLiteral("SELECT uid FROM admins_people WHERE aid=%1;").arg(curAdminID);
     QSqlQuery query = freshQuery(QSqlDatabase::database());
     if (!query.exec(statement)) {
-        // Not a slip: the table is "admins_people", but operators search for this line.
+        // The table is "admins_people"; the misspelt line stays because operators search for it.
         qCritical().noquote() << "Cannot load from admin_people, ERROR:"
                               << query.lastError().text();
     }

@@ -49,16 +49,16 @@ extern LicenseInfo license;
 
 /**
  * Reads the people whom the current administrator may see into `curAdmin.uids`: all active ones for
- * the built-in accounts (ids below 2). Uses the default connection; on an error, logged, the list
- * is empty.
+ * the built-in accounts (ids below 2). Uses the default connection. On an error, which is logged,
+ * the list is empty.
  */
 void loadCurrentAdminPeopleUids();
 
 bool isModule(const QString &module);
 bool guiAccess(GUIStates screen);
 
-/// Returns the address of the support chat with company, name and mail as query items. Its host is
-/// a setting of the build, AUTOREPORT_SUPPORT_CHAT_URL.
+/// Returns the address of the support chat with company, name and mail as query items. The page is
+/// set by the build option AUTOREPORT_SUPPORT_CHAT_URL.
 QUrl getSupportChatUrl();
 
 } // namespace ZAS

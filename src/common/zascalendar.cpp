@@ -91,7 +91,7 @@ int ZAS::workingDaysInMonth(unsigned char days, unsigned char firstDayOfWeek,
 {
     constexpr int saturday = 6;
     constexpr int sunday = 7;
-    constexpr int mondayAfterSunday = 8; // counts as a Monday; a Tuesday, 2, follows
+    constexpr int mondayAfterSunday = 8; // counts as a Monday; 2, a Tuesday, follows
     int count = 0;
     int weekday = firstDayOfWeek;
     for (int day = 0; day < days; ++day) {

@@ -35,14 +35,14 @@ QString monthString(unsigned int monthKey);
  */
 int workingDaysInMonth(unsigned char days, unsigned char firstDayOfWeek, unsigned char holidays);
 
-/// Returns 7 minus the free days: bits 0 to 6 of `freeDays` mark a day of the week each; bit 7 is
-/// ignored.
+/// Returns 7 minus the number of free days. Bits 0 to 6 of `freeDays` each mark one day of the
+/// week; bit 7 is ignored.
 unsigned char workingDaysInWeek(unsigned char freeDays);
 
 /**
- * Returns the first day of the month of the oldest attendance record on the default connection; of
- * the current month if there is no record or the query fails, which is logged. Call it in the
- * thread of the default connection.
+ * Returns the first day of the month of the oldest attendance record. Without a record, or if the
+ * query fails, which is logged, it is the first day of the current month. Uses the default
+ * connection; call it from that connection's thread.
  */
 QDate findFirstMonth();
 

@@ -114,6 +114,6 @@ QString ZAS::firstInterruption(const QString &interruptions)
 
 QString ZAS::shortcutFromInters(const QString &interruptions)
 {
-    // The amount holds no blank; a shortcut may.
+    // A shortcut may contain blanks; the amount that follows it does not.
     return firstInterruption(interruptions).section(QLatin1Char(' '), 0, -2);
 }

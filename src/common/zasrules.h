@@ -20,26 +20,26 @@ int roundValToIndex(int seconds);
 /// Returns the step's translated label.
 QString roundValToString(int seconds);
 
-/// Steps of the list of day issues: 60, 300 and 900 seconds are 1, 2 and 3; so is anything above
-/// 900 3, and any other value 0.
+/// Steps of the list of day issues: indexes 1 to 3 are 60, 300 and 900 seconds. More than 900
+/// seconds is 3 too; any other value is 0.
 int dayIssuesIndexFromInterval(unsigned short seconds);
 unsigned short dayIssuesIntervalFromIndex(int index);
 
-/// Returns whether the whole text is one mail address, in upper or lower case.
+/// Returns whether the text is exactly one mail address. Ignores case.
 bool validEmail(const QString &address);
 
 /// Returns whether a database error reports a duplicate key.
 bool checkDuplicateEntry(const QString &errorText);
 
-/// Returns `length` random characters of `alphabet`, each equally likely; an empty text if there is
-/// no alphabet. Not for secrets.
+/// Returns `length` random characters of `alphabet`, each equally likely; empty if `alphabet` is.
+/// Not for secrets.
 QString getRandomString(int length, const QString &alphabet);
 
 /// Returns the key of a shift in one person's plan: "number-day-order", decimal.
 QString shiftKeyFromNum(int shift, unsigned char dayOfMonth, unsigned char order);
 
-/// Returns a shift as people read it: the number, "/" and the variant unless that is 0, "*" if it
-/// was changed; in parentheses if it is only planned.
+/// Returns a shift as shown to users: the number, then "/" and the variant unless that is 0, then
+/// "*" if the shift was changed. A shift that is only planned is in parentheses.
 QString makeShiftString(unsigned char shift, unsigned char variant, bool changed, bool planned);
 
 /// Return the text of the first interruption in a list such as "[D 1.5-2x][L 0.25]" ("D 1.5-2x"),

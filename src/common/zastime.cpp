@@ -20,7 +20,7 @@ constexpr unsigned int hoursAndMinutes = 2;
 constexpr unsigned int hoursToSeconds = 3;
 constexpr std::size_t longestTime = 32; // the largest number of hours has 16 digits
 
-/// Writes `number`, two digits at least, so that it ends at `end`. Returns its beginning.
+/// Writes `number`, with at least two digits, before `end`. Returns where it begins.
 QChar *putBefore(QChar *end, unsigned long long number)
 {
     for (int digits = 0; digits < 2 || number > 0; ++digits, number /= 10)
@@ -57,7 +57,8 @@ QString ZAS::tsToTimeString(long long seconds, unsigned int format, bool limit24
     if (limit24 && seconds > secondsPerDay)
         hours %= hoursPerDay;
 
-    // A report writes hundreds of thousands of these: built from the end, without temporaries.
+    // A report formats hundreds of thousands of durations, so the text is built backwards in a
+    // buffer, without temporaries.
     std::array<QChar, longestTime> buffer;
     QChar *const end = buffer.data() + buffer.size();
     QChar *begin = end;
@@ -122,7 +123,7 @@ QString ZAS::tsToDateTimeString(unsigned int ts)
 
 unsigned int ZAS::secondsFromTimestamp(unsigned int ts)
 {
-    // By the clock, not from midnight: a day has 23, 24 or 25 hours.
+    // Not the seconds since midnight: a day may have 23 or 25 hours.
     const QTime time = QDateTime::fromSecsSinceEpoch(ts).time();
     return static_cast<unsigned int>(time.hour() * 3600 + time.minute() * 60 + time.second());
 }

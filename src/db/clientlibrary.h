@@ -14,9 +14,10 @@ extern "C" {
 /// Returns the library's handle of an open connection; null for other drivers.
 MYSQL *clientHandle(const QSqlDatabase &database);
 
-/// Returns a function of the client library that the driver links, or of one that it links itself;
-/// null if there is no `name`.
+/// Returns the function `name` of the client library that the driver links, or of a library that
+/// the client library links in turn. Returns null if there is none.
 void *clientFunction(const QSqlDatabase &database, const char *name);
 
-/// Returns whether the library matches the headers: MySQL's has other structures.
+/// Returns whether the library is MariaDB's, whose headers are used here. MySQL's structures
+/// differ.
 bool isMariaDb(const QSqlDatabase &database);

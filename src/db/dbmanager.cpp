@@ -259,13 +259,13 @@ void DBManager::removeUnusedConnections()
 void DBManager::removeUnused(const QString &name)
 {
     if (isMaster(name)) {
-        // It was offered before it became a master connection.
+        // It was added before it became a master connection.
         qWarning().noquote()
             << "DBManager::removeUnusedConnections() - cannot remove master connection" << name;
         return;
     }
     if (connectionIsActive(name)) {
-        // Dropped: the thread that still uses it offers it again.
+        // Dropped from the pool: the thread that still uses it will add it again.
         qWarning().noquote()
             << "DBManager::removeUnusedConnections() - can't remove active connection" << name;
         return;

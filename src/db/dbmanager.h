@@ -56,7 +56,7 @@ public:
     QString getConnectionNameFromToken(const QString &token) const;
     /// Returns whether the calling thread has a connection to that schema, open or not.
     bool isDatabase(const QString &token) const;
-    /// Returns whether this manager created it.
+    /// Returns whether this manager created that connection.
     bool isConnection(const QString &token) const;
     /// Returns whether the connection of that name is open. On any thread but the connection's own,
     /// Qt warns and the result is false. No lock.
@@ -77,10 +77,10 @@ public:
     bool setRecalculated(const QString &token);
     QString getTokenBySchemaName(const QString &name);
 
-    /// Reads and caches one row of `schemas`. Returns an empty record if there is no server or no
-    /// such row, and the row as last read if the query fails. No lock.
+    /// Reads and caches one row of `schemas`. Returns an empty record if the server cannot be
+    /// reached or there is no such row, and the cached row if the query fails. No lock.
     DBSchemeRecord loadScheme(const QString &token);
-    /// Returns the cached row.
+    /// Returns the cached row, or an empty record.
     DBSchemeRecord getDbConnRecord(const QString &token) const;
 
     /// Returns the calling thread's open connection to that schema, or the product's own database
@@ -88,8 +88,8 @@ public:
     /// connection, which may be invalid. Every later call tries to open the schema's connection
     /// again and returns it, open or not.
     ///
-    /// A thread must offer its connections with addUnusedConnection() before it ends: a later
-    /// thread with the same id would find them under its own names and could not use them.
+    /// A thread must pass its connections to addUnusedConnection() before it ends: a later thread
+    /// with the same id would find them under its own names, but could not use them.
     QSqlDatabase getDatabase(const QString &token);
 
     /// The pool of connections that their threads no longer use. A thread adds the names before it

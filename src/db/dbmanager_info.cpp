@@ -9,7 +9,7 @@
 #include <type_traits>
 
 /// Opens the information database, calls `ask` and logs its error. The registry and its queries are
-/// gone before the database is closed.
+/// destroyed before the database is closed.
 template <typename Ask>
 auto DBManager::askRegistry(const QString &errorPrefix, const Ask &ask)
 {

@@ -24,8 +24,7 @@ public:
 
     void setDB(const QSqlDatabase &db);
 
-    /// As addMail(), for callers who want to know what failed: the error is the line that addMail()
-    /// would have logged.
+    /// Like addMail(), but returns the error instead of logging it.
     Result<uint> tryAddMail(const MailRecord &mail) const;
 
     /// Returns the statement of addMail(), with placeholders.

@@ -107,7 +107,7 @@ Result<bool> SchemaRegistry::stampRecalculation(const QString &token) const
                      .arg(token));
 }
 
-/// The server counts the rows that it changed, not those that it found.
+/// The number of affected rows counts those that changed, not those that matched.
 Result<bool> SchemaRegistry::stamp(const QString &sql) const
 {
     QSqlQuery query = freshQuery(database);

@@ -36,7 +36,7 @@ public:
         DBSchemeRecord record;
         int status = 0;
     };
-    /// Returns all rows, in the same order.
+    /// Returns all rows, in the order of tokens().
     Result<QVector<Listed>> all() const;
     /// Returns schemas without maintenance for 900 seconds, longest waiting first.
     Result<QStringList> tokensForMaintenance(ushort count) const;
@@ -44,7 +44,7 @@ public:
     Result<QStringList> tokensForRecalculation(ushort count) const;
 
     /// Stamp the schema's row with the current second. Return false if there is no such active
-    /// schema, and if it was stamped within the same second.
+    /// schema, or if it was stamped within the same second.
     Result<bool> stampMaintenance(const QString &token) const;
     Result<bool> stampRecalculation(const QString &token) const;
 

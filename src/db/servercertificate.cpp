@@ -13,9 +13,10 @@ using VerifyResult = long (*)(const void *session);
 using ErrorText = const char *(*)(long result);
 using Cipher = const char *(*)(MYSQL *connection);
 
-const QLatin1String tlsError("2026"); // the client library's number
+const QLatin1String tlsError("2026"); // the client library's error code
 
-/// How MARIADB_TLS begins. Its own header includes one that the distribution does not install.
+/// The first members of MARIADB_TLS. Its own header includes one that the distribution does not
+/// install.
 struct TlsHead {
     void *data;
     MARIADB_PVIO *io;
@@ -27,8 +28,8 @@ bool namesAuthority(const QSqlDatabase &database)
     return database.connectOptions().contains(QLatin1String("SSL_CA="));
 }
 
-/// Returns what is wrong with the server's certificate; an empty text if nothing is. OpenSSL checks
-/// it in every handshake and leaves it to its callers to ask for the result.
+/// Returns what is wrong with the server's certificate, or an empty text. OpenSSL verifies it in
+/// every handshake, but its caller has to ask for the result.
 QString certificateError(const QSqlDatabase &database)
 {
     MYSQL *connection = clientHandle(database);
@@ -37,7 +38,7 @@ QString certificateError(const QSqlDatabase &database)
     const auto cipher = reinterpret_cast<Cipher>(clientFunction(database, "mysql_get_ssl_cipher"));
     if (!cipher || !cipher(connection))
         return QStringLiteral("the connection is not encrypted");
-    if (!isMariaDb(database)) // does not reveal it
+    if (!isMariaDb(database)) // MySQL's library does not reveal the certificate
         return QString();
     const MARIADB_PVIO *io = connection->net.pvio;
     const auto *tls = reinterpret_cast<const TlsHead *>(io ? io->ctls : nullptr);

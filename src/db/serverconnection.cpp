@@ -9,7 +9,7 @@
 namespace
 {
 
-/// Gives access to how a driver reports its errors.
+/// Makes setLastError() accessible.
 struct Driver : QSqlDriver {
     using QSqlDriver::setLastError;
 };

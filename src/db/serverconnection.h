@@ -6,13 +6,13 @@
 /**
  * Returns the server's id of the connection, or 0 if the server does not answer or has no such id.
  *
- * A connection that is set to reconnect does so silently; its transaction and its locks are gone.
- * The id then differs.
+ * A connection that is set to reconnect does so silently, and loses its transaction and its locks.
+ * Its id then changes.
  */
 qulonglong serverConnectionId(const QSqlDatabase &database);
 
-/// Returns whether the server answers on this connection, numbered or not.
+/// Returns whether the server answers on this connection, whether or not it has connection ids.
 bool serverAnswers(const QSqlDatabase &database);
 
-/// Makes lastError() say why `database` was not opened, as the driver does for what it notices.
+/// Sets lastError() of `database` to why it was not opened, as the driver does for its own errors.
 void setOpenError(const QSqlDatabase &database, const QString &text, const QString &code);

@@ -12,7 +12,7 @@
 namespace
 {
 
-/// The position in each list of the server that was last found at work.
+/// Remembers, for each list of servers, the position of the one that was last found working.
 class LastServers
 {
 public:
@@ -46,14 +46,14 @@ ServerAddress addressOf(const QString &text, int defaultPort)
     if (bracketed && hostEnd != -1)
         return {text.mid(1, hostEnd - 1),
                 colon > hostEnd ? text.mid(colon + 1).toInt() : defaultPort};
-    // Without brackets, several colons are an address of IPv6.
+    // Without brackets, several colons mean an IPv6 address.
     if (colon == -1 || colon != hostEnd)
         return {text, defaultPort};
     return {text.left(colon), text.mid(colon + 1).toInt()};
 }
 
-/// Returns why the server is not at work; an empty text if it is. A node that has lost the others
-/// accepts connections, but refuses every table.
+/// Returns why the server does not work, or an empty text if it does. A node that has lost the
+/// others accepts connections, but refuses every table.
 QString idleReason(const QSqlDatabase &database)
 {
     const std::optional<ClusterNode> node = clusterNodeOf(database);
@@ -72,7 +72,7 @@ bool openOn(const ServerAddress &server, QSqlDatabase &database, const Open &ope
     return open(database);
 }
 
-/// Returns the error, or an empty text if the server is open and at work.
+/// Returns the error, or an empty text if the server is open and works.
 QString openWorking(const ServerAddress &server, QSqlDatabase &database, const Open &open)
 {
     if (!openOn(server, database, open))
@@ -89,7 +89,7 @@ bool openOnOneOf(const QVector<ServerAddress> &servers, const QString &list, QSq
     const int first = LastServers::ofProcess().of(list);
     QStringList errors;
     for (int i = 0; i < servers.size(); ++i) {
-        // Each may use up the limit of `open`, and a stop must not wait for all of them.
+        // Each server may use up the limit of `open`; a stop must not wait for all of them.
         if (i > 0 && QThread::currentThread()->isInterruptionRequested())
             break;
         const int position = (first + i) % servers.size();

@@ -13,23 +13,24 @@ struct ServerAddress {
     int port = 0;
 };
 
-/// Returns the servers that a connection's host name lists, such as "node1:3306,node2". Those
-/// without a port have `port`; a port that is not a number is 0. An address of IPv6 that has a port
-/// is in brackets.
+/// Returns the servers that a connection's host name lists, such as "node1:3306,node2". A server
+/// without a port gets `port`; a port that is not a number becomes 0. An IPv6 address with a port
+/// must be in brackets.
 QVector<ServerAddress> serversOf(const QString &hostName, int port);
 
-/// Returns them as one text, each with its port: "node1:3306,node2:3306".
+/// Returns these servers as one text, each with its port: "node1:3306,node2:3306".
 QString serverText(const QString &hostName, int port);
 
 /// Opens `database` on one of the servers that its host name lists: on the one that this process
-/// last found at work, else on the next that is. Host name and port are unchanged. A node of a
-/// cluster that has lost the others is not at work. `open` opens it on a single server.
+/// last found working, or else on the next one that works. A cluster node that has lost the others
+/// does not work. Afterwards `database` has its host name and port again. `open` opens it on a
+/// single server.
 ///
-/// With one server, the same as `open`. With several, gives up after the current one if the thread
+/// With one server, only calls `open`. With several, gives up after the current one if the thread
 /// is asked to stop; on a failure, lastError() names each server and its error. Thread-safe.
 bool openOnAny(QSqlDatabase &database,
                const std::function<bool(QSqlDatabase &)> &open = openTrusted);
 
-/// Returns whether the server of an open connection is still at work, so that no other one is
-/// needed. True if it lists one server: to ask costs statements only with several.
+/// Returns whether the server of an open connection still works. If the host name lists only one
+/// server, returns true without asking it.
 bool isAtWork(const QSqlDatabase &database);

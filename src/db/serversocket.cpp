@@ -34,7 +34,7 @@ void setOption(const QSqlDatabase &database, mysql_option option, const void *va
         set(connection, option, value);
 }
 
-/// Removes the limits on reads and writes of an open connection, also for after a reconnect.
+/// Removes the limits on reads and writes of an open connection, for now and after a reconnect.
 void liftQueryLimits(const QSqlDatabase &database)
 {
     const unsigned none = 0;
@@ -43,7 +43,7 @@ void liftQueryLimits(const QSqlDatabase &database)
     MYSQL *connection = clientHandle(database);
     if (!connection || !isMariaDb(database) || !connection->net.pvio)
         return;
-    // The options take effect at the next connect only.
+    // The options take effect only at the next connect.
     MARIADB_PVIO *io = connection->net.pvio;
     io->methods->set_timeout(io, PVIO_READ_TIMEOUT, 0);
     io->methods->set_timeout(io, PVIO_WRITE_TIMEOUT, 0);
@@ -60,7 +60,8 @@ int clientSocket(const QSqlDatabase &database)
 void noticeDeadPeer(int descriptor)
 {
     const auto set = [descriptor](int level, int name, int value) {
-        setsockopt(descriptor, level, name, &value, sizeof value); // no use on a Unix socket
+        // Fails on a Unix socket, which needs none of this.
+        setsockopt(descriptor, level, name, &value, sizeof value);
     };
     set(SOL_SOCKET, SO_KEEPALIVE, 1);
     set(IPPROTO_TCP, TCP_KEEPIDLE, keepIdleSeconds);
@@ -136,7 +137,8 @@ bool hasLiftableLimits(const QSqlDatabase &database)
            !database.connectOptions().contains(QLatin1String("MYSQL_OPT_READ_TIMEOUT"));
 }
 
-/// Opens it with all limits that can be lifted afterwards.
+/// Opens `database` with a limit on connecting, and on queries if asked for or if it can be lifted
+/// afterwards.
 bool openOneWithin(QSqlDatabase &database, int seconds, Limited limited)
 {
     if (database.driverName() != QLatin1String("QMYSQL"))
@@ -145,7 +147,7 @@ bool openOneWithin(QSqlDatabase &database, int seconds, Limited limited)
     const QStringList queries{QStringLiteral("MYSQL_OPT_READ_TIMEOUT"),
                               QStringLiteral("MYSQL_OPT_WRITE_TIMEOUT")};
     QStringList limits{QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT")};
-    // Opening includes the login and statements of the driver's own.
+    // Opening includes the login and the driver's own statements.
     if (limited == Limited::Queries || hasLiftableLimits(database))
         limits += queries;
 
@@ -161,7 +163,7 @@ bool openWithin(QSqlDatabase &database, int seconds, Limited limited)
 {
     const bool open = openOnAny(
         database, [=](QSqlDatabase &one) { return openOneWithin(one, seconds, limited); });
-    // Not before: a server of several is asked whether it works, within the limits as well.
+    // Only now: openOnAny() may query the servers, which must be limited too.
     if (open && limited == Limited::Connecting && hasLiftableLimits(database))
         liftQueryLimits(database);
     return open;

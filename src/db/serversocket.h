@@ -43,8 +43,8 @@ private:
 /// What a time limit applies to. Limit queries only if all of them are known to be short.
 enum class Limited { Connecting, Queries };
 
-/// Opens `database` on one of its servers. Each network operation, also of a later reconnect by the
-/// client library, is limited to `seconds`. Leaves QSqlDatabase::connectOptions() unchanged.
+/// Opens `database` on one of its servers. Each network operation is limited to `seconds`, also
+/// during a later reconnect by the client library. Leaves QSqlDatabase::connectOptions() unchanged.
 bool openWithin(QSqlDatabase &database, int seconds, Limited limited = Limited::Connecting);
 
 /// Limits the reconnects of an open connection to `seconds` each.

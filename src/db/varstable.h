@@ -29,15 +29,16 @@ public:
 
     /// Returns the value, text or bytes as the driver has it, or nothing if the key is missing.
     Result<std::optional<QVariant>> value(const QString &name) const;
-    /// Returns those of the keys that exist. Runs no statement if `names` is empty.
+    /// Returns the values of those keys that exist. Runs no statement if `names` is empty.
     Result<Values> values(const QStringList &names) const;
-    /// Returns all keys that begin with `prefix`, in full, and those of `others` that exist.
+    /// Returns the values of all keys that begin with `prefix` and of those `others` that exist, by
+    /// their full keys.
     Result<Values> valuesWithPrefix(const QString &prefix, const QStringList &others = {}) const;
 
     /// Returns the committed values of all rows of that name and locks them until the transaction
     /// ends. If there are none, other transactions cannot insert one until then.
     Result<QVector<QVariant>> lock(const QString &name) const;
-    /// Return the statement of lock(), and what a query of it has found.
+    /// Return the statement of lock(), and the values that a query has found with it.
     static QString lockStatement(const QString &name);
     static QVector<QVariant> lockedValues(QSqlQuery &query);
     /// Inserts a row unless one of that name exists. Returns whether it inserted one, which is then

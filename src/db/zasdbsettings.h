@@ -23,13 +23,13 @@ public:
 
     /// Returns the stored value, text or bytes, or `defaultValue` if the key is missing.
     QVariant variableGet(const QString &name, const QVariant &defaultValue) const;
-    /// Returns those of the keys that exist.
+    /// Returns the values of those keys that exist.
     QMap<QString, QVariant> variableGetMultiple(const QStringList &names) const;
-    /// Returns all keys that begin with `prefix`, in full.
+    /// Returns the values of all keys that begin with `prefix`, by their full keys.
     QMap<QString, QVariant> variableGetMultiple(const QString &prefix) const;
 
     bool variableSet(const QString &name, const QVariant &value);
-    /// Returns whether all were stored. An error does not keep it from the rest.
+    /// Stores all values, even after an error. Returns whether all were stored.
     bool variableSetMultiple(const QMap<QString, QVariant> &values);
     /// Deletes one key, or all that begin with `name`. Returns whether any was deleted.
     bool variableDel(const QString &name, bool asPrefix);

@@ -13,7 +13,7 @@ namespace
 
 constexpr int scanIntervalMs = 3600000;
 constexpr int soonMs = 1000;
-// The statements of a scan are short.
+// Shorter than for workers, because the statements of a scan are short.
 constexpr ServerWatch::Limits scanLimits{std::chrono::seconds(2), std::chrono::seconds(4)};
 
 } // namespace
@@ -24,7 +24,7 @@ AutoReport::AutoReport(QObject *parent)
     , soonScan(new QTimer(this))
     , nextSlice(new QTimer(this))
 {
-    // A host follows the scans by these names.
+    // The host finds the timers by these names to watch the scans.
     timer->setObjectName(QStringLiteral("scan"));
     soonScan->setObjectName(QStringLiteral("soonScan"));
     nextSlice->setObjectName(QStringLiteral("nextSlice"));
@@ -43,7 +43,7 @@ AutoReport::~AutoReport()
 void AutoReport::stopAllWorkers()
 {
     if (watch)
-        watch->requestEnd(); // it may be at a question, and answers no sooner than the workers
+        watch->requestEnd(); // first, so that its probe ends while the workers end
     workers.stopAll();
     watch.reset();
 }
@@ -146,7 +146,7 @@ void AutoReport::resume()
     workers.post("resume");
 }
 
-/// The object's address in base 16: makes connection names of two plug-in objects distinct.
+/// Returns the object's address in base 16, to tell the connections of two plug-in objects apart.
 QString AutoReport::addressText() const
 {
     return QString::number(reinterpret_cast<quintptr>(this), 16);

@@ -19,17 +19,17 @@ class QTimer;
 class ServerWatch;
 
 /**
- * The plug-in object that the host loads: finds the schemas with an automatic report switched on
- * and keeps one worker for each.
+ * The plug-in object that the host loads: finds the schemas with an automatic report enabled and
+ * keeps one worker for each.
  *
- * With an information database it scans the schemas one second after `start` and then every
- * hour, and starts a worker, in a thread of its own, for each with a report enabled. A long scan
- * returns to the event loop several times a second, so that a stop or a pause need not wait for it.
- * Without an information database the plug-in runs a single worker on the database that the host
- * set, in the host's own thread, and never scans.
+ * With an information database it scans the schemas one second after `start` and then every hour,
+ * and starts a worker in its own thread for each schema with a report enabled. A long scan returns
+ * to the event loop several times a second, so that a stop or a pause need not wait for it. Without
+ * an information database the plug-in runs a single worker on the database that the host set, in
+ * the host's own thread, and never scans.
  *
- * All operations run in the thread that owns the object. The host owns it, and calls `stop`
- * before it deletes it; the destructor ends the workers of the registry in any case.
+ * All operations run in the object's thread. The host owns the object and calls `stop` before
+ * deleting it; the destructor ends the workers of the registry in any case.
  */
 class AutoReport : public QObject,
                    public ServerInterface,
@@ -91,7 +91,7 @@ private:
     bool scanPending = false; ///< a scan is due or running
     int interval = 0;         ///< milliseconds between two scans; 0 until `start`
     bool started = false;
-    bool infoDb = false; ///< the mode that `start` found
+    bool infoDb = false; ///< whether `start` found an information database
     QPointer<AutoReportWorker> singleWorker;
     WorkerRegistry workers{this};
     std::unique_ptr<ServerWatch> watch; ///< between `start` and `stop`

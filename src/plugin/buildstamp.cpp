@@ -9,7 +9,7 @@ QString buildStamp(const QString &dateText, const QString &timeText)
     const QLocale english(QStringLiteral("en_US"));
     const QDate date = english.toDate(dateText.simplified(), QStringLiteral("MMM d yyyy"));
     const QTime time = QTime::fromString(timeText.simplified(), QStringLiteral("hh:mm:ss"));
-    // QDateTime would take midnight for a time that could not be read.
+    // QDateTime would replace an invalid time with midnight.
     if (!date.isValid() || !time.isValid())
         return QString();
     return QDateTime(date, time).toString(QStringLiteral("yyMMddhhmm"));

@@ -3,7 +3,7 @@
 #include <QString>
 
 /**
- * The build's moment as "yyMMddhhmm", made from the texts of the compiler's __DATE__ and
- * __TIME__; empty when they cannot be read.
+ * Returns the time of the build as "yyMMddhhmm", from the texts of the compiler's __DATE__ and
+ * __TIME__; empty if they cannot be parsed.
  */
 QString buildStamp(const QString &dateText, const QString &timeText);

@@ -4,14 +4,15 @@
 
 class DBManager;
 
-/// Takes the host's connection manager. The manager stays the host's and must outlive the plug-in.
+/// Receives the host's connection manager. The host keeps the manager, which must outlive the
+/// plug-in.
 class DatabaseManagerInterface
 {
 public:
     virtual void setDBManager(DBManager *manager) { dbManager = manager; }
 
 protected:
-    // No virtual destructor: nobody deletes a plug-in through this interface, so nobody can.
+    // Protected instead of virtual: nobody can delete a plug-in through this interface.
     ~DatabaseManagerInterface() = default;
 
     DBManager *dbManager = nullptr;

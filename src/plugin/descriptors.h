@@ -1,5 +1,5 @@
 #pragma once
 
-/// How many more files this process may open; negative when the limit was lowered below what is
-/// open, and the largest number without a limit.
+/// Returns how many more files this process may open: negative if the limit was lowered below the
+/// number of open files, the largest int if there is no limit.
 int spareDescriptors();

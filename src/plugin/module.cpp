@@ -1,2 +1,2 @@
-// The loadable module holds the whole core, and its two plug-in entry points come with AutoReport's
-// own meta-object. CMake wants a source for every library; this is it.
+// Empty on purpose: the loadable module consists of the core library, whose AutoReport class brings
+// the two plug-in entry points, but CMake requires a source file for every library.

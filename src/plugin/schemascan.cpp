@@ -1,4 +1,4 @@
-// The scan: which schemas have an automatic report switched on.
+// AutoReport's scan for schemas with an automatic report enabled.
 
 #include "plugin/autoreport.h"
 
@@ -21,8 +21,9 @@ namespace
 {
 
 constexpr int sliceMs = 200;
-// A worker has its socket twice and its thread's wake-up, and its report a file or two; the rest is
-// for the host. A connection of the scan itself takes one.
+// A worker needs two descriptors for its socket and one for its thread's event loop; its report
+// needs one or two for files. The spared ones are left to the host. Each connection of the scan
+// itself takes one.
 constexpr int descriptorsPerWorker = 6;
 constexpr int descriptorsSpared = 24;
 
@@ -63,7 +64,7 @@ void AutoReport::checkSchemas()
     scanSlice();
 }
 
-/// The scan's own statements on the information database are watched over, like the workers'.
+/// Lets the watch break off the scan's statements on the information database, like the workers'.
 void AutoReport::guardInfoDatabase()
 {
     const QSqlDatabase info = dbManager->getInfoDB();
@@ -71,7 +72,8 @@ void AutoReport::guardInfoDatabase()
     infoGuard->guard(info);
 }
 
-/// A connection that was broken off still counts as open; closed, the next query opens it anew.
+/// A connection that was broken off still counts as open. Closing it makes the next query reopen
+/// it.
 void AutoReport::releaseInfoDatabase()
 {
     if (infoGuard->isBroken())
@@ -82,7 +84,7 @@ void AutoReport::releaseInfoDatabase()
 /// Visits schemas until the slice is over or all are visited.
 void AutoReport::scanSlice()
 {
-    if (!started || !dbManager) // the host has taken it away meanwhile
+    if (!started || !dbManager) // the host may have taken the manager away meanwhile
         return;
     guardInfoDatabase();
     const ConnectionGuard::Use use(*infoGuard);
@@ -110,7 +112,7 @@ void AutoReport::endScan()
         scan.obstacle = QStringLiteral("the server does not answer");
     releaseInfoDatabase();
     if (!scan.obstacle.isEmpty())
-        qWarning("AutoReport::checkSchemas() - %s: the scan ends at schema %u of %u, the next one "
+        qWarning("AutoReport::checkSchemas() - %s: the scan ends at schema %u of %u; the next scan "
                  "tries again",
                  qUtf8Printable(scan.obstacle), scan.visited, scan.total);
     if (debugLevel)
@@ -119,11 +121,11 @@ void AutoReport::endScan()
               workers.size(), scan.visited, scan.total);
 }
 
-/// Takes so many out of what is left for this scan.
+/// Takes `wanted` descriptors from those left for this scan. Returns false if there are too few.
 bool AutoReport::hasDescriptors(int wanted)
 {
     scan.descriptors -= wanted;
-    if (scan.descriptors < 0) { // or so it seems: the host may have closed some meanwhile
+    if (scan.descriptors < 0) { // count again: the host may have closed some meanwhile
         const int promised = workers.starting() * descriptorsPerWorker;
         scan.descriptors = spareDescriptors() - descriptorsSpared - promised - wanted;
     }
@@ -143,13 +145,13 @@ void AutoReport::checkSchema(const QString &token)
     QElapsedTimer elapsed;
     elapsed.start();
     const QSqlDatabase db = dbManager->getDatabase(token);
-    // Without a way to the schema the manager returns another database, the default connection.
+    // If the schema cannot be reached, the manager returns the default connection instead.
     const bool valid =
         db.isValid() && db.connectionName() == dbManager->getConnectionNameFromToken(token);
     if (!valid)
         qWarning("AutoReport::checkSchemas() - invalid database for token '%s'",
                  qUtf8Printable(token));
-    // All schemas are on one server: what one waited for in vain, the others need not try.
+    // All schemas are on one server: if one times out, so will the others.
     const bool failed = !valid || !db.isOpen();
     if (failed && elapsed.hasExpired(limitReached(connectSeconds).count()))
         scan.obstacle = QStringLiteral("the server does not answer");
@@ -163,14 +165,14 @@ void AutoReport::serveSchema(const QString &token, const QSqlDatabase &db)
         return;
     const QString name = QStringLiteral("AutoReport.worker.%1.%2").arg(token, addressText());
     if (!workers.add(token, createWorker(makeDbConfig(db, name)))) {
-        scan.obstacle = QStringLiteral("no thread left for a worker");
+        scan.obstacle = QStringLiteral("cannot start a thread for a worker");
         return;
     }
     qInfo("AutoReport::checkSchemas() - worker created for schema '%s' (%s)", qUtf8Printable(token),
           qUtf8Printable(db.databaseName()));
 }
 
-/// Asks over a connection of its own: the one that the manager keeps for this thread stays as
+/// Queries over a connection of its own, so that the manager's connection for this thread stays as
 /// it is.
 bool AutoReport::checkAutoReport(const QSqlDatabase &db)
 {

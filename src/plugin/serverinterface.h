@@ -20,7 +20,7 @@ public:
     virtual void pause() = 0;
     virtual void resume() = 0;
     virtual void setDebugLevel(unsigned char level) { debugLevel = level; }
-    /// The database of single-database mode; its parameters are used, not the connection itself.
+    /// Sets the database of single-database mode. Only its parameters are used, not the connection.
     virtual void setDatabase(const QSqlDatabase &db) { database = db; }
 
 protected:

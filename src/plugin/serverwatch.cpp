@@ -13,15 +13,15 @@ namespace
 {
 
 constexpr std::chrono::seconds lookInterval(2);
-constexpr std::chrono::seconds askAgain(8); // a server that answered
+constexpr std::chrono::seconds askAgain(8); // before a server that answered is probed again
 
 QString serverName(const AutoReportDbConfig &config)
 {
     return QStringLiteral("%1:%2").arg(config.hostName).arg(config.port);
 }
 
-/// Opens a connection and runs a statement, each step limited. False only when the time was up: a
-/// server that refuses does answer.
+/// Opens a connection and runs a statement, each with a limit. Returns false only on a timeout: a
+/// server that refuses has answered.
 bool isAnswering(const AutoReportDbConfig &config, const QString &connectionName)
 {
     const auto begin = std::chrono::steady_clock::now();
@@ -43,7 +43,7 @@ ServerWatch::ServerWatch()
     try {
         thread = std::thread([this] { run(); });
     } catch (const std::system_error &error) {
-        qWarning("AutoReport - no thread to watch over servers that fall silent: %s", error.what());
+        qWarning("AutoReport - cannot watch for silent servers, no thread: %s", error.what());
     }
 }
 
@@ -93,7 +93,7 @@ std::vector<ServerWatch::Waiting> ServerWatch::waitingConnections()
         if (!guard || guard->isBroken() || guard->busyTime() < each.limits.patience)
             continue;
         waiting.push_back({each.config, guard, each.limits});
-        // A name may lead to several servers, or take its own time to resolve.
+        // Probe the address: a name may stand for several servers and takes time to resolve.
         const ServerAddress address = guard->serverAddress();
         if (!address.host.isEmpty()) {
             waiting.back().config.hostName = address.host;
@@ -103,7 +103,7 @@ std::vector<ServerWatch::Waiting> ServerWatch::waitingConnections()
     return waiting;
 }
 
-/// Asks each server that something waits for, once.
+/// Probes once each server that a connection waits for.
 void ServerWatch::look()
 {
     const std::vector<Waiting> waiting = waitingConnections();

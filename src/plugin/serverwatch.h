@@ -14,7 +14,7 @@
 class ConnectionGuard;
 
 /**
- * Breaks off connections to servers that have fallen silent: that neither answer nor close.
+ * Breaks off connections to servers that have fallen silent, that is, neither answer nor close.
  *
  * TCP detects a dead machine or network, but not a frozen server process, whose kernel still
  * acknowledges packets. A limit on the duration of queries would also end long queries on a healthy
@@ -32,7 +32,7 @@ public:
         std::chrono::seconds silence;  ///< from the first failed probe
     };
 
-    /// End a worker's query within a minute after its server fell silent.
+    /// With these, a worker's query ends within a minute after its server fell silent.
     static constexpr Limits limitsOfWorkers{std::chrono::seconds(10), std::chrono::seconds(20)};
 
     ServerWatch();

@@ -4,7 +4,7 @@
 #include <QString>
 #include <QtPlugin>
 
-/// What the host shows of a plug-in's version: a map of short keys to texts.
+/// The version information of a plug-in that the host shows: texts by short keys.
 class VerInfoInterface
 {
 public:

@@ -24,7 +24,8 @@ void WorkerHandle::stopNow()
         const std::lock_guard lock(mutex);
         live = worker;
     }
-    // Not under the lock: the worker's end calls clear(). Only this thread deletes the worker.
+    // Not under the lock, because stop() leads to clear(). The worker still exists: only this
+    // thread deletes it.
     if (live)
         live->stop();
 }

@@ -10,13 +10,13 @@ namespace
 {
 
 constexpr int stopMs = 10000;
-// Until then, workers end on their own: a report at its next row, a short query with its answer. An
-// attempt to connect takes longer, but ends before the ten seconds are over.
+// How long workers may take to end on their own: a report ends at its next row, a short query with
+// its answer. An attempt to connect may take longer, but less than `stopMs`.
 constexpr int ownWillMs = 4000;
 constexpr int terminationMs = 500;
 
-/// A worker's thread. What it runs cannot be terminated: destructors that are unwound by force may
-/// not throw, and a single wait in one of them would end the host's process.
+/// A worker's thread. Termination is disabled while it runs, because it unwinds the stack from the
+/// next blocking call: if that is in a destructor, the host's process aborts.
 class WorkerThread : public QThread
 {
 public:
@@ -50,8 +50,8 @@ bool WorkerRegistry::add(const QString &token, std::unique_ptr<AutoReportWorker>
     QObject::connect(worker, &AutoReportWorker::finished, worker, &QObject::deleteLater);
     QObject::connect(thread.get(), &QThread::finished, thread.get(), &QObject::deleteLater);
 
-    // Both run in the worker's thread. A queued "stop" is lost when the event loop leaves before
-    // it is delivered; so when the thread ends it stops a worker that has not stopped yet.
+    // Both run in the worker's thread. A queued "stop" is lost if the event loop exits before it is
+    // delivered, so the end of the thread stops a worker that has not stopped yet.
     const auto handle = std::make_shared<WorkerHandle>(worker);
     QObject::connect(
         worker, &AutoReportWorker::finished, worker, [handle] { handle->clear(); },
@@ -96,7 +96,7 @@ void WorkerRegistry::stopAll()
 
 void WorkerRegistry::askAll()
 {
-    // A report in the making ends at its next row.
+    // A running report ends at its next row.
     for (const Entry &entry : qAsConst(entries)) {
         if (entry.thread)
             entry.thread->requestInterruption();

@@ -15,7 +15,7 @@ class WorkerHandle;
  * Owns the plug-in's workers, by token, and their threads.
  *
  * Only stopAll() removes entries. The entry of a worker that ended on its own remains, so that the
- * next scan does not start another one. Belongs to the plug-in's thread.
+ * next scan does not start another one. For the plug-in's thread.
  */
 class WorkerRegistry
 {
@@ -32,7 +32,7 @@ public:
 
     /// Takes ownership of the worker and starts it in a new thread. If the system cannot start a
     /// thread, logs it, deletes the worker and returns false.
-    bool add(const QString &token, std::unique_ptr<AutoReportWorker> worker);
+    bool add(const QString &token, std::unique_ptr<AutoReportWorker> owned);
 
     /// Queues a call of `slot` to every running worker.
     void post(const char *slot);

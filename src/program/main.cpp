@@ -13,13 +13,13 @@
 
 int main(int argc, char *argv[])
 {
-    // Under a limit on the size of files, a write that is too large would end the program, and with
-    // it the reports of all customers. Ignored, it is an error of that one file. Here and not in
-    // the plug-in, because a signal's action belongs to the whole process, hence to the host.
+    // If file sizes are limited, a write beyond the limit would kill the program, and with it the
+    // reports of all customers. With the signal ignored, only that write fails. The plug-in cannot
+    // decide this: a signal's action belongs to the whole process, hence to the host.
     std::signal(SIGXFSZ, SIG_IGN);
 
     const QCoreApplication application(argc, argv);
-    // The engine names files in UTF-8; in a C locale Qt would look for others.
+    // The workbook engine names files in UTF-8; in a C locale Qt would look for different names.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     QCoreApplication::setApplicationName(QStringLiteral("autoreport"));
     QCoreApplication::setApplicationVersion(QStringLiteral(AUTOREPORT_VERSION));
@@ -39,7 +39,7 @@ int main(int argc, char *argv[])
         return Output::flush() ? Tool::Well : Tool::Look;
     }
 
-    // A log reader that goes away is no reason to stop serving.
+    // Keep serving when the reader of the log goes away.
     std::signal(SIGPIPE, SIG_IGN);
     LogSink::install(commandLine.options->debugLevel > 0);
     Language::install(commandLine.options->language);

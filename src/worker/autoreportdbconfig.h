@@ -16,5 +16,6 @@ struct AutoReportDbConfig {
     QString connectOptions; ///< empty when none
 };
 
-/// Sets all of `config` but the two names in `database`, which is registered and not open.
+/// Sets the parameters of `config` on `database`, except for the driver and the connection name.
+/// `database` must be registered and closed.
 void applyConfig(const AutoReportDbConfig &config, QSqlDatabase &database);

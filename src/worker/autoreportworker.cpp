@@ -80,7 +80,7 @@ void AutoReportWorker::activateReports()
         return;
     qInfo("AutoReportWorker - activateReports() db='%s'", qUtf8Printable(database.databaseName()));
     for (ReportBase *report : qAsConst(reports)) {
-        // A worker that is being stopped begins no further report, nor one without a connection.
+        // A worker that is being stopped or has lost its connection starts no further report.
         if (QThread::currentThread()->isInterruptionRequested() || guard->isBroken())
             return;
         report->doWork();
@@ -120,8 +120,9 @@ bool AutoReportWorker::fail()
     return false;
 }
 
-/// Opens the connection, or opens it again. Only here: were the client library to reconnect in
-/// mid-run, nobody would notice, and a stop that broke the connection off would wait for it again.
+/// Opens or reopens the connection. The client library must not reconnect on its own: in the middle
+/// of a run nobody would notice, and after a stop has broken off the connection, it would wait for
+/// the server again.
 bool AutoReportWorker::openDatabase()
 {
     guard->release();
@@ -132,33 +133,33 @@ bool AutoReportWorker::openDatabase()
     return true;
 }
 
-/// Whether there is a connection to work on. One that the server has dropped is opened again, so
-/// that a worker outlives a restart of the server; one that was closed here stays closed.
+/// Returns whether there is a usable connection. Reopens one that the server has dropped, so that a
+/// worker survives a restart of the server, but not one that the worker itself has closed.
 bool AutoReportWorker::keepDatabase()
 {
     if (!database.isOpen() && !databaseLost)
         return false;
     const bool usable = !guard->isBroken() && isUsable(database);
     qulonglong current = usable ? serverConnectionId(database) : 0;
-    if (connectionId == 0) // the server did not answer at the start
+    if (connectionId == 0) // the server gave none at the start
         connectionId = current;
-    if (connectionId == 0 && usable && serverAnswers(database)) // it has no such numbers
+    if (connectionId == 0 && usable && serverAnswers(database)) // the server has no such ids
         return true;
     const bool openedAgain = current == 0 && openDatabase();
     if (openedAgain)
         current = serverConnectionId(database);
     const bool wasLost = std::exchange(databaseLost, current == 0);
     if (databaseLost) {
-        if (!wasLost) // once, until the line that says it is back
+        if (!wasLost) // logged once per loss
             qWarning("AutoReportWorker::activateReports() - no connection to db='%s': %s",
                      qUtf8Printable(config.databaseName),
                      qUtf8Printable(database.lastError().text()));
         return false;
     }
-    // Two servers may have the same number for theirs.
+    // Two servers may give their connections the same id.
     if (openedAgain || current != connectionId) {
         qWarning("AutoReportWorker::activateReports() - the connection to db='%s' was lost and "
-                 "made again",
+                 "reopened",
                  qUtf8Printable(config.databaseName));
         connectionId = current;
     }
@@ -182,7 +183,7 @@ void AutoReportWorker::closeDatabase()
 
 void AutoReportWorker::createReports()
 {
-    // The rarest first, monthly before daily; it also takes less time.
+    // Monthly before daily: the rarer report first, which also takes less time.
     const auto &kinds = reportKinds();
     for (auto kind = kinds.crbegin(); kind != kinds.crend(); ++kind)
         reports.append((*kind)->create(database, this));

@@ -27,7 +27,7 @@ public:
 
     /// Makes every call on the connection fail at once, until guard() is called again.
     void breakOff();
-    /// As breakOff(), and also breaks off all connections guarded later.
+    /// Like breakOff(), but also breaks off all connections guarded later.
     void breakForGood();
     bool isGuarding() const;
     bool isBroken() const { return broken; }

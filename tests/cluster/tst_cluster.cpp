@@ -45,7 +45,7 @@ private Q_SLOTS:
                 cluster.run("kill", victim);
             }
             QTRY_COMPARE_WITH_TIMEOUT(made(), 2 * customers, patienceMs);
-            QVERIFY(!killing || hosts.at(victim)->logs("was lost and made again"));
+            QVERIFY(!killing || hosts.at(victim)->logs("was lost and reopened"));
             QTest::qWait(1000); // for a run that would come second
             int found = -1;
             QTRY_VERIFY_WITH_TIMEOUT((found = madeOnce()) >= 0, patienceMs);

@@ -150,7 +150,7 @@ private Q_SLOTS:
         cluster.run("thaw", 0);
         checkMadeOnce(bench);
         QCOMPARE(bench.log.countContaining("does not answer, connections broken off: 1"), 1);
-        QCOMPARE(bench.log.countContaining("was lost and made again"), 1);
+        QCOMPARE(bench.log.countContaining("was lost and reopened"), 1);
     }
 
     void checkNames()

@@ -60,8 +60,9 @@ private Q_SLOTS:
         addColumns<int, int, QString, int, int>("descriptors", "threadLimit", "line", "least",
                                                 "most");
         addRow("file descriptors", 120, -1, "too few file descriptors left (ulimit -n)", 6, 29);
-        addRow("threads", 0, 11, "no thread left for a worker", 10, 10); // one is the watch's
-        addRow("no thread at all", 0, 0, "no thread left for a worker", 0, 0);
+        addRow("threads", 0, 11, "cannot start a thread for a worker", 10,
+               10); // one is the watch's
+        addRow("no thread at all", 0, 0, "cannot start a thread for a worker", 0, 0);
     }
 
     /// What fits is served, and the next scan serves the others.
@@ -94,7 +95,7 @@ private Q_SLOTS:
         const int served = logged("worker created");
         QVERIFY2(served >= least && served <= most, qPrintable(QString::number(served)));
         QCOMPARE(threads(), served);
-        QCOMPARE(logged("no thread to watch over servers"), threadLimit == 0 ? 1 : 0);
+        QCOMPARE(logged("cannot watch for silent servers"), threadLimit == 0 ? 1 : 0);
         QVERIFY(logs("AutoReportWorker initialized", served));
 
         givePlenty();

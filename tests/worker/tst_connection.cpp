@@ -26,7 +26,7 @@ private Q_SLOTS:
         addPeople(bench->schema, 2);
         for (int tick = 0; tick < 2; ++tick) {
             worker.activateReports();
-            QCOMPARE(logged("was lost and made again"), 1);
+            QCOMPARE(logged("was lost and reopened"), 1);
             QCOMPARE(bench->mails(), 2);
         }
         worker.stop();
@@ -66,7 +66,7 @@ private Q_SLOTS:
         waitUntilGone(); // the connection that was broken off, with the run's lock
         worker.activateReports();
         QCOMPARE(bench->mails(), 2);
-        QCOMPARE(logged("was lost and made again"), 1);
+        QCOMPARE(logged("was lost and reopened"), 1);
         const QString line("the server 127.0.0.1:%1 does not answer, connections broken off: 1");
         QCOMPARE(logged(line.arg(relay.port())), 1);
         worker.stop();
@@ -91,7 +91,7 @@ private Q_SLOTS:
         QCOMPARE(tick(), 2);
         first = std::make_unique<Relay>(TestServer::port());
         QCOMPARE(tick(), 3);
-        QCOMPARE(logged("was lost and made again"), 1);
+        QCOMPARE(logged("was lost and reopened"), 1);
         second.reset();
         QCOMPARE(tick(), 3); // no server is left
         const QString line = bench->log.texts(QtWarningMsg).filter("no connection").join("");
