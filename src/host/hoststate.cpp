@@ -14,15 +14,15 @@ namespace
 {
 
 constexpr const char *madeElsewhere = "elsewhere"; // not a failure
-constexpr int warningsKept = 4;                    // of a run; the first ones say why
+constexpr int warningsKept = 4;                    // per run; the first ones tell the cause
 constexpr int warningChars = 200;
 
 struct Cause {
-    const char *part; ///< of a line that ends a run
+    const char *part; ///< of the log line with which a run ended
     const char *name;
 };
 
-// The text of "mail not created" has two forms.
+// Each part fits all forms of its line: "mail not created!" has two.
 constexpr Cause causesByText[] = {
     {"people SQL", "query"},
     {"no people!", "no_people"},
@@ -34,7 +34,7 @@ constexpr Cause causesByText[] = {
     {"recipients are blank", "recipients"},
     {"mail not created!", "mail"},
     {"mails not committed", "commit"},
-    {"begins no transaction,", "commit"},
+    {"begin a transaction,", "commit"},
     {"interrupted,", "stopped"},
     {"connection lost,", "connection"},
     {"rolled the run back,", "rollback"},
@@ -51,7 +51,7 @@ QString causeIn(const QString &message)
     return found == std::end(causesByText) ? QString() : QLatin1String(found->name);
 }
 
-/// Returns the report that logged the message, null if none did.
+/// Returns the report that logged the message, or null.
 const ReportKind *kindIn(const QString &message)
 {
     const auto &kinds = reportKinds();
@@ -62,7 +62,7 @@ const ReportKind *kindIn(const QString &message)
     return found == kinds.cend() ? nullptr : *found;
 }
 
-/// Leaves out what the message begins with: class and function.
+/// Removes the class and the function with which the message begins.
 QString withoutOrigin(const ReportKind &kind, const QString &message)
 {
     static const QRegularExpression function(
@@ -100,7 +100,7 @@ void HostState::take(QtMsgType type, const QString &message)
     else if (isWarning(type) && message.contains(QLatin1String(": the scan ends at schema "))) {
         const std::lock_guard guard(mutex);
         scanProblem = message.section(QLatin1String(" - "), 1);
-    } else if (isWarning(type)) { // of what a report calls, as the mail queue
+    } else if (isWarning(type)) { // by something that a report calls, such as the mail queue
         const std::lock_guard guard(mutex);
         running[token()].warn(message.section(QLatin1Char('\n'), 0, 0).left(warningChars));
     }
@@ -134,7 +134,7 @@ void HostState::takeReport(const ReportKind &kind, QtMsgType type, const QString
         run.warn(withoutOrigin(kind, message));
 }
 
-/// What a worker logs about itself: its ticks, and that it cannot work.
+/// Takes what a worker logs about itself: its ticks and its problems.
 void HostState::takeWorker(QtMsgType type, const QString &message)
 {
     const std::lock_guard guard(mutex);

@@ -12,11 +12,12 @@
 
 struct ReportKind;
 
-/// How often durations fell below each bound, as monitoring systems want it.
+/// A histogram of durations, as monitoring systems expect it.
 struct Durations {
     static constexpr std::array<double, 11> boundsSeconds{0.1, 0.5, 1,   2,   5,  10,
                                                           30,  60,  120, 300, 900};
-    std::array<quint64, boundsSeconds.size() + 1> counts{}; ///< the last one: beyond every bound
+    std::array<quint64, boundsSeconds.size() + 1>
+        counts{}; ///< one per bound, and one above all of them
     double sumSeconds = 0;
 
     void add(double seconds);
@@ -27,20 +28,20 @@ struct RunTotals {
     quint64 made = 0;
     quint64 mails = 0;
     QMap<QString, quint64> failed; ///< by cause
-    Durations durations;           ///< of both
+    Durations durations;           ///< of the runs that succeeded and those that failed
 };
 
-/// What is known of one schema. Moments are Unix seconds, 0 if there was none.
+/// What the host knows about one schema. Moments are Unix seconds, 0 for never.
 struct SchemaState {
     QMap<QString, qint64> lastSuccess; ///< by kind of report; since the host started
-    SchemaAnswer answer;               ///< what the host says when it is asked
+    SchemaAnswer answer;               ///< what the host tells the operator's commands
     bool isQueueKnown = false;
     int mailsWaiting = 0;
     qint64 oldestMail = 0;
 };
 
 struct HostSnapshot {
-    QMap<QString, RunTotals> runs;      ///< by kind of report, every one of them
+    QMap<QString, RunTotals> runs;      ///< by kind of report; each kind has an entry
     QMap<QString, SchemaState> schemas; ///< by token
     Durations scans;
     qint64 lastScan = 0;
@@ -50,18 +51,18 @@ struct HostSnapshot {
 };
 
 /**
- * What a host knows of the reports that are made in it.
+ * What a host knows about the reports that are made in it.
  *
- * The interfaces between host and plug-in say nothing of runs, but every run ends with a log line,
- * in a thread named after its schema. Thread-safe.
+ * Reads the log, because the interfaces between host and plug-in do not report runs. Every run ends
+ * with a log line, in a thread named after its schema. Thread-safe.
  */
 class HostState
 {
 public:
-    /// `singleToken` stands for runs in threads without a schema's name.
+    /// `singleToken` is the token of runs in threads that are not named after a schema.
     explicit HostState(const QString &singleToken);
 
-    /// Takes a log line of the calling thread.
+    /// Evaluates a log line of the calling thread.
     void take(QtMsgType type, const QString &message);
     void takeScan(qint64 milliseconds);
     void takeNextScan(qint64 moment);
@@ -88,5 +89,5 @@ private:
     mutable std::mutex mutex; // guards the rest
     HostSnapshot current;
     QHash<QString, Run> running; // by token
-    QString scanProblem;         // of the scan under way
+    QString scanProblem;         // of the running scan
 };

@@ -110,13 +110,15 @@ int AttenReport::buildWorkbook(const QString &path, const ReportRun &run)
     return writeBook(path, *content, run) ? content->rowCount() : 0;
 }
 
-/// Checked before the rows are read, which may take hours: a sheet drops cells past its last row.
+/// Checked before the rows are read, which may take hours. The engine drops cells past a sheet's
+/// last row.
 bool AttenReport::fits(const BookFormat &format, int rowCount) const
 {
     if (rowCount < format.rows)
         return true;
-    qCritical("%s - %i rows are more than the %i of %s; .xlsx holds %i", kind.className, rowCount,
-              format.rows - 1, format.extension.data(), xlsxFormat.rows - 1);
+    qCritical("%s - %i rows are more than the %i that %s can hold; .xlsx can hold %i",
+              kind.className, rowCount, format.rows - 1, format.extension.data(),
+              xlsxFormat.rows - 1);
     return false;
 }
 
@@ -193,8 +195,8 @@ int AttenReport::queueMails(const QString &path, const ReportRun &run)
     return 0;
 }
 
-/// Begins, with the claim of a scheduled run. An operator's run needs none: it is mailed regardless
-/// of the schedule.
+/// Begins the transaction and claims a scheduled report. An operator's run needs no claim, because
+/// it is mailed regardless of the schedule.
 AttenReport::End AttenReport::begin(const ReportRun &run, ReportTransaction &transaction) const
 {
     Claim claim = Claim::Unclaimed;
@@ -207,7 +209,7 @@ AttenReport::End AttenReport::begin(const ReportRun &run, ReportTransaction &tra
     switch (claim) {
     case Claim::Ours:
         break;
-    case Claim::Unclaimed: // it is mailed all the same, but not over a connection that is lost
+    case Claim::Unclaimed: // mailed nevertheless, unless the connection is lost
         return interruptionOf(run, transaction);
     case Claim::Made:
         return End::MadeElsewhere;
@@ -246,12 +248,12 @@ AttenReport::End AttenReport::queueForEach(MailRecord mail, const ReportRun &run
         qWarning("%s - all recipients are blank, no mail queued!", kind.className);
     for (const QString &recipient : recipients) {
         mail.to = recipient;
-        // Thousands of mails outlast a stop. Without rollback, finish: the next run would mail some
-        // recipients again.
+        // Queueing thousands of mails takes longer than a stop may. Without rollback, finish
+        // nevertheless: otherwise the next run would mail some recipients again.
         const bool stops = isStopRequested(run);
         if (stops && (queued == 0 || transaction.canRollBack()))
             return End::StoppedInMails;
-        // A statement that fails may be the one that the server ended the transaction with.
+        // If the mail was not queued, the server may have ended the transaction.
         End end = stops ? interruptionOf(run, transaction) : End::None;
         const int before = queued;
         if (end == End::None)
@@ -329,7 +331,7 @@ void AttenReport::logEnd(End end, const ReportRun &run) const
         qInfo("%s::doWork() - another host has made this report", kind.className);
         break;
     case End::NotBegun:
-        qWarning("%s::makeReport() - the server begins no transaction, no mail queued!",
+        qWarning("%s::makeReport() - the server refused to begin a transaction, no mail queued!",
                  kind.className);
         break;
     case End::Contested:

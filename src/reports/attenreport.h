@@ -19,19 +19,21 @@ struct ReportKind;
  * The base class of both attendance reports: a workbook of the month so far, mailed to its
  * recipients once a day.
  *
- * A tick, doWork(), takes these steps; the first that fails ends it, and the next tick begins anew:
+ * A tick, doWork(), takes these steps. The first one that fails ends the tick; the next tick starts
+ * over:
  *
  *   1. Schedule: the report's settings say whether it is due now.
- *   2. Lock: no other host on this server is making it.
- *   3. Schedule again: the host that had the lock may have made it.
- *   4. Workbook, saveWorkbook(): rows are read and written; the file is saved.
+ *   2. Lock: no other host on this server is making the report.
+ *   3. Schedule again: the previous holder of the lock may have made the report.
+ *   4. Workbook, saveWorkbook(): reads and writes the rows, then saves the file.
  *   5. Mails, queueMails(): one transaction claims the report, queues a mail per recipient and
  *      stores "lastGenerated". On a cluster, where locks are local to a node, the claim alone keeps
  *      two hosts from mailing the same report.
  *
- * `now` is taken once per tick, so that a report that runs past midnight stays one report. A stop
- * of the thread is noticed at every row, and at every mail while the mails can be rolled back. A
- * lost connection ends the run, because the server drops its lock and its transaction.
+ * `now` is taken once per tick, so that a report that runs past midnight stays one report. A
+ * request to stop the thread takes effect at the next row, or at the next mail while the mails can
+ * be rolled back. A lost connection ends the run, because the server drops the connection's lock
+ * and transaction.
  *
  * Belongs to a worker and runs in its thread. Errors and outcomes are logged.
  */
@@ -74,7 +76,7 @@ protected:
     virtual void loadOptions() = 0;
     virtual QString fileNameByOptions(const QDate &today) const = 0;
     virtual std::unique_ptr<ReportContent> createContent(const ReportRun &run) = 0;
-    /// Returns the function name that the log reports when a book cannot be created.
+    /// Returns the function name for the log line that says a book cannot be created.
     virtual const char *bookFactoryName() const = 0;
     virtual MailTexts mailTexts(const QDate &today) const = 0;
 

@@ -8,20 +8,20 @@
 
 /// A file format of the reports' workbooks. The two objects live as long as the program.
 struct BookFormat {
-    QLatin1String extension;             ///< with its full stop
-    QLatin1String mimeType;              ///< where the system has no MIME database
-    int rows;                            ///< of a sheet, its headings included
+    QLatin1String extension;             ///< with its dot
+    QLatin1String mimeType;              ///< for systems without a MIME database
+    int rows;                            ///< of a sheet, including the heading row
     libxl::IBookT<wchar_t> *(*create)(); ///< returns a new book, or null; the caller releases it
 };
 
 extern const BookFormat xlsxFormat;
 extern const BookFormat xlsFormat;
 
-/// Returns the names of both, their extensions without the full stop: "xlsx", "xls".
+/// Returns the names of both formats, which are their extensions without the dot: "xlsx", "xls".
 QStringList bookFormatNames();
-/// Returns the format of that name, in any case of letters; null for any other text.
+/// Returns the format called `name`, or null. The comparison is case-insensitive.
 const BookFormat *bookFormatNamed(const QString &name);
 
-/// Returns the format that the extension of `path` names, in any case of letters; xlsx for any
-/// other extension.
+/// Returns the format for the extension of `path`, compared case-insensitively. Any extension but
+/// ".xls" means xlsx.
 const BookFormat &bookFormatOf(const QString &path);

@@ -15,13 +15,14 @@
 namespace
 {
 
-// A result then has some thousand rows and takes about a megabyte.
+// With these limits a result has a few thousand rows and takes about a megabyte.
 constexpr int peoplePerStatement = 500; ///< MariaDB turns lists of 1,000 and more into subqueries
 constexpr int cellsAhead = 8000;
-/// At least, if the month has as many: looking a person up costs the server as much as some days.
+/// At least, if the month has as many days: to look a person up costs the server as much as to read
+/// a few days.
 constexpr int daysAhead = 16;
 
-// The columns of every statement: who, when, then the values.
+// The columns of every statement: the person, the moment, then the values.
 enum Column { Uid, Moment, FirstValue };
 
 int dividedUp(int count, int divisor)
@@ -29,7 +30,7 @@ int dividedUp(int count, int divisor)
     return (count + divisor - 1) / divisor;
 }
 
-/// Returns whether the column holds integers, which the server compares as we do.
+/// Returns whether the column holds integers that the server compares as C++ does.
 bool isWholeNumber(const QSqlField &field)
 {
     constexpr int yearType = 13; // for the server, YEAR 5 equals 2005
@@ -48,14 +49,14 @@ bool isWholeNumber(const QSqlField &field)
     }
 }
 
-/// Whether the sums of such numbers are exact, as long as they are less than four million.
+/// Returns whether `seconds` can be added exactly. Holds for up to four million such numbers.
 bool addsExactly(double seconds)
 {
     constexpr double limit = 2147483648.0; // 2^31; doubles are exact up to 2^53
     return std::abs(seconds) <= limit && std::trunc(seconds) == seconds;
 }
 
-/// Returns whether the total would be the same if the addends came in any other order.
+/// Adds `seconds` to `total`. Returns whether any order of the addends would give the same total.
 bool add(double &total, double seconds, bool isFirst)
 {
     const bool exact = isFirst || (addsExactly(total) && addsExactly(seconds));
@@ -65,12 +66,12 @@ bool add(double &total, double seconds, bool isFirst)
 
 } // namespace
 
-/// A row in the making.
+/// A row while it is being read.
 struct DailyAttenAhead::Cell {
     DailyAttenRow row;
-    DayValues seen;             ///< attendance and overtime of which there was a row
+    DayValues seen;             ///< whether attendance and overtime had a row
     DayValues doubtful;         ///< values that the order of rows may change
-    unsigned int corrected = 0; ///< a bit for each correction of which there was a row
+    unsigned int corrected = 0; ///< one bit per correction that had a row
 
     void take(DayValue value, const QSqlQuery &query)
     {
@@ -121,7 +122,7 @@ private:
             doubtful |= DayValue::Interruptions;
         ++total.count;
     }
-    /// Of several rows the last counts; only the server knows which one that is.
+    /// Of several rows the last one counts, and only the server knows which one that is.
     void takeOnly(DayValue value)
     {
         if (seen.testFlag(value))
@@ -136,16 +137,16 @@ struct DailyAttenAhead::Block {
     int firstDay = 0; ///< 0: nothing is read
     int days = 0;
     DayValues open;          ///< of all cells
-    bool failed = false;     ///< an error came up
+    bool failed = false;     ///< a statement failed
     std::vector<Cell> cells; ///< the days of the first person, then those of the next
 };
 
 DailyAttenAhead::DailyAttenAhead(const QSqlDatabase &db, const DailyAttenOptions &reportOptions,
-                                 const QDate &today, std::function<bool()> stopped)
+                                 const QDate &today, std::function<bool()> stopCheck)
     : database(db)
     , options(reportOptions)
     , statements(reportOptions)
-    , isStopped(std::move(stopped))
+    , isStopped(std::move(stopCheck))
 {
     for (int day = 0; day <= today.day(); ++day)
         starts.append(dayStartSeconds(firstOfMonth(today).addDays(day)));
@@ -217,12 +218,12 @@ bool DailyAttenAhead::read(DayValue value, Block &block)
 {
     const auto first = starts.cbegin() + block.firstDay - 1;
     const auto end = first + block.days;
-    // A zone that skipped a whole day: leave it to the statements about that day.
+    // In a time zone that skipped a whole day, leave the value to the statements for one day.
     if (std::adjacent_find(first, end + 1, std::greater_equal<>()) != end + 1)
         return false;
     QSqlQuery query = freshQuery(database);
     const auto uids = people.mid(block.firstPerson, block.people);
-    // A connection lost in the middle may look like a statement without a result.
+    // A connection that is lost meanwhile may look like a statement without a result.
     if (!query.exec(statements.forMany(value, uids, {*first, *end})) || !query.isSelect()) {
         block.failed = true;
         return false;
@@ -241,7 +242,7 @@ bool DailyAttenAhead::read(DayValue value, Block &block)
     return true;
 }
 
-/// Returns null for a row that the block did not ask for.
+/// Returns null if the row is outside of the block.
 DailyAttenAhead::Cell *DailyAttenAhead::cellOf(const QSqlQuery &query, Block &block) const
 {
     const int person = places.value(query.value(Uid).toLongLong(), -1) - block.firstPerson;

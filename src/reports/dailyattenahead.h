@@ -18,10 +18,10 @@ class QSqlQuery;
  * Reads the days of many people at once, so that a report costs a few statements instead of four
  * for each of its rows.
  *
- * It returns exactly the values that the statements for one person and one day would return. Where
- * that is uncertain, it leaves the value open and the caller runs those statements: after an error,
+ * Returns exactly the values that the statements for one person and one day would return. A value
+ * for which this is uncertain is left open, and the caller runs those statements: after an error,
  * if several rows match and the last one counts, if a sum depends on the order of its addends, or
- * if the columns that identify people and days are not integers. It logs nothing.
+ * if the columns that identify people and days are not integers. Logs nothing.
  *
  * Call row() in the order of the sheet, day by day. A block of people and days is read with its
  * first row and kept until the next days of the same people are read. At most sixteen days of all
@@ -30,9 +30,9 @@ class QSqlQuery;
 class DailyAttenAhead
 {
 public:
-    /// Calls `isStopped` before each statement.
-    DailyAttenAhead(const QSqlDatabase &database, const DailyAttenOptions &options,
-                    const QDate &today, std::function<bool()> isStopped);
+    /// Calls `stopCheck` before each statement.
+    DailyAttenAhead(const QSqlDatabase &db, const DailyAttenOptions &reportOptions,
+                    const QDate &today, std::function<bool()> stopCheck);
     ~DailyAttenAhead();
     Q_DISABLE_COPY_MOVE(DailyAttenAhead)
 

@@ -18,25 +18,27 @@
 /// Shifts of one month, by uid and day of the month.
 using ShiftTable = QHash<QPair<int, int>, int>;
 
-/// Reads the shifts of the month of `date`; a failed query is logged and leaves the table empty.
+/// Reads the shifts of the month of `date`. If the query fails, logs it and returns an empty table.
 ShiftTable loadShifts(const QSqlDatabase &database, const QDate &date);
 
 /**
- * Reads what the daily report shows: the people of the month so far, and each one's days.
+ * Reads what the daily report shows: the people of the month, and each day so far of each of them.
  *
  * Lives for one report, on the connection and in the thread of its worker. Failed queries are
- * logged here; all but the one for the people leave their values empty, and the report goes on.
+ * logged here. Without the people there is no report; if another query fails, its values stay empty
+ * and the report goes on.
  */
 class DailyAttenData
 {
 public:
-    /// `today` is the last day shown. Between two statements `isStopped` is asked whether to go on.
-    DailyAttenData(const QSqlDatabase &database, const DailyAttenOptions &options,
-                   const QDate &today, std::function<bool()> isStopped);
+    /// `lastDay` is the last day shown. Reading ends before the next statement if `isStopped`
+    /// returns true.
+    DailyAttenData(const QSqlDatabase &db, const DailyAttenOptions &reportOptions,
+                   const QDate &lastDay, std::function<bool()> isStopped);
 
     /// Returns false when the query failed.
     bool loadPeople();
-    /// In the order of the sheet.
+    /// Returns the people in the order of the sheet.
     const QVector<DailyAttenPerson> &people() const { return allPeople; }
 
     /// Reads each person's latest branch.
@@ -44,13 +46,12 @@ public:
 
     void setShifts(const ShiftTable &table) { shifts = table; }
 
-    /// Returns the values of one person and one day; incomplete if a stop came before they were
-    /// read. Fastest in the order of the sheet: day by day, in each the people in their order.
+    /// Returns the values of one person and one day, incomplete if stopped. Fastest in the order of
+    /// the sheet: all people of day 1, then all of day 2.
     DailyAttenRow row(const DailyAttenPerson &person, int dayOfMonth);
 
-    /// Returns the statements that the report executes with these options, for nobody in
-    /// particular: those of this class, of loadShifts() and of one day. That for the people comes
-    /// first.
+    /// Returns the statements that the report executes with these options, for person 0: those of
+    /// this class, of loadShifts() and of one day. The statement for the people comes first.
     static QStringList statements(const DailyAttenOptions &options, const QDate &today);
 
 private:

@@ -9,8 +9,8 @@
 class ZasDbSettings;
 
 /**
- * What the daily report shows, and from where. The keys have no prefix: they are shared with the
- * product's own exports.
+ * What the daily report shows. The keys have no prefix, because the product's own exports use them
+ * too.
  */
 struct DailyAttenOptions {
     bool decimalTime = false; ///< hours as numbers instead of text

@@ -8,17 +8,17 @@
 class QSqlQuery;
 
 /**
- * Reads one person's day by statements of its own.
+ * Reads one day of one person with one statement per value.
  *
- * They define what the report shows; reading ahead only saves round trips.
+ * These statements define what the report shows; DailyAttenAhead only saves round trips.
  */
 class DailyAttenReader
 {
 public:
-    DailyAttenReader(const QSqlDatabase &database, const DailyAttenOptions &options);
+    DailyAttenReader(const QSqlDatabase &db, const DailyAttenOptions &options);
 
-    /// Replaces those values of `row`. A failed query is logged and leaves its value empty and the
-    /// row incomplete.
+    /// Replaces `values` in `row`. A failed query is logged; its value is then empty and the row
+    /// incomplete.
     void read(DayValues values, unsigned int uid, const DaySpan &day, DailyAttenRow &row) const;
 
 private:

@@ -19,14 +19,14 @@ public:
     /// See ReportKind::needs.
     static ReportNeeds needs(const QMap<QString, QVariant> &values, const QDate &today);
 
-    /// Replaces the shift table by the shifts of the month of `date`.
+    /// Replaces the shift table with the shifts of the month of `date`.
     void loadShiftsForMonth(const QDate &date);
 
-    /// Returns -1 where the table holds none.
+    /// Returns -1 if the table has no such shift.
     int shiftFor(int uid, int dayOfMonth) const;
 
-    /// Returns hours as a number for any positive duration, or its text above 59 seconds; else an
-    /// empty value.
+    /// If `decimal`, returns a positive duration as a number of hours, otherwise a duration above
+    /// 59 seconds as text. Returns an empty value for any other duration.
     static QVariant strOrDecTimeFormat(double seconds, bool decimal);
 
     /// Month keys are year * 100 + month.

@@ -22,10 +22,10 @@ struct InterruptionTotal {
 /// What one person did on one day.
 struct DailyAttenRow {
     int dayOfMonth = 0;
-    int shift = -1; ///< shown only above 0; -1 where there is none
+    int shift = -1; ///< shown only above 0; -1 if there is none
     QString branch;
     double workedSeconds = 0;
-    double unworkedSeconds = 0; ///< the planned time less what was worked
+    double unworkedSeconds = 0; ///< the planned time minus the worked time
     double overtimeSeconds = 0;
     double unrecognisedSeconds = 0;
     double roundingSeconds = 0;
@@ -35,7 +35,8 @@ struct DailyAttenRow {
     bool complete = true; ///< false when a query failed, so that values may be missing
 };
 
-/// A kind of record in `atten_data` that corrects a day, and where its seconds count.
+/// A kind of record in `atten_data` that corrects a day, and the value to which its seconds are
+/// added.
 struct Correction {
     int iid;
     double DailyAttenRow::*seconds;
@@ -48,7 +49,7 @@ constexpr Correction corrections[] = {
     {1003, &DailyAttenRow::movedSeconds},
 };
 
-/// Returns null for any other record.
+/// Returns the correction with that id, or null.
 inline const Correction *correctionOf(int iid)
 {
     for (const Correction &correction : corrections) {

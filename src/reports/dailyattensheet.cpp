@@ -12,7 +12,7 @@ DailyAttenSheet::DailyAttenSheet(libxl::IBookT<wchar_t> &targetBook,
 {
 }
 
-/// The sheet, column by column. The corrections stand in the order 1000, 1001, 1003, 1002.
+/// Returns the columns from left to right. The corrections are in the order 1000, 1001, 1003, 1002.
 QVector<DailyAttenSheet::Column> DailyAttenSheet::allColumns() const
 {
     using Person = DailyAttenPerson;
@@ -82,10 +82,10 @@ bool DailyAttenSheet::begin(const QString &name)
     return true;
 }
 
-/// A format that the engine refuses stays null: its cells are then written without one.
+/// If the engine cannot create a format, its cells are written without one.
 void DailyAttenSheet::createFormats(int decimalNumber)
 {
-    // No format uses it: the headings of this report have never been bold, and readers know it so.
+    // No format uses the bold font: the headings of this report have never been bold, and stay so.
     if (libxl::IFontT<wchar_t> *bold = book.addFont())
         bold->setBold(true);
 

@@ -9,14 +9,13 @@
 #include <QCoreApplication>
 
 /**
- * The sheet of the daily report: values in, cells out, one row per day and person.
+ * Writes the sheet of the daily report, one row per day and person.
  *
- * Writes to a book that lives until finish() has returned. Cells that the engine refuses stay
- * empty.
+ * The book must exist until finish() has returned. Cells that the engine refuses stay empty.
  */
 class DailyAttenSheet
 {
-    Q_DECLARE_TR_FUNCTIONS(DailyAttenReport) // the texts of one report have one context
+    Q_DECLARE_TR_FUNCTIONS(DailyAttenReport) // all texts of a report share one context
 
 public:
     DailyAttenSheet(libxl::IBookT<wchar_t> &book, const DailyAttenOptions &options);
@@ -25,7 +24,7 @@ public:
     /// Adds the sheet and writes the heading row. Returns false when the book refuses the sheet.
     bool begin(const QString &name);
 
-    /// Rows come out in the order of the calls.
+    /// Appends a row.
     void writeRow(const DailyAttenPerson &person, const DailyAttenRow &day);
 
     void finish();

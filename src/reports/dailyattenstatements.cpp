@@ -7,7 +7,7 @@
 namespace
 {
 
-/// Whom and when a statement asks for, as it says so.
+/// The people and the days that a statement selects, as SQL text.
 struct Scope {
     bool many = false;
     QString uids;
@@ -22,7 +22,7 @@ struct Scope {
     {
     }
 
-    /// Returns the columns that rows of many begin with.
+    /// Returns the columns that the rows of forMany() begin with.
     QString columns(QLatin1String moment) const
     {
         return many ? QLatin1String("uid, ") + moment + QLatin1String(", ") : QString();
@@ -121,7 +121,7 @@ QString DailyAttenStatements::forMany(DayValue value, const QVector<unsigned int
     texts.reserve(uids.size());
     for (const unsigned int uid : uids)
         texts.append(QString::number(uid));
-    // All rows, also where the server's `sql_select_limit` would cut the result off unnoticed.
+    // Overrides the server's `sql_select_limit`, which would silently truncate the result.
     return statement(value, Scope(true, texts.join(QLatin1Char(',')), days), options) +
            QStringLiteral(" LIMIT 18446744073709551615");
 }

@@ -7,7 +7,7 @@
 #include <QString>
 #include <QVector>
 
-/// The values of a row that have a statement each, in the order in which they are read.
+/// The values of a row that have a statement of their own, in the order in which they are read.
 enum class DayValue { Attendance = 1, Overtime = 2, Corrections = 4, Interruptions = 8 };
 Q_DECLARE_FLAGS(DayValues, DayValue)
 Q_DECLARE_OPERATORS_FOR_FLAGS(DayValues)
@@ -15,7 +15,7 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(DayValues)
 constexpr DayValue dayValues[] = {DayValue::Attendance, DayValue::Overtime, DayValue::Corrections,
                                   DayValue::Interruptions};
 
-/// One day, or several in a row: [start, end) in Unix seconds.
+/// One day or several consecutive ones: [start, end) in Unix seconds.
 struct DaySpan {
     qint64 start;
     qint64 end;
@@ -24,11 +24,11 @@ struct DaySpan {
 };
 
 /**
- * The statements about what people did on their days, with the values pasted in.
+ * The statements that read the days of people, with all parameters filled in.
  *
- * Both forms have the same conditions, so that they find the same rows: the first asks for one
- * person and one day; the second for several, and its rows begin with two columns more, the uid and
- * the moment by which they belong to a person and a day.
+ * forOne() is for one person and one day, forMany() for several of both. The conditions are the
+ * same, so that both find the same rows. The rows of forMany() begin with two more columns: the uid
+ * and the moment, which identify the person and the day.
  */
 class DailyAttenStatements
 {
@@ -39,7 +39,8 @@ public:
     DayValues values() const;
 
     QString forOne(DayValue value, unsigned int uid, const DaySpan &day) const;
-    /// Of the rows of plain overtime, only those count whose moment is the first one of a day.
+    /// Without `advancedOvertime`, the caller must ignore overtime that is not at a day's first
+    /// moment.
     QString forMany(DayValue value, const QVector<unsigned int> &uids, const DaySpan &days) const;
 
 private:

@@ -10,6 +10,6 @@ QVariant durationValue(double seconds, bool decimal)
         return seconds > 0.0 ? QVariant(seconds / secondsPerHour) : QVariant();
     if (!(seconds > shownAboveSeconds))
         return QVariant();
-    constexpr double largest = 9.0e18; // what still fits a 64-bit integer
+    constexpr double largest = 9.0e18; // fits in a 64-bit integer
     return ZAS::tsToTimeString(static_cast<qint64>(std::min(seconds, largest)), 3, false);
 }

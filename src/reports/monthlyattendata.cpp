@@ -111,7 +111,8 @@ QString MonthlyAttenData::uidText() const
     return uids.join(QLatin1Char(','));
 }
 
-/// Of all people: the first column is looked up here, not among the people of the month.
+/// Reads the numbers of all people: the first column shows these, not those that loadPeople()
+/// reads.
 bool MonthlyAttenData::loadNumbers()
 {
     QSqlQuery query = freshQuery(database);
@@ -129,8 +130,8 @@ bool MonthlyAttenData::loadTotals(const QString &uids)
     if (!execOrWarn(query, totalsStatement(uids, month),
                     "MonthlyAttenReport::makeReport() atten_month ERROR:"))
         return false;
-    // By name, so that the order of the columns is the statement's own business. Some of them are
-    // selected and read by nobody.
+    // By name, so that the order of the statement's columns does not matter. Some of them are never
+    // read.
     const QSqlRecord columns = query.record();
     const auto at = [&columns](const char *name) {
         return columns.indexOf(QLatin1String(name));
@@ -170,7 +171,8 @@ bool MonthlyAttenData::loadInterruptions(const QString &uids)
     return true;
 }
 
-/// The hours worked come from a statement of their own, though the totals select them too.
+/// The worked hours come from a statement of their own, although that of the totals selects them
+/// too.
 bool MonthlyAttenData::loadWork(const QString &uids)
 {
     QSqlQuery query = freshQuery(database);

@@ -16,11 +16,11 @@ struct InterruptionCatalogue {
     QHash<QString, unsigned int> shortcutToIid;
 };
 
-/// A calendar month as the statements take it.
+/// A calendar month as text for statements.
 struct AttenMonth {
     explicit AttenMonth(const QDate &date);
 
-    QString start; ///< the first second, decimal Unix seconds
+    QString start; ///< the first second, in decimal Unix seconds
     QString end;   ///< the first second of the next month
     QString key;   ///< year * 100 + month
 };
@@ -29,12 +29,13 @@ struct AttenMonth {
  * Reads what the monthly report shows.
  *
  * Lives for one report, on the connection and in the thread of its worker. Failed queries are
- * logged here; all but the one for the people leave their values out, and the report goes on.
+ * logged here. Without the people there is no report; if another query fails, its values stay empty
+ * and the report goes on.
  */
 class MonthlyAttenData
 {
 public:
-    MonthlyAttenData(const QSqlDatabase &database, const MonthlyAttenOptions &options,
+    MonthlyAttenData(const QSqlDatabase &db, const MonthlyAttenOptions &reportOptions,
                      const QDate &today);
 
     /// Loads the people of the month, in the order of the sheet. Returns false when the query
@@ -43,8 +44,8 @@ public:
     /// Loads everything else about these people. Returns false when a query failed.
     bool loadValues();
 
-    /// Returns all statements that the functions here and loadInterruptionCatalogue() execute, for
-    /// nobody in particular; that for the people comes first.
+    /// Returns all statements that this class and loadInterruptionCatalogue() execute, for person
+    /// 0. The statement for the people comes first.
     static QStringList statements(const QDate &today);
 
     int count() const { return people.size(); }
@@ -82,8 +83,8 @@ private:
     QHash<unsigned int, double> workedHours;
 };
 
-/// Adds the schema's kinds of interruption to both maps. Returns false, logged as `failure`, when
-/// the query failed.
+/// Adds the schema's kinds of interruption to both maps. If the query fails, logs it after
+/// `failure` and returns false.
 bool loadInterruptionCatalogue(const QSqlDatabase &database,
                                QHash<unsigned int, QString> &iidToName,
                                QHash<QString, unsigned int> &shortcutToIid, const char *failure);

@@ -7,8 +7,8 @@
 class ZasDbSettings;
 
 /**
- * What the monthly report shows. The keys have no prefix: they are shared with the product's own
- * exports.
+ * What the monthly report shows. The keys have no prefix, because the product's own exports use
+ * them too.
  */
 struct MonthlyAttenOptions {
     int advancedOvertime = 0;   ///< exactly 1: overtime from `saldo_p` instead of `totalSaldo`

@@ -5,7 +5,7 @@
 
 #include <optional>
 
-/// What the product computed of a person's month, in hours; `vouchers` is a count.
+/// What the product computed for a person's month, in hours; `vouchers` is a count.
 struct AttMonthValues {
     double holidayFond = 0;
     double holidaySum = 0;
@@ -18,12 +18,12 @@ struct AttMonthValues {
 
 /// One person's month.
 struct MonthlyAttenRow {
-    unsigned int pid = 0; ///< personal number, 0 when unknown
-    QString pamId;        ///< number in the payroll system, empty when unknown
+    unsigned int pid = 0; ///< personal number, 0 if unknown
+    QString pamId;        ///< number in the payroll system, empty if unknown
     QString name;
     double plannedHours = 0;
     double overtimeHours = 0;
-    std::optional<double> workedHours;             ///< shown whenever there is a value, also 0
+    std::optional<double> workedHours;             ///< shown if there is a value, even 0
     QHash<unsigned int, double> interruptionHours; ///< by interruption id
     AttMonthValues values;
 };

@@ -188,7 +188,7 @@ void MonthlyAttenSheet::createFormats(int decimalNumber)
 void MonthlyAttenSheet::writeRow(const MonthlyAttenRow &person)
 {
     ++row;
-    // Empty cells have borders, too.
+    // Empty cells have borders too.
     for (int col = 0; col < columns.size(); ++col)
         ReportCell{*sheet, row, col}.writeBlank(valueFormat);
     ::writeRow(*sheet, row, columns, person);

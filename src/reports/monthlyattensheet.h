@@ -10,14 +10,13 @@
 #include <QCoreApplication>
 
 /**
- * The sheet of the monthly report: values in, cells out, one row per person.
+ * Writes the sheet of the monthly report, one row per person.
  *
- * Writes to a book that lives until finish() has returned. Cells that the engine refuses stay
- * empty.
+ * The book must exist until finish() has returned. Cells that the engine refuses stay empty.
  */
 class MonthlyAttenSheet
 {
-    Q_DECLARE_TR_FUNCTIONS(MonthlyAttenReport) // the texts of one report have one context
+    Q_DECLARE_TR_FUNCTIONS(MonthlyAttenReport) // all texts of a report share one context
 
 public:
     MonthlyAttenSheet(libxl::IBookT<wchar_t> &book, const MonthlyAttenOptions &options,
@@ -27,7 +26,7 @@ public:
     /// Adds the sheet and writes the heading row. Returns false when the book refuses the sheet.
     bool begin();
 
-    /// Rows come out in the order of the calls.
+    /// Appends a row.
     void writeRow(const MonthlyAttenRow &person);
 
     void finish();
@@ -51,7 +50,7 @@ private:
 
     libxl::IBookT<wchar_t> &book;
     QVector<Column> columns;
-    QStringList formulas; ///< of the formula columns in their order, with letters
+    QStringList formulas; ///< of the formula columns, with column letters
     libxl::ISheetT<wchar_t> *sheet = nullptr;
     libxl::IFormatT<wchar_t> *headingFormat = nullptr;
     libxl::IFormatT<wchar_t> *idFormat = nullptr;

@@ -14,7 +14,7 @@ namespace
 
 constexpr int fontPoints = 10;
 
-/// The room is left out where it has nothing to do with the failure.
+/// Returns the free space if its lack caused `error`, otherwise an empty text.
 QString roomText(const QString &folder, int error)
 {
     struct statvfs room = {};
@@ -45,7 +45,8 @@ void setUpReportBook(libxl::IBookT<wchar_t> &book, const char *report)
 
 QString reportPath(const QString &fileName)
 {
-    // Qt's answer for a directory that does not exist is empty: that would be the root directory.
+    // Qt returns an empty text for a directory that does not exist, which would mean the root
+    // directory.
     const QString existing = QDir::tempPath();
     const QString folder = existing.isEmpty() ? qEnvironmentVariable("TMPDIR") : existing;
     return folder + QLatin1Char('/') + fileName;
@@ -53,7 +54,7 @@ QString reportPath(const QString &fileName)
 
 bool saveReportBook(ReportBook book, const QString &path, const char *report)
 {
-    errno = 0; // a format that cannot hold the rows sets none
+    errno = 0; // not set if the format cannot hold the rows
     const bool saved = book->save(path.toStdWString().c_str());
     const int error = errno;
     book.reset();

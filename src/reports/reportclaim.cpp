@@ -10,17 +10,17 @@
 namespace
 {
 
-// The server's numbers, as text like the driver has them.
+// The server's error codes, as text as the driver reports them.
 const QLatin1String lockWaitTimeout("1205");
 const QLatin1String statementTimeout("1969");
 const QLatin1String statementTimeoutOfMySql("3024");
 const QLatin1String interrupted("1317");
-const QLatin1String deadlock("1213");     // also a conflict between two nodes of a cluster
+const QLatin1String deadlock("1213");     // or a conflict between two nodes of a cluster
 const QLatin1String changedSince("1020"); // the row is newer than the transaction's view
 
-/// A row that does not exist is hard to lock: the lock on its place keeps nobody from taking the
-/// same, or is none at all at the isolation level READ COMMITTED. So it is made first. Rolled back
-/// with the run, it leaves no trace.
+/// Begins the transaction and locks the row of `key`. A missing row is inserted first, because it
+/// cannot be locked reliably: two transactions can hold the lock on the gap at once, and READ
+/// COMMITTED takes none. If the run is rolled back, so is the insertion.
 Result<QVector<QVariant>> lockRow(const VarsTable &vars, const QString &key,
                                   ReportTransaction &transaction)
 {
@@ -36,7 +36,7 @@ Result<QVector<QVariant>> lockRow(const VarsTable &vars, const QString &key,
     return vars.lock(key);
 }
 
-/// Returns whether the wait for the row was cut short, so that nobody knows whose the report is.
+/// Returns whether waiting for the row was cut short, so that it is unknown who makes the report.
 bool isWaitCutShort(const QString &errorCode)
 {
     return errorCode == lockWaitTimeout || errorCode == statementTimeout ||
@@ -47,7 +47,7 @@ Claim claimAfter(const QString &errorCode)
 {
     if (isWaitCutShort(errorCode))
         return Claim::Blocked;
-    // Without the right to write there is no lock, and the report goes out without its mark.
+    // Without the right to write, the row cannot be locked: the report is mailed unclaimed.
     return isConflict(errorCode) ? Claim::Contested : Claim::Unclaimed;
 }
 
@@ -60,7 +60,7 @@ Claim claimReport(const QSqlDatabase &database, const QString &key, const Report
     if (!locked.isOk())
         return claimAfter(locked.errorCode());
     ReportSettings settings = run.settings;
-    // Several rows only where `name` is not unique: made is made, whichever of them says so.
+    // If `name` is not unique there may be several rows, of which the latest value counts.
     for (const QVariant &value : locked.value())
         settings.lastGenerated = std::max(settings.lastGenerated, value.toLongLong());
     return scheduleVerdict(settings, run.now) == ScheduleVerdict::Due ? Claim::Ours : Claim::Made;

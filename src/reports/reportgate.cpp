@@ -18,7 +18,7 @@ constexpr long nsPerSecond = 1'000'000'000;
 constexpr int runsPerCore = 2;
 constexpr std::chrono::minutes processPatience{1};
 
-/// Releases a lock that the caller needs back, also while its thread is unwound.
+/// Releases a lock and acquires it again on destruction, even if the thread is being terminated.
 class Unlocked
 {
 public:
@@ -39,9 +39,10 @@ private:
 /**
  * A thread's position in the queue, given up by the destructor.
  *
- * Each waiter has a condition of its own, so that a free place wakes one thread instead of all.
- * It is POSIX's own: a thread that waits on it can be terminated, which the standard library's
- * older conditions and QWaitCondition do not allow. Created and destroyed with the mutex locked.
+ * Each waiter has a condition of its own, so that a free place wakes one thread instead of all. It
+ * is a POSIX condition, because a thread waiting on it can be terminated, unlike one waiting on
+ * QWaitCondition or on the conditions of older standard libraries. Created and destroyed with the
+ * mutex locked.
  */
 class ReportGate::Waiter
 {

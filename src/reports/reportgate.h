@@ -8,13 +8,13 @@
 #include <mutex>
 
 /**
- * Limits how many runs read and write at the same time. The others wait, first come, first served.
+ * Limits how many runs work at the same time. The others wait, first come, first served.
  *
- * A place held for longer than `patience` is no longer counted: its run is probably waiting for a
- * silent server, and the customers of other servers should not wait with it.
+ * A place held for longer than `patience` no longer counts: its run is probably waiting for a
+ * silent server, and customers on other servers should not wait with it.
  *
- * Thread-safe. A thread that is terminated while it holds a pass blocks its place for no longer
- * than that.
+ * Thread-safe. A thread that is terminated while it holds a pass blocks its place for `patience` at
+ * most.
  */
 class ReportGate
 {

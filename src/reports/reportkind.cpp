@@ -17,10 +17,11 @@ AttenReport *create(const QSqlDatabase &database, QObject *parent)
 
 } // namespace
 
-// The class names are written out: hosts of several versions share the locks that begin with them,
-// whatever the classes are called one day.
-
-// Without a single mail, the next tick tries the daily report again; the monthly one counts.
+// The class names are literals, so that the locks named after them stay the same if a class is
+// renamed: hosts of different versions share these locks.
+//
+// If no mail could be queued, the next tick tries the daily report again, but the monthly report
+// counts as made.
 const ReportKind dailyReport{"daily",
                              "DailyAttenReport",
                              "autoReport.DailyAtten.",

@@ -33,7 +33,7 @@ struct ReportKind {
     const char *prefix;    ///< of its keys in `vars`, including the final dot
     const ReportSchedule *schedule;
     CountsAsMade countsWhen;  ///< for its scheduled runs
-    const BookFormat *format; ///< of its mails; null if a setting chooses it
+    const BookFormat *format; ///< of its workbook; null if a setting chooses it
 
     /// Creates a report on `database`, owned by `parent` or, if that is null, by the caller.
     AttenReport *(*create)(const QSqlDatabase &database, QObject *parent);

@@ -9,7 +9,8 @@
 namespace
 {
 
-/// Names of locks belong to the whole server and hold 64 characters, as many as a database's name.
+/// Lock names are global to the server and limited to 64 characters, which a database's name alone
+/// may have; hence the hash.
 QString lockName(const QSqlDatabase &database, const char *className)
 {
     const QByteArray schema =

@@ -4,24 +4,24 @@
 #include <QString>
 
 /**
- * The named lock of one report of one schema, which spares the hosts that share the schema from
- * making the report at the same time.
+ * The named lock of one report of one schema. It keeps hosts that share the schema from making the
+ * report at the same time.
  *
- * Acquired without waiting, released by release() or when the connection closes; never by the
- * destructor, which runs no statement. Without the lock, skip the report.
+ * acquire() does not wait. The lock is released by release() or when the connection closes, but not
+ * by the destructor, which runs no statement. Without the lock, skip the report.
  */
 class ReportLock
 {
 public:
     /// `className` is the report's class.
-    ReportLock(const QSqlDatabase &database, const char *className);
+    ReportLock(const QSqlDatabase &db, const char *className);
 
-    /// Returns false when another connection has the lock. True also where the server could not be
-    /// asked for it: better one report too many than none.
+    /// Returns false if another connection has the lock. Returns true also if the server could not
+    /// be asked: one report too many is better than none.
     bool acquire();
     void release();
 
-    /// Returns the server's number of the connection that asked for the lock, 0 if unknown.
+    /// Returns the server's id of the connection that asked for the lock, 0 if unknown.
     qulonglong connectionId() const { return connection; }
 
 private:

@@ -29,10 +29,10 @@ QString mimeTypeName(const QString &path)
     return bookFormatOf(path).mimeType; // a system without a MIME database
 }
 
-/// A file open for reading. Closed here and not by Qt, where the sanitizers would not see it and
-/// take the next file of that number for the same.
+/// A file open for reading. It is closed here, not by Qt, where the sanitizers do not see it and
+/// would confuse it with the next file that gets its number.
 struct Descriptor {
-    // Opened as the engine names it: in UTF-8, whatever the process's locale.
+    // In UTF-8, like the workbook engine, whatever the process's locale.
     explicit Descriptor(const QString &path)
         : number(::open(path.toUtf8().constData(), O_RDONLY | O_CLOEXEC))
     {
@@ -69,8 +69,8 @@ QByteArray attachmentDocument(const QString &path)
     const QJsonObject root{{QStringLiteral("attachments"), QJsonArray{attachment}}};
     const QByteArray frame = QJsonDocument(root).toJson(QJsonDocument::Indented);
 
-    // The file goes straight into its place: as a value of the document it would be in memory
-    // several times over, half of them in wide characters. Keys are sorted, so it comes first.
+    // The file is inserted into the finished text: as a JSON value it would be in memory several
+    // times, partly as UTF-16. Keys are sorted, so the first "content" is the right one.
     const QByteArray opening = QByteArrayLiteral("\"content\": \"");
     const int place = frame.indexOf(opening) + opening.size();
     const qint64 bytes = frame.size() + (file.size() / 3 + 1) * 4;

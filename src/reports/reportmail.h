@@ -5,12 +5,12 @@
 
 class ZasDbSettings;
 
-/// Returns the sender of the schema's mails: its setting "globalEmail", or else the default that
-/// the build chose.
+/// Returns the sender of the schema's mails: its setting "globalEmail", or else the build's
+/// default.
 QString reportSender(const ZasDbSettings &settings);
 
 /**
- * Returns the JSON document with the file at `path` as its one attachment. Empty when the file
- * cannot be read, or is larger than a byte array holds.
+ * Returns a JSON document with the file at `path` as its only attachment. Empty if the file cannot
+ * be read, or if the document would be too large for a byte array.
  */
 QByteArray attachmentDocument(const QString &path);

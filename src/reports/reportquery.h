@@ -6,12 +6,12 @@
 class QSqlQuery;
 
 /**
- * Executes `statement`. On an error, logs `failure`, the whole beginning of the line, followed by
- * the driver's text: the first as a warning, for the queries that a report survives, the second as
- * critical, for the one that ends it.
+ * Execute `statement`. On an error, return false and log `failure`, followed by the driver's text.
+ * execOrWarn() logs a warning, for queries that a report survives; execOrFail() logs a critical
+ * error, for the query whose failure ends the report.
  */
 bool execOrWarn(QSqlQuery &query, const QString &statement, const char *failure);
 bool execOrFail(QSqlQuery &query, const QString &statement, const char *failure);
 
-/// Returns the day's first moment as decimal Unix seconds, as statements take it.
+/// Returns the day's first moment in decimal Unix seconds, for statements.
 QString dayStartText(const QDate &date);

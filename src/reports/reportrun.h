@@ -6,11 +6,12 @@
 
 #include <functional>
 
-/// When a run counts as made: "lastGenerated" is stored, and the report is not due again that day.
+/// When a run counts as made, that is, stores "lastGenerated", so that the report is not due again
+/// that day.
 enum class CountsAsMade {
-    Never,       ///< an operator's run beside the schedule
+    Never,       ///< an operator's run outside the schedule
     WithAnyMail, ///< once a mail is in the queue
-    Always,      ///< also when not one mail could be queued
+    Always,      ///< even if no mail could be queued
 };
 
 /// The parameters of one run of a report.

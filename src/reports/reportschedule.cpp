@@ -11,7 +11,7 @@ namespace
 constexpr qint64 toleranceSeconds = 60;
 constexpr int secondsPerMinute = 60;
 
-/// Whether the report is still to be made on that day.
+/// Returns whether the report has not been made on that day.
 bool isOpenOn(const QDate &date, const ReportSettings &settings)
 {
     const qint64 scheduled = scheduledMoment(date, settings.time).toSecsSinceEpoch();
@@ -31,9 +31,9 @@ QDateTime nextDailyMoment(const ReportSettings &settings, const QDateTime &now)
 {
     if (!settings.enabled || settings.recipients.isEmpty())
         return {};
-    if (settings.lastGenerated > endOfYear9999) // no clock gets there
+    if (settings.lastGenerated > endOfYear9999) // never due again
         return {};
-    // The last report may lie in the future, after a clock went wrong: no day before it is open.
+    // After a clock error the last report may be in the future; no day before it is open.
     const QDate last = QDateTime::fromSecsSinceEpoch(settings.lastGenerated).date();
     QDate date = last.isValid() ? std::max(last, now.date()) : QDate();
     while (date.isValid() && !isOpenOn(date, settings))
@@ -43,7 +43,8 @@ QDateTime nextDailyMoment(const ReportSettings &settings, const QDateTime &now)
     const QDateTime first = scheduledMoment(date, settings.time);
     if (now < first || !settings.time.isValid())
         return std::max(now, first);
-    // Past it, yet too early again: the clock was set back, and the time of day comes once more.
+    // Past that moment, but before the time of day: the clock was set back, and that time comes
+    // again.
     return now.time() < settings.time ? now.addMSecs(now.time().msecsTo(settings.time)) : now;
 }
 
@@ -103,14 +104,14 @@ QDateTime scheduledMoment(const QDate &date, const QTime &time)
     if (!time.isValid())
         return start;
 
-    // With the offset at the start of the day, a repeated hour comes out as its first passage.
+    // With the offset at the start of the day, a repeated hour yields its first occurrence.
     const qint64 asUtc = QDateTime(date, time, Qt::UTC).toMSecsSinceEpoch();
     const QDateTime early =
         QDateTime::fromMSecsSinceEpoch(asUtc - start.offsetFromUtc() * qint64(1000));
     if (early.date() == date && early.time() == time)
         return early;
 
-    // The clock was changed earlier this day. No such moment: the first one after the gap.
+    // The clock was changed earlier that day. If it skipped `time`, find the end of the gap.
     QDateTime moment(date, time);
     QTime minute(time.hour(), time.minute());
     while (!moment.isValid() && minute < QTime(23, 59)) {

@@ -7,21 +7,21 @@
 #include <QVariant>
 #include <QVector>
 
-/// Largest Unix time that QDateTime can print in four digits of the year; a "lastGenerated" above
-/// it is a mistake.
+/// The largest Unix time whose year has four digits. A "lastGenerated" above it is a mistake.
 constexpr qint64 endOfYear9999 = 253402300799;
 
 struct ReportSettings;
 struct ScheduleRule;
 
-/// The rule by which a report is due. Both functions are pure but for the local time zone.
+/// The rule for when a report is due. Both functions depend only on their arguments and the local
+/// time zone.
 struct ReportSchedule {
     QVector<ScheduleRule> (*rules)(const ReportSettings &settings, const QDateTime &now);
     QDateTime (*nextDue)(const ReportSettings &settings, const QDateTime &now);
 };
 
 /**
- * The rule of both reports: once a day, with the first tick at or after the configured time.
+ * The rule of both reports: once a day, at the first tick at or after the configured time.
  *
  * A report last generated up to sixty seconds before today's scheduled moment counts as made.
  */
@@ -30,13 +30,13 @@ extern const ReportSchedule onceADay;
 /// What the schedule of a report depends on: its settings in the table `vars`.
 struct ReportSettings {
     bool enabled = false;
-    QStringList recipients;   ///< as written, not trimmed; empty parts dropped
-    QTime time;               ///< invalid when missing or unreadable: due with the day's first tick
+    QStringList recipients;   ///< as stored, not trimmed; empty parts dropped
+    QTime time;               ///< invalid if missing or unreadable: due at the day's first tick
     qint64 lastGenerated = 0; ///< seconds since the epoch
-    QString uids;             ///< kept by the daily report; no query uses it
+    QString uids;             ///< read, but used by no query
     const ReportSchedule *schedule = &onceADay;
 
-    /// Reads the values of all keys that begin with `prefix`; the keys keep it.
+    /// Converts `values`, whose keys include `prefix`.
     static ReportSettings fromValues(const QMap<QString, QVariant> &values, const QString &prefix);
 };
 
@@ -46,37 +46,38 @@ QStringList recipientsToMail(const QStringList &written);
 /// Why a report is made now, or is not.
 enum class ScheduleVerdict { Due, Disabled, NoRecipients, TooEarly, AlreadyGenerated };
 
-/// One condition of the schedule, and the verdict where it is not met.
+/// One condition of the schedule, and the verdict if it is not met.
 struct ScheduleRule {
     ScheduleVerdict otherwise;
     bool met;
 };
 
-/// Returns every condition in order of precedence: the first that is not met is the verdict.
+/// Returns every condition in order of precedence: the first one that is not met decides the
+/// verdict.
 QVector<ScheduleRule> scheduleRules(const ReportSettings &settings, const QDateTime &now);
 
-/// Returns whether the report is due at `now`, or else why not.
+/// Returns Due if the report is due at `now`, or else why it is not.
 ScheduleVerdict scheduleVerdict(const ReportSettings &settings, const QDateTime &now);
 
 /**
  * Returns the moment of a run that was due at `asked` and had to wait until `now`.
  *
- * That is `now` while the report is due then: what a run shows is of the day on which it is made. A
- * report that was due late in the evening and waited past midnight is no longer due then, and keeps
- * its own day.
+ * That is `now` if the report is still due, so that the run shows the day on which it is made. A
+ * report that was due late in the evening and waited past midnight is no longer due; its moment
+ * stays `asked`, and so its day.
  */
 QDateTime momentAfterWait(const ReportSettings &settings, const QDateTime &asked,
                           const QDateTime &now);
 
-/// Returns the first moment from `now` on at which the report is due, if nothing changes until
-/// then; invalid if there is none.
+/// Returns the first moment from `now` on at which the report is due if its settings do not change;
+/// invalid if there is none.
 QDateTime nextDue(const ReportSettings &settings, const QDateTime &now);
 
 /**
  * Returns the first moment of `date` at which a local clock shows `time` or later, for days of 23,
  * 24 and 25 hours. An invalid time is the start of the day.
  *
- * The first, because a moment later than the tick that made the report would make it again: where
- * the clock is set back the earlier of the two hours counts, where it jumps the end of the gap.
+ * Of an hour that a clock set back repeats, it is the first: if it were the second, a report made
+ * in the first would be due again. Of an hour that the clock skips, it is the end of the gap.
  */
 QDateTime scheduledMoment(const QDate &date, const QTime &time);

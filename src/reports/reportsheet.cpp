@@ -13,7 +13,7 @@ constexpr int letters = 26;
 
 void ReportCell::writeText(const QString &text, libxl::IFormatT<wchar_t> *format) const
 {
-    // On the stack: a report writes hundreds of thousands of texts, few of them long.
+    // On the stack, because a report writes hundreds of thousands of texts, most of them short.
     QVarLengthArray<wchar_t, 256> wide(text.size() + 1);
     wide[text.toWCharArray(wide.data())] = L'\0';
     sheet.writeStr(row, col, wide.constData(), format);

@@ -10,7 +10,7 @@ ReportTransaction::ReportTransaction(const QSqlDatabase &db)
 {
 }
 
-/// All statements are one packet, so that the run waits for one answer.
+/// All statements are one packet, so that the run waits for a single answer.
 QSqlQuery ReportTransaction::begin(const QString &statement)
 {
     QSqlQuery query = freshQuery(database);
@@ -23,7 +23,7 @@ QSqlQuery ReportTransaction::begin(const QString &statement)
     return query;
 }
 
-/// A savepoint is lost with its transaction, and that with its connection.
+/// The savepoint is lost with its transaction, and the transaction with its connection.
 bool ReportTransaction::isIntact()
 {
     QSqlQuery query = freshQuery(database);
@@ -54,8 +54,8 @@ bool ReportTransaction::commit()
 
 void ReportTransaction::rollback()
 {
-    // Refused once if the server had ended the transaction by itself. If it is still there, the
-    // next transaction's begin would commit it: it has to go with the connection.
+    // The first attempt fails if the server has already ended the transaction. If the second one
+    // fails too, the connection must end, because the next BEGIN would commit the open transaction.
     if (open && !database.rollback() && !database.rollback())
         ServerSocket(database).shutDown();
     open = false;

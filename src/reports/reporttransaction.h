@@ -5,41 +5,41 @@
 #include <QString>
 
 /**
- * Holds the mails of one run and its "lastGenerated" together: all of them reach the database, or
- * none.
+ * Makes the mails of one run and its "lastGenerated" atomic: either all are stored or none.
  *
- * End it with commit() or rollback(). The destructor runs no statement, so one that ends without
- * either is rolled back by the server when the connection closes. Where the tables know no
- * transactions, each statement counts at once.
+ * End it with commit() or rollback(). The destructor runs no statement; without either call, the
+ * server rolls the transaction back when the connection closes. If the tables do not support
+ * transactions, each statement takes effect at once.
  */
 class ReportTransaction
 {
 public:
-    explicit ReportTransaction(const QSqlDatabase &database);
+    explicit ReportTransaction(const QSqlDatabase &db);
 
-    /// Begins the transaction and executes `statement` in it, if it is not empty. Returns its
-    /// query, inactive on an error. If the server refuses the transaction, isOpen() is false and
-    /// `statement` is not executed: it would count at once.
+    /// Begins the transaction and executes `statement` in it, unless that is empty. Returns the
+    /// query, which is inactive after an error. If the server refuses the transaction, isOpen() is
+    /// false and `statement` is not executed, because it would take effect at once.
     QSqlQuery begin(const QString &statement = QString());
 
-    /// Returns whether it was begun, and is to be ended.
+    /// Returns whether it has begun and must be ended.
     bool isOpen() const { return open; }
 
-    /// Asks the server whether the transaction is still there. It is not if the server ended it by
-    /// itself, as it does to end a deadlock, nor on a connection that was lost or that reconnected;
-    /// later statements would autocommit. False without a transaction.
+    /// Asks the server whether the transaction still exists. It does not if the server has rolled
+    /// it back on its own, for example to resolve a deadlock, or if the connection was lost, even
+    /// if it has reconnected; later statements would then autocommit. Returns false without a
+    /// transaction.
     bool isIntact();
 
-    /// Asks the server whether the mails that are queued so far can be rolled back.
+    /// Asks the server whether the mails queued so far can be rolled back.
     bool canRollBack() const;
 
-    /// Returns false when the server refused; error() then says why, and rollback() is due.
+    /// Returns false if the server refused: error() says why, and rollback() must be called.
     bool commit();
-    /// Takes back what is not committed, if need be by breaking the connection off.
+    /// Rolls the transaction back, if necessary by breaking the connection off.
     void rollback();
 
     QString error() const;
-    /// Returns the server's number for it.
+    /// Returns the server's code for error().
     QString errorCode() const;
 
 private:

@@ -10,7 +10,7 @@
 #include <functional>
 #include <vector>
 
-// How a stored value is read, by the type of the member that takes it.
+// Converts a stored value to the type of the member that receives it.
 
 inline void readStored(const QVariant &stored, bool &value)
 {
@@ -42,15 +42,15 @@ inline void readStored(const QVariant &stored, const BookFormat *&value)
     value = stored.toBool() ? &xlsxFormat : &xlsFormat;
 }
 
-/// Returns the text that is read as that format.
+/// Returns the text that readStored() converts to `format`.
 inline QString storedText(const BookFormat &format)
 {
     return &format == &xlsxFormat ? QStringLiteral("1") : QStringLiteral("0");
 }
 
 /**
- * One key of the table `vars` and the member of `Options` that takes its value. The member's own
- * initial value is the default of a key that is not stored.
+ * One key of the table `vars` and the member of `Options` that receives its value. If the key is
+ * not stored, the member keeps its initial value.
  */
 template <typename Options>
 struct StoredOption {
@@ -67,7 +67,7 @@ struct StoredOption {
     std::function<void(const QVariant &, Options &)> read;
 };
 
-/// Returns the options that `values` hold under `prefix` and the keys of `table`.
+/// Returns the options that `values` contains for the keys of `table`, each preceded by `prefix`.
 template <typename Options>
 Options optionsFromValues(const std::vector<StoredOption<Options>> &table,
                           const QMap<QString, QVariant> &values, const QString &prefix = QString())

@@ -102,9 +102,10 @@ private Q_SLOTS:
                 db.exec("XA COMMIT 'other' ONE PHASE");
             });
             QCOMPARE(bench->mails(), 0);
-            QCOMPARE(bench->log.texts(QtWarningMsg).last(),
-                     QString(kind->className) +
-                         "::makeReport() - the server begins no transaction, no mail queued!");
+            QCOMPARE(
+                bench->log.texts(QtWarningMsg).last(),
+                QString(kind->className) +
+                    "::makeReport() - the server refused to begin a transaction, no mail queued!");
         }
     }
 

@@ -228,8 +228,8 @@ private Q_SLOTS:
             QCOMPARE(saved, people == 65535);
             QCOMPARE(QFile::exists(path), saved);
         }
-        const QString line = "DailyAttenReport - 65536 rows are more than the 65535 of .xls; .xlsx "
-                             "holds 1048575";
+        const QString line = "DailyAttenReport - 65536 rows are more than the 65535 that .xls can "
+                             "hold; .xlsx can hold 1048575";
         QCOMPARE(bench->log.count(QtCriticalMsg, line), 1);
     }
 
