@@ -23,7 +23,7 @@ _autoreport() {
     elif [ "$COMP_CWORD" -eq 3 ] && [[ $command =~ ^(why|preview|run)$ ]]; then
       words="daily monthly"
     elif [ "$COMP_CWORD" -gt 1 ] && [ "$command" = set ] && [[ $current != -* ]]; then
-      words="daily monthly" # behind any number of schemas
+      words="daily monthly" # after any number of schemas
     else
       case $command in
         serve) words="--clear-workbooks --language --plugin --debug --metrics --run-for $way" ;;

@@ -35,7 +35,7 @@ HostAnswer aboutProcess(const ConnectionOptions &connection)
     return answer;
 }
 
-/// Asked each time: the directory may have filled up.
+/// Checked for every answer, because the directory may have filled up.
 void addTemporaryDirectory(HostAnswer &answer, TemporaryDirectoryProbe &probe)
 {
     using State = TemporaryDirectory::State;
@@ -79,8 +79,8 @@ void HostAnswers::listen()
 {
     const QString error = server.listen(ownSocketFolder());
     if (!error.isEmpty() && !isWarned)
-        qWarning("Host - cannot be asked by the operator's commands: %s", qUtf8Printable(error));
+        qWarning("Host - cannot answer the operator's commands: %s", qUtf8Printable(error));
     else if (error.isEmpty() && isWarned)
-        qInfo("Host - can be asked by the operator's commands again");
+        qInfo("Host - can answer the operator's commands again");
     isWarned = !error.isEmpty();
 }

@@ -9,8 +9,8 @@ class HostState;
 struct ServeOptions;
 
 /**
- * Answers the operator's commands on this machine: what the host serves, and with which results. If
- * its socket cannot be created or is lost, logs that, and tries again every few seconds.
+ * Tells the operator's commands on this machine what the host serves and with which results. If its
+ * socket cannot be created or is lost, logs that and tries again every few seconds.
  *
  * Lives in the main thread. The state must outlive it.
  */

@@ -47,7 +47,8 @@ QByteArray now()
 
 LogStyle logStyleOf(int descriptor)
 {
-    // A child that was given another file still has the variable: it counts for one file alone.
+    // A child process may inherit the variable although its output goes elsewhere, so compare the
+    // file.
     struct stat file = {};
     if (::fstat(descriptor, &file) != 0)
         return LogStyle::Plain;

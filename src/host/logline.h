@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
-/// How a line of the log says when it was written and how grave it is.
+/// How a log line gives its time and severity.
 enum class LogStyle {
     Plain,  ///< "2026-11-22T06:12:00+01:00 WARNING text"
     Journal ///< "<4>text": the journal adds the time, and filters by the number

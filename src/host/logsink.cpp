@@ -25,7 +25,7 @@ std::function<void(QtMsgType, const QString &)> listener;
 void write(QtMsgType type, const QString &text)
 {
     const QByteArray line = logLine(style, type, text);
-    // A failed write is ignored: nowhere else to report it.
+    // A failed write is ignored: there is nowhere else to report it.
     [[maybe_unused]] const ssize_t written =
         ::write(STDERR_FILENO, line.constData(), static_cast<size_t>(line.size()));
 }
@@ -39,8 +39,9 @@ void writeSummaries(QtMsgType type, LogRepeats &repeats)
         write(type, summary);
 }
 
-/// Whether an info line comes with every tick of every schema, thousands of times a day. A run that
-/// ended without a mail is one of them: the warning that says why is counted, and it comes again.
+/// Returns whether an info line may come with every tick of every schema, thousands of times a day.
+/// That includes the end of a run without mails: every tick repeats that run, and a warning says
+/// why.
 bool isOfTick(const QString &message)
 {
     return message.endsWith(QLatin1String("::doWork()")) ||
@@ -71,7 +72,7 @@ void handle(QtMsgType type, const QMessageLogContext &, const QString &message)
     const QString token = tokenOfThread();
     const QString text = token.isEmpty() ? message : token + QLatin1String(": ") + message;
     const std::lock_guard guard(lock);
-    // No timer needed: workers log with every tick.
+    // Needs no timer: workers log at every tick.
     writeSummaries(QtWarningMsg, warnings);
     writeSummaries(QtCriticalMsg, criticals);
     if (isNews(type, message, text) || everythingShown)

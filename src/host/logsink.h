@@ -7,8 +7,8 @@
 class QString;
 
 /**
- * Writes the log to standard error, one line per message, with time and level, or for the journal
- * with its priority. What a schema's worker logs begins with the schema's token.
+ * Writes the log to standard error, one line per message: with time and level or, for the journal,
+ * with its priority. Messages of a schema's worker begin with the schema's token.
  *
  * Any thread may log. Each line is a single write, so that lines of several threads never mix.
  */
@@ -22,12 +22,12 @@ namespace LogSink
  */
 void install(bool showEverything);
 
-/// Calls `listener` with every message, in the thread that logs it. A null listener ends this.
+/// Calls `listener` with every message, in the thread that logs it. A null listener ends that.
 /// Returns when no thread uses the previous listener any more.
 void setListener(std::function<void(QtMsgType, const QString &)> listener);
 
-/// Returns how many different warning and critical messages occurred within the last hour, those of
-/// different schemas counted apart.
+/// Returns how many different warning and critical messages occurred within the last hour, counting
+/// those of different schemas separately.
 int recentProblems();
 
 } // namespace LogSink

@@ -39,7 +39,7 @@ public:
     Family &add(double value, Labels labels = {})
     {
         ClientMetric &metric = append(std::move(labels));
-        metric.counter.value = value; // one of the two is read, by the family's type
+        metric.counter.value = value; // the family's type decides which one is read
         metric.gauge.value = value;
         return *this;
     }
@@ -101,10 +101,10 @@ void addSchemas(std::vector<MetricFamily> &families, const QMap<QString, SchemaS
     Family success("autoreport_last_success_timestamp_seconds",
                    "When a schema's report was last made, since the host started.",
                    MetricType::Gauge);
-    Family waiting("autoreport_mails_waiting", "Mails of a schema that wait to be sent.",
+    Family waiting("autoreport_mails_waiting", "Mails of a schema that are waiting to be sent.",
                    MetricType::Gauge);
     Family oldest("autoreport_oldest_mail_timestamp_seconds",
-                  "When the oldest mail that waits to be sent was queued.", MetricType::Gauge);
+                  "When the oldest mail still waiting to be sent was queued.", MetricType::Gauge);
     for (auto schema = schemas.begin(); schema != schemas.end(); ++schema) {
         const std::string token = schema.key().toStdString();
         for (auto kind = schema->lastSuccess.begin(); kind != schema->lastSuccess.end(); ++kind)
@@ -118,7 +118,7 @@ void addSchemas(std::vector<MetricFamily> &families, const QMap<QString, SchemaS
         families.push_back(family.family);
 }
 
-/// The second number of /proc/self/statm: pages in memory.
+/// Reads the second number of /proc/self/statm, the pages in memory.
 double residentBytes()
 {
     std::ifstream statm("/proc/self/statm");

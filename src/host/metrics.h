@@ -12,8 +12,8 @@ class Exposer;
 } // namespace prometheus
 
 /**
- * Shows the host's state at http://ADDRESS/metrics, for Prometheus and what reads its format. Its
- * requests are answered in threads of their own; the state must outlive the object.
+ * Serves the host's state at http://ADDRESS/metrics in the format of Prometheus. Answers requests
+ * in threads of its own. The state must outlive the object.
  */
 class Metrics
 {

@@ -9,8 +9,8 @@
 namespace
 {
 
-/// The month in the name of a report's workbook, such as "DennyReport_firm_112023.xlsx"; invalid
-/// for other files.
+/// Returns the month in the name of a report's workbook, such as "DennyReport_firm_112023.xlsx";
+/// invalid for other files.
 QDate monthIn(const QString &fileName)
 {
     static const QRegularExpression form(

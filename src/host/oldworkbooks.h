@@ -4,10 +4,9 @@ class QDate;
 class QDir;
 
 /**
- * Removes the reports' workbooks of months before that of `today` from `folder` and returns how
- * many.
+ * Removes the reports' workbooks of past months from `folder`. Returns how many it removed.
  *
- * Keeps whatever was changed within the last day, and everything that is not a regular file of this
- * account.
+ * Keeps files that were changed within the last day, and everything that is not a regular file of
+ * this account.
  */
 int removeOldWorkbooks(const QDir &folder, const QDate &today);

@@ -29,8 +29,8 @@ QString PluginHandle::load(const QString &file)
     if (!info.isFile())
         return QStringLiteral("no such file");
 
-    // Absolute, or the loader would search Qt's own folders. Reading the metadata runs none of the
-    // module's code.
+    // The path is absolute, because the loader would search Qt's folders for a relative one.
+    // Reading the metadata runs none of the module's code.
     QPluginLoader loader(info.absoluteFilePath());
     const QString iid = loader.metaData().value(QStringLiteral("IID")).toString();
     if (iid.isEmpty())

@@ -8,18 +8,18 @@ class DBManager;
 class HostState;
 
 /**
- * Asks every served schema how many mails wait there to be sent, after each scan and every five
- * minutes, in a thread of its own: one short connection at a time.
+ * Counts the mails of every served schema that are waiting to be sent, after each scan and every
+ * five minutes. Works in a thread of its own, with one short connection at a time.
  */
 class QueueWatch
 {
 public:
     QueueWatch(const ConnectionOptions &options, const DBManager &manager, HostState &state);
-    /// Returns when the schema being asked has answered, or after its time limit.
+    /// Waits until the schema that is being asked has answered or its time limit is over.
     ~QueueWatch();
     Q_DISABLE_COPY(QueueWatch)
 
-    /// Asks soon. Any thread.
+    /// Starts counting soon. Thread-safe.
     void ask();
     void requestStop() { thread.requestInterruption(); }
 

@@ -50,7 +50,7 @@ void ScanWatch::begin()
 {
     if (!sinceBegin.isValid())
         sinceBegin.start();
-    // Queued: the timer has yet to run its part of the scan.
+    // Queued, because the timer has yet to run its part of the scan.
     QMetaObject::invokeMethod(this, &ScanWatch::look, Qt::QueuedConnection);
 }
 

@@ -136,7 +136,7 @@ bool ServeCommand::connectDatabase()
 {
     QSqlDatabase db = options.connection.addDatabase(masterName(options.connection.single),
                                                      ConnectionOptions::OnLoss::Reconnect);
-    // Opened here first, so that a failure is a single line that names the server.
+    // Opened here first, so that a failure is logged as a single line that names the server.
     if (!openWithin(db, connectSeconds)) {
         qCritical("Host - %s", qUtf8Printable(ConnectionOptions::openError(db)));
         return false;
@@ -167,7 +167,8 @@ bool ServeCommand::startPlugin()
 
 void ServeCommand::waitForEnd()
 {
-    ScanWatch scans(*plugin->pluginObject()); // also ends its connections before the plug-in goes
+    ScanWatch scans(
+        *plugin->pluginObject()); // destroyed, with its signal connections, before the plug-in
     followSignals(scans);
     state.takeNextScan(scans.nextScan());
     QObject::connect(&scans, &ScanWatch::scanned, &services, &ServiceManager::scanned);
@@ -177,11 +178,11 @@ void ServeCommand::waitForEnd()
         if (queues)
             queues->ask();
     });
-    // A scan opens a connection to each schema. It runs in slices, and between two turns of the
-    // event loop nobody uses them.
+    // A scan opens a connection to each schema, in slices. Between two turns of the event loop
+    // nobody uses these connections.
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &scans,
                      [this] { removeSchemaConnections(); });
-    // Fed by the main thread, but only as long as this thread asks for it.
+    // The main thread feeds the watchdog, but only while this thread asks for it.
     QTimer heartbeat;
     QObject::connect(&heartbeat, &QTimer::timeout, &services, &ServiceManager::feedWatchdog);
     if (const int interval = ServiceManager::watchdogIntervalMs(); interval > 0)
@@ -197,7 +198,7 @@ void ServeCommand::waitForEnd()
     clearWorkbooks();
     if (!options.metricsAddress.isEmpty())
         queues = std::make_unique<QueueWatch>(options.connection, *manager, state);
-    loop.exec(); // ended by the thread's quit(), even one that comes first
+    loop.exec(); // ended by the thread's quit(), even if that came earlier
     if (queues)
         queues->requestStop();
     plugin->server()->stop();
@@ -243,7 +244,7 @@ void ServeCommand::reload(ScanWatch &scans)
         scans.scanNow();
         return;
     }
-    qInfo("Host - nothing to scan: %s", isPaused ? "paused" : "one schema alone is served");
+    qInfo("Host - nothing to scan: %s", isPaused ? "paused" : "only one schema is served");
     QMetaObject::invokeMethod(&services, &ServiceManager::ready, Qt::QueuedConnection);
 }
 

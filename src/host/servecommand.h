@@ -18,9 +18,9 @@ class SignalWatcher;
 /**
  * `autoreport serve`: hands the databases to the plug-in, starts it, and stops it on request.
  *
- * Works in a thread of its own. The main thread takes the signals, so that one of them can end a
- * report that the plug-in itself makes in the serving thread. Removes every connection registered
- * in its thread: the master connection, and those to schemas that the plug-in's scan asked for.
+ * Works in a thread of its own. The main thread handles the signals, so that a signal can end a
+ * report that runs in the serving thread itself. Removes every connection registered in its thread:
+ * the master connection, and those to schemas that the plug-in's scan opened.
  */
 class ServeCommand
 {
@@ -31,8 +31,8 @@ public:
 
 private:
     static int runThread(const ServeOptions &options, HostState &state);
-    ServeCommand(const ServeOptions &options, SignalWatcher &signalWatcher,
-                 ServiceManager &services, HostState &state);
+    ServeCommand(const ServeOptions &serveOptions, SignalWatcher &watcher,
+                 ServiceManager &serviceManager, HostState &hostState);
     ~ServeCommand();
     Q_DISABLE_COPY(ServeCommand)
 

@@ -43,12 +43,13 @@ void describe(QCommandLineParser &parser, const QString &commandHelp)
                                      "directory, once a day.")});
     add("plugin", "Module to load instead of the program's own.", "file");
     add("debug", "Debug level, 0 to 255; above 0 debug lines are shown.", "level", "0");
-    add("metrics", "Serve metrics for Prometheus there, 127.0.0.1:9469 for example.", "address");
-    add("run-for", "Stop after that many seconds.", "seconds");
+    add("metrics", "Serve metrics for Prometheus at this address, such as 127.0.0.1:9469.",
+        "address");
+    add("run-for", "Stop after this many seconds.", "seconds");
 }
 
-/// Returns what is wrong, or an empty text. An unknown command comes first: options that are
-/// unknown to `serve` may well be its own.
+/// Returns what is wrong, or an empty text. An unknown command comes first: options that `serve`
+/// does not know may belong to that command.
 UsageError usageError(const QCommandLineParser &parser, bool parsed, const QStringList &commands)
 {
     const QStringList positional = parser.positionalArguments();
@@ -63,7 +64,7 @@ UsageError usageError(const QCommandLineParser &parser, bool parsed, const QStri
     return {};
 }
 
-/// Returns the command line's answer to that error: three lines.
+/// Returns the result for a wrong command line: three lines of text.
 CommandLine wrong(const UsageError &error, bool isServe)
 {
     const QStringList lines = Usage::threeLines(

@@ -12,7 +12,7 @@ struct ServeOptions {
     QString plugin; ///< file of the module
     QString language;
     QString metricsAddress;       ///< "127.0.0.1:9469"; empty: no metrics
-    bool clearsWorkbooks = false; ///< removes those of past months from the temporary directory
+    bool clearsWorkbooks = false; ///< removes workbooks of past months from the temporary directory
     quint8 debugLevel = 0;
     int runForSeconds = 0; ///< 0: until a signal asks to stop
 };

@@ -17,7 +17,7 @@ constexpr int soonMs = 1000; // by then the workers of a scan are connected
 
 void notify(const QString &state)
 {
-    sd_notify(0, state.toUtf8().constData()); // returns 0 without a service manager
+    sd_notify(0, state.toUtf8().constData()); // does nothing without a service manager
 }
 
 QString counted(int count, const char *noun)
@@ -26,7 +26,7 @@ QString counted(int count, const char *noun)
                                                     QLatin1String(count == 1 ? "" : "s"));
 }
 
-/// In microseconds, as the service manager compares it with its own.
+/// Returns the monotonic time in microseconds, which the service manager compares with its own.
 qulonglong monotonicTime()
 {
     timespec now = {};

@@ -8,8 +8,8 @@
 class SignalWatcher;
 
 /**
- * Reports the host's state to the service manager, systemd. Does nothing when the host was not
- * started by one. Main thread only; slots are called from other threads through queued connections.
+ * Reports the host's state to the service manager, systemd. Does nothing if systemd did not start
+ * the host. Main thread only; slots are called from other threads through queued connections.
  */
 class ServiceManager : public QObject
 {
@@ -21,12 +21,12 @@ public:
     /// Reports stops, reloads and pauses as their signals arrive.
     void follow(const SignalWatcher &signalWatcher);
 
-    /// How often the watchdog must be fed; 0 without a watchdog.
+    /// Returns how often the watchdog must be fed; 0 without a watchdog.
     static int watchdogIntervalMs();
 
 public Q_SLOTS:
     void ready();
-    /// ready() after a scan.
+    /// Like ready(), after a scan.
     void scanned();
     void feedWatchdog();
 

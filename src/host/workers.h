@@ -3,9 +3,10 @@
 #include <QStringList>
 
 /**
- * Returns the tokens of the schemas with a running worker, an empty one for a host of one schema.
+ * Returns the tokens of the schemas with a running worker; in single-database mode, one empty
+ * token.
  *
- * A worker's connection is registered for as long as it serves its schema, under a name with the
- * token. Thread-safe.
+ * Lists the registered connections: a worker's connection is named after the token and registered
+ * as long as the worker serves its schema. Thread-safe.
  */
 QStringList servedTokens();

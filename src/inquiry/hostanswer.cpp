@@ -5,7 +5,7 @@
 namespace
 {
 
-// Each struct lists its members once, for both directions.
+// The members of each struct are listed once, for reading and for writing.
 
 /// Puts members into an object.
 struct Writer {
@@ -21,7 +21,7 @@ struct Writer {
     }
 };
 
-/// Sets members from an object; those that it lacks stay as they are.
+/// Sets members from an object. Members that the object lacks keep their values.
 struct Reader {
     QJsonObject object;
 

@@ -6,7 +6,7 @@
 
 #include <optional>
 
-// What a host tells about itself. Moments are Unix seconds, 0 if there was none.
+// What a host says about itself. Moments are Unix seconds, 0 for never.
 
 /// How a run of a report ended.
 struct RunOutcome {
@@ -29,7 +29,7 @@ struct SchemaAnswer {
     qint64 lastTick = 0;
     QString problem; ///< the worker's last warning about itself, such as a lost connection
     qint64 problemMoment = 0;
-    QMap<QString, ReportAnswer> reports; ///< by the report's word, "daily"
+    QMap<QString, ReportAnswer> reports; ///< by the report's word, such as "daily"
 };
 
 struct HostAnswer {
@@ -40,7 +40,7 @@ struct HostAnswer {
     bool isSingle = false;
     QString zone; ///< "Europe/Bratislava"
     int utcOffsetSeconds = 0;
-    qint64 moment = 0; ///< its clock
+    qint64 moment = 0; ///< of the host's clock
     qint64 since = 0;
     bool isPaused = false;
     qint64 lastScan = 0;
@@ -53,6 +53,6 @@ struct HostAnswer {
     QMap<QString, SchemaAnswer> schemas; ///< by token
 
     QJsonObject toJson() const;
-    /// Returns nothing if the object is not a host's answer. Unknown keys are left out.
+    /// Returns nothing if the object is not a host's answer. Ignores unknown keys.
     static std::optional<HostAnswer> fromJson(const QJsonObject &object);
 };

@@ -6,7 +6,8 @@
 /**
  * A connection to a host's socket that receives the host's answer.
  *
- * Never waits: the owner polls the descriptor and calls take(). The first error ends it.
+ * Never waits: the owner polls the descriptor and calls take(). The first error ends the
+ * connection.
  */
 class HostConnection
 {
@@ -15,18 +16,18 @@ public:
     ~HostConnection();
     Q_DISABLE_COPY(HostConnection)
 
-    /// False once the answer is complete or will not come.
+    /// Returns false once the answer is complete or will not come.
     bool isOpen() const { return socket != -1; }
-    /// Returns -1 while there is nothing to wait for: the host's queue of connections may be full.
+    /// Returns -1 while not connected, for example because the host's queue is full.
     int descriptor() const { return isConnected ? socket : -1; }
-    /// Connects if that is still to be done, and receives what has arrived.
+    /// Connects unless already connected, and receives what has arrived.
     void take();
     void end(const QString &why);
 
     const QString path;
     QByteArray bytes;
     QString error;
-    bool isHost = true; ///< otherwise a host that was killed left the socket behind
+    bool isHost = true; ///< false if the socket was left behind by a host that was killed
 
 private:
     void connect();

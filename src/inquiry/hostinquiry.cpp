@@ -21,7 +21,8 @@ using Connections = std::vector<std::unique_ptr<HostConnection>>;
 
 constexpr int connectIntervalMs = 50;
 
-/// Returns why the sockets in `folder` cannot be asked; empty if they can, or if there is none.
+/// Returns why the hosts in `folder` cannot be asked; empty if they can, or if there is no such
+/// folder.
 QString folderError(const QString &folder)
 {
     const QFileInfo info(folder);
@@ -47,7 +48,7 @@ Connections connectAll(HostsFound &found)
     return all;
 }
 
-/// All at once: a host that does not answer takes no time from the others.
+/// Receives all answers at once, so that a host that does not answer does not delay the others.
 void receive(const Connections &all, const QDeadlineTimer &deadline)
 {
     const auto isOpen = [](const auto &connection) {

@@ -5,13 +5,13 @@
 #include <QStringList>
 #include <QVector>
 
-/// The hosts of this machine, as far as this account may ask them.
+/// The hosts of this machine that this account may ask.
 struct HostsFound {
     QVector<HostAnswer> hosts;
-    QStringList errors; ///< why a host that is there did not answer
+    QStringList errors; ///< why running hosts did not answer
 };
 
-/// Asks every host whose socket is in one of socketFolders(), all at once: each has `timeoutMs`.
-/// Blocks; needs no event loop. A socket without a process behind it is no host, and no socket is
-/// asked in a folder that another account could have put there.
+/// Asks every host whose socket is in one of socketFolders(). Asks all of them at once and blocks
+/// for at most `timeoutMs`, without an event loop. Ignores sockets without a process. A folder that
+/// another account could have created is an error.
 HostsFound askHosts(int timeoutMs);

@@ -22,7 +22,7 @@ QString ownPath(const QString &folder)
         folder, QString::number(QCoreApplication::applicationPid()), QLatin1String(socketSuffix));
 }
 
-/// Removes the sockets of hosts that were killed, whichever number they had.
+/// Removes the sockets of hosts that were killed.
 void removeLeftBehind(const QString &folder)
 {
     for (const QString &path : socketsIn(folder)) {
@@ -31,8 +31,8 @@ void removeLeftBehind(const QString &folder)
     }
 }
 
-/// Returns why an accept failed, empty if none did. QLocalServer has no text for most errors, only
-/// the number.
+/// Returns why an accept failed, or an empty text. For most errors, QLocalServer's text is only a
+/// number.
 QString acceptError(const QLocalServer &server)
 {
     const QString text = server.errorString();
@@ -55,7 +55,8 @@ InquiryServer::~InquiryServer() = default;
 
 QString InquiryServer::listen(const QString &folder)
 {
-    // After a failed accept, QLocalServer has closed and removed its socket, but "listens".
+    // After a failed accept, QLocalServer has closed and removed its socket, but isListening() is
+    // true.
     const QString closed = server->isListening() ? acceptError(*server) : QString();
     if (server->isListening() && closed.isEmpty())
         return QString();
@@ -72,7 +73,7 @@ QString InquiryServer::open(const QString &folder)
         return QStringLiteral("'%1': %2").arg(folder, error);
     const QString path = ownPath(folder);
     removeLeftBehind(folder);
-    QLocalServer::removeServer(path); // whatever else has that name
+    QLocalServer::removeServer(path); // in case anything else has that name
     return server->listen(path) ? QString()
                                 : QStringLiteral("'%1': %2").arg(path, server->errorString());
 }

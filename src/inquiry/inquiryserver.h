@@ -9,8 +9,8 @@
 class QLocalServer;
 
 /**
- * The socket at which a host can be asked: whoever connects gets the answer, as JSON, and the
- * connection is closed. Only this account and root may connect.
+ * The socket at which a host can be asked. Each client receives the answer, as JSON, and is
+ * disconnected. Only this account and root may connect.
  *
  * Lives in a thread with an event loop, which never waits for a client: one that does not take its
  * answer within a few seconds is dropped. The destructor removes the socket.
@@ -23,9 +23,9 @@ public:
     ~InquiryServer();
     Q_DISABLE_COPY(InquiryServer)
 
-    /// Listens in `folder` unless it does already. Call it every few seconds: a shortage of file
-    /// descriptors closes the socket. Returns the error, or an empty text. The call after the
-    /// socket was closed returns why it was, even if the object listens again.
+    /// Listens in `folder` unless it already does. Call it every few seconds, because a shortage of
+    /// file descriptors closes the socket. Returns the error, or an empty text. The first call
+    /// after the socket was closed returns the reason, even if it listens again.
     QString listen(const QString &folder);
 
 private:

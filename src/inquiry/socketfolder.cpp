@@ -48,7 +48,7 @@ QString makeSocketFolder(const QString &folder)
     if (::lstat(path.constData(), &found) != 0)
         return qt_error_string(errno);
     const bool isOurs = S_ISDIR(found.st_mode) && found.st_uid == ::geteuid();
-    return isOurs ? QString() : QStringLiteral("it is no directory of this account");
+    return isOurs ? QString() : QStringLiteral("it is not a directory of this account");
 }
 
 QStringList socketFolders()

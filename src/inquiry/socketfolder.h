@@ -2,27 +2,26 @@
 
 #include <QStringList>
 
-// Where hosts keep the sockets at which they can be asked, a file "PID.socket" each.
+// Where the hosts of this machine keep their sockets, each named "PID.socket".
 
-/// Returns the folder for a host of this process: that of the service manager (RUNTIME_DIRECTORY),
-/// that of the login session, or else one of this account, which may not exist yet.
+/// Returns the folder for the socket of a host in this process: the service manager's
+/// (RUNTIME_DIRECTORY), the login session's, or else one for this account. It may not exist yet.
 QString ownSocketFolder();
 
 /// Creates `folder` for this account alone unless it exists. Returns the error, or an empty text.
-/// Refuses a folder that another account could have put there.
+/// Refuses a folder that another account could have created.
 QString makeSocketFolder(const QString &folder);
 
-/// Returns the folders that commands look for hosts in: ownSocketFolder() and the packaged
+/// Returns the folders in which commands look for hosts: ownSocketFolder() and the packaged
 /// service's.
 QStringList socketFolders();
 
-/// Returns whether no account but root and this one can have put the folder there: in /tmp
-/// everybody may create one. The packaged service's belongs to an account of its own, below a
-/// folder of root.
+/// Returns whether only root and this account can have created the folder; in /tmp anybody could.
+/// The packaged service's folder is trusted too: its account owns it, but only root can create it.
 bool isTrustedFolder(const QString &folder);
 
 /// Returns the paths of the sockets in `folder`, by name.
 QStringList socketsIn(const QString &folder);
 
-/// What the names of the sockets end with.
+/// The suffix of the sockets' names.
 extern const char *const socketSuffix;

@@ -6,23 +6,22 @@
 /**
  * A configuration file: options in INI format.
  *
- * Section "database": host, port, user, name, single, password, password-file, ca, cert,
- * key. Section "serve": metrics,
- * clear-workbooks. Section "reports":
- * language.
+ * Section "database": host, port, user, name, single, password, password-file, ca, cert, key.
+ * Section "serve": metrics, clear-workbooks.
+ * Section "reports": language.
  */
 struct ConfigFile {
-    QMap<QString, QString> values; ///< by section and key, "database/host"; none with an error
+    QMap<QString, QString> values; ///< keyed like "database/host"; empty after an error
     QString error;                 ///< why it was refused; empty on success
     bool isReadable = true;        ///< whether this account may read it, valid or not
 
-    /// The machine's own file. It may be missing, unlike one named on the command line.
+    /// Returns the file that is read if the command line names none. Only this file may be missing.
     static QString defaultPath();
 
     /**
      * Reads `path`. Refuses a file that cannot be read, an unknown key, an ambiguous value, and a
-     * file with a password that every account of the machine can read or change. No error shows a
-     * value.
+     * file with a password that every account of the machine can read or change. Error texts never
+     * contain a value.
      */
     static ConfigFile read(const QString &path);
 };

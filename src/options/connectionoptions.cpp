@@ -14,15 +14,15 @@ QSqlDatabase ConnectionOptions::addDatabase(const QString &connectionName, OnLos
     db.setUserName(user);
     db.setPassword(password);
     db.setDatabaseName(databaseName);
-    // The same options as the manager's for schemas: a host survives a restart of the server. The
-    // driver reconnects silently, though, and session settings such as read-only are lost.
+    // As DBManager's for schemas: a host survives a restart of the server. A command must not
+    // reconnect, because the driver does so silently and loses session settings such as read-only.
     const QString always = onLoss == OnLoss::Reconnect ? reconnectingOptions : commonOptions;
     db.setConnectOptions(always + encryption() + limits());
     return db;
 }
 
-/// With any of these the driver asks for TLS, and with an authority it refuses a server whose
-/// certificate is another's. The manager copies them for schemas.
+/// Any of these makes the driver use TLS; openTrusted() enforces the authority. DBManager copies
+/// the options for schemas.
 QString ConnectionOptions::encryption() const
 {
     QString options;
@@ -36,7 +36,7 @@ QString ConnectionOptions::encryption() const
     return options;
 }
 
-/// The library does not try again: each of them limits one wait.
+/// Each option limits a single wait: the client library does not retry.
 QString ConnectionOptions::limits() const
 {
     if (timeoutSeconds == 0)

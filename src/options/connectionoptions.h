@@ -17,12 +17,12 @@ struct ConnectionOptions {
     QString certificateFile;
     QString keyFile;
     int timeoutSeconds = 0;       ///< to connect, and for each answer of the server; 0 for no limit
-    bool waitsForAnswers = false; ///< whatever the limit: the statements may take long
+    bool waitsForAnswers = false; ///< no limit on answers: statements may run long
 
     /// After a lost connection a host reconnects; an operator's command fails.
     enum class OnLoss { Reconnect, Fail };
 
-    /// Registers a connection under that name and does not open it. The caller removes it.
+    /// Registers a connection as `connectionName` without opening it. The caller removes it.
     QSqlDatabase addDatabase(const QString &connectionName, OnLoss onLoss) const;
 
     /// Returns why `db` could not be opened, as one sentence without the password.

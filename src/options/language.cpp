@@ -27,7 +27,7 @@ void replace(QTranslator *translator)
         QCoreApplication::installTranslator(installed);
 }
 
-/// Returns a null pointer for the source texts, and, logged, without a translation.
+/// Returns null for the source texts, and also, after logging it, if there is no translation.
 QTranslator *load(const QString &language)
 {
     if (language == Language::known().constFirst())

@@ -15,7 +15,7 @@ QStringList known();
 /// thread.
 void install(const QString &language);
 
-/// Calls `work` once for each known language, with the reports' texts in that language. For the
+/// Calls `work` once for each known language, with the reports' texts in that language. Call on the
 /// main thread.
 void forEach(const std::function<void()> &work);
 

@@ -23,7 +23,7 @@ QString configKey(const QString &option)
            (option.startsWith(prefix) ? option.mid(prefix.size()) : option);
 }
 
-/// Strips the line end alone: other white space may belong to the password.
+/// Strips only the line end: other white space may belong to the password.
 QString firstLine(QFile &file)
 {
     QString line = QString::fromUtf8(file.readLine());
@@ -40,20 +40,21 @@ void OptionReader::describe(QCommandLineParser &parser)
         parser.addOption({QLatin1String(name), QLatin1String(description), QLatin1String(value)});
     };
     parser.addOption({QStringLiteral("single"),
-                      QStringLiteral("One schema, --db-name, instead of every schema that "
-                                     "the information database --db-name lists.")});
+                      QStringLiteral("Treat --db-name as one schema, not as the information "
+                                     "database that lists the schemas.")});
     add("db-host", "Host of the database server, or several: node1:3306,node2:3306.", "host");
     add("db-port", "Port of the database server.", "port");
     add("db-user", "Account on the database server.", "user");
     add("db-name", "Name of the database.", "name");
-    add("db-ca", "Authority that must have signed the server's certificate: encrypts.", "file");
+    add("db-ca", "Encrypt, and check the server's certificate against this authority.", "file");
     add("db-cert", "Certificate of this client, for servers that ask for one.", "file");
-    add("db-key", "Key of that certificate.", "file");
+    add("db-key", "Private key of that certificate.", "file");
     add("password-file", "File whose first line is the password.", "file");
-    parser.addOption({QStringLiteral("config"),
-                      QStringLiteral("Configuration file with these options, %1 if there is one.")
-                          .arg(ConfigFile::defaultPath()),
-                      QStringLiteral("file")});
+    parser.addOption(
+        {QStringLiteral("config"),
+         QStringLiteral("Configuration file with these options. Default: %1, if it exists.")
+             .arg(ConfigFile::defaultPath()),
+         QStringLiteral("file")});
 }
 
 OptionReader::OptionReader(const QCommandLineParser &commandLine)
@@ -65,7 +66,7 @@ OptionReader::OptionReader(const QCommandLineParser &commandLine)
     if (!asked && !QFile::exists(path))
         return;
     config = ConfigFile::read(path);
-    // If only root may read the default file: fine if the command line is complete.
+    // A default file that only root may read is no error if the command line is complete.
     if (!config.error.isEmpty() && (asked || config.isReadable))
         fail(config.error, false);
 }
@@ -131,7 +132,7 @@ ConnectionOptions OptionReader::connection()
     options.certificateFile = file("db-cert");
     options.keyFile = file("db-key");
     if (options.certificateFile.isEmpty() != options.keyFile.isEmpty())
-        fail(QStringLiteral("--db-cert and --db-key belong together"));
+        fail(QStringLiteral("--db-cert and --db-key must be given together"));
     return options;
 }
 
@@ -145,7 +146,7 @@ QString OptionReader::file(const char *name)
         return path;
     QFile file(path);
     if (path.contains(QLatin1Char(';')))
-        fail(QStringLiteral("--%1: the driver takes no file with a semicolon in its name")
+        fail(QStringLiteral("--%1: the driver does not support a semicolon in a file name")
                  .arg(option));
     else if (!file.open(QIODevice::ReadOnly))
         fail(QStringLiteral("--%1: cannot read '%2': %3").arg(option, path, file.errorString()),
@@ -161,7 +162,7 @@ QString OptionReader::address(const char *name)
     static const QRegularExpression form(
         QStringLiteral(R"(^([\w.-]+|\[[\da-fA-F:.]+\]):\d{1,5}$)"));
     if (!value.isEmpty() && !form.match(value).hasMatch())
-        fail(QStringLiteral("--%1 must be an address with a port, 127.0.0.1:9469 for example, not "
+        fail(QStringLiteral("--%1 must be an address with a port, such as 127.0.0.1:9469, not "
                             "'%2'")
                  .arg(option, value));
     return value;

@@ -29,8 +29,9 @@ public:
     int number(const char *name, int least, int most);
     /// Returns the connection options, without the password.
     ConnectionOptions connection();
-    /// Returns the password from a file, the environment or the configuration, in this order. It is
-    /// never taken from the command line, which every account on the machine can read.
+    /// Returns the password from --password-file, the environment or the configuration file, in
+    /// this order. The command line cannot contain it, because every account on the machine can
+    /// read that.
     QString password();
 
     /// Returns "host:port", or an empty text if the option is not set.

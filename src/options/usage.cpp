@@ -9,7 +9,8 @@
 namespace
 {
 
-/// Returns how many letters are missing, wrong, too many, or exchanged with their neighbours.
+/// Returns the edit distance: how many letters are missing, wrong, surplus, or swapped with a
+/// neighbour.
 int distance(const QString &from, const QString &to)
 {
     QVector<QVector<int>> table(from.size() + 1, QVector<int>(to.size() + 1));
@@ -48,7 +49,7 @@ QStringList Usage::threeLines(const UsageError &error, const QString &synopsis, 
 {
     return {QStringLiteral("autoreport: ") + error.text,
             error.meant.isEmpty() ? QStringLiteral("Usage: ") + synopsis
-                                  : QStringLiteral("Perhaps meant: ") + error.meant,
+                                  : QStringLiteral("Did you mean '%1'?").arg(error.meant),
             QStringLiteral("Help: ") + help};
 }
 
@@ -68,7 +69,7 @@ UsageError Usage::parserError(const QCommandLineParser &parser)
 
 QString Usage::nearest(const QString &word, const QStringList &known)
 {
-    // Tokens may be of any length; what is longer than any word comes near nothing.
+    // Tokens may be of any length; skip those longer than any word.
     constexpr int longest = 64;
     QString found;
     int least = std::max(2, word.size() / 3 + 1);

@@ -22,7 +22,7 @@ struct Found {
     Machine machine;
     SchemasJudged schemas;
     QVector<Finding> findings;
-    QString server; ///< of several, the one that answered; empty if it does not say
+    QString server; ///< the one that answered; empty if unknown
     QString cipher; ///< empty if not encrypted
     int opened = 0; ///< schemas
     int status = Tool::Well;
@@ -31,11 +31,11 @@ struct Found {
 bool isListed(const Finding &finding, const Machine &machine, bool isAsked)
 {
     if (finding.gravity == Gravity::Waiting || finding.text == machine.temporaryError)
-        return false; // every report would have it
+        return false; // listed once, not for every report
     return finding.gravity != Gravity::Off || isAsked;
 }
 
-/// Adds a finding once even if both reports have it.
+/// Adds the schema's findings, each only once even if both reports have it.
 void addFindings(const SchemaJudgement &schema, bool isAsked, Found &found)
 {
     QStringList known;
@@ -61,13 +61,13 @@ void findAll(const Schemas &schemas, bool isAsked, Found &found)
                                      [](const SchemaJudgement &one) { return one.isOpened; }));
     found.findings =
         found.machine.findings() + checkServer(schemas.master()) + checkCluster(schemas.master());
-    if (!isAsked) // the number of a host's workers is known
+    if (!isAsked) // all schemas were judged, so the number of workers is known
         found.findings += checkConnections(schemas.master(), list.size(), int(enabled));
-    // Only a notice: every new installation begins like this.
+    // Only a notice: every new installation starts like this.
     if (!isAsked && enabled == 0)
         found.findings.append(
             {Gravity::Notice, QStringLiteral("off"), QStringLiteral("schemas"),
-             QStringLiteral("none of the %1 active ones has an enabled report").arg(list.size()),
+             QStringLiteral("none of the %1 active schemas has an enabled report").arg(list.size()),
              QStringLiteral("autoreport set TOKEN daily --enable ...")});
     for (const SchemaJudgement &schema : list)
         addFindings(schema, isAsked, found);
@@ -131,7 +131,7 @@ int checkAll(const Invocation &invocation, const Schemas &schemas)
         return couldNotAsk(rows.error());
     if (isAsked && rows.value().isEmpty())
         return noSuchSchema(schemas, invocation.token);
-    // One that is asked for by its token is checked even if nobody serves it.
+    // A schema that is named on the command line is checked even if it is not active.
     const QVector<SchemaRow> chosen = isAsked ? rows.value() : activeOf(rows.value());
     Found found{Machine::ask(invocation.connection), {}, {}, {}, {}, 0, Tool::Well};
     {
@@ -142,7 +142,7 @@ int checkAll(const Invocation &invocation, const Schemas &schemas)
         found.schemas = judgeAll(schemas, chosen, judge, [&progress] { progress.step(); });
     }
     findAll(schemas, isAsked, found);
-    // Without answers, checks find nothing.
+    // If the server does not answer, checks find nothing.
     if (!found.schemas.isComplete || !schemas.isAnswering())
         return couldNotAsk(QStringLiteral("the server no longer answers"));
     const bool well = std::none_of(found.findings.cbegin(), found.findings.cend(),

@@ -31,7 +31,7 @@ constexpr TableFault tableFaults[] = {
      "ADD PRIMARY KEY (...)"},
 };
 
-/// Returns the first column.
+/// Returns the first column of the result; empty if the statement fails.
 QStringList names(const QSqlDatabase &database, const char *statement)
 {
     QStringList found;
@@ -59,12 +59,12 @@ QVector<Finding> checkCluster(const QSqlDatabase &master)
         return findings.list;
     if (node->members < leastMembers)
         findings.add(Gravity::Notice, "cluster",
-                     QStringLiteral("the cluster has %1 nodes; if one is lost, the rest stops, "
+                     QStringLiteral("the cluster has %1 nodes; if one is lost, the rest stops "
                                     "too")
                          .arg(node->members),
-                     QStringLiteral("bring it to three, of which one may be an arbitrator "
+                     QStringLiteral("use three, of which one may be an arbitrator "
                                     "(garbd)"));
-    // With it, both halves of a divided cluster would make the reports.
+    // With either option, both parts of a divided cluster would make the reports.
     const QStringList halves =
         names(master, "SELECT 1 FROM DUAL WHERE REPLACE(@@wsrep_provider_options, ' ', '') REGEXP "
                       "'pc\\\\.ignore_(quorum|sb)=(true|yes|on|1)'");

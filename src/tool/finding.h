@@ -3,14 +3,14 @@
 #include <QString>
 #include <QVector>
 
-/// What a finding means for the reports, least urgent first.
+/// What a finding means for a report. Lists of findings begin with the last of these values.
 enum class Gravity {
     Notice,   ///< worth knowing
     Waiting,  ///< a host makes the report, but only later
     Harm,     ///< the report goes out, but something is wrong
     Obstacle, ///< the report does not go out
-    Alarm,    ///< everybody is mailed again and again
-    Off       ///< somebody has switched the report off: that is no problem
+    Alarm,    ///< the recipients get the report again and again
+    Off       ///< the report is disabled on purpose, which is not a problem
 };
 
 /// A result of a judgement, and what to do about it. Texts have no full stop; `remedy` is never
@@ -27,7 +27,7 @@ struct Finding {
         return gravity == Gravity::Harm || gravity == Gravity::Obstacle ||
                gravity == Gravity::Alarm;
     }
-    /// Returns whether the report does not go out now because of it.
+    /// Returns whether this finding keeps the report from going out now.
     bool keepsBack() const
     {
         return gravity == Gravity::Waiting || gravity == Gravity::Obstacle ||

@@ -22,7 +22,7 @@ bool isWell(const QVector<ReportHistory> &reports)
                        [](const ReportHistory &one) { return one.status.reason.isEmpty(); });
 }
 
-/// Returns nothing once the server no longer answers: a page of what was read until then would look
+/// Returns nothing if the server stops answering: a page of what was read until then would look
 /// complete.
 std::optional<QVector<ReportHistory>> readAll(const Schemas &schemas,
                                               const QVector<SchemaRow> &rows,
@@ -101,7 +101,7 @@ void describeHistory(QCommandLineParser &parser)
 {
     parser.addOption({QStringLiteral("json"), QStringLiteral("Print JSON, for a monitor.")});
     parser.addOption({QStringLiteral("html"),
-                      QStringLiteral("Write a page for a browser to that file; it needs no other "
+                      QStringLiteral("Write an HTML page to this file; the page needs no other "
                                      "file."),
                       QStringLiteral("file")});
 }

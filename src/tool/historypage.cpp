@@ -20,7 +20,7 @@ static void keepResource()
 namespace
 {
 
-/// The widths of a day in the drawing's own units; the browser scales it.
+/// The sizes of a day in the drawing's own units, which the browser scales.
 constexpr int dayWidth = 10;
 constexpr int stripHeight = 20;
 
@@ -29,7 +29,7 @@ struct Shape {
     const char *path;
 };
 
-/// By DayState: a dot, a cross, a triangle and a bar, to be told apart without colours.
+/// By DayState: a dot, a cross, a triangle and a bar, which differ even without colours.
 constexpr Shape shapes[] = {{"not-due", "M3.5 8.5h3v3h-3z"},
                             {"none", "M1 7l2-2 2 2 2-2 2 2-2 3 2 3-2 2-2-2-2 2-2-2 2-3z"},
                             {"waiting", "M5 4l4 12h-8z"},
@@ -40,7 +40,7 @@ const Shape &shapeOf(DayState state)
     return shapes[static_cast<int>(state)];
 }
 
-/// Browsers refuse control characters, or hide what they do.
+/// Escapes markup. Replaces control characters, which browsers refuse or hide.
 QString escaped(const QString &text)
 {
     return withoutControls(text).toHtmlEscaped();
@@ -52,7 +52,7 @@ QString resource(const char *name)
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-/// Returns the source expression by which a policy allows exactly this text.
+/// Returns the source expression with which a content security policy allows exactly this text.
 QString allowed(const QString &text)
 {
     return QStringLiteral("'sha256-%1'")
@@ -72,7 +72,7 @@ QString drawing(const QString &content, int days, const QString &label)
         .arg(QString::number(days * dayWidth), QString::number(stripHeight), label, content);
 }
 
-/// What a screen reader says instead of the drawing.
+/// Returns what a screen reader says instead of showing the drawing.
 QString stripLabel(const ReportHistory &report)
 {
     QStringList counts;
@@ -102,7 +102,7 @@ QString kindWord(const ReportHistory &report)
     return report.status.kind ? QString(QLatin1String(report.status.kind->word)) : QString();
 }
 
-/// Returns what the column "today" says, and by which class it is coloured.
+/// Returns the content of the column "today", with the class that colours it.
 QString todayCell(const ReportHistory &report)
 {
     const QString &reason = report.status.reason;
@@ -117,7 +117,7 @@ QString todayCell(const ReportHistory &report)
     return QStringLiteral("<span class=\"tag %1\">%2</span>").arg(look, escaped(word));
 }
 
-/// The keys by which the script sorts are in the same order as the columns.
+/// The script sorts by the data attributes, which are in the order of the columns.
 QString row(const ReportHistory &report)
 {
     const qint64 last = report.lastQueuedAt();
@@ -179,8 +179,8 @@ QString problems(const QVector<ReportHistory> &reports)
                             .arg(QString::number(count), items);
 }
 
-/// It also holds the shapes that the strips use: a thousand customers would repeat them 62,000
-/// times.
+/// It also defines the shapes, which the strips refer to: a thousand customers would repeat them
+/// 62,000 times.
 QString legend()
 {
     QString items;
@@ -203,7 +203,7 @@ QByteArray historyPage(const QVector<ReportHistory> &reports, const HistoryWindo
     const QString style = resource("history.css");
     const QString script = resource("history.js");
     const QString moment = Output::exactMoment(window.now);
-    // By hand and not by one arg(): texts of customers may hold "%1".
+    // Concatenated rather than filled in with arg(), because customers' texts may contain "%1".
     return (QStringLiteral("<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
                            "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src "
                            "'none'; style-src ") +

@@ -5,10 +5,9 @@
 #include <QByteArray>
 
 /**
- * Returns a page in HTML, UTF-8: today's problems, then each report with its strip of days.
+ * Returns an HTML page in UTF-8: today's problems, then each report with its strip of days.
  *
- * It needs no other file, and a browser loads none: its policy allows only its own style and
- * script. Without the script it cannot be sorted, but reads the same. All that comes from a
- * database is escaped.
+ * The page needs no other file, and its content security policy forbids loading any. Without its
+ * script it cannot be sorted, but shows the same. All texts from databases are escaped.
  */
 QByteArray historyPage(const QVector<ReportHistory> &reports, const HistoryWindow &window);

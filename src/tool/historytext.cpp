@@ -12,7 +12,7 @@ namespace
 
 struct StateLook {
     const char *word;
-    ushort sign; ///< told apart without colours, too
+    ushort sign; ///< different for each state, for terminals without colours
     Output::Colour colour;
 };
 
@@ -32,7 +32,7 @@ QString signs(DayState state, int count)
     return Output::coloured(QString(count, QChar(lookOf(state).sign)), lookOf(state).colour);
 }
 
-/// Runs of equal days are one text, so that a terminal gets few changes of colour.
+/// Colours each run of equal days as one text, so that the colour changes rarely.
 QString strip(const QVector<ReportDay> &days)
 {
     QString text;
@@ -45,7 +45,7 @@ QString strip(const QVector<ReportDay> &days)
     return text;
 }
 
-/// The first and the last day, as wide as the strip below.
+/// Returns the first and the last day, spread over the width of the strip below.
 QString ruler(const QVector<ReportDay> &days)
 {
     const auto text = [](const ReportDay &day) {
@@ -127,7 +127,7 @@ QString mailsText(const ReportDay &day)
     add(day.unsent(), "taken but not sent");
     const QString mails =
         day.queued == 1 ? QStringLiteral("1 mail") : QStringLiteral("%1 mails").arg(day.queued);
-    if (parts.size() == 1) // the number is there already
+    if (parts.size() == 1) // the total says the number already
         return mails + QLatin1Char(' ') + parts.first().section(QLatin1Char(' '), 1);
     return QStringLiteral("%1: %2").arg(mails, parts.join(QStringLiteral(", ")));
 }

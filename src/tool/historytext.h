@@ -11,11 +11,11 @@ QString stateWord(DayState state);
 /// the state's word if there are none.
 QString mailsText(const ReportDay &day);
 
-/// Returns the lines to print: a table with a strip of days per report, what the strips mean, and a
-/// sentence for each report that needs attention.
+/// Returns the lines to print: a table with a strip of days per report, a legend, and a sentence
+/// for each report that needs attention.
 QStringList historyTable(const QVector<ReportHistory> &reports);
 
-/// Returns a line for each day of one report that has mails, or should have.
+/// Returns a line for each day on which the report has mails or should have.
 QStringList historyDays(const ReportHistory &report);
 
 /// Returns everything about one report. Moments are ISO 8601 with offset; absent values are null.

@@ -11,11 +11,11 @@
 namespace
 {
 
-constexpr qint64 graceSeconds = 4200; // a scan an hour, a tick a minute, and the report itself
-constexpr qint64 graceOfServed = 300; // once a host serves the schema: a tick and the report
+constexpr qint64 graceSeconds = 4200; // a scan per hour, a tick per minute, and the report itself
+constexpr qint64 graceOfServed = 300; // if a host serves the schema: a tick and the report
 const char *const scanAtOnce = "wait, or let the host scan at once: systemctl reload autoreport";
 
-/// Looks whether today's run failed. A run that queued no mail may count as made all the same.
+/// Checks whether today's run failed, even if it counts as made, as a run without mails may.
 void checkLastRun(const RunOutcome &last, const StoredSettings &stored, const QDateTime &now,
                   const QString &command, Findings &findings)
 {
@@ -28,8 +28,8 @@ void checkLastRun(const RunOutcome &last, const StoredSettings &stored, const QD
     findings.add(Gravity::Obstacle, "failed",
                  QStringLiteral("its last run, at %1, failed: %2")
                      .arg(momentText(last.moment), last.text.isEmpty() ? last.cause : last.text),
-                 isTriedAgain ? QStringLiteral("mend that; the host tries again every minute")
-                              : QStringLiteral("mend that, then ") + command);
+                 isTriedAgain ? QStringLiteral("fix that; the host tries again every minute")
+                              : QStringLiteral("fix that, then ") + command);
 }
 
 void checkServed(const HostAnswer &host, const ReportKind &kind, const StoredSettings &stored,
@@ -41,9 +41,9 @@ void checkServed(const HostAnswer &host, const ReportKind &kind, const StoredSet
                      QStringLiteral("resume it: systemctl kill -s SIGUSR2 autoreport"));
     if (schema.problemMoment > schema.lastTick)
         findings.add(Gravity::Obstacle, "worker",
-                     QStringLiteral("the host's worker cannot work since %1: %2")
+                     QStringLiteral("the host's worker has not been able to work since %1: %2")
                          .arg(momentText(schema.problemMoment), schema.problem),
-                     QStringLiteral("see that the server answers; the host tries again every "
+                     QStringLiteral("check that the server answers; the host tries again every "
                                     "minute"));
     checkLastRun(
         schema.reports.value(QLatin1String(kind.word)).last, stored, now,
@@ -51,24 +51,24 @@ void checkServed(const HostAnswer &host, const ReportKind &kind, const StoredSet
         findings);
 }
 
-/// Its worker ended, or the scan has not come to it yet.
+/// Finds why the host does not serve the schema: its worker ended, or no scan has found it yet.
 void checkUnserved(const HostAnswer &host, Findings &findings)
 {
     const SchemaAnswer schema = host.schemas.value(findings.subject);
     if (schema.problemMoment != 0)
         findings.add(Gravity::Obstacle, "worker",
-                     QStringLiteral("the host's worker has ended at %1: %2")
+                     QStringLiteral("the host's worker ended at %1: %2")
                          .arg(momentText(schema.problemMoment), schema.problem),
-                     QStringLiteral("mend that, then systemctl restart autoreport"));
+                     QStringLiteral("fix that, then systemctl restart autoreport"));
     else if (host.isPaused)
         findings.add(Gravity::Obstacle, "paused",
-                     QStringLiteral("the host is paused, and has not found the schema before"),
+                     QStringLiteral("the host is paused and has not found the schema yet"),
                      QStringLiteral("resume it: systemctl kill -s SIGUSR2 autoreport"));
     else if (!host.scanProblem.isEmpty())
         findings.add(Gravity::Obstacle, "scan",
                      QStringLiteral("the host's last scan, at %1, ended early: %2")
                          .arg(momentText(host.lastScan), host.scanProblem),
-                     QStringLiteral("mend that, then systemctl reload autoreport"));
+                     QStringLiteral("fix that, then systemctl reload autoreport"));
     else if (host.lastScan == 0)
         findings.add(Gravity::Waiting, "scan",
                      QStringLiteral("the host has not finished its first scan"),
@@ -81,7 +81,7 @@ void checkUnserved(const HostAnswer &host, Findings &findings)
                      QLatin1String(scanAtOnce));
 }
 
-/// Returns since when the report should have gone out, invalid if it is not overdue.
+/// Returns when the report should have gone out; invalid if it is not overdue.
 QDateTime overdueSince(const ReportSettings &settings, const QDateTime &now, qint64 grace)
 {
     QDate day = now.date();
@@ -94,8 +94,8 @@ QDateTime overdueSince(const ReportSettings &settings, const QDateTime &now, qin
     return scheduleVerdict(settings, scheduled) == ScheduleVerdict::Due ? scheduled : QDateTime();
 }
 
-/// Returns how long ago the table of the settings was last written, by the server's clock; a long
-/// time if it does not know.
+/// Returns how long ago the settings' table was last written, by the server's clock; the largest
+/// number if unknown.
 qint64 secondsSinceChange(const QSqlDatabase &database)
 {
     QSqlQuery query = freshQuery(database);
@@ -115,11 +115,11 @@ void checkOverdue(const QSqlDatabase &database, const StoredSettings &stored,
         overdueSince(stored.settings, now, isServed ? graceOfServed : graceSeconds);
     if (!since.isValid())
         return;
-    // It may just have been switched on, or its time moved.
+    // The report may only just have been enabled, or its time changed.
     if (secondsSinceChange(database) < (isServed ? graceOfServed : graceSeconds)) {
         findings.add(Gravity::Waiting, "due",
-                     QStringLiteral("it is due since %1, and the settings have been stored just "
-                                    "now: a host %2")
+                     QStringLiteral("it has been due since %1, but the settings were only just "
+                                    "stored: a host %2")
                          .arg(Output::exactMoment(since),
                               isServed ? QStringLiteral("makes it within a minute")
                                        : QStringLiteral("finds it within an hour")),
@@ -132,8 +132,8 @@ void checkOverdue(const QSqlDatabase &database, const StoredSettings &stored,
                           machine.hosts.isEmpty()
                               ? QStringLiteral(", and no host on this machine answers")
                               : QString()),
-                 QStringLiteral("see that autoreport serve runs, and the lines of its log that "
-                                "begin with '%1: '")
+                 QStringLiteral("check that autoreport serve is running, and read the lines of "
+                                "its log that begin with '%1: '")
                      .arg(findings.subject));
 }
 

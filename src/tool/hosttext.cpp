@@ -42,7 +42,7 @@ QStringList hostLines(const Machine &machine)
     if (lines.isEmpty())
         lines.append(QStringLiteral("no host of this database answers on this machine"));
     for (const QString &error : machine.silentHosts)
-        lines.append(QStringLiteral("a host cannot be asked: ") + error);
+        lines.append(QStringLiteral("cannot ask a host: ") + error);
     return lines;
 }
 
@@ -62,8 +62,9 @@ QString runText(const RunOutcome &run)
     if (run.moment == 0)
         return QStringLiteral("none since the host started");
     if (run.cause.isEmpty())
-        return QStringLiteral("%1, %2 mails in %3 s")
+        return QStringLiteral("%1, %2 %3 in %4 s")
             .arg(momentText(run.moment), QString::number(run.mails),
+                 run.mails == 1 ? QStringLiteral("mail") : QStringLiteral("mails"),
                  QString::number(run.seconds, 'f', 1));
     return QStringLiteral("%1, failed: %2")
         .arg(momentText(run.moment), run.text.isEmpty() ? run.cause : run.text);

@@ -7,16 +7,16 @@
 
 struct Machine;
 
-/// Returns a line about each host of this machine that serves the database, or that there is none,
-/// and one about each that could not be asked.
+/// Returns a line for each host of this machine that serves the database, or one that says there is
+/// none, and a line for each host that could not be asked.
 QStringList hostLines(const Machine &machine);
 
-/// Returns the same for monitors, without the schemas.
+/// Returns the answers of these hosts for monitors, without the schemas.
 QJsonArray hostsJson(const Machine &machine);
 
-/// Returns the moment of those Unix seconds, "-" for 0.
+/// Returns a moment given in Unix seconds as text; "-" for 0.
 QString momentText(qint64 seconds);
 
-/// Returns how a run ended: "2026-11-22 07:00:02 CET, 2 mails in 1.2 s", or why it failed; "none
-/// since the host started" without one.
+/// Returns how a run ended: "2026-11-22 07:00:02 CET, 2 mails in 1.2 s", or why it failed. Returns
+/// "none since the host started" if there was no run.
 QString runText(const RunOutcome &run);

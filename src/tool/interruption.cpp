@@ -8,7 +8,7 @@ namespace
 constexpr int signals[] = {SIGINT, SIGTERM, SIGHUP};
 constexpr int shellBase = 128;
 
-// A signal handler may write to nothing else.
+// The only type that a signal handler may write to.
 volatile std::sig_atomic_t noted = 0;
 
 extern "C" void note(int number)
@@ -25,7 +25,8 @@ Interruption::Interruption()
 {
     noted = 0;
     for (const int number : signals) {
-        // Stays ignored: started by nohup, or in the background by a shell.
+        // The program was started by nohup, or in the background by a shell: keep ignoring the
+        // signal.
         if (std::signal(number, note) == SIG_IGN)
             std::signal(number, SIG_IGN);
     }

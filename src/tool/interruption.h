@@ -2,10 +2,10 @@
 
 /**
  * During its lifetime, the first SIGINT, SIGTERM or SIGHUP is only noted, so that a command can
- * clean up and end by itself; a second one ends the program at once. Signals that the program was
+ * clean up and end on its own; a second one ends the program at once. Signals that the program was
  * started to ignore stay ignored.
  *
- * One object at a time, on the main thread.
+ * Only one object may exist at a time, on the main thread.
  */
 class Interruption
 {
@@ -18,6 +18,6 @@ public:
     /// Returns whether a signal came since the object was constructed; false without an object.
     static bool isRequested();
 
-    /// Returns the exit status for that signal, as shells have it: 130 for SIGINT.
+    /// Returns the exit status for that signal, as shells report it: 130 for SIGINT.
     static int status();
 };

@@ -8,7 +8,7 @@ const ReportKind *readReport(const QString &word, UsageError &error)
 {
     const ReportKind *kind = reportKindOf(word);
     if (!kind)
-        error = {QStringLiteral("there is no report '%1': it is %2")
+        error = {QStringLiteral("there is no report '%1', only %2")
                      .arg(word, reportWords().join(QStringLiteral(" or "))),
                  Usage::nearest(word, reportWords())};
     return kind;

@@ -32,11 +32,11 @@ public:
     bool has(const char *option) const { return parser.isSet(QLatin1String(option)); }
     QString value(const char *option) const { return parser.value(QLatin1String(option)); }
 
-    /// Prints what is wrong with the command line, in three lines: the error; what was perhaps
-    /// meant, or else the synopsis; and where help is. Returns the exit status.
+    /// Prints three lines about a wrong command line: the error; the suggestion `meant` or, without
+    /// one, the synopsis; and the command that shows the help. Returns the exit status.
     int wrong(const QString &error, const QString &meant = QString()) const;
 
-    /// The same for a "--date" that is not a date.
+    /// Calls wrong() for a "--date" that is not a date.
     int wrongDate() const;
 
     /// Returns the day of "--date", or today without the option; invalid if it is not a date.
@@ -45,7 +45,7 @@ public:
     const QCommandLineParser &parser;
     const QString synopsis;
     ConnectionOptions connection;
-    QStringList arguments;            ///< behind the command's name
+    QStringList arguments;            ///< after the command's name
     QString token;                    ///< the first of them, as given: there may be no such schema
     const ReportKind *kind = nullptr; ///< for commands that take one
 };

@@ -14,8 +14,9 @@ constexpr auto temporaryPatience = std::chrono::milliseconds(inquiryMs);
 constexpr qint64 bytesPerMiB = 1048576;
 constexpr qint64 spaceWantedMiB = 512;
 
-/// The host's name may be spelled in several ways. Where one is spelled as in the command, that is
-/// the one.
+/// Returns the hosts that serve the database: those whose server is spelled as in the command or,
+/// if there are none, those with the same port, because a server's name can be spelled in several
+/// ways.
 QVector<HostAnswer> hostsOf(const ConnectionOptions &connection, const QVector<HostAnswer> &all)
 {
     const QString port = QString::number(connection.port);
@@ -42,7 +43,7 @@ void takeDirectory(Machine &machine, const QString &path, bool isAnswering, qint
         machine.temporaryError =
             QStringLiteral("the disk of the temporary directory '%1' does not answer").arg(path);
         machine.temporaryRemedy =
-            QStringLiteral("mend the disk, or point TMPDIR of the host elsewhere");
+            QStringLiteral("repair the disk, or point TMPDIR of the host elsewhere");
     }
 }
 

@@ -4,23 +4,23 @@
 #include "options/connectionoptions.h"
 #include "tool/finding.h"
 
-/// What the hosts of this machine say of themselves, and the directory that workbooks go to. Asked
-/// once for a command; read by its threads.
+/// What the hosts of this machine tell about themselves, and the directory for workbooks. Asked
+/// once per command, then only read, by any thread.
 struct Machine {
     QVector<HostAnswer> hosts; ///< those that serve the database of the command
     QStringList silentHosts;   ///< why others, perhaps of this database, could not be asked
-    /// Of the first host, which may have a directory of its own, or else of this process.
+    /// The first host's, which may have one of its own, or else this process's.
     QString temporaryDirectory;
     QString temporaryError; ///< why it cannot be used; empty if it can
     QString temporaryRemedy =
         QStringLiteral("make it writable, or point TMPDIR of the host elsewhere");
     qint64 temporaryFreeBytes = 0;
 
-    /// Takes four seconds at most. Creates a file in the temporary directory for a moment.
+    /// Takes four seconds at most. Creates and removes a file in the temporary directory.
     static Machine ask(const ConnectionOptions &connection);
 
-    /// Returns the host that has a worker for the schema, one that is not paused if there are
-    /// several; null if there is none.
+    /// Returns a host that has a worker for the schema, if possible one that is not paused; null if
+    /// there is none.
     const HostAnswer *hostOf(const QString &token) const;
 
     /// Returns what is wrong with the temporary directory.

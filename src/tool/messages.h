@@ -4,11 +4,11 @@
 
 /**
  * Collects the warnings that are logged during its lifetime, for a command to print: a report's
- * warnings are part of the command's output. Prints nothing by itself. Lines below warning level
+ * warnings are part of the command's output. Prints nothing on its own. Lines below warning level
  * are dropped.
  *
- * One object at a time, on the main thread; any thread may log. The destructor restores the
- * previous message handler.
+ * Only one object may exist at a time, on the main thread; any thread may log. The destructor
+ * restores the previous message handler.
  */
 class Messages
 {

@@ -12,14 +12,14 @@
  */
 int onSchemas(const Invocation &invocation, const std::function<int(const Schemas &)> &work);
 
-/// Prints that there is no such active schema, and which one was perhaps meant. Returns
+/// Prints that there is no such active schema, and suggests a similar one. Returns
 /// Tool::CouldNotAsk.
 int noSuchSchema(const Schemas &schemas, const QString &token);
 
 /**
- * The same as onSchemas() for the schema that the command line names.
+ * Like onSchemas(), but for the schema that the command line names.
  *
- * The connection is closed when `work` returns; its queries must be gone by then.
+ * The connection is closed when `work` returns; its queries must have been destroyed by then.
  */
 int onSchema(const Invocation &invocation, SchemaConnection::Access access,
              SchemaConnection::Statements statements,

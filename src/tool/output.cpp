@@ -16,13 +16,14 @@
 namespace
 {
 
-// In a text, a colour is a code point that is never a character, so that escape sequences from a
-// database can be told from ours. If such a code point comes from a database, it only colours.
+// Within a text, a colour is marked by a code point that is never a character. harmless() removes
+// escape sequences, which may come from a database, and then replaces the marks with ours. A mark
+// that comes from a database can only change the colour.
 constexpr ushort colourMark = 0xFDD0;
 constexpr const char *colourCodes[] = {"\033[32m", "\033[31m", "\033[33m", "\033[0m"};
 constexpr ushort endMark = colourMark + 3;
 
-/// Evaluated once: the answer does not change. NO_COLOR counts if it is set and not empty.
+/// Evaluated once, because the answer does not change. NO_COLOR counts if it is set and not empty.
 bool areColoursUsed()
 {
     static const bool used =
@@ -51,7 +52,7 @@ void noteError(bool isWritten)
         firstErrno = errno;
 }
 
-/// Not by QTextStream, which in the C locale turns letters into question marks.
+/// Does not use QTextStream, which in the C locale turns letters into question marks.
 void write(const QString &text, std::FILE *stream)
 {
     const bool isWritten = std::fputs(text.toUtf8().constData(), stream) >= 0;
@@ -141,7 +142,8 @@ QStringList Output::table(const QVector<QStringList> &rows, const QVector<Colour
     QStringList lines;
     for (const QStringList &row : rows) {
         QString line;
-        // The last column is not padded: lines end without blanks, and its colour has no width.
+        // The last column is not padded: lines have no trailing blanks, and its colour marks do not
+        // count.
         for (int col = 0; col + 1 < row.size(); ++col)
             line += row.at(col).leftJustified(widths.at(col) + 2);
         const int entry = lines.size() - 1;

@@ -12,9 +12,9 @@ class QJsonObject;
  *
  * Names, settings and server messages come from databases that others write to. Control characters
  * in them, line feeds included, are printed as U+FFFD, so that they cannot forge a line, control
- * the terminal or reorder a line. JSON has escapes for them instead. flush() reports errors in
- * writing to standard output, once; those of standard error, which has no other place to go to, are
- * ignored.
+ * the terminal or reorder a line. In JSON they are escaped instead. flush() reports the first error
+ * in writing to standard output. Errors in writing to standard error are ignored: there is nowhere
+ * else to report them.
  */
 namespace Output
 {
@@ -23,11 +23,11 @@ enum class Colour { Good, Bad, Notable, Plain }; // green, red, yellow, none
 
 /// Prints one line to standard output; the line end is added.
 void print(const QString &line);
-/// The same for several.
+/// Prints several lines.
 void print(const QStringList &lines);
 void print(const QJsonObject &object);
-/// Writes out what print() still holds. Returns false, and prints why, if any of the output so far
-/// did not get where it should. Call it once, at the end.
+/// Writes buffered output. Returns false, and prints why, if any output so far could not be
+/// written. Call it once, at the end.
 bool flush();
 /// Prints "autoreport: " and the line to standard error.
 void error(const QString &line);
@@ -37,13 +37,13 @@ void errorLines(const QStringList &lines);
 /// whether the answer begins with "y"; the end of input means no.
 bool agrees(const QString &question);
 
-/// Returns `text` to be printed in that colour, or unchanged if standard output is not a terminal
-/// or NO_COLOR is set.
+/// Returns `text` marked for printing in that colour, or unchanged if standard output is not a
+/// terminal or NO_COLOR is set.
 QString coloured(const QString &text, Colour colour);
 
 bool isTerminal(int descriptor);
 
-/// Returns how many columns the terminal has that standard output is; 0 if it is none.
+/// Returns the width of the terminal in columns; 0 if standard output is not a terminal.
 int terminalWidth();
 
 /// Returns the lines of a table whose columns are two blanks apart. The first row is the headings;

@@ -56,11 +56,12 @@ int makePreview(const Invocation &invocation, const SchemaConnection &connection
 void describePreview(QCommandLineParser &parser)
 {
     OptionReader::describeLanguage(parser);
-    parser.addOption({QStringLiteral("date"),
-                      QStringLiteral("The report of that day, YYYY-MM-DD, instead of today's."),
-                      QStringLiteral("date")});
+    parser.addOption(
+        {QStringLiteral("date"),
+         QStringLiteral("Make the report of this day, YYYY-MM-DD, instead of today's."),
+         QStringLiteral("date")});
     parser.addOption({QStringLiteral("out"),
-                      QStringLiteral("The file; its extension, .%1, selects the format.")
+                      QStringLiteral("File to write; its extension, .%1, selects the format.")
                           .arg(bookFormatNames().join(QStringLiteral(" or ."))),
                       QStringLiteral("file")});
 }

@@ -29,7 +29,7 @@ void addMails(QVector<ReportDay> &days, const QDate &day, const QSqlQuery &query
 {
     const auto found = std::find_if(days.begin(), days.end(),
                                     [&day](const ReportDay &one) { return one.date == day; });
-    if (found == days.end()) // its subject names a day that is past or to come
+    if (found == days.end()) // its subject names a day outside of the window
         return;
     found->lastQueuedAt = std::max(found->lastQueuedAt, query.value(1).toLongLong());
     found->queued += query.value(2).toInt();
@@ -46,7 +46,7 @@ QString readMails(const QSqlDatabase &database, const HistoryWindow &window,
     for (int i = 0; i < window.subjects.size(); ++i)
         places.append(QStringLiteral("?"));
     QSqlQuery query = freshQuery(database);
-    // The attachments are not read.
+    // Does not read the attachments.
     query.prepare(QStringLiteral("SELECT subject, created, COUNT(*), SUM(status = 'Q'), "
                                  "SUM(status != 'Q' AND (sent > 0 OR done > 0)), "
                                  "MAX(GREATEST(COALESCE(sent, 0), COALESCE(done, 0))) "
@@ -60,7 +60,7 @@ QString readMails(const QSqlDatabase &database, const HistoryWindow &window,
         return errorOf(query).text.simplified();
     while (query.next()) {
         const auto subject = window.subjects.constFind(query.value(0).toString());
-        if (subject == window.subjects.constEnd()) // the same letters for the server alone
+        if (subject == window.subjects.constEnd()) // equal only by the server's collation
             continue;
         const QDate day =
             subject->day.isValid() ? subject->day : dateOf(query.value(1).toLongLong());
@@ -72,8 +72,9 @@ QString readMails(const QSqlDatabase &database, const HistoryWindow &window,
     return {};
 }
 
-/// Returns the first day from which on the report has to be there daily: settings of the past are
-/// not kept, so it counts as in use from its first trace on. Invalid if there is none.
+/// Returns the day from which on a report is expected daily. Past settings are not kept, so this is
+/// the day of its first mail or of "lastGenerated", whichever is earlier; invalid if there is
+/// neither.
 QDate inUseSince(const ReportHistory &report)
 {
     const auto mailed = std::find_if(report.days.cbegin(), report.days.cend(),
@@ -85,8 +86,8 @@ QDate inUseSince(const ReportHistory &report)
     return made.isValid() ? std::min(made, mailed->date) : mailed->date;
 }
 
-/// Returns whether today's report should be there. `status` says so, or it has found something more
-/// urgent that keeps the report from being made.
+/// Returns whether today's report should exist already: `status` says that it is overdue, or names
+/// a more urgent problem while the schedule says that it is due.
 bool isMissedToday(const ReportStatus &status, const QDateTime &now)
 {
     if (status.reason == QLatin1String("overdue"))
@@ -164,7 +165,7 @@ HistoryWindow::HistoryWindow(const QDateTime &moment)
     Language::forEach([this] { addSubjects(); });
 }
 
-/// The reports themselves say what their subjects are.
+/// Asks the reports themselves for their subjects.
 void HistoryWindow::addSubjects()
 {
     for (const ReportKind *kind : reportKinds()) {

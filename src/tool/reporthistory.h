@@ -7,9 +7,9 @@
 
 /// What became of the report of one day.
 enum class DayState {
-    NotDue,  ///< not expected: switched off, not in use yet, or still to come
+    NotDue,  ///< not expected: disabled, not in use yet, or still to come
     None,    ///< expected, but there is no mail
-    Waiting, ///< there are mails, and one at least is still in the queue
+    Waiting, ///< there are mails, and at least one is still in the queue
     Made     ///< there are mails, and the sender has taken them all
 };
 
@@ -19,7 +19,7 @@ struct ReportDay {
     DayState state = DayState::NotDue;
     int queued = 0;          ///< all mails, wherever they are now
     int waiting = 0;         ///< of these, in the queue
-    int sent = 0;            ///< of these, sent or done as the sender says
+    int sent = 0;            ///< of these, sent or done according to the sender
     qint64 lastQueuedAt = 0; ///< Unix seconds, 0 for never
     qint64 lastSentAt = 0;
 
@@ -27,11 +27,11 @@ struct ReportDay {
     int unsent() const { return queued - waiting - sent; }
 };
 
-/// A report as it is today; of a schema that could not be judged, why.
+/// The state of a report today or, if its schema could not be judged, the reason.
 struct ReportStatus {
     QString token;
     QString databaseName;
-    const ReportKind *kind = nullptr; ///< null: the reports of the schema could not be judged
+    const ReportKind *kind = nullptr; ///< null if the schema could not be judged
     StoredSettings stored;
     QString reason; ///< the state of the most urgent problem; empty without one
     QString detail; ///< that problem, and what to do
@@ -48,14 +48,14 @@ struct ReportHistory {
     qint64 lastQueuedAt() const;
 };
 
-/// The days that a history covers, and how its mails are told from the product's others.
+/// The days that a history covers, and the subjects by which it recognises the reports' mails.
 class HistoryWindow
 {
 public:
     static constexpr int dayCount = 31;
 
-    /// For the days up to that of `now`.
-    explicit HistoryWindow(const QDateTime &now);
+    /// Covers the days up to that of `moment`.
+    explicit HistoryWindow(const QDateTime &moment);
 
     const QDateTime now;
     const QDate first;
@@ -65,14 +65,14 @@ public:
         const ReportKind *kind;
         QDate day; ///< invalid if it names only a month
     };
-    /// By subject, in every language that reports are made in.
+    /// By subject, in every language of the reports.
     QHash<QString, Subject> subjects;
 
 private:
     void addSubjects();
 };
 
-/// Returns the history of both reports, daily first, or one record without days that says why the
-/// schema could not be read. Writes nothing; no connection is left open.
+/// Returns the history of both reports, daily first, or a single record without days that tells why
+/// the schema could not be read. Writes nothing; no connection is left open.
 QVector<ReportHistory> readHistory(const SchemaRow &row, const SchemaJudge &judge,
                                    const HistoryWindow &window);

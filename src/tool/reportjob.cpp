@@ -9,13 +9,13 @@ std::unique_ptr<AttenReport> createReport(const ReportKind &kind, const QSqlData
     return std::unique_ptr<AttenReport>(kind.create(database, nullptr));
 }
 
-/// The time of day does not matter: a report uses the date only.
+/// The time of day does not matter, because reports use only the date.
 ReportJob::ReportJob(const QSqlDatabase &database, const QDate &date)
     : run(runFor({}, date.startOfDay(), CountsAsMade::Never, database))
 {
     run.isCancelled = &Interruption::isRequested;
     run.progress = [this](int rows) {
-        // The number of rows is known with the first.
+        // The total is known only when the first row is done.
         if (!bar)
             bar = std::make_unique<Progress>(QStringLiteral("rows"), rows);
         bar->step();

@@ -15,8 +15,8 @@ struct ReportKind;
 std::unique_ptr<AttenReport> createReport(const ReportKind &kind, const QSqlDatabase &database);
 
 /**
- * A run of a report on an operator's demand, for any day, with a progress bar. The loss of the
- * connection or an Interruption ends it. Does not write "lastGenerated" by default.
+ * A run that an operator requested, for any day, with a progress bar. It ends if the connection is
+ * lost or on an Interruption. By default it does not store "lastGenerated".
  *
  * Must outlive the use of `run`. The destructor erases the bar.
  */

@@ -6,13 +6,14 @@
 
 /// A statement of the reports that the server would not execute.
 struct UnmetRequirement {
-    QString text;             ///< the statement's tables and the server's error
-    QStringList tables;       ///< the first one is what the statement is about
-    bool isForbidden = false; ///< for want of a right; otherwise something is missing or damaged
+    QString text;       ///< the statement's tables and the server's error
+    QStringList tables; ///< the first one is what the statement is about
+    bool isForbidden =
+        false; ///< a right is missing; otherwise a table or column is missing or damaged
 };
 
 /**
- * What reports need of a schema's tables.
+ * What reports need from a schema's tables.
  *
  * The server prepares the reports' own statements without executing them, and thus names what is
  * missing, ambiguous, damaged or forbidden. It checks rights to write only over a connection that
@@ -21,8 +22,8 @@ struct UnmetRequirement {
 namespace Requirements
 {
 
-/// Returns whether the server's number stands for a right that is missing: on the database, a table
-/// or a column.
+/// Returns whether this error code of the server means a missing right: on the database, a table or
+/// a column.
 bool isRight(const QString &code);
 
 /// Returns whether the server can prepare all of these queries. Asks once.

@@ -41,8 +41,8 @@ bool isAgreed(const Invocation &invocation, const QStringList &recipients)
                                    recipients.join(QStringLiteral(", "))));
 }
 
-/// Returns the number of mails queued. The workbook gets a folder of its own: in the temporary
-/// directory, a host could not replace the operator's file.
+/// Returns the number of mails queued. The workbook gets a folder of its own: directly in the
+/// temporary directory, a host could not replace the operator's file.
 int queue(const Invocation &invocation, const QSqlDatabase &database, const QStringList &recipients,
           qulonglong connectionId)
 {
@@ -82,14 +82,14 @@ int makeRun(const Invocation &invocation, const QSqlDatabase &database)
         Output::error(QStringLiteral("nothing was queued"));
         return Tool::Look;
     }
-    // Only after the answer: with the lock taken, a host would skip its tick.
+    // Only after the answer: while the lock is held, hosts skip the report.
     ReportLock lock(database, invocation.kind->className);
     if (!lock.acquire()) {
         Output::error(QStringLiteral("a host is making this report right now; nothing was queued: "
                                      "see autoreport status in a minute"));
         return Tool::Look;
     }
-    // Only after the answer, too: Ctrl-C at the question ends the program.
+    // Only after the answer, so that Ctrl-C at the question ends the program.
     const Interruption interruption;
     const int queued = queue(invocation, database, recipients, lock.connectionId());
     lock.release();
@@ -126,14 +126,15 @@ QString optionError(const Invocation &invocation)
 void describeRun(QCommandLineParser &parser)
 {
     OptionReader::describeLanguage(parser);
-    parser.addOption({QStringLiteral("date"),
-                      QStringLiteral("The report of that day, YYYY-MM-DD, instead of today's."),
-                      QStringLiteral("date")});
+    parser.addOption(
+        {QStringLiteral("date"),
+         QStringLiteral("Make the report of this day, YYYY-MM-DD, instead of today's."),
+         QStringLiteral("date")});
     parser.addOption({QStringLiteral("to"),
                       QStringLiteral("Mail this address instead of the report's recipients."),
                       QStringLiteral("address")});
     parser.addOption({QStringLiteral("mark"),
-                      QStringLiteral("Make it count as today's run: writes lastGenerated.")});
+                      QStringLiteral("Count this run as today's: store lastGenerated.")});
     parser.addOption(
         {QStringLiteral("yes"), QStringLiteral("Mail all recipients without asking.")});
 }

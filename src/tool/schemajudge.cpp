@@ -61,7 +61,7 @@ void checkTimes(const ReportKind &kind, const StoredSettings &stored, const QDat
 {
     if (stored.settings.lastGenerated > now.toSecsSinceEpoch() + clockToleranceSeconds)
         findings.add(Gravity::Obstacle, "future",
-                     QStringLiteral("lastGenerated lies in the future; a clock was wrong"),
+                     QStringLiteral("lastGenerated is in the future; a clock was wrong"),
                      QStringLiteral("set the clock, then lastGenerated in the table vars"));
     const QString time = stored.text("time");
     if (!stored.settings.time.isValid() && !time.isEmpty())
@@ -149,9 +149,8 @@ SchemaJudgement SchemaJudge::judge(const SchemaRow &row) const
         if (schema.isOpened)
             judgeOpened(connection.database(), row, schema, findings);
         else
-            findings.add(
-                Gravity::Obstacle, "unreachable", connection.error,
-                QStringLiteral("correct its row in the table schemas, or grant the access"));
+            findings.add(Gravity::Obstacle, "unreachable", connection.error,
+                         QStringLiteral("correct its row in the table schemas, or grant access"));
     }
     schema.findings = findings.list;
     return schema;
@@ -179,7 +178,7 @@ void SchemaJudge::judgeOpened(const QSqlDatabase &database, const SchemaRow &row
     findings.list.clear();
     findings.add(Gravity::Obstacle, "silent",
                  QStringLiteral("the connection was lost, or an answer took too long"),
-                 QStringLiteral("ask again, with a longer --timeout"));
+                 QStringLiteral("try again with a longer --timeout"));
 }
 
 bool SchemaJudge::isJudged(const StoredSettings &stored) const
@@ -204,7 +203,7 @@ void SchemaJudge::judgeReports(const QSqlDatabase &database, const SchemaSetting
         checkSwitch(kind, stored, isFound, findings);
         if (isJudged(stored))
             judgeReport(database, kind, stored, tables, findings);
-        findings.list += ofQueue.list; // what is queued has to go out in any case
+        findings.list += ofQueue.list; // queued mails have to go out even if the report is disabled
         sort(findings.list);
         schema.reports.append({&kind, stored, nextDue(stored.settings, now), findings.list});
     }
@@ -239,7 +238,7 @@ void SchemaJudge::judgeReport(const QSqlDatabase &database, const ReportKind &ki
         if (reading.kind == &kind)
             checkReport(database, reading, machine, tables.facts, findings);
     }
-    // A report that something keeps back is overdue, and fails, because of that.
+    // If something keeps the report back, it is overdue, or fails, because of that.
     const bool isKeptBack = std::any_of(findings.list.cbegin(), findings.list.cend(),
                                         [](const Finding &finding) { return finding.keepsBack(); });
     if (!isKeptBack)

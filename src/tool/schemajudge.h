@@ -9,7 +9,7 @@
 struct Machine;
 struct MailSizes;
 
-/// What is to be said of one report of a schema.
+/// The judgement of one report of a schema.
 struct ReportJudgement {
     const ReportKind *kind = nullptr;
     StoredSettings stored;
@@ -17,18 +17,18 @@ struct ReportJudgement {
     QVector<Finding> findings; ///< the most urgent first; empty if all is well
 };
 
-/// Returns one word for all of them: the state of the first problem, or else of what makes a report
-/// wait or off; "well" without any of these.
+/// Returns one word for a report: the state of its first problem or, without problems, of the
+/// finding that makes it wait or disables it; otherwise "well".
 QString stateOf(const QVector<Finding> &findings);
 
-/// What is to be said of a schema.
+/// The judgement of a schema.
 struct SchemaJudgement {
     QString token;
     QString databaseName;
-    bool isTried = false; ///< whether it was tried to connect
+    bool isTried = false; ///< whether a connection was attempted
     bool isOpened = false;
     bool isComplete = true;    ///< otherwise the server stopped answering
-    int queued = -1;           ///< mails that wait for the sender; -1 if they cannot be counted
+    int queued = -1;           ///< mails waiting for the sender; -1 if they cannot be counted
     qint64 oldestSeconds = 0;  ///< age of the oldest of them, by the server's clock
     QVector<Finding> findings; ///< why no report could be judged; empty if they were
     QVector<ReportJudgement> reports; ///< daily first; empty if the settings cannot be read
@@ -40,8 +40,8 @@ struct SchemaJudgement {
 /**
  * Judges schemas: what keeps their reports from going out, what harms them, and what to do.
  *
- * This is the only place that does. `status`, `check` and `why` are three views of its judgement:
- * a word for each report, all findings of all schemas, and everything about one report.
+ * All judging is done here. `status`, `check` and `why` are three views of the judgement: a word
+ * for each report, all findings of all schemas, and everything about one report.
  *
  * A judgement is made in this order: the row in the table `schemas`, the connection, the settings,
  * the tables and rights, the mails, the people, this machine, the host. Nothing is written. May be
@@ -52,13 +52,13 @@ class SchemaJudge
 public:
     /// What to look for. Each value includes the previous ones.
     enum class Scope {
-        Problems,  ///< of enabled reports; a disabled one gets that finding only
-        Notices,   ///< copies in a cluster, machines that serve the schema
-        AllReports ///< disabled reports, as if they were enabled
+        Problems,  ///< of enabled reports; disabled ones are only reported as such
+        Notices,   ///< tables in a cluster, machines that serve the schema
+        AllReports ///< problems of problems of disabled reports, as if they were enabled
     };
 
-    /// `machine` must outlive the object. All schemas are judged as of `now`.
-    SchemaJudge(const Machine &machine, const QDateTime &now, Scope scope);
+    /// `hosts` must outlive the object. All schemas are judged as of `moment`.
+    SchemaJudge(const Machine &hosts, const QDateTime &moment, Scope judged);
 
     SchemaJudgement judge(const SchemaRow &row) const;
 

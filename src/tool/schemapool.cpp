@@ -15,7 +15,7 @@ namespace
 
 constexpr int maxThreads = 8; // the hosts need the server's connections more urgently
 
-/// Hands out the rows to threads, and takes in their judgements.
+/// Distributes the rows to threads and collects their judgements.
 class Pool
 {
 public:
@@ -48,7 +48,7 @@ public:
         return taken < arrived.size() ? &*judgements[arrived[taken++]] : nullptr;
     }
 
-    /// Lets the threads end with the schema that each is at.
+    /// Makes each thread end after its current schema.
     void stop() { isStopped = true; }
 
     QVector<SchemaJudgement> takeAll()
@@ -82,7 +82,7 @@ private:
     const SchemaJudge &judge;
     std::atomic<int> nextRow{0};
     std::atomic<bool> isStopped{false};
-    std::mutex mutex; // guards the rest but the threads
+    std::mutex mutex; // guards what follows, except for the threads
     std::condition_variable changed;
     std::vector<std::optional<SchemaJudgement>> judgements; // by row
     std::vector<size_t> arrived;                            // their indexes

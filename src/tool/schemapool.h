@@ -13,11 +13,11 @@ struct SchemasJudged {
 };
 
 /**
- * Judges many schemas by a few threads, each with one connection at a time.
+ * Judges many schemas with a few threads, each with one connection at a time.
  *
  * Calls `progress` in the calling thread for each schema that is done. Once the server no longer
- * answers, the rest is left out: all schemas are on that server, and a limit for each could take
- * hours.
+ * answers, skips the remaining schemas: all of them are on that server, and a timeout for each
+ * could take hours.
  */
 SchemasJudged judgeAll(const Schemas &schemas, const QVector<SchemaRow> &rows,
                        const SchemaJudge &judge, const std::function<void()> &progress);

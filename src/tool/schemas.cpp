@@ -19,14 +19,14 @@ QString masterName()
     return informationConnection;
 }
 
-/// Several threads have a connection each.
+/// Returns a new name, because several threads have a connection each.
 QString newName()
 {
     static std::atomic<int> made{0};
     return QStringLiteral("AutoReport.tool.%1").arg(++made);
 }
 
-/// The registry does not escape tokens: one with a quotation mark would change the statement.
+/// Returns whether `token` can be part of a statement: the registry does not escape tokens.
 bool isPlain(const QString &token)
 {
     return !token.contains(QLatin1Char('\'')) && !token.contains(QLatin1Char('\\'));
@@ -81,12 +81,12 @@ std::optional<Error> Schemas::open() const
         return Error{ConnectionOptions::openError(db)};
     if (options.single)
         return std::nullopt;
-    // Checked now, so that a wrong database is one error and not one per schema.
+    // Checked now, so that a wrong database is a single error, not one per schema.
     const auto error = SchemaRegistry(db).check();
     if (!error)
         return std::nullopt;
     return Error{QStringLiteral("the database '%1' is not an information database: %2; with "
-                                "--single it is served as the one schema")
+                                "--single it is treated as one schema")
                      .arg(db.databaseName(), error->text.simplified())};
 }
 
@@ -109,7 +109,7 @@ Result<QStringList> Schemas::tokens() const
 
 Result<std::optional<ConnectionOptions>> Schemas::find(const QString &token) const
 {
-    if (options.single) // no other token may lead to this database
+    if (options.single) // this database has no other token
         return token == options.databaseName ? std::optional(options) : std::nullopt;
     if (!isPlain(token))
         return std::optional<ConnectionOptions>();
@@ -186,7 +186,7 @@ void SchemaConnection::open(const ConnectionOptions &options, Access access)
     // connection, which never reconnects.
     if (access == Access::ReadOnly &&
         !freshQuery(db).exec(QStringLiteral("SET SESSION TRANSACTION READ ONLY")))
-        error = QStringLiteral("the server cannot hold the connection read-only");
+        error = QStringLiteral("the server cannot make the connection read-only");
 }
 
 SchemaConnection::~SchemaConnection()

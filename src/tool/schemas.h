@@ -19,18 +19,18 @@ struct SchemaRow {
     int status = 1; ///< 1 is active
     ConnectionOptions options;
 
-    /// Returns why no host opens it, or an empty text.
+    /// Returns why no host can open the schema, or an empty text.
     QString error() const;
 };
 
-/// Returns those that hosts serve.
+/// Returns the active rows, which hosts serve.
 QVector<SchemaRow> activeOf(const QVector<SchemaRow> &rows);
 
 /**
  * The schemas that a host would serve: those that the information database lists or, with
  * "--single", the one database, whose name is its token.
  *
- * Owns one connection, which the destructor removes. One object at a time.
+ * Owns one connection, which the destructor removes. Only one object may exist at a time.
  */
 class Schemas
 {
@@ -45,8 +45,8 @@ public:
     /// Returns the tokens of all active schemas, in a stable order.
     Result<QStringList> tokens() const;
 
-    /// Returns the rows of that token, or all if it is empty, in the order of tokens(); those that
-    /// are not active among them.
+    /// Returns the rows of that token, or all rows if it is empty, in the order of tokens().
+    /// Includes inactive ones.
     Result<QVector<SchemaRow>> rows(const QString &token) const;
 
     /// Returns how to connect to that schema, with the account and password of its row, or nothing
@@ -74,8 +74,8 @@ public:
     /// The server enforces ReadOnly for as long as the connection lasts.
     enum class Access { ReadOnly, ReadWrite };
 
-    /// Short statements must be answered within the time limit. Long ones may take any time while
-    /// the server still greets new connections.
+    /// Short statements must be answered within the time limit. Long ones may take any time as long
+    /// as the server still greets new connections.
     enum class Statements { Short, Long };
 
     SchemaConnection(const Schemas &schemas, const QString &token, Access access,
@@ -87,7 +87,8 @@ public:
     QSqlDatabase database() const;
 
     QString databaseName;
-    QString error; ///< why the connection is not open, and what to do about it; empty if it is
+    QString error; ///< why the connection is not open, and what to do about it; empty if it is open
+                   ///< open
 
 private:
     void open(const ConnectionOptions &options, Access access);

@@ -11,7 +11,7 @@
 namespace
 {
 
-constexpr qint64 clockToleranceSeconds = 5; // more than NTP and a slow answer cause
+constexpr qint64 clockToleranceSeconds = 5; // more than NTP and a slow answer can cause
 constexpr int connectionsToSpare = 20;      // for the product's users and an operator
 constexpr int connectionsOfScan = 400;      // opened within a slice of 0.2 s
 
@@ -44,16 +44,17 @@ void checkClock(const QSqlDatabase &master, Findings &findings)
                      QStringLiteral("its clock is %1 s %2 this machine's")
                          .arg(QString::number(qAbs(ahead)),
                               ahead > 0 ? QStringLiteral("ahead of") : QStringLiteral("behind")),
-                     QStringLiteral("keep both clocks right, with NTP for example"));
+                     QStringLiteral("keep both clocks right, for example with NTP"));
     const QVariant offset = valueOf(master, "SELECT TIMESTAMPDIFF(SECOND, UTC_TIMESTAMP(), NOW())");
-    // Only a notice: the tables hold Unix seconds.
+    // Only a notice, because the tables hold Unix seconds.
     if (offset.isValid() && offset.toInt() != now.offsetFromUtc())
-        findings.add(Gravity::Notice, "zone",
-                     QStringLiteral("its time zone is %1 min off UTC, this machine's %2 min")
-                         .arg(QString::number(offset.toInt() / 60),
-                              QString::number(now.offsetFromUtc() / 60)),
-                     QStringLiteral("the reports' days are those of the machine that runs "
-                                    "autoreport serve: see that its zone is the customers'"));
+        findings.add(
+            Gravity::Notice, "zone",
+            QStringLiteral("its time zone is %1 min off UTC, this machine's %2 min")
+                .arg(QString::number(offset.toInt() / 60),
+                     QString::number(now.offsetFromUtc() / 60)),
+            QStringLiteral("the reports' days are those of the machine that runs "
+                           "autoreport serve: make sure that its time zone is the customers'"));
 }
 
 } // namespace
@@ -82,12 +83,12 @@ QVector<Finding> checkConnections(const QSqlDatabase &master, int schemas, int e
     const int needed = 2 + std::min(schemas, connectionsOfScan) + enabled;
     if (needed + connectionsToSpare > limit)
         findings.add(Gravity::Harm, "connections",
-                     QStringLiteral("max_connections is %1; a host takes up to %2 for %3 "
+                     QStringLiteral("max_connections is %1; a host needs up to %2 for %3 "
                                     "schemas, %4 with a report enabled")
                          .arg(QString::number(limit), QString::number(needed),
                               QString::number(schemas), QString::number(enabled)),
-                     QStringLiteral("set max_connections to %1 or more, and open_files_limit "
-                                    "with it")
+                     QStringLiteral("set max_connections to %1 or more, and raise "
+                                    "open_files_limit accordingly")
                          .arg(needed + connectionsToSpare));
     return findings.list;
 }

@@ -6,7 +6,7 @@
 
 // A failed statement is not a finding: privileges are checked per schema. `master` must be open.
 
-/// Checks the server apart from any schema: reserved words, and its clock against this machine's.
+/// Checks the server itself: reserved words, and its clock against this machine's.
 QVector<Finding> checkServer(const QSqlDatabase &master);
 
 /// Returns the cipher of the connection; empty if it is not encrypted.

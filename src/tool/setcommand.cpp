@@ -34,7 +34,7 @@ QStringList store(QSqlDatabase database, const VarsTable::Values &values)
     return errors;
 }
 
-/// Returns the schema's settings of all reports, and those that `changed` names.
+/// Returns the stored values of all reports' settings and of the keys of `changed`.
 Result<VarsTable::Values> readBefore(const QSqlDatabase &database, const VarsTable::Values &changed)
 {
     const VarsTable vars(database);
@@ -84,7 +84,7 @@ QString leftText(const SchemaConnection &connection, const VarsTable::Values &be
     return nothingSet(connection);
 }
 
-/// Carries out requests, one schema after another, and counts.
+/// Carries out requests, one schema after another, and counts the outcomes.
 class Setter
 {
 public:
@@ -107,7 +107,7 @@ public:
             Output::error(named(target, connection.error));
             return false;
         }
-        // Read first: a table that cannot be read is not written to.
+        // Read first, so that a table that cannot be read is not written to.
         const auto before = readBefore(connection.database(), target.request->values);
         QStringList errors =
             before.isOk() ? QStringList() : QStringList(before.error().simplified());
@@ -125,12 +125,12 @@ public:
         return true;
     }
 
-    /// Prints what concerns all schemas. Returns the exit status.
+    /// Prints the summary of all schemas. Returns the exit status.
     int conclude(int done) const
     {
         if (waitingForScan > 0)
             Output::error(
-                QStringLiteral("a host finds %1 with its next scan, within an hour; at once: "
+                QStringLiteral("a host finds %1 at its next scan, within an hour; to scan now: "
                                "systemctl reload autoreport, or SIGHUP to autoreport serve")
                     .arg(targets == 1 ? QStringLiteral("the schema")
                                       : QStringLiteral("%1 of the schemas").arg(waitingForScan)));
@@ -161,7 +161,7 @@ private:
         const VarsTable::Values &values = target.request->values;
         for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {
             after.insert(entry.key(), entry.value());
-            // With the previous values, a slip can be undone.
+            // The previous values are shown so that a mistake can be undone.
             const QString old =
                 before.contains(entry.key())
                     ? QStringLiteral("'%1'").arg(before.value(entry.key()).toString())
@@ -182,10 +182,10 @@ private:
             Output::error(QStringLiteral("%1: nobody would get it: give --emails").arg(report));
         if (outcome.isDueNow)
             Output::error(QStringLiteral("%1: its time has passed, so it "
-                                         "goes out now: with the next tick of a host")
+                                         "goes out now: at the next tick of a host")
                               .arg(report));
         forNobody += outcome.isForNobody ? 1 : 0;
-        // With one database alone there is no scan.
+        // In single-database mode there is no scan.
         waitingForScan += outcome.waitsForScan && !invocation.connection.single ? 1 : 0;
     }
 
@@ -193,7 +193,7 @@ private:
     const Schemas &schemas;
     const int targets;
     const bool isDryRun;
-    bool isReached = true; ///< the last schema
+    bool isReached = true; ///< whether the last schema could be opened
     int forNobody = 0;
     int waitingForScan = 0;
 };
@@ -215,7 +215,7 @@ int setAll(const Invocation &invocation, const Schemas &schemas, const QVector<T
     return setter.conclude(done);
 }
 
-/// Many customers by few words: their previous values are shown, but mails cannot be taken back.
+/// Asks before all customers are changed: settings can be restored, but mails cannot be recalled.
 bool isAgreed(const Invocation &invocation, const QVector<SetRequest> &requests, int targets)
 {
     const bool isForAll = std::any_of(requests.cbegin(), requests.cend(),
@@ -258,7 +258,7 @@ void describeSet(QCommandLineParser &parser)
 {
     describeSetRequests(parser);
     parser.addOption({QStringLiteral("file"),
-                      QStringLiteral("Carry out each line of that file, or of - for standard "
+                      QStringLiteral("Carry out each line of this file, - for standard "
                                      "input: \"TOKEN... daily --time 07:00\"."),
                       QStringLiteral("file")});
     parser.addOption(

@@ -7,7 +7,7 @@
 namespace
 {
 
-/// As the scan reads it.
+/// Evaluates "enabled" as the scan does.
 bool isExactlyOne(const ReportKind &kind, const VarsTable::Values &values)
 {
     return values.value(kind.key("enabled")).toInt() == 1;

@@ -76,7 +76,7 @@ private:
         for (const QString &part : parts) {
             if (!ZAS::validEmail(part.trimmed()))
                 fail(QStringLiteral("'%1' is not a mail address").arg(part.trimmed()));
-            addresses.append(part.trimmed()); // as they are mailed to
+            addresses.append(part.trimmed()); // as the report uses them
         }
         set("emails", addresses.join(QLatin1Char(',')));
     }
@@ -131,13 +131,13 @@ void describeSetRequests(QCommandLineParser &parser)
     const auto add = [&parser](const char *name, const QString &description, const char *value) {
         parser.addOption({QLatin1String(name), description, QLatin1String(value)});
     };
-    parser.addOption({QStringLiteral("all"), QStringLiteral("Set it in every active schema.")});
-    parser.addOption({QStringLiteral("enable"), QStringLiteral("Switch the report on.")});
-    parser.addOption({QStringLiteral("disable"), QStringLiteral("Switch it off.")});
+    parser.addOption({QStringLiteral("all"), QStringLiteral("Set it in all active schemas.")});
+    parser.addOption({QStringLiteral("enable"), QStringLiteral("Enable the report.")});
+    parser.addOption({QStringLiteral("disable"), QStringLiteral("Disable the report.")});
     add("emails", QStringLiteral("The report's recipients, separated by commas."), "list");
-    add("time", QStringLiteral("Local time of day, HH:MM, from which it is due."), "time");
+    add("time", QStringLiteral("Local time of day, HH:MM, from which the report is due."), "time");
     add("format",
-        QStringLiteral("%1; for the daily report, and for the product's own exports of the schema.")
+        QStringLiteral("%1: format of the daily report and of the product's own exports.")
             .arg(bookFormatNames().join(QStringLiteral(" or "))),
         "format");
 }
@@ -162,12 +162,13 @@ void SetRequests::readFile(const Invocation &invocation)
     if (!opened)
         error.text = QStringLiteral("cannot read '%1': %2").arg(path, file.errorString());
     else if (!invocation.arguments.isEmpty())
-        error.text = QStringLiteral("'%1' belongs into the file, whose lines are complete")
+        error.text = QStringLiteral("'%1' must not be given with --file, whose lines are complete")
                          .arg(invocation.arguments.first());
     for (const char *option : {"all", "enable", "disable", "emails", "time", "format"}) {
         if (error.text.isEmpty() && invocation.has(option))
-            error.text = QStringLiteral("'--%1' belongs into the file, whose lines are complete")
-                             .arg(QLatin1String(option));
+            error.text =
+                QStringLiteral("'--%1' must not be given with --file, whose lines are complete")
+                    .arg(QLatin1String(option));
     }
     for (int number = 1; error.text.isEmpty() && !file.atEnd(); ++number) {
         const QString line = QString::fromUtf8(file.readLine()).trimmed();
@@ -181,7 +182,7 @@ void SetRequests::readFile(const Invocation &invocation)
         error.text = QStringLiteral("'%1' has no lines").arg(path);
 }
 
-/// A line is what would follow `set` on the command line.
+/// A line has the form of the arguments of `set` on a command line.
 void SetRequests::readLine(const QString &line, const QString &synopsis)
 {
     QCommandLineParser parser;

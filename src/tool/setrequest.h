@@ -11,17 +11,17 @@ struct SetRequest {
     QStringList tokens;    ///< each once; there may be no such schema
     bool isForAll = false; ///< for every active schema; then there are no tokens
     const ReportKind *kind = nullptr;
-    VarsTable::Values values; ///< by whole keys; never empty
+    VarsTable::Values values; ///< by their full keys; never empty
 };
 
-/// Adds the options that say what to store, and where.
+/// Adds the options for what to store, and in which schemas.
 void describeSetRequests(QCommandLineParser &parser);
 
 /**
- * Returns what the command line asks for, or one request for each line of its "--file".
+ * The request on the command line, or one request per line of its "--file".
  *
- * Everything is read and checked before anything is stored: after the first error, which names the
- * line, the list is not to be used.
+ * All requests are checked before anything is stored. After the first error, which names the line,
+ * `list` must not be used.
  */
 struct SetRequests {
     explicit SetRequests(const Invocation &invocation);

@@ -9,10 +9,10 @@
 namespace
 {
 
-// Errors of the client library start here. Lower numbers come from the server, which thus answers.
+// Errors of the client library start here. Lower numbers come from the server, so it has answered.
 constexpr int firstClientError = 2000;
 
-/// Connects anew each time, so that no connection is occupied in between.
+/// Makes a new connection each time, so that none is occupied in between.
 bool isAnswering(ConnectionOptions options)
 {
     const QString name = QStringLiteral("AutoReport.tool.watch");
@@ -34,14 +34,14 @@ SilenceWatch::SilenceWatch(const QSqlDatabase &watched, const ConnectionOptions 
     , options(connectionOptions)
 {
     const ServerAddress server = socket.peerAddress();
-    if (!server.host.isEmpty()) { // of several, this one
+    if (!server.host.isEmpty()) { // of several servers, the one that is connected
         options.host = server.host;
         options.port = server.port;
     }
     try {
         thread = std::thread([this] { watch(); });
     } catch (const std::system_error &error) {
-        qWarning("no thread to watch over the server: %s", error.what());
+        qWarning("cannot watch the server, no thread: %s", error.what());
     }
 }
 

@@ -11,11 +11,11 @@
  * Shuts a connection down once its server no longer answers.
  *
  * A report's statement may take long, so its connection waits without a limit. Instead, a thread
- * connects to the server every `timeoutSeconds`. If the server does not greet within as many
+ * connects to the server every `timeoutSeconds`. If the server does not answer within as many
  * seconds, the thread shuts the watched connection down, and its statement fails.
  *
  * Construct and destroy it on the thread of the connection, which must be open throughout. The
- * destructor waits for a connection attempt under way.
+ * destructor waits for a connection attempt in progress.
  */
 class SilenceWatch
 {
@@ -30,5 +30,6 @@ private:
     const ServerSocket socket;
     ConnectionOptions options;
     mutable QSemaphore stop;
-    std::thread thread; ///< joined: QThread::wait() returns before a thread has ended in full
+    std::thread
+        thread; ///< not a QThread, whose wait() may return before the thread has fully ended
 };

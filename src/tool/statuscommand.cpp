@@ -16,18 +16,18 @@
 namespace
 {
 
-/// What `status` has found out, and which lines of it are to be shown.
+/// What `status` has found out, and which lines it shows.
 struct Found {
     Machine machine;
     QDateTime now;
     SchemasJudged schemas;
     QVector<StatusLine> shown;
-    int off = 0; ///< lines that are not shown, as somebody switched them off
+    int off = 0; ///< lines that are not shown because they are disabled or inactive
     int status = Tool::Well;
 };
 
-/// What is switched off is left out unless it is asked for; a problem never is. A monitor gets the
-/// reports that are off, too, as its fields say so.
+/// Leaves out disabled reports and inactive schemas unless they are asked for, but never a problem.
+/// JSON always includes disabled reports, because their fields say that they are.
 void choose(const Invocation &invocation, Found &found)
 {
     const bool takesAll = invocation.has("all") || invocation.has("schema");
@@ -100,7 +100,7 @@ int showStatus(const Invocation &invocation, const Schemas &schemas)
     }
     if (rows.value().isEmpty() && invocation.has("schema"))
         return noSuchSchema(schemas, invocation.value("schema"));
-    // The same moment for all, so that a schema read late does not look worse.
+    // The same moment for all, so that a schema that is read late does not look worse.
     Found found{
         Machine::ask(invocation.connection), QDateTime::currentDateTime(), {}, {}, 0, Tool::Well};
     {
@@ -125,8 +125,9 @@ void describeStatus(QCommandLineParser &parser)
 {
     parser.addOption({QStringLiteral("schema"), QStringLiteral("Show this schema only."),
                       QStringLiteral("token")});
-    parser.addOption({QStringLiteral("problems"), QStringLiteral("Show problems alone.")});
-    parser.addOption({QStringLiteral("all"), QStringLiteral("Show what is switched off, too.")});
+    parser.addOption({QStringLiteral("problems"), QStringLiteral("Show only problems.")});
+    parser.addOption({QStringLiteral("all"),
+                      QStringLiteral("Also show disabled reports and inactive schemas.")});
     parser.addOption({QStringLiteral("json"), QStringLiteral("Print JSON, for a monitor.")});
 }
 

@@ -12,9 +12,9 @@ namespace
 constexpr qint64 secondsPerMinute = 60;
 constexpr qint64 secondsPerHour = 3600;
 constexpr qint64 secondsPerDay = 86400;
-constexpr int gap = 2; // between columns, as Output::table() has it
+constexpr int gap = 2; // between columns, as in Output::table()
 
-/// The columns, and in which order they give way to a narrow terminal; 0: never.
+/// The columns, and the order in which they are left out on a narrow terminal; 0 for never.
 struct Column {
     const char *heading;
     int givesWay;
@@ -24,7 +24,7 @@ constexpr Column columns[] = {{"SCHEMA", 0}, {"REPORT", 0}, {"ON", 5}, {"TIME", 
                               {"OLDEST", 1}, {"STATE", 0}};
 constexpr int mostGivesWay = 7;
 
-/// Damaged settings may hold seconds beyond any calendar.
+/// Damaged settings may contain seconds beyond any calendar.
 QDateTime lastGenerated(const ReportJudgement &report)
 {
     const qint64 seconds = report.stored.settings.lastGenerated;
@@ -87,7 +87,7 @@ int widthOf(const QVector<QStringList> &rows)
     return total;
 }
 
-/// Removes columns until the table is at most `width` wide, or nothing more gives way.
+/// Removes columns until the table is at most `width` wide or no more can be left out.
 QVector<QStringList> fitted(QVector<QStringList> rows, int width)
 {
     QVector<int> left;
@@ -102,7 +102,7 @@ QVector<QStringList> fitted(QVector<QStringList> rows, int width)
     return rows;
 }
 
-/// Returns what is the matter, and what to do; an empty text if nothing is.
+/// Returns what is wrong and what to do, or an empty text.
 QString advice(const StatusLine &line)
 {
     const auto &findings = line.findings();

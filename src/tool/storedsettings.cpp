@@ -45,7 +45,7 @@ Result<SchemaSettings> SchemaSettings::read(const QSqlDatabase &database)
     QStringList others{QLatin1String(senderKey)};
     for (const ReportKind *kind : reportKinds())
         others += kind->optionKeys();
-    // What the prefixes of all reports begin with.
+    // The prefixes of all reports begin like this.
     const auto found = VarsTable(database).valuesWithPrefix(QStringLiteral("autoReport."), others);
     if (!found.isOk())
         return Error{found.error().simplified(), found.errorCode()};

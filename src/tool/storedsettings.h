@@ -19,7 +19,7 @@ struct StoredSettings {
 
     /// Returns the text of that setting, or an empty one if it is not set.
     QString text(const char *key) const { return values.value(QLatin1String(key)).toString(); }
-    /// Returns whether a host's scan finds the schema by it: the text must be exactly 1.
+    /// Returns whether a host's scan finds the schema by this report: "enabled" must be exactly 1.
     bool isFoundByScan() const { return text("enabled").toInt() == 1; }
 };
 
@@ -33,7 +33,7 @@ struct SchemaSettings {
     static Result<SchemaSettings> read(const QSqlDatabase &database);
 };
 
-/// The recipients that are mailed to, in the order of the setting.
+/// The recipients that get a mail, in the order of the setting.
 struct Recipients {
     explicit Recipients(const QStringList &written);
 

@@ -15,8 +15,8 @@ namespace
 using Row = QVector<QVariant>;
 
 constexpr qint64 attachmentBytes = 16777215;  // a MEDIUMBLOB; a BLOB would cut off every workbook
-constexpr qint64 queuePatienceSeconds = 3600; // senders work in minutes
-// Lower bounds in either format: if even this is too large, so is the workbook.
+constexpr qint64 queuePatienceSeconds = 3600; // senders take minutes
+// Lower bounds for both formats: if even these are too large, so is the workbook.
 constexpr qint64 leastBytesPerRow = 20;
 constexpr qint64 leastBytes = 4096;
 
@@ -40,11 +40,11 @@ const char *stateOf(const UnmetRequirement &unmet)
     return unmet.isForbidden ? "rights" : "tables";
 }
 
-/// What to grant, or that something is missing: never the one for the other.
+/// Returns the right to grant, or else how to get what is missing.
 QString remedyOf(const UnmetRequirement &unmet, const char *rights, const QSqlDatabase &database)
 {
     if (!unmet.isForbidden)
-        return QStringLiteral("bring the schema up to the product's version, which has them");
+        return QStringLiteral("update the schema to the product's version, which has them");
     QStringList tables;
     for (const QString &table : unmet.tables)
         tables.append(QStringLiteral("`%1`.`%2`").arg(database.databaseName(), table));
@@ -67,7 +67,7 @@ void checkRights(const QSqlDatabase &database, Findings &findings)
                      remedyOf(unmet, "INSERT, UPDATE", database));
 }
 
-/// Looks at what "all mails and lastGenerated, or nothing" and "once a day" depend on.
+/// Checks what makes mails and "lastGenerated" atomic, and a report go out once a day.
 void checkStorage(const TableFacts &facts, Findings &findings)
 {
     for (const TableFacts::Table &table : facts.unsafeTables)
@@ -96,7 +96,7 @@ void checkLetters(const TableFacts &facts, Findings &findings)
     }
 }
 
-/// A missing sender has a default. With an empty one, no mail is queued.
+/// A missing sender has a default, but with an empty one no mail is queued.
 void checkSender(const QVariant &sender, Findings &findings)
 {
     if (sender.isValid() && !ZAS::validEmail(sender.toString()))
@@ -146,11 +146,11 @@ void checkRows(int rows, const BookFormat &format, const ReportKind &kind, Findi
     if (rows == 0)
         findings.add(Gravity::Obstacle, "people",
                      QStringLiteral("no people are employed this month"),
-                     QStringLiteral("see status, begin and end in the table people"));
+                     QStringLiteral("check status, begin and end in the table people"));
     else if (rows >= format.rows)
         findings.add(
             Gravity::Obstacle, "rows",
-            QStringLiteral("%1 rows are more than the %2 of %3")
+            QStringLiteral("%1 rows are more than the %2 that %3 can hold")
                 .arg(QString::number(rows), QString::number(format.rows - 1), format.extension),
             QStringLiteral("autoreport set %1 %2 --format xlsx")
                 .arg(findings.subject, QLatin1String(kind.word)));
@@ -168,7 +168,7 @@ void checkRoom(qint64 bytes, const Machine &machine, Findings &findings)
                      QStringLiteral("make room, or point TMPDIR of the host elsewhere"));
 }
 
-/// The attachment is in Base64.
+/// A mail is larger than `bytes`, because its attachment is in Base64.
 void checkMail(qint64 bytes, const TableFacts &limits, Findings &findings)
 {
     const qint64 mail = bytes / 3 * 4;
@@ -180,7 +180,7 @@ void checkMail(qint64 bytes, const TableFacts &limits, Findings &findings)
                      QStringLiteral("set max_allowed_packet to 64M on the server"));
     if (limits.dataBytes >= attachmentBytes)
         return;
-    const QString holds = QStringLiteral("emails.data holds %1 bytes, ").arg(limits.dataBytes);
+    const QString holds = QStringLiteral("emails.data can hold %1 bytes, ").arg(limits.dataBytes);
     const QString remedy = QStringLiteral("ALTER TABLE emails MODIFY data LONGBLOB");
     if (mail > limits.dataBytes)
         findings.add(Gravity::Obstacle, "size",
@@ -213,7 +213,8 @@ void checkTables(const QSqlDatabase &database, const QVariant &sender, const Tab
     checkLetters(facts, findings);
 }
 
-/// Ages are by the server's clock, which stamped the mails. Reports need no right to read them.
+/// Ages are by the server's clock, which stamped the mails. Missing rights are only a notice,
+/// because reports do not read mails.
 MailSizes checkQueue(const QSqlDatabase &database, SchemaJudgement &schema, Findings &findings)
 {
     QSqlQuery query = freshQuery(database);
@@ -235,14 +236,14 @@ MailSizes checkQueue(const QSqlDatabase &database, SchemaJudgement &schema, Find
     if (schema.queued > 0 && schema.oldestSeconds > queuePatienceSeconds)
         findings.add(Gravity::Harm, "queue",
                      QStringLiteral("mails have been waiting for over an hour"),
-                     QStringLiteral("see that the product's sender works"));
+                     QStringLiteral("check that the product's sender works"));
     // The sender fetches a mail in one packet; escaped in a dump, it takes up to twice the size.
     const qint64 largest = query.value(2).toLongLong();
     const qint64 packet = query.value(3).toLongLong();
     if (2 * largest > packet)
         findings.add(Gravity::Harm, "packet",
-                     QStringLiteral("the largest queued mail has %1 bytes, the server takes %2 at "
-                                    "a time")
+                     QStringLiteral("the largest queued mail has %1 bytes; the server accepts %2 "
+                                    "at a time")
                          .arg(QString::number(largest), QString::number(packet)),
                      QStringLiteral("set max_allowed_packet to at least twice the mail"));
     return {query.value(4).toLongLong(), packet};
@@ -260,7 +261,8 @@ void checkPackets(const MailSizes &sizes, Findings &findings)
                                 "grow until the month ends"));
 }
 
-/// Without the privilege PROCESS, an account sees its own connections: those of the hosts.
+/// An account without the privilege PROCESS sees only its own connections; the hosts use the same
+/// account.
 void checkMachines(const QSqlDatabase &database, Findings &findings)
 {
     const auto machines =

@@ -12,9 +12,9 @@ struct Machine;
 struct SchemaJudgement;
 struct TableFacts;
 
-// The checks that SchemaJudge runs. They need a connection that may write, because the server
-// checks rights only on such a one. If the connection is lost, findings may be wrong or missing;
-// SchemaJudge therefore tests the connection at the end.
+// The checks that SchemaJudge runs. They need a connection that may write, because only on such a
+// connection does the server check rights to write. If the connection is lost, findings may be
+// wrong or missing; SchemaJudge therefore tests the connection at the end.
 
 /// What a report finds in a schema.
 struct ReportReading {
@@ -27,7 +27,7 @@ struct ReportReading {
 /// Asks what these reports find, given their kinds and needs.
 void readAll(const QSqlDatabase &database, QVector<ReportReading> &reports);
 
-/// Looks for what every report of the schema needs: rights to write, sender, storage, columns.
+/// Checks what every report of the schema needs: rights to write, sender, storage, columns.
 void checkTables(const QSqlDatabase &database, const QVariant &sender, const TableFacts &facts,
                  Findings &findings);
 
@@ -37,13 +37,13 @@ struct MailSizes {
     qint64 packetBytes = 0; ///< what the server takes at a time
 };
 
-/// Counts the mails that wait, and looks for those that wait too long or are too large.
+/// Counts the waiting mails, and checks whether any has waited too long or is too large.
 MailSizes checkQueue(const QSqlDatabase &database, SchemaJudgement &schema, Findings &findings);
 
 /// Compares the last workbooks with what the server takes: the reports grow with the month.
 void checkPackets(const MailSizes &sizes, Findings &findings);
 
-/// Looks for other machines that serve the schema.
+/// Finds other machines that serve the schema.
 void checkMachines(const QSqlDatabase &database, Findings &findings);
 
 /// Looks whether one report can read what it needs, and whether its people make a workbook and a

@@ -6,7 +6,7 @@
 
 bool isUsableTarget(const QString &path)
 {
-    const QFileInfo target(path); // of what a link points to
+    const QFileInfo target(path); // follows links
     if (!target.exists() || target.isFile())
         return true;
     Output::error(QStringLiteral("cannot write '%1': it is not a regular file").arg(path));

@@ -2,7 +2,7 @@
 
 class QString;
 
-/// Returns whether a file can be written at `path`; prints an error that names it if something else
-/// than a regular file, or a link to one, is there. To replace a device or a FIFO would take it
-/// from all other programs.
+/// Returns whether a file may be written at `path`: nothing exists there, or a regular file or a
+/// link to one. Otherwise prints an error that names `path`. A device or a FIFO is never replaced,
+/// because other programs need it.
 bool isUsableTarget(const QString &path);

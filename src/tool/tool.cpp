@@ -16,7 +16,7 @@
 namespace
 {
 
-/// The arguments behind the command's name.
+/// The arguments after the command's name.
 enum class Takes { Nothing, PerhapsToken, Report, ManyReports };
 
 struct Command {
@@ -59,7 +59,7 @@ constexpr std::array commands{
             "  autoreport set --all monthly --disable --dry-run",
             describeSet, runSet},
     Command{"check", Takes::PerhapsToken,
-            "Checks the installation and says how to mend what is wrong.",
+            "Checks the installation and says how to fix what is wrong.",
             "autoreport check\n  autoreport check kovo", describeCheck, runCheck},
 };
 
@@ -108,13 +108,12 @@ void describe(const Command &command, QCommandLineParser &parser)
         parser.addPositionalArgument(
             name,
             name.contains(QLatin1String("TOKEN"))
-                ? QStringLiteral("The schema's token; with --single the name of the database.")
-                : QStringLiteral("Which of its reports."));
+                ? QStringLiteral("The schema's token or, with --single, the name of the database.")
+                : QStringLiteral("Which report."));
     command.describe(parser);
     parser.addOption(
         {QStringLiteral("timeout"),
-         QStringLiteral("Limit for connecting, and for each answer of the server; 10 if not "
-                        "given."),
+         QStringLiteral("Limit for connecting and for each answer of the server. Default: 10."),
          QStringLiteral("seconds"), QStringLiteral("10")});
     OptionReader::describe(parser);
 }
@@ -220,6 +219,6 @@ int Tool::run(const QString &name, const QStringList &arguments)
     if (!qEnvironmentVariableIsSet("TZ"))
         qputenv("TZ", ":/etc/localtime");
     const int status = helpOrRun(*find(name), arguments);
-    // A monitor must not take half an answer, or none, for a good one.
+    // A monitor must not mistake incomplete output for success.
     return !Output::flush() && status == Well ? Look : status;
 }

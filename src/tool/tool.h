@@ -14,17 +14,17 @@ enum Status {
     CouldNotAsk = 2 ///< the command line is wrong, or the database cannot be reached
 };
 
-/// Returns the command that `arguments`, the program's name first, begin with; empty if they do not
-/// begin with one of ours.
+/// Returns the command in `arguments`, whose first element is the program's name; empty if there is
+/// none or it is not an operator's command.
 QString commandIn(const QStringList &arguments);
 
 /**
- * Runs `command`, which commandIn() returned. Returns the exit status.
+ * Runs the command `name`, which commandIn() returned. Returns the exit status.
  *
  * Prints results to standard output and everything else to standard error. Call it once, on the
  * main thread, with a QCoreApplication. While it runs, it collects what Qt logs.
  */
-int run(const QString &command, const QStringList &arguments);
+int run(const QString &name, const QStringList &arguments);
 
 /// Returns the names of all commands.
 QStringList commandNames();

@@ -11,8 +11,8 @@
 namespace
 {
 
-/// Returns the moment of "--at", invalid if it cannot be read. Where the clock shows it twice, the
-/// first; where it never does, the next one that it shows.
+/// Returns the moment of "--at", invalid if it cannot be read. If the clock shows that time twice,
+/// it is the first; if the clock skips it, the end of the gap.
 QDateTime askedMoment(const Invocation &invocation)
 {
     if (!invocation.has("at"))
@@ -31,7 +31,7 @@ QString lastText(const ReportSettings &settings)
                                                  std::min(settings.lastGenerated, endOfYear9999))));
 }
 
-/// What a rule asks for, and the value that it looks at.
+/// Returns what a rule requires, and the value that it examines.
 QString ruleText(const ScheduleRule &rule, const StoredSettings &stored, const QDateTime &now)
 {
     const ReportSettings &settings = stored.settings;
@@ -55,14 +55,14 @@ QString ruleText(const ScheduleRule &rule, const StoredSettings &stored, const Q
     return {};
 }
 
-/// The verdict that the schedule itself gives; the rules above it only explain.
+/// Returns the schedule's verdict as a sentence; the rules above it only explain.
 QString answer(ScheduleVerdict reason)
 {
     switch (reason) {
     case ScheduleVerdict::Due:
         return QStringLiteral("Due: the next tick of a host makes it.");
     case ScheduleVerdict::Disabled:
-        return QStringLiteral("Not due: it is switched off.");
+        return QStringLiteral("Not due: it is disabled.");
     case ScheduleVerdict::NoRecipients:
         return QStringLiteral("Not due: it has no recipients.");
     case ScheduleVerdict::TooEarly:
@@ -70,12 +70,12 @@ QString answer(ScheduleVerdict reason)
     case ScheduleVerdict::AlreadyGenerated:
         break;
     }
-    return QStringLiteral("Not due: it was generated already.");
+    return QStringLiteral("Not due: it has already been generated.");
 }
 
 void printRules(const StoredSettings &stored, const QDateTime &now)
 {
-    // All of them, not only the first that is not met: the next one may be wrong as well.
+    // All of them, not only the first that is not met: another one may not be met either.
     const QVector<ScheduleRule> rules = scheduleRules(stored.settings, now);
     for (const ScheduleRule &rule : rules) {
         const QString verdict =
@@ -99,7 +99,7 @@ void explainRules(const Invocation &invocation, const SchemaJudgement &schema,
         QStringLiteral("Next due: %1").arg(Output::exactMoment(nextDue(settings, now)))});
 }
 
-/// What the hosts of this machine know.
+/// Prints what the hosts of this machine know.
 void explainHosts(const Invocation &invocation, const Machine &machine)
 {
     Output::print(hostLines(machine));
@@ -125,7 +125,7 @@ int sayCause(const QString &text, const QString &remedy)
     return Tool::Look;
 }
 
-/// The last line: the one cause, and what to do.
+/// Prints the findings and, in the last line, the one cause and what to do.
 int conclude(const QVector<Finding> &findings, const QDateTime &next)
 {
     for (const Finding &one : findings) {
@@ -141,9 +141,9 @@ int conclude(const QVector<Finding> &findings, const QDateTime &next)
         }))
         return sayCause(QStringLiteral("Cause: ") + cause->text, cause->remedy);
     if (const Finding *harm = find(findings, [](const Finding &one) { return one.isProblem(); }))
-        return sayCause(QStringLiteral("Nothing keeps it back, but: ") + harm->text, harm->remedy);
+        return sayCause(QStringLiteral("Nothing prevents it, but: ") + harm->text, harm->remedy);
     Output::print(
-        QStringLiteral("Nothing keeps it back: next due %1").arg(Output::exactMoment(next)));
+        QStringLiteral("Nothing prevents it: next due %1").arg(Output::exactMoment(next)));
     return next.isValid() ? Tool::Well : Tool::Look;
 }
 
@@ -177,7 +177,7 @@ int explainAll(const Invocation &invocation, const Schemas &schemas, const QDate
     if (rows.value().isEmpty())
         return noSuchSchema(schemas, invocation.token);
     const Machine machine = Machine::ask(invocation.connection);
-    // What is asked of the schema and this machine is as of now, whatever "--at" says.
+    // The schema and this machine are judged as of now, whatever "--at" says.
     const SchemaJudge judge(machine, QDateTime::currentDateTime(), SchemaJudge::Scope::AllReports);
     const SchemaJudgement schema = judge.judge(rows.value().first());
     if (!schema.isComplete) {
@@ -192,7 +192,7 @@ int explainAll(const Invocation &invocation, const Schemas &schemas, const QDate
 void describeWhy(QCommandLineParser &parser)
 {
     parser.addOption({QStringLiteral("at"),
-                      QStringLiteral("Ask for this moment, \"YYYY-MM-DD HH:MM\", instead of now."),
+                      QStringLiteral("Explain this moment, \"YYYY-MM-DD HH:MM\", instead of now."),
                       QStringLiteral("moment")});
 }
 

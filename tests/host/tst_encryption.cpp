@@ -100,7 +100,7 @@ private Q_SLOTS:
         addRow("not encrypted", "", "Access denied");
         addRow("other authority", "--db-ca other.pem", "certificate signed by --db-ca?");
         addRow("no such file", "--db-ca missing.pem", "missing.pem': No such file");
-        addRow("no key", "--db-ca ours.pem --db-cert client.pem", "belong together");
+        addRow("no key", "--db-ca ours.pem --db-cert client.pem", "must be given together");
     }
 
     void refused()

@@ -20,7 +20,7 @@ private Q_SLOTS:
         const QString all = most + "--db-port 1 ";
         addRow("help", "--help", 0, "--password-file");
         addRow("nothing", "", 2, "no command given");
-        addRow("command", "sevre", 2, "unknown command 'sevre'\nPerhaps meant: serve\n");
+        addRow("command", "sevre", 2, "unknown command 'sevre'\nDid you mean 'serve'?\n");
         addRow("password in sight", most + "--db-password=x", 2, "'db-password'");
         addRow("missing option", most, 2, "--db-port is missing");
         addRow("password file", all + "--password-file /no/such", 1,

@@ -175,13 +175,13 @@ private Q_SLOTS:
         };
         limitFiles(files);
         QVERIFY(ask().isEmpty());
-        QVERIFY(program->logs("asked by the operator's commands: '" + path +
+        QVERIFY(program->logs("cannot answer the operator's commands: '" + path +
                               "' was closed: " + qt_error_string(EMFILE)));
         limitFiles(files + 100);
-        QVERIFY(program->logs("can be asked by the operator's commands again"));
+        QVERIFY(program->logs("can answer the operator's commands again"));
         QVERIFY(ask()["schemas"].toObject().contains("firm"));
         QCOMPARE(socket(), path);
-        QCOMPARE(program->log.count("cannot be asked"), 1);
+        QCOMPARE(program->log.count("cannot answer"), 1);
         QVERIFY(program->stops());
     }
 
@@ -189,7 +189,7 @@ private Q_SLOTS:
     {
         environment.insert("RUNTIME_DIRECTORY", "/dev/null");
         serve();
-        QVERIFY(program->logs("cannot be asked by the operator's commands: '/dev/null': "));
+        QVERIFY(program->logs("cannot answer the operator's commands: '/dev/null': "));
         QVERIFY(program->logs("worker created for schema 'firm'"));
     }
 

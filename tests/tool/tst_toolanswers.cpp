@@ -13,7 +13,7 @@ private Q_SLOTS:
     {
         addColumns<QString, QString>("arguments", "text");
         const auto guess = [](const char *text, const char *meant) {
-            return QString("%1\nPerhaps meant: %2\n").arg(text, meant);
+            return QString("%1\nDid you mean '%2'?\n").arg(text, meant);
         };
         addRow("command", "chekc --json", guess("unknown command 'chekc'", "check"));
         addRow("option", "status --nonsense",
@@ -22,7 +22,7 @@ private Q_SLOTS:
         addRow("begun option", "why firm daily --time",
                guess("unknown option 'time'", "--timeout"));
         addRow("report", "why firm Dayly",
-               guess("there is no report 'Dayly': it is daily or monthly", "daily"));
+               guess("there is no report 'Dayly', only daily or monthly", "daily"));
         addRow("out", "preview firm daily --out x.ods", "end with .xlsx or .xls");
         addRow("date", "preview firm daily --out x.xls --date 2023-02-29", "--date must");
         addRow("to", "run firm daily --to a@firma", "--to must be one mail address");
@@ -47,8 +47,9 @@ private Q_SLOTS:
         addRow("second schema", "set firm frm daily --disable", guess("'frm'", "firm"));
         addRow("no file", "set --file /no/such", "cannot read '/no/such': No such file");
         addRow("empty file", "set --file /dev/null", "'/dev/null' has no lines");
-        addRow("file and schema", "set --file LINES firm", "'firm' belongs into the file");
-        addRow("file and option", "set --file LINES --disable", "'--disable' belongs into");
+        addRow("file and schema", "set --file LINES firm", "'firm' must not be given with --file");
+        addRow("file and option", "set --file LINES --disable",
+               "'--disable' must not be given with");
         addRow("line", "set --file LINES",
                guess("line 3 of 'LINES': unknown option 'tiem'", "--time"));
     }
@@ -165,7 +166,7 @@ private Q_SLOTS:
         info->exec("SET GLOBAL max_connections = 300");
         const QString found = run("check --json").output;
         info->exec("SET GLOBAL max_connections = 6000");
-        QVERIFY2(found.contains("max_connections is 300; a host takes up to 403 for 6001"),
+        QVERIFY2(found.contains("max_connections is 300; a host needs up to 403 for 6001"),
                  qPrintable(found.left(2000)));
         QVERIFY(found.contains("its clock is "));
     }

@@ -47,26 +47,27 @@ private Q_SLOTS:
         cause("time", Says::Harm, set.arg("7 hours", "time"), "time",
               "'7 hours' is not a time of day", "autoreport set firm KIND --time");
         cause("future", Says::Cause, set.arg("1900000000", "lastGenerated"), "future",
-              "lastGenerated lies in the future", "set the clock");
+              "lastGenerated is in the future", "set the clock");
         cause("no settings", Says::Cause, "DROP TABLE vars", "tables",
               "the settings cannot be read: ", "restore the table vars");
         cause("no people table", Says::Cause, "ALTER TABLE people DROP surname", "tables", "table",
-              "bring the schema up to the product's version");
+              "update the schema to the product's version");
         cause("no queue", Says::Cause, "DROP TABLE emails", "tables",
-              "no mail can be queued: table emails: ", "bring the schema up");
+              "no mail can be queued: table emails: ", "update the schema");
         cause("values alone", Says::Harm, "DROP TABLE atten_data", "tables",
-              "table atten_data: ", "bring the schema up");
+              "table atten_data: ", "update the schema");
         cause("sender", Says::Cause, "INSERT INTO vars VALUES ('globalEmail', 'x')", "sender",
               "the sender globalEmail is not a mail address: 'x'", "correct globalEmail");
         cause("nobody employed", Says::Cause, "UPDATE people SET status = 0", "people",
-              "no people are employed", "see status, begin and end");
+              "no people are employed", "check status, begin and end");
         const QString many = "INSERT INTO people (uid, pid, name, surname) "
                              "SELECT seq, seq, 'a', 'b' FROM seq_100_to_5000;\n";
         cause("small column", Says::Cause, many + "ALTER TABLE emails MODIFY data BLOB", "size",
-              "emails.data holds 65535 bytes, a mail has ",
+              "emails.data can hold 65535 bytes, a mail has ",
               "ALTER TABLE emails MODIFY data LONGBLOB");
         cause("column for texts", Says::Harm, "ALTER TABLE emails MODIFY data BLOB", "size",
-              "emails.data holds 65535 bytes, too few", "ALTER TABLE emails MODIFY data LONGBLOB");
+              "emails.data can hold 65535 bytes, too few",
+              "ALTER TABLE emails MODIFY data LONGBLOB");
         cause("small packets", Says::Cause, many + "SET GLOBAL max_allowed_packet = 32768",
               "packet", "max_allowed_packet is 32768, a mail has ", "set max_allowed_packet");
         cause("no transactions", Says::Harm, "ALTER TABLE emails ENGINE=MyISAM", "storage",
@@ -77,19 +78,19 @@ private Q_SLOTS:
               "ALTER TABLE emails MODIFY subject VARCHAR(255) CHARSET latin1", "letters",
               "emails.subject is in latin1", "ALTER TABLE emails CONVERT TO CHARACTER SET utf8mb4");
         cause("sender stands still", Says::Harm, oldMail, "queue", "mails have been waiting",
-              "see that the product's sender works");
+              "check that the product's sender works");
         // A host scans once an hour.
         cause("for a while", Says::Well,
               set.arg("08:30", "time") + ";\n" + set.arg("1699947002", "lastGenerated"), "well",
               "2023-11-15 09:3");
         const QString due = set.arg("1699941602", "lastGenerated");
         cause("just switched on", Says::Later, due, "due",
-              "it is due since 2023-11-15 07:00:00 CET, and the settings have been stored just",
+              "it has been due since 2023-11-15 07:00:00 CET, but the settings were only just",
               "wait, or let the host scan at once: systemctl reload autoreport");
         cause("no host", Says::Cause, due + ";\nALTER TABLE vars FORCE", "overdue",
               "no host has made it, though it has been due since 2023-11-15 07:00:00 CET, and no "
               "host on this machine answers",
-              "see that autoreport serve runs");
+              "check that autoreport serve is running");
         causesInTheList();
         causesByRights();
         causesOfTheDailyReport();
@@ -147,7 +148,7 @@ private Q_SLOTS:
         for (const QString report : {"daily", "monthly"})
             QTRY_VERIFY_WITH_TIMEOUT(run("why firm " + report).output.contains("refused"),
                                      patienceMs);
-        hold({Says::Cause, "failed", "its last run, at 2023-11-15 09:3", "mend that"});
+        hold({Says::Cause, "failed", "its last run, at 2023-11-15 09:3", "fix that"});
     }
 
     void hostCannotWrite()
@@ -163,7 +164,7 @@ private Q_SLOTS:
         makeDue(bench->schema);
         startHost();
         QTRY_COMPARE_WITH_TIMEOUT(bench->mails(), 2, patienceMs);
-        QTRY_VERIFY_WITH_TIMEOUT(run("why firm monthly").output.contains(", 1 mails in "),
+        QTRY_VERIFY_WITH_TIMEOUT(run("why firm monthly").output.contains(", 1 mail in "),
                                  patienceMs);
         hold({Says::Well, "well", "2023-11-16", {}});
     }
@@ -234,7 +235,7 @@ private:
                "SELECT seq, seq, 'a', 'b' FROM seq_100_to_4468",
                Verdict{Says::Cause,
                        "rows",
-                       "65550 rows are more than the 65535 of .xls",
+                       "65550 rows are more than the 65535 that .xls can hold",
                        "autoreport set firm daily --format xlsx",
                        {"daily"}});
         addRow("ambiguous column",
@@ -242,7 +243,7 @@ private:
                Verdict{Says::Harm,
                        "tables",
                        "tables atten_data, inters: Column 'del' in",
-                       "bring the schema up",
+                       "update the schema",
                        {"daily"}});
     }
 
@@ -288,8 +289,8 @@ private:
     {
         const bool isWell = verdict.says == Says::Well;
         const QString last = outcome.output.trimmed().section('\n', -1);
-        const QString begin = isWell                       ? "Nothing keeps it back: next due "
-                              : verdict.says == Says::Harm ? "Nothing keeps it back, but: "
+        const QString begin = isWell                       ? "Nothing prevents it: next due "
+                              : verdict.says == Says::Harm ? "Nothing prevents it, but: "
                                                            : "Cause: ";
         QVERIFY2(last.startsWith(begin + verdict.text) &&
                      (isWell || last.section(". To do: ", -1).startsWith(verdict.remedy)),
@@ -297,7 +298,7 @@ private:
         QCOMPARE(outcome.status, isWell ? 0 : 1);
     }
 
-    /// Only what somebody has to mend, and what is switched off, is a finding.
+    /// Only what somebody has to fix, and what is disabled, is a finding.
     static void holdCheck(const Outcome &outcome, const Verdict &verdict)
     {
         bool isFound = false;

@@ -13,11 +13,12 @@ private Q_SLOTS:
         const QString made =
             "UPDATE vars SET value = '1699941602' WHERE name LIKE '%lastGenerated'";
         const QString off = "UPDATE vars SET value = '0' WHERE name LIKE '%enabled'";
-        const QString scan = "autoreport: a host finds the schema with its next scan, within an "
-                             "hour; at once: systemctl reload autoreport, or SIGHUP to autoreport "
-                             "serve\n";
+        const QString scan =
+            "autoreport: a host finds the schema at its next scan, within an "
+            "hour; to scan now: systemctl reload autoreport, or SIGHUP to autoreport "
+            "serve\n";
         const QString now = "autoreport: firm daily: its time has passed, so "
-                            "it goes out now: with the next tick of a host\n";
+                            "it goes out now: at the next tick of a host\n";
         addRow("nothing", none, "--time 06:30", 0, "");
         addRow("later today", made, "--time 23:00", 0, "");
         addRow("made before the new time", none, "--time 09:15", 0, now);
@@ -113,7 +114,7 @@ private Q_SLOTS:
                          "2 of 2 set\n"));
         QVERIFY2(outcome.errors.contains("second monthly: its time has passed"),
                  qPrintable(outcome.errors));
-        QVERIFY(outcome.errors.contains("a host finds 1 of the schemas with its next scan"));
+        QVERIFY(outcome.errors.contains("a host finds 1 of the schemas at its next scan"));
         QCOMPARE(outcome.status, 0);
 
         const QByteArray lines = "# comment\nfirm monthly --disable\n"
