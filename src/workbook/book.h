@@ -49,13 +49,13 @@ public:
     /** Adds a format, or an independent copy of one of the same book. */
     virtual IFormatT<Char> *addFormat(IFormatT<Char> *copyFrom = nullptr) = 0;
 
-    /** Adds a font like the default font as it is now, or a copy of one of the same book. */
+    /** Adds a copy of the current default font, or of another font of the same book. */
     virtual IFontT<Char> *addFont(IFontT<Char> *copyFrom = nullptr) = 0;
 
     /**
-     * Sets the font of all formats without one of their own, whose digits are also the unit of
-     * column widths. Ignores names that are empty or longer than 31 UTF-16 units, and sizes outside
-     * 1 to 409 points.
+     * Sets the font of all formats that set none. Its digits are also the unit of column widths.
+     * Ignores names that are empty or longer than 31 UTF-16 units, and sizes outside 1 to 409
+     * points.
      */
     virtual void setDefaultFont(const Char *fontName, int fontSize) = 0;
 

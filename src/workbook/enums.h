@@ -35,8 +35,8 @@ enum class BorderStyle {
 };
 
 /**
- * A colour: Automatic, or 8 to 63 for an entry of the palette of 56 colours that spreadsheet
- * programs start with. Only some entries have a name here; every value of the range may be passed.
+ * A colour: Automatic, or an entry of the default palette of spreadsheet programs, whose 56 colours
+ * are numbered from 8 to 63. Only some of them have a name here, but all may be passed.
  */
 enum class Color {
     Black = 8,
@@ -50,7 +50,7 @@ enum class Color {
     Automatic = 64
 };
 
-/** What a cell holds. */
+/** What a cell contains. */
 enum class CellType { Empty = 0, Number = 1, String = 2 };
 
 } // namespace libxl

@@ -6,8 +6,8 @@ namespace libxl
 /**
  * A font of a book, obtained from IBookT::addFont.
  *
- * It belongs to the book and lives until the book is released. A change shows in every format that
- * uses the font, also in cells written before.
+ * It belongs to the book and lives until the book is released. A change affects every format that
+ * uses the font, and also cells that were written before.
  */
 template <class Char>
 class IFontT

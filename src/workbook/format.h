@@ -11,29 +11,29 @@ class IFontT;
 /**
  * How a cell looks, obtained from IBookT::addFormat.
  *
- * It belongs to the book and lives until the book is released. A change shows in every cell that
- * was written with the format, also before. A new format has the book's default font, the general
- * number format, general and bottom alignment, no borders and automatic border colours. Values
- * outside an enumeration are ignored.
+ * It belongs to the book and lives until the book is released. A change affects every cell that
+ * uses the format, even if it was written before. A new format has the book's default font, the
+ * general number format, general and bottom alignment, no borders and automatic border colours.
+ * Values outside an enumeration are ignored.
  */
 template <class Char>
 class IFormatT
 {
 public:
-    /** False, and nothing changes, when `font` is null or belongs to another book. */
+    /** Returns false and changes nothing if `font` is null or belongs to another book. */
     virtual bool setFont(IFontT<Char> *font) = 0;
 
-    /** `numFormat` comes from IBookT::addCustomNumFormat; 0 is the general one. Others: ignored. */
+    /** `numFormat` is from IBookT::addCustomNumFormat, or 0 for general. Others are ignored. */
     virtual void setNumFormat(int numFormat) = 0;
 
     virtual void setAlignH(AlignH align) = 0;
     virtual void setAlignV(AlignV align) = 0;
     virtual void setWrap(bool wrap) = 0;
 
-    /** All four sides at once. */
+    /** Sets all four sides. */
     virtual void setBorder(BorderStyle style) = 0;
 
-    /** All four sides at once; shows only on sides that have a style. */
+    /** Sets all four sides. Visible only on sides that have a style. */
     virtual void setBorderColor(Color colour) = 0;
 
     virtual void setBorderLeft(BorderStyle style) = 0;

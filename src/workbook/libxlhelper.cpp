@@ -1,6 +1,6 @@
 #include "workbook/libxlhelper.h"
 
-// The build passes narrow literals; an empty wide one in front makes the whole wide.
+// The build passes narrow literals. Concatenated with an empty wide literal, they become wide.
 const wchar_t *LibXlHelper::licenceName()
 {
     return L"" AUTOREPORT_XL_LICENCE_NAME;

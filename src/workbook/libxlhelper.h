@@ -1,8 +1,8 @@
 #pragma once
 
 /**
- * The licence that is handed to the workbook engine, as the build was configured
- * (AUTOREPORT_XL_LICENCE_NAME, AUTOREPORT_XL_LICENCE_KEY); empty by default.
+ * The licence that is passed to the workbook engine: the build options AUTOREPORT_XL_LICENCE_NAME
+ * and AUTOREPORT_XL_LICENCE_KEY, which are empty by default.
  */
 class LibXlHelper
 {

@@ -20,7 +20,7 @@ constexpr std::size_t maxNumFormatUnits = 255;
 constexpr std::size_t maxNumFormats = 200;
 constexpr int maxFontPoints = 409;
 
-/** `ending` is in lower case. */
+/** `ending` must be in lower case. */
 bool endsInAnyCase(std::string text, std::string_view ending)
 {
     for (char &c : text)
@@ -56,11 +56,11 @@ bool BookImpl::isFreeSheetName(const std::u16string &name) const
     });
 }
 
-/** Adds to the model, and hands out what the interface shows of it. */
+/** Adds `value` to the model and returns the handle that represents it in the interface. */
 template <class Impl, class Data>
 Impl *BookImpl::add(std::deque<Data> &values, std::deque<Impl> &handles, Data value)
 {
-    // In this order: when the value finds no memory, the handle is known to nobody.
+    // In this order, because if push_back() throws, nobody knows the handle.
     Impl &handle = handles.emplace_back(data, values.size());
     values.push_back(std::move(value));
     return &handle;

@@ -10,7 +10,7 @@
 namespace workbook
 {
 
-/** The book: the model, the sheets, formats and fonts handed out, and the format to save in. */
+/** Implements a book: owns the model, and the sheets, formats and fonts that callers use. */
 class BookImpl final : public libxl::IBookT<wchar_t>
 {
 public:

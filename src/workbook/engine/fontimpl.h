@@ -6,7 +6,7 @@
 namespace workbook
 {
 
-/** A font of the model, as the interface shows it. */
+/** Implements a font on the model. */
 class FontImpl final : public libxl::IFontT<wchar_t>, public Handle
 {
 public:

@@ -8,7 +8,10 @@ namespace workbook
 namespace
 {
 
-/** Callers may cast any number to an enumeration; files must not carry it. */
+/**
+ * Returns whether `value` is an enumerator. Callers may cast any number, which files must not
+ * contain.
+ */
 template <class Enum>
 bool isWithin(Enum value, Enum last)
 {

@@ -6,7 +6,7 @@
 namespace workbook
 {
 
-/** A format of the model, as the interface shows it. */
+/** Implements a format on the model. */
 class FormatImpl final : public libxl::IFormatT<wchar_t>, public Handle
 {
 public:

@@ -3,7 +3,10 @@
 namespace workbook
 {
 
-/** Runs one operation of the interface, which no exception leaves: it then returns `failure`. */
+/**
+ * Runs an operation of the interface. Returns `failure` if it throws, because no exception may
+ * leave the engine.
+ */
 template <class Result, class Operation>
 Result guarded(Result failure, Operation operation) noexcept
 {
@@ -14,7 +17,7 @@ Result guarded(Result failure, Operation operation) noexcept
     }
 }
 
-/** The same for an operation without a result: false if it ended with an exception. */
+/** Runs an operation without a result. Returns false if it throws. */
 template <class Operation>
 bool guarded(Operation operation) noexcept
 {

@@ -8,7 +8,7 @@
 namespace workbook
 {
 
-/** What every sheet, format and font of the interface is: a place in the model of its book. */
+/** The base class of sheets, formats and fonts: an index into the model of their book. */
 class Handle
 {
 public:
@@ -22,7 +22,7 @@ public:
     const std::uint32_t index;
 };
 
-/** Whether `handle` may be used with what `book` holds; null may. */
+/** Returns whether `handle` belongs to `book` or is null. */
 inline bool fits(const Handle *handle, const BookData &book)
 {
     return handle == nullptr || &handle->book == &book;

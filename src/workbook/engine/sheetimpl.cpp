@@ -22,7 +22,7 @@ constexpr int maxPages = 32767;
 
 bool isMargin(double inches)
 {
-    return inches >= 0 && inches < marginLimitInches; // false for NaN, too
+    return inches >= 0 && inches < marginLimitInches; // false also for NaN
 }
 
 void setMargin(double &margin, double inches)
@@ -42,8 +42,8 @@ std::optional<std::uint32_t> SheetImpl::formatIndex(libxl::IFormatT<wchar_t> *fo
 }
 
 /**
- * Puts a cell into its place. `fill` sets kind and value; when it returns false, or the format
- * is another book's, the place is left empty.
+ * Writes a cell. `fill` sets its kind and value. If `fill` returns false, or the format belongs to
+ * another book, the cell becomes empty.
  */
 template <class Fill>
 bool SheetImpl::writeCell(int row, int col, libxl::IFormatT<wchar_t> *format, Fill fill)

@@ -10,7 +10,7 @@
 namespace workbook
 {
 
-/** A sheet of the model, as the interface shows it: checks what comes in and stores it. */
+/** Implements a sheet on the model: checks arguments and stores them. */
 class SheetImpl final : public libxl::ISheetT<wchar_t>, public Handle
 {
 public:
@@ -44,7 +44,7 @@ private:
     template <class Fill>
     bool writeCell(int row, int col, libxl::IFormatT<wchar_t> *format, Fill fill);
 
-    std::u16string scratch; // one text at a time, so that a cell costs no allocation
+    std::u16string scratch; // reused, so that writing a cell allocates nothing
 };
 
 } // namespace workbook

@@ -23,7 +23,7 @@ constexpr char upper(char16_t unit)
     return static_cast<char>(unit >= u'a' ? unit - u'a' + u'A' : unit);
 }
 
-/** Takes what `predicate` holds for off the front of `text`. */
+/** Removes and returns the longest prefix of `text` whose characters satisfy `predicate`. */
 template <class Predicate>
 std::u16string_view takeWhile(std::u16string_view &text, Predicate predicate)
 {

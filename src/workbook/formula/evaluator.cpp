@@ -23,7 +23,7 @@ FormulaValue checked(double number)
 
 FormulaValue combined(Operator op, const FormulaValue &left, const FormulaValue &right)
 {
-    // What is unknown might be an error that goes first, so the result is unknown as well.
+    // An unknown operand may be an error, which would take precedence, so the result is unknown.
     if (left.kind == Kind::Unknown || right.kind == Kind::Unknown)
         return {};
     if (left.kind != Kind::Number)
@@ -55,9 +55,9 @@ Evaluator::Evaluator(const BookData &bookData, const SheetData &sheetData)
 
 FormulaValue Evaluator::valueOf(const Cell &cell, FormulaTokens formula)
 {
-    // An explicit stack, so that chains of formulas may be of any length. A formula waits on it for
-    // those it refers to. A cell that is met again while it waits is part of a cycle and counts as
-    // unknown.
+    // An explicit stack, so that chains of formulas may have any length. A formula waits on it for
+    // those that it refers to. A cell that is reached again while it waits is part of a cycle and
+    // stays unknown.
     const auto known = values.find(&cell);
     if (known != values.end())
         return known->second;
@@ -73,7 +73,10 @@ FormulaValue Evaluator::valueOf(const Cell &cell, FormulaTokens formula)
     return values[&cell];
 }
 
-/** Pushes the formulas that the last one refers to and that are not known; false for none. */
+/**
+ * Pushes the formulas that the last one refers to and that have no value yet. Returns whether there
+ * are any.
+ */
 bool Evaluator::pushOpenCells(std::vector<Waiting> &waiting) const
 {
     std::vector<Waiting> open;

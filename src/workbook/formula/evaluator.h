@@ -12,7 +12,7 @@ namespace workbook
 struct BookData;
 struct SheetData;
 
-/** The value of a formula; Unknown where this engine cannot compute it. */
+/** The value of a formula; Unknown if this engine cannot compute it. */
 struct FormulaValue {
     enum class Kind { Unknown, Number, DivisionByZero, Overflow };
 
@@ -21,21 +21,21 @@ struct FormulaValue {
 };
 
 /**
- * Evaluates the formulas of one sheet, so that programs that only show a file show the true values.
- * An empty cell is 0; a text and a cycle are unknown. Each formula is evaluated once, however long
- * the chains between them are.
+ * Evaluates the formulas of one sheet, so that programs which only display a file show the right
+ * values. An empty cell is 0; texts and cycles are unknown. Evaluates each formula once, however
+ * long the chains of references are.
  */
 class Evaluator
 {
 public:
-    /** The cells of the sheet must be sorted and stay as they are. */
+    /** The cells of the sheet must be sorted and must not change. */
     Evaluator(const BookData &book, const SheetData &sheet);
 
-    /** `cell` is a formula of the sheet, and `formula` what it parses to. */
+    /** Returns the value of `cell`, a formula of the sheet that has been parsed as `formula`. */
     FormulaValue valueOf(const Cell &cell, FormulaTokens formula);
 
 private:
-    /** A formula that waits for those it refers to. */
+    /** A formula that waits for those that it refers to. */
     struct Waiting {
         const Cell *cell;
         FormulaTokens formula;
@@ -47,7 +47,7 @@ private:
 
     const BookData &book;
     const SheetData &sheet;
-    std::unordered_map<const Cell *, FormulaValue> values; // Unknown while they wait
+    std::unordered_map<const Cell *, FormulaValue> values; // Unknown while a formula waits
 };
 
 } // namespace workbook

@@ -14,7 +14,10 @@ namespace
 
 constexpr int maxDepth = 64;
 
-/** Recursive descent; tokens are appended as they are complete. False: not a formula of ours. */
+/**
+ * A recursive-descent parser that appends tokens in postfix order. Functions return false for what
+ * this engine does not understand.
+ */
 class Parser
 {
 public:

@@ -12,7 +12,7 @@ namespace workbook
 enum class Operator {
     Number,
     Cell,
-    Group, // parentheses around the preceding operand
+    Group, // parentheses around the operand before it
     Plus,
     Negate,
     Multiply,
@@ -27,12 +27,12 @@ struct FormulaToken {
     CellReference cell; // of a cell
 };
 
-/** A formula in postfix order: operands, then their operator. "1+2*3" is 1 2 3 * +. */
+/** A formula in postfix order, each operator after its operands: "1+2*3" is 1 2 3 * +. */
 using FormulaTokens = std::vector<FormulaToken>;
 
 /**
  * Parses a formula without its leading "=": cells of the same sheet, numbers, + - * /, signs and
- * parentheses, up to 64 levels of the last two. Returns nothing for anything else.
+ * parentheses; the last two up to 64 levels deep. Returns nothing for anything else.
  */
 std::optional<FormulaTokens> parseFormula(std::u16string_view text);
 

@@ -8,7 +8,7 @@ namespace workbook
 namespace
 {
 
-constexpr int maxRows = 1048576; // of the largest sheet that any format knows
+constexpr int maxRows = 1048576; // of the largest sheet in any format
 constexpr int maxColumns = 16384;
 
 bool takeDollar(std::u16string_view &text)

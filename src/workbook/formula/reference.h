@@ -6,7 +6,7 @@
 namespace workbook
 {
 
-/** A cell of the formula's own sheet; `fixed` is the "$" in front. */
+/** A reference to a cell of the formula's own sheet. `fixedRow` and `fixedColumn` stand for "$". */
 struct CellReference {
     int row = 0;
     int column = 0;
@@ -15,8 +15,9 @@ struct CellReference {
 };
 
 /**
- * Takes a reference such as "K2" or "$A$1" off the front of `text`. Nothing for what only begins
- * like one ("LOG10(", "Sheet1!"); `text` is then unspecified.
+ * Removes and returns a reference such as "K2" or "$A$1" at the beginning of `text`. Returns
+ * nothing, and leaves `text` unspecified, if there is none or something longer, such as "LOG10(" or
+ * "Sheet1!".
  */
 std::optional<CellReference> takeReference(std::u16string_view &text);
 

@@ -32,7 +32,7 @@ void CellStore::put(const Cell &cell)
     const bool inOrder = isSorted() && (cells.empty() || before(cells.back(), cell));
     if (!inOrder && replace(cell))
         return;
-    cells.push_back(cell); // first: when memory is short, nothing has changed
+    cells.push_back(cell); // before any change, because it may throw
     holdsErased = holdsErased || cell.kind() == CellKind::Erased;
     if (inOrder)
         ++sortedEnd;
@@ -40,7 +40,10 @@ void CellStore::put(const Cell &cell)
         sort();
 }
 
-/** Not while others wait: one of them may be for the same place. */
+/**
+ * Replaces a cell in place. Returns false if there is none, or if cells wait in the tail, because
+ * one of them may have the same place.
+ */
 bool CellStore::replace(const Cell &cell)
 {
     if (!isSorted())
@@ -56,11 +59,11 @@ bool CellStore::replace(const Cell &cell)
 void CellStore::sort() noexcept
 {
     if (!isSorted()) {
-        // Both are stable, so that of equal places the last written is the last.
+        // Both algorithms are stable, so the last write to a place stays the last.
         const auto tail = cells.begin() + static_cast<std::ptrdiff_t>(sortedEnd);
         std::stable_sort(tail, cells.end(), before);
         std::inplace_merge(cells.begin(), tail, cells.end(), before);
-        // It stays: unique() from the far end.
+        // unique() in reverse keeps the last one.
         const auto samePlace = [](const Cell &a, const Cell &b) {
             return a.key() == b.key();
         };

@@ -9,7 +9,7 @@ namespace workbook
 
 enum class CellKind : std::uint8_t { Erased, Blank, Number, Text, Formula };
 
-/** One cell in 16 bytes: a sheet of a hundred thousand rows has millions of them. */
+/** A cell. It takes 16 bytes, because a sheet of a hundred thousand rows has millions of cells. */
 struct Cell {
     std::uint64_t row : 20;
     std::uint64_t column : 14;
@@ -23,7 +23,7 @@ struct Cell {
     [[nodiscard]] CellKind kind() const { return static_cast<CellKind>(kindCode); }
     void setKind(CellKind kind) { kindCode = static_cast<unsigned>(kind) & 0xFU; }
 
-    /** Ascending keys are the order of the files: by row, then by column. */
+    /** Orders cells as files do: by row, then by column. */
     [[nodiscard]] std::uint64_t key() const { return (std::uint64_t{row} << 14U) | column; }
 };
 
@@ -32,25 +32,28 @@ static_assert(sizeof(Cell) == 16);
 Cell makeCell(int row, int column, CellKind kind, std::uint32_t format = 0);
 
 /**
- * The cells of a sheet. They may come in any order and the last write to a place wins.
+ * The cells of a sheet. They may be written in any order, and the last write to a place wins.
  *
- * Cells that come in the order of the files stay as they are, and so does what replaces one of
- * them. All others wait behind them, in the order of their arrival, and are merged when they are as
- * many: the time per cell grows with the logarithm of their number at most.
+ * Cells that arrive in the order of files are stored in order, and are replaced in place. All other
+ * cells are appended to an unsorted tail, which is merged when it is as long as the sorted part.
+ * The time per cell therefore grows at most with the logarithm of their number.
  */
 class CellStore
 {
 public:
-    /** A cell of kind Erased takes away what was there. When this throws, nothing has changed. */
+    /**
+     * Writes a cell; one of kind Erased removes the cell at its place. If this throws, nothing has
+     * changed.
+     */
     void put(const Cell &cell);
 
-    /** Brings the cells into the order of the files, one for each place, without erased ones. */
+    /** Sorts the cells into the order of files, one per place, without erased ones. */
     void sort() noexcept;
 
-    /** As sort() left them. */
+    /** Returns all cells. Call sort() first. */
     [[nodiscard]] const std::vector<Cell> &all() const { return cells; }
 
-    /** The cell at a place or null; only right after sort(). */
+    /** Returns the cell at a place, or null. Call sort() first. */
     [[nodiscard]] const Cell *find(int row, int column) const;
 
 private:
@@ -58,7 +61,7 @@ private:
     bool replace(const Cell &cell);
 
     std::vector<Cell> cells;
-    std::size_t sortedEnd = 0; // from here on in the order of arrival
+    std::size_t sortedEnd = 0; // where the unsorted tail begins
     bool holdsErased = false;
 };
 

@@ -9,9 +9,9 @@ class ByteSink;
 struct BookData;
 
 /**
- * What the interface has to know of a file format; another format is another of these. The model
- * passed to a writer has at least one sheet, and its cells are sorted. A writer reports what the
- * format cannot hold by ByteSink::fail.
+ * All that the engine knows about a file format; to add a format, define another constant. The book
+ * passed to `write` has at least one sheet, and its cells are sorted. If the format cannot
+ * represent the book, `write` calls ByteSink::fail.
  */
 struct FileFormat {
     int rows;

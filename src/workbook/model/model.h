@@ -14,8 +14,8 @@
 #include <vector>
 
 /**
- * What a book holds, as plain values: the interface fills it, the writers of the file formats read
- * it and know nothing of the interface. Values are checked on their way in.
+ * The content of a book as plain values. The engine checks and stores them; the writers of the file
+ * formats read them and do not know the engine.
  */
 namespace workbook
 {
@@ -63,7 +63,7 @@ struct Margins {
     double footer = 0.3;
 };
 
-/** In pages; 0 is as many as are needed. */
+/** In pages; 0 means as many as needed. */
 struct PrintFit {
     int width;
     int height;
@@ -72,8 +72,8 @@ struct PrintFit {
 struct SheetData {
     std::u16string name;
     CellStore cells;
-    std::map<int, ColumnData> columns; // those that were set
-    std::map<int, RowData> rows;       // those that were set
+    std::map<int, ColumnData> columns; // only those that were set
+    std::map<int, RowData> rows;       // only those that were set
     int frozenRows = 0;
     int frozenColumns = 0;
     bool showGridlines = true;
@@ -99,7 +99,7 @@ struct BookData {
     StringTable strings;
     StringTable formulas; // without the leading "="
     bool rgbColours = false;
-    bool ranOut = false; // of memory, where no result shows it or a cell was lost
+    bool ranOut = false; // out of memory, so that a cell or a setting was lost: save() must fail
 };
 
 } // namespace workbook

@@ -10,18 +10,18 @@ namespace workbook
 {
 
 /**
- * Distinct texts, kept once each and known by a number from 0 in the order of their arrival.
+ * A set of distinct texts, numbered from 0 in the order of their insertion.
  *
- * All characters lie in one block and the hash table holds numbers only, so that a text that is
- * there already costs no allocation.
+ * All characters are in one block and the hash table contains only numbers, so that looking up a
+ * known text allocates nothing.
  */
 class StringTable
 {
 public:
-    /** The number of `text`, which is added when it is new. */
+    /** Returns the number of `text`, adding it if it is new. */
     std::uint32_t intern(std::u16string_view text);
 
-    /** Valid until the next intern. */
+    /** Returns the text with that number. Valid until the next intern(). */
     [[nodiscard]] std::u16string_view at(std::uint32_t index) const;
 
     [[nodiscard]] std::size_t size() const { return entries.size(); }
@@ -38,7 +38,8 @@ private:
 
     std::u16string characters;
     std::vector<Entry> entries;
-    std::vector<std::uint32_t> slots; // 0 is free, else a number + 1; a power of two of them
+    // 0 if free, otherwise a number + 1; the size is a power of two.
+    std::vector<std::uint32_t> slots;
 };
 
 } // namespace workbook

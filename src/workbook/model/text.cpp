@@ -19,7 +19,7 @@ constexpr char32_t joined(char16_t high, char16_t low)
     return 0x10000U + ((high - 0xD800U) << 10U) + (low - 0xDC00U);
 }
 
-/** Space and above, and below the surrogates: nearly all there is. */
+/** Returns whether the character is between the controls and the surrogates, as nearly all are. */
 constexpr bool isUsual(char32_t point)
 {
     return point - 0x20U < 0xD800U - 0x20U;
@@ -32,7 +32,7 @@ constexpr bool fitsXml(char32_t point)
            (point >= 0x10000 && point <= 0x10FFFF);
 }
 
-/** Takes the next character; the halves of a pair that cross one by one are one character. */
+/** Takes the next character. Two wide characters that form a surrogate pair are one character. */
 char32_t takePoint(const wchar_t *&text)
 {
     const auto point = static_cast<char32_t>(*text++);
@@ -53,12 +53,12 @@ void appendUtf16(std::u16string &units, char32_t point)
     units += static_cast<char16_t>(0xDC00U + (point & 0x3FFU));
 }
 
-// In the Latin extensions capital and small letter are neighbours, capital first; whether its code
-// is even or odd changes from block to block.
+// In the Latin extensions a capital letter is directly followed by its small letter. Whether the
+// capital's code is even or odd depends on the block.
 char16_t foldLatinExtended(char16_t unit)
 {
     const bool capitalIsOdd = (unit >= 0x139 && unit <= 0x148) || (unit >= 0x179 && unit <= 0x17E);
-    if (unit == 0x178) // Y with diaeresis, its small letter is in Latin-1
+    if (unit == 0x178) // Y with diaeresis, whose small letter is in Latin-1
         return 0xFF;
     if (capitalIsOdd)
         return static_cast<char16_t>(unit + (unit & 1U));
@@ -72,7 +72,7 @@ char16_t fold(char16_t unit)
     };
     if (unit >= u'A' && unit <= u'Z')
         return plus(0x20);
-    if (unit >= 0xC0 && unit <= 0xDE && unit != 0xD7) // Latin-1, but for the multiplication sign
+    if (unit >= 0xC0 && unit <= 0xDE && unit != 0xD7) // Latin-1, except for the multiplication sign
         return plus(0x20);
     if (unit >= 0x100 && unit <= 0x17E && unit != 0x138 && unit != 0x149)
         return foldLatinExtended(unit);
@@ -112,7 +112,7 @@ std::string utf8Path(const wchar_t *path)
     while (path != nullptr && *path != L'\0') {
         const char32_t point = takePoint(path);
         char encoded[maxUtf8Bytes];
-        const bool control = point < 0x20; // a file's name may have it
+        const bool control = point < 0x20; // allowed in file names
         char *const end = putUtf8(fitsXml(point) || control ? point : replacement, encoded);
         bytes.append(encoded, static_cast<std::size_t>(end - encoded));
     }

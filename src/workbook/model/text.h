@@ -5,26 +5,26 @@
 #include <string_view>
 
 /**
- * Text inside the engine is UTF-16, the unit that both formats count, without lone surrogates and
- * all else that XML cannot hold.
+ * Text inside the engine is UTF-16, in whose units both formats count. It has no lone surrogates
+ * and no other characters that XML cannot represent.
  */
 namespace workbook
 {
 
 /**
- * Reads text that crossed the interface into `units`. Left out is what XML cannot hold: characters
- * below U+0020 other than tab, line feed and carriage return, lone surrogates, U+FFFE and U+FFFF.
- * False when `text` is null or more than `maxUnits` units are left.
+ * Converts a caller's text to `units`, without the characters that XML cannot represent: those
+ * below U+0020 except tab, line feed and carriage return, lone surrogates, U+FFFE and U+FFFF.
+ * Returns false if `text` is null or the result is longer than `maxUnits`.
  */
 bool readText(const wchar_t *text, std::size_t maxUnits, std::u16string &units);
 
-/** The path as the system takes it; empty for null. What is not a character becomes U+FFFD. */
+/** Returns the path in UTF-8; empty for null. Invalid characters become U+FFFD. */
 std::string utf8Path(const wchar_t *path);
 
-/** True when the text has neither tab nor line break. */
+/** Returns whether the text has neither tabs nor line breaks. */
 bool isPlainLine(std::u16string_view text);
 
-/** The first of the two units of a character beyond 16 bits. */
+/** Returns whether `unit` is the first of the two units of a character beyond U+FFFF. */
 constexpr bool isHighSurrogate(char32_t unit)
 {
     return unit >= 0xD800 && unit <= 0xDBFF;
@@ -32,15 +32,15 @@ constexpr bool isHighSurrogate(char32_t unit)
 
 constexpr std::size_t maxUtf8Bytes = 4;
 
-/** Writes a character of at most maxUtf8Bytes; returns where the next one goes. */
+/** Writes a character, which takes up to maxUtf8Bytes. Returns the position after it. */
 char *putUtf8(char32_t point, char *out);
 
-/** Takes the first character off `text`, which must not be empty. */
+/** Removes and returns the first character of `text`, which must not be empty. */
 char32_t takePoint(std::u16string_view &text);
 
 /**
- * Text with case taken away, to compare names. Covers the Latin, Greek and Cyrillic letters of
- * European languages; other letters are equal only to themselves.
+ * Returns the text in lower case, for comparing names. Covers the Latin, Greek and Cyrillic letters
+ * of European languages; other letters are unchanged.
  */
 std::u16string foldCase(std::u16string_view text);
 

@@ -9,15 +9,18 @@ namespace workbook
 {
 
 /**
- * Bytes on their way into a file, collected in very many small pieces: what is appended is written
- * into room that was reserved before, and clear() keeps the room.
+ * Collects bytes for a file, optimised for very many small pieces: they are written into reserved
+ * memory, which clear() keeps.
  *
- * Both file formats are little-endian on every machine; nothing else knows that.
+ * This is the only class that knows the byte order of both file formats, which is little-endian.
  */
 class Buffer
 {
 public:
-    /** Where the next bytes go, room for `bytes` of them; grow() then takes what was written. */
+    /**
+     * Returns the position after the last byte, with room for `bytes` more. grow() then appends
+     * those that were written there.
+     */
     char *room(std::size_t bytes)
     {
         if (storage.size() - length < bytes)
@@ -27,7 +30,10 @@ public:
 
     void grow(std::size_t bytes) { length += bytes; }
 
-    /** Puts eight bytes where the next ones go; as many are appended as grow() then takes. */
+    /**
+     * Writes eight bytes after the last byte without appending them; grow() appends as many as it
+     * is told.
+     */
     void put64(std::uint64_t value) { store<8>(room(8), value); }
 
     Buffer &append(std::string_view bytes)
@@ -56,7 +62,7 @@ public:
         return u64(bits);
     }
 
-    /** Overwrites a number that was appended before. */
+    /** Overwrites a number that has been appended. */
     void setU16(std::size_t at, unsigned value) { store<2>(storage.data() + at, value); }
 
     void clear() { length = 0; }
@@ -80,7 +86,7 @@ private:
         return *this;
     }
 
-    std::string storage; // its size is what is reserved
+    std::string storage; // all of it is reserved memory
     std::size_t length = 0;
 };
 

@@ -35,9 +35,9 @@ ByteSink::~ByteSink()
 
 void ByteSink::openTemporary()
 {
-    // Not derived from the target's name, which may be as long as the file system allows, and not
-    // to be guessed: in a folder that others may write to, they could take the names beforehand.
-    // The name is complete before the file exists, so that nothing can fail between the two.
+    // The name is not derived from the target's, which may already have the maximum length. It is
+    // random, because in a folder that others may write to, they could take predictable names. It
+    // is complete before the file exists, so that no failure in between leaves the file behind.
     constexpr std::string_view ending = ".tmp";
     temporary = target.substr(0, target.rfind('/') + 1) + ".workbook-XXXXXX";
     temporary += ending;

@@ -8,8 +8,8 @@ namespace workbook
 {
 
 /**
- * Writes a file atomically: bytes go to a temporary file beside the target, mode 0600, which
- * commit() renames. An existing target is unchanged until then. Without a successful commit the
+ * Writes a file atomically: bytes go to a temporary file with mode 0600 beside the target, and
+ * commit() renames it. Until then, an existing target is unchanged. Without a successful commit the
  * destructor removes the temporary file.
  *
  * The first error is latched: later calls do nothing, and commit() returns false and sets `errno`

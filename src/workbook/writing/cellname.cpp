@@ -5,7 +5,7 @@ namespace workbook
 
 std::string columnName(int column)
 {
-    // Digits from A to Z without a zero, so each step takes one off.
+    // The digits are A to Z without a zero, so each step subtracts one.
     std::string name;
     for (int rest = column + 1; rest > 0; rest = (rest - 1) / 26)
         name.insert(name.begin(), static_cast<char>('A' + (rest - 1) % 26));

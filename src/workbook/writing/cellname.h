@@ -5,10 +5,10 @@
 namespace workbook
 {
 
-/** "A" for column 0, "AA" for column 26. */
+/** Returns "A" for column 0, "AA" for column 26. */
 std::string columnName(int column);
 
-/** "A1" for row 0 of column 0. */
+/** Returns "A1" for row 0 and column 0. */
 std::string cellName(int row, int column);
 
 } // namespace workbook

@@ -15,15 +15,15 @@ namespace
 constexpr double pixelsPerPoint = 96.0 / 72.0;
 constexpr double paddingPixels = 5;
 constexpr double maxStoredWidth = 255;
-constexpr double steps = 256; // files cut widths to 1/256 of a digit
+constexpr double steps = 256; // files store widths in 1/256 of a digit
 
 struct DigitWidth {
-    std::u16string_view fontName; // as it begins
+    std::u16string_view fontName; // or the beginning of it
     double ofHeight;
 };
 
-// Measured in fonts of the same metrics. Other fonts are taken to be as wide as Arial, which holds
-// for Tahoma, the usual meaning of "MS Shell Dlg 2", at all sizes in use.
+// Measured with fonts of the same metrics. Other fonts are assumed to be as wide as Arial. This is
+// right, at all usual sizes, for Tahoma, which "MS Shell Dlg 2" usually means.
 constexpr DigitWidth digitWidths[] = {
     {u"Calibri", 0.507}, {u"Carlito", 0.507}, {u"Times", 0.500}, {u"Courier", 0.600}};
 constexpr double usualDigitWidth = 0.556;
@@ -44,7 +44,7 @@ double storedColumnWidth(double chars, int digitPixels)
 {
     if (chars <= 0)
         return 0;
-    // Programs show a column that is narrower than its padding and a digit as a part of both.
+    // Below the width of one digit, programs scale the digit together with its padding.
     const double pixels = chars < 1 ? std::round(chars * (digitPixels + paddingPixels))
                                     : std::round(chars * digitPixels) + paddingPixels;
     return std::min(std::trunc(pixels / digitPixels * steps) / steps, maxStoredWidth);

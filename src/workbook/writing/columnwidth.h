@@ -6,18 +6,19 @@ namespace workbook
 struct FontData;
 
 constexpr double minRowPoints = 0.1;
-constexpr double maxRowPoints = 409.5; // what the formats hold
+constexpr double maxRowPoints = 409.5; // the most that the formats can store
 
-/** Pixels (96 to the inch) of the widest digit of a font: the unit of column widths. */
+/** Returns the width of a font's widest digit in pixels of 1/96 inch, the unit of column widths. */
 int digitPixels(const FontData &font);
 
 /**
- * The width that files hold for a column of `chars` digits as its user sees it: with five pixels of
- * padding, in digits, cut to 1/256. Not above 255, the most that spreadsheet programs take.
+ * Returns the width that files store for a column whose width is shown as `chars` digits. It
+ * includes five pixels of padding and is in digits, rounded down to 1/256; at most 255, the limit
+ * of spreadsheet programs.
  */
 double storedColumnWidth(double chars, int digitPixels);
 
-/** Height in points of a row of text in `font` that sets none. */
+/** Returns the height in points of a row in `font` that does not set its height. */
 double defaultRowPoints(const FontData &font);
 
 } // namespace workbook

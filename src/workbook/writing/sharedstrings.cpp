@@ -21,7 +21,7 @@ SharedStrings::SharedStrings(const BookData &book, Empty empty)
                 order.push_back(cell.index);
         }
     }
-    // Those of one use need no sorting: they are the most where sorting would take long.
+    // Texts that are used once need no sorting; when there are many texts, most are such.
     const auto single = std::stable_partition(order.begin(), order.end(),
                                               [&](std::uint32_t text) { return uses[text] > 1; });
     std::stable_sort(order.begin(), single,

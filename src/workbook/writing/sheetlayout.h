@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-/** A sheet in the form that files need: in order, equal neighbours together. */
+/** The content of a sheet as files need it: in order, with equal neighbours combined. */
 namespace workbook
 {
 
@@ -17,7 +17,7 @@ struct UsedRange {
     int lastColumn;
 };
 
-/** The range of the cells, blank ones included; nothing for a sheet without any. */
+/** Returns the range of all cells, including blank ones; nothing if there are none. */
 std::optional<UsedRange> usedRange(const SheetData &sheet);
 
 /** Both columns included. */
@@ -27,10 +27,10 @@ struct ColumnRun {
     ColumnData data;
 };
 
-/** The columns that were set, ascending, as few runs as possible. */
+/** Returns the columns that were set, in ascending order and in as few runs as possible. */
 std::vector<ColumnRun> columnRuns(const SheetData &sheet);
 
-/** A row that has cells or was set: `properties` is null, or first equals last, but not both. */
+/** A row that has cells, was set, or both. `properties` is null if it was not set. */
 struct RowSpan {
     int number;
     const RowData *properties;
@@ -38,7 +38,7 @@ struct RowSpan {
     const Cell *last; // one behind
 };
 
-/** Calls `visit` with every RowSpan, ascending. */
+/** Calls `visit` for every RowSpan, in ascending order. */
 template <class Visit>
 void forEachRow(const SheetData &sheet, Visit visit)
 {

@@ -20,7 +20,7 @@ auto identity(const FormatData &format)
                            format.borders, format.borderColours);
 }
 
-/** Collects values, each once, and knows the place of each. */
+/** Collects distinct values and maps each to its index. */
 template <class Value>
 class Distinct
 {
@@ -56,7 +56,8 @@ StyleTable::StyleTable(const BookData &book)
     for (FormatData format : book.formats) {
         format.font = fontIndexes[format.font];
         for (const Side side : {Left, Right, Top, Bottom}) {
-            // A side without a line has no colour either: formats that look alike are one.
+            // The colour of a side without a line does not matter: formats that look the same
+            // become one.
             if (format.borders.at(side) == libxl::BorderStyle::None)
                 format.borderColours.at(side) = libxl::Color::Automatic;
         }

@@ -10,8 +10,8 @@ namespace workbook
 {
 
 /**
- * The fonts and formats of a book with equal ones made one, in the order in which they first came.
- * The default font and the default format are 0 in both lists.
+ * The distinct fonts and formats of a book, in the order of their first occurrence. Index 0 is the
+ * default font and the default format.
  */
 class StyleTable
 {
@@ -20,10 +20,10 @@ public:
 
     [[nodiscard]] const std::vector<FontData> &fonts() const { return distinctFonts; }
 
-    /** Their `font` is an index of fonts(). */
+    /** Returns the formats. Their `font` is an index into fonts(). */
     [[nodiscard]] const std::vector<FormatData> &formats() const { return distinctFormats; }
 
-    /** The place in formats() of a format of the model. */
+    /** Returns the index in formats() of a format of the model. */
     [[nodiscard]] std::size_t indexOf(std::uint32_t modelFormat) const
     {
         return formatIndexes[modelFormat];

@@ -24,8 +24,8 @@ constexpr std::uint32_t sectorBytes = 512;
 constexpr std::uint32_t entriesPerSector = sectorBytes / 4;
 constexpr std::uint32_t namedInHeader = 109;
 constexpr std::uint32_t namedInOverflow = entriesPerSector - 1;
-// A shorter stream would have to lie in a container of small sectors; zeros behind the last
-// record are allowed, so it is made longer instead.
+// A shorter stream would have to be stored in small sectors. It is padded instead, because zeros
+// after the last record are allowed.
 constexpr std::uint64_t minStreamBytes = 4096;
 
 constexpr std::uint32_t freeSector = 0xFFFFFFFF;
@@ -63,13 +63,13 @@ void appendUnusedEntry(Buffer &out)
 
 } // namespace
 
-/** Counts of sectors, in the order of the file. */
+/** The numbers of sectors, in the order of the file. */
 struct CompoundFile::Layout {
     explicit Layout(std::uint64_t bytes)
         : streamBytes(std::max(bytes, minStreamBytes))
         , stream(static_cast<std::uint32_t>((streamBytes + sectorBytes - 1) / sectorBytes))
     {
-        // The tables have entries for their own sectors, too.
+        // The tables also have entries for their own sectors.
         for (std::uint32_t before = 0; before != total();) {
             before = total();
             table = divideUp(before, entriesPerSector);
@@ -88,8 +88,8 @@ struct CompoundFile::Layout {
     std::uint32_t overflow = 0;
 };
 
-CompoundFile::CompoundFile(ByteSink &target)
-    : sink(target)
+CompoundFile::CompoundFile(ByteSink &byteSink)
+    : sink(byteSink)
 {
     padTo(sectorBytes);
 }

@@ -8,14 +8,14 @@ namespace workbook
 class ByteSink;
 
 /**
- * The container of an .xls: a small file system of 512-byte sectors, here with the one stream
- * "Workbook". The constructor leaves room for the header; write the stream to the sink, then call
- * finish(), which adds the tables and fills in the header.
+ * The container of an .xls file: a small file system of 512-byte sectors, here with a single
+ * stream, "Workbook". The constructor reserves space for the header. Write the stream to the sink,
+ * then call finish(), which adds the tables and fills in the header.
  */
 class CompoundFile
 {
 public:
-    explicit CompoundFile(ByteSink &sink);
+    explicit CompoundFile(ByteSink &byteSink);
 
     void finish();
 

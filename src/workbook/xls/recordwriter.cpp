@@ -18,9 +18,9 @@ bool isNarrow(std::u16string_view text)
     return std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit < 0x100; });
 }
 
-RecordWriter::RecordWriter(ByteSink &target)
-    : sink(target)
-    , start(target.size())
+RecordWriter::RecordWriter(ByteSink &byteSink)
+    : sink(byteSink)
+    , start(byteSink.size())
 {
 }
 

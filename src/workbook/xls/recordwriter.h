@@ -13,21 +13,25 @@ namespace workbook
 constexpr std::uint32_t recordHead = 4; // bytes
 constexpr unsigned twipsPerPoint = 20;
 
-/** True when a text is stored in one byte a character (Latin-1), else it takes two (UTF-16). */
+/**
+ * Returns whether a text can be stored with one byte per character (Latin-1) instead of two
+ * (UTF-16).
+ */
 bool isNarrow(std::u16string_view text);
 
 /**
- * A stream of records, each `u16 id, u16 size, data`, with data of 8,224 bytes at most. A record
- * is begun, filled and ended; a longer one latches the sink's error.
+ * Writes a stream of records, each `u16 id, u16 size, data` with up to 8,224 bytes of data. For
+ * each record, call begin(), append its data, and call end(). A longer record latches an error in
+ * the sink.
  *
- * Positions count from where the writer was made.
+ * Positions count from where the sink was when the writer was constructed.
  */
 class RecordWriter
 {
 public:
     static constexpr std::size_t maxData = 8224;
 
-    explicit RecordWriter(ByteSink &sink);
+    explicit RecordWriter(ByteSink &byteSink);
 
     RecordWriter &begin(unsigned id);
     void end();
@@ -47,22 +51,25 @@ public:
     /** Characters alone. */
     RecordWriter &characters(std::u16string_view text, bool narrow);
 
-    /** A whole record of one number. */
+    /** Writes a record that consists of one number. */
     void flag(unsigned id, unsigned value) { begin(id).u16(value).end(); }
 
-    /** Where the next byte goes. Beyond 2 GiB it is wrong; such a container is not finished. */
+    /**
+     * Returns the position of the next byte. It is wrong beyond 2 GiB, where CompoundFile::finish()
+     * fails.
+     */
     [[nodiscard]] std::uint32_t position() const
     {
         return static_cast<std::uint32_t>(sink.size() - start + buffer.size());
     }
 
-    /** Bytes of data in the record that is open. */
+    /** Returns the number of data bytes in the open record. */
     [[nodiscard]] std::size_t dataBytes() const { return buffer.size() - dataBegin; }
 
-    /** Overwrites what was written before; only between records. */
+    /** Overwrites earlier bytes. Call it only between records. */
     void patch(std::uint32_t at, std::string_view bytes);
 
-    /** Hands everything to the sink; only between records. */
+    /** Passes all records to the sink. Call it only between records. */
     void flush();
 
 private:
@@ -70,7 +77,7 @@ private:
 
     ByteSink &sink;
     const std::uint64_t start;
-    Buffer buffer;             // whole records, and the one that is open
+    Buffer buffer;             // complete records, and the open one
     std::size_t dataBegin = 0; // of the open one
 };
 

@@ -19,7 +19,7 @@ namespace workbook
 namespace
 {
 
-/** A number in 4 bytes (RK), if it comes back as exactly the same. */
+/** Returns the number in 4 bytes (RK), if that represents it exactly. */
 std::optional<std::uint32_t> compressed(double number)
 {
     constexpr double limit = 1U << 29U;
@@ -59,7 +59,7 @@ std::vector<std::uint32_t> XlsCells::write(unsigned defaultRowTwips)
 {
     std::optional<int> blockBegin;
     forEachRow(sheet, [&](const RowSpan &span) {
-        // Blocks without rows have their closing record, too: the index counts them.
+        // Blocks without rows have a closing record too, because the index counts them.
         for (; blockBegin && span.number >= *blockBegin + xlsBlockRows; *blockBegin += xlsBlockRows)
             writeBlock(defaultRowTwips);
         if (!blockBegin)
@@ -84,7 +84,7 @@ void XlsCells::writeBlock(unsigned defaultRowTwips)
     }
     std::vector<unsigned> distances;
     for (const RowSpan &span : block) {
-        // Only rows full of long formulas are longer than a u16 holds; readers do not rely on it.
+        // Only rows full of long formulas exceed a u16. Readers do not rely on this value.
         constexpr std::uint32_t longest = 0xFFFF;
         distances.push_back(std::min(out.position() - before, longest));
         before = out.position();
@@ -209,7 +209,7 @@ void XlsCells::formula(const Cell &cell)
     constexpr unsigned emptyResult = 3;
     constexpr unsigned divisionByZero = 0x07;
     constexpr unsigned overflow = 0x24;
-    // What this engine cannot write was refused when it came.
+    // Always succeeds: writeFormula() refused what cannot be compiled.
     FormulaTokens parsed = parseFormula(book.formulas.at(cell.index)).value();
     const std::string tokens = compileXlsFormula(parsed).value();
     const FormulaValue value = evaluator.valueOf(cell, std::move(parsed));

@@ -16,16 +16,18 @@ class StyleTable;
 constexpr int xlsBlockRows = 32;
 
 /**
- * Writes the rows and cells of a sheet in blocks: of each 32 rows first the rows, then the cells,
- * then a record (DBCELL) with their positions.
+ * Writes the rows and cells of a sheet in blocks of 32 rows: first the rows, then their cells, then
+ * a record with their positions (DBCELL).
  */
 class XlsCells
 {
 public:
-    XlsCells(const BookData &book, const SheetData &sheet, const StyleTable &styles,
-             const SharedStrings &strings, RecordWriter &out);
+    XlsCells(const BookData &bookData, const SheetData &sheetData, const StyleTable &styleTable,
+             const SharedStrings &sharedStrings, RecordWriter &writer);
 
-    /** Returns the positions of the DBCELL records: one a block from the first row to the last. */
+    /**
+     * Returns the positions of the DBCELL records, one per block from the first row to the last.
+     */
     std::vector<std::uint32_t> write(unsigned defaultRowTwips);
 
 private:
@@ -46,7 +48,7 @@ private:
     const SharedStrings &strings;
     RecordWriter &out;
     Evaluator evaluator;
-    std::vector<RowSpan> block; // rows that are still to be written
+    std::vector<RowSpan> block; // rows yet to be written
     std::vector<std::uint32_t> blockEnds;
 };
 

@@ -13,12 +13,12 @@ class StyleTable;
 
 enum class XlsPart : unsigned { Globals = 0x0005, Sheet = 0x0010 };
 
-/** The record that each part of the stream begins with. */
+/** Writes the record with which each part of the stream begins. */
 void writeXlsBegin(XlsPart part, RecordWriter &out);
 
 /**
- * Writes what belongs to the whole book. Returns where in the stream the position of each sheet
- * is to be filled in.
+ * Writes what belongs to the whole book. Returns where in the stream to fill in the position of
+ * each sheet.
  */
 std::vector<std::uint32_t> writeXlsGlobals(const BookData &book, const StyleTable &styles,
                                            const SharedStrings &strings, RecordWriter &out);

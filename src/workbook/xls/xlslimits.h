@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-/** What an .xls can hold. */
+/** The limits of an .xls file. */
 namespace workbook
 {
 

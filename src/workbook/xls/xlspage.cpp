@@ -14,7 +14,7 @@ void calculation(RecordWriter &out)
 {
     constexpr unsigned iterations = 100;
     constexpr double maxChange = 0.001;
-    out.flag(record::CalcMode, 1); // by itself
+    out.flag(record::CalcMode, 1); // automatic
     out.flag(record::CalcCount, iterations);
     out.flag(record::RefMode, 1); // A1
     out.flag(record::Iteration, 0);
@@ -89,7 +89,7 @@ void writeXlsView(const SheetData &sheet, bool isFirst, RecordWriter &out)
 {
     constexpr unsigned usualFlags = 0x00B4; // headings, zeros, automatic grid colour, outline
     constexpr unsigned gridlines = 0x0002;
-    constexpr unsigned frozen = 0x0108; // and not split before
+    constexpr unsigned frozen = 0x0108; // frozen, but not split before
     constexpr unsigned selectedAndShown = 0x0600;
     constexpr unsigned automaticColour = 0x40;
     enum Pane : unsigned { LowerRight, UpperRight, LowerLeft, UpperLeft };

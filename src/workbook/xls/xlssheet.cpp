@@ -19,7 +19,7 @@ namespace workbook
 namespace
 {
 
-/** Rows that have cells or were set; the last one not included. */
+/** The range of the rows that have cells or were set: [begin, end). */
 struct RowRange {
     int begin = 0;
     int end = 0;

@@ -9,7 +9,7 @@ class SharedStrings;
 struct SheetData;
 class StyleTable;
 
-/** Writes the records of one worksheet. `isFirst`: the one that is shown when the file opens. */
+/** Writes the records of one worksheet. `isFirst` marks the sheet that is shown first. */
 void writeXlsSheet(const BookData &book, const SheetData &sheet, const StyleTable &styles,
                    const SharedStrings &strings, bool isFirst, RecordWriter &out);
 

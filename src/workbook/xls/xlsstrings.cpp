@@ -37,7 +37,7 @@ public:
     {
         const bool narrow = isNarrow(text);
         const std::size_t unitBytes = narrow ? 1 : 2;
-        // A string's head and its first character are never parted.
+        // A string's head and its first character must be in the same record.
         constexpr std::size_t headBytes = 3;
         if (room() < headBytes + 2 * unitBytes)
             next();
@@ -46,14 +46,14 @@ public:
         out.u16(static_cast<unsigned>(text.size())).u8(narrow ? 0 : 1);
         while (true) {
             std::size_t fitting = std::min(text.size(), room() / unitBytes);
-            // Some readers decode record by record: a pair of surrogates stays in one.
+            // Some readers decode record by record, so a surrogate pair must be in one record.
             if (fitting < text.size() && isHighSurrogate(text[fitting - 1]))
                 --fitting;
             out.characters(text.substr(0, fitting), narrow);
             text.remove_prefix(fitting);
             if (text.empty())
                 return;
-            // What goes on in the middle of a string repeats its flags.
+            // A record that begins in the middle of a string repeats its flags.
             next();
             out.u8(narrow ? 0 : 1);
         }

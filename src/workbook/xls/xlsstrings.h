@@ -7,7 +7,10 @@ struct BookData;
 class RecordWriter;
 class SharedStrings;
 
-/** The shared strings and their index (SST and EXTSST), cut into records where they are long. */
+/**
+ * Writes the shared strings and their index (SST and EXTSST), continued in further records as
+ * needed.
+ */
 void writeXlsStrings(const BookData &book, const SharedStrings &strings, RecordWriter &out);
 
 } // namespace workbook

@@ -28,8 +28,8 @@ void font(const FontData &data, RecordWriter &out)
         .end();
 }
 
-// Four copies of the default font come first, and no font has the number 4: the numbers of the
-// others are those of the table plus 4.
+// The default font is written four times, and no font has the number 4: all other fonts have their
+// index in the table plus 4.
 constexpr unsigned defaultFontCopies = 4;
 
 unsigned fontIndex(std::size_t tableIndex)
@@ -50,7 +50,7 @@ struct NumFormat {
     std::u16string_view code;
 };
 
-// Built-in formats that every file has to spell out.
+// Built-in formats that every file must define nevertheless.
 constexpr NumFormat spelledOut[] = {
     {5, u"\"$\"#,##0_);\\(\"$\"#,##0\\)"},
     {6, u"\"$\"#,##0_);[Red]\\(\"$\"#,##0\\)"},

@@ -18,24 +18,24 @@ public:
     {
         pending |= bits << pendingBits;
         pendingBits += count;
-        // All eight bytes every time, and then as many taken as are complete: no loop.
+        // Writes all eight bytes and then appends only the complete ones, which needs no loop.
         bytes.put64(pending);
         bytes.grow(pendingBits / 8);
         pending >>= pendingBits & ~7U;
         pendingBits &= 7U;
     }
 
-    /** Fills the last byte. */
+    /** Fills the last byte with zeros. */
     void align() { put(0, (8 - pendingBits) % 8); }
 
-    /** What is complete; clear() takes it away. */
+    /** Returns the complete bytes; clear() removes them. */
     [[nodiscard]] std::string_view view() const { return bytes.view(); }
     void clear() { bytes.clear(); }
 
 private:
     Buffer bytes;
     std::uint64_t pending = 0;
-    unsigned pendingBits = 0; // below 8
+    unsigned pendingBits = 0; // fewer than 8
 };
 
 } // namespace workbook

@@ -33,7 +33,7 @@ void put(BitWriter &out, const HuffmanCode::Word &word)
     out.put(word.bits, word.length);
 }
 
-/** The lengths of words, in runs: how a block tells its code. */
+/** Writes the lengths of all words as runs, from which readers reconstruct a block's code. */
 class CodeLengths
 {
 public:

@@ -11,8 +11,8 @@ namespace workbook
 {
 
 /**
- * A block of a deflate stream (RFC 1951) under construction: bytes, and copies of what was before
- * them. They are kept until write(), because only then is it known which code suits them.
+ * Collects a block of a deflate stream (RFC 1951): bytes, and copies of earlier bytes. They are
+ * kept until write(), because the best code for them is known only then.
  */
 class DeflateBlock
 {
@@ -30,7 +30,7 @@ public:
         items[size++] = symbol;
     }
 
-    /** `length` bytes, minCopy to maxCopy, as they are `distance` bytes before. */
+    /** Appends a copy of the `length` bytes (minCopy to maxCopy) that are `distance` bytes back. */
     void copy(std::size_t length, std::size_t distance)
     {
         const Item item = isCopy | static_cast<Item>((distance - 1) << 8U | (length - minCopy));
@@ -41,7 +41,7 @@ public:
 
     [[nodiscard]] bool full() const { return size == items.size(); }
 
-    /** Writes the block and begins the next. */
+    /** Writes the block and starts the next one. */
     void write(BitWriter &out, bool isLast);
 
 private:
@@ -54,14 +54,16 @@ private:
     static constexpr std::size_t symbols = 286;
     static constexpr std::size_t distances = 30;
 
-    /** Lengths and distances are sent as a symbol for a range of them and bits for the rest. */
+    /** Lengths and distances are encoded as a symbol for a range and extra bits for the rest. */
     struct Class {
         unsigned symbol;
         unsigned extraBits;
         std::uint32_t extra;
     };
 
-    /** Classes double in width after every `perWidth` of them, a power of two given as `bits`. */
+    /**
+     * Returns the class of a value. There are 2^`bits` classes of each width, and widths double.
+     */
     static Class classOf(std::uint32_t value, unsigned bits)
     {
         const unsigned log = 31U - static_cast<unsigned>(__builtin_clz(value | 1U));

@@ -8,10 +8,10 @@ namespace workbook
 namespace
 {
 
-constexpr unsigned candidatesBetweenPhrases = 1; // the nearest is the cell before
+constexpr unsigned candidatesBetweenPhrases = 1; // only the nearest: usually the previous cell
 constexpr unsigned candidatesInText = 16;
 
-/** A match from that far may be worth less than one that begins a byte later. */
+/** From this distance on, a match may save less than one that begins a byte later. */
 constexpr std::size_t farDistance = 256;
 
 } // namespace
@@ -37,7 +37,7 @@ void Deflater::finish()
     finder.restart();
 }
 
-/** Compresses up to `end`, where matches end, too. */
+/** Compresses up to `end`. Matches do not reach beyond it. */
 void Deflater::search(const char *end)
 {
     Match match;
@@ -59,7 +59,7 @@ void Deflater::search(const char *end)
     }
 }
 
-/** A match may be longer than the phrase, and reach over the next ones. */
+/** A match may be longer than the phrase and cover the next ones too. */
 void Deflater::phrase(const char *begin, const char *end, const char *textEnd)
 {
     const std::size_t distance = finder.findPhrase(begin, end);

@@ -12,7 +12,7 @@
 namespace workbook
 {
 
-/** A piece of text, [begin, end), that has probably been there before as a whole. */
+/** A piece of text, [begin, end), that has probably occurred before as a whole. */
 struct Phrase {
     std::size_t begin;
     std::size_t end;
@@ -21,22 +21,25 @@ struct Phrase {
 /**
  * Compresses texts into streams of deflate (RFC 1951).
  *
- * A general compressor spends its time on the search for what was there before. In the XML of a
- * sheet nearly all of that is where its writer can point at it: the tag of a cell is the same as
- * that of the same column in a row above. Such phrases are looked up as a whole, and between them
- * there is only the end of a row's number, which stands in the cell before, and a value. This
- * takes a quarter of the time that zlib needs for the same, and what it makes is smaller.
+ * A general compressor spends most of its time searching for repetitions. In the XML of a sheet,
+ * the writer knows nearly all of them: the tag of a cell is the same as that of the cell above.
+ * Such phrases are looked up as a whole. Between them there are only row numbers, which also occur
+ * in the previous cell, and values. This takes a quarter of the time of zlib and makes smaller
+ * files.
  */
 class Deflater
 {
 public:
-    /** `phrases` are places in `text`, ascending and apart; without any all text is searched. */
+    /**
+     * Compresses `text`. `phrases` are places in it, in ascending order and without overlaps.
+     * Without phrases, the whole text is searched for repetitions.
+     */
     void append(std::string_view text, const std::vector<Phrase> &phrases);
 
-    /** Completes the stream; what follows is another. */
+    /** Completes the stream; the next append() starts another one. */
     void finish();
 
-    /** What is complete of the stream; clear() takes it away. */
+    /** Returns the complete bytes of the stream; clear() removes them. */
     [[nodiscard]] std::string_view packed() const { return bits.view(); }
     void clear() { bits.clear(); }
 
@@ -46,8 +49,8 @@ private:
     void byte();
     void copy(std::size_t length, std::size_t distance);
 
-    const char *next = nullptr; // of the text, not compressed yet
-    unsigned candidates = 1;    // to look at in a search
+    const char *next = nullptr; // the first byte of the text that is not compressed yet
+    unsigned candidates = 1;    // how many a search examines
     MatchFinder finder;
     DeflateBlock block;
     BitWriter bits;

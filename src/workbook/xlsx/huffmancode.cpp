@@ -9,7 +9,7 @@ namespace workbook
 namespace
 {
 
-/** Of `counts`, those of the symbols that occur, the rarest first; at least two. */
+/** Returns the symbols that occur, the rarest first, but at least two symbols. */
 std::vector<std::size_t> usedSymbols(const std::uint32_t *counts, std::size_t symbols)
 {
     std::vector<std::size_t> used;
@@ -27,8 +27,9 @@ std::vector<std::size_t> usedSymbols(const std::uint32_t *counts, std::size_t sy
 }
 
 /**
- * Joins the two rarest nodes until one is left; returns how deep the leaves are then, the first
- * one deepest. `counts` are those of the leaves, ascending; sums ascend on their own.
+ * Joins the two rarest nodes until one is left. Returns the depths of the leaves in that tree, the
+ * deepest first. `counts` are the leaves' counts in ascending order; the sums are then ascending
+ * too.
  */
 std::vector<unsigned> leafDepths(std::vector<std::uint32_t> counts)
 {
@@ -73,7 +74,7 @@ HuffmanCode::HuffmanCode(const std::uint32_t *counts, std::size_t symbols, unsig
         leaves.push_back(counts[symbol]);
     std::vector<unsigned> depths = leafDepths(leaves);
     while (depths.front() > longest) {
-        // Flatter counts make a flatter tree; their order stays.
+        // More equal counts make a flatter tree, and stay in order.
         for (std::uint32_t &count : leaves)
             count = count / 2 + 1;
         depths = leafDepths(leaves);
@@ -83,8 +84,7 @@ HuffmanCode::HuffmanCode(const std::uint32_t *counts, std::size_t symbols, unsig
     assignBits(longest);
 }
 
-/** Words count up: within a length by symbol, and each length goes on where the one before ended.
- */
+/** Assigns consecutive words, by length and then by symbol. */
 void HuffmanCode::assignBits(unsigned longest)
 {
     std::uint32_t next = 0;

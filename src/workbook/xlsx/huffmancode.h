@@ -8,8 +8,8 @@ namespace workbook
 {
 
 /**
- * A prefix code: frequent symbols get short words. A symbol that does not occur has a word of no
- * bits. There are two words at least, because some readers refuse less.
+ * A prefix code: frequent symbols get short words. A symbol that does not occur has a word of
+ * length 0. There are at least two words, because some readers refuse fewer.
  */
 class HuffmanCode
 {
@@ -17,11 +17,13 @@ public:
     static constexpr std::size_t maxSymbols = 286;
 
     struct Word {
-        std::uint32_t bits = 0; // the first bit is the lowest, as deflate sends it
+        std::uint32_t bits = 0; // the first bit is the lowest, as in deflate
         unsigned length = 0;
     };
 
-    /** `counts`: how often each of the `symbols` occurs. `longest`: the most bits of a word. */
+    /**
+     * `counts` says how often each of the `symbols` occurs. No word is longer than `longest` bits.
+     */
     HuffmanCode(const std::uint32_t *counts, std::size_t symbols, unsigned longest);
 
     const Word &operator[](std::size_t symbol) const { return words[symbol]; }

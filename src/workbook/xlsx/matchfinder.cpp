@@ -10,13 +10,13 @@ namespace workbook
 namespace
 {
 
-constexpr std::size_t windowBytes = 0x8000; // as far as deflate can refer back
+constexpr std::size_t windowBytes = 0x8000; // the farthest that deflate can refer back
 constexpr std::size_t hashedBytes = 4;
-constexpr unsigned hashBits = 13; // few enough for the tables to stay in the nearest cache
+constexpr unsigned hashBits = 13; // few, so that the tables fit into the L1 cache
 constexpr unsigned phraseHashBits = 12;
-constexpr std::size_t plenty = 32; // bytes: to look for a longer match costs more than it gains
+constexpr std::size_t plenty = 32; // bytes; searching for a longer match costs more than it gains
 
-constexpr std::uint64_t multiplier = 0x9E3779B97F4A7C15U; // spreads into the highest bits
+constexpr std::uint64_t multiplier = 0x9E3779B97F4A7C15U; // mixes all bits into the highest ones
 
 template <class Number>
 Number load(const char *from)
@@ -41,7 +41,10 @@ std::size_t hashOfPhrase(const char *begin, const char *end)
     return hash >> (64U - phraseHashBits);
 }
 
-/** A byte costs some four bits, a copy ten and those of its distance. */
+/**
+ * Returns about how many bits a copy saves: a byte costs about four bits, a copy ten and the bits
+ * of its distance.
+ */
 int gainOf(std::size_t length, std::size_t distance)
 {
     constexpr int copyBits = 10;
@@ -75,7 +78,9 @@ void MatchFinder::restart()
     window.clear();
 }
 
-/** 0 for what deflate cannot reach. The tables hold leftovers, too, which lie anywhere. */
+/**
+ * Returns 0 if deflate cannot reach that far. The tables may contain outdated positions anywhere.
+ */
 std::size_t MatchFinder::distanceTo(Position earlier, const char *place) const
 {
     const Position distance = positionOf(place) - earlier;
@@ -84,7 +89,7 @@ std::size_t MatchFinder::distanceTo(Position earlier, const char *place) const
     return distance <= reach ? distance : 0;
 }
 
-/** Returns the place before with the same hash. */
+/** Remembers a place. Returns the previous one with the same hash. */
 MatchFinder::Position MatchFinder::remember(const char *place)
 {
     const Position position = positionOf(place);
@@ -130,7 +135,7 @@ std::size_t MatchFinder::findPhrase(const char *begin, const char *end)
 
 std::size_t MatchFinder::length(const char *place, const char *end, std::size_t distance)
 {
-    // In steps of eight bytes: most matches are longer.
+    // In steps of eight bytes, because most matches are longer.
     const char *at = place;
     while (end - at >= 8 && load<std::uint64_t>(at) == load<std::uint64_t>(at - distance))
         at += 8;

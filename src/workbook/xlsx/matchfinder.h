@@ -9,47 +9,54 @@
 namespace workbook
 {
 
-/** Text that was there before, `distance` bytes ago. */
+/** A repetition of the text `distance` bytes back. */
 struct Match {
     std::size_t length = 0;
     std::size_t distance = 0;
-    int gain = 0; // about how many bits it saves; none is worth nothing
+    int gain = 0; // about how many bits it saves; 0 without a match
 };
 
 /**
- * Keeps the last 32 KiB of a text and finds earlier places in it that go on alike.
+ * Keeps the last 32 KiB of a text and finds earlier occurrences of what follows a place.
  *
- * Places are pointers into what append() returned, valid until the next append. A place is found
- * only if it was looked up or remembered before.
+ * Places are pointers into what append() returned, valid until the next append(). An earlier place
+ * is found only if it was passed to find() or remember().
  */
 class MatchFinder
 {
 public:
     MatchFinder();
 
-    /** The same text, where there is room before it for what went before. */
+    /** Returns a copy of the text in the window, after the text before it. */
     std::string_view append(std::string_view text);
 
-    /** What follows is another text, for which nothing of this one may be used. */
+    /** Starts another text, which must not refer to this one. */
     void restart();
 
     /**
-     * The match at `place` that gains most among the last `candidates` with the same four bytes. It
-     * ends at `end` at the latest.
+     * Returns the match at `place` that saves most, among the last `candidates` places with the
+     * same four bytes. It does not reach beyond `end`.
      */
     Match find(const char *place, const char *end, unsigned candidates);
 
-    /** Makes the places from `begin` on findable for find(). */
+    /** Makes the places from `begin` to `end` available to find(). */
     void remember(const char *begin, const char *end);
 
-    /** How far before `begin` the same phrase, [begin, end), was last looked up; 0 for never. */
+    /**
+     * Returns how many bytes before `begin` the phrase [begin, end) was last passed to this
+     * function; 0 for never.
+     */
     std::size_t findPhrase(const char *begin, const char *end);
 
-    /** How far the text from `place` to `end` is the same as `distance` before. */
+    /**
+     * Returns for how many bytes the text from `place` to `end` equals the text `distance` bytes
+     * back.
+     */
     static std::size_t length(const char *place, const char *end, std::size_t distance);
 
 private:
-    using Position = std::uint32_t; // in the whole text, modulo 4 GiB: only differences count
+    // In the whole text, modulo 4 GiB, because only differences are used.
+    using Position = std::uint32_t;
 
     [[nodiscard]] Position positionOf(const char *place) const
     {

@@ -95,7 +95,7 @@ void XlsxSheet::columns()
     xml << "</cols>";
 }
 
-/** Composes once what many cells have in common. */
+/** Composes the tags that many cells share. */
 void XlsxSheet::prepareTags()
 {
     for (int column = 0; used && column <= used->lastColumn; ++column)
@@ -127,7 +127,10 @@ void XlsxSheet::flush()
     phraseBegin = 0;
 }
 
-/** From phraseBegin to here a row above is the same: no number of a row, no value. */
+/**
+ * Ends a phrase that began at phraseBegin: it has no row number and no value, so the row above
+ * probably has the same.
+ */
 void XlsxSheet::endPhrase()
 {
     phrases.push_back({phraseBegin, xml.size()});
@@ -153,8 +156,8 @@ void XlsxSheet::row(const RowSpan &span)
     xml << "</row>";
 }
 
-// In this order of attributes, what neighbouring cells or rows have in common is in one piece,
-// which makes files smaller.
+// This order of the attributes keeps together what neighbouring cells and rows share, which makes
+// files smaller.
 void XlsxSheet::cell(const Cell &cell, std::string_view rowName)
 {
     const bool isText = cell.kind() == CellKind::Text;
@@ -181,7 +184,7 @@ void XlsxSheet::cell(const Cell &cell, std::string_view rowName)
 }
 
 /**
- * Leaves out a value that is unknown: programs then calculate it instead of showing a wrong one.
+ * Leaves out an unknown value, so that programs calculate it instead of showing a wrong one.
  * Returns what closes the cell.
  */
 std::string_view XlsxSheet::formula(const Cell &cell)

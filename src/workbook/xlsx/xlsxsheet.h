@@ -18,14 +18,14 @@ class SharedStrings;
 class StyleTable;
 class ZipWriter;
 
-/** Writes the part of one worksheet into the open entry of an archive, piece by piece. */
+/** Writes the XML of one worksheet into the open entry of an archive, piece by piece. */
 class XlsxSheet
 {
 public:
-    XlsxSheet(const BookData &book, const SheetData &sheet, const StyleTable &styles,
-              const SharedStrings &strings, ZipWriter &zip);
+    XlsxSheet(const BookData &bookData, const SheetData &sheetData, const StyleTable &styleTable,
+              const SharedStrings &sharedStrings, ZipWriter &zipWriter);
 
-    /** `isFirst`: this is the sheet that is shown when the file is opened. */
+    /** `isFirst` marks the sheet that is shown first. */
     void write(bool isFirst);
 
 private:
@@ -52,7 +52,7 @@ private:
     std::vector<Phrase> phrases; // of xml
     std::size_t phraseBegin = 0;
     std::vector<std::string> columnNames;
-    std::vector<std::string> textTags;  // "<c t=\"s\" s=\"1\" r=\"", by format of the model
+    std::vector<std::string> textTags;  // "<c t=\"s\" s=\"1\" r=\"", by index of the model's format
     std::vector<std::string> otherTags; // the same without the type
 };
 

@@ -56,7 +56,7 @@ std::string argb(libxl::Color colour)
     return text;
 }
 
-/** Builds the part list by list, as the schema orders them. */
+/** Builds the part list by list, in the order that the format requires. */
 class StylesPart
 {
 public:
@@ -71,7 +71,7 @@ public:
         xml << xmlDeclaration << "<styleSheet xmlns=\"" << sheetNamespace << "\">";
         numFormats();
         fonts();
-        // Programs ignore what a file says of the first two fills and take them for these.
+        // Programs assume these two fills, whatever a file says.
         xml << "<fills count=\"2\"><fill><patternFill patternType=\"none\"/></fill>"
                "<fill><patternFill patternType=\"gray125\"/></fill></fills>";
         borders();

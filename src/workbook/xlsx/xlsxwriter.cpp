@@ -62,7 +62,7 @@ void packageRelations(XmlText &xml)
     xml << "</Relationships>";
 }
 
-/** Sheets are rId1 and on; the other parts follow. */
+/** The sheets come first, from rId1 on; the other parts follow. */
 void bookRelations(const BookData &book, XmlText &xml)
 {
     beginRelations(xml);
@@ -113,7 +113,10 @@ void workbookPart(const BookData &book, XmlText &xml)
     xml << "<calcPr fullCalcOnLoad=\"1\"/></workbook>";
 }
 
-/** Without the attribute, programs may drop blanks at the ends and line breaks. */
+/**
+ * Returns whether the text needs the attribute xml:space, without which programs may drop line
+ * breaks and blanks at the ends.
+ */
 bool needsSpacePreserved(std::u16string_view text)
 {
     return !text.empty() &&
@@ -169,7 +172,10 @@ void writeXlsx(const BookData &book, ByteSink &sink)
     zip.finish();
 }
 
-/** The file holds the text of a formula; programs may know more functions than we do. */
+/**
+ * Accepts every formula: the file contains its text, and programs may know functions that this
+ * engine does not.
+ */
 bool isAnyFormula(std::u16string_view /*text*/)
 {
     return true;

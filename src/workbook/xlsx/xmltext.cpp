@@ -19,7 +19,10 @@ constexpr bool isHexDigit(char16_t unit)
            (unit >= u'a' && unit <= u'f');
 }
 
-/** Spreadsheet programs read "_x000D_" as a character; what only looks so must not become one. */
+/**
+ * Returns whether `rest` begins like "_x000D_", which spreadsheet programs would read as an escaped
+ * character.
+ */
 bool looksEscaped(std::u16string_view rest)
 {
     return rest.size() >= 7 && rest[0] == u'_' && rest[1] == u'x' && rest[6] == u'_' &&
@@ -44,7 +47,7 @@ std::string_view replacement(std::u16string_view rest)
         return "&gt;";
     case u'"':
         return "&quot;";
-    case u'\r': // a parser would make it a line feed
+    case u'\r': // a parser would convert it to a line feed
         return "_x000D_";
     case u'\n':
         return "\n";
@@ -59,7 +62,7 @@ std::string_view replacement(std::u16string_view rest)
 
 XmlText &XmlText::operator<<(std::u16string_view text)
 {
-    constexpr std::size_t longest = 7; // bytes for a unit: "_x000D_"
+    constexpr std::size_t longest = 7; // bytes per unit: "_x000D_"
     char *const begin = buffer.room(longest * text.size());
     char *out = begin;
     while (!text.empty()) {
@@ -80,8 +83,8 @@ XmlText &XmlText::operator<<(std::u16string_view text)
 
 XmlText &XmlText::operator<<(double number)
 {
-    // Whole numbers are frequent, and to_chars would write 100000 as "1e+05". Hundredths are, too:
-    // what so few digits read back is the shortest.
+    // Whole numbers are frequent, and to_chars() would write 100000 as "1e+05". Numbers with two
+    // decimals are frequent too, and that text is the shortest if it reads back as the same number.
     constexpr double wholeLimit = 1e15;
     constexpr double hundredthsLimit = 1e13;
     if (std::fabs(number) < wholeLimit && std::trunc(number) == number)

@@ -15,13 +15,13 @@ class ZipWriter;
 constexpr std::string_view xmlDeclaration =
     "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n";
 
-/** The namespace of sheets, styles and strings. */
+/** The XML namespace of sheets, styles and strings. */
 constexpr std::string_view sheetNamespace =
     "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
 
 /**
- * XML under construction. Narrow text is markup and goes in unchanged; UTF-16 is text and
- * gets escaped, for content and for attributes alike. No locale is asked.
+ * Collects XML. Narrow strings are markup, appended unchanged; UTF-16 strings are text, escaped
+ * both for content and for attributes. Does not depend on the locale.
  */
 class XmlText
 {
@@ -36,10 +36,10 @@ public:
 
     XmlText &operator<<(std::u16string_view text);
 
-    /** The shortest text that reads back as the same number; `number` is finite. */
+    /** Appends the shortest text that reads back as the same number, which must be finite. */
     XmlText &operator<<(double number);
 
-    // Characters and truth values are not numbers.
+    // These are not numbers.
     XmlText &operator<<(char) = delete;
     XmlText &operator<<(char16_t) = delete;
     XmlText &operator<<(bool) = delete;
@@ -70,10 +70,10 @@ private:
     Buffer buffer;
 };
 
-/** This much XML is worth moving into the archive. */
+/** How much XML to collect before moving it into the archive. */
 constexpr std::size_t chunkBytes = 0x10000;
 
-/** Moves the text into the archive's open entry when there is a chunk of it. */
+/** Moves the text into the archive's open entry if it has at least chunkBytes. */
 void flushChunk(XmlText &xml, ZipWriter &zip);
 
 } // namespace workbook

@@ -14,24 +14,24 @@ class Buffer;
 class ByteSink;
 
 /**
- * A ZIP archive of deflated entries, streamed into a sink: an entry is compressed while it is
- * written, and its local header gets sizes and checksum afterwards. All entries carry the same
- * fixed time, so that equal content makes equal bytes.
+ * Writes a ZIP archive of deflated entries to a sink. Each entry is compressed while it is written;
+ * sizes and checksum are filled into its local header afterwards. All entries have the same fixed
+ * time, so that equal content makes equal bytes.
  *
- * begin, append..., end per entry, then finish. Errors are latched in the sink, also for an
- * archive that would need the 64-bit extension (4 GiB).
+ * For each entry, call begin(), append() any number of times, and end(); then finish(). Errors are
+ * latched in the sink, also if the archive would need the 64-bit extension (4 GiB).
  */
 class ZipWriter
 {
 public:
-    explicit ZipWriter(ByteSink &sink);
+    explicit ZipWriter(ByteSink &byteSink);
     ZipWriter(const ZipWriter &) = delete;
     ZipWriter &operator=(const ZipWriter &) = delete;
 
     /** `name` is ASCII with "/" between folders and unique in the archive. */
     void begin(std::string_view name);
 
-    /** `phrases` are what is known of `bytes`: see Deflater::append. */
+    /** `phrases` are as for Deflater::append(). */
     void append(std::string_view bytes, const std::vector<Phrase> &phrases = {});
 
     void end();
