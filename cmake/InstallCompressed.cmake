@@ -1,4 +1,4 @@
-# Installs `file` compressed, as `name` in the folder `destination`. Without the time of the build, so
+# Installs `file` compressed, as `name` in the folder `destination`, without the time of the build, so
 # that two builds make the same package.
 find_program(GZIP gzip REQUIRED)
 function(autoreport_install_compressed file destination name)

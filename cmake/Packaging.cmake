@@ -14,7 +14,7 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION database)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# What no library tells: the driver and the databases that Qt looks for while it runs.
+# Dependencies that no linked library reveals: the driver and the databases that Qt loads at run time.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt5sql5-mysql, shared-mime-info, tzdata")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "mariadb-server")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
