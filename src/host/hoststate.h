@@ -16,8 +16,8 @@ struct ReportKind;
 struct Durations {
     static constexpr std::array<double, 11> boundsSeconds{0.1, 0.5, 1,   2,   5,  10,
                                                           30,  60,  120, 300, 900};
-    std::array<quint64, boundsSeconds.size() + 1>
-        counts{}; ///< one per bound, and one above all of them
+    /// One per bound, and one for durations above all bounds.
+    std::array<quint64, boundsSeconds.size() + 1> counts{};
     double sumSeconds = 0;
 
     void add(double seconds);

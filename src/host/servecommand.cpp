@@ -167,8 +167,8 @@ bool ServeCommand::startPlugin()
 
 void ServeCommand::waitForEnd()
 {
-    ScanWatch scans(
-        *plugin->pluginObject()); // destroyed, with its signal connections, before the plug-in
+    // Destroyed, with its signal connections, before the plug-in.
+    ScanWatch scans(*plugin->pluginObject());
     followSignals(scans);
     state.takeNextScan(scans.nextScan());
     QObject::connect(&scans, &ScanWatch::scanned, &services, &ServiceManager::scanned);

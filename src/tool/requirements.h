@@ -6,10 +6,9 @@
 
 /// A statement of the reports that the server would not execute.
 struct UnmetRequirement {
-    QString text;       ///< the statement's tables and the server's error
-    QStringList tables; ///< the first one is what the statement is about
-    bool isForbidden =
-        false; ///< a right is missing; otherwise a table or column is missing or damaged
+    QString text;             ///< the statement's tables and the server's error
+    QStringList tables;       ///< the first one is what the statement is about
+    bool isForbidden = false; ///< a right is missing; otherwise a table or column is, or is damaged
 };
 
 /**

@@ -30,6 +30,6 @@ private:
     const ServerSocket socket;
     ConnectionOptions options;
     mutable QSemaphore stop;
-    std::thread
-        thread; ///< not a QThread, whose wait() may return before the thread has fully ended
+    /// Not a QThread, whose wait() may return before the thread has fully ended.
+    std::thread thread;
 };
