@@ -12,14 +12,19 @@ class DailyAttenReport::Content : public ReportContent
 public:
     Content(DailyAttenReport &owner, const ReportRun &run)
         : report(owner)
+        , isWorkers(run.isScheduled)
         , today(run.now.date())
         , data(report.database, report.options, today, [&run] { return isStopRequested(run); })
     {
     }
 
-    /// The report lives as long as its worker, of which there are hundreds: it keeps no table from
-    /// one run to the next.
-    ~Content() override { report.shifts = ShiftTable(); }
+    /// A worker's report lives as long as the worker, of which there are hundreds: it keeps no
+    /// table from one run to the next.
+    ~Content() override
+    {
+        if (isWorkers)
+            report.shifts = ShiftTable();
+    }
     Q_DISABLE_COPY_MOVE(Content)
 
     bool loadPeople() override { return data.loadPeople(); }
@@ -54,6 +59,7 @@ public:
 
 private:
     DailyAttenReport &report;
+    bool isWorkers; ///< whether a worker runs the report
     QDate today;
     DailyAttenData data;
     std::unique_ptr<DailyAttenSheet> sheet;
