@@ -231,7 +231,10 @@ void ServeCommand::clearWorkbooks()
     if (!options.clearsWorkbooks || clearedOn == today)
         return;
     clearedOn = today;
-    const QDir folder(QDir::tempPath());
+    const QString path = QDir::tempPath(); // empty if it is missing, which QDir takes for "."
+    if (path.isEmpty())
+        return;
+    const QDir folder(path);
     if (const int removed = removeOldWorkbooks(folder, today); removed > 0)
         qInfo("Host - %i workbooks of past months removed from '%s'", removed,
               qUtf8Printable(folder.path()));
@@ -267,7 +270,7 @@ void ServeCommand::removeSchemaConnections()
     for (const QString &name : names) {
         if (!name.startsWith(mine))
             continue;
-        QSqlDatabase::database(name, false).close(); // the pool keeps open connections
+        QSqlDatabase::database(name, false).close(); // the pool does not remove open connections
         manager->addUnusedConnection(name);
         found = true;
     }

@@ -15,7 +15,7 @@ constexpr qint64 graceSeconds = 4200; // a scan per hour, a tick per minute, and
 constexpr qint64 graceOfServed = 300; // if a host serves the schema: a tick and the report
 const char *const scanAtOnce = "wait, or let the host scan at once: systemctl reload autoreport";
 
-/// Checks whether today's run failed, even if it counts as made, as a run without mails may.
+/// Checks whether today's run failed. A run without mails may fail and still count as made.
 void checkLastRun(const RunOutcome &last, const StoredSettings &stored, const QDateTime &now,
                   const QString &command, Findings &findings)
 {

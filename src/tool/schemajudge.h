@@ -30,7 +30,7 @@ struct SchemaJudgement {
     bool isComplete = true;    ///< otherwise the server stopped answering
     int queued = -1;           ///< mails waiting for the sender; -1 if they cannot be counted
     qint64 oldestSeconds = 0;  ///< age of the oldest of them, by the server's clock
-    QVector<Finding> findings; ///< why no report could be judged; empty if they were
+    QVector<Finding> findings; ///< why the reports could not be judged; empty if they were
     QVector<ReportJudgement> reports; ///< daily first; empty if the settings cannot be read
 
     bool hasProblem() const;
@@ -54,7 +54,7 @@ public:
     enum class Scope {
         Problems,  ///< of enabled reports; disabled ones are only reported as such
         Notices,   ///< tables in a cluster, machines that serve the schema
-        AllReports ///< problems of problems of disabled reports, as if they were enabled
+        AllReports ///< problems of disabled reports, as if they were enabled
     };
 
     /// `hosts` must outlive the object. All schemas are judged as of `moment`.

@@ -128,10 +128,10 @@ void countRows(const QSqlDatabase &database, QVector<ReportReading> &reports)
                           : QStringLiteral("0"));
     QSqlQuery query = freshQuery(database);
     query.exec(QStringLiteral("SELECT ") + counts.join(QStringLiteral(", ")));
-    if (!query.next())
-        return;
+    const bool isCounted = query.next();
     for (int i = 0; i < reports.size(); ++i)
-        reports[i].rows = query.value(i).toInt() * reports.at(i).needs.rowsPerPerson;
+        reports[i].rows =
+            isCounted ? query.value(i).toInt() * reports.at(i).needs.rowsPerPerson : -1;
 }
 
 void checkReading(const QSqlDatabase &database, const ReportReading &reading, Findings &findings)
@@ -289,7 +289,7 @@ void checkReport(const QSqlDatabase &database, const ReportReading &reading, con
     checkReading(database, reading, findings);
     if (arePeopleReadable(reading))
         checkRows(reading.rows, *reading.needs.format, *reading.kind, findings);
-    const qint64 bytes = leastBytes + reading.rows * leastBytesPerRow;
+    const qint64 bytes = leastBytes + std::max(0, reading.rows) * leastBytesPerRow;
     checkRoom(bytes, machine, findings);
     checkMail(bytes, facts, findings);
 }

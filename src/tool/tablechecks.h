@@ -21,7 +21,7 @@ struct ReportReading {
     const ReportKind *kind = nullptr;
     ReportNeeds needs;
     QVector<UnmetRequirement> unmet = {}; ///< what it cannot read
-    int rows = 0;                         ///< of its workbook; 0, too, if it cannot read the people
+    int rows = 0; ///< of its workbook; 0 if it cannot read the people, -1 if nobody can count them
 };
 
 /// Asks what these reports find, given their kinds and needs.

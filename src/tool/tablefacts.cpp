@@ -42,7 +42,8 @@ void take(const QSqlQuery &row, TableFacts &facts)
     if (about == QLatin1String("engine"))
         facts.unsafeTables.append({name, text});
     else if (about == QLatin1String("key")) // one over several columns allows a name twice
-        facts.isNameUnique |= number == 1 && text == QLatin1String("name");
+        facts.isNameUnique |=
+            number == 1 && text.compare(QLatin1String("name"), Qt::CaseInsensitive) == 0;
     else if (text == QLatin1String("data"))
         facts.dataBytes = number;
     else
