@@ -45,8 +45,8 @@ public:
     /// If true, closes the information database after each query; the next one reopens it.
     void setCloseInfoDB(bool close);
 
-    /// Returns whether checkOpenDB() last succeeded in opening the information database; false if
-    /// the database was already open when it was set.
+    /// Returns whether checkOpenDB() succeeded when it last tried to open the information database.
+    /// Without an attempt, false, even if the database was already open when setInfoDB() took it.
     bool isInfoDB() const;
 
     /// Opens `db` if it is closed. Returns whether it is open. No lock.

@@ -25,7 +25,7 @@ public:
     ~ServerSocket() { close(); }
     Q_DISABLE_COPY(ServerSocket)
 
-    /// Takes over the descriptor of `other` and closes its own.
+    /// Closes the descriptor of this object and takes over that of `other`.
     ServerSocket &operator=(ServerSocket &&other) noexcept;
 
     bool isValid() const { return descriptor != -1; }

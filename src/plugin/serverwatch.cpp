@@ -103,7 +103,7 @@ std::vector<ServerWatch::Waiting> ServerWatch::waitingConnections()
     return waiting;
 }
 
-/// Probes once each server that a connection waits for.
+/// Probes each server that connections wait for, once, unless it has answered recently.
 void ServerWatch::look()
 {
     const std::vector<Waiting> waiting = waitingConnections();

@@ -15,8 +15,8 @@ constexpr int stopMs = 10000;
 constexpr int ownWillMs = 4000;
 constexpr int terminationMs = 500;
 
-/// A worker's thread. Termination is disabled while it runs, because it unwinds the stack from the
-/// next blocking call: if that is in a destructor, the host's process aborts.
+/// A worker's thread, with termination disabled: to terminate it would unwind its stack from the
+/// next blocking call, and if that is in a destructor, the host's process aborts.
 class WorkerThread : public QThread
 {
 public:
@@ -50,8 +50,8 @@ bool WorkerRegistry::add(const QString &token, std::unique_ptr<AutoReportWorker>
     QObject::connect(worker, &AutoReportWorker::finished, worker, &QObject::deleteLater);
     QObject::connect(thread.get(), &QThread::finished, thread.get(), &QObject::deleteLater);
 
-    // Both run in the worker's thread. A queued "stop" is lost if the event loop exits before it is
-    // delivered, so the end of the thread stops a worker that has not stopped yet.
+    // Both handlers run in the worker's thread. A queued "stop" is lost if the event loop exits
+    // before it is delivered, so the end of the thread stops a worker that has not stopped yet.
     const auto handle = std::make_shared<WorkerHandle>(worker);
     QObject::connect(
         worker, &AutoReportWorker::finished, worker, [handle] { handle->clear(); },

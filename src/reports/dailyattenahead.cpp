@@ -15,11 +15,11 @@
 namespace
 {
 
-// With these limits a result has a few thousand rows and takes about a megabyte.
+// With these limits a result has up to some ten thousand rows and takes a few megabytes.
 constexpr int peoplePerStatement = 500; ///< MariaDB turns lists of 1,000 and more into subqueries
 constexpr int cellsAhead = 8000;
-/// At least, if the month has as many days: to look a person up costs the server as much as to read
-/// a few days.
+/// A block may have this many days however many people there are, because looking a person up costs
+/// the server as much as reading a few days.
 constexpr int daysAhead = 16;
 
 // The columns of every statement: the person, the moment, then the values.
@@ -136,7 +136,7 @@ struct DailyAttenAhead::Block {
     int people = 0;
     int firstDay = 0; ///< 0: nothing is read
     int days = 0;
-    DayValues open;          ///< of all cells
+    DayValues open;          ///< values left open in every cell
     bool failed = false;     ///< a statement failed
     std::vector<Cell> cells; ///< the days of the first person, then those of the next
 };

@@ -18,14 +18,14 @@ class QSqlQuery;
  * Reads the days of many people at once, so that a report costs a few statements instead of four
  * for each of its rows.
  *
- * Returns exactly the values that the statements for one person and one day would return. A value
- * for which this is uncertain is left open, and the caller runs those statements: after an error,
+ * Returns exactly the values that the statements for one person and one day would return. It leaves
+ * a value open, so that the caller must run those statements, if this is uncertain: after an error,
  * if several rows match and the last one counts, if a sum depends on the order of its addends, or
  * if the columns that identify people and days are not integers. Logs nothing.
  *
- * Call row() in the order of the sheet, day by day. A block of people and days is read with its
- * first row and kept until the next days of the same people are read. At most sixteen days of all
- * people are in memory, or 8,000 rows if that is more.
+ * Call row() in the order of the sheet, day by day. The first call for a row of a block, some days
+ * of some people, reads the whole block; it is kept until the next days of those people are read.
+ * At most sixteen days of all people are in memory, or 8,000 rows if that is more.
  */
 class DailyAttenAhead
 {

@@ -63,8 +63,8 @@ ScheduleVerdict scheduleVerdict(const ReportSettings &settings, const QDateTime 
  * Returns the moment of a run that was due at `asked` and had to wait until `now`.
  *
  * That is `now` if the report is still due, so that the run shows the day on which it is made. A
- * report that was due late in the evening and waited past midnight is no longer due; its moment
- * stays `asked`, and so its day.
+ * report that was due late in the evening and waited past midnight is no longer due; it keeps the
+ * moment `asked`, and is made for that day.
  */
 QDateTime momentAfterWait(const ReportSettings &settings, const QDateTime &asked,
                           const QDateTime &now);
@@ -77,7 +77,8 @@ QDateTime nextDue(const ReportSettings &settings, const QDateTime &now);
  * Returns the first moment of `date` at which a local clock shows `time` or later, for days of 23,
  * 24 and 25 hours. An invalid time is the start of the day.
  *
- * Of an hour that a clock set back repeats, it is the first: if it were the second, a report made
- * in the first would be due again. Of an hour that the clock skips, it is the end of the gap.
+ * If clocks are set back and an hour occurs twice, a time in it means the first occurrence: if it
+ * meant the second, a report made in the first would be due again. If clocks are set forward and
+ * skip the time, it means the end of the gap.
  */
 QDateTime scheduledMoment(const QDate &date, const QTime &time);

@@ -24,10 +24,10 @@ public:
     /// Returns whether it has begun and must be ended.
     bool isOpen() const { return open; }
 
-    /// Asks the server whether the transaction still exists. It does not if the server has rolled
-    /// it back on its own, for example to resolve a deadlock, or if the connection was lost, even
-    /// if it has reconnected; later statements would then autocommit. Returns false without a
-    /// transaction.
+    /// Asks the server whether the transaction still exists. It does not if the server rolled it
+    /// back on its own, for example to resolve a deadlock. Nor does it if the connection was lost,
+    /// even if the connection was reopened since; later statements would then autocommit. Returns
+    /// false without a transaction.
     bool isIntact();
 
     /// Asks the server whether the mails queued so far can be rolled back.

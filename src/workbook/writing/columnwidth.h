@@ -8,7 +8,7 @@ struct FontData;
 constexpr double minRowPoints = 0.1;
 constexpr double maxRowPoints = 409.5; // the most that the formats can store
 
-/** Returns the width of a font's widest digit in pixels of 1/96 inch, the unit of column widths. */
+/** Returns how wide a font's widest digit, the unit of column widths, is in pixels of 1/96 inch. */
 int digitPixels(const FontData &font);
 
 /**

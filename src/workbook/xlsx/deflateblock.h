@@ -45,7 +45,7 @@ public:
     void write(BitWriter &out, bool isLast);
 
 private:
-    // A byte, or isCopy, 15 bits of distance - 1 and 8 bits of length - minCopy.
+    // A byte by itself; or a copy: isCopy, 15 bits of distance - 1 and 8 bits of length - minCopy.
     using Item = std::uint32_t;
     static constexpr Item isCopy = 1U << 31U;
 
@@ -62,7 +62,8 @@ private:
     };
 
     /**
-     * Returns the class of a value. There are 2^`bits` classes of each width, and widths double.
+     * Returns the class of a value. The first 2^(`bits` + 1) classes have one value each; from then
+     * on, the number of values in a class doubles every 2^`bits` classes.
      */
     static Class classOf(std::uint32_t value, unsigned bits)
     {

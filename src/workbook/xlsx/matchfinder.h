@@ -27,10 +27,10 @@ class MatchFinder
 public:
     MatchFinder();
 
-    /** Returns a copy of the text in the window, after the text before it. */
+    /** Appends `text` to the window and returns the copy of it there. */
     std::string_view append(std::string_view text);
 
-    /** Starts another text, which must not refer to this one. */
+    /** Starts another text. find() and findPhrase() no longer find anything of the previous one. */
     void restart();
 
     /**
@@ -43,8 +43,8 @@ public:
     void remember(const char *begin, const char *end);
 
     /**
-     * Returns how many bytes before `begin` the phrase [begin, end) was last passed to this
-     * function; 0 for never.
+     * Returns how far before `begin` the phrase [begin, end) was probably last passed to this
+     * function, judging by its hash; 0 if it was not, or is out of reach.
      */
     std::size_t findPhrase(const char *begin, const char *end);
 
@@ -55,7 +55,7 @@ public:
     static std::size_t length(const char *place, const char *end, std::size_t distance);
 
 private:
-    // In the whole text, modulo 4 GiB, because only differences are used.
+    // An offset in the whole text, modulo 4 GiB; that suffices, because only differences are used.
     using Position = std::uint32_t;
 
     [[nodiscard]] Position positionOf(const char *place) const
