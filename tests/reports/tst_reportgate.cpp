@@ -5,8 +5,11 @@
 #include <QElapsedTimer>
 
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -59,13 +62,16 @@ private:
             return left.load();
         });
         inside = pass.isHeld();
+        std::unique_lock lock(mutex);
         while (inside && !left)
-            std::this_thread::sleep_for(1ms); // where it can be terminated
+            never.wait_for(lock, 1ms); // where it can be terminated, also for ThreadSanitizer
     }
 
     std::atomic<bool> queued{false};
     std::atomic<bool> inside{false};
     std::atomic<bool> left{false};
+    std::mutex mutex;
+    std::condition_variable never;
     std::thread thread; // begun with all members in place
 };
 
