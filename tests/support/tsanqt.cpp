@@ -84,6 +84,23 @@ bool QMetaObject::invokeMethodImpl(QObject *object, QtPrivate::QSlotObjectBase *
     return invokeInQt(object, call, type, result);
 }
 
+// A queued connection to a signal of Qt's own, such as QTimer::timeout: Qt posts the call itself.
+QMetaObject::Connection QObject::connectImpl(const QObject *sender, void **signal,
+                                             const QObject *receiver, void **slotPointer,
+                                             QtPrivate::QSlotObjectBase *slot,
+                                             Qt::ConnectionType type, const int *types,
+                                             const QMetaObject *senderType)
+{
+    using Connect = QMetaObject::Connection (*)(const QObject *, void **, const QObject *, void **,
+                                                QtPrivate::QSlotObjectBase *, Qt::ConnectionType,
+                                                const int *, const QMetaObject *);
+    static const auto connectInQt = inQt<Connect>(
+        "_ZN7QObject11connectImplEPKS_PPvS1_S3_PN9QtPrivate15QSlotObjectBaseEN2Qt14Connection"
+        "TypeEPKiPK11QMetaObject");
+    __tsan_release(&postedCalls);
+    return connectInQt(sender, signal, receiver, slotPointer, slot, type, types, senderType);
+}
+
 bool QObject::event(QEvent *event)
 {
     static const auto eventInQt = inQt<bool (*)(QObject *, QEvent *)>("_ZN7QObject5eventEP6QEvent");
