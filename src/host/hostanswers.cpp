@@ -18,7 +18,7 @@ namespace
 {
 
 constexpr auto listenInterval = std::chrono::seconds(5);
-constexpr auto temporaryPatience = std::chrono::seconds(2); // signals wait for it, too
+constexpr auto temporaryPatience = std::chrono::seconds(2); // signals wait meanwhile
 
 HostAnswer aboutProcess(const ConnectionOptions &connection)
 {

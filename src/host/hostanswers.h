@@ -9,8 +9,9 @@ class HostState;
 struct ServeOptions;
 
 /**
- * Tells the operator's commands on this machine what the host serves and with which results. If its
- * socket cannot be created or is lost, logs that and tries again every few seconds.
+ * Answers the operator's commands on this machine: which schemas the host serves, and how their
+ * reports ended. If the socket cannot be created or is lost, logs that and tries again every few
+ * seconds.
  *
  * Lives in the main thread. The state must outlive it.
  */

@@ -14,15 +14,15 @@ namespace
 {
 
 constexpr const char *madeElsewhere = "elsewhere"; // not a failure
-constexpr int warningsKept = 4;                    // per run; the first ones tell the cause
+constexpr int warningsKept = 4;                    // per run: the cause is among the first
 constexpr int warningChars = 200;
 
 struct Cause {
-    const char *part; ///< of the log line with which a run ended
+    const char *part; ///< of the log line that says why a run queued no mail
     const char *name;
 };
 
-// Each part fits all forms of its line: "mail not created!" has two.
+// Each part occurs in all variants of its line: "mail not created!" has two.
 constexpr Cause causesByText[] = {
     {"people SQL", "query"},
     {"no people!", "no_people"},
@@ -62,7 +62,7 @@ const ReportKind *kindIn(const QString &message)
     return found == kinds.cend() ? nullptr : *found;
 }
 
-/// Removes the class and the function with which the message begins.
+/// Removes the class and the function that the message begins with.
 QString withoutOrigin(const ReportKind &kind, const QString &message)
 {
     static const QRegularExpression function(
@@ -134,7 +134,7 @@ void HostState::takeReport(const ReportKind &kind, QtMsgType type, const QString
         run.warn(withoutOrigin(kind, message));
 }
 
-/// Takes what a worker logs about itself: its ticks and its problems.
+/// Evaluates what a worker logs about itself: its ticks and its problems.
 void HostState::takeWorker(QtMsgType type, const QString &message)
 {
     const std::lock_guard guard(mutex);

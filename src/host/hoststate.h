@@ -12,11 +12,12 @@
 
 struct ReportKind;
 
-/// A histogram of durations, as monitoring systems expect it.
+/// A histogram of durations.
 struct Durations {
     static constexpr std::array<double, 11> boundsSeconds{0.1, 0.5, 1,   2,   5,  10,
                                                           30,  60,  120, 300, 900};
-    /// One per bound, and one for durations above all bounds.
+    /// How many durations are at most each bound and above the previous one; at the end, how many
+    /// are above all bounds.
     std::array<quint64, boundsSeconds.size() + 1> counts{};
     double sumSeconds = 0;
 
@@ -28,7 +29,7 @@ struct RunTotals {
     quint64 made = 0;
     quint64 mails = 0;
     QMap<QString, quint64> failed; ///< by cause
-    Durations durations;           ///< of the runs that succeeded and those that failed
+    Durations durations;           ///< of all runs, made or not
 };
 
 /// What the host knows about one schema. Moments are Unix seconds, 0 for never.
@@ -51,7 +52,7 @@ struct HostSnapshot {
 };
 
 /**
- * What a host knows about the reports that are made in it.
+ * What a host knows about the reports that it makes.
  *
  * Reads the log, because the interfaces between host and plug-in do not report runs. Every run ends
  * with a log line, in a thread named after its schema. Thread-safe.
@@ -59,7 +60,7 @@ struct HostSnapshot {
 class HostState
 {
 public:
-    /// `singleToken` is the token of runs in threads that are not named after a schema.
+    /// `singleToken` is the token for runs in threads that are not named after a schema.
     explicit HostState(const QString &singleToken);
 
     /// Evaluates a log line of the calling thread.

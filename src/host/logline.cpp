@@ -47,8 +47,8 @@ QByteArray now()
 
 LogStyle logStyleOf(int descriptor)
 {
-    // A child process may inherit the variable although its output goes elsewhere, so compare the
-    // file.
+    // A child process may inherit JOURNAL_STREAM although its output goes elsewhere, so compare it
+    // with the file.
     struct stat file = {};
     if (::fstat(descriptor, &file) != 0)
         return LogStyle::Plain;

@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
-/// How a log line gives its time and severity.
+/// How a log line shows its time and severity.
 enum class LogStyle {
     Plain,  ///< "2026-11-22T06:12:00+01:00 WARNING text"
     Journal ///< "<4>text": the journal adds the time, and filters by the number
@@ -12,6 +12,6 @@ enum class LogStyle {
 /// Returns Journal if the service manager has connected `descriptor` to its journal.
 LogStyle logStyleOf(int descriptor);
 
-/// Returns the text as one line of UTF-8 with its line end. A line feed in it becomes " | ", what
-/// else could control a terminal U+FFFD.
+/// Returns the text as one line of UTF-8, including the line end. Replaces line feeds in the text
+/// by " | ", and other characters that could control a terminal by U+FFFD.
 QByteArray logLine(LogStyle style, QtMsgType type, const QString &text);

@@ -7,8 +7,9 @@
 /**
  * Keeps repeated messages from flooding the operator's log.
  *
- * A text is shown at once; while it repeats, once an hour with its count; and at once again after
- * an hour without it. The caller supplies a monotonic time. Not thread-safe.
+ * A text is shown when it first occurs. While it repeats, it is shown once an hour, with its count.
+ * After an hour without it, its next occurrence is a first one again. The caller supplies a
+ * monotonic time. Not thread-safe.
  */
 class LogRepeats
 {
@@ -16,7 +17,7 @@ public:
     /// Returns whether to show this occurrence; a hidden one is counted.
     bool isShown(const QString &text, qint64 nowMs);
 
-    /// Returns the summaries now due, each once: "text (N times in the last hour)".
+    /// Returns the summaries that have become due: "text (N times in the last hour)".
     QStringList takeSummaries(qint64 nowMs);
 
     /// Returns how many different texts occurred within about the last hour.
@@ -26,7 +27,7 @@ private:
     struct Seen {
         qint64 shownMs; ///< when its text or count was last shown
         qint64 lastMs;
-        int hidden = 0; ///< occurrences since
+        int hidden = 0; ///< occurrences since then
     };
 
     QHash<QString, Seen> seen;

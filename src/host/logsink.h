@@ -16,18 +16,18 @@ namespace LogSink
 {
 
 /**
- * Installs the process's message handler. Unless `showEverything`, debug messages are dropped, and
- * so are the info lines of ticks that do nothing; a warning or critical message that a schema
- * repeats is shown once an hour with its count.
+ * Installs the process's message handler. Unless `showEverything`, drops debug messages and the
+ * info lines that come with every tick, and shows a warning or critical message that a schema
+ * repeats once an hour, with its count.
  */
 void install(bool showEverything);
 
-/// Calls `listener` with every message, in the thread that logs it. A null listener ends that.
-/// Returns when no thread uses the previous listener any more.
+/// Calls `listener` with every message, in the thread that logs it. Replaces the previous listener,
+/// which no thread uses any more when this returns. Null removes it.
 void setListener(std::function<void(QtMsgType, const QString &)> listener);
 
-/// Returns how many different warning and critical messages occurred within the last hour, counting
-/// those of different schemas separately.
+/// Returns how many different warning and critical messages occurred within the last hour. The same
+/// message of two schemas counts twice.
 int recentProblems();
 
 } // namespace LogSink

@@ -2,6 +2,6 @@
 
 #include <QString>
 
-/// Returns the token of the schema whose worker the calling thread belongs to; empty for any other
-/// thread. The plug-in names each worker's thread after its schema.
+/// Returns the token of the schema if the calling thread is a worker's, otherwise an empty text.
+/// The plug-in names each worker's thread after its schema.
 QString tokenOfThread();

@@ -22,7 +22,7 @@ public:
     ~Metrics();
     Q_DISABLE_COPY(Metrics)
 
-    /// Listens on "127.0.0.1:9469". Returns whether that succeeded.
+    /// Listens at `address`, such as "127.0.0.1:9469". Returns whether that succeeded.
     bool listen(const QString &address);
 
 private:

@@ -27,7 +27,7 @@ public:
     /// Loads the module and creates the object. Returns the error, empty on success.
     QString load(const QString &file);
 
-    /// All null until load() has succeeded.
+    /// Null before load(); never null after it has succeeded.
     QObject *pluginObject() const { return object.get(); }
     ServerInterface *server() const { return serverPart; }
     DatabaseManagerInterface *databaseManager() const { return databasePart; }

@@ -62,16 +62,16 @@ void QueueWatch::askAll()
 /// A schema that does not answer keeps its last numbers; its worker logs the error.
 void QueueWatch::askSchema(const QString &token)
 {
-    ConnectionOptions way = options;
+    ConnectionOptions connection = options;
     if (!options.single) {
         const DBSchemeRecord record = manager.getDbConnRecord(token);
-        way.databaseName = record.name;
-        way.user = record.user;
-        way.password = record.pass;
+        connection.databaseName = record.name;
+        connection.user = record.user;
+        connection.password = record.pass;
     }
     const QString name = QStringLiteral("AutoReport.queue");
     {
-        QSqlDatabase db = way.addDatabase(name, ConnectionOptions::OnLoss::Fail);
+        QSqlDatabase db = connection.addDatabase(name, ConnectionOptions::OnLoss::Fail);
         db.setConnectOptions(
             db.connectOptions() +
             QStringLiteral(";MYSQL_OPT_CONNECT_TIMEOUT=5;MYSQL_OPT_READ_TIMEOUT=10"));

@@ -8,18 +8,18 @@ class DBManager;
 class HostState;
 
 /**
- * Counts the mails of every served schema that are waiting to be sent, after each scan and every
- * five minutes. Works in a thread of its own, with one short connection at a time.
+ * Counts the mails that are waiting to be sent in every served schema, after each scan and every
+ * five minutes. Works in a thread of its own, with one short-lived connection at a time.
  */
 class QueueWatch
 {
 public:
     QueueWatch(const ConnectionOptions &options, const DBManager &manager, HostState &state);
-    /// Waits until the schema that is being asked has answered or its time limit is over.
+    /// Waits until the database that is being asked has answered or its time limit is over.
     ~QueueWatch();
     Q_DISABLE_COPY(QueueWatch)
 
-    /// Starts counting soon. Thread-safe.
+    /// Makes the thread count, and returns at once. Thread-safe.
     void ask();
     void requestStop() { thread.requestInterruption(); }
 

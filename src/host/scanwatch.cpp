@@ -50,11 +50,11 @@ void ScanWatch::begin()
 {
     if (!sinceBegin.isValid())
         sinceBegin.start();
-    // Queued, because the timer has yet to run its part of the scan.
-    QMetaObject::invokeMethod(this, &ScanWatch::look, Qt::QueuedConnection);
+    // Queued, because the scan, or its next slice, runs only after this.
+    QMetaObject::invokeMethod(this, &ScanWatch::endIfDone, Qt::QueuedConnection);
 }
 
-void ScanWatch::look()
+void ScanWatch::endIfDone()
 {
     if (!sinceBegin.isValid() || (nextSlice && nextSlice->isActive()))
         return;

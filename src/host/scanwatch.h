@@ -9,8 +9,9 @@ class QTimer;
  * Follows a plug-in's scans of the schemas.
  *
  * A scan begins when the plug-in's timer "scan" or "soonScan" fires, and goes on while its timer
- * "nextSlice" runs. The interfaces between host and plug-in have no event for either, so the names
- * of these timers are a contract. Lives in the plug-in's thread and must not outlive the plug-in.
+ * "nextSlice" runs. The interfaces between host and plug-in have no event for the beginning or the
+ * end of a scan, so the names of these timers are a contract. Lives in the plug-in's thread and
+ * must not outlive the plug-in.
  */
 class ScanWatch : public QObject
 {
@@ -22,7 +23,8 @@ public:
     /// Starts a scan at once unless one is running. scanned() follows in either case.
     void scanNow();
 
-    /// Returns when the next scan begins, in Unix seconds: now if one is running, 0 if none will.
+    /// Returns when the next scan begins, in Unix seconds. Returns the current time while a scan
+    /// runs, and 0 if there will be no scan.
     qint64 nextScan() const;
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -32,7 +34,7 @@ Q_SIGNALS:
 
 private:
     void begin();
-    void look();
+    void endIfDone();
 
     QObject &plugin;
     QTimer *nextSlice;        // null if the plug-in has none: each scan is then a single step

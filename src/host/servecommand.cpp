@@ -116,7 +116,7 @@ int ServeCommand::serve()
     const bool started = loadPlugin() && connectDatabase() && startPlugin();
     if (started)
         waitForEnd();
-    giveBack();
+    tearDown();
     if (started)
         qInfo("Host - stopped");
     return started ? 0 : 1;
@@ -178,8 +178,8 @@ void ServeCommand::waitForEnd()
         if (queues)
             queues->ask();
     });
-    // A scan opens a connection to each schema, in slices. Between two turns of the event loop
-    // nobody uses these connections.
+    // A scan opens a connection to each schema. Between two turns of the event loop nobody uses
+    // these connections, so remove them then.
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &scans,
                      [this] { removeSchemaConnections(); });
     // The main thread feeds the watchdog, but only while this thread asks for it.
@@ -231,7 +231,7 @@ void ServeCommand::clearWorkbooks()
     if (!options.clearsWorkbooks || clearedOn == today)
         return;
     clearedOn = today;
-    const QString path = QDir::tempPath(); // empty if it is missing, which QDir takes for "."
+    const QString path = QDir::tempPath(); // empty if missing: for QDir that means "."
     if (path.isEmpty())
         return;
     const QDir folder(path);
@@ -251,7 +251,7 @@ void ServeCommand::reload(ScanWatch &scans)
     QMetaObject::invokeMethod(&services, &ServiceManager::ready, Qt::QueuedConnection);
 }
 
-void ServeCommand::giveBack()
+void ServeCommand::tearDown()
 {
     // No event loop will run again to delete what deleteLater() was called on.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -270,7 +270,7 @@ void ServeCommand::removeSchemaConnections()
     for (const QString &name : names) {
         if (!name.startsWith(mine))
             continue;
-        QSqlDatabase::database(name, false).close(); // the pool does not remove open connections
+        QSqlDatabase::database(name, false).close(); // the manager removes only closed connections
         manager->addUnusedConnection(name);
         found = true;
     }

@@ -19,8 +19,8 @@ class SignalWatcher;
  * `autoreport serve`: hands the databases to the plug-in, starts it, and stops it on request.
  *
  * Works in a thread of its own. The main thread handles the signals, so that a signal can end a
- * report that runs in the serving thread itself. Removes every connection registered in its thread:
- * the master connection, and those to schemas that the plug-in's scan opened.
+ * report that runs in the serving thread itself. Removes every connection registered in the serving
+ * thread: the master connection, and the connections to schemas that the plug-in's scan opened.
  */
 class ServeCommand
 {
@@ -44,7 +44,7 @@ private:
     void followSignals(ScanWatch &scans);
     void reload(ScanWatch &scans);
     void clearWorkbooks();
-    void giveBack();
+    void tearDown();
     /// Removes this thread's connections to schemas; the manager opens again what it needs.
     void removeSchemaConnections();
 

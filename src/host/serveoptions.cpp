@@ -31,7 +31,7 @@ void describe(QCommandLineParser &parser, const QString &commandHelp)
             "AUTOREPORT_DB_PASSWORD or from a file.\n\nThe operator's commands, each with "
             "its own --help:\n") +
         commandHelp.chopped(1));
-    // Not addHelpOption(), which adds "--help-all" for programs with windows.
+    // Not addHelpOption(), which also adds "--help-all".
     parser.addOption(
         {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Print this help.")});
     parser.addVersionOption();
@@ -48,8 +48,8 @@ void describe(QCommandLineParser &parser, const QString &commandHelp)
     add("run-for", "Stop after this many seconds.", "seconds");
 }
 
-/// Returns what is wrong, or an empty text. An unknown command comes first: options that `serve`
-/// does not know may belong to that command.
+/// Returns what is wrong, or an empty text. An unknown command is reported before unknown options,
+/// which may be meant for that command.
 UsageError usageError(const QCommandLineParser &parser, bool parsed, const QStringList &commands)
 {
     const QStringList positional = parser.positionalArguments();

@@ -11,7 +11,7 @@ struct ServeOptions {
     ConnectionOptions connection;
     QString plugin; ///< file of the module
     QString language;
-    QString metricsAddress;       ///< "127.0.0.1:9469"; empty: no metrics
+    QString metricsAddress;       ///< such as "127.0.0.1:9469"; empty: no metrics
     bool clearsWorkbooks = false; ///< removes workbooks of past months from the temporary directory
     quint8 debugLevel = 0;
     int runForSeconds = 0; ///< 0: until a signal asks to stop

@@ -18,15 +18,16 @@ class ServiceManager : public QObject
 public:
     ServiceManager();
 
-    /// Reports stops, reloads and pauses as their signals arrive.
+    /// Reports stops, reloads, pauses and resumes when the signals for them arrive.
     void follow(const SignalWatcher &signalWatcher);
 
-    /// Returns how often the watchdog must be fed; 0 without a watchdog.
+    /// Returns the interval at which to feed the watchdog; 0 without a watchdog.
     static int watchdogIntervalMs();
 
 public Q_SLOTS:
+    /// Reports that the host is ready, also after a reload.
     void ready();
-    /// Like ready(), after a scan.
+    /// Does the same, and notes the time of the scan that has ended.
     void scanned();
     void feedWatchdog();
 

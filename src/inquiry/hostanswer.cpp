@@ -5,9 +5,9 @@
 namespace
 {
 
-// The members of each struct are listed once, for reading and for writing.
+// The visit functions list the members of each struct once, for both reading and writing.
 
-/// Puts members into an object.
+/// Writes members to a JSON object.
 struct Writer {
     QJsonObject object;
 
@@ -21,7 +21,7 @@ struct Writer {
     }
 };
 
-/// Sets members from an object. Members that the object lacks keep their values.
+/// Reads members from a JSON object. Members that it lacks keep their values.
 struct Reader {
     QJsonObject object;
 

@@ -40,8 +40,8 @@ struct HostAnswer {
     bool isSingle = false;
     QString zone; ///< "Europe/Bratislava"
     int utcOffsetSeconds = 0;
-    qint64 moment = 0; ///< of the host's clock
-    qint64 since = 0;
+    qint64 moment = 0; ///< of the answer, by the host's clock
+    qint64 since = 0;  ///< when the host started
     bool isPaused = false;
     qint64 lastScan = 0;
     qint64 nextScan = 0;

@@ -22,11 +22,12 @@ public:
     int descriptor() const { return isConnected ? socket : -1; }
     /// Connects unless already connected, and receives what has arrived.
     void take();
+    /// Closes the connection. `why` is the error; empty if the answer is complete.
     void end(const QString &why);
 
     const QString path;
-    QByteArray bytes;
-    QString error;
+    QByteArray bytes;   ///< received so far
+    QString error;      ///< why the connection ended early; otherwise empty
     bool isHost = true; ///< false if the socket was left behind by a host that was killed
 
 private:

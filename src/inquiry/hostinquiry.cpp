@@ -21,8 +21,8 @@ using Connections = std::vector<std::unique_ptr<HostConnection>>;
 
 constexpr int connectIntervalMs = 50;
 
-/// Returns why the hosts in `folder` cannot be asked; empty if they can, or if there is no such
-/// folder.
+/// Returns why the hosts in `folder` cannot be asked. Returns an empty text if they can, or if
+/// there is no such folder.
 QString folderError(const QString &folder)
 {
     const QFileInfo info(folder);
@@ -48,7 +48,7 @@ Connections connectAll(HostsFound &found)
     return all;
 }
 
-/// Receives all answers at once, so that a host that does not answer does not delay the others.
+/// Receives from all hosts in parallel, so that a silent host does not delay the others.
 void receive(const Connections &all, const QDeadlineTimer &deadline)
 {
     const auto isOpen = [](const auto &connection) {

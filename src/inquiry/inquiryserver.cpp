@@ -31,8 +31,8 @@ void removeLeftBehind(const QString &folder)
     }
 }
 
-/// Returns why an accept failed, or an empty text. For most errors, QLocalServer's text is only a
-/// number.
+/// Returns why an accept failed, or an empty text if none did. For most errors, QLocalServer's text
+/// is only a number.
 QString acceptError(const QLocalServer &server)
 {
     const QString text = server.errorString();

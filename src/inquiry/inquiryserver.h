@@ -9,11 +9,11 @@
 class QLocalServer;
 
 /**
- * The socket at which a host can be asked. Each client receives the answer, as JSON, and is
- * disconnected. Only this account and root may connect.
+ * The socket where commands ask a host. Each client that connects receives the answer, as JSON, and
+ * is disconnected. Only this account and root may connect.
  *
- * Lives in a thread with an event loop, which never waits for a client: one that does not take its
- * answer within a few seconds is dropped. The destructor removes the socket.
+ * Lives in a thread with an event loop, and never blocks it: a client that does not receive its
+ * answer within a few seconds is disconnected. The destructor removes the socket.
  */
 class InquiryServer
 {

@@ -16,7 +16,7 @@ QString serviceFolder()
     return QStringLiteral("/run/autoreport"); // RuntimeDirectory= of the packaged unit
 }
 
-bool isOfRootAlone(const struct stat &found)
+bool isWritableByRootOnly(const struct stat &found)
 {
     return found.st_uid == 0 && (found.st_mode & (S_IWGRP | S_IWOTH)) == 0;
 }
@@ -27,7 +27,7 @@ const char *const socketSuffix = ".socket";
 
 QString ownSocketFolder()
 {
-    // The service manager may name several, separated by colons.
+    // The service manager may name several folders, separated by colons.
     const QString ofService =
         qEnvironmentVariable("RUNTIME_DIRECTORY").section(QLatin1Char(':'), 0, 0);
     if (!ofService.isEmpty())
@@ -67,7 +67,8 @@ bool isTrustedFolder(const QString &folder)
     if (found.st_uid == 0 || found.st_uid == ::geteuid())
         return true;
     const QString parent = QFileInfo(path).path();
-    return ::stat(QFile::encodeName(parent).constData(), &found) == 0 && isOfRootAlone(found);
+    return ::stat(QFile::encodeName(parent).constData(), &found) == 0 &&
+           isWritableByRootOnly(found);
 }
 
 QStringList socketsIn(const QString &folder)

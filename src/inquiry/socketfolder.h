@@ -5,7 +5,8 @@
 // Where the hosts of this machine keep their sockets, each named "PID.socket".
 
 /// Returns the folder for the socket of a host in this process: the service manager's
-/// (RUNTIME_DIRECTORY), the login session's, or else one for this account. It may not exist yet.
+/// (RUNTIME_DIRECTORY), for root the packaged service's, the login session's, or else one in /tmp
+/// for this account. It may not exist yet.
 QString ownSocketFolder();
 
 /// Creates `folder` for this account alone unless it exists. Returns the error, or an empty text.

@@ -53,8 +53,8 @@ QMap<QString, QString> writtenValues(const QString &path)
     return written;
 }
 
-/// The intended value: without quotes the text itself, within quotes the text after undoing the
-/// backslash before each quotation mark and backslash.
+/// Returns the intended value: the text itself or, if it is in double quotes, the text between them
+/// without the backslash before each quotation mark and backslash.
 QString intendedValue(const QString &written)
 {
     const QLatin1Char quote('"');
@@ -65,8 +65,8 @@ QString intendedValue(const QString &written)
         .replace(QLatin1String("\\\\"), QLatin1String("\\"));
 }
 
-/// The service manager passes a copy that the service alone can read: what counts is the file in
-/// /etc that it was made of.
+/// Returns the file in /etc of which `path` is a copy, made by the service manager, that only the
+/// service can read; otherwise `path` itself. What counts is who can read the original.
 QString originOf(const QString &path)
 {
     const QFileInfo file(path);
@@ -117,8 +117,8 @@ ConfigFile ConfigFile::read(const QString &path)
                                .arg(path, key);
             continue;
         }
-        // Qt turns commas into lists, semicolons into comments and a leading "@" into type codes: a
-        // silently altered password would be blamed on the server.
+        // Qt reads commas as lists, semicolons as comments and a leading "@" as a type code. If it
+        // altered a password silently, the server would seem to be at fault.
         const QString value = settings.value(key).toString();
         if (value != intendedValue(written.value(key)))
             config.error =

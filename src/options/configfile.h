@@ -13,7 +13,7 @@
 struct ConfigFile {
     QMap<QString, QString> values; ///< keyed like "database/host"; empty after an error
     QString error;                 ///< why it was refused; empty on success
-    bool isReadable = true;        ///< whether this account may read it, valid or not
+    bool isReadable = true;        ///< whether it could be read, valid or not
 
     /// Returns the file that is read if the command line names none. Only this file may be missing.
     static QString defaultPath();

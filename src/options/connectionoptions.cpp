@@ -14,15 +14,16 @@ QSqlDatabase ConnectionOptions::addDatabase(const QString &connectionName, OnLos
     db.setUserName(user);
     db.setPassword(password);
     db.setDatabaseName(databaseName);
-    // As DBManager's for schemas: a host survives a restart of the server. A command must not
-    // reconnect, because the driver does so silently and loses session settings such as read-only.
+    // A host reconnects, as DBManager does for schemas, and so survives a restart of the server. A
+    // command must not: the driver reconnects silently and loses session settings such as
+    // read-only.
     const QString always = onLoss == OnLoss::Reconnect ? reconnectingOptions : commonOptions;
     db.setConnectOptions(always + encryption() + limits());
     return db;
 }
 
-/// Any of these makes the driver use TLS; openTrusted() enforces the authority. DBManager copies
-/// the options for schemas.
+/// Any of these options makes the driver use TLS; openTrusted() enforces the authority. DBManager
+/// copies them for its connections to schemas.
 QString ConnectionOptions::encryption() const
 {
     QString options;

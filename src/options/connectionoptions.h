@@ -6,7 +6,7 @@
 /// How to reach the database; the same for every command.
 struct ConnectionOptions {
     bool single = false; ///< `databaseName` is one schema, not an information database
-    QString host;        ///< or several: "node1:3306,node2"
+    QString host;        ///< one host, or several: "node1:3306,node2"
     int port = 0;
     QString user;
     QString password;
@@ -16,8 +16,9 @@ struct ConnectionOptions {
     QString authorityFile;
     QString certificateFile;
     QString keyFile;
-    int timeoutSeconds = 0;       ///< to connect, and for each answer of the server; 0 for no limit
-    bool waitsForAnswers = false; ///< no limit on answers: statements may run long
+    int timeoutSeconds = 0; ///< to connect, and for each answer of the server; 0 for no limit
+    bool waitsForAnswers =
+        false; ///< whether answers have no limit, because statements may run long
 
     /// After a lost connection a host reconnects; an operator's command fails.
     enum class OnLoss { Reconnect, Fail };

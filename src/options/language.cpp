@@ -27,7 +27,8 @@ void replace(QTranslator *translator)
         QCoreApplication::installTranslator(installed);
 }
 
-/// Returns null for the source texts, and also, after logging it, if there is no translation.
+/// Returns the translation; null for the source texts. Logs an error and returns null if the
+/// translation cannot be loaded.
 QTranslator *load(const QString &language)
 {
     if (language == Language::known().constFirst())

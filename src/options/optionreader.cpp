@@ -23,7 +23,7 @@ QString configKey(const QString &option)
            (option.startsWith(prefix) ? option.mid(prefix.size()) : option);
 }
 
-/// Strips only the line end: other white space may belong to the password.
+/// Removes only the line end: other white space may belong to the password.
 QString firstLine(QFile &file)
 {
     QString line = QString::fromUtf8(file.readLine());
@@ -66,7 +66,7 @@ OptionReader::OptionReader(const QCommandLineParser &commandLine)
     if (!asked && !QFile::exists(path))
         return;
     config = ConfigFile::read(path);
-    // A default file that only root may read is no error if the command line is complete.
+    // A default file that this account may not read is no error if the command line is complete.
     if (!config.error.isEmpty() && (asked || config.isReadable))
         fail(config.error, false);
 }
@@ -136,7 +136,7 @@ ConnectionOptions OptionReader::connection()
     return options;
 }
 
-/// Checked here: the driver's own error does not name the file.
+/// Checks here whether the file can be read, because the driver's error does not name it.
 QString OptionReader::file(const char *name)
 {
     const QString option = QLatin1String(name);
@@ -213,7 +213,7 @@ QString OptionReader::language()
     return language;
 }
 
-/// The missing option may be in the file that could not be read.
+/// Adds why the configuration file could not be read: the missing option may be in it.
 void OptionReader::failMissing(const QString &message, bool usage)
 {
     if (config.isReadable)

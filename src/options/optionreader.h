@@ -30,8 +30,8 @@ public:
     /// Returns the connection options, without the password.
     ConnectionOptions connection();
     /// Returns the password from --password-file, the environment or the configuration file, in
-    /// this order. The command line cannot contain it, because every account on the machine can
-    /// read that.
+    /// this order. There is no option for the password itself, because every account on the machine
+    /// can read command lines.
     QString password();
 
     /// Returns "host:port", or an empty text if the option is not set.
@@ -48,7 +48,8 @@ public:
 private:
     void failMissing(const QString &message, bool usage);
     bool hasOption(const QString &option) const;
-    /// Returns the path of a file that can be read, or an empty one if the option is not set.
+    /// Returns the path of a file, or an empty one if the option is not set. It is an error if the
+    /// file cannot be read.
     QString file(const char *name);
 
     const QCommandLineParser &parser;

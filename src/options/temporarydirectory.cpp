@@ -17,14 +17,15 @@
 namespace
 {
 
-/// Does not ask the disk.
+/// Returns the path without accessing the disk.
 QString pathAsSet()
 {
     const QString path = QFile::decodeName(qgetenv("TMPDIR"));
     return path.isEmpty() ? QStringLiteral("/tmp") : path;
 }
 
-/// Returns the error; permissions do not suffice, as the file system may be read-only.
+/// Returns the error, or an empty text. Creates a file, because permissions do not tell everything:
+/// the file system may be read-only.
 QString writeError(const QByteArray &path)
 {
     QByteArray file = path + "/autoreport-check-XXXXXX";
@@ -36,7 +37,7 @@ QString writeError(const QByteArray &path)
     return QString();
 }
 
-TemporaryDirectory found()
+TemporaryDirectory checkDirectory()
 {
     using State = TemporaryDirectory::State;
     const QString path = QDir::tempPath(); // where the reports look
@@ -44,7 +45,7 @@ TemporaryDirectory found()
         return {pathAsSet(), State::Missing, {}, 0};
     const QByteArray name = QFile::encodeName(path);
     const QString error = writeError(name);
-    // Not by QStorageInfo, which needs the table of mounts: it may be missing in a container.
+    // Not QStorageInfo: it needs the table of mounts, which may be missing in a container.
     struct statvfs room = {};
     const bool isKnown = ::statvfs(name.constData(), &room) == 0;
     return {path, error.isEmpty() ? State::Usable : State::NotWritable, error,
@@ -53,7 +54,7 @@ TemporaryDirectory found()
 
 } // namespace
 
-/// What a thread shares with the object that began it, whichever ends first.
+/// What the thread and the probe that started it share, whichever ends first.
 struct TemporaryDirectoryProbe::Look {
     QSemaphore done; // the thread releases it last
     std::mutex mutex;
@@ -69,10 +70,10 @@ TemporaryDirectory TemporaryDirectoryProbe::look(std::chrono::milliseconds patie
     const TemporaryDirectory silent{pathAsSet(), TemporaryDirectory::State::Silent, {}, 0};
     if (pending && pending->done.available() == 0)
         return silent;
-    const auto look = std::make_shared<Look>(); // a late answer is out of date
+    const auto look = std::make_shared<Look>(); // a new one: a late answer would be out of date
     try {
         std::thread([look] {
-            TemporaryDirectory directory = found();
+            TemporaryDirectory directory = checkDirectory();
             const std::lock_guard guard(look->mutex);
             look->directory = std::move(directory);
             look->done.release();

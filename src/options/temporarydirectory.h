@@ -5,21 +5,21 @@
 #include <chrono>
 #include <memory>
 
-/// The directory that workbooks go to, as TMPDIR names it.
+/// The directory for workbooks: TMPDIR, or /tmp if that is not set.
 struct TemporaryDirectory {
     enum class State { Usable, Missing, NotWritable, Silent };
 
     QString path;
-    State state = State::Silent; ///< Silent if its disk does not answer
-    QString error;               ///< the system's; empty unless NotWritable
-    qint64 freeBytes = 0;        ///< 0 unless known
+    State state = State::Silent; ///< Silent if the disk does not answer
+    QString error;               ///< of the system; empty unless NotWritable
+    qint64 freeBytes = 0;        ///< 0 if unknown
 };
 
 /**
- * Looks at the temporary directory in a thread of its own: nothing can end a thread that waits for
- * a stalled disk, so it must not be the caller's.
+ * Checks the temporary directory in a thread of its own, because nothing can end a thread that
+ * waits for a stalled disk.
  *
- * There is one such thread at a time. The destructor does not wait for it. Not thread-safe.
+ * There is at most one such thread at a time. The destructor does not wait for it. Not thread-safe.
  */
 class TemporaryDirectoryProbe
 {
@@ -28,12 +28,12 @@ public:
     ~TemporaryDirectoryProbe();
     Q_DISABLE_COPY(TemporaryDirectoryProbe)
 
-    /// Creates and removes a file in the directory. Returns Silent after `patience`, and at once
-    /// while an earlier call's thread still waits.
+    /// Checks the directory by creating and removing a file. Returns Silent if that takes longer
+    /// than `patience`, or at once if the thread of an earlier call is still waiting.
     TemporaryDirectory look(std::chrono::milliseconds patience);
 
 private:
     struct Look;
 
-    std::shared_ptr<Look> pending; // shared with the thread; null if the last one has answered
+    std::shared_ptr<Look> pending; // shared with a thread that exceeded `patience`; else null
 };

@@ -9,8 +9,8 @@
 namespace
 {
 
-/// Returns the edit distance: how many letters are missing, wrong, surplus, or swapped with a
-/// neighbour.
+/// Returns the edit distance: how many letters are missing, wrong, superfluous, or swapped with
+/// their neighbour.
 int distance(const QString &from, const QString &to)
 {
     QVector<QVector<int>> table(from.size() + 1, QVector<int>(to.size() + 1));
@@ -32,7 +32,7 @@ int distance(const QString &from, const QString &to)
     return table[from.size()][to.size()];
 }
 
-/// The parser does not list its options, but its help does.
+/// Reads the options from the parser's help, because the parser has no function that lists them.
 QStringList optionsOf(const QCommandLineParser &parser)
 {
     static const QRegularExpression option(QStringLiteral("(?:^  |, )--([a-z-]+)"),
@@ -69,7 +69,7 @@ UsageError Usage::parserError(const QCommandLineParser &parser)
 
 QString Usage::nearest(const QString &word, const QStringList &known)
 {
-    // Tokens may be of any length; skip those longer than any word.
+    // Tokens may be of any length, and comparing long words takes too much time and memory.
     constexpr int longest = 64;
     QString found;
     int least = std::max(2, word.size() / 3 + 1);

@@ -11,7 +11,8 @@ struct UsageError {
     QString meant = {}; ///< a suggestion; empty if nothing is similar
 };
 
-/// The answer to a wrong command line: short, so that the error is not lost above a page of help.
+/// What to print for a wrong command line: short, so that the error is not lost above a page of
+/// help.
 namespace Usage
 {
 
@@ -22,8 +23,8 @@ QStringList threeLines(const UsageError &error, const QString &synopsis, const Q
 /// Returns the parser's error; call it after a parse that failed.
 UsageError parserError(const QCommandLineParser &parser);
 
-/// Returns the word of `known` that differs from `word` in the fewest letters, or begins with it;
-/// an empty text if more than a third of the letters differ.
+/// Returns the word of `known` that begins with `word`, or differs from it in the fewest letters;
+/// an empty text if all of them differ in more than about a third of the letters.
 QString nearest(const QString &word, const QStringList &known);
 
 } // namespace Usage

@@ -3,7 +3,8 @@
 #include <QString>
 #include <QVector>
 
-/// What a finding means for a report. Lists of findings begin with the last of these values.
+/// What a finding means for a report. Lists of findings are sorted by these values in descending
+/// order, from Off to Notice.
 enum class Gravity {
     Notice,   ///< worth knowing
     Waiting,  ///< a host makes the report, but only later

@@ -4,11 +4,11 @@
 
 #include <QJsonObject>
 
-/// Returns the word for that state: "made", "waiting", "none" or "not due".
+/// Returns the word for a state: "made", "waiting", "none" or "not due".
 QString stateWord(DayState state);
 
-/// Returns what became of that day's mails: "2 mails: 1 sent, 1 waiting", or "1 mail sent". Returns
-/// the state's word if there are none.
+/// Returns what became of a day's mails: "2 mails: 1 sent, 1 waiting", or "1 mail sent". Returns
+/// the word for the day's state if there are no mails.
 QString mailsText(const ReportDay &day);
 
 /// Returns the lines to print: a table with a strip of days per report, a legend, and a sentence

@@ -7,11 +7,11 @@
 
 struct Machine;
 
-/// Returns a line for each host of this machine that serves the database, or one that says there is
-/// none, and a line for each host that could not be asked.
+/// Returns a line for each host of this machine that serves the database, or a single line that
+/// says there is none; then a line for each host that could not be asked.
 QStringList hostLines(const Machine &machine);
 
-/// Returns the answers of these hosts for monitors, without the schemas.
+/// Returns the answers of the hosts as JSON, without their schemas.
 QJsonArray hostsJson(const Machine &machine);
 
 /// Returns a moment given in Unix seconds as text; "-" for 0.

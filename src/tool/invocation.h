@@ -28,7 +28,7 @@ public:
     {
     }
 
-    /// Options by their long names, without dashes. The command must have described them.
+    /// `option` is the long name of an option that the command has described, without dashes.
     bool has(const char *option) const { return parser.isSet(QLatin1String(option)); }
     QString value(const char *option) const { return parser.value(QLatin1String(option)); }
 
@@ -46,6 +46,6 @@ public:
     const QString synopsis;
     ConnectionOptions connection;
     QStringList arguments;            ///< after the command's name
-    QString token;                    ///< the first of them, as given: there may be no such schema
+    QString token;                    ///< the first argument, as given: there may be no such schema
     const ReportKind *kind = nullptr; ///< for commands that take one
 };

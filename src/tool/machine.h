@@ -4,12 +4,12 @@
 #include "options/connectionoptions.h"
 #include "tool/finding.h"
 
-/// What the hosts of this machine tell about themselves, and the directory for workbooks. Asked
-/// once per command, then only read, by any thread.
+/// What the hosts of this machine answer, and the directory for workbooks. Constant once ask() has
+/// returned it, so any thread may read it.
 struct Machine {
     QVector<HostAnswer> hosts; ///< those that serve the database of the command
     QStringList silentHosts;   ///< why others, perhaps of this database, could not be asked
-    /// The first host's, which may have one of its own, or else this process's.
+    /// The temporary directory of the first host; without a host, that of this process.
     QString temporaryDirectory;
     QString temporaryError; ///< why it cannot be used; empty if it can
     QString temporaryRemedy =

@@ -4,13 +4,13 @@
 #include <QString>
 
 /**
- * A progress bar on standard error for work that takes longer than a second; there is none if
- * standard error is not a terminal. The destructor erases it. Print nothing before that.
+ * A progress bar on standard error for work that takes longer than a second. There is none if
+ * standard error is not a terminal. Print nothing until the destructor has erased the bar.
  */
 class Progress
 {
 public:
-    /// `counted` names the things counted, for example "schemas". If `ofAll` is 0 there is no bar.
+    /// `counted` names what is counted, for example "schemas". If `ofAll` is 0 there is no bar.
     Progress(const QString &counted, int ofAll);
     ~Progress();
     Q_DISABLE_COPY(Progress)

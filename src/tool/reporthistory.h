@@ -27,7 +27,7 @@ struct ReportDay {
     int unsent() const { return queued - waiting - sent; }
 };
 
-/// The state of a report today or, if its schema could not be judged, the reason.
+/// The state of a report today, or why its schema could not be judged.
 struct ReportStatus {
     QString token;
     QString databaseName;
@@ -60,19 +60,20 @@ public:
     const QDateTime now;
     const QDate first;
 
-    /// What the subject of a mail says.
+    /// What the subject of a mail says about it.
     struct Subject {
         const ReportKind *kind;
         QDate day; ///< invalid if it names only a month
     };
-    /// By subject, in every language of the reports.
+    /// By the subject's text, in every language of the reports.
     QHash<QString, Subject> subjects;
 
 private:
     void addSubjects();
 };
 
-/// Returns the history of both reports, daily first, or a single record without days that tells why
-/// the schema could not be read. Writes nothing; no connection is left open.
+/// Returns the history of both reports, daily first; or, if the schema could not be read, a single
+/// record without days that says why. Changes nothing in the database, and leaves no connection
+/// open.
 QVector<ReportHistory> readHistory(const SchemaRow &row, const SchemaJudge &judge,
                                    const HistoryWindow &window);

@@ -15,8 +15,8 @@ struct ReportKind;
 std::unique_ptr<AttenReport> createReport(const ReportKind &kind, const QSqlDatabase &database);
 
 /**
- * A run that an operator requested, for any day, with a progress bar. It ends if the connection is
- * lost or on an Interruption. By default it does not store "lastGenerated".
+ * A run that an operator requested, for any day, with a progress bar. An Interruption or the loss
+ * of the connection ends it. By default it does not store "lastGenerated".
  *
  * Must outlive the use of `run`. The destructor erases the bar.
  */

@@ -7,28 +7,29 @@
 /// A statement of the reports that the server would not execute.
 struct UnmetRequirement {
     QString text;             ///< the statement's tables and the server's error
-    QStringList tables;       ///< the first one is what the statement is about
-    bool isForbidden = false; ///< a right is missing; otherwise a table or column is, or is damaged
+    QStringList tables;       ///< the main table of the statement first
+    bool isForbidden = false; ///< true: a right is missing; false: a table or column is missing or
+                              ///< damaged
 };
 
 /**
  * What reports need from a schema's tables.
  *
- * The server prepares the reports' own statements without executing them, and thus names what is
- * missing, ambiguous, damaged or forbidden. It checks rights to write only over a connection that
- * may write.
+ * These functions let the server prepare the reports' own statements without executing them. Its
+ * errors name what is missing, ambiguous, damaged or forbidden. The server checks rights to write
+ * only on a connection that may write.
  */
 namespace Requirements
 {
 
-/// Returns whether this error code of the server means a missing right: on the database, a table or
-/// a column.
+/// Returns whether an error code of the server means that a right is missing: on the database, a
+/// table or a column.
 bool isRight(const QString &code);
 
-/// Returns whether the server can prepare all of these queries. Asks once.
+/// Returns whether the server can prepare all of these queries. Sends a single statement.
 bool areReadable(const QSqlDatabase &database, const QStringList &queries);
 
-/// Returns which of these queries the server cannot prepare, and why. Asks for each.
+/// Returns which of these queries the server cannot prepare, and why. Sends one statement for each.
 QVector<UnmetRequirement> unreadable(const QSqlDatabase &database, const QStringList &queries);
 
 /// Returns why reports could not queue mails.

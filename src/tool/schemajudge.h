@@ -17,8 +17,8 @@ struct ReportJudgement {
     QVector<Finding> findings; ///< the most urgent first; empty if all is well
 };
 
-/// Returns one word for a report: the state of its first problem or, without problems, of the
-/// finding that makes it wait or disables it; otherwise "well".
+/// Returns one word for a report: the state of its first problem; without problems, the state of
+/// the finding that makes it wait or disables it; otherwise "well".
 QString stateOf(const QVector<Finding> &findings);
 
 /// The judgement of a schema.
@@ -29,7 +29,7 @@ struct SchemaJudgement {
     bool isOpened = false;
     bool isComplete = true;    ///< otherwise the server stopped answering
     int queued = -1;           ///< mails waiting for the sender; -1 if they cannot be counted
-    qint64 oldestSeconds = 0;  ///< age of the oldest of them, by the server's clock
+    qint64 oldestSeconds = 0;  ///< age of the oldest waiting mail, by the server's clock
     QVector<Finding> findings; ///< why the reports could not be judged; empty if they were
     QVector<ReportJudgement> reports; ///< daily first; empty if the settings cannot be read
 
@@ -44,8 +44,8 @@ struct SchemaJudgement {
  * for each report, all findings of all schemas, and everything about one report.
  *
  * A judgement is made in this order: the row in the table `schemas`, the connection, the settings,
- * the tables and rights, the mails, the people, this machine, the host. Nothing is written. May be
- * used by several threads at once.
+ * the tables and rights, the mails, the people, this machine, the host. Changes nothing in the
+ * database. Thread-safe.
  */
 class SchemaJudge
 {

@@ -13,7 +13,7 @@
 
 class SilenceWatch;
 
-/// A row of the table `schemas`, active or not, and how to connect to its database.
+/// A row of the table `schemas`, active or not, and how to connect to the schema's database.
 struct SchemaRow {
     QString token;
     int status = 1; ///< 1 is active
@@ -45,8 +45,8 @@ public:
     /// Returns the tokens of all active schemas, in a stable order.
     Result<QStringList> tokens() const;
 
-    /// Returns the rows of that token, or all rows if it is empty, in the order of tokens().
-    /// Includes inactive ones.
+    /// Returns the rows of that token, or all rows if it is empty, including inactive ones. They
+    /// are in the order of tokens().
     Result<QVector<SchemaRow>> rows(const QString &token) const;
 
     /// Returns how to connect to that schema, with the account and password of its row, or nothing
@@ -88,11 +88,10 @@ public:
 
     QString databaseName;
     QString error; ///< why the connection is not open, and what to do about it; empty if it is open
-                   ///< open
 
 private:
     void open(const ConnectionOptions &options, Access access);
 
-    const QString name;                  ///< under which it is registered
+    const QString name;                  ///< of the registered connection
     std::unique_ptr<SilenceWatch> watch; ///< null for short statements
 };

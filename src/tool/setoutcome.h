@@ -7,9 +7,9 @@
 
 /// The consequences of changing a report's settings.
 struct SetOutcome {
-    bool isForNobody = false;  ///< enabled, but nobody would get it
-    bool isDueNow = false;     ///< goes out at the next tick of a host that serves the schema
-    bool waitsForScan = false; ///< enabled, and so far no host had a reason to serve the schema
+    bool isForNobody = false;  ///< it is enabled, but has no recipient
+    bool isDueNow = false;     ///< it goes out at the next tick of a host that serves the schema
+    bool waitsForScan = false; ///< it is the schema's first enabled report: the next scan finds it
 
     /// Both maps hold the settings of all reports of the schema, by their full keys.
     SetOutcome(const ReportKind &kind, const VarsTable::Values &before,

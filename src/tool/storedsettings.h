@@ -17,7 +17,7 @@ struct StoredSettings {
 
     static Result<StoredSettings> read(const QSqlDatabase &database, const ReportKind &kind);
 
-    /// Returns the text of that setting, or an empty one if it is not set.
+    /// Returns the text of a setting, or an empty text if it is not set.
     QString text(const char *key) const { return values.value(QLatin1String(key)).toString(); }
     /// Returns whether a host's scan finds the schema by this report: "enabled" must be exactly 1.
     bool isFoundByScan() const { return text("enabled").toInt() == 1; }
@@ -27,13 +27,13 @@ struct StoredSettings {
 struct SchemaSettings {
     QVector<StoredSettings> reports; ///< in the order of reportKinds()
     QMap<QString, QVariant> options; ///< of all reports, by key
-    QVariant sender;                 ///< of their mails; invalid if it is not stored
+    QVariant sender;                 ///< of the reports' mails; invalid if it is not stored
 
-    /// Reads it by one statement.
+    /// Reads everything with one statement.
     static Result<SchemaSettings> read(const QSqlDatabase &database);
 };
 
-/// The recipients that get a mail, in the order of the setting.
+/// The recipients of a report, in the order of the setting.
 struct Recipients {
     explicit Recipients(const QStringList &written);
 

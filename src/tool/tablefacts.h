@@ -7,10 +7,10 @@
 #include <limits>
 
 /**
- * What the server's catalogue says of the tables that all reports need: the settings, the mails and
- * the people.
+ * What the server's catalogue says about the tables that all reports need: the settings, the mails
+ * and the people.
  *
- * What is missing, or not to be seen by the account, is left out.
+ * Leaves out what is missing and what the account may not see.
  */
 struct TableFacts {
     struct Table {
@@ -23,13 +23,14 @@ struct TableFacts {
         QString characterSet;
     };
 
-    QVector<Table> unsafeTables; ///< of mails and settings, those without InnoDB's transactions
-    QVector<Column> texts;       ///< what becomes part of a mail or a workbook
+    QVector<Table> unsafeTables; ///< tables of mails or settings that have no transactions
+    QVector<Column> texts;       ///< columns whose text becomes part of a mail or a workbook
     bool isNameUnique = false;   ///< whether no two settings can have the same name
     // A limit that is not known does not apply.
     qint64 packetBytes = std::numeric_limits<qint64>::max(); ///< of a statement
     qint64 dataBytes = std::numeric_limits<qint64>::max();   ///< of a mail's attachment
 
-    /// Reads all of it by one statement, or part by part if one of them fails.
+    /// Reads everything with one statement or, if that fails, with a statement for each part, so
+    /// that a missing table spoils only its own part.
     static TableFacts read(const QSqlDatabase &database);
 };

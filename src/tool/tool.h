@@ -9,9 +9,9 @@ namespace Tool
 /// The exit status of every command, except for one that a signal interrupted, which has
 /// Interruption::status().
 enum Status {
-    Well = 0,       ///< done, and all is well
-    Look = 1,       ///< done, and something needs attention, or it failed
-    CouldNotAsk = 2 ///< the command line is wrong, or the database cannot be reached
+    Well = 0,       ///< the command succeeded, and all is well
+    Look = 1,       ///< something needs attention, or the command failed
+    CouldNotAsk = 2 ///< the command line is wrong, or the database cannot be asked
 };
 
 /// Returns the command in `arguments`, whose first element is the program's name; empty if there is

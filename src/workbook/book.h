@@ -24,18 +24,17 @@ class IBookT
 public:
     /**
      * Writes the book to a file with mode 0600. Writes a temporary file in the same directory and
-     * renames it, so that an error leaves an existing file unchanged and no new one behind. A
-     * symbolic link is replaced, not followed. Fails for a book without sheets. The book may be
-     * changed and saved again. The path is encoded as UTF-8 in every locale. `useTemp` has no
-     * effect.
+     * renames it: on an error, an existing file is unchanged and no new file remains. A symbolic
+     * link is replaced, not followed. Fails for a book without sheets. The book may be changed and
+     * saved again. The path is encoded as UTF-8 in every locale. `useTemp` has no effect.
      */
     virtual bool save(const Char *filename, bool useTemp = false) = 0;
 
     /**
      * Appends an empty sheet or, if `copyFrom` is not null, a copy of that sheet. Returns null for
      * a name that spreadsheet programs reject: one that is empty or longer than 31 UTF-16 units,
-     * contains a tab, a line break or any of []:*?/\, begins or ends with an apostrophe, or differs
-     * from another sheet's name only in case.
+     * contains a tab, a line break or any of []:*?/\, begins or ends with an apostrophe, or equals
+     * another sheet's name, ignoring case.
      */
     virtual ISheetT<Char> *addSheet(const Char *name, ISheetT<Char> *copyFrom = nullptr) = 0;
 
@@ -46,14 +45,21 @@ public:
      */
     virtual int addCustomNumFormat(const Char *customNumFormat) = 0;
 
-    /** Adds a format, or an independent copy of one of the same book. */
+    /**
+     * Adds a format: a new one or, if `copyFrom` is not null, a copy of that format. Returns null
+     * if `copyFrom` belongs to another book.
+     */
     virtual IFormatT<Char> *addFormat(IFormatT<Char> *copyFrom = nullptr) = 0;
 
-    /** Adds a copy of the current default font, or of another font of the same book. */
+    /**
+     * Adds a copy of the current default font or, if `copyFrom` is not null, of that font. Returns
+     * null if `copyFrom` belongs to another book.
+     */
     virtual IFontT<Char> *addFont(IFontT<Char> *copyFrom = nullptr) = 0;
 
     /**
-     * Sets the font of all formats that set none. Its digits are also the unit of column widths.
+     * Sets the font of all formats that set none. The width of its digits is the unit of column
+     * widths.
      * Ignores names that are empty or longer than 31 UTF-16 units, and sizes outside 1 to 409
      * points.
      */

@@ -13,8 +13,8 @@ class IFontT;
  *
  * It belongs to the book and lives until the book is released. A change affects every cell that
  * uses the format, even if it was written before. A new format has the book's default font, the
- * general number format, general and bottom alignment, no borders and automatic border colours.
- * Values outside an enumeration are ignored.
+ * general number format, the alignments General and Bottom, no borders and automatic border
+ * colours. Values outside an enumeration are ignored.
  */
 template <class Char>
 class IFormatT
@@ -23,7 +23,8 @@ public:
     /** Returns false and changes nothing if `font` is null or belongs to another book. */
     virtual bool setFont(IFontT<Char> *font) = 0;
 
-    /** `numFormat` is from IBookT::addCustomNumFormat, or 0 for general. Others are ignored. */
+    /** `numFormat` is from IBookT::addCustomNumFormat, or 0 for general; other values are ignored.
+     */
     virtual void setNumFormat(int numFormat) = 0;
 
     virtual void setAlignH(AlignH align) = 0;

@@ -27,8 +27,8 @@ class ISheetT
 {
 public:
     /**
-     * Writes text of up to 32,767 UTF-16 units, which may be empty. Refuses null, longer text, and
-     * any other `type`.
+     * Writes text of up to 32,767 UTF-16 units, which may be empty. Refuses null and longer text.
+     * `type` must be CellType::String.
      */
     virtual bool writeStr(int row, int col, const Char *value, IFormatT<Char> *format = nullptr,
                           CellType type = CellType::String) = 0;
@@ -42,7 +42,7 @@ public:
     /**
      * Writes a formula of up to 8,192 UTF-16 units in A1 notation, with English function names and
      * with or without a leading "=". Spreadsheet programs calculate it when they open the file.
-     * Refuses null, an empty and a longer text. An XML book accepts any other text unchecked. A
+     * Refuses null, empty text and longer text. An XML book accepts any other text unchecked. A
      * binary book accepts only what it can translate: cells of the same sheet, numbers, + - * /,
      * signs and parentheses.
      */
@@ -64,21 +64,21 @@ public:
     /** Freezes the rows above `row` and the columns left of `col`; (0, 0) freezes nothing. */
     virtual void split(int row, int col) = 0;
 
-    /** Sets whether the screen shows gridlines, which is the default. */
+    /** Sets whether gridlines are shown on the screen. By default they are. */
     virtual void setDisplayGridlines(bool show) = 0;
 
     /** Sets whether gridlines are printed. By default they are not. */
     virtual void setPrintGridlines(bool print) = 0;
 
-    /** Scales printing to that many pages (0 to 32,767); 0 means as many as needed. */
+    /** Scales printing to so many pages in width and height (0 to 32,767); 0: as many as needed. */
     virtual void setPrintFit(int wPages, int hPages) = 0;
 
     virtual void setLandscape(bool landscape) = 0;
 
     /**
      * Sets the text at the foot of each page, up to 255 UTF-16 units: "&P" is the page, "&N" the
-     * number of pages. `margin` is its distance from the paper's edge in inches, from 0 to below
-     * 49. Returns false and changes nothing if either is out of range.
+     * number of pages. `margin` is the text's distance from the paper's edge in inches, from 0 to
+     * below 49. Returns false and changes nothing if an argument is out of range.
      */
     virtual bool setFooter(const Char *footer, double margin) = 0;
 

@@ -21,7 +21,7 @@ constexpr std::size_t maxNumFormats = 200;
 constexpr int maxFontPoints = 409;
 
 /** `ending` must be in lower case. */
-bool endsInAnyCase(std::string text, std::string_view ending)
+bool endsWithIgnoringCase(std::string text, std::string_view ending)
 {
     for (char &c : text)
         c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
@@ -45,7 +45,7 @@ bool BookImpl::save(const wchar_t *filename, bool /*useTemp*/)
     });
 }
 
-bool BookImpl::isFreeSheetName(const std::u16string &name) const
+bool BookImpl::acceptsSheetName(const std::u16string &name) const
 {
     if (name.empty() || !isPlainLine(name) ||
         name.find_first_of(u"[]:*?/\\") != std::u16string::npos || name.front() == u'\'' ||
@@ -60,7 +60,7 @@ bool BookImpl::isFreeSheetName(const std::u16string &name) const
 template <class Impl, class Data>
 Impl *BookImpl::add(std::deque<Data> &values, std::deque<Impl> &handles, Data value)
 {
-    // In this order, because if push_back() throws, nobody knows the handle.
+    // The handle first: if push_back() throws, no caller has a handle without data.
     Impl &handle = handles.emplace_back(data, values.size());
     values.push_back(std::move(value));
     return &handle;
@@ -73,7 +73,7 @@ libxl::ISheetT<wchar_t> *BookImpl::addSheet(const wchar_t *name, libxl::ISheetT<
         if (!fits(source, data))
             return nullptr;
         SheetData sheet = source == nullptr ? SheetData{} : data.sheets[source->index];
-        if (!readText(name, maxSheetNameUnits, sheet.name) || !isFreeSheetName(sheet.name))
+        if (!readText(name, maxSheetNameUnits, sheet.name) || !acceptsSheetName(sheet.name))
             return nullptr;
         return add(data.sheets, sheets, std::move(sheet));
     });
@@ -146,7 +146,7 @@ bool BookImpl::setLocale(const char *locale)
 {
     return guarded(false, [&] {
         return locale != nullptr &&
-               (endsInAnyCase(locale, "utf-8") || endsInAnyCase(locale, "utf8"));
+               (endsWithIgnoringCase(locale, "utf-8") || endsWithIgnoringCase(locale, "utf8"));
     });
 }
 

@@ -34,7 +34,7 @@ public:
 private:
     template <class Impl, class Data>
     Impl *add(std::deque<Data> &values, std::deque<Impl> &handles, Data value);
-    [[nodiscard]] bool isFreeSheetName(const std::u16string &name) const;
+    [[nodiscard]] bool acceptsSheetName(const std::u16string &name) const;
 
     BookData data;
     std::deque<SheetImpl> sheets;

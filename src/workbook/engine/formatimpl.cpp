@@ -9,8 +9,8 @@ namespace
 {
 
 /**
- * Returns whether `value` is an enumerator. Callers may cast any number, which files must not
- * contain.
+ * Returns whether `value` is one of the enumerators, which end with `last`. A caller can cast any
+ * number to `Enum`, but files must not contain it.
  */
 template <class Enum>
 bool isWithin(Enum value, Enum last)
@@ -31,8 +31,8 @@ bool FormatImpl::setFont(libxl::IFontT<wchar_t> *font)
 
 void FormatImpl::setNumFormat(int numFormat)
 {
-    const auto own = static_cast<int>(book.numFormats.size());
-    if (numFormat == 0 || (numFormat >= firstOwnNumFormat && numFormat - firstOwnNumFormat < own))
+    const int end = firstOwnNumFormat + static_cast<int>(book.numFormats.size());
+    if (numFormat == 0 || (numFormat >= firstOwnNumFormat && numFormat < end))
         data().numFormat = numFormat;
 }
 

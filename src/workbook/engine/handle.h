@@ -8,7 +8,7 @@
 namespace workbook
 {
 
-/** The base class of sheets, formats and fonts: an index into the model of their book. */
+/** The base class of sheets, formats and fonts: refers to their data in the model of a book. */
 class Handle
 {
 public:

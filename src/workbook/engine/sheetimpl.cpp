@@ -52,9 +52,9 @@ bool SheetImpl::writeCell(int row, int col, libxl::IFormatT<wchar_t> *format, Fi
         return false;
     bool filled = false;
     const bool survived = guarded([&] {
-        const std::optional<std::uint32_t> place = formatIndex(format);
-        Cell cell = makeCell(row, col, CellKind::Erased, place.value_or(0));
-        filled = place.has_value() && fill(cell);
+        const std::optional<std::uint32_t> formatNumber = formatIndex(format);
+        Cell cell = makeCell(row, col, CellKind::Erased, formatNumber.value_or(0));
+        filled = formatNumber.has_value() && fill(cell);
         data().cells.put(filled ? cell : makeCell(row, col, CellKind::Erased));
     });
     book.ranOut = book.ranOut || !survived;
@@ -110,24 +110,24 @@ bool SheetImpl::writeFormula(int row, int col, const wchar_t *expr,
 bool SheetImpl::setCol(int colFirst, int colLast, double width, libxl::IFormatT<wchar_t> *format,
                        bool hidden)
 {
-    const auto place = formatIndex(format);
-    if (!isColumn(colFirst) || !isColumn(colLast) || colFirst > colLast || !place ||
+    const auto formatNumber = formatIndex(format);
+    if (!isColumn(colFirst) || !isColumn(colLast) || colFirst > colLast || !formatNumber ||
         !(width >= 0 && width <= maxColumnChars))
         return false;
     return guarded(false, [&] {
         for (int col = colFirst; col <= colLast; ++col)
-            data().columns[col] = {width, *place, hidden};
+            data().columns[col] = {width, *formatNumber, hidden};
         return true;
     });
 }
 
 bool SheetImpl::setRow(int row, double height, libxl::IFormatT<wchar_t> *format, bool hidden)
 {
-    const auto place = formatIndex(format);
-    if (!isRow(row) || !place || !(height >= minRowPoints && height <= maxRowPoints))
+    const auto formatNumber = formatIndex(format);
+    if (!isRow(row) || !formatNumber || !(height >= minRowPoints && height <= maxRowPoints))
         return false;
     return guarded(false, [&] {
-        data().rows[row] = {height, *place, hidden};
+        data().rows[row] = {height, *formatNumber, hidden};
         return true;
     });
 }

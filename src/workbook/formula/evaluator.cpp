@@ -55,9 +55,9 @@ Evaluator::Evaluator(const BookData &bookData, const SheetData &sheetData)
 
 FormulaValue Evaluator::valueOf(const Cell &cell, FormulaTokens formula)
 {
-    // An explicit stack, so that chains of formulas may have any length. A formula waits on it for
-    // those that it refers to. A cell that is reached again while it waits is part of a cycle and
-    // stays unknown.
+    // An explicit stack instead of recursion, so that chains of formulas may have any length. A
+    // formula stays on the stack until those that it refers to are evaluated. A formula that is
+    // reached again meanwhile is part of a cycle, and its value is unknown there.
     const auto known = values.find(&cell);
     if (known != values.end())
         return known->second;
@@ -74,8 +74,8 @@ FormulaValue Evaluator::valueOf(const Cell &cell, FormulaTokens formula)
 }
 
 /**
- * Pushes the formulas that the last one refers to and that have no value yet. Returns whether there
- * are any.
+ * Pushes the formulas that the last one refers to, except for those that have a value or are
+ * waiting. Returns whether there are any.
  */
 bool Evaluator::pushOpenCells(std::vector<Waiting> &waiting) const
 {

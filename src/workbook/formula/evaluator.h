@@ -22,8 +22,8 @@ struct FormulaValue {
 
 /**
  * Evaluates the formulas of one sheet, so that programs which only display a file show the right
- * values. An empty cell is 0; texts and cycles are unknown. Evaluates each formula once, however
- * long the chains of references are.
+ * values. An empty cell counts as 0; texts, cycles and formulas that parseFormula() does not
+ * understand are unknown. The time grows with the number of references, however long their chains.
  */
 class Evaluator
 {

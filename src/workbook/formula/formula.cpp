@@ -15,8 +15,8 @@ namespace
 constexpr int maxDepth = 64;
 
 /**
- * A recursive-descent parser that appends tokens in postfix order. Functions return false for what
- * this engine does not understand.
+ * A recursive-descent parser that appends tokens in postfix order. Each parsing function returns
+ * false if this engine does not understand the text.
  */
 class Parser
 {

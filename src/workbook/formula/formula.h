@@ -32,7 +32,7 @@ using FormulaTokens = std::vector<FormulaToken>;
 
 /**
  * Parses a formula without its leading "=": cells of the same sheet, numbers, + - * /, signs and
- * parentheses; the last two up to 64 levels deep. Returns nothing for anything else.
+ * parentheses, with at most 63 nested signs and parentheses. Returns nothing for anything else.
  */
 std::optional<FormulaTokens> parseFormula(std::u16string_view text);
 

@@ -18,6 +18,7 @@ bool takeDollar(std::u16string_view &text)
     return found;
 }
 
+/** Returns whether a reference ends before `rest`: not in the middle of a name or a number. */
 bool mayFollow(std::u16string_view rest)
 {
     constexpr std::u16string_view partsOfNames = u"(!._$[";

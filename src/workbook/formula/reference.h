@@ -6,18 +6,18 @@
 namespace workbook
 {
 
-/** A reference to a cell of the formula's own sheet. `fixedRow` and `fixedColumn` stand for "$". */
+/** A reference to a cell of the formula's own sheet. */
 struct CellReference {
     int row = 0;
     int column = 0;
-    bool fixedRow = false;
+    bool fixedRow = false; // written with "$", as in "K$2"
     bool fixedColumn = false;
 };
 
 /**
- * Removes and returns a reference such as "K2" or "$A$1" at the beginning of `text`. Returns
- * nothing, and leaves `text` unspecified, if there is none or something longer, such as "LOG10(" or
- * "Sheet1!".
+ * Removes and returns the reference that `text` begins with, such as "K2" or "$A$1". Returns
+ * nothing, and leaves `text` unspecified, if it begins with anything else, including longer names
+ * such as "LOG10(" or "Sheet1!".
  */
 std::optional<CellReference> takeReference(std::u16string_view &text);
 

@@ -41,8 +41,8 @@ void CellStore::put(const Cell &cell)
 }
 
 /**
- * Replaces a cell in place. Returns false if there is none, or if cells wait in the tail, because
- * one of them may have the same place.
+ * Replaces the cell at the same place. Returns false if there is none, or if there is an unsorted
+ * tail, which may contain that place too.
  */
 bool CellStore::replace(const Cell &cell)
 {
@@ -59,11 +59,11 @@ bool CellStore::replace(const Cell &cell)
 void CellStore::sort() noexcept
 {
     if (!isSorted()) {
-        // Both algorithms are stable, so the last write to a place stays the last.
+        // Both algorithms are stable, so of the cells at one place the last written stays the last.
         const auto tail = cells.begin() + static_cast<std::ptrdiff_t>(sortedEnd);
         std::stable_sort(tail, cells.end(), before);
         std::inplace_merge(cells.begin(), tail, cells.end(), before);
-        // unique() in reverse keeps the last one.
+        // In reverse, unique() keeps the last of them.
         const auto samePlace = [](const Cell &a, const Cell &b) {
             return a.key() == b.key();
         };

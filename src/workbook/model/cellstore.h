@@ -9,7 +9,7 @@ namespace workbook
 
 enum class CellKind : std::uint8_t { Erased, Blank, Number, Text, Formula };
 
-/** A cell. It takes 16 bytes, because a sheet of a hundred thousand rows has millions of cells. */
+/** A cell, in only 16 bytes: a sheet of a hundred thousand rows has millions of cells. */
 struct Cell {
     std::uint64_t row : 20;
     std::uint64_t column : 14;
@@ -23,7 +23,7 @@ struct Cell {
     [[nodiscard]] CellKind kind() const { return static_cast<CellKind>(kindCode); }
     void setKind(CellKind kind) { kindCode = static_cast<unsigned>(kind) & 0xFU; }
 
-    /** Orders cells as files do: by row, then by column. */
+    /** Orders cells by row, then by column. */
     [[nodiscard]] std::uint64_t key() const { return (std::uint64_t{row} << 14U) | column; }
 };
 
@@ -34,20 +34,21 @@ Cell makeCell(int row, int column, CellKind kind, std::uint32_t format = 0);
 /**
  * The cells of a sheet. They may be written in any order, and the last write to a place wins.
  *
- * Cells that arrive in the order of files are stored in order, and are replaced in place. All other
- * cells are appended to an unsorted tail, which is merged when it is as long as the sorted part.
- * The time per cell therefore grows at most with the logarithm of their number.
+ * Files order cells by row, then by column. While cells arrive in that order, they are stored in
+ * order, and a later write replaces a cell in place. All other cells are appended to an unsorted
+ * tail, which is merged when it is as long as the sorted part. The time per cell therefore grows at
+ * most with the logarithm of their number.
  */
 class CellStore
 {
 public:
     /**
-     * Writes a cell; one of kind Erased removes the cell at its place. If this throws, nothing has
-     * changed.
+     * Writes a cell. A cell of kind Erased removes the cell at its place. If put() throws, nothing
+     * has changed.
      */
     void put(const Cell &cell);
 
-    /** Sorts the cells into the order of files, one per place, without erased ones. */
+    /** Sorts the cells, and removes the overwritten and the erased ones. */
     void sort() noexcept;
 
     /** Returns all cells. Call sort() first. */

@@ -28,7 +28,7 @@ struct FontData {
 
 enum Side { Left, Right, Top, Bottom };
 
-constexpr int firstOwnNumFormat = 164; // the numbers below are the built-in formats
+constexpr int firstOwnNumFormat = 164; // lower numbers are the built-in formats
 
 struct FormatData {
     std::uint32_t font = 0;
@@ -94,12 +94,12 @@ struct BookData {
     const FileFormat &format;
     std::deque<FontData> fonts{FontData{}};       // 0 is the book's default font
     std::deque<FormatData> formats{FormatData{}}; // 0 is "no format"
-    std::vector<std::u16string> numFormats;       // codes of firstOwnNumFormat and those after it
+    std::vector<std::u16string> numFormats;       // codes, numbered from firstOwnNumFormat
     std::deque<SheetData> sheets;
     StringTable strings;
     StringTable formulas; // without the leading "="
     bool rgbColours = false;
-    bool ranOut = false; // out of memory, so that a cell or a setting was lost: save() must fail
+    bool ranOut = false; // of memory: a cell or a setting was lost, so save() must fail
 };
 
 } // namespace workbook

@@ -34,7 +34,7 @@ std::uint32_t StringTable::intern(std::u16string_view text)
     if (slots[slot] != 0)
         return slots[slot] - 1;
 
-    // Append first: if memory runs out, no entry refers to the text.
+    // The characters first: if push_back() throws, no entry refers to them.
     const std::size_t begin = characters.size();
     characters += text;
     entries.push_back({begin, static_cast<std::uint32_t>(text.size()), hash});
@@ -42,7 +42,7 @@ std::uint32_t StringTable::intern(std::u16string_view text)
     return slots[slot] - 1;
 }
 
-/** Returns the slot that contains `text`, or the free one where it belongs. */
+/** Returns the slot of `text`, or the free slot where it belongs. */
 std::size_t StringTable::slotOf(std::u16string_view text, std::uint32_t hash) const
 {
     const std::size_t mask = slots.size() - 1;

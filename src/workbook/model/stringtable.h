@@ -38,7 +38,8 @@ private:
 
     std::u16string characters;
     std::vector<Entry> entries;
-    // 0 if free, otherwise a number + 1; the size is a power of two.
+    // The hash table: each slot is 0 if free, or the number of a text + 1. The size is a power
+    // of 2.
     std::vector<std::uint32_t> slots;
 };
 

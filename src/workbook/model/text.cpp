@@ -19,7 +19,7 @@ constexpr char32_t joined(char16_t high, char16_t low)
     return 0x10000U + ((high - 0xD800U) << 10U) + (low - 0xDC00U);
 }
 
-/** Returns whether the character is between the controls and the surrogates, as nearly all are. */
+/** Returns whether a character lies between the controls and the surrogates, as nearly all do. */
 constexpr bool isUsual(char32_t point)
 {
     return point - 0x20U < 0xD800U - 0x20U;
@@ -32,7 +32,10 @@ constexpr bool fitsXml(char32_t point)
            (point >= 0x10000 && point <= 0x10FFFF);
 }
 
-/** Takes the next character. Two wide characters that form a surrogate pair are one character. */
+/**
+ * Returns the next character and moves `text` behind it. Two wide characters that form a surrogate
+ * pair are one character.
+ */
 char32_t takePoint(const wchar_t *&text)
 {
     const auto point = static_cast<char32_t>(*text++);
@@ -53,8 +56,8 @@ void appendUtf16(std::u16string &units, char32_t point)
     units += static_cast<char16_t>(0xDC00U + (point & 0x3FFU));
 }
 
-// In the Latin extensions a capital letter is directly followed by its small letter. Whether the
-// capital's code is even or odd depends on the block.
+// In these blocks a capital letter is directly followed by its small letter. Whether the capital's
+// code is even or odd depends on the block.
 char16_t foldLatinExtended(char16_t unit)
 {
     const bool capitalIsOdd = (unit >= 0x139 && unit <= 0x148) || (unit >= 0x179 && unit <= 0x17E);

@@ -5,15 +5,15 @@
 #include <string_view>
 
 /**
- * Text inside the engine is UTF-16, in whose units both formats count. It has no lone surrogates
- * and no other characters that XML cannot represent.
+ * Text inside the engine is UTF-16, because both file formats limit texts in UTF-16 units. It has
+ * no lone surrogates and no other characters that XML cannot represent.
  */
 namespace workbook
 {
 
 /**
- * Converts a caller's text to `units`, without the characters that XML cannot represent: those
- * below U+0020 except tab, line feed and carriage return, lone surrogates, U+FFFE and U+FFFF.
+ * Converts a caller's text to UTF-16 in `units`, without the characters that XML cannot represent:
+ * those below U+0020 except tab, line feed and carriage return, lone surrogates, U+FFFE and U+FFFF.
  * Returns false if `text` is null or the result is longer than `maxUnits`.
  */
 bool readText(const wchar_t *text, std::size_t maxUnits, std::u16string &units);
@@ -21,7 +21,7 @@ bool readText(const wchar_t *text, std::size_t maxUnits, std::u16string &units);
 /** Returns the path in UTF-8; empty for null. Invalid characters become U+FFFD. */
 std::string utf8Path(const wchar_t *path);
 
-/** Returns whether the text has neither tabs nor line breaks. */
+/** Returns whether `text` contains neither tabs nor line breaks. */
 bool isPlainLine(std::u16string_view text);
 
 /** Returns whether `unit` is the first of the two units of a character beyond U+FFFF. */
@@ -32,7 +32,7 @@ constexpr bool isHighSurrogate(char32_t unit)
 
 constexpr std::size_t maxUtf8Bytes = 4;
 
-/** Writes a character, which takes up to maxUtf8Bytes. Returns the position after it. */
+/** Writes a character to `out`, up to maxUtf8Bytes. Returns the position after it. */
 char *putUtf8(char32_t point, char *out);
 
 /** Removes and returns the first character of `text`, which must not be empty. */

@@ -9,17 +9,17 @@ namespace workbook
 {
 
 /**
- * Collects bytes for a file, optimised for very many small pieces: they are written into reserved
+ * Collects bytes for a file. Optimised for very many small pieces: writes them into reserved
  * memory, which clear() keeps.
  *
- * This is the only class that knows the byte order of both file formats, which is little-endian.
+ * Only this class knows the byte order, which is little-endian in both file formats.
  */
 class Buffer
 {
 public:
     /**
-     * Returns the position after the last byte, with room for `bytes` more. grow() then appends
-     * those that were written there.
+     * Returns the position after the last byte, with room for `bytes` more. After writing there,
+     * call grow() with the number of bytes written, which appends them.
      */
     char *room(std::size_t bytes)
     {
@@ -31,8 +31,8 @@ public:
     void grow(std::size_t bytes) { length += bytes; }
 
     /**
-     * Writes eight bytes after the last byte without appending them; grow() appends as many as it
-     * is told.
+     * Writes eight bytes after the last byte without appending them. Call grow() with the number of
+     * those to append.
      */
     void put64(std::uint64_t value) { store<8>(room(8), value); }
 
@@ -86,8 +86,8 @@ private:
         return *this;
     }
 
-    std::string storage; // all of it is reserved memory
-    std::size_t length = 0;
+    std::string storage;    // the reserved memory, including unused bytes
+    std::size_t length = 0; // how many bytes have been appended
 };
 
 } // namespace workbook

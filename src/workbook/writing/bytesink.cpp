@@ -36,8 +36,9 @@ ByteSink::~ByteSink()
 void ByteSink::openTemporary()
 {
     // The name is not derived from the target's, which may already have the maximum length. It is
-    // random, because in a folder that others may write to, they could take predictable names. It
-    // is complete before the file exists, so that no failure in between leaves the file behind.
+    // random, because others could occupy a predictable name in a folder that they may write to. It
+    // is complete before the file exists, so that running out of memory cannot leave the file
+    // behind.
     constexpr std::string_view ending = ".tmp";
     temporary = target.substr(0, target.rfind('/') + 1) + ".workbook-XXXXXX";
     temporary += ending;
@@ -101,7 +102,7 @@ bool ByteSink::close()
 bool ByteSink::commit()
 {
     flush();
-    // A network file system may report a full disk only here.
+    // A network file system may report a full disk only when the file is closed.
     if (!failed && (!close() || std::rename(temporary.c_str(), target.c_str()) != 0))
         failWithErrno();
     if (failed) {

@@ -8,9 +8,9 @@ namespace workbook
 {
 
 /**
- * Writes a file atomically: bytes go to a temporary file with mode 0600 beside the target, and
- * commit() renames it. Until then, an existing target is unchanged. Without a successful commit the
- * destructor removes the temporary file.
+ * Writes a file atomically: writes a temporary file with mode 0600 beside the target, which
+ * commit() renames to the target. Until then, an existing target is unchanged. Without a successful
+ * commit() the destructor removes the temporary file.
  *
  * The first error is latched: later calls do nothing, and commit() returns false and sets `errno`
  * to that error, or to 0 after fail(). The destructor preserves `errno`.
@@ -26,7 +26,7 @@ public:
 
     void append(std::string_view bytes);
 
-    /** Overwrites bytes already appended. */
+    /** Overwrites bytes that have been appended, from `offset` on. */
     void patch(std::uint64_t offset, std::string_view bytes);
 
     /** Number of bytes appended so far. */
@@ -47,7 +47,7 @@ private:
     void failWithErrno();
 
     const std::string target;
-    std::string temporary; // empty while there is no file to remove
+    std::string temporary; // path; empty if there is no file to remove
     std::string buffer;
     std::uint64_t flushed = 0;
     int file = -1;

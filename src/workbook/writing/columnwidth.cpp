@@ -18,12 +18,12 @@ constexpr double maxStoredWidth = 255;
 constexpr double steps = 256; // files store widths in 1/256 of a digit
 
 struct DigitWidth {
-    std::u16string_view fontName; // or the beginning of it
-    double ofHeight;
+    std::u16string_view fontNamePrefix;
+    double ofHeight; // the width of a digit divided by the height of the font
 };
 
-// Measured with fonts of the same metrics. Other fonts are assumed to be as wide as Arial. This is
-// right, at all usual sizes, for Tahoma, which "MS Shell Dlg 2" usually means.
+// Measured with metric-compatible fonts. Other fonts are assumed to be as wide as Arial. At all
+// usual sizes this is right for Tahoma, which "MS Shell Dlg 2" usually stands for.
 constexpr DigitWidth digitWidths[] = {
     {u"Calibri", 0.507}, {u"Carlito", 0.507}, {u"Times", 0.500}, {u"Courier", 0.600}};
 constexpr double usualDigitWidth = 0.556;
@@ -34,7 +34,7 @@ int digitPixels(const FontData &font)
 {
     const auto known =
         std::find_if(std::begin(digitWidths), std::end(digitWidths), [&](const DigitWidth &width) {
-            return font.name.compare(0, width.fontName.size(), width.fontName) == 0;
+            return font.name.compare(0, width.fontNamePrefix.size(), width.fontNamePrefix) == 0;
         });
     const double ofHeight = known == std::end(digitWidths) ? usualDigitWidth : known->ofHeight;
     return std::max(1, static_cast<int>(std::lround(font.points * pixelsPerPoint * ofHeight)));
@@ -44,7 +44,7 @@ double storedColumnWidth(double chars, int digitPixels)
 {
     if (chars <= 0)
         return 0;
-    // Below the width of one digit, programs scale the digit together with its padding.
+    // If a column is narrower than one digit, programs scale the digit together with its padding.
     const double pixels = chars < 1 ? std::round(chars * (digitPixels + paddingPixels))
                                     : std::round(chars * digitPixels) + paddingPixels;
     return std::min(std::trunc(pixels / digitPixels * steps) / steps, maxStoredWidth);

@@ -10,30 +10,28 @@ namespace workbook
 struct BookData;
 
 /**
- * The texts that the cells of a book use. The most frequent come first, because small numbers make
- * small files; equally frequent ones are in the order of the cells. Texts that were overwritten are
- * not among them, and the order in which cells were written does not matter.
+ * The distinct texts in the cells of a book. The most frequent come first, because small numbers
+ * make small files; equally frequent ones are in the order of the cells. Overwritten texts are left
+ * out, and the order in which cells were written has no effect.
  */
 class SharedStrings
 {
 public:
     enum class Empty { Kept, LeftOut };
 
-    /**
-     * The cells of `book` must be sorted. `empty` says whether an empty text counts as a string.
-     */
+    /** The cells of `book` must be sorted. `empty` says whether to keep the empty text. */
     SharedStrings(const BookData &book, Empty empty);
 
-    /** Returns indexes of the book's string table, in the order of the file. */
+    /** Returns the texts in the order of the file, as indexes in the book's string table. */
     [[nodiscard]] const std::vector<std::uint32_t> &used() const { return order; }
 
     /**
-     * Returns the number in the file of a text that a cell uses, given its index in the string
-     * table.
+     * Returns the position in used() of the text that has this index in the string table. A cell
+     * must contain the text.
      */
     [[nodiscard]] std::uint32_t numberOf(std::uint32_t index) const { return numbers[index]; }
 
-    /** Returns how many cells contain text. */
+    /** Returns how many cells contain one of the texts. */
     [[nodiscard]] std::size_t references() const { return cellCount; }
 
 private:

@@ -9,7 +9,7 @@
 namespace workbook
 {
 
-/** All four included. */
+/** A range of rows and columns, including the last ones. */
 struct UsedRange {
     int firstRow;
     int lastRow;
@@ -17,10 +17,10 @@ struct UsedRange {
     int lastColumn;
 };
 
-/** Returns the range of all cells, including blank ones; nothing if there are none. */
+/** Returns the range of all cells, including blank ones; nothing if the sheet has no cells. */
 std::optional<UsedRange> usedRange(const SheetData &sheet);
 
-/** Both columns included. */
+/** Adjacent columns with the same settings, including the last one. */
 struct ColumnRun {
     int first;
     int last;
@@ -30,12 +30,12 @@ struct ColumnRun {
 /** Returns the columns that were set, in ascending order and in as few runs as possible. */
 std::vector<ColumnRun> columnRuns(const SheetData &sheet);
 
-/** A row that has cells, was set, or both. `properties` is null if it was not set. */
+/** A row that has cells or settings, or both. Its cells are [begin, end). */
 struct RowSpan {
     int number;
-    const RowData *properties;
-    const Cell *first;
-    const Cell *last; // one behind
+    const RowData *properties; // null without settings
+    const Cell *begin;
+    const Cell *end;
 };
 
 /** Calls `visit` for every RowSpan, in ascending order. */
@@ -49,9 +49,9 @@ void forEachRow(const SheetData &sheet, Visit visit)
         const bool isSet =
             row != sheet.rows.end() && (cell == end || row->first <= static_cast<int>(cell->row));
         RowSpan span{isSet ? row->first : static_cast<int>(cell->row), nullptr, cell, cell};
-        while (span.last != end && static_cast<int>(span.last->row) == span.number)
-            ++span.last;
-        cell = span.last;
+        while (span.end != end && static_cast<int>(span.end->row) == span.number)
+            ++span.end;
+        cell = span.end;
         if (isSet)
             span.properties = &row++->second;
         visit(span);

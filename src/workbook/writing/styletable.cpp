@@ -56,8 +56,7 @@ StyleTable::StyleTable(const BookData &book)
     for (FormatData format : book.formats) {
         format.font = fontIndexes[format.font];
         for (const Side side : {Left, Right, Top, Bottom}) {
-            // The colour of a side without a line does not matter: formats that look the same
-            // become one.
+            // The colour of a side without a line is not visible: combine such formats.
             if (format.borders.at(side) == libxl::BorderStyle::None)
                 format.borderColours.at(side) = libxl::Color::Automatic;
         }

@@ -10,9 +10,9 @@
 
 // header | stream | directory | allocation table (FAT) | its overflow (DIFAT)
 //
-// Sector n begins at 512 * (n + 1). The allocation table says for every sector which one follows
-// it. The header names the first 109 sectors of the table; the overflow sectors name the others,
-// 127 each, with the number of the next overflow sector at their end.
+// Sector n begins at 512 * (n + 1). The allocation table has an entry for every sector: the number
+// of the next sector of the same part. The header lists the first 109 sectors of the table. Each
+// overflow sector lists 127 more, then the number of the next overflow sector.
 
 namespace workbook
 {
@@ -22,10 +22,10 @@ namespace
 
 constexpr std::uint32_t sectorBytes = 512;
 constexpr std::uint32_t entriesPerSector = sectorBytes / 4;
-constexpr std::uint32_t namedInHeader = 109;
-constexpr std::uint32_t namedInOverflow = entriesPerSector - 1;
-// A shorter stream would have to be stored in small sectors. It is padded instead, because zeros
-// after the last record are allowed.
+constexpr std::uint32_t listedInHeader = 109;
+constexpr std::uint32_t listedInOverflow = entriesPerSector - 1;
+// A shorter stream would have to be stored in small sectors. Instead, it is padded with zeros,
+// which are allowed after the last record.
 constexpr std::uint64_t minStreamBytes = 4096;
 
 constexpr std::uint32_t freeSector = 0xFFFFFFFF;
@@ -63,17 +63,17 @@ void appendUnusedEntry(Buffer &out)
 
 } // namespace
 
-/** The numbers of sectors, in the order of the file. */
+/** How many sectors each part has, and where it begins. */
 struct CompoundFile::Layout {
     explicit Layout(std::uint64_t bytes)
         : streamBytes(std::max(bytes, minStreamBytes))
         , stream(static_cast<std::uint32_t>((streamBytes + sectorBytes - 1) / sectorBytes))
     {
-        // The tables also have entries for their own sectors.
+        // The table also has entries for its own and the overflow's sectors: repeat until it fits.
         for (std::uint32_t before = 0; before != total();) {
             before = total();
             table = divideUp(before, entriesPerSector);
-            overflow = divideUp(table - std::min(table, namedInHeader), namedInOverflow);
+            overflow = divideUp(table - std::min(table, listedInHeader), listedInOverflow);
         }
     }
 
@@ -144,10 +144,10 @@ void CompoundFile::writeAllocation(const Layout &layout)
 void CompoundFile::writeOverflow(const Layout &layout)
 {
     Buffer sectors;
-    std::uint32_t named = namedInHeader;
+    std::uint32_t listed = listedInHeader;
     for (std::uint32_t i = 0; i < layout.overflow; ++i) {
-        for (std::uint32_t k = 0; k < namedInOverflow; ++k, ++named)
-            sectors.u32(named < layout.table ? layout.tableAt() + named : freeSector);
+        for (std::uint32_t k = 0; k < listedInOverflow; ++k, ++listed)
+            sectors.u32(listed < layout.table ? layout.tableAt() + listed : freeSector);
         const bool isLast = i + 1 == layout.overflow;
         sectors.u32(isLast ? endOfChain : layout.overflowAt() + i + 1);
     }
@@ -165,11 +165,11 @@ void CompoundFile::fillHeader(const Layout &layout)
     header.append("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1").zeros(16);
     header.u16(minorVersion).u16(version).u16(littleEndian);
     header.u16(sectorShift).u16(smallSectorShift).zeros(6);
-    header.u32(0).u32(layout.table); // this version does not count the directory's sectors
+    header.u32(0).u32(layout.table); // 0: version 3 does not store the directory's size
     header.u32(layout.directoryAt()).u32(0);
     header.u32(minStreamBytes).u32(endOfChain).u32(0); // no small sectors
     header.u32(layout.overflow == 0 ? endOfChain : layout.overflowAt()).u32(layout.overflow);
-    for (std::uint32_t i = 0; i < namedInHeader; ++i)
+    for (std::uint32_t i = 0; i < listedInHeader; ++i)
         header.u32(i < layout.table ? layout.tableAt() + i : freeSector);
     sink.patch(0, header.view());
 }

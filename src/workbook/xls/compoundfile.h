@@ -10,7 +10,8 @@ class ByteSink;
 /**
  * The container of an .xls file: a small file system of 512-byte sectors, here with a single
  * stream, "Workbook". The constructor reserves space for the header. Write the stream to the sink,
- * then call finish(), which adds the tables and fills in the header.
+ * then call finish(), which appends the tables and fills in the header. A stream of more than 2 GiB
+ * is an error, latched in the sink.
  */
 class CompoundFile
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-/** The records of an .xls stream, named as in the format's descriptions. */
+/** The records of an .xls stream, named as in the format's documentation. */
 namespace workbook::record
 {
 

@@ -21,10 +21,10 @@ bool isNarrow(std::u16string_view text);
 
 /**
  * Writes a stream of records, each `u16 id, u16 size, data` with up to 8,224 bytes of data. For
- * each record, call begin(), append its data, and call end(). A longer record latches an error in
- * the sink.
+ * each record, call begin(), append its data, and call end(). A longer record is an error, latched
+ * in the sink.
  *
- * Positions count from where the sink was when the writer was constructed.
+ * Positions count from the beginning of the stream, which is the end of the sink at construction.
  */
 class RecordWriter
 {
@@ -42,21 +42,21 @@ public:
     RecordWriter &f64(double value) { return after(buffer.f64(value)); }
     RecordWriter &bytes(std::string_view value) { return after(buffer.append(value)); }
 
-    /** u8 count, flags, characters. */
+    /** Appends u8 count, u8 flags, characters. */
     RecordWriter &shortText(std::u16string_view text);
 
-    /** u16 count, flags, characters. */
+    /** Appends u16 count, u8 flags, characters. */
     RecordWriter &longText(std::u16string_view text);
 
-    /** Characters alone. */
+    /** Appends characters alone: one byte each if `narrow`, otherwise two. */
     RecordWriter &characters(std::u16string_view text, bool narrow);
 
-    /** Writes a record that consists of one number. */
-    void flag(unsigned id, unsigned value) { begin(id).u16(value).end(); }
+    /** Writes a record whose data is one u16. */
+    void single(unsigned id, unsigned value) { begin(id).u16(value).end(); }
 
     /**
-     * Returns the position of the next byte. It is wrong beyond 2 GiB, where CompoundFile::finish()
-     * fails.
+     * Returns the position of the next byte. May overflow in streams of more than 2 GiB, which
+     * CompoundFile::finish() refuses.
      */
     [[nodiscard]] std::uint32_t position() const
     {
@@ -66,7 +66,7 @@ public:
     /** Returns the number of data bytes in the open record. */
     [[nodiscard]] std::size_t dataBytes() const { return buffer.size() - dataBegin; }
 
-    /** Overwrites earlier bytes. Call it only between records. */
+    /** Overwrites bytes from the position `at` on. Call it only between records. */
     void patch(std::uint32_t at, std::string_view bytes);
 
     /** Passes all records to the sink. Call it only between records. */
@@ -77,8 +77,8 @@ private:
 
     ByteSink &sink;
     const std::uint64_t start;
-    Buffer buffer;             // complete records, and the open one
-    std::size_t dataBegin = 0; // of the open one
+    Buffer buffer;             // complete records, then the open one
+    std::size_t dataBegin = 0; // of the open record, in `buffer`
 };
 
 } // namespace workbook

@@ -19,7 +19,7 @@ namespace workbook
 namespace
 {
 
-/** Returns the number in 4 bytes (RK), if that represents it exactly. */
+/** Returns the number in its 4-byte form (RK); nothing if that form cannot represent it exactly. */
 std::optional<std::uint32_t> compressed(double number)
 {
     constexpr double limit = 1U << 29U;
@@ -59,7 +59,7 @@ std::vector<std::uint32_t> XlsCells::write(unsigned defaultRowTwips)
 {
     std::optional<int> blockBegin;
     forEachRow(sheet, [&](const RowSpan &span) {
-        // Blocks without rows have a closing record too, because the index counts them.
+        // Blocks without rows have a DBCELL too, because INDEX has an entry for every block.
         for (; blockBegin && span.number >= *blockBegin + xlsBlockRows; *blockBegin += xlsBlockRows)
             writeBlock(defaultRowTwips);
         if (!blockBegin)
@@ -71,8 +71,9 @@ std::vector<std::uint32_t> XlsCells::write(unsigned defaultRowTwips)
     return blockEnds;
 }
 
-// DBCELL: u32 distance back to the first ROW of the block, then u16 for each row: the distance
-//         from the second ROW to the first row's cells, from there to the second row's, and so on
+// DBCELL: u32 distance back to the first ROW of the block, then for each row u16 distance to its
+//         cells: for the first row from the second ROW, for the others from the cells of the
+//         previous row
 void XlsCells::writeBlock(unsigned defaultRowTwips)
 {
     const std::uint32_t begin = out.position();
@@ -84,7 +85,7 @@ void XlsCells::writeBlock(unsigned defaultRowTwips)
     }
     std::vector<unsigned> distances;
     for (const RowSpan &span : block) {
-        // Only rows full of long formulas exceed a u16. Readers do not rely on this value.
+        // Only a row full of long formulas exceeds a u16. Readers do not rely on this value.
         constexpr std::uint32_t longest = 0xFFFF;
         distances.push_back(std::min(out.position() - before, longest));
         before = out.position();
@@ -114,11 +115,11 @@ void XlsCells::row(const RowSpan &span, unsigned defaultRowTwips)
         format = span.properties->format;
         flags |= ownHeight | (span.properties->hidden ? hidden : 0) | (format != 0 ? ownFormat : 0);
     }
-    const bool empty = span.first == span.last;
+    const bool empty = span.begin == span.end;
     out.begin(record::Row)
         .u16(static_cast<unsigned>(span.number))
-        .u16(empty ? 0 : static_cast<unsigned>(span.first->column))
-        .u16(empty ? 0 : static_cast<unsigned>((span.last - 1)->column + 1))
+        .u16(empty ? 0 : static_cast<unsigned>(span.begin->column))
+        .u16(empty ? 0 : static_cast<unsigned>((span.end - 1)->column + 1))
         .u16(twips)
         .u32(0)
         .u32(flags | formatOf(format) << 16U)
@@ -138,9 +139,9 @@ bool XlsCells::isBlank(const Cell &cell) const
 
 void XlsCells::cells(const RowSpan &span)
 {
-    for (const Cell *next = span.first; next != span.last;) {
+    for (const Cell *next = span.begin; next != span.end;) {
         const Cell *end = next;
-        while (end != span.last && isBlank(*end) &&
+        while (end != span.end && isBlank(*end) &&
                end->column == next->column + static_cast<unsigned>(end - next))
             ++end;
         if (end != next) {
@@ -161,17 +162,17 @@ RecordWriter &XlsCells::beginCell(unsigned id, const Cell &cell)
         .u16(formatOf(static_cast<std::uint32_t>(cell.format)));
 }
 
-// MULBLANK: u16 row, u16 first column, u16 format of each, u16 last column
-void XlsCells::blanks(const Cell *first, const Cell *last)
+// MULBLANK: u16 row, u16 first column, u16 format of each cell, u16 last column
+void XlsCells::blanks(const Cell *begin, const Cell *end)
 {
-    if (last - first == 1) {
-        beginCell(record::Blank, *first).end();
+    if (end - begin == 1) {
+        beginCell(record::Blank, *begin).end();
         return;
     }
-    beginCell(record::MulBlank, *first);
-    for (const Cell *next = first + 1; next != last; ++next)
+    beginCell(record::MulBlank, *begin);
+    for (const Cell *next = begin + 1; next != end; ++next)
         out.u16(formatOf(static_cast<std::uint32_t>(next->format)));
-    out.u16(static_cast<unsigned>((last - 1)->column)).end();
+    out.u16(static_cast<unsigned>((end - 1)->column)).end();
 }
 
 void XlsCells::cell(const Cell &cell)
@@ -200,8 +201,8 @@ void XlsCells::number(const Cell &cell)
         beginCell(record::Number, cell).f64(cell.number).end();
 }
 
-// FORMULA: the result (f64, or a kind in the first byte and FFFF in the last two), u16 flags,
-//          u32 0, u16 bytes of tokens, tokens
+// FORMULA: result (f64, or 8 bytes that begin with a kind and end with FFFF), u16 flags, u32 0,
+//          u16 bytes of tokens, tokens
 void XlsCells::formula(const Cell &cell)
 {
     constexpr unsigned alwaysCalculate = 1;
@@ -209,7 +210,7 @@ void XlsCells::formula(const Cell &cell)
     constexpr unsigned emptyResult = 3;
     constexpr unsigned divisionByZero = 0x07;
     constexpr unsigned overflow = 0x24;
-    // Always succeeds: writeFormula() refused what cannot be compiled.
+    // Both steps succeed, because writeFormula() refused all other formulas.
     FormulaTokens parsed = parseFormula(book.formulas.at(cell.index)).value();
     const std::string tokens = compileXlsFormula(parsed).value();
     const FormulaValue value = evaluator.valueOf(cell, std::move(parsed));

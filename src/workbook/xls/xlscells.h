@@ -16,8 +16,8 @@ class StyleTable;
 constexpr int xlsBlockRows = 32;
 
 /**
- * Writes the rows and cells of a sheet in blocks of 32 rows: first the rows, then their cells, then
- * a record with their positions (DBCELL).
+ * Writes the rows and cells of a sheet in blocks of 32 rows. A block is its rows, then their cells,
+ * then a record with the positions of both (DBCELL).
  */
 class XlsCells
 {
@@ -26,7 +26,8 @@ public:
              const SharedStrings &sharedStrings, RecordWriter &writer);
 
     /**
-     * Returns the positions of the DBCELL records, one per block from the first row to the last.
+     * Writes all rows and cells. Returns the positions of the DBCELL records, one per block from
+     * the first row to the last.
      */
     std::vector<std::uint32_t> write(unsigned defaultRowTwips);
 
@@ -35,7 +36,7 @@ private:
     void row(const RowSpan &span, unsigned defaultRowTwips);
     void cells(const RowSpan &span);
     void cell(const Cell &cell);
-    void blanks(const Cell *first, const Cell *last);
+    void blanks(const Cell *begin, const Cell *end);
     void number(const Cell &cell);
     void formula(const Cell &cell);
     RecordWriter &beginCell(unsigned id, const Cell &cell);
@@ -48,8 +49,8 @@ private:
     const SharedStrings &strings;
     RecordWriter &out;
     Evaluator evaluator;
-    std::vector<RowSpan> block; // rows yet to be written
-    std::vector<std::uint32_t> blockEnds;
+    std::vector<RowSpan> block;           // its rows, collected until it is written
+    std::vector<std::uint32_t> blockEnds; // the positions of the DBCELL records
 };
 
 } // namespace workbook

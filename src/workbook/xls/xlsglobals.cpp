@@ -23,21 +23,21 @@ void user(RecordWriter &out)
     out.begin(record::InterfaceEnd).end();
     out.begin(record::WriteAccess).longText(u"AutoReport");
     out.bytes(std::string(paddedBytes - out.dataBytes(), ' ')).end();
-    out.flag(record::CodePage, utf16CodePage);
+    out.single(record::CodePage, utf16CodePage);
 }
 
 void protection(const BookData &book, RecordWriter &out)
 {
     constexpr unsigned functionGroups = 14;
-    out.flag(record::Dsf, 0);
+    out.single(record::Dsf, 0);
     out.begin(record::TabId);
     for (std::size_t i = 1; i <= book.sheets.size(); ++i)
         out.u16(static_cast<unsigned>(i));
     out.end();
-    out.flag(record::FnGroupCount, functionGroups);
+    out.single(record::FnGroupCount, functionGroups);
     for (const unsigned id : {record::WindowProtect, record::Protect, record::Password,
                               record::Prot4Rev, record::Prot4RevPass})
-        out.flag(id, 0);
+        out.single(id, 0);
 }
 
 // WINDOW1: u16 x, y, width, height in twips, u16 flags, u16 shown sheet, u16 first tab,
@@ -48,10 +48,10 @@ void window(RecordWriter &out)
     out.begin(record::Window1).u16(0).u16(0).u16(0x4000).u16(0x2000);
     out.u16(scrollBarsAndTabs).u16(0).u16(0).u16(1).u16(0x0258).end();
     for (const unsigned id : {record::Backup, record::HideObj, record::DateMode})
-        out.flag(id, 0);
-    out.flag(record::Precision, 1);
-    out.flag(record::RefreshAll, 0);
-    out.flag(record::BookBool, 0);
+        out.single(id, 0);
+    out.single(record::Precision, 1);
+    out.single(record::RefreshAll, 0);
+    out.single(record::BookBool, 0);
 }
 
 // BOUNDSHEET: u32 position of the sheet, u8 visible, u8 kind, short text name
@@ -65,18 +65,20 @@ std::vector<std::uint32_t> sheetList(const BookData &book, RecordWriter &out)
     return places;
 }
 
-// NAME: u16 flags, u8 key, u8 letters, u16 bytes of tokens, u16 0, u16 sheet from 1, u32 0, name,
-//       tokens. The name of print titles is the one letter 07; their token is an area of a sheet:
-//       u8 kind, u16 its number in EXTERNSHEET, u16 and u16 rows, u16 and u16 columns.
-void printTitles(const SheetData &sheet, std::size_t number, unsigned reference, RecordWriter &out)
+// NAME: u16 flags, u8 key, u8 length of the name, u16 bytes of tokens, u16 0, u16 sheet from 1,
+//       u32 0, u8 flags of the name, name, tokens
+// The name of print titles is the single character 07. Their token is an area of a sheet: u8 kind,
+// u16 index in EXTERNSHEET, u16 first row, u16 last row, u16 first column, u16 last column.
+void printTitles(const SheetData &sheet, unsigned sheetNumber, unsigned externIndex,
+                 RecordWriter &out)
 {
     constexpr unsigned builtIn = 0x0020;
     constexpr unsigned tokenBytes = 11;
     constexpr unsigned areaOfSheet = 0x3B;
     out.begin(record::Name).u16(builtIn).u8(0).u8(1).u16(tokenBytes).u16(0);
-    out.u16(static_cast<unsigned>(number)).u32(0).u8(0).u8(0x07);
+    out.u16(sheetNumber).u32(0).u8(0).u8(0x07);
     out.u8(areaOfSheet)
-        .u16(reference)
+        .u16(externIndex)
         .u16(static_cast<unsigned>(sheet.repeatRows->first))
         .u16(static_cast<unsigned>(sheet.repeatRows->second))
         .u16(0)
@@ -84,8 +86,8 @@ void printTitles(const SheetData &sheet, std::size_t number, unsigned reference,
         .end();
 }
 
-// SUPBOOK (this very book): u16 number of sheets, u16 0401
-// EXTERNSHEET: u16 count, then of each u16 book, u16 first sheet, u16 last sheet
+// SUPBOOK (for this book): u16 number of sheets, u16 0401
+// EXTERNSHEET: u16 count, then for each u16 book, u16 first sheet, u16 last sheet
 void names(const BookData &book, RecordWriter &out)
 {
     std::vector<unsigned> titled;
@@ -101,9 +103,9 @@ void names(const BookData &book, RecordWriter &out)
     for (const unsigned sheet : titled)
         out.u16(0).u16(sheet).u16(sheet);
     out.end();
-    unsigned reference = 0;
+    unsigned externIndex = 0;
     for (const unsigned sheet : titled)
-        printTitles(book.sheets[sheet], sheet + 1, reference++, out);
+        printTitles(book.sheets[sheet], sheet + 1, externIndex++, out);
 }
 
 } // namespace
@@ -128,7 +130,7 @@ std::vector<std::uint32_t> writeXlsGlobals(const BookData &book, const StyleTabl
     protection(book, out);
     window(out);
     writeXlsStyles(book, styles, out);
-    out.flag(record::UseSelfs, 0);
+    out.single(record::UseSelfs, 0);
     std::vector<std::uint32_t> sheetPlaces = sheetList(book, out);
     out.begin(record::Country).u16(slovakia).u16(slovakia).end();
     names(book, out);

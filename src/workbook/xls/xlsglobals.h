@@ -13,12 +13,12 @@ class StyleTable;
 
 enum class XlsPart : unsigned { Globals = 0x0005, Sheet = 0x0010 };
 
-/** Writes the record with which each part of the stream begins. */
+/** Writes the record that each part of the stream begins with. */
 void writeXlsBegin(XlsPart part, RecordWriter &out);
 
 /**
- * Writes what belongs to the whole book. Returns where in the stream to fill in the position of
- * each sheet.
+ * Writes what belongs to the whole book. Returns for each sheet where in the stream its position
+ * must be filled in.
  */
 std::vector<std::uint32_t> writeXlsGlobals(const BookData &book, const StyleTable &styles,
                                            const SharedStrings &strings, RecordWriter &out);

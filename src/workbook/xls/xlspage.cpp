@@ -14,12 +14,12 @@ void calculation(RecordWriter &out)
 {
     constexpr unsigned iterations = 100;
     constexpr double maxChange = 0.001;
-    out.flag(record::CalcMode, 1); // automatic
-    out.flag(record::CalcCount, iterations);
-    out.flag(record::RefMode, 1); // A1
-    out.flag(record::Iteration, 0);
+    out.single(record::CalcMode, 1); // automatic
+    out.single(record::CalcCount, iterations);
+    out.single(record::RefMode, 1); // A1
+    out.single(record::Iteration, 0);
     out.begin(record::Delta).f64(maxChange).end();
-    out.flag(record::SaveRecalc, 1);
+    out.single(record::SaveRecalc, 1);
 }
 
 // SETUP: u16 paper, u16 scale, u16 first page, u16 pages wide, u16 pages high, u16 flags,
@@ -61,19 +61,19 @@ void writeXlsPage(const SheetData &sheet, unsigned defaultRowTwips, RecordWriter
     constexpr unsigned usualFlags = 0x04C1;
     constexpr unsigned fitToPages = 0x0100;
     calculation(out);
-    out.flag(record::PrintHeaders, 0);
-    out.flag(record::PrintGridlines, sheet.printGridlines ? 1 : 0);
-    out.flag(record::GridSet, 1);
+    out.single(record::PrintHeaders, 0);
+    out.single(record::PrintGridlines, sheet.printGridlines ? 1 : 0);
+    out.single(record::GridSet, 1);
     out.begin(record::Guts).u32(0).u32(0).end();
     out.begin(record::DefaultRowHeight).u16(0).u16(defaultRowTwips).end();
-    out.flag(record::WsBool, sheet.fit ? usualFlags | fitToPages : usualFlags);
+    out.single(record::WsBool, sheet.fit ? usualFlags | fitToPages : usualFlags);
     out.begin(record::Header).end();
     out.begin(record::Footer);
     if (!sheet.footer.empty())
         out.longText(sheet.footer);
     out.end();
-    out.flag(record::HCenter, 0);
-    out.flag(record::VCenter, 0);
+    out.single(record::HCenter, 0);
+    out.single(record::VCenter, 0);
     out.begin(record::LeftMargin).f64(sheet.margins.left).end();
     out.begin(record::RightMargin).f64(sheet.margins.right).end();
     out.begin(record::TopMargin).f64(sheet.margins.top).end();
@@ -89,7 +89,7 @@ void writeXlsView(const SheetData &sheet, bool isFirst, RecordWriter &out)
 {
     constexpr unsigned usualFlags = 0x00B4; // headings, zeros, automatic grid colour, outline
     constexpr unsigned gridlines = 0x0002;
-    constexpr unsigned frozen = 0x0108; // frozen, but not split before
+    constexpr unsigned frozen = 0x0108; // frozen, and not split before it was frozen
     constexpr unsigned selectedAndShown = 0x0600;
     constexpr unsigned automaticColour = 0x40;
     enum Pane : unsigned { LowerRight, UpperRight, LowerLeft, UpperLeft };

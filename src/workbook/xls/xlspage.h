@@ -6,12 +6,12 @@ namespace workbook
 class RecordWriter;
 struct SheetData;
 
-/** Writes what precedes the columns of a sheet: calculation, printing, page. */
+/** Writes the records before the columns of a sheet: settings of calculation, printing and page. */
 void writeXlsPage(const SheetData &sheet, unsigned defaultRowTwips, RecordWriter &out);
 
 /**
- * Writes what follows the cells: the window with its frozen panes. `isFirst` marks the sheet that
- * is shown first.
+ * Writes the records after the cells: the window with its frozen panes. `isFirst` marks the sheet
+ * that is shown when the book is opened.
  */
 void writeXlsView(const SheetData &sheet, bool isFirst, RecordWriter &out);
 

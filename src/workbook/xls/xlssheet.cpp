@@ -19,7 +19,7 @@ namespace workbook
 namespace
 {
 
-/** The range of the rows that have cells or were set: [begin, end). */
+/** The range of rows that have cells or settings: [begin, end). */
 struct RowRange {
     int begin = 0;
     int end = 0;
@@ -40,8 +40,9 @@ RowRange rowRange(const SheetData &sheet)
 
 // INDEX: u32 0, u32 first row, u32 last row + 1, u32 position of DEFCOLWIDTH, u32 position of the
 //        DBCELL of each block of rows
-constexpr std::uint32_t indexHead = 12; // what is known before the sheet is written
+constexpr std::uint32_t indexHead = 12; // the bytes before the positions
 
+/** Writes INDEX with zeros for the positions. Returns where to fill them in. */
 std::uint32_t reserveIndex(const RowRange &rows, RecordWriter &out)
 {
     const std::uint32_t at = out.position();
@@ -99,7 +100,7 @@ void writeXlsSheet(const BookData &book, const SheetData &sheet, const StyleTabl
     writeXlsPage(sheet, rowTwips, out);
     Buffer index;
     index.u32(out.position());
-    out.flag(record::DefColWidth, defaultColumnChars);
+    out.single(record::DefColWidth, defaultColumnChars);
     columns(book, sheet, styles, out);
     dimensions(sheet, out);
     for (const std::uint32_t end : XlsCells(book, sheet, styles, strings, out).write(rowTwips))

@@ -9,7 +9,10 @@ class SharedStrings;
 struct SheetData;
 class StyleTable;
 
-/** Writes the records of one worksheet. `isFirst` marks the sheet that is shown first. */
+/**
+ * Writes the records of one worksheet. `isFirst` marks the sheet that is shown when the book is
+ * opened.
+ */
 void writeXlsSheet(const BookData &book, const SheetData &sheet, const StyleTable &styles,
                    const SharedStrings &strings, bool isFirst, RecordWriter &out);
 

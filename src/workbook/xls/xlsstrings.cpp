@@ -9,10 +9,10 @@
 #include <algorithm>
 #include <vector>
 
-// SST:    u32 cells with text, u32 distinct strings, strings; goes on in CONTINUE records
-// string: u16 count, u8 flags (1: two bytes a character), characters
-// EXTSST: u16 d, then for every d-th string: u32 its position, u16 its distance from the start of
-//         its record, u16 0
+// SST:    u32 cells with text, u32 distinct strings, strings; continued in CONTINUE records
+// string: u16 count, u8 flags (1: two bytes per character), characters
+// EXTSST: u16 step, then for the first string and every step-th one after it: u32 position,
+//         u16 distance from the start of its record, u16 0
 
 namespace workbook
 {
@@ -37,7 +37,7 @@ public:
     {
         const bool narrow = isNarrow(text);
         const std::size_t unitBytes = narrow ? 1 : 2;
-        // A string's head and its first character must be in the same record.
+        // A string's head and its first character, at most two units, must be in the same record.
         constexpr std::size_t headBytes = 3;
         if (room() < headBytes + 2 * unitBytes)
             next();

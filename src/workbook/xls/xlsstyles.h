@@ -12,10 +12,10 @@ class StyleTable;
 /** Writes the fonts, number formats, cell formats and the single named style of an .xls file. */
 void writeXlsStyles(const BookData &book, const StyleTable &styles, RecordWriter &out);
 
-/** Returns the index in the file of a format of the table, whose index 0 is the default format. */
+/** Returns the index that a format of the style table has in the file. */
 constexpr unsigned xlsFormatIndex(std::size_t tableIndex)
 {
-    constexpr std::size_t defaultFormat = 15; // the ones before it belong to the named style
+    constexpr std::size_t defaultFormat = 15; // formats 0 to 14 belong to the named style
     return static_cast<unsigned>(defaultFormat + tableIndex);
 }
 

@@ -13,19 +13,19 @@ class BitWriter
 public:
     static constexpr unsigned maxBits = 56;
 
-    /** Appends the lowest `count` bits of `bits`, at most maxBits; the others must be 0. */
+    /** Appends the lowest `count` bits of `bits`, whose other bits must be 0; at most maxBits. */
     void put(std::uint64_t bits, unsigned count)
     {
         pending |= bits << pendingBits;
         pendingBits += count;
-        // Writes all eight bytes and then appends only the complete ones, which needs no loop.
+        // Without a loop: writes all eight bytes, but appends only the complete ones.
         bytes.put64(pending);
         bytes.grow(pendingBits / 8);
         pending >>= pendingBits & ~7U;
         pendingBits &= 7U;
     }
 
-    /** Fills the last byte with zeros. */
+    /** Completes the last byte with zero bits. */
     void align() { put(0, (8 - pendingBits) % 8); }
 
     /** Returns the complete bytes; clear() removes them. */

@@ -4,10 +4,11 @@
 
 #include <algorithm>
 
-// block:   last (1 bit), 2 (2 bits), code, items, end of block
-// code:    symbols - 257 (5 bits), distances - 1 (5), lengths of lengths - 4 (4), lengths of
-//          lengths (3 each, in an order of their own), lengths
-// lengths: of the words of all symbols, then of all distances, in runs
+// block:   is last (1 bit), kind (2 bits), code, items, end of block
+// code:    number of symbols - 257 (5 bits), number of distances - 1 (5 bits), code of the lengths,
+//          word length of each symbol, then of each distance, in that code and as runs
+// code of the lengths: number of word lengths - 4 (4 bits), word lengths (3 bits each, in the order
+//          of lengthOrder)
 
 namespace workbook
 {
@@ -18,12 +19,12 @@ namespace
 constexpr std::size_t maxItems = 0x4000;
 constexpr unsigned longestWord = 15;
 constexpr unsigned longestLengthWord = 7;
-constexpr unsigned ownCode = 2;
+constexpr unsigned blockWithCode = 2;
 
-// Symbols of lengths: 0 to 15 are themselves, the others repeat.
-constexpr unsigned repeatLast = 16;  // 3 to 6 times
-constexpr unsigned repeatZero = 17;  // 3 to 10 times
-constexpr unsigned repeatZeros = 18; // 11 to 138 times
+// The code of the lengths has a symbol for each length from 0 to 15, and these for repetitions:
+constexpr unsigned repeatLast = 16;     // 3 to 6 times
+constexpr unsigned repeatZero = 17;     // 3 to 10 times
+constexpr unsigned repeatZeroLong = 18; // 11 to 138 times
 constexpr std::size_t lengthSymbols = 19;
 constexpr std::array<std::size_t, lengthSymbols> lengthOrder = {16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
                                                                 11, 4,  12, 3, 13, 2, 14, 1, 15};
@@ -33,7 +34,7 @@ void put(BitWriter &out, const HuffmanCode::Word &word)
     out.put(word.bits, word.length);
 }
 
-/** Writes the lengths of all words as runs, from which readers reconstruct a block's code. */
+/** Writes the word lengths of a block's code, from which readers reconstruct the words. */
 class CodeLengths
 {
 public:
@@ -91,7 +92,7 @@ private:
             else if (step <= 10)
                 addRun({repeatZero, 3, step - 3});
             else
-                addRun({repeatZeros, 7, step - 11});
+                addRun({repeatZeroLong, 7, step - 11});
             count -= step;
         }
         for (; count > 0; --count)
@@ -122,7 +123,7 @@ void DeflateBlock::write(BitWriter &out, bool isLast)
     const HuffmanCode code(symbolCounts.data(), symbols, longestWord);
     const HuffmanCode distanceCode(distanceCounts.data(), distances, longestWord);
     out.put(isLast ? 1 : 0, 1);
-    out.put(ownCode, 2);
+    out.put(blockWithCode, 2);
     out.put(symbols - firstLength, 5);
     out.put(distances - 1, 5);
     CodeLengths lengths;

@@ -11,8 +11,8 @@ namespace workbook
 {
 
 /**
- * Collects a block of a deflate stream (RFC 1951): bytes, and copies of earlier bytes. They are
- * kept until write(), because the best code for them is known only then.
+ * Collects the items of a block in a deflate stream (RFC 1951): bytes, and copies of earlier bytes.
+ * They are kept until write(), because the best code for them is known only then.
  */
 class DeflateBlock
 {
@@ -45,7 +45,7 @@ public:
     void write(BitWriter &out, bool isLast);
 
 private:
-    // A byte by itself; or a copy: isCopy, 15 bits of distance - 1 and 8 bits of length - minCopy.
+    // Either a byte; or isCopy, then 15 bits of distance - 1 and 8 bits of length - minCopy.
     using Item = std::uint32_t;
     static constexpr Item isCopy = 1U << 31U;
 
@@ -54,7 +54,7 @@ private:
     static constexpr std::size_t symbols = 286;
     static constexpr std::size_t distances = 30;
 
-    /** Lengths and distances are encoded as a symbol for a range and extra bits for the rest. */
+    /** A length or distance is encoded as a symbol for a range, and extra bits within the range. */
     struct Class {
         unsigned symbol;
         unsigned extraBits;
@@ -62,8 +62,8 @@ private:
     };
 
     /**
-     * Returns the class of a value. The first 2^(`bits` + 1) classes have one value each; from then
-     * on, the number of values in a class doubles every 2^`bits` classes.
+     * Returns the class of a value. The first 2^(`bits` + 1) classes contain one value each. After
+     * them, the number of values in a class doubles every 2^`bits` classes.
      */
     static Class classOf(std::uint32_t value, unsigned bits)
     {

@@ -8,10 +8,10 @@ namespace workbook
 namespace
 {
 
-constexpr unsigned candidatesBetweenPhrases = 1; // only the nearest: usually the previous cell
+constexpr unsigned candidatesBetweenPhrases = 1; // the nearest, usually in the previous cell
 constexpr unsigned candidatesInText = 16;
 
-/** From this distance on, a match may save less than one that begins a byte later. */
+/** From this distance on, a match may save less than a match that begins one byte later. */
 constexpr std::size_t farDistance = 256;
 
 } // namespace
@@ -37,7 +37,7 @@ void Deflater::finish()
     finder.restart();
 }
 
-/** Compresses up to `end`. Matches do not reach beyond it. */
+/** Searches for matches up to `end`, which they do not exceed, and compresses that text. */
 void Deflater::search(const char *end)
 {
     Match match;
@@ -59,7 +59,10 @@ void Deflater::search(const char *end)
     }
 }
 
-/** A match may be longer than the phrase and cover the next ones too. */
+/**
+ * Compresses the phrase as a copy if it occurred before. The copy may be longer than the phrase and
+ * cover the next phrases too.
+ */
 void Deflater::phrase(const char *begin, const char *end, const char *textEnd)
 {
     const std::size_t distance = finder.findPhrase(begin, end);

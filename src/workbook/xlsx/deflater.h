@@ -12,7 +12,7 @@
 namespace workbook
 {
 
-/** A piece of text, [begin, end), that has probably occurred before as a whole. */
+/** A piece [begin, end) of a text that has probably occurred before as a whole. */
 struct Phrase {
     std::size_t begin;
     std::size_t end;
@@ -23,16 +23,16 @@ struct Phrase {
  *
  * A general compressor spends most of its time searching for repetitions. In the XML of a sheet,
  * the writer knows nearly all of them: the tag of a cell is the same as that of the cell above.
- * Such phrases are looked up as a whole. Between them there are only row numbers, which also occur
- * in the previous cell, and values. This takes a quarter of the time of zlib and makes smaller
+ * This class looks up such phrases as a whole. Between them there are only values, and row numbers,
+ * which also occur in the previous cell. This takes a quarter of the time of zlib and makes smaller
  * files.
  */
 class Deflater
 {
 public:
     /**
-     * Compresses `text`. `phrases` are places in it, in ascending order and without overlaps.
-     * Without phrases, the whole text is searched for repetitions.
+     * Compresses `text`. `phrases` are pieces of it, in ascending order and without overlaps.
+     * Without phrases, searches the whole text thoroughly for repetitions.
      */
     void append(std::string_view text, const std::vector<Phrase> &phrases);
 
@@ -50,7 +50,7 @@ private:
     void copy(std::size_t length, std::size_t distance);
 
     const char *next = nullptr; // the first byte of the text that is not compressed yet
-    unsigned candidates = 1;    // how many a search examines
+    unsigned candidates = 1;    // how many earlier places a search examines
     MatchFinder finder;
     DeflateBlock block;
     BitWriter bits;

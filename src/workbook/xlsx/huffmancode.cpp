@@ -9,7 +9,7 @@ namespace workbook
 namespace
 {
 
-/** Returns the symbols that occur, the rarest first, but at least two symbols. */
+/** Returns the symbols that occur, the rarest first; adds others if they are fewer than two. */
 std::vector<std::size_t> usedSymbols(const std::uint32_t *counts, std::size_t symbols)
 {
     std::vector<std::size_t> used;
@@ -27,9 +27,9 @@ std::vector<std::size_t> usedSymbols(const std::uint32_t *counts, std::size_t sy
 }
 
 /**
- * Joins the two rarest nodes until one is left. Returns the depths of the leaves in that tree, the
- * deepest first. `counts` are the leaves' counts in ascending order; the sums are then ascending
- * too.
+ * Builds a tree by joining the two rarest nodes until one is left. Returns the depths of its
+ * leaves, the deepest first. `counts` are the counts of the leaves in ascending order. The sums are
+ * appended to them, and are in ascending order too.
  */
 std::vector<unsigned> leafDepths(std::vector<std::uint32_t> counts)
 {
@@ -74,7 +74,7 @@ HuffmanCode::HuffmanCode(const std::uint32_t *counts, std::size_t symbols, unsig
         leaves.push_back(counts[symbol]);
     std::vector<unsigned> depths = leafDepths(leaves);
     while (depths.front() > longest) {
-        // More equal counts make a flatter tree, and stay in order.
+        // Counts that differ less make a flatter tree. Their order does not change.
         for (std::uint32_t &count : leaves)
             count = count / 2 + 1;
         depths = leafDepths(leaves);
@@ -84,7 +84,7 @@ HuffmanCode::HuffmanCode(const std::uint32_t *counts, std::size_t symbols, unsig
     assignBits(longest);
 }
 
-/** Assigns consecutive words, by length and then by symbol. */
+/** Assigns consecutive numbers as words, by length and then by symbol. */
 void HuffmanCode::assignBits(unsigned longest)
 {
     std::uint32_t next = 0;

@@ -8,8 +8,8 @@ namespace workbook
 {
 
 /**
- * A prefix code: frequent symbols get short words. A symbol that does not occur has a word of
- * length 0. There are at least two words, because some readers refuse fewer.
+ * A prefix code: frequent symbols have short words. A symbol that does not occur has a word of
+ * length 0. There are at least two other words, because some readers refuse fewer.
  */
 class HuffmanCode
 {
@@ -22,7 +22,8 @@ public:
     };
 
     /**
-     * `counts` says how often each of the `symbols` occurs. No word is longer than `longest` bits.
+     * `counts` says how often each symbol occurs; `symbols` is their number. No word is longer than
+     * `longest` bits.
      */
     HuffmanCode(const std::uint32_t *counts, std::size_t symbols, unsigned longest);
 

@@ -12,9 +12,9 @@ namespace
 
 constexpr std::size_t windowBytes = 0x8000; // the farthest that deflate can refer back
 constexpr std::size_t hashedBytes = 4;
-constexpr unsigned hashBits = 13; // few, so that the tables fit into the L1 cache
+constexpr unsigned hashBits = 13; // few, so that the table of hashes fits into the L1 cache
 constexpr unsigned phraseHashBits = 12;
-constexpr std::size_t plenty = 32; // bytes; searching for a longer match costs more than it gains
+constexpr std::size_t plenty = 32; // bytes: do not search for a longer match than this
 
 constexpr std::uint64_t multiplier = 0x9E3779B97F4A7C15U; // mixes all bits into the highest ones
 
@@ -42,8 +42,8 @@ std::size_t hashOfPhrase(const char *begin, const char *end)
 }
 
 /**
- * Returns about how many bits a copy saves: a byte costs about four bits, a copy ten and the bits
- * of its distance.
+ * Estimates how many bits a copy saves: a byte costs about four bits, a copy ten and those of its
+ * distance.
  */
 int gainOf(std::size_t length, std::size_t distance)
 {
@@ -79,7 +79,8 @@ void MatchFinder::restart()
 }
 
 /**
- * Returns 0 if deflate cannot reach that far. The tables may contain outdated positions anywhere.
+ * Returns the distance from `earlier` to `place`, or 0 if deflate cannot refer back that far. The
+ * tables may contain any outdated position.
  */
 std::size_t MatchFinder::distanceTo(Position earlier, const char *place) const
 {
@@ -89,7 +90,7 @@ std::size_t MatchFinder::distanceTo(Position earlier, const char *place) const
     return distance <= reach ? distance : 0;
 }
 
-/** Remembers a place. Returns the previous one with the same hash. */
+/** Remembers `place`. Returns the previous place with the same hash. */
 MatchFinder::Position MatchFinder::remember(const char *place)
 {
     const Position position = positionOf(place);
@@ -135,7 +136,7 @@ std::size_t MatchFinder::findPhrase(const char *begin, const char *end)
 
 std::size_t MatchFinder::length(const char *place, const char *end, std::size_t distance)
 {
-    // In steps of eight bytes, because most matches are longer.
+    // In steps of eight bytes, because most matches are longer than that.
     const char *at = place;
     while (end - at >= 8 && load<std::uint64_t>(at) == load<std::uint64_t>(at - distance))
         at += 8;

@@ -9,33 +9,33 @@
 namespace workbook
 {
 
-/** A repetition of the text `distance` bytes back. */
+/** A text that repeats the text `distance` bytes before it. */
 struct Match {
-    std::size_t length = 0;
+    std::size_t length = 0; // 0 for no match
     std::size_t distance = 0;
-    int gain = 0; // about how many bits it saves; 0 without a match
+    int gain = 0; // about how many bits it saves
 };
 
 /**
- * Keeps the last 32 KiB of a text and finds earlier occurrences of what follows a place.
+ * Keeps the last 32 KiB of a text, and finds earlier occurrences of the bytes at a place.
  *
- * Places are pointers into what append() returned, valid until the next append(). An earlier place
- * is found only if it was passed to find() or remember().
+ * Places are pointers into what append() returned, valid until the next append(). Finds only
+ * earlier places that were passed to find() or remember().
  */
 class MatchFinder
 {
 public:
     MatchFinder();
 
-    /** Appends `text` to the window and returns the copy of it there. */
+    /** Appends `text` to the window. Returns its copy in the window. */
     std::string_view append(std::string_view text);
 
-    /** Starts another text. find() and findPhrase() no longer find anything of the previous one. */
+    /** Starts another text. find() and findPhrase() no longer find places in the previous text. */
     void restart();
 
     /**
-     * Returns the match at `place` that saves most, among the last `candidates` places with the
-     * same four bytes. It does not reach beyond `end`.
+     * Remembers `place` and returns the match there that saves most, examining the last
+     * `candidates` places that begin with the same four bytes. The match ends before or at `end`.
      */
     Match find(const char *place, const char *end, unsigned candidates);
 
@@ -43,19 +43,18 @@ public:
     void remember(const char *begin, const char *end);
 
     /**
-     * Returns how far before `begin` the phrase [begin, end) was probably last passed to this
-     * function, judging by its hash; 0 if it was not, or is out of reach.
+     * Remembers the phrase [begin, end). Returns how many bytes before `begin` the last phrase with
+     * the same hash begins; 0 if there is none within reach.
      */
     std::size_t findPhrase(const char *begin, const char *end);
 
     /**
-     * Returns for how many bytes the text from `place` to `end` equals the text `distance` bytes
-     * back.
+     * Returns how many of the bytes from `place` to `end` equal those `distance` bytes before them.
      */
     static std::size_t length(const char *place, const char *end, std::size_t distance);
 
 private:
-    // An offset in the whole text, modulo 4 GiB; that suffices, because only differences are used.
+    // An offset in all text so far, modulo 4 GiB: only differences between offsets are used.
     using Position = std::uint32_t;
 
     [[nodiscard]] Position positionOf(const char *place) const
@@ -68,7 +67,7 @@ private:
     std::string window;
     Position windowBegin = 0;
     std::vector<Position> latest;   // by the hash of four bytes
-    std::vector<Position> previous; // by position: the one before with the same hash
+    std::vector<Position> previous; // by position: the previous one with the same hash
     std::vector<Position> phrases;  // by the hash of a phrase
 };
 

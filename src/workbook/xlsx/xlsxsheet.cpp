@@ -128,8 +128,8 @@ void XlsxSheet::flush()
 }
 
 /**
- * Ends a phrase that began at phraseBegin: it has no row number and no value, so the row above
- * probably has the same.
+ * Ends the phrase that began at phraseBegin. It contains no row number and no value, so the row
+ * above probably has the same phrase.
  */
 void XlsxSheet::endPhrase()
 {
@@ -151,13 +151,13 @@ void XlsxSheet::row(const RowSpan &span)
             << (properties->hidden ? " hidden=\"1\"" : "") << " customHeight=\"1\"";
     }
     xml << ">";
-    for (const Cell *next = span.first; next != span.last; ++next)
+    for (const Cell *next = span.begin; next != span.end; ++next)
         cell(*next, name);
     xml << "</row>";
 }
 
-// This order of the attributes keeps together what neighbouring cells and rows share, which makes
-// files smaller.
+// The attributes are in this order to keep together what neighbouring cells share: that makes files
+// smaller.
 void XlsxSheet::cell(const Cell &cell, std::string_view rowName)
 {
     const bool isText = cell.kind() == CellKind::Text;
@@ -184,8 +184,8 @@ void XlsxSheet::cell(const Cell &cell, std::string_view rowName)
 }
 
 /**
- * Leaves out an unknown value, so that programs calculate it instead of showing a wrong one.
- * Returns what closes the cell.
+ * Writes a formula and its value. Leaves out an unknown value, so that programs calculate it
+ * instead of showing a wrong value. Returns the closing tags.
  */
 std::string_view XlsxSheet::formula(const Cell &cell)
 {

@@ -18,14 +18,14 @@ class SharedStrings;
 class StyleTable;
 class ZipWriter;
 
-/** Writes the XML of one worksheet into the open entry of an archive, piece by piece. */
+/** Writes the XML of one worksheet into the open entry of an archive, a chunk at a time. */
 class XlsxSheet
 {
 public:
     XlsxSheet(const BookData &bookData, const SheetData &sheetData, const StyleTable &styleTable,
               const SharedStrings &sharedStrings, ZipWriter &zipWriter);
 
-    /** `isFirst` marks the sheet that is shown first. */
+    /** `isFirst` marks the sheet that is shown when the book is opened. */
     void write(bool isFirst);
 
 private:
@@ -49,8 +49,8 @@ private:
     const std::optional<UsedRange> used;
     Evaluator evaluator;
     XmlText xml;
-    std::vector<Phrase> phrases; // of xml
-    std::size_t phraseBegin = 0;
+    std::vector<Phrase> phrases; // in xml
+    std::size_t phraseBegin = 0; // of the next phrase
     std::vector<std::string> columnNames;
     std::vector<std::string> textTags;  // "<c t=\"s\" s=\"1\" r=\"", by index of the model's format
     std::vector<std::string> otherTags; // the same without the type

@@ -46,7 +46,7 @@ const char *nameOf(const Names &names, Enum value)
     return names.at(static_cast<std::size_t>(value));
 }
 
-/** "FFrrggbb", opaque. */
+/** Returns "FFrrggbb"; FF means opaque. */
 std::string argb(libxl::Color colour)
 {
     constexpr char hex[] = "0123456789ABCDEF";
@@ -71,7 +71,7 @@ public:
         xml << xmlDeclaration << "<styleSheet xmlns=\"" << sheetNamespace << "\">";
         numFormats();
         fonts();
-        // Programs assume these two fills, whatever a file says.
+        // The first two fills must be these: programs take them for granted.
         xml << "<fills count=\"2\"><fill><patternFill patternType=\"none\"/></fill>"
                "<fill><patternFill patternType=\"gray125\"/></fill></fills>";
         borders();

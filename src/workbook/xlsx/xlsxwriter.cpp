@@ -114,8 +114,8 @@ void workbookPart(const BookData &book, XmlText &xml)
 }
 
 /**
- * Returns whether the text needs the attribute xml:space, without which programs may drop line
- * breaks and blanks at the ends.
+ * Returns whether the text needs the attribute xml:space. Without it, programs may drop line
+ * breaks, tabs, and blanks at either end.
  */
 bool needsSpacePreserved(std::u16string_view text)
 {
@@ -173,8 +173,8 @@ void writeXlsx(const BookData &book, ByteSink &sink)
 }
 
 /**
- * Accepts every formula: the file contains its text, and programs may know functions that this
- * engine does not.
+ * Accepts every formula: the file contains its text, and spreadsheet programs may know functions
+ * that this engine does not know.
  */
 bool isAnyFormula(std::u16string_view /*text*/)
 {

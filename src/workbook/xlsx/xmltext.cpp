@@ -20,8 +20,8 @@ constexpr bool isHexDigit(char16_t unit)
 }
 
 /**
- * Returns whether `rest` begins like "_x000D_", which spreadsheet programs would read as an escaped
- * character.
+ * Returns whether `rest` begins with something like "_x000D_", which spreadsheet programs would
+ * read as an escaped character.
  */
 bool looksEscaped(std::u16string_view rest)
 {
@@ -35,7 +35,7 @@ constexpr bool isPlain(char16_t unit)
            unit != u'"' && unit != u'_';
 }
 
-/** Returns the escape of the special ASCII character that `rest` begins with. */
+/** Returns the replacement for the special ASCII character that `rest` begins with. */
 std::string_view replacement(std::u16string_view rest)
 {
     switch (rest.front()) {
@@ -83,8 +83,8 @@ XmlText &XmlText::operator<<(std::u16string_view text)
 
 XmlText &XmlText::operator<<(double number)
 {
-    // Whole numbers are frequent, and to_chars() would write 100000 as "1e+05". Numbers with two
-    // decimals are frequent too, and that text is the shortest if it reads back as the same number.
+    // Most numbers are whole or have two decimals. Written as integers, they take less time than
+    // with to_chars(), which would also write 100000 as "1e+05".
     constexpr double wholeLimit = 1e15;
     constexpr double hundredthsLimit = 1e13;
     if (std::fabs(number) < wholeLimit && std::trunc(number) == number)

@@ -36,10 +36,10 @@ public:
 
     XmlText &operator<<(std::u16string_view text);
 
-    /** Appends the shortest text that reads back as the same number, which must be finite. */
+    /** Appends a short text that reads back as exactly the same number, which must be finite. */
     XmlText &operator<<(double number);
 
-    // These are not numbers.
+    // Would be written as numbers.
     XmlText &operator<<(char) = delete;
     XmlText &operator<<(char16_t) = delete;
     XmlText &operator<<(bool) = delete;

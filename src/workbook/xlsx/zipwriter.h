@@ -18,8 +18,9 @@ class ByteSink;
  * sizes and checksum are filled into its local header afterwards. All entries have the same fixed
  * time, so that equal content makes equal bytes.
  *
- * For each entry, call begin(), append() any number of times, and end(); then finish(). Errors are
- * latched in the sink, also if the archive would need the 64-bit extension (4 GiB).
+ * For each entry, call begin(), append() any number of times, and end(). After the last entry, call
+ * finish(). Errors are latched in the sink. An archive that would need the 64-bit extension (4 GiB
+ * or 65,535 entries) is one.
  */
 class ZipWriter
 {
@@ -28,7 +29,7 @@ public:
     ZipWriter(const ZipWriter &) = delete;
     ZipWriter &operator=(const ZipWriter &) = delete;
 
-    /** `name` is ASCII with "/" between folders and unique in the archive. */
+    /** `name` is ASCII, with "/" between folders, and unique in the archive. */
     void begin(std::string_view name);
 
     /** `phrases` are as for Deflater::append(). */
