@@ -39,7 +39,7 @@ HostAnswer aboutProcess(const ConnectionOptions &connection)
 void addTemporaryDirectory(HostAnswer &answer, TemporaryDirectoryProbe &probe)
 {
     using State = TemporaryDirectory::State;
-    const TemporaryDirectory directory = probe.look(temporaryPatience);
+    const TemporaryDirectory directory = probe.check(temporaryPatience);
     answer.temporaryDirectory = directory.state == State::Missing ? QString() : directory.path;
     answer.isTemporaryAnswering = directory.state != State::Silent;
     answer.isTemporaryWritable = directory.state == State::Usable;

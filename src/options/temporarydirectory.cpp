@@ -55,7 +55,7 @@ TemporaryDirectory checkDirectory()
 } // namespace
 
 /// What the thread and the probe that started it share, whichever ends first.
-struct TemporaryDirectoryProbe::Look {
+struct TemporaryDirectoryProbe::Check {
     QSemaphore done; // the thread releases it last
     std::mutex mutex;
     TemporaryDirectory directory;
@@ -65,26 +65,26 @@ TemporaryDirectoryProbe::TemporaryDirectoryProbe() = default;
 
 TemporaryDirectoryProbe::~TemporaryDirectoryProbe() = default;
 
-TemporaryDirectory TemporaryDirectoryProbe::look(std::chrono::milliseconds patience)
+TemporaryDirectory TemporaryDirectoryProbe::check(std::chrono::milliseconds patience)
 {
     const TemporaryDirectory silent{pathAsSet(), TemporaryDirectory::State::Silent, {}, 0};
     if (pending && pending->done.available() == 0)
         return silent;
-    const auto look = std::make_shared<Look>(); // a new one: a late answer would be out of date
+    const auto check = std::make_shared<Check>(); // a new one: a late answer would be out of date
     try {
-        std::thread([look] {
+        std::thread([check] {
             TemporaryDirectory directory = checkDirectory();
-            const std::lock_guard guard(look->mutex);
-            look->directory = std::move(directory);
-            look->done.release();
+            const std::lock_guard guard(check->mutex);
+            check->directory = std::move(directory);
+            check->done.release();
         }).detach();
     } catch (const std::system_error &) {
         return silent;
     }
-    pending = look;
-    if (!look->done.tryAcquire(1, int(patience.count())))
+    pending = check;
+    if (!check->done.tryAcquire(1, int(patience.count())))
         return silent;
     pending.reset();
-    const std::lock_guard guard(look->mutex);
-    return look->directory;
+    const std::lock_guard guard(check->mutex);
+    return check->directory;
 }

@@ -30,10 +30,10 @@ public:
 
     /// Checks the directory by creating and removing a file. Returns Silent if that takes longer
     /// than `patience`, or at once if the thread of an earlier call is still waiting.
-    TemporaryDirectory look(std::chrono::milliseconds patience);
+    TemporaryDirectory check(std::chrono::milliseconds patience);
 
 private:
-    struct Look;
+    struct Check;
 
-    std::shared_ptr<Look> pending; // shared with a thread that exceeded `patience`; else null
+    std::shared_ptr<Check> pending; // shared with a thread that exceeded `patience`; else null
 };

@@ -63,7 +63,7 @@ void takeDirectoryOfHost(Machine &machine, const HostAnswer &host)
 void takeOwnDirectory(Machine &machine)
 {
     using State = TemporaryDirectory::State;
-    const TemporaryDirectory own = TemporaryDirectoryProbe().look(temporaryPatience);
+    const TemporaryDirectory own = TemporaryDirectoryProbe().check(temporaryPatience);
     takeDirectory(machine, own.path, own.state != State::Silent, own.freeBytes);
     if (own.state == State::Missing)
         machine.temporaryError =

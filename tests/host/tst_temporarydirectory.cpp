@@ -43,15 +43,15 @@ private Q_SLOTS:
         const QTemporaryDir directory;
         qputenv("TMPDIR", directory.path().toLocal8Bit());
         TemporaryDirectoryProbe probe;
-        QCOMPARE(probe.look(manyTimes).state, State::Usable);
+        QCOMPARE(probe.check(manyTimes).state, State::Usable);
         diskStalled = true;
         const auto getsOn = qScopeGuard([] { diskStalled = false; });
-        QCOMPARE(probe.look(patience).state, State::Silent);
-        QCOMPARE(probe.look(manyTimes).path, directory.path()); // at once
+        QCOMPARE(probe.check(patience).state, State::Silent);
+        QCOMPARE(probe.check(manyTimes).path, directory.path()); // at once
         QCOMPARE(waitingForDisk, 1);
         qputenv("TMPDIR", "/proc");
         diskStalled = false;
-        QTRY_COMPARE(probe.look(manyTimes).state, State::NotWritable);
+        QTRY_COMPARE(probe.check(manyTimes).state, State::NotWritable);
         QVERIFY(QDir(directory.path()).isEmpty());
     }
 };

@@ -38,8 +38,7 @@ private:
 
     std::u16string characters;
     std::vector<Entry> entries;
-    // The hash table: each slot is 0 if free, or the number of a text + 1. The size is a power
-    // of 2.
+    // The hash table: 0 for a free slot, or the number of a text + 1. Its size is a power of two.
     std::vector<std::uint32_t> slots;
 };
 

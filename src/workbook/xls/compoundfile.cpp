@@ -11,8 +11,8 @@
 // header | stream | directory | allocation table (FAT) | its overflow (DIFAT)
 //
 // Sector n begins at 512 * (n + 1). The allocation table has an entry for every sector: the number
-// of the next sector of the same part. The header lists the first 109 sectors of the table. Each
-// overflow sector lists 127 more, then the number of the next overflow sector.
+// of the next sector of the same chain, or a special value. The header lists the first 109 sectors
+// of the table. Each overflow sector lists 127 more, then the number of the next overflow sector.
 
 namespace workbook
 {

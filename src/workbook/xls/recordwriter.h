@@ -51,7 +51,7 @@ public:
     /** Appends characters alone: one byte each if `narrow`, otherwise two. */
     RecordWriter &characters(std::u16string_view text, bool narrow);
 
-    /** Writes a record whose data is one u16. */
+    /** Writes a whole record, whose data is one u16. */
     void single(unsigned id, unsigned value) { begin(id).u16(value).end(); }
 
     /**

@@ -19,8 +19,8 @@ class ByteSink;
  * time, so that equal content makes equal bytes.
  *
  * For each entry, call begin(), append() any number of times, and end(). After the last entry, call
- * finish(). Errors are latched in the sink. An archive that would need the 64-bit extension (4 GiB
- * or 65,535 entries) is one.
+ * finish(). Errors are latched in the sink. It is an error if the archive would need the 64-bit
+ * extension (4 GiB or 65,535 entries).
  */
 class ZipWriter
 {
