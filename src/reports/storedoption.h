@@ -1,5 +1,6 @@
 #pragma once
 
+#include "db/zasdbsettings.h"
 #include "reports/bookformat.h"
 
 #include <QMap>
@@ -81,12 +82,27 @@ Options optionsFromValues(const std::vector<StoredOption<Options>> &table,
     return options;
 }
 
-/// Returns the keys of `table`, in its order.
+/// The base class of `Options` that are stored under the plain keys of a table, Options::table().
 template <typename Options>
-QStringList keysOf(const std::vector<StoredOption<Options>> &table)
-{
-    QStringList keys;
-    for (const StoredOption<Options> &option : table)
-        keys.append(option.key);
-    return keys;
-}
+struct StoredOptions {
+    /// Returns the keys in `vars`.
+    static QStringList keys()
+    {
+        QStringList keys;
+        for (const StoredOption<Options> &option : Options::table())
+            keys.append(option.key);
+        return keys;
+    }
+
+    /// Returns the options by the values of those keys that exist.
+    static Options of(const QMap<QString, QVariant> &values)
+    {
+        return optionsFromValues(Options::table(), values);
+    }
+
+    /// Reads them by one statement.
+    static Options read(const ZasDbSettings &settings)
+    {
+        return of(settings.variableGetMultiple(keys()));
+    }
+};
