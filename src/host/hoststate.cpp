@@ -35,6 +35,7 @@ constexpr Cause causesByText[] = {
     {"mail not created!", "mail"},
     {"mails not committed", "commit"},
     {"begin a transaction,", "commit"},
+    {"node is not ready,", "commit"},
     {"interrupted,", "stopped"},
     {"connection lost,", "connection"},
     {"rolled the run back,", "rollback"},
@@ -130,7 +131,7 @@ void HostState::takeReport(const ReportKind &kind, QtMsgType type, const QString
     const QString cause = type == QtDebugMsg ? QString() : causeIn(message);
     if (!cause.isEmpty())
         run.cause = cause;
-    if (isWarning(type))
+    if (isWarning(type) || !cause.isEmpty())
         run.warn(withoutOrigin(kind, message));
 }
 

@@ -206,11 +206,16 @@ AttenReport::End AttenReport::begin(const ReportRun &run, ReportTransaction &tra
         transaction.begin();
     if (!transaction.isOpen())
         return isConnectionLost(run, database) ? End::ConnectionLost : End::NotBegun;
+    // A client that has reconnected on its own no longer holds the lock.
+    if (run.connectionId != 0 && transaction.connectionId() != run.connectionId)
+        return End::ConnectionLost;
     switch (claim) {
     case Claim::Ours:
         break;
     case Claim::Unclaimed: // mailed nevertheless, unless the connection is lost
         return interruptionOf(run, transaction);
+    case Claim::NodeNotReady:
+        return End::NodeNotReady;
     case Claim::Made:
         return End::MadeElsewhere;
     case Claim::Contested:
@@ -245,7 +250,7 @@ AttenReport::End AttenReport::queueForEach(MailRecord mail, const ReportRun &run
 {
     const QStringList recipients = recipientsToMail(run.settings.recipients);
     if (recipients.isEmpty())
-        qWarning("%s - all recipients are blank, no mail queued!", kind.className);
+        qInfo("%s - all recipients are blank, no mail queued!", kind.className);
     for (const QString &recipient : recipients) {
         mail.to = recipient;
         // Queueing thousands of mails takes longer than a stop may. Without rollback, finish
@@ -266,17 +271,28 @@ AttenReport::End AttenReport::queueForEach(MailRecord mail, const ReportRun &run
     return End::None;
 }
 
-/// An error with one mail does not stop the others, unless it is a conflict with another host.
+/// Returns how this error of a statement ends a scheduled run, which the next tick repeats. Returns
+/// None if the run goes on.
+AttenReport::End AttenReport::endAfter(const QString &errorCode, const ReportRun &run)
+{
+    if (run.isScheduled && isConflict(errorCode))
+        return End::RolledBack;
+    return run.isScheduled && isNodeNotReady(errorCode) ? End::NodeNotReady : End::None;
+}
+
+/// An error with one mail does not stop the others, unless it ends the run.
 AttenReport::End AttenReport::queueOne(const MailRecord &mail, const ReportRun &run,
                                        int &queued) const
 {
     MailRepository repository(nullptr);
     repository.setDB(database);
     const Result<uint> added = repository.tryAddMail(mail);
-    if (!added.isOk() && run.isScheduled && isConflict(added.errorCode()))
-        return End::RolledBack;
-    if (!added.isOk())
+    if (!added.isOk()) {
+        const End end = endAfter(added.errorCode(), run);
+        if (end != End::None)
+            return end;
         qCritical().noquote() << added.error();
+    }
     const int mid = added.isOk() ? static_cast<int>(added.value()) : 0;
     queued += mid > 0 ? 1 : 0;
     if (mid == 0)
@@ -302,8 +318,9 @@ AttenReport::End AttenReport::storeLastGenerated(const ReportRun &run) const
         VarsTable(database).store({{kind.key("lastGenerated"), generated}});
     if (errors.isEmpty())
         return End::None;
-    if (run.isScheduled && isConflict(errors.first().code))
-        return End::RolledBack;
+    const End end = endAfter(errors.first().code, run);
+    if (end != End::None)
+        return end;
     qCritical().noquote() << "variableSet ERROR:" << errors.first().text;
     qCritical("%s::makeReport() - 'lastGenerated' NOT SET!", kind.className);
     return End::None;
@@ -313,8 +330,9 @@ AttenReport::End AttenReport::commit(const ReportRun &run, ReportTransaction &tr
 {
     if (transaction.commit())
         return End::None;
-    if (run.isScheduled && isConflict(transaction.errorCode()))
-        return End::RolledBack;
+    const End end = endAfter(transaction.errorCode(), run);
+    if (end != End::None)
+        return end;
     qCritical("%s::makeReport() - mails not committed: %s", kind.className,
               qUtf8Printable(transaction.error()));
     return End::NotCommitted;
@@ -332,6 +350,10 @@ void AttenReport::logEnd(End end, const ReportRun &run) const
         break;
     case End::NotBegun:
         qWarning("%s::makeReport() - the server refused to begin a transaction, no mail queued!",
+                 kind.className);
+        break;
+    case End::NodeNotReady:
+        qWarning("%s::makeReport() - the cluster node is not ready, no mail queued!",
                  kind.className);
         break;
     case End::Contested:

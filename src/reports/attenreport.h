@@ -90,6 +90,7 @@ private:
         StoppedInMails,
         ConnectionLost,
         RolledBack,
+        NodeNotReady,
         NotBegun,
         NothingQueued,
         MadeElsewhere,
@@ -110,6 +111,7 @@ private:
     End queueForEach(MailRecord mail, const ReportRun &run, ReportTransaction &transaction,
                      int &queued) const;
     End queueOne(const MailRecord &mail, const ReportRun &run, int &queued) const;
+    static End endAfter(const QString &errorCode, const ReportRun &run);
     End interruptionOf(const ReportRun &run, ReportTransaction &transaction) const;
     End storeLastGenerated(const ReportRun &run) const;
     End commit(const ReportRun &run, ReportTransaction &transaction) const;

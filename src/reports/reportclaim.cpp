@@ -47,6 +47,8 @@ Claim claimAfter(const QString &errorCode)
 {
     if (isWaitCutShort(errorCode))
         return Claim::Blocked;
+    if (isNodeNotReady(errorCode))
+        return Claim::NodeNotReady;
     // Without the right to write, the row cannot be locked: the report is mailed unclaimed.
     return isConflict(errorCode) ? Claim::Contested : Claim::Unclaimed;
 }
@@ -69,4 +71,9 @@ Claim claimReport(const QSqlDatabase &database, const QString &key, const Report
 bool isConflict(const QString &errorCode)
 {
     return errorCode == deadlock || errorCode == changedSince;
+}
+
+bool isNodeNotReady(const QString &errorCode)
+{
+    return errorCode == QLatin1String("1047");
 }

@@ -8,11 +8,12 @@ struct ReportRun;
 
 /// Whether a run may mail its report.
 enum class Claim {
-    Ours,      ///< yes, until its transaction ends
-    Unclaimed, ///< yes, but so may other runs, because the row cannot be locked
-    Made,      ///< no: another host has made it meanwhile
-    Contested, ///< no: another host is mailing it, and the server rolled this transaction back
-    Blocked    ///< no: another connection held the row for longer than the server lets us wait
+    Ours,         ///< yes, until its transaction ends
+    Unclaimed,    ///< yes, but so may other runs, because the row cannot be locked
+    Made,         ///< no: another host has made it meanwhile
+    Contested,    ///< no: another host is mailing it, and the server rolled this transaction back
+    NodeNotReady, ///< no: the node of the cluster executes no statements for now
+    Blocked       ///< no: another connection held the row for longer than the server lets us wait
 };
 
 /**
@@ -32,3 +33,7 @@ Claim claimReport(const QSqlDatabase &database, const QString &key, const Report
 
 /// Returns whether this error of the server means that another transaction was faster.
 bool isConflict(const QString &errorCode);
+
+/// Returns whether this error means that the node of a cluster executes no statements for now, for
+/// example because it has lost the others.
+bool isNodeNotReady(const QString &errorCode);

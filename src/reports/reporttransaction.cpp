@@ -4,6 +4,7 @@
 #include "db/serversocket.h"
 
 #include <QSqlError>
+#include <QVariant>
 
 ReportTransaction::ReportTransaction(const QSqlDatabase &db)
     : database(db)
@@ -14,10 +15,12 @@ ReportTransaction::ReportTransaction(const QSqlDatabase &db)
 QSqlQuery ReportTransaction::begin(const QString &statement)
 {
     QSqlQuery query = freshQuery(database);
-    const QString begin = QStringLiteral("BEGIN WORK;SAVEPOINT report");
+    const QString begin = QStringLiteral("BEGIN WORK;SAVEPOINT report;SELECT CONNECTION_ID()");
     open = query.exec(statement.isEmpty() ? begin : begin + QLatin1Char(';') + statement);
-    if (open && !query.nextResult())
+    if (open && !(query.nextResult() && query.nextResult() && query.next()))
         rollback();
+    if (open)
+        id = query.value(0).toULongLong();
     if (open && !statement.isEmpty())
         query.nextResult();
     return query;

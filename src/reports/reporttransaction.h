@@ -24,6 +24,9 @@ public:
     /// Returns whether it has begun and must be ended.
     bool isOpen() const { return open; }
 
+    /// Returns the server's id of the connection on which it has begun; 0 before.
+    qulonglong connectionId() const { return id; }
+
     /// Asks the server whether the transaction still exists. It does not if the server rolled it
     /// back on its own, for example to resolve a deadlock. Nor does it if the connection was lost,
     /// even if the connection was reopened since; later statements would then autocommit. Returns
@@ -45,4 +48,5 @@ public:
 private:
     QSqlDatabase database;
     bool open = false;
+    qulonglong id = 0;
 };

@@ -109,6 +109,27 @@ private Q_SLOTS:
         }
     }
 
+    /// A client that reconnects on its own no longer holds the lock of its run.
+    void reconnected()
+    {
+        for (const ReportKind *kind : reportKinds()) {
+            makeReady(*kind, "DO 0");
+            onConnection([&](QSqlDatabase db) {
+                db.close();
+                db.setConnectOptions("MYSQL_OPT_RECONNECT=1");
+                QVERIFY(db.open());
+                const std::unique_ptr<AttenReport> report(kind->create(db, nullptr));
+                const ReportRun due = dueRun(*kind, db, QDateTime::currentDateTime());
+                bench->schema.exec(QString("KILL %1").arg(due.connectionId));
+                QCOMPARE(report->queueMails(workbook(), due), 0);
+            });
+            QCOMPARE(bench->mails(), 0);
+            QCOMPARE(bench->log.texts(QtWarningMsg).last(),
+                     QString(kind->className) +
+                         "::makeReport() - database connection lost, no mail queued!");
+        }
+    }
+
     void faults_data()
     {
         addColumns<QString, QString, int, QList<bool>>("statement", "line", "mails", "stored");
@@ -118,6 +139,14 @@ private Q_SLOTS:
                "SERIALIZABLE;\nSTART TRANSACTION;\nSELECT * FROM vars",
                "%1::makeReport() - 'lastGenerated' is locked, no mail queued!", 0,
                QList<bool>{true, true});
+        // A node that has lost the others for a moment, at the claim and at a mail.
+        const char *notReady = "CREATE TRIGGER refuse BEFORE INSERT ON %1 FOR EACH ROW SIGNAL "
+                               "SQLSTATE '08S01' SET MYSQL_ERRNO = 1047";
+        for (const char *table : {"vars", "emails"})
+            addRow(qPrintable(QString("node not ready for %1").arg(table)),
+                   QString(notReady).arg(table),
+                   "%1::makeReport() - the cluster node is not ready, no mail queued!", 0,
+                   QList<bool>{false, false});
         // The row made for the claim goes with a run that stores nothing.
         addRow("every mail refused",
                "CREATE TRIGGER refuse BEFORE INSERT ON emails FOR EACH ROW SIGNAL SQLSTATE '45000'",
