@@ -31,7 +31,7 @@ struct Found {
 bool isListed(const Finding &finding, const Machine &machine, bool isAsked)
 {
     if (finding.gravity == Gravity::Waiting || finding.text == machine.temporaryError)
-        return false; // listed once, not for every report
+        return false; // waiting is normal, and findAll() has listed the machine's error
     return finding.gravity != Gravity::Off || isAsked;
 }
 
@@ -51,7 +51,8 @@ void addFindings(const SchemaJudgement &schema, bool isAsked, Found &found)
     }
 }
 
-/// The server's and the machine's findings come first, since they cause many of the schemas'.
+/// The findings about the machine and the server come first, because they may cause many findings
+/// about schemas.
 void findAll(const Schemas &schemas, bool isAsked, Found &found)
 {
     const auto &list = found.schemas.list;

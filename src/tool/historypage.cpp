@@ -179,8 +179,8 @@ QString problems(const QVector<ReportHistory> &reports)
                             .arg(QString::number(count), items);
 }
 
-/// It also defines the shapes, which the strips refer to: a thousand customers would repeat them
-/// 62,000 times.
+/// Returns the legend. It also defines the shapes that the strips refer to: with a thousand
+/// customers, the page would otherwise repeat them 62,000 times.
 QString legend()
 {
     QString items;

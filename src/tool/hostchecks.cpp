@@ -87,7 +87,7 @@ QDateTime overdueSince(const ReportSettings &settings, const QDateTime &now, qin
     QDate day = now.date();
     if (scheduledMoment(day, settings.time).secsTo(now) < grace)
         day = day.addDays(-1);
-    // It may have been enabled only today.
+    // The report may have been enabled only today.
     if (settings.lastGenerated == 0 && day != now.date())
         return {};
     const QDateTime scheduled = scheduledMoment(day, settings.time);

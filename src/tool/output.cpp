@@ -16,9 +16,9 @@
 namespace
 {
 
-// Within a text, a colour is marked by a code point that is never a character. harmless() removes
-// escape sequences, which may come from a database, and then replaces the marks with ours. A mark
-// that comes from a database can only change the colour.
+// Within a text, code points that are never characters mark colours. harmless() makes escape
+// sequences harmless, which may come from a database, and turns the marks into escape sequences. A
+// mark that comes from a database can only change a colour.
 constexpr ushort colourMark = 0xFDD0;
 constexpr const char *colourCodes[] = {"\033[32m", "\033[31m", "\033[33m", "\033[0m"};
 constexpr ushort endMark = colourMark + 3;

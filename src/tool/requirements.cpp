@@ -26,7 +26,7 @@ UnmetRequirement unmet(const QString &statement, const QSqlError &error)
     const QString text =
         (tables.size() == 1 ? QStringLiteral("table %1: %2") : QStringLiteral("tables %1: %2"))
             .arg(tables.join(QStringLiteral(", ")), error.databaseText().simplified());
-    return {text, tables, Requirements::isRight(error.nativeErrorCode())};
+    return {text, tables, Requirements::isMissingRight(error.nativeErrorCode())};
 }
 
 QVector<UnmetRequirement> unmetOf(const QSqlDatabase &database, const QStringList &statements)
@@ -47,7 +47,7 @@ QVector<UnmetRequirement> unmetOf(const QSqlDatabase &database, const QStringLis
 
 } // namespace
 
-bool Requirements::isRight(const QString &code)
+bool Requirements::isMissingRight(const QString &code)
 {
     return code == QLatin1String("1044") || code == QLatin1String("1142") ||
            code == QLatin1String("1143");

@@ -24,7 +24,7 @@ namespace Requirements
 
 /// Returns whether an error code of the server means that a right is missing: on the database, a
 /// table or a column.
-bool isRight(const QString &code);
+bool isMissingRight(const QString &code);
 
 /// Returns whether the server can prepare all of these queries. Sends a single statement.
 bool areReadable(const QSqlDatabase &database, const QStringList &queries);

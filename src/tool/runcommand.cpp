@@ -41,8 +41,8 @@ bool isAgreed(const Invocation &invocation, const QStringList &recipients)
                                    recipients.join(QStringLiteral(", "))));
 }
 
-/// Returns the number of mails queued. The workbook gets a folder of its own: directly in the
-/// temporary directory, a host could not replace the operator's file.
+/// Returns the number of mails queued. The workbook gets a folder of its own: a host of another
+/// account could not replace an operator's file in the temporary directory itself.
 int queue(const Invocation &invocation, const QSqlDatabase &database, const QStringList &recipients,
           qulonglong connectionId)
 {
@@ -51,7 +51,6 @@ int queue(const Invocation &invocation, const QSqlDatabase &database, const QStr
     if (!folder.isValid()) {
         Output::error(
             QStringLiteral("cannot create a directory in '%1': %2; point TMPDIR elsewhere")
-
                 .arg(QFileInfo(pattern).path(), folder.errorString()));
         return 0;
     }

@@ -114,10 +114,10 @@ bool SchemaJudgement::isEnabled() const
     });
 }
 
-/// What is asked once for all reports of a schema.
+/// What is read once for all reports of a schema.
 struct SchemaJudge::TablesJudged {
     TableFacts facts;
-    Findings findings; ///< of each of them
+    Findings findings; ///< which concern each of the reports
     QVector<ReportReading> readings;
 };
 
@@ -163,14 +163,14 @@ void SchemaJudge::judgeOpened(const QSqlDatabase &database, const SchemaRow &row
     if (settings.isOk()) {
         judgeReports(database, settings.value(), row, schema);
     } else {
-        const bool isForbidden = Requirements::isRight(settings.errorCode());
+        const bool isForbidden = Requirements::isMissingRight(settings.errorCode());
         findings.add(Gravity::Obstacle, isForbidden ? "rights" : "tables",
                      QStringLiteral("the settings cannot be read: ") + settings.error(),
                      isForbidden ? QStringLiteral("GRANT SELECT ON `%1`.`vars` TO the account '%2'")
                                        .arg(database.databaseName(), database.userName())
                                  : QStringLiteral("restore the table vars"));
     }
-    // A check cannot tell a failed statement from one without rows.
+    // Test the connection, because the checks take a failed statement for one without rows.
     schema.isComplete = freshQuery(database).exec(QStringLiteral("DO 0"));
     if (schema.isComplete)
         return;
@@ -238,7 +238,7 @@ void SchemaJudge::judgeReport(const QSqlDatabase &database, const ReportKind &ki
         if (reading.kind == &kind)
             checkReport(database, reading, machine, tables.facts, findings);
     }
-    // If something keeps the report back, it is overdue, or fails, because of that.
+    // Otherwise the report is overdue, or fails, because of what keeps it back.
     const bool isKeptBack = std::any_of(findings.list.cbegin(), findings.list.cend(),
                                         [](const Finding &finding) { return finding.keepsBack(); });
     if (!isKeptBack)

@@ -182,8 +182,8 @@ void SchemaConnection::open(const ConnectionOptions &options, Access access)
     }
     if (options.waitsForAnswers)
         watch = std::make_unique<SilenceWatch>(db, options);
-    // Guards against our own mistakes: these commands must not write. It lasts as long as the
-    // connection, which never reconnects.
+    // Guards against our own mistakes: these commands must not write. The setting lasts as long as
+    // the connection, because it never reconnects.
     if (access == Access::ReadOnly &&
         !freshQuery(db).exec(QStringLiteral("SET SESSION TRANSACTION READ ONLY")))
         error = QStringLiteral("the server cannot make the connection read-only");

@@ -24,7 +24,7 @@ QVariant valueOf(const QSqlDatabase &database, const char *statement)
 
 void checkWords(const QSqlDatabase &master, Findings &findings)
 {
-    // Tried out, because MariaDB and MySQL number their versions differently.
+    // Tries the word instead of comparing versions, which MariaDB and MySQL number differently.
     if (valueOf(master, "SELECT 1 AS groups").isValid())
         return;
     findings.add(
@@ -79,7 +79,7 @@ QVector<Finding> checkConnections(const QSqlDatabase &master, int schemas, int e
 {
     Findings findings(QStringLiteral("server"));
     const int limit = valueOf(master, "SELECT @@max_connections").toInt();
-    // The information database, a slice of the scan, each worker, and a short-lived one.
+    // To the information database, for a slice of the scan, for each worker, and a short-lived one.
     const int needed = 2 + std::min(schemas, connectionsOfScan) + enabled;
     if (needed + connectionsToSpare > limit)
         findings.add(Gravity::Harm, "connections",

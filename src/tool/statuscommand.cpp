@@ -26,8 +26,8 @@ struct Found {
     int status = Tool::Well;
 };
 
-/// Leaves out disabled reports and inactive schemas unless they are asked for, but never a problem.
-/// JSON always includes disabled reports, because their fields say that they are.
+/// Leaves out disabled reports and inactive schemas unless the options ask for them, but never a
+/// problem. JSON always includes disabled reports, because a field says that they are disabled.
 void choose(const Invocation &invocation, Found &found)
 {
     const bool takesAll = invocation.has("all") || invocation.has("schema");

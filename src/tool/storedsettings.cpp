@@ -20,7 +20,7 @@ StoredSettings settingsIn(const VarsTable::Values &values, const ReportKind &kin
     return stored;
 }
 
-/// The reports let the server compare the key, which knows no case.
+/// Ignores the key's case, as the server does when it compares keys for the reports.
 QVariant senderIn(const VarsTable::Values &values)
 {
     for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {

@@ -67,7 +67,7 @@ void checkRights(const QSqlDatabase &database, Findings &findings)
                      remedyOf(unmet, "INSERT, UPDATE", database));
 }
 
-/// Checks what makes mails and "lastGenerated" atomic, and a report go out once a day.
+/// Checks what lets reports store mails and "lastGenerated" atomically, and go out once a day.
 void checkStorage(const TableFacts &facts, Findings &findings)
 {
     for (const TableFacts::Table &table : facts.unsafeTables)
@@ -106,7 +106,8 @@ void checkSender(const QVariant &sender, Findings &findings)
                      QStringLiteral("correct globalEmail in the table vars, or delete it"));
 }
 
-/// The people and what they are joined with make the rows; other tables cost the report values.
+/// Returns whether the report cannot be made: without the statement that reads the people, it has
+/// no rows. Without other statements, only values are missing.
 bool isDecisive(const UnmetRequirement &unmet)
 {
     return unmet.tables.value(0) == QLatin1String("people");
@@ -218,7 +219,7 @@ void checkTables(const QSqlDatabase &database, const QVariant &sender, const Tab
 MailSizes checkQueue(const QSqlDatabase &database, SchemaJudgement &schema, Findings &findings)
 {
     QSqlQuery query = freshQuery(database);
-    // The last eight are the newest of both reports, unless one has hundreds of recipients.
+    // The last eight mails include those of both reports, unless a report has many recipients.
     if (!query.exec(
             QStringLiteral("SELECT COUNT(*), UNIX_TIMESTAMP() - MIN(created), "
                            "MAX(LENGTH(data)), @@max_allowed_packet, (SELECT MAX(size) FROM "

@@ -9,9 +9,9 @@ namespace
 {
 
 // The rows of all parts have the same columns: what they are about, the server's limit for packets,
-// a name, two texts and a number. To the server, its catalogue of columns is by far the dearest
-// part, and it opens all tables of the schema unless one is named by "=". So it is asked only about
-// the mails, which the account may be unable to read.
+// a name, two texts and a number. The catalogue of columns is by far the most expensive part: the
+// server opens all tables of the schema unless the statement names one with "=". So the catalogue
+// is read only for the mails, which the account may not be allowed to read themselves.
 constexpr const char *parts[] = {
     "SELECT 'engine', @@max_allowed_packet, table_name, engine, NULL, NULL FROM "
     "information_schema.tables WHERE table_schema = DATABASE() AND table_name = 'emails' AND "
@@ -41,7 +41,7 @@ void take(const QSqlQuery &row, TableFacts &facts)
     facts.packetBytes = row.value(1).toLongLong();
     if (about == QLatin1String("engine"))
         facts.unsafeTables.append({name, text});
-    else if (about == QLatin1String("key")) // one over several columns allows a name twice
+    else if (about == QLatin1String("key")) // a key over several columns allows equal names
         facts.isNameUnique |=
             number == 1 && text.compare(QLatin1String("name"), Qt::CaseInsensitive) == 0;
     else if (text == QLatin1String("data"))

@@ -214,8 +214,8 @@ QString Tool::commandHelp()
 
 int Tool::run(const QString &name, const QStringList &arguments)
 {
-    // Without TZ, the C library looks at the zone's file with each conversion: hundreds of times a
-    // schema. A host leaves it at that and follows a change of the zone; a command ends before.
+    // Without TZ, the C library looks at the zone's file with each conversion: hundreds of times
+    // per schema. That lets a host follow a change of the zone, but a command does not need it.
     if (!qEnvironmentVariableIsSet("TZ"))
         qputenv("TZ", ":/etc/localtime");
     const int status = helpOrRun(*find(name), arguments);

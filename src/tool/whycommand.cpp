@@ -75,7 +75,7 @@ QString answer(ScheduleVerdict reason)
 
 void printRules(const StoredSettings &stored, const QDateTime &now)
 {
-    // All of them, not only the first that is not met: another one may not be met either.
+    // All rules, because more than one may not be met.
     const QVector<ScheduleRule> rules = scheduleRules(stored.settings, now);
     for (const ScheduleRule &rule : rules) {
         const QString verdict =
@@ -161,7 +161,7 @@ int explain(const Invocation &invocation, const Machine &machine, const SchemaJu
     explainHosts(invocation, machine);
     QVector<Finding> findings = report->findings;
     for (const Finding &one : machine.findings()) {
-        if (one.text != machine.temporaryError) // each report has it
+        if (one.text != machine.temporaryError) // already among the report's findings
             findings.append(one);
     }
     return conclude(findings, nextDue(report->stored.settings, now));
