@@ -18,7 +18,7 @@ namespace
 {
 
 constexpr auto listenInterval = std::chrono::seconds(5);
-constexpr auto temporaryPatience = std::chrono::seconds(2); // signals wait meanwhile
+constexpr auto temporaryPatience = std::chrono::seconds(2); // delays the handling of signals
 
 HostAnswer aboutProcess(const ConnectionOptions &connection)
 {

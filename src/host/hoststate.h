@@ -16,8 +16,8 @@ struct ReportKind;
 struct Durations {
     static constexpr std::array<double, 11> boundsSeconds{0.1, 0.5, 1,   2,   5,  10,
                                                           30,  60,  120, 300, 900};
-    /// How many durations are at most each bound and above the previous one; at the end, how many
-    /// are above all bounds.
+    /// How many durations are up to the bound of the same index, but above the previous bound. The
+    /// last count is of those above all bounds.
     std::array<quint64, boundsSeconds.size() + 1> counts{};
     double sumSeconds = 0;
 

@@ -17,8 +17,8 @@ namespace LogSink
 
 /**
  * Installs the process's message handler. Unless `showEverything`, drops debug messages and the
- * info lines that come with every tick, and shows a warning or critical message that a schema
- * repeats once an hour, with its count.
+ * info lines that come with every tick. While a schema repeats a warning or critical message, shows
+ * it only once an hour, with its count.
  */
 void install(bool showEverything);
 

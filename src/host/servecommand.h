@@ -49,7 +49,7 @@ private:
     void removeSchemaConnections();
 
     const ServeOptions &options;
-    SignalWatcher &signalWatcher; // this and the next live in the main thread
+    SignalWatcher &signalWatcher; // lives in the main thread, like `services`
     ServiceManager &services;
     HostState &state; // outlives this object
     bool isPaused = false;

@@ -16,9 +16,8 @@ struct ConnectionOptions {
     QString authorityFile;
     QString certificateFile;
     QString keyFile;
-    int timeoutSeconds = 0; ///< to connect, and for each answer of the server; 0 for no limit
-    bool waitsForAnswers =
-        false; ///< whether answers have no limit, because statements may run long
+    int timeoutSeconds = 0;       ///< to connect, and for each answer of the server; 0 for no limit
+    bool waitsForAnswers = false; ///< answers have no limit, because statements may run long
 
     /// After a lost connection a host reconnects; an operator's command fails.
     enum class OnLoss { Reconnect, Fail };

@@ -60,14 +60,15 @@ void OptionReader::describe(QCommandLineParser &parser)
 OptionReader::OptionReader(const QCommandLineParser &commandLine)
     : parser(commandLine)
 {
-    const bool asked = parser.isSet(QStringLiteral("config"));
-    const QString path = asked ? parser.value(QStringLiteral("config")) : ConfigFile::defaultPath();
+    const bool isGiven = parser.isSet(QStringLiteral("config"));
+    const QString path =
+        isGiven ? parser.value(QStringLiteral("config")) : ConfigFile::defaultPath();
     // The default file may be missing, but if it exists it must be valid.
-    if (!asked && !QFile::exists(path))
+    if (!isGiven && !QFile::exists(path))
         return;
     config = ConfigFile::read(path);
     // A default file that this account may not read is no error if the command line is complete.
-    if (!config.error.isEmpty() && (asked || config.isReadable))
+    if (!config.error.isEmpty() && (isGiven || config.isReadable))
         fail(config.error, false);
 }
 
@@ -172,13 +173,13 @@ QString OptionReader::password()
 {
     const auto fileKey = QStringLiteral("password-file");
     const auto passwordKey = QStringLiteral("database/password");
-    const bool asked = parser.isSet(fileKey);
-    if (!asked && qEnvironmentVariableIsSet(passwordVariable))
+    const bool isGiven = parser.isSet(fileKey);
+    if (!isGiven && qEnvironmentVariableIsSet(passwordVariable))
         return qEnvironmentVariable(passwordVariable);
-    if (!asked && config.values.contains(passwordKey))
+    if (!isGiven && config.values.contains(passwordKey))
         return config.values.value(passwordKey);
-    if (asked || config.values.contains(configKey(fileKey))) {
-        QFile file(asked ? parser.value(fileKey) : config.values.value(configKey(fileKey)));
+    if (isGiven || config.values.contains(configKey(fileKey))) {
+        QFile file(isGiven ? parser.value(fileKey) : config.values.value(configKey(fileKey)));
         if (file.open(QIODevice::ReadOnly | QIODevice::Text))
             return firstLine(file);
         fail(QStringLiteral("cannot read the password file '%1': %2")

@@ -23,9 +23,11 @@ public:
     /// Adds the language option, for commands that make reports.
     static void describeLanguage(QCommandLineParser &parser);
 
+    /// Returns the value of an option, which must not be missing.
     QString text(const char *name);
     /// Returns whether the flag is given on the command line or true in the configuration.
     bool flag(const char *name);
+    /// Returns the value of an option, which must be a number from `least` to `most`.
     int number(const char *name, int least, int most);
     /// Returns the connection options, without the password.
     ConnectionOptions connection();
@@ -40,6 +42,7 @@ public:
     /// Returns one of Language::known().
     QString language();
 
+    /// Sets `error` and `isUsage`, unless there is an error already.
     void fail(const QString &message, bool usage = true);
 
     QString error;

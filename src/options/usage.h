@@ -16,8 +16,8 @@ struct UsageError {
 namespace Usage
 {
 
-/// Returns three lines: the error; the suggestion or, without one, `synopsis`; and `help`, the
-/// command that shows the help.
+/// Returns three lines: the error; the suggestion or, without one, `synopsis`; and `help`, which
+/// says where to read more.
 QStringList threeLines(const UsageError &error, const QString &synopsis, const QString &help);
 
 /// Returns the parser's error; call it after a parse that failed.

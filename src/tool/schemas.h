@@ -28,7 +28,7 @@ QVector<SchemaRow> activeOf(const QVector<SchemaRow> &rows);
 
 /**
  * The schemas that a host would serve: those that the information database lists or, with
- * "--single", the one database, whose name is its token.
+ * "--single", the one database, whose name serves as its token.
  *
  * Owns one connection, which the destructor removes. Only one object may exist at a time.
  */
@@ -74,8 +74,8 @@ public:
     /// The server enforces ReadOnly for as long as the connection lasts.
     enum class Access { ReadOnly, ReadWrite };
 
-    /// Short statements must be answered within the time limit. Long ones may take any time as long
-    /// as the server still greets new connections.
+    /// Short statements must be answered within the time limit. Long ones may take any time, as
+    /// long as the server answers attempts to connect.
     enum class Statements { Short, Long };
 
     SchemaConnection(const Schemas &schemas, const QString &token, Access access,

@@ -16,8 +16,8 @@ struct StatusLine {
 };
 
 /// Returns the lines to print: a table with a row per line, and below it a sentence of any length
-/// for each line that needs attention. On a terminal, columns that do not fit are left out, but
-/// never tokens and states.
+/// for each line that needs attention. On a terminal, leaves out columns that do not fit, but never
+/// schema, report and state.
 QStringList statusTable(const QVector<StatusLine> &lines);
 
 /// Returns everything about one line, for monitors. Moments are ISO 8601 with offset, ages are

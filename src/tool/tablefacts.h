@@ -26,7 +26,7 @@ struct TableFacts {
     QVector<Table> unsafeTables; ///< tables of mails or settings that have no transactions
     QVector<Column> texts;       ///< columns whose text becomes part of a mail or a workbook
     bool isNameUnique = false;   ///< whether no two settings can have the same name
-    // A limit that is not known does not apply.
+    // An unknown limit is so large that it never applies.
     qint64 packetBytes = std::numeric_limits<qint64>::max(); ///< of a statement
     qint64 dataBytes = std::numeric_limits<qint64>::max();   ///< of a mail's attachment
 
