@@ -124,11 +124,11 @@ int ServeCommand::serve()
 
 bool ServeCommand::loadPlugin()
 {
-    const QString reason = plugin->load(options.plugin);
-    if (reason.isEmpty())
+    const QString error = plugin->load(options.plugin);
+    if (error.isEmpty())
         return true;
     qCritical("Host - cannot load the plug-in '%s': %s", qUtf8Printable(options.plugin),
-              qUtf8Printable(reason));
+              qUtf8Printable(error));
     return false;
 }
 

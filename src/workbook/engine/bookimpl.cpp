@@ -71,7 +71,7 @@ libxl::ISheetT<wchar_t> *BookImpl::addSheet(const wchar_t *name, libxl::ISheetT<
 {
     return guarded<SheetImpl *>(nullptr, [&]() -> SheetImpl * {
         const auto *source = static_cast<SheetImpl *>(copyFrom);
-        if (!fits(source, data))
+        if (!isUsableIn(source, data))
             return nullptr;
         SheetData sheet = source == nullptr ? SheetData{} : data.sheets[source->index];
         if (!readText(name, maxSheetNameUnits, sheet.name) || !acceptsSheetName(sheet.name))
@@ -106,7 +106,7 @@ libxl::IFormatT<wchar_t> *BookImpl::addFormat(libxl::IFormatT<wchar_t> *copyFrom
 {
     return guarded<FormatImpl *>(nullptr, [&]() -> FormatImpl * {
         const auto *source = static_cast<FormatImpl *>(copyFrom);
-        if (!fits(source, data))
+        if (!isUsableIn(source, data))
             return nullptr;
         return add(data.formats, formats,
                    source == nullptr ? FormatData{} : data.formats[source->index]);
@@ -117,7 +117,7 @@ libxl::IFontT<wchar_t> *BookImpl::addFont(libxl::IFontT<wchar_t> *copyFrom)
 {
     return guarded<FontImpl *>(nullptr, [&]() -> FontImpl * {
         const auto *source = static_cast<FontImpl *>(copyFrom);
-        if (!fits(source, data))
+        if (!isUsableIn(source, data))
             return nullptr;
         return add(data.fonts, fonts, data.fonts[source == nullptr ? 0 : source->index]);
     });

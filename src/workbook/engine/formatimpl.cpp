@@ -22,10 +22,10 @@ bool isWithin(Enum value, Enum last)
 
 bool FormatImpl::setFont(libxl::IFontT<wchar_t> *font)
 {
-    const auto *own = static_cast<FontImpl *>(font);
-    if (own == nullptr || !fits(own, book))
+    const auto *handle = static_cast<FontImpl *>(font);
+    if (handle == nullptr || !isUsableIn(handle, book))
         return false;
-    data().font = own->index;
+    data().font = handle->index;
     return true;
 }
 

@@ -23,7 +23,7 @@ public:
 };
 
 /** Returns whether `handle` belongs to `book` or is null. */
-inline bool fits(const Handle *handle, const BookData &book)
+inline bool isUsableIn(const Handle *handle, const BookData &book)
 {
     return handle == nullptr || &handle->book == &book;
 }

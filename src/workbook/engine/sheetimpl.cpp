@@ -37,8 +37,8 @@ std::optional<std::uint32_t> SheetImpl::formatIndex(libxl::IFormatT<wchar_t> *fo
 {
     if (format == nullptr)
         return 0;
-    const auto *own = static_cast<FormatImpl *>(format);
-    return fits(own, book) ? std::optional(own->index) : std::nullopt;
+    const auto *handle = static_cast<FormatImpl *>(format);
+    return isUsableIn(handle, book) ? std::optional(handle->index) : std::nullopt;
 }
 
 /**

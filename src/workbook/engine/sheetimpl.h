@@ -44,7 +44,7 @@ private:
     template <class Fill>
     bool writeCell(int row, int col, libxl::IFormatT<wchar_t> *format, Fill fill);
 
-    std::u16string scratch; // reused, so that writing a cell allocates nothing
+    std::u16string scratch; // the text being written; reused to save allocations
 };
 
 } // namespace workbook

@@ -19,7 +19,7 @@ bool takeDollar(std::u16string_view &text)
 }
 
 /** Returns whether a reference ends before `rest`: not in the middle of a name or a number. */
-bool mayFollow(std::u16string_view rest)
+bool referenceEndsBefore(std::u16string_view rest)
 {
     constexpr std::u16string_view partsOfNames = u"(!._$[";
     return rest.empty() ||
@@ -47,7 +47,7 @@ std::optional<CellReference> takeReference(std::u16string_view &text)
     --cell.column;
     --cell.row;
     const bool exists = cell.row >= 0 && cell.row < maxRows && cell.column < maxColumns;
-    return exists && mayFollow(text) ? std::optional(cell) : std::nullopt;
+    return exists && referenceEndsBefore(text) ? std::optional(cell) : std::nullopt;
 }
 
 } // namespace workbook

@@ -22,9 +22,9 @@ SharedStrings::SharedStrings(const BookData &book, Empty empty)
         }
     }
     // Texts that are used once need no sorting. In a book with many texts, that is most of them.
-    const auto single = std::stable_partition(order.begin(), order.end(),
-                                              [&](std::uint32_t text) { return uses[text] > 1; });
-    std::stable_sort(order.begin(), single,
+    const auto firstSingle = std::stable_partition(
+        order.begin(), order.end(), [&](std::uint32_t text) { return uses[text] > 1; });
+    std::stable_sort(order.begin(), firstSingle,
                      [&](std::uint32_t a, std::uint32_t b) { return uses[a] > uses[b]; });
     for (std::uint32_t number = 0; number < order.size(); ++number)
         numbers[order[number]] = number;
