@@ -24,6 +24,23 @@ QString TestCluster::servers(int first) const
     return servers.join(',');
 }
 
+bool TestCluster::settles(int size) const
+{
+    bool settled = false;
+    {
+        QSqlDatabase database = TestServer::addConnection("group", QString());
+        const auto seen = [&database] {
+            if (!database.isOpen())
+                database.open();
+            QSqlQuery query = database.exec("SHOW STATUS LIKE 'wsrep_cluster_size'");
+            return query.next() ? query.value(1).toInt() : 0;
+        };
+        settled = QTest::qWaitFor([&] { return seen() == size; }, 20000);
+    }
+    QSqlDatabase::removeDatabase("group");
+    return settled;
+}
+
 void TestCluster::catchUp(QSqlDatabase &database)
 {
     // A node refuses connections for a moment while others come or go.

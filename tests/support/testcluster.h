@@ -24,6 +24,9 @@ public:
     /// Runs one of the script's commands for a node: "kill" and "revive", "freeze" and "thaw".
     void run(const QString &command, int node) const { run(command, {QString::number(node + 1)}); }
 
+    /// Waits up to twenty seconds for the last node to see a group of `size` nodes.
+    bool settles(int size) const;
+
     /// Returns when a connection's node has all that was written before, and leaves it open.
     static void catchUp(QSqlDatabase &database);
     void catchUp(int node, const QString &schema) const;
