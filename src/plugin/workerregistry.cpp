@@ -13,22 +13,6 @@ constexpr int stopMs = 10000;
 // How long workers may take to end on their own: a report ends at its next row, a short query with
 // its answer. An attempt to connect may take longer, but less than `stopMs`.
 constexpr int ownWillMs = 4000;
-constexpr int terminationMs = 500;
-
-/// A worker's thread, with termination disabled: to terminate it would unwind its stack from the
-/// next blocking call, and if that is in a destructor, the host's process aborts.
-class WorkerThread : public QThread
-{
-public:
-    using QThread::QThread;
-
-protected:
-    void run() override
-    {
-        setTerminationEnabled(false);
-        exec();
-    }
-};
 
 } // namespace
 
@@ -41,7 +25,7 @@ WorkerRegistry::~WorkerRegistry() = default;
 
 bool WorkerRegistry::add(const QString &token, std::unique_ptr<AutoReportWorker> owned)
 {
-    auto thread = std::make_unique<WorkerThread>(parent);
+    auto thread = std::make_unique<QThread>(parent);
     thread->setObjectName(QStringLiteral("AutoReport_%1").arg(token));
     AutoReportWorker *worker = owned.get();
     worker->moveToThread(thread.get());
@@ -89,8 +73,6 @@ void WorkerRegistry::stopAll()
     for (const Entry &entry : qAsConst(entries))
         entry.handle->guard().breakForGood();
     forgetEnded(deadline);
-    terminateAll();
-    forgetEnded(QDeadlineTimer(terminationMs));
     leaveBehind();
 }
 
@@ -117,20 +99,14 @@ void WorkerRegistry::forgetEnded(QDeadlineTimer deadline)
     }
 }
 
-void WorkerRegistry::terminateAll()
-{
-    for (const Entry &entry : qAsConst(entries)) {
-        qWarning("AutoReport::stopAllWorkers() - thread '%s' did not stop in time",
-                 qUtf8Printable(entry.thread->objectName()));
-        entry.thread->terminate();
-    }
-}
-
 void WorkerRegistry::leaveBehind()
 {
     for (const Entry &entry : qAsConst(entries)) {
+        const QString name = entry.thread->objectName();
+        qWarning("AutoReport::stopAllWorkers() - thread '%s' did not stop in time",
+                 qUtf8Printable(name));
         qCritical("AutoReport::stopAllWorkers() - thread '%s' cannot be ended and is left behind",
-                  qUtf8Printable(entry.thread->objectName()));
+                  qUtf8Printable(name));
         entry.thread->setParent(nullptr); // it deletes itself if it ever ends
     }
     entries.clear();

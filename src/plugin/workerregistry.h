@@ -12,7 +12,7 @@ class AutoReportWorker;
 class WorkerHandle;
 
 /**
- * Owns the plug-in's workers, by token, and their threads.
+ * The plug-in's workers, by token, and their threads.
  *
  * Only stopAll() removes entries. The entry of a worker that ended on its own remains, so that the
  * next scan does not start another one. For the plug-in's thread.
@@ -38,13 +38,12 @@ public:
     void post(const char *slot);
 
     /**
-     * Ends all workers and removes their entries. Asks all of them to stop, then breaks off the
-     * connections of those that have not ended, then terminates the remaining threads. All steps
-     * together take at most ten seconds.
+     * Ends all workers and removes their entries: asks all of them to stop, waits, and then breaks
+     * off the connections of those that have not ended. Takes at most ten seconds.
      *
-     * A thread that is inside a worker cannot be terminated, because unwinding it would leave locks
-     * and objects behind. If it does not end in time, for example because a disk is stalled, it is
-     * logged and left to end on its own.
+     * A thread that does not end in time, for example because a disk is stalled, is logged and left
+     * to end on its own. It is not terminated: the forced unwinding would leave its locks and
+     * objects behind, or abort the process in a destructor.
      */
     void stopAll();
 
@@ -54,7 +53,6 @@ private:
         QPointer<QThread> thread; ///< deletes itself when it has ended
     };
     void askAll();
-    void terminateAll();
     void forgetEnded(QDeadlineTimer deadline);
     void leaveBehind();
 

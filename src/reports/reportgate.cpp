@@ -3,22 +3,20 @@
 #include <QThread>
 
 #include <algorithm>
-#include <ctime>
-
-#include <pthread.h>
+#include <condition_variable>
 
 namespace
 {
 
-/// How long a stop may go unnoticed. Shorter slices would keep a thousand waiters busy.
-constexpr long sliceNs = 250'000'000;
-constexpr long nsPerSecond = 1'000'000'000;
+/// How long a stop may go unnoticed. With shorter slices, a thousand waiters would keep the machine
+/// busy.
+constexpr std::chrono::milliseconds slice{250};
 
-/// Runs per core: while one of them waits for its server, another one works.
+/// While one run waits for its server, another one uses the core.
 constexpr int runsPerCore = 2;
 constexpr std::chrono::minutes processPatience{1};
 
-/// Releases a lock and acquires it again on destruction, even if the thread is being terminated.
+/// Releases a lock, and acquires it again on destruction.
 class Unlocked
 {
 public:
@@ -39,10 +37,8 @@ private:
 /**
  * A thread's position in the queue, given up by the destructor.
  *
- * Each waiter has a condition of its own, so that a free place wakes one thread instead of all. It
- * is a POSIX condition, because a thread waiting on it can be terminated, unlike one waiting on
- * QWaitCondition or on the conditions of older standard libraries. Created and destroyed with the
- * mutex locked.
+ * Each waiter has a condition of its own, so that a free place wakes one thread instead of all.
+ * Created and destroyed with the mutex locked.
  */
 class ReportGate::Waiter
 {
@@ -50,11 +46,6 @@ public:
     explicit Waiter(ReportGate &reportGate)
         : gate(reportGate)
     {
-        pthread_condattr_t attributes;
-        pthread_condattr_init(&attributes);
-        pthread_condattr_setclock(&attributes, CLOCK_MONOTONIC);
-        pthread_cond_init(&condition, &attributes);
-        pthread_condattr_destroy(&attributes);
         gate.queue.push_back(this);
     }
 
@@ -62,25 +53,17 @@ public:
     {
         gate.queue.remove(this);
         gate.wakeFirst();
-        pthread_cond_destroy(&condition);
     }
     Q_DISABLE_COPY_MOVE(Waiter)
 
-    void wake() { pthread_cond_signal(&condition); }
+    void wake() { condition.notify_one(); }
 
-    void waitForSlice(std::unique_lock<std::mutex> &lock)
-    {
-        timespec until;
-        clock_gettime(CLOCK_MONOTONIC, &until);
-        until.tv_nsec += sliceNs;
-        until.tv_sec += until.tv_nsec / nsPerSecond;
-        until.tv_nsec %= nsPerSecond;
-        pthread_cond_timedwait(&condition, lock.mutex()->native_handle(), &until);
-    }
+    /// Waits until woken, or until the slice is over.
+    void waitForSlice(std::unique_lock<std::mutex> &lock) { condition.wait_for(lock, slice); }
 
 private:
     ReportGate &gate;
-    pthread_cond_t condition;
+    std::condition_variable condition;
 };
 
 ReportGate::ReportGate(int placeCount, std::chrono::milliseconds placePatience)

@@ -11,10 +11,7 @@
  * Limits how many runs work at the same time. The others wait, first come, first served.
  *
  * A place held for longer than `patience` no longer counts: its run is probably waiting for a
- * silent server, and customers on other servers should not wait with it.
- *
- * Thread-safe. A thread that is terminated while it holds a pass blocks its place for `patience` at
- * most.
+ * silent server, and customers on other servers should not wait with it. Thread-safe.
  */
 class ReportGate
 {
@@ -33,14 +30,14 @@ public:
     {
     public:
         /// Waits for a place, or until `isStopped` returns true. Calls `isStopped` at once and then
-        /// at least four times a second, with the gate's mutex unlocked.
+        /// at least four times a second, without holding the gate's mutex.
         Pass(ReportGate &reportGate, const std::function<bool()> &isStopped);
         ~Pass();
         Q_DISABLE_COPY_MOVE(Pass)
 
-        /// False if the wait was stopped.
+        /// Returns false if the wait was stopped.
         bool isHeld() const { return held; }
-        /// Whether the constructor had to wait.
+        /// Returns whether the constructor had to wait.
         bool hasWaited() const { return waited; }
 
     private:
@@ -58,7 +55,7 @@ private:
 
     const int places;
     const std::chrono::milliseconds patience;
-    std::mutex mutex;                   ///< guards what follows
-    std::list<Waiter *> queue;          ///< first come, first served
-    std::list<Clock::time_point> taken; ///< the start of each pass held
+    std::mutex mutex; ///< guards the two lists
+    std::list<Waiter *> queue;
+    std::list<Clock::time_point> taken; ///< when each pass now held was given
 };
