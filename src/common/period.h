@@ -9,8 +9,8 @@ QDate firstOfMonth(const QDate &date);
  * Returns the first moment of `date` in local time. Days have 23, 24 or 25 hours, so the end of a
  * day is the start of the next one.
  *
- * If a clock set back makes midnight come twice, this is always the earlier of the two, while
- * QDate::startOfDay() may return either. If summer time skips midnight, it is the end of the gap.
+ * If the clock is set back and midnight occurs twice, returns the earlier one, while
+ * QDate::startOfDay() may return either. If summer time skips midnight, returns the end of the gap.
  * `date` must be valid.
  */
 QDateTime dayStart(const QDate &date);

@@ -2,8 +2,9 @@
 
 #include <QString>
 
-/// Returns whether a character could control a terminal, or change the order of those around it: a
-/// control character, or one that embeds, overrides or isolates a direction of writing.
+/// Returns whether a character could control a terminal or change the order of the characters
+/// around it: a control character, or one that embeds, overrides or isolates a direction of
+/// writing.
 inline bool isControl(QChar c)
 {
     const ushort code = c.unicode();
@@ -11,8 +12,8 @@ inline bool isControl(QChar c)
            (code >= 0x2066 && code <= 0x2069);
 }
 
-/// Returns a text from a database so that it controls nothing where it is shown: each control
-/// character is U+FFFD.
+/// Returns a text from a database with each control character replaced by U+FFFD, so that it can be
+/// shown safely.
 inline QString withoutControls(QString text)
 {
     for (QChar &c : text) {

@@ -25,7 +25,7 @@ unsigned char dayOfWeek(unsigned int ts);
 
 unsigned int monthFromTimestamp(long long ts);
 unsigned int monthFromDate(const QDate &date);
-/// "3 / 2020" for March 2020.
+/// Return a text such as "3 / 2020" for March 2020.
 QString monthStrFromTimestamp(long long ts);
 QString monthString(unsigned int monthKey);
 

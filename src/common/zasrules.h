@@ -31,8 +31,8 @@ bool validEmail(const QString &address);
 /// Returns whether a database error reports a duplicate key.
 bool checkDuplicateEntry(const QString &errorText);
 
-/// Returns `length` random characters of `alphabet`, each equally likely; empty if `alphabet` is.
-/// Not for secrets.
+/// Returns `length` random characters of `alphabet`, each equally likely, or an empty text if
+/// `alphabet` is empty. Not for secrets.
 QString getRandomString(int length, const QString &alphabet);
 
 /// Returns the key of a shift in one person's plan: "number-day-order", decimal.

@@ -24,8 +24,9 @@ bool isTimeSecondPrecision();
  * Returns a duration as text, every number padded to at least two digits.
  *
  * `format` 1 is the hours alone, never with a sign; 2 is hours:minutes; any other value is
- * hours:minutes:seconds. With `limit24` a non-negative duration of more than 86,400 seconds keeps
- * only the hours of its last day; 86,400 itself stays 24:00, and negative ones are never wrapped.
+ * hours:minutes:seconds. With `limit24`, a duration of more than 86,400 seconds is wrapped: it
+ * shows only the hours of its last day. 86,400 itself stays 24:00, and negative durations are never
+ * wrapped.
  */
 QString tsToTimeString(long long seconds, unsigned int format, bool limit24);
 

@@ -9,9 +9,9 @@ extern "C" {
 }
 
 // The client library's functions, looked up through the driver. Only the driver links the library:
-// linking it here too could load two different ones into the process. The headers are enough.
+// linking it here too could load two different libraries into the process. The headers are enough.
 
-/// Returns the library's handle of an open connection; null for other drivers.
+/// Returns the library's handle of the connection; null if it is closed or has another driver.
 MYSQL *clientHandle(const QSqlDatabase &database);
 
 /// Returns the function `name` of the client library that the driver links, or of a library that

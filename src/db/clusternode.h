@@ -9,7 +9,7 @@
 struct ClusterNode {
     QString name;
     int members = 0;      ///< in the part of the cluster that the node can see
-    bool isReady = false; ///< false while it refuses all tables: it lost the others, or lags
+    bool isReady = false; ///< false while it refuses all tables: it has lost the others or lags
     QString state; ///< as the server calls it: "Primary, Synced" or "non-Primary, Initialized"
 };
 

@@ -16,8 +16,8 @@ QString defaultConnectionName()
     return QLatin1String(QSqlDatabase::defaultConnection);
 }
 
-/// Returned for a schema that cannot be reached. Invalid unless the host registered one: callers
-/// must check.
+/// Returns what callers get for a schema that cannot be reached. It is invalid unless the host has
+/// registered it: callers must check.
 QSqlDatabase defaultConnection()
 {
     return QSqlDatabase::database(defaultConnectionName(), true);
@@ -189,7 +189,8 @@ QSqlDatabase DBManager::openSchema(const QString &token, const QString &connecti
     if (!connections.contains(connectionName))
         connections.append(connectionName);
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), connectionName);
-    // All schemas are on the information database's server, and encrypted if it is.
+    // All schemas are on the information database's server. Their connections are encrypted if the
+    // information database's is.
     db.setHostName(infoDatabase.hostName());
     db.setPort(infoDatabase.port());
     db.setDatabaseName(scheme.name);
@@ -199,7 +200,7 @@ QSqlDatabase DBManager::openSchema(const QString &token, const QString &connecti
     if (openWithin(db, connectSeconds))
         return db;
 
-    // It stays registered: the next call finds it by its name and tries again.
+    // The connection stays registered: the next call finds it by its name and tries again.
     qWarning().noquote() << "DBManager:: database" << connectionName << "(token:" << token
                          << ") NOT OPEN!";
     if (db.lastError().isValid())
@@ -259,7 +260,7 @@ void DBManager::removeUnusedConnections()
 void DBManager::removeUnused(const QString &name)
 {
     if (isMaster(name)) {
-        // It was added before it became a master connection.
+        // Added to the pool before it became a master connection.
         qWarning().noquote()
             << "DBManager::removeUnusedConnections() - cannot remove master connection" << name;
         return;

@@ -46,7 +46,7 @@ public:
     void setCloseInfoDB(bool close);
 
     /// Returns whether checkOpenDB() succeeded when it last tried to open the information database.
-    /// Without an attempt, false, even if the database was already open when setInfoDB() took it.
+    /// Returns false before the first attempt, even if the database passed to setInfoDB() was open.
     bool isInfoDB() const;
 
     /// Opens `db` if it is closed. Returns whether it is open. No lock.
@@ -56,7 +56,7 @@ public:
     QString getConnectionNameFromToken(const QString &token) const;
     /// Returns whether the calling thread has a connection to that schema, open or not.
     bool isDatabase(const QString &token) const;
-    /// Returns whether this manager created that connection.
+    /// Returns whether this manager created the calling thread's connection to that schema.
     bool isConnection(const QString &token) const;
     /// Returns whether the connection of that name is open. On any thread but the connection's own,
     /// Qt warns and the result is false. No lock.
@@ -66,15 +66,16 @@ public:
     uint tokensCount(bool active);
     /// Returns one page of the active schemas' tokens, in a stable order.
     QStringList loadTokens(uint limit, uint offset);
-    /// Returns schemas without maintenance for 900 seconds, longest waiting first. The caller
-    /// stamps each one with setMaintenance() before working on it.
+    /// Returns up to `count` tokens of schemas without maintenance for 900 seconds, the longest
+    /// waiting first. The caller stamps each schema with setMaintenance() before working on it.
     QStringList loadTokens4Maintenance(ushort count);
-    /// Returns the least recently recalculated schemas first.
+    /// Returns up to `count` tokens, the least recently recalculated schemas first.
     QStringList loadTokens4Recalculate(ushort count);
     /// Stamp the schema's row with the current second. Return false also if it was stamped within
     /// the same second.
     bool setMaintenance(const QString &token);
     bool setRecalculated(const QString &token);
+    /// Returns the token of the active schema in the database `name`; empty if there is none.
     QString getTokenBySchemaName(const QString &name);
 
     /// Reads and caches one row of `schemas`. Returns an empty record if the server cannot be
@@ -84,17 +85,17 @@ public:
     DBSchemeRecord getDbConnRecord(const QString &token) const;
 
     /// Returns the calling thread's open connection to that schema, or the product's own database
-    /// if `token` is empty. If the first call for a schema cannot connect, it returns Qt's default
-    /// connection, which may be invalid. Every later call tries to open the schema's connection
-    /// again and returns it, open or not.
+    /// if `token` is empty. Returns Qt's default connection, which may be invalid, if the schema
+    /// has no complete row or the first attempt to connect fails. After such an attempt, every
+    /// further call tries again and returns the schema's connection, open or not.
     ///
     /// A thread must pass its connections to addUnusedConnection() before it ends: a later thread
     /// with the same id would find them under its own names, but could not use them.
     QSqlDatabase getDatabase(const QString &token);
 
     /// The pool of connections that their threads no longer use. A thread adds the names before it
-    /// ends; removeUnusedConnections() removes those that are closed. Master connections are
-    /// refused. Disabling the pool clears it.
+    /// ends. removeUnusedConnections() removes these connections, except for those that are open in
+    /// the calling thread. Master connections are refused. Disabling the pool clears it.
     void addUnusedConnection(const QString &name);
     void setUnusedConnectionsEnabled(bool on);
     void removeUnusedConnections();

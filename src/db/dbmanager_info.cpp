@@ -1,4 +1,4 @@
-// The functions that query the information database: SchemaRegistry's, with errors logged.
+// DBManager's queries of the information database. They call SchemaRegistry and log its errors.
 
 #include "db/dbmanager.h"
 

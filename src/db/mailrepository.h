@@ -17,7 +17,7 @@ class MailRepository : public QObject
     Q_OBJECT
 
 public:
-    /// Logs every call.
+    /// Whether to log every call.
     bool debug = false;
 
     explicit MailRepository(QObject *parent = nullptr);
@@ -34,7 +34,8 @@ public Q_SLOTS:
     /// Queues a mail. Returns its id, or 0 on an error or without sender, recipient or subject.
     uint addMail(const MailRecord &mail);
     MailRecord loadMail(uint mid);
-    /// Puts a mail back into the queue. Returns false if there is no mail with that id.
+    /// Puts a mail back into the queue. Returns false if there is no mail with that id, or if its
+    /// row already has the values of a queued mail.
     bool resetMail(uint mid);
 
 private:

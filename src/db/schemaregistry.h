@@ -38,9 +38,10 @@ public:
     };
     /// Returns all rows, in the order of tokens().
     Result<QVector<Listed>> all() const;
-    /// Returns schemas without maintenance for 900 seconds, longest waiting first.
+    /// Returns up to `count` tokens of schemas without maintenance for 900 seconds, the longest
+    /// waiting first.
     Result<QStringList> tokensForMaintenance(ushort count) const;
-    /// Returns the least recently recalculated schemas first.
+    /// Returns up to `count` tokens, the least recently recalculated schemas first.
     Result<QStringList> tokensForRecalculation(ushort count) const;
 
     /// Stamp the schema's row with the current second. Return false if there is no such active
@@ -53,7 +54,7 @@ public:
     /// Returns nothing if there is no such active schema.
     Result<std::optional<DBSchemeRecord>> find(const QString &token) const;
 
-    /// Tries to read the columns that find() needs. Returns the error, if any.
+    /// Checks that the columns that find() needs can be read. Returns the error, if any.
     std::optional<Error> check() const;
 
 private:

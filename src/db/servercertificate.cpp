@@ -8,9 +8,10 @@
 namespace
 {
 
-// OpenSSL's functions, which the client library links.
+// Functions of OpenSSL, which the client library links.
 using VerifyResult = long (*)(const void *session);
 using ErrorText = const char *(*)(long result);
+// A function of the client library.
 using Cipher = const char *(*)(MYSQL *connection);
 
 const QLatin1String tlsError("2026"); // the client library's error code
@@ -28,8 +29,8 @@ bool namesAuthority(const QSqlDatabase &database)
     return database.connectOptions().contains(QLatin1String("SSL_CA="));
 }
 
-/// Returns what is wrong with the server's certificate, or an empty text. OpenSSL verifies it in
-/// every handshake, but its caller has to ask for the result.
+/// Returns why the server cannot be trusted, or an empty text. OpenSSL verifies the certificate in
+/// every handshake, but the program has to ask for the result.
 QString certificateError(const QSqlDatabase &database)
 {
     MYSQL *connection = clientHandle(database);

@@ -2,12 +2,13 @@
 
 #include <QSqlDatabase>
 
-/// Opens `database`. If its options name an authority (SSL_CA), refuses a server without encryption
-/// and a server whose certificate this authority has not signed; lastError() says why. From version
-/// 3.4 on, MariaDB's client library does not check that itself. MySQL's client library does not
-/// reveal the certificate, so only the encryption is checked here. A connection with an authority
-/// does not reconnect, because the new server would not be checked: call isUsable() before using
-/// it.
+/// Opens `database`. If its options name a certificate authority (SSL_CA), refuses a server without
+/// encryption and a server whose certificate this authority has not signed; lastError() says why.
+/// From version 3.4 on, MariaDB's client library does not check the signature itself. With MySQL's
+/// client library only the encryption is checked, because it does not reveal the certificate.
+///
+/// A connection with an authority does not reconnect, because the new server would not be checked:
+/// call isUsable() before using the connection.
 bool openTrusted(QSqlDatabase &database);
 
 /// Returns whether a connection is open. If its host name lists several servers, or it does not

@@ -54,7 +54,7 @@ ServerAddress addressOf(const QString &text, int defaultPort)
 
 /// Returns why the server does not work, or an empty text if it does. A node that has lost the
 /// others accepts connections, but refuses every table.
-QString idleReason(const QSqlDatabase &database)
+QString serverFault(const QSqlDatabase &database)
 {
     const std::optional<ClusterNode> node = clusterNodeOf(database);
     if (node && !node->isReady)
@@ -77,10 +77,10 @@ QString openWorking(const ServerAddress &server, QSqlDatabase &database, const O
 {
     if (!openOn(server, database, open))
         return database.lastError().databaseText();
-    const QString reason = idleReason(database);
-    if (!reason.isEmpty())
+    const QString fault = serverFault(database);
+    if (!fault.isEmpty())
         database.close();
-    return reason;
+    return fault;
 }
 
 bool openOnOneOf(const QVector<ServerAddress> &servers, const QString &list, QSqlDatabase &database,
@@ -138,5 +138,5 @@ bool openOnAny(QSqlDatabase &database, const std::function<bool(QSqlDatabase &)>
 
 bool isAtWork(const QSqlDatabase &database)
 {
-    return serversOf(database.hostName(), 0).size() == 1 || idleReason(database).isEmpty();
+    return serversOf(database.hostName(), 0).size() == 1 || serverFault(database).isEmpty();
 }

@@ -23,11 +23,11 @@ QString serverText(const QString &hostName, int port);
 
 /// Opens `database` on one of the servers that its host name lists: on the one that this process
 /// last found working, or else on the next one that works. A cluster node that has lost the others
-/// does not work. Afterwards `database` has its host name and port again. `open` opens it on a
-/// single server.
+/// does not work. Calls `open` for one server at a time, with that server's address in `database`;
+/// afterwards `database` has its own host name and port again.
 ///
-/// With one server, only calls `open`. With several, gives up after the current one if the thread
-/// is asked to stop; on a failure, lastError() names each server and its error. Thread-safe.
+/// With one server, only calls `open`. With several, tries no further server if the thread is asked
+/// to stop; on a failure, lastError() names each server and its error. Thread-safe.
 bool openOnAny(QSqlDatabase &database,
                const std::function<bool(QSqlDatabase &)> &open = openTrusted);
 

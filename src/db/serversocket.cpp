@@ -34,7 +34,7 @@ void setOption(const QSqlDatabase &database, mysql_option option, const void *va
         set(connection, option, value);
 }
 
-/// Removes the limits on reads and writes of an open connection, for now and after a reconnect.
+/// Removes the limits on reads and writes of an open connection, now and for later reconnects.
 void liftQueryLimits(const QSqlDatabase &database)
 {
     const unsigned none = 0;

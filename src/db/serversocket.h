@@ -10,8 +10,8 @@
  * A duplicate of the socket descriptor of an open connection.
  *
  * The client library waits on its socket without a limit and cannot be interrupted. shutDown(),
- * called from any thread, makes it fail at once. Because the descriptor is a duplicate, it stays
- * valid after the library has closed its own, whose number may by then be another file's.
+ * called from any thread, makes the wait fail at once. The duplicate stays valid after the library
+ * has closed its own descriptor, whose number may by then be another file's.
  *
  * Construct it in the connection's thread. The constructor sets SO_KEEPALIVE and TCP_USER_TIMEOUT,
  * so that a peer that vanished is noticed within half a minute. Invalid if the driver does not
@@ -29,7 +29,8 @@ public:
     ServerSocket &operator=(ServerSocket &&other) noexcept;
 
     bool isValid() const { return descriptor != -1; }
-    /// Returns the numeric address of the peer; its host is empty for a Unix socket.
+    /// Returns the numeric address of the peer; its host is empty for a Unix socket, and if the
+    /// socket is invalid or not connected.
     ServerAddress peerAddress() const;
     /// Makes all reads and writes on the socket fail, including those in progress.
     void shutDown() const;
@@ -40,26 +41,28 @@ private:
     int descriptor = -1;
 };
 
-/// What a time limit applies to. Limit queries only if all of them are known to be short.
+/// Whether a time limit applies to connecting alone or to queries too. Limit queries only if all of
+/// them are known to be short.
 enum class Limited { Connecting, Queries };
 
-/// Opens `database` on one of its servers. Each network operation is limited to `seconds`, also
-/// during a later reconnect by the client library. Leaves QSqlDatabase::connectOptions() unchanged.
+/// Opens `database` on one of its servers. Each network operation of connecting is limited to
+/// `seconds`, also when the client library reconnects later. Leaves QSqlDatabase::connectOptions()
+/// unchanged.
 bool openWithin(QSqlDatabase &database, int seconds, Limited limited = Limited::Connecting);
 
 /// Limits the reconnects of an open connection to `seconds` each.
 void limitReconnect(const QSqlDatabase &database, int seconds);
 
-/// The limit that callers of openWithin() use by default.
+/// The usual limit for openWithin().
 constexpr int connectSeconds = 5;
 
-/// Returns the duration from which a failed call counts as timed out under a limit of `seconds`. It
-/// is slightly shorter because timers are inexact.
+/// Returns how long a failed call must have taken to count as timed out under a limit of `seconds`:
+/// slightly less than the limit, because timers are inexact.
 constexpr std::chrono::milliseconds limitReached(int seconds)
 {
     return std::chrono::milliseconds(seconds * 1000 - 500);
 }
 
-/// Disables the client library's reconnect until `database` is opened again. It would otherwise
-/// reconnect in the middle of a run, and after a shutDown(). The connection must be open.
+/// Disables the client library's reconnect until `database` is opened again. The library would
+/// otherwise reconnect in the middle of a run, and after a shutDown(). The connection must be open.
 void forbidReconnect(const QSqlDatabase &database);

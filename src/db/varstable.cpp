@@ -107,7 +107,7 @@ QVector<Error> VarsTable::store(const Values &values) const
         return {errorOf(query)};
     QVector<Error> errors;
     for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {
-        // Bound: a value may be any text.
+        // Bound, because a value may contain any character.
         query.bindValue(QStringLiteral(":name"), entry.key());
         query.bindValue(QStringLiteral(":value"), entry.value());
         if (!query.exec())

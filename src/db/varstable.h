@@ -35,14 +35,14 @@ public:
     /// their full keys.
     Result<Values> valuesWithPrefix(const QString &prefix, const QStringList &others = {}) const;
 
-    /// Returns the committed values of all rows of that name and locks them until the transaction
-    /// ends. If there are none, other transactions cannot insert one until then.
+    /// Returns the committed values of all rows of that name and locks these rows until the
+    /// transaction ends. If there are none, does not reliably keep others from inserting one.
     Result<QVector<QVariant>> lock(const QString &name) const;
     /// Return the statement of lock(), and the values that a query has found with it.
     static QString lockStatement(const QString &name);
     static QVector<QVariant> lockedValues(QSqlQuery &query);
-    /// Inserts a row unless one of that name exists. Returns whether it inserted one, which is then
-    /// locked until the transaction ends.
+    /// Inserts a row, locked until the transaction ends, unless one of that name exists. Returns
+    /// whether it inserted one.
     Result<bool> insertMissing(const QString &name, const QVariant &value) const;
 
     /// Inserts or replaces all values; an error does not stop the rest. Returns the errors.

@@ -67,7 +67,7 @@ private:
     void endScan();
     void checkSchema(const QString &token);
     void serveSchema(const QString &token, const QSqlDatabase &db);
-    bool hasDescriptors(int wanted);
+    bool takeDescriptors(int wanted);
     bool checkAutoReport(const QSqlDatabase &db);
     bool queryEnabled(const QSqlDatabase &db);
     AutoReportDbConfig makeDbConfig(const QSqlDatabase &db, const QString &connectionName) const;
@@ -94,6 +94,6 @@ private:
     bool infoDb = false; ///< whether `start` found an information database
     QPointer<AutoReportWorker> singleWorker;
     WorkerRegistry workers{this};
-    std::unique_ptr<ServerWatch> watch; ///< between `start` and `stop`
-    std::shared_ptr<ConnectionGuard> infoGuard;
+    std::unique_ptr<ServerWatch> watch;         ///< between `start` and `stop`
+    std::shared_ptr<ConnectionGuard> infoGuard; ///< of the information database, during scans
 };

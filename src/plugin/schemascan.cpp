@@ -22,8 +22,7 @@ namespace
 
 constexpr int sliceMs = 200;
 // A worker needs two descriptors for its socket and one for its thread's event loop; its report
-// needs one or two for files. The spared ones are left to the host. Each connection of the scan
-// itself takes one.
+// needs one or two for files. The spared ones are left to the host.
 constexpr int descriptorsPerWorker = 6;
 constexpr int descriptorsSpared = 24;
 
@@ -81,7 +80,7 @@ void AutoReport::releaseInfoDatabase()
     infoGuard->release();
 }
 
-/// Visits schemas until the slice is over or all are visited.
+/// Visits schemas until the slice is over, all are visited, or the scan meets an obstacle.
 void AutoReport::scanSlice()
 {
     if (!started || !dbManager) // the host may have taken the manager away meanwhile
@@ -122,7 +121,7 @@ void AutoReport::endScan()
 }
 
 /// Takes `wanted` descriptors from those left for this scan. Returns false if there are too few.
-bool AutoReport::hasDescriptors(int wanted)
+bool AutoReport::takeDescriptors(int wanted)
 {
     scan.descriptors -= wanted;
     if (scan.descriptors < 0) { // count again: the host may have closed some meanwhile
@@ -139,8 +138,8 @@ void AutoReport::checkSchema(const QString &token)
 {
     if (workers.contains(token))
         return;
-    const bool known = dbManager->isDatabase(token);
-    if (!hasDescriptors(known ? 0 : 1))
+    const bool registered = dbManager->isDatabase(token);
+    if (!takeDescriptors(registered ? 0 : 1))
         return;
     QElapsedTimer elapsed;
     elapsed.start();
@@ -161,7 +160,7 @@ void AutoReport::checkSchema(const QString &token)
 
 void AutoReport::serveSchema(const QString &token, const QSqlDatabase &db)
 {
-    if (!hasDescriptors(descriptorsPerWorker))
+    if (!takeDescriptors(descriptorsPerWorker))
         return;
     const QString name = QStringLiteral("AutoReport.worker.%1.%2").arg(token, addressText());
     if (!workers.add(token, createWorker(makeDbConfig(db, name)))) {
@@ -172,8 +171,7 @@ void AutoReport::serveSchema(const QString &token, const QSqlDatabase &db)
           qUtf8Printable(db.databaseName()));
 }
 
-/// Queries over a connection of its own, so that the manager's connection for this thread stays as
-/// it is.
+/// Queries over a connection of its own, so that the manager's connection stays as it is.
 bool AutoReport::checkAutoReport(const QSqlDatabase &db)
 {
     const QString name = QStringLiteral("AutoReport.check.%1")

@@ -13,7 +13,7 @@ namespace
 {
 
 constexpr std::chrono::seconds lookInterval(2);
-constexpr std::chrono::seconds askAgain(8); // before a server that answered is probed again
+constexpr std::chrono::seconds probeAgain(8); // before a server that answered is probed again
 
 QString serverName(const AutoReportDbConfig &config)
 {
@@ -107,17 +107,17 @@ std::vector<ServerWatch::Waiting> ServerWatch::waitingConnections()
 void ServerWatch::look()
 {
     const std::vector<Waiting> waiting = waitingConnections();
-    QSet<QString> asked;
+    QSet<QString> probed;
     QHash<QString, Clock::time_point> silent;
     for (const Waiting &each : waiting) {
         const QString server = serverName(each.config);
-        if (asked.contains(server))
+        if (probed.contains(server))
             continue;
-        asked.insert(server);
+        probed.insert(server);
         const Clock::time_point begin = Clock::now();
         const QString name =
             QStringLiteral("AutoReport.watch.%1").arg(reinterpret_cast<quintptr>(this), 0, 16);
-        if (begin - answered.value(server, begin - askAgain) < askAgain)
+        if (begin - answered.value(server, begin - probeAgain) < probeAgain)
             continue;
         if (isAnswering(each.config, name))
             answered.insert(server, begin);

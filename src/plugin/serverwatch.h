@@ -32,7 +32,7 @@ public:
         std::chrono::seconds silence;  ///< from the first failed probe
     };
 
-    /// With these, a worker's query ends within a minute after its server fell silent.
+    /// With these, a worker's query ends within a minute after its server falls silent.
     static constexpr Limits limitsOfWorkers{std::chrono::seconds(10), std::chrono::seconds(20)};
 
     ServerWatch();

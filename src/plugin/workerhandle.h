@@ -11,9 +11,9 @@ class ConnectionGuard;
 /**
  * Lets other threads refer to a worker that may delete itself at any moment.
  *
- * A worker whose start fails is deleted in its own thread. Before that, it calls clear(), which
- * locks the same mutex as post(), so that post() never calls a deleted worker. QPointer does not
- * suffice: the worker could be deleted between the test and the call.
+ * A worker that has ended is deleted in its own thread. Before that, its signal `finished` calls
+ * clear(), which locks the same mutex as post(), so that post() never calls a deleted worker.
+ * QPointer does not suffice: the worker could be deleted between the test and the call.
  */
 class WorkerHandle
 {

@@ -38,10 +38,10 @@ void AttenReport::doWork()
     run.now = QDateTime::currentDateTime();
     run.countsWhen = kind.countsWhen;
     run.isScheduled = true;
-    const ScheduleVerdict reason = scheduleVerdict(run.settings, run.now);
-    if (reason == ScheduleVerdict::NoRecipients)
+    const ScheduleVerdict verdict = scheduleVerdict(run.settings, run.now);
+    if (verdict == ScheduleVerdict::NoRecipients)
         qWarning("%s - no e-mail addresses!", kind.className);
-    if (reason != ScheduleVerdict::Due)
+    if (verdict != ScheduleVerdict::Due)
         return;
 
     const ReportGate::Pass pass(ReportGate::ofProcess(), [&run] { return isStopRequested(run); });
@@ -110,8 +110,8 @@ int AttenReport::buildWorkbook(const QString &path, const ReportRun &run)
     return writeBook(path, *content, run) ? content->rowCount() : 0;
 }
 
-/// Checked before the rows are read, which may take hours. The engine drops cells past a sheet's
-/// last row.
+/// Returns whether the rows fit into one sheet. Checked before the rows are read, which may take
+/// long. The engine would drop the cells past the sheet's last row.
 bool AttenReport::fits(const BookFormat &format, int rowCount) const
 {
     if (rowCount < format.rows)
@@ -195,8 +195,8 @@ int AttenReport::queueMails(const QString &path, const ReportRun &run)
     return 0;
 }
 
-/// Begins the transaction and claims a scheduled report. An operator's run needs no claim, because
-/// it is mailed regardless of the schedule.
+/// Begins the transaction and claims a scheduled report. An operator's run claims nothing, because
+/// its report is mailed regardless of the schedule.
 AttenReport::End AttenReport::begin(const ReportRun &run, ReportTransaction &transaction) const
 {
     Claim claim = Claim::Unclaimed;
@@ -226,7 +226,7 @@ AttenReport::End AttenReport::begin(const ReportRun &run, ReportTransaction &tra
     return End::None;
 }
 
-/// Runs step 5 between begin() and commit().
+/// Runs the middle of step 6, between begin() and commit().
 AttenReport::End AttenReport::queueAll(const MailRecord &mail, const ReportRun &run,
                                        ReportTransaction &transaction, int &queued)
 {
@@ -253,16 +253,18 @@ AttenReport::End AttenReport::queueForEach(MailRecord mail, const ReportRun &run
         qInfo("%s - all recipients are blank, no mail queued!", kind.className);
     for (const QString &recipient : recipients) {
         mail.to = recipient;
-        // Queueing thousands of mails takes longer than a stop may. Without rollback, finish
-        // nevertheless: otherwise the next run would mail some recipients again.
+        // Queueing thousands of mails takes longer than a stop is allowed to take. If the mails
+        // cannot be rolled back, queue the rest nevertheless: otherwise the next run would mail
+        // some recipients again.
         const bool stops = isStopRequested(run);
         if (stops && (queued == 0 || transaction.canRollBack()))
             return End::StoppedInMails;
-        // If the mail was not queued, the server may have ended the transaction.
+        // canRollBack() also returns false on a lost connection.
         End end = stops ? interruptionOf(run, transaction) : End::None;
         const int before = queued;
         if (end == End::None)
             end = queueOne(mail, run, queued);
+        // If the mail was not queued, the server may have ended the transaction.
         if (end == End::None && queued == before)
             end = interruptionOf(run, transaction);
         if (end != End::None)
@@ -302,7 +304,7 @@ AttenReport::End AttenReport::queueOne(const MailRecord &mail, const ReportRun &
     return End::None;
 }
 
-/// Checks that the server has not discarded the mails queued so far.
+/// Returns None unless the server has discarded the mails queued so far.
 AttenReport::End AttenReport::interruptionOf(const ReportRun &run,
                                              ReportTransaction &transaction) const
 {
@@ -372,7 +374,7 @@ void AttenReport::logEnd(End end, const ReportRun &run) const
         qWarning("%s::makeReport() - database connection lost, no mail queued!", kind.className);
         break;
     case End::RolledBack:
-        if (run.isScheduled) // the next tick looks again
+        if (run.isScheduled) // the next tick tries again
             qInfo("%s::makeReport() - the server rolled the run back, no mail queued!",
                   kind.className);
         else

@@ -16,26 +16,27 @@ class ReportTransaction;
 struct ReportKind;
 
 /**
- * The base class of both attendance reports: a workbook of the month so far, mailed to its
- * recipients once a day.
+ * The base class of both attendance reports. A report is a workbook of the month so far, mailed to
+ * its recipients once a day.
  *
  * A tick, doWork(), takes these steps. The first one that fails ends the tick; the next tick starts
  * over:
  *
- *   1. Schedule: the report's settings say whether it is due now.
- *   2. Lock: no other host on this server is making the report.
- *   3. Schedule again: the previous holder of the lock may have made the report.
- *   4. Workbook, saveWorkbook(): reads and writes the rows, then saves the file.
- *   5. Mails, queueMails(): one transaction claims the report, queues a mail per recipient and
+ *   1. Schedule: checks whether the report is due now.
+ *   2. Gate: waits while too many runs of this process are working.
+ *   3. Lock: takes the report's lock, unless another host on this server has it.
+ *   4. Schedule again: the previous holder of the lock may have made the report.
+ *   5. Workbook, saveWorkbook(): reads and writes the rows, then saves the file.
+ *   6. Mails, queueMails(): one transaction claims the report, queues a mail per recipient and
  *      stores "lastGenerated". On a cluster, where locks are local to a node, the claim alone keeps
  *      two hosts from mailing the same report.
  *
- * `now` is taken once per tick, so that a report that runs past midnight stays one report. A
- * request to stop the thread takes effect at the next row, or at the next mail while the mails can
- * be rolled back. A lost connection ends the run, because the server drops the connection's lock
- * and transaction.
+ * The moment of the run, ReportRun::now, does not change after step 4, so that a report that runs
+ * past midnight stays one report. A request to stop the thread takes effect at the next row, or at
+ * the next mail while the mails can be rolled back. A lost connection ends the run, because the
+ * server drops the connection's lock and transaction.
  *
- * Belongs to a worker and runs in its thread. Errors and outcomes are logged.
+ * For the thread that owns the connection. Errors and outcomes are logged.
  */
 class AttenReport : public ReportBase
 {
@@ -46,24 +47,24 @@ public:
 
     void doWork() override;
 
-    /// Runs steps 4 and 5 for the month of `now`, whether or not the report is due.
+    /// Runs steps 5 and 6 for the month of `now`, whether or not the report is due.
     void makeReport(const QStringList &emails, const QDateTime &now = QDateTime::currentDateTime());
 
-    /// Runs step 4. The extension of `path` chooses the format. On an error, logs it, returns false
+    /// Runs step 5. The extension of `path` chooses the format. On an error, logs it, returns false
     /// and leaves an existing file unchanged.
     bool saveWorkbook(const QString &path, const ReportRun &run);
 
-    /// Runs step 5. Returns the number of mails queued.
+    /// Runs step 6. Returns the number of mails queued.
     int queueMails(const QString &path, const ReportRun &run);
 
-    /// Returns the file name of the attachment.
+    /// Returns the name of the workbook's file.
     QString fileName(const QDate &today);
 
-    /// Returns a mail without a recipient, with the file attached. If the file cannot be read, logs
-    /// it and leaves `data` empty.
+    /// Returns a mail with the file attached, but without a recipient. If the file cannot be read,
+    /// logs an error and leaves `data` empty.
     MailRecord makeMail(const QString &path, const QDate &today = QDate::currentDate());
 
-    /// Returns the subject of that day's mails, in the language that is installed.
+    /// Returns the subject of that day's mails, in the installed language.
     QString mailSubject(const QDate &today) const { return mailTexts(today).subject; }
 
 protected:
@@ -72,11 +73,11 @@ protected:
         QString body;
     };
 
-    /// Reads the options. Called once per workbook, before any of the functions below.
+    /// Reads the options. Called before the next two functions, which use them.
     virtual void loadOptions() = 0;
     virtual QString fileNameByOptions(const QDate &today) const = 0;
     virtual std::unique_ptr<ReportContent> createContent(const ReportRun &run) = 0;
-    /// Returns the function name for the log line that says a book cannot be created.
+    /// Returns the name of the function that creates the book, for the log.
     virtual const char *bookFactoryName() const = 0;
     virtual MailTexts mailTexts(const QDate &today) const = 0;
 

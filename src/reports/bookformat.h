@@ -6,11 +6,11 @@
 #include <QString>
 #include <QStringList>
 
-/// A file format of the reports' workbooks. The two objects live as long as the program.
+/// A file format of the reports' workbooks.
 struct BookFormat {
     QLatin1String extension;             ///< with its dot
     QLatin1String mimeType;              ///< for systems without a MIME database
-    int rows;                            ///< of a sheet, including the heading row
+    int rows;                            ///< a sheet's limit, including the heading row
     libxl::IBookT<wchar_t> *(*create)(); ///< returns a new book, or null; the caller releases it
 };
 

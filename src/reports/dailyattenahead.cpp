@@ -15,17 +15,17 @@
 namespace
 {
 
-// With these limits a result has up to some ten thousand rows and takes a few megabytes.
+// With these limits, a statement returns up to some ten thousand rows, a few megabytes.
 constexpr int peoplePerStatement = 500; ///< MariaDB turns lists of 1,000 and more into subqueries
 constexpr int cellsAhead = 8000;
-/// A block may have this many days however many people there are, because looking a person up costs
+/// However many people there are, a block may have this many days, because finding a person costs
 /// the server as much as reading a few days.
 constexpr int daysAhead = 16;
 
 // The columns of every statement: the person, the moment, then the values.
 enum Column { Uid, Moment, FirstValue };
 
-int dividedUp(int count, int divisor)
+int quotientRoundedUp(int count, int divisor)
 {
     return (count + divisor - 1) / divisor;
 }
@@ -49,7 +49,7 @@ bool isWholeNumber(const QSqlField &field)
     }
 }
 
-/// Returns whether `seconds` can be added exactly. Holds for up to four million such numbers.
+/// Returns whether `seconds` can be added exactly. The sum of four million such numbers is exact.
 bool addsExactly(double seconds)
 {
     constexpr double limit = 2147483648.0; // 2^31; doubles are exact up to 2^53
@@ -70,7 +70,7 @@ bool add(double &total, double seconds, bool isFirst)
 struct DailyAttenAhead::Cell {
     DailyAttenRow row;
     DayValues seen;             ///< whether attendance and overtime had a row
-    DayValues doubtful;         ///< values that the order of rows may change
+    DayValues doubtful;         ///< values that may depend on the order of the rows
     unsigned int corrected = 0; ///< one bit per correction that had a row
 
     void take(DayValue value, const QSqlQuery &query)
@@ -134,7 +134,7 @@ private:
 struct DailyAttenAhead::Block {
     int firstPerson = 0;
     int people = 0;
-    int firstDay = 0; ///< 0: nothing is read
+    int firstDay = 0; ///< 0 if nothing has been read
     int days = 0;
     DayValues open;          ///< values left open in every cell
     bool failed = false;     ///< a statement failed
@@ -156,7 +156,7 @@ DailyAttenAhead::~DailyAttenAhead() = default;
 
 void DailyAttenAhead::setPeople(const QVector<unsigned int> &uids)
 {
-    // Neighbours in a statement are neighbours in the server's index.
+    // The server reads people fastest in the order of its index.
     people = uids;
     std::sort(people.begin(), people.end());
     people.erase(std::unique(people.begin(), people.end()), people.end());
@@ -166,11 +166,11 @@ void DailyAttenAhead::setPeople(const QVector<unsigned int> &uids)
         places.insert(people.at(place), place);
     const int count = std::max(1, people.size());
     const int days = starts.size() - 1;
-    // Blocks of about the same size.
-    const int batches = dividedUp(count, peoplePerStatement);
-    peoplePerBlock = dividedUp(count, batches);
+    // Makes blocks of about the same size.
+    const int batches = quotientRoundedUp(count, peoplePerStatement);
+    peoplePerBlock = quotientRoundedUp(count, batches);
     const int daysAtMost = std::min(days, std::max(daysAhead, cellsAhead / count));
-    daysPerBlock = dividedUp(days, dividedUp(days, daysAtMost));
+    daysPerBlock = quotientRoundedUp(days, quotientRoundedUp(days, daysAtMost));
     blocks.clear();
     blocks.resize(std::size_t(batches));
 }
@@ -223,7 +223,7 @@ bool DailyAttenAhead::read(DayValue value, Block &block)
         return false;
     QSqlQuery query = freshQuery(database);
     const auto uids = people.mid(block.firstPerson, block.people);
-    // A connection that is lost meanwhile may look like a statement without a result.
+    // If the connection is lost meanwhile, exec() may return true without a result set.
     if (!query.exec(statements.forMany(value, uids, {*first, *end})) || !query.isSelect()) {
         block.failed = true;
         return false;

@@ -18,29 +18,30 @@ class QSqlQuery;
  * Reads the days of many people at once, so that a report costs a few statements instead of four
  * for each of its rows.
  *
- * Returns exactly the values that the statements for one person and one day would return. It leaves
- * a value open, so that the caller must run those statements, if this is uncertain: after an error,
- * if several rows match and the last one counts, if a sum depends on the order of its addends, or
- * if the columns that identify people and days are not integers. Logs nothing.
+ * Returns exactly the values that the statements for one person and one day would return. Where
+ * this is uncertain, it leaves the value open, and the caller must run those statements. It is
+ * uncertain after an error, if several rows match and the last one counts, if a sum depends on the
+ * order of its addends, or if the columns that identify people and days are not integers. Logs
+ * nothing.
  *
- * Call row() in the order of the sheet, day by day. The first call for a row of a block, some days
- * of some people, reads the whole block; it is kept until the next days of those people are read.
- * At most sixteen days of all people are in memory, or 8,000 rows if that is more.
+ * Call row() in the order of the sheet, day by day. A block holds some days of some people. The
+ * first call for a row of a block reads the whole block, which is kept until the next days of these
+ * people are read. At most sixteen days of all people are in memory, or 8,000 rows if that is more.
  */
 class DailyAttenAhead
 {
 public:
-    /// Calls `stopCheck` before each statement.
+    /// Calls `stopCheck` before each statement, and stops reading if that returns true.
     DailyAttenAhead(const QSqlDatabase &db, const DailyAttenOptions &reportOptions,
                     const QDate &today, std::function<bool()> stopCheck);
     ~DailyAttenAhead();
     Q_DISABLE_COPY_MOVE(DailyAttenAhead)
 
-    /// Takes the people in the order of the sheet.
+    /// Sets the people of the report, in any order.
     void setPeople(const QVector<unsigned int> &uids);
 
     struct Row {
-        DailyAttenRow row; ///< incomplete after an error
+        DailyAttenRow row; ///< incomplete if this call read its block and a statement failed
         DayValues open;    ///< values that the caller must still read
     };
     /// Returns nothing if stopped. Requires a person from setPeople() and a day up to today.
@@ -61,7 +62,7 @@ private:
     std::function<bool()> isStopped;
     QVector<qint64> starts; ///< of the days 1 to today, and of tomorrow
 
-    QVector<unsigned int> people; ///< each once
+    QVector<unsigned int> people; ///< sorted, each once
     QHash<qlonglong, int> places; ///< uid -> index in `people`
     int peoplePerBlock = 1;
     int daysPerBlock = 1;

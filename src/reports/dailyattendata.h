@@ -18,15 +18,16 @@
 /// Shifts of one month, by uid and day of the month.
 using ShiftTable = QHash<QPair<int, int>, int>;
 
-/// Reads the shifts of the month of `date`. If the query fails, logs it and returns an empty table.
+/// Reads the shifts of the month of `date`. On an error, logs it and returns an empty table.
 ShiftTable loadShifts(const QSqlDatabase &database, const QDate &date);
 
 /**
- * Reads what the daily report shows: the people of the month, and each day so far of each of them.
+ * Reads what the daily report shows: the people of the month and, for each of them, every day so
+ * far.
  *
- * Lives for one report, on the connection and in the thread of its worker. Failed queries are
- * logged here. Without the people there is no report; if another query fails, its values stay empty
- * and the report goes on.
+ * Lives for one workbook. For the thread that owns the connection. Failed queries are logged.
+ * Without the people there is no report; if another query fails, its values stay empty and the
+ * report goes on.
  */
 class DailyAttenData
 {
@@ -50,8 +51,8 @@ public:
     /// the sheet: all people of day 1, then all of day 2.
     DailyAttenRow row(const DailyAttenPerson &person, int dayOfMonth);
 
-    /// Returns the statements that the report executes with these options, for person 0: those of
-    /// this class, of loadShifts() and of one day. The statement for the people comes first.
+    /// Returns the statements with which a report with these options reads the schema, for person 0
+    /// and the day `today`. The first one reads the people.
     static QStringList statements(const DailyAttenOptions &options, const QDate &today);
 
 private:

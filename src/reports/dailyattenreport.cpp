@@ -12,17 +12,17 @@ class DailyAttenReport::Content : public ReportContent
 public:
     Content(DailyAttenReport &owner, const ReportRun &run)
         : report(owner)
-        , isWorkers(run.isScheduled)
+        , isScheduled(run.isScheduled)
         , today(run.now.date())
         , data(report.database, report.options, today, [&run] { return isStopRequested(run); })
     {
     }
 
-    /// A worker's report lives as long as the worker, of which there are hundreds: it keeps no
-    /// table from one run to the next.
+    /// Frees the shift table of a worker's report. A host has hundreds of workers, and their
+    /// reports live as long as they do.
     ~Content() override
     {
-        if (isWorkers)
+        if (isScheduled)
             report.shifts = ShiftTable();
     }
     Q_DISABLE_COPY_MOVE(Content)
@@ -36,7 +36,7 @@ public:
         data.loadBranches();
         report.loadShiftsForMonth(today);
         data.setShifts(report.shifts);
-        return true; // a lost connection is noticed at the first row, which asks again
+        return true; // a lost connection is noticed at the first row, whose queries fail
     }
 
     bool beginSheet(libxl::IBookT<wchar_t> &book) override
@@ -59,7 +59,7 @@ public:
 
 private:
     DailyAttenReport &report;
-    bool isWorkers; ///< whether a worker runs the report
+    bool isScheduled; ///< whether a worker runs the report
     QDate today;
     DailyAttenData data;
     std::unique_ptr<DailyAttenSheet> sheet;

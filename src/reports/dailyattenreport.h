@@ -22,11 +22,10 @@ public:
     /// Replaces the shift table with the shifts of the month of `date`.
     void loadShiftsForMonth(const QDate &date);
 
-    /// Returns -1 if the table has no such shift.
+    /// Returns that person's shift on that day, or -1 if the shift table has none.
     int shiftFor(int uid, int dayOfMonth) const;
 
-    /// If `decimal`, returns a positive duration as a number of hours, otherwise a duration above
-    /// 59 seconds as text. Returns an empty value for any other duration.
+    /// See durationValue().
     static QVariant strOrDecTimeFormat(double seconds, bool decimal);
 
     /// Month keys are year * 100 + month.

@@ -26,21 +26,21 @@ struct DaySpan {
 /**
  * The statements that read the days of people, with all parameters filled in.
  *
- * forOne() is for one person and one day, forMany() for several of both. The conditions are the
- * same, so that both find the same rows. The rows of forMany() begin with two more columns: the uid
- * and the moment, which identify the person and the day.
+ * forOne() is for one person and one day, forMany() for several people and days. Both find the same
+ * rows, with the exception that forMany() states. The rows of forMany() begin with two columns that
+ * identify the person and the day: the uid and the moment.
  */
 class DailyAttenStatements
 {
 public:
     explicit DailyAttenStatements(const DailyAttenOptions &options);
 
-    /// Returns the values that the options ask for.
+    /// Returns the values that a report with these options shows.
     DayValues values() const;
 
     QString forOne(DayValue value, unsigned int uid, const DaySpan &day) const;
-    /// Without `advancedOvertime`, the caller must ignore overtime that is not at a day's first
-    /// moment.
+    /// Without `advancedOvertime`, finds more overtime than forOne(): the caller must ignore rows
+    /// that are not at a day's first moment.
     QString forMany(DayValue value, const QVector<unsigned int> &uids, const DaySpan &days) const;
 
 private:

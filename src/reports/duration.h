@@ -3,8 +3,8 @@
 #include <QVariant>
 
 constexpr double secondsPerHour = 3600.0;
-constexpr double shownAboveSeconds = 59.0; ///< as text, shorter durations are not shown
+constexpr double shownAboveSeconds = 59.0; ///< up to this, the cell of a duration stays empty
 
-/// If `decimal`, returns a positive duration as a number of hours, otherwise a duration above 59
-/// seconds as text. Returns an empty value for any other duration.
+/// Converts a duration to a text such as "07:05:09", or if `decimal` to a number of hours. Texts of
+/// up to 59 seconds and numbers up to 0 are replaced by an empty value.
 QVariant durationValue(double seconds, bool decimal);

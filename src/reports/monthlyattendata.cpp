@@ -111,8 +111,8 @@ QString MonthlyAttenData::uidText() const
     return uids.join(QLatin1Char(','));
 }
 
-/// Reads the numbers of all people: the first column shows these, not those that loadPeople()
-/// reads.
+/// Reads the numbers of all people. The first column shows these numbers, and not the ones that the
+/// statement of loadPeople() selects.
 bool MonthlyAttenData::loadNumbers()
 {
     QSqlQuery query = freshQuery(database);
@@ -130,7 +130,7 @@ bool MonthlyAttenData::loadTotals(const QString &uids)
     if (!execOrWarn(query, totalsStatement(uids, month),
                     "MonthlyAttenReport::makeReport() atten_month ERROR:"))
         return false;
-    // By name, so that the order of the statement's columns does not matter. Some of them are never
+    // By name, so that the order of the statement's columns does not matter. Some columns are never
     // read.
     const QSqlRecord columns = query.record();
     const auto at = [&columns](const char *name) {
@@ -171,8 +171,8 @@ bool MonthlyAttenData::loadInterruptions(const QString &uids)
     return true;
 }
 
-/// The worked hours come from a statement of their own, although that of the totals selects them
-/// too.
+/// The worked hours come from a statement of their own, although the statement of the totals
+/// selects them too.
 bool MonthlyAttenData::loadWork(const QString &uids)
 {
     QSqlQuery query = freshQuery(database);

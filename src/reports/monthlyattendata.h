@@ -28,9 +28,9 @@ struct AttenMonth {
 /**
  * Reads what the monthly report shows.
  *
- * Lives for one report, on the connection and in the thread of its worker. Failed queries are
- * logged here. Without the people there is no report; if another query fails, its values stay empty
- * and the report goes on.
+ * Lives for one workbook. For the thread that owns the connection. Failed queries are logged.
+ * Without the people there is no report; if another query fails, its values stay empty and the
+ * report goes on.
  */
 class MonthlyAttenData
 {
@@ -44,8 +44,8 @@ public:
     /// Loads everything else about these people. Returns false when a query failed.
     bool loadValues();
 
-    /// Returns all statements that this class and loadInterruptionCatalogue() execute, for person
-    /// 0. The statement for the people comes first.
+    /// Returns the statements with which a report reads the schema, for person 0 and the month of
+    /// `today`. The first one reads the people.
     static QStringList statements(const QDate &today);
 
     int count() const { return people.size(); }
@@ -76,15 +76,15 @@ private:
     MonthlyAttenOptions options;
     AttenMonth month;
     QVector<Person> people;
-    // By uid.
+    // By uid; the interruptions then by interruption id.
     QHash<unsigned int, Numbers> numbers;
     QHash<unsigned int, Totals> totals;
-    QHash<unsigned int, QHash<unsigned int, double>> interruptionHours; // then by interruption id
+    QHash<unsigned int, QHash<unsigned int, double>> interruptionHours;
     QHash<unsigned int, double> workedHours;
 };
 
-/// Adds the schema's kinds of interruption to both maps. If the query fails, logs it after
-/// `failure` and returns false.
+/// Adds the schema's kinds of interruption to both maps. On an error, logs `failure` and the
+/// driver's text, and returns false.
 bool loadInterruptionCatalogue(const QSqlDatabase &database,
                                QHash<unsigned int, QString> &iidToName,
                                QHash<QString, unsigned int> &shortcutToIid, const char *failure);

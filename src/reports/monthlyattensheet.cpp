@@ -4,11 +4,11 @@ namespace
 {
 
 constexpr double headingHeightPoints = 16;
-constexpr int widthBesideHeading = 2;
+constexpr int headingPaddingChars = 2;
 
 double widthOf(const QString &heading)
 {
-    return heading.size() + widthBesideHeading;
+    return heading.size() + headingPaddingChars;
 }
 
 void setThinBorders(libxl::IFormatT<wchar_t> &format)
@@ -125,7 +125,7 @@ MonthlyAttenSheet::extraColumn(const QString &shortcut,
     return interruptionColumn(name, widthOf(name), iid);
 }
 
-/// If `needsPlanned`, leaves the cell blank when the planned time is 0, as it is the divisor.
+/// If `needsPlanned`, leaves the cell blank unless the planned time is positive.
 MonthlyAttenSheet::Column MonthlyAttenSheet::formulaColumn(const QString &heading,
                                                            double widthChars, const char *pattern,
                                                            bool needsPlanned)

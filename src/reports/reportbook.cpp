@@ -26,7 +26,7 @@ QString roomText(const QString &folder, int error)
 void logUnsaved(const QString &path, int error, const char *report)
 {
     const QString reason = error == 0
-                               ? QStringLiteral("its format cannot hold it, or memory ran out")
+                               ? QStringLiteral("the format cannot hold it, or memory ran out")
                                : qt_error_string(error);
     qWarning("%s - '%s': %s%s", report, qUtf8Printable(path), qUtf8Printable(reason),
              qUtf8Printable(roomText(QFileInfo(path).path(), error)));
@@ -54,7 +54,7 @@ QString reportPath(const QString &fileName)
 
 bool saveReportBook(ReportBook book, const QString &path, const char *report)
 {
-    errno = 0; // not set if the format cannot hold the rows
+    errno = 0; // save() sets it only on an error of the system
     const bool saved = book->save(path.toStdWString().c_str());
     const int error = errno;
     book.reset();

@@ -10,7 +10,7 @@
 namespace
 {
 
-// The server's error codes, as text as the driver reports them.
+// The server's error codes, which the driver reports as text.
 const QLatin1String lockWaitTimeout("1205");
 const QLatin1String statementTimeout("1969");
 const QLatin1String statementTimeoutOfMySql("3024");
@@ -49,7 +49,8 @@ Claim claimAfter(const QString &errorCode)
         return Claim::Blocked;
     if (isNodeNotReady(errorCode))
         return Claim::NodeNotReady;
-    // Without the right to write, the row cannot be locked: the report is mailed unclaimed.
+    // After any other error, such as a missing right to write, the row cannot be locked: the report
+    // is mailed unclaimed.
     return isConflict(errorCode) ? Claim::Contested : Claim::Unclaimed;
 }
 
@@ -62,7 +63,7 @@ Claim claimReport(const QSqlDatabase &database, const QString &key, const Report
     if (!locked.isOk())
         return claimAfter(locked.errorCode());
     ReportSettings settings = run.settings;
-    // If `name` is not unique there may be several rows, of which the latest value counts.
+    // If the column `name` is not unique, there may be several rows. The latest value counts.
     for (const QVariant &value : locked.value())
         settings.lastGenerated = std::max(settings.lastGenerated, value.toLongLong());
     return scheduleVerdict(settings, run.now) == ScheduleVerdict::Due ? Claim::Ours : Claim::Made;

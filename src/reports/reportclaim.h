@@ -17,13 +17,13 @@ enum class Claim {
 };
 
 /**
- * Begins the transaction that queues the mails of a scheduled report, and claims the report for its
- * run. If the server refuses the transaction, nothing is claimed.
+ * Begins the transaction that queues the mails of a scheduled report, and claims the report for
+ * `run`. If the server refuses the transaction, nothing is claimed.
  *
- * Locks the row that holds "lastGenerated" (its name is `key`) and reads it again. Then checks once
- * more whether the report was due at the moment of the run. The lock lasts until the end of the
+ * Locks the row `key`, which holds "lastGenerated", and reads it again. Then checks once more
+ * whether the report was due at the moment of the run. The lock lasts until the end of the
  * transaction, which stores the new value. Of two runs on one server, the slower one waits here and
- * then finds the report made. On different nodes of a cluster, the slower one's transaction is
+ * then finds the report made. On different nodes of a cluster, the slower run's transaction is
  * rolled back: here, at a later statement, or at the commit.
  *
  * A table without transactions has no such locks; there, this function only checks again.

@@ -6,7 +6,7 @@
  * What one workbook shows: reads the data of a run and writes it to one sheet, row by row.
  *
  * Lives for one workbook, in the thread of its report and on the report's connection. Failed
- * queries are logged here. Call the functions in the order of their declaration.
+ * queries are logged. Call the functions in the order of their declaration.
  */
 class ReportContent
 {
@@ -16,9 +16,10 @@ public:
     ReportContent(const ReportContent &) = delete;
     ReportContent &operator=(const ReportContent &) = delete;
 
-    /// Returns false if the query failed. Only this query ends the run when it fails.
+    /// Returns false if the query failed, which ends the run. The run survives other failed
+    /// queries.
     virtual bool loadPeople() = 0;
-    /// Known once the people are loaded; 0 if there are none.
+    /// Returns the number of rows below the headings; 0 if there are no people.
     virtual int rowCount() const = 0;
     /// Loads everything else that is read before the first row. Returns false if a query failed, so
     /// that values may be missing.

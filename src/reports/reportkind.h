@@ -15,8 +15,8 @@ class QObject;
 
 /// What a run needs of a schema.
 struct ReportNeeds {
-    /// With these a run reads the schema; where the server cannot prepare one, that part is left
-    /// out. The first one returns the people.
+    /// The statements that read the schema. If one fails, the report lacks its values. The first
+    /// one reads the people, without whom there is no report.
     QStringList statements;
     int rowsPerPerson; ///< of the workbook
     const BookFormat *format;
@@ -24,8 +24,8 @@ struct ReportNeeds {
 
 /**
  * One row of the table of reports: everything that callers need to handle a report without knowing
- * its class. The worker, the scan, the lock and the operator's commands iterate over the table. To
- * add a report, write its class and add a row here.
+ * its class. The worker, the scan, the host's metrics and the operator's commands iterate over the
+ * table. To add a report, write its class and add a row.
  */
 struct ReportKind {
     const char *word;      ///< its name on the command line: "daily"
@@ -40,23 +40,24 @@ struct ReportKind {
 
     /// Returns the keys in `vars` of the report's options, which have no prefix.
     QStringList (*optionKeys)();
-    /// Returns what a run on that day needs, by the values of those keys that exist.
+    /// Returns what a run on that day needs. `options` has the values of the optionKeys() that are
+    /// stored.
     ReportNeeds (*needs)(const QMap<QString, QVariant> &options, const QDate &today);
 
     /// Returns the key in `vars` of the setting `name`.
     QString key(const char *name) const { return QLatin1String(prefix) + QLatin1String(name); }
 
-    /// Converts the values of all keys that begin with the prefix.
+    /// Converts `values`, whose keys include the prefix.
     ReportSettings settingsOf(const QMap<QString, QVariant> &values) const;
 };
 
 extern const ReportKind dailyReport;
 extern const ReportKind monthlyReport;
 
-/// Returns all rows, the most frequent report first.
+/// Returns all rows: the daily report, then the monthly one.
 const QVector<const ReportKind *> &reportKinds();
 
-/// Returns their words, in the same order.
+/// Returns the words of all reports, in the same order.
 QStringList reportWords();
 
 /// Returns the kind called `word`, or null. The comparison is case-sensitive.

@@ -9,8 +9,8 @@
 namespace
 {
 
-/// Lock names are global to the server and limited to 64 characters, which a database's name alone
-/// may have; hence the hash.
+/// Lock names are global to the server and limited to 64 characters. A database's name alone may
+/// have as many; hence the hash.
 QString lockName(const QSqlDatabase &database, const char *className)
 {
     const QByteArray schema =
@@ -31,7 +31,7 @@ bool ReportLock::acquire()
     QSqlQuery query = freshQuery(database);
     if (!query.exec(QStringLiteral("SELECT GET_LOCK('%1', 0), CONNECTION_ID()").arg(name)) ||
         !query.next()) {
-        connection = serverConnectionId(database); // a server without locks still has connections
+        connection = serverConnectionId(database); // exists even if the server has no locks
         return true;
     }
     connection = query.value(1).toULongLong();

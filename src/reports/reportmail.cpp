@@ -29,10 +29,10 @@ QString mimeTypeName(const QString &path)
     return bookFormatOf(path).mimeType; // a system without a MIME database
 }
 
-/// A file open for reading. It is closed here, not by Qt, where the sanitizers do not see it and
-/// would confuse it with the next file that gets its number.
+/// A file open for reading. It is closed here and not by Qt: the sanitizers do not see Qt close it
+/// and would confuse it with the next file of the same number.
 struct Descriptor {
-    // In UTF-8, like the workbook engine, whatever the process's locale.
+    // Like the workbook engine, names the file in UTF-8, whatever the process's locale.
     explicit Descriptor(const QString &path)
         : number(::open(path.toUtf8().constData(), O_RDONLY | O_CLOEXEC))
     {
@@ -44,7 +44,7 @@ struct Descriptor {
     }
     Q_DISABLE_COPY_MOVE(Descriptor)
 
-    const int number; ///< -1 if it cannot be opened
+    const int number; ///< -1 if the file cannot be opened
 };
 
 } // namespace

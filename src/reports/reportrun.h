@@ -6,8 +6,8 @@
 
 #include <functional>
 
-/// When a run counts as made, that is, stores "lastGenerated", so that the report is not due again
-/// that day.
+/// When a run stores "lastGenerated", so that the report counts as made and is not due again that
+/// day.
 enum class CountsAsMade {
     Never,       ///< an operator's run outside the schedule
     WithAnyMail, ///< once a mail is in the queue
@@ -25,9 +25,9 @@ struct ReportRun {
     /// The server's id of the connection when the run began, 0 if unknown. If the connection is
     /// lost, the server rolls the run's mails back, and a reconnect must not continue the run.
     qulonglong connectionId = 0;
-    /// Called after each row, with the total.
+    /// Called after each row, with the total number of rows.
     std::function<void(int)> progress = nullptr;
-    /// Polled per row, and per mail while rollback is possible. Returning true has the effect of
+    /// Polled at each row and each mail. Returning true has the effect of
     /// QThread::requestInterruption(), which the main thread does not support.
     std::function<bool()> isCancelled = nullptr;
 };

@@ -11,7 +11,7 @@ namespace
 constexpr qint64 toleranceSeconds = 60;
 constexpr int secondsPerMinute = 60;
 
-/// Returns whether the report has not been made on that day.
+/// Returns whether the report of that day is still to be made.
 bool isOpenOn(const QDate &date, const ReportSettings &settings)
 {
     const qint64 scheduled = scheduledMoment(date, settings.time).toSecsSinceEpoch();
@@ -33,7 +33,7 @@ QDateTime nextDailyMoment(const ReportSettings &settings, const QDateTime &now)
         return {};
     if (settings.lastGenerated > endOfYear9999) // never due again
         return {};
-    // After a clock error the last report may be in the future; no day before it is open.
+    // After a clock error, the last report may be in the future; no day before it can be due.
     const QDate last = QDateTime::fromSecsSinceEpoch(settings.lastGenerated).date();
     QDate date = last.isValid() ? std::max(last, now.date()) : QDate();
     while (date.isValid() && !isOpenOn(date, settings))
@@ -43,8 +43,8 @@ QDateTime nextDailyMoment(const ReportSettings &settings, const QDateTime &now)
     const QDateTime first = scheduledMoment(date, settings.time);
     if (now < first || !settings.time.isValid())
         return std::max(now, first);
-    // Past that moment, but before the time of day: the clock was set back, and that time comes
-    // again.
+    // `now` is after `first`, but shows an earlier time of day: the clock was set back, and the
+    // time comes again.
     return now.time() < settings.time ? now.addMSecs(now.time().msecsTo(settings.time)) : now;
 }
 
@@ -63,10 +63,10 @@ ReportSettings ReportSettings::fromValues(const QMap<QString, QVariant> &values,
     return optionsFromValues(table, values, prefix);
 }
 
-QStringList recipientsToMail(const QStringList &written)
+QStringList recipientsToMail(const QStringList &stored)
 {
     QStringList recipients;
-    for (const QString &entry : written) {
+    for (const QString &entry : stored) {
         const QString recipient = entry.trimmed();
         if (!recipient.isEmpty())
             recipients.append(recipient);

@@ -13,15 +13,15 @@ constexpr qint64 endOfYear9999 = 253402300799;
 struct ReportSettings;
 struct ScheduleRule;
 
-/// The rule for when a report is due. Both functions depend only on their arguments and the local
-/// time zone.
+/// Decides when a report is due. Both functions depend only on their arguments and the local time
+/// zone.
 struct ReportSchedule {
     QVector<ScheduleRule> (*rules)(const ReportSettings &settings, const QDateTime &now);
     QDateTime (*nextDue)(const ReportSettings &settings, const QDateTime &now);
 };
 
 /**
- * The rule of both reports: once a day, at the first tick at or after the configured time.
+ * The schedule of both reports: once a day, at the first tick at or after the configured time.
  *
  * A report last generated up to sixty seconds before today's scheduled moment counts as made.
  */
@@ -41,9 +41,9 @@ struct ReportSettings {
 };
 
 /// Returns the recipients that get a mail: trimmed, without blank ones.
-QStringList recipientsToMail(const QStringList &written);
+QStringList recipientsToMail(const QStringList &stored);
 
-/// Why a report is made now, or is not.
+/// Whether a report is due and, if not, why.
 enum class ScheduleVerdict { Due, Disabled, NoRecipients, TooEarly, AlreadyGenerated };
 
 /// One condition of the schedule, and the verdict if it is not met.

@@ -9,7 +9,7 @@
 
 #include <functional>
 
-/// A column width that stands for the spreadsheet program's default.
+/// In ReportColumn::widthChars: the spreadsheet program's default.
 constexpr double defaultWidth = 0;
 
 /// One cell of a report's sheet. The cell stays empty if the engine rejects its value.
@@ -30,7 +30,7 @@ struct ReportColumn {
     QString heading;
     double widthChars;
     std::function<void(const ReportCell &, const Values &)> write;
-    const char *name = ""; ///< refers to the column in formulas
+    const char *name = ""; ///< by which formulas refer to the column
 };
 
 /// Writes the headings into row 0 and sets the columns' widths.

@@ -34,7 +34,7 @@ bool ReportTransaction::isIntact()
            query.nextResult();
 }
 
-/// BEGIN and COMMIT succeed even on non-transactional tables.
+/// Looks at the table's engine, because BEGIN and COMMIT succeed even on non-transactional tables.
 bool ReportTransaction::canRollBack() const
 {
     QSqlQuery query = freshQuery(database);

@@ -21,19 +21,20 @@ public:
     /// false and `statement` is not executed, because it would take effect at once.
     QSqlQuery begin(const QString &statement = QString());
 
-    /// Returns whether it has begun and must be ended.
+    /// Returns whether the transaction has begun and must be ended.
     bool isOpen() const { return open; }
 
-    /// Returns the server's id of the connection on which it has begun; 0 before.
+    /// Returns the server's id of the connection on which the transaction has begun; 0 before.
     qulonglong connectionId() const { return id; }
 
-    /// Asks the server whether the transaction still exists. It does not if the server rolled it
-    /// back on its own, for example to resolve a deadlock. Nor does it if the connection was lost,
-    /// even if the connection was reopened since; later statements would then autocommit. Returns
-    /// false without a transaction.
+    /// Asks the server whether the transaction still exists. Returns false if it has not begun, or
+    /// if the server rolled it back on its own, for example to resolve a deadlock. Also returns
+    /// false if the connection was lost, even if it has been reopened: later statements would
+    /// autocommit.
     bool isIntact();
 
-    /// Asks the server whether the mails queued so far can be rolled back.
+    /// Asks the server whether the mails queued so far can be rolled back. Returns false if the
+    /// server does not answer.
     bool canRollBack() const;
 
     /// Returns false if the server refused: error() says why, and rollback() must be called.

@@ -94,13 +94,13 @@ struct StoredOptions {
         return keys;
     }
 
-    /// Returns the options by the values of those keys that exist.
+    /// Returns the options stored in `values`, which has the keys that exist.
     static Options of(const QMap<QString, QVariant> &values)
     {
         return optionsFromValues(Options::table(), values);
     }
 
-    /// Reads them by one statement.
+    /// Reads the options with one statement.
     static Options read(const ZasDbSettings &settings)
     {
         return of(settings.variableGetMultiple(keys()));

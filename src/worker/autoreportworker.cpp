@@ -29,7 +29,8 @@ AutoReportWorker::AutoReportWorker(const AutoReportDbConfig &dbConfig, QObject *
 
 AutoReportWorker::~AutoReportWorker()
 {
-    // The reports hold handles of the connection; as children they would outlive its removal.
+    // The reports hold handles of the connection. As children, they would be deleted only after the
+    // connection is removed.
     qDeleteAll(reports);
     closeDatabase();
 }
@@ -120,9 +121,9 @@ bool AutoReportWorker::fail()
     return false;
 }
 
-/// Opens or reopens the connection. The client library must not reconnect on its own: in the middle
-/// of a run nobody would notice, and after a stop has broken off the connection, it would wait for
-/// the server again.
+/// Opens or reopens the connection. The client library must not reconnect on its own: nobody would
+/// notice that in the middle of a run, and after a stop has broken the connection off, the library
+/// would wait for the server again.
 bool AutoReportWorker::openDatabase()
 {
     guard->release();
@@ -140,15 +141,15 @@ bool AutoReportWorker::keepDatabase()
     if (!database.isOpen() && !databaseLost)
         return false;
     const bool usable = !guard->isBroken() && isUsable(database);
-    qulonglong current = usable ? serverConnectionId(database) : 0;
+    qulonglong currentId = usable ? serverConnectionId(database) : 0;
     if (connectionId == 0) // the server gave none at the start
-        connectionId = current;
+        connectionId = currentId;
     if (connectionId == 0 && usable && serverAnswers(database)) // the server has no such ids
         return true;
-    const bool openedAgain = current == 0 && openDatabase();
+    const bool openedAgain = currentId == 0 && openDatabase();
     if (openedAgain)
-        current = serverConnectionId(database);
-    const bool wasLost = std::exchange(databaseLost, current == 0);
+        currentId = serverConnectionId(database);
+    const bool wasLost = std::exchange(databaseLost, currentId == 0);
     if (databaseLost) {
         if (!wasLost) // logged once per loss
             qWarning("AutoReportWorker::activateReports() - no connection to db='%s': %s",
@@ -156,12 +157,12 @@ bool AutoReportWorker::keepDatabase()
                      qUtf8Printable(database.lastError().text()));
         return false;
     }
-    // Two servers may give their connections the same id.
-    if (openedAgain || current != connectionId) {
+    // After a change of the server, the new connection may have the id of the old one.
+    if (openedAgain || currentId != connectionId) {
         qWarning("AutoReportWorker::activateReports() - the connection to db='%s' was lost and "
                  "reopened",
                  qUtf8Printable(config.databaseName));
-        connectionId = current;
+        connectionId = currentId;
     }
     return true;
 }
@@ -183,7 +184,7 @@ void AutoReportWorker::closeDatabase()
 
 void AutoReportWorker::createReports()
 {
-    // Monthly before daily: the rarer report first, which also takes less time.
+    // Monthly before daily, because the monthly report takes less time.
     const auto &kinds = reportKinds();
     for (auto kind = kinds.crbegin(); kind != kinds.crend(); ++kind)
         reports.append((*kind)->create(database, this));

@@ -16,8 +16,8 @@ class ReportBase;
  * Serves one schema: opens its own connection and polls its reports once a minute.
  *
  * Call all slots in the thread that called `start`; the connection is opened, used and removed
- * there. The worker has no parent; its creator connects `finished` to `deleteLater`. It cannot be
- * started again after `stop` or a failed `start`.
+ * there. The creator of a worker connects `finished` to `deleteLater`. Do not start a worker again
+ * after `stop` or a failed `start`.
  */
 class AutoReportWorker : public QObject
 {

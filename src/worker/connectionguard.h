@@ -25,11 +25,12 @@ public:
     /// Ends the guarding. Call it before the connection is closed.
     void release();
 
-    /// Makes every call on the connection fail at once, until guard() is called again.
+    /// Makes every call on the guarded connection fail at once.
     void breakOff();
     /// Like breakOff(), but also breaks off all connections guarded later.
     void breakForGood();
     bool isGuarding() const;
+    /// Returns whether the connection guarded last was broken off.
     bool isBroken() const { return broken; }
 
     /// Returns the server's numeric address; its host is empty for a Unix socket or without a
