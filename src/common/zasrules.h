@@ -42,8 +42,8 @@ QString shiftKeyFromNum(int shift, unsigned char dayOfMonth, unsigned char order
 /// "*" if the shift was changed. A shift that is only planned is in parentheses.
 QString makeShiftString(unsigned char shift, unsigned char variant, bool changed, bool planned);
 
-/// Return the text of the first interruption in a list such as "[D 1.5-2x][L 0.25]" ("D 1.5-2x"),
-/// and its shortcut ("D"). Empty if the text is not such a list.
+/// For a list such as "[D 1.5-2x][L 0.25]", return the text of the first interruption, "D 1.5-2x",
+/// and its shortcut, "D". Return an empty text if `interruptions` is not such a list.
 QString firstInterruption(const QString &interruptions);
 QString shortcutFromInters(const QString &interruptions);
 

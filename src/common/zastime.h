@@ -36,9 +36,9 @@ QString tsToTimeString(long long seconds);
 QString tsToTimeStringLimit(long long seconds);
 
 /**
- * Parses texts of formats 2 and 3. They may have a sign, more than 99 hours, and a single digit for
- * the hours. Returns nothing for any other text, for minutes or seconds above 59, and for a
- * duration that does not fit.
+ * Parses texts of formats 2 and 3. The hours may have a minus sign and any number of digits.
+ * Returns nothing for any other text, for minutes or seconds above 59, and for a duration that does
+ * not fit.
  */
 std::optional<long long> timeStringToTs(const QString &text);
 

@@ -11,9 +11,9 @@
 /**
  * Hands out database connections.
  *
- * Holds two master connections, the information database with the table `schemas` and the
- * product's own database, and opens a connection per schema and calling thread. Schemas are
- * addressed by their token.
+ * Holds two master connections: one to the information database, which has the table `schemas`,
+ * and one to the product's own database. Opens a connection per schema and calling thread. Schemas
+ * are addressed by their token.
  *
  * Any thread may call it: one mutex guards the state. Functions marked "no lock" do not take it:
  * call them only while no other thread uses the manager. Nothing throws: an error is an empty
@@ -49,7 +49,7 @@ public:
     /// Returns false before the first attempt, even if the database passed to setInfoDB() was open.
     bool isInfoDB() const;
 
-    /// Opens `db` if it is closed. Returns whether it is open. No lock.
+    /// Opens `db` if it is closed or lost. Returns whether it is open. No lock.
     bool checkOpenDB(QSqlDatabase &db);
 
     /// Returns the name of the calling thread's connection to that schema.

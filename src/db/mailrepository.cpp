@@ -38,7 +38,7 @@ void bind(QSqlQuery &query, const MailRecord &mail)
     query.bindValue(QStringLiteral(":subject"), mail.subject);
     // Qt would store a null text as NULL.
     query.bindValue(QStringLiteral(":body"), mail.body.isNull() ? QStringLiteral("") : mail.body);
-    // Different on purpose: `aid` is 0 without an administrator, but `uid` NULL without a person.
+    // Different on purpose: without an administrator, `aid` is 0; without a person, `uid` is NULL.
     query.bindValue(QStringLiteral(":aid"), mail.aid);
     query.bindValue(QStringLiteral(":uid"), mail.uid == 0 ? QVariant(QVariant::UInt) : mail.uid);
     query.bindValue(QStringLiteral(":data"), mail.data.isNull() ? QByteArray("") : mail.data);

@@ -27,7 +27,7 @@ public:
 
     explicit VarsTable(const QSqlDatabase &db);
 
-    /// Returns the value, text or bytes as the driver has it, or nothing if the key is missing.
+    /// Returns the value as the driver reads it, text or bytes, or nothing if the key is missing.
     Result<std::optional<QVariant>> value(const QString &name) const;
     /// Returns the values of those keys that exist. Runs no statement if `names` is empty.
     Result<Values> values(const QStringList &names) const;

@@ -25,8 +25,8 @@ class ServerWatch;
  * With an information database it scans the schemas one second after `start` and then every hour,
  * and starts a worker in its own thread for each schema with a report enabled. A long scan returns
  * to the event loop several times a second, so that a stop or a pause need not wait for it. Without
- * an information database the plug-in runs a single worker on the database that the host set, in
- * the host's own thread, and never scans.
+ * an information database it runs a single worker on the database that the host set, in the
+ * object's own thread, and never scans.
  *
  * All operations run in the object's thread. The host owns the object and calls `stop` before
  * deleting it; the destructor ends the workers of the registry in any case.

@@ -4,7 +4,7 @@
 
 class DBManager;
 
-/// Receives the host's connection manager. The host keeps the manager, which must outlive the
+/// Receives the host's connection manager. The host owns the manager, which must outlive the
 /// plug-in.
 class DatabaseManagerInterface
 {

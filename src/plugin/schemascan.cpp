@@ -22,7 +22,7 @@ namespace
 
 constexpr int sliceMs = 200;
 // A worker needs two descriptors for its socket and one for its thread's event loop; its report
-// needs one or two for files. The spared ones are left to the host.
+// needs one or two for files. One is kept in reserve. The spared ones are left to the host.
 constexpr int descriptorsPerWorker = 6;
 constexpr int descriptorsSpared = 24;
 

@@ -39,8 +39,8 @@ public:
     ~ServerWatch();
     Q_DISABLE_COPY_MOVE(ServerWatch)
 
-    /// Watches the connection until its guard is destroyed. Probes use the address and account in
-    /// `config`.
+    /// Watches the connection of `guard` until the guard is destroyed. Probes use the account in
+    /// `config`, and its host and port if the connection does not reveal its server's address.
     void add(const AutoReportDbConfig &config, const std::shared_ptr<ConnectionGuard> &guard,
              Limits limits);
 

@@ -4,7 +4,7 @@
 #include <QString>
 #include <QtPlugin>
 
-/// The version information of a plug-in that the host shows: texts by short keys.
+/// A plug-in's version information, which the host shows: texts by short keys.
 class VerInfoInterface
 {
 public:

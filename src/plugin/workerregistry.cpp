@@ -12,7 +12,7 @@ namespace
 constexpr int stopMs = 10000;
 // How long workers may take to end on their own: a report ends at its next row, a short query with
 // its answer. An attempt to connect may take longer, but less than `stopMs`.
-constexpr int ownWillMs = 4000;
+constexpr int graceMs = 4000;
 
 } // namespace
 
@@ -69,7 +69,7 @@ void WorkerRegistry::stopAll()
 {
     const QDeadlineTimer deadline(stopMs);
     askAll();
-    forgetEnded(QDeadlineTimer(ownWillMs));
+    forgetEnded(QDeadlineTimer(graceMs));
     for (const Entry &entry : qAsConst(entries))
         entry.handle->guard().breakForGood();
     forgetEnded(deadline);

@@ -3,8 +3,8 @@
 #include "reports/storedoption.h"
 
 /**
- * What the daily report shows. The keys have no prefix, because the product's own exports use them
- * too.
+ * The options of the daily report. Their keys in `vars` have no prefix, because the product's own
+ * exports use them too.
  */
 struct DailyAttenOptions : StoredOptions<DailyAttenOptions> {
     bool decimalTime = false; ///< hours as numbers instead of text

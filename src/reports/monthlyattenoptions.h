@@ -3,8 +3,8 @@
 #include "reports/storedoption.h"
 
 /**
- * What the monthly report shows. The keys have no prefix, because the product's own exports use
- * them too.
+ * The options of the monthly report. Their keys in `vars` have no prefix, because the product's own
+ * exports use them too.
  */
 struct MonthlyAttenOptions : StoredOptions<MonthlyAttenOptions> {
     int advancedOvertime = 0;   ///< exactly 1: overtime from `saldo_p` instead of `totalSaldo`

@@ -33,7 +33,7 @@ QDateTime nextDailyMoment(const ReportSettings &settings, const QDateTime &now)
         return {};
     if (settings.lastGenerated > endOfYear9999) // never due again
         return {};
-    // After a clock error, the last report may be in the future; no day before it can be due.
+    // After a clock error, the last report may be in the future. Until its day, none is due.
     const QDate last = QDateTime::fromSecsSinceEpoch(settings.lastGenerated).date();
     QDate date = last.isValid() ? std::max(last, now.date()) : QDate();
     while (date.isValid() && !isOpenOn(date, settings))

@@ -82,7 +82,8 @@ Options optionsFromValues(const std::vector<StoredOption<Options>> &table,
     return options;
 }
 
-/// The base class of `Options` that are stored under the plain keys of a table, Options::table().
+/// The base class of a report's options. `Options` is the derived class; its table() lists the
+/// keys.
 template <typename Options>
 struct StoredOptions {
     /// Returns the keys in `vars`.

@@ -142,7 +142,7 @@ bool AutoReportWorker::keepDatabase()
         return false;
     const bool usable = !guard->isBroken() && isUsable(database);
     qulonglong currentId = usable ? serverConnectionId(database) : 0;
-    if (connectionId == 0) // the server gave none at the start
+    if (connectionId == 0) // the server gave no id at the start
         connectionId = currentId;
     if (connectionId == 0 && usable && serverAnswers(database)) // the server has no such ids
         return true;

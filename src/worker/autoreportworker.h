@@ -15,9 +15,9 @@ class ReportBase;
 /**
  * Serves one schema: opens its own connection and polls its reports once a minute.
  *
- * Call all slots in the thread that called `start`; the connection is opened, used and removed
- * there. The creator of a worker connects `finished` to `deleteLater`. Do not start a worker again
- * after `stop` or a failed `start`.
+ * Call all slots in the same thread; the connection is opened, used and removed there. The creator
+ * of a worker connects `finished` to `deleteLater`. Do not start a worker again after `stop` or a
+ * failed `start`.
  */
 class AutoReportWorker : public QObject
 {
