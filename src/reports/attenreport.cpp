@@ -91,7 +91,7 @@ QString AttenReport::fileName(const QDate &today)
     return fileNameByOptions(today);
 }
 
-/// Returns the number of rows written, or 0 if no workbook was saved, which is logged.
+/// Returns the number of rows written. If no workbook was saved, logs why and returns 0.
 int AttenReport::buildWorkbook(const QString &path, const ReportRun &run)
 {
     const std::unique_ptr<ReportContent> content = createContent(run);
@@ -206,7 +206,7 @@ AttenReport::End AttenReport::begin(const ReportRun &run, ReportTransaction &tra
         transaction.begin();
     if (!transaction.isOpen())
         return isConnectionLost(run, database) ? End::ConnectionLost : End::NotBegun;
-    // A client that has reconnected on its own no longer holds the lock.
+    // If the client library has reconnected, the new connection does not hold the lock.
     if (run.connectionId != 0 && transaction.connectionId() != run.connectionId)
         return End::ConnectionLost;
     switch (claim) {
@@ -273,8 +273,8 @@ AttenReport::End AttenReport::queueForEach(MailRecord mail, const ReportRun &run
     return End::None;
 }
 
-/// Returns how this error of a statement ends a scheduled run, which the next tick repeats. Returns
-/// None if the run goes on.
+/// Returns how this error of a statement ends a scheduled run, or None if the run goes on. After
+/// such an end, the next tick tries again.
 AttenReport::End AttenReport::endAfter(const QString &errorCode, const ReportRun &run)
 {
     if (run.isScheduled && isConflict(errorCode))

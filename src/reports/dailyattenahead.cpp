@@ -122,7 +122,7 @@ private:
             doubtful |= DayValue::Interruptions;
         ++total.count;
     }
-    /// Of several rows the last one counts, and only the server knows which one that is.
+    /// Of several rows the last one counts, and only the server knows which one is the last.
     void takeOnly(DayValue value)
     {
         if (seen.testFlag(value))

@@ -15,8 +15,8 @@
 class QSqlQuery;
 
 /**
- * Reads the days of many people at once, so that a report costs a few statements instead of four
- * for each of its rows.
+ * Reads the days of many people at once, so that a report costs a few statements instead of up to
+ * four for each of its rows.
  *
  * Returns exactly the values that the statements for one person and one day would return. Where
  * this is uncertain, it leaves the value open, and the caller must run those statements. It is

@@ -8,7 +8,7 @@
 namespace
 {
 
-/// The last row counts.
+/// If there are several rows, the last one counts.
 void readAttendance(QSqlQuery &query, DailyAttenRow &row)
 {
     row.workedSeconds = 0;
@@ -19,7 +19,7 @@ void readAttendance(QSqlQuery &query, DailyAttenRow &row)
     }
 }
 
-/// The last row counts.
+/// If there are several rows, the last one counts.
 void readOvertime(QSqlQuery &query, DailyAttenRow &row)
 {
     row.overtimeSeconds = 0;

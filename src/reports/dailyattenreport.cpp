@@ -6,7 +6,7 @@
 #include "reports/reportcontent.h"
 #include "reports/reportkind.h"
 
-/// All people of day 1, then all of day 2, and so on up to today.
+/// The rows are all people of day 1, then all people of day 2, and so on up to today.
 class DailyAttenReport::Content : public ReportContent
 {
 public:

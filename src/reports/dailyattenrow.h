@@ -32,7 +32,7 @@ struct DailyAttenRow {
     double movedSeconds = 0;
     double penaltySeconds = 0;
     QMap<QString, InterruptionTotal> interruptions; ///< by shortcut
-    bool complete = true; ///< false when a query failed, so that values may be missing
+    bool complete = true; ///< false if values may be missing: a query failed or the run is stopped
 };
 
 /// A kind of record in `atten_data` that corrects a day, and the value to which its seconds are

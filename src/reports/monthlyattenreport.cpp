@@ -5,7 +5,7 @@
 #include "reports/reportcontent.h"
 #include "reports/reportkind.h"
 
-/// One row per person.
+/// The rows are the people, in the order of the sheet.
 class MonthlyAttenReport::Content : public ReportContent
 {
 public:

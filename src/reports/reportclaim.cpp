@@ -19,8 +19,8 @@ const QLatin1String deadlock("1213");     // or a conflict between two nodes of 
 const QLatin1String changedSince("1020"); // the row is newer than the transaction's view
 
 /// Begins the transaction and locks the row of `key`. A missing row is inserted first, because it
-/// cannot be locked reliably: two transactions can hold the lock on the gap at once, and READ
-/// COMMITTED takes none. If the run is rolled back, so is the insertion.
+/// cannot be locked reliably: in its place the server locks a gap, which two transactions can lock
+/// at once, or nothing with READ COMMITTED. If the run is rolled back, so is the insertion.
 Result<QVector<QVariant>> lockRow(const VarsTable &vars, const QString &key,
                                   ReportTransaction &transaction)
 {

@@ -28,7 +28,8 @@ public:
     /// Adds the sheet and writes its headings. `book` must exist until endSheet() has returned.
     /// Returns false if the book refuses the sheet.
     virtual bool beginSheet(libxl::IBookT<wchar_t> &book) = 0;
-    /// Writes the next row. Returns false if a query failed, so that values may be missing.
+    /// Writes the next row. Returns false if a query failed or the run is stopped, so that values
+    /// may be missing.
     virtual bool writeNextRow() = 0;
     virtual void endSheet() = 0;
 };

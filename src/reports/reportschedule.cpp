@@ -33,7 +33,8 @@ QDateTime nextDailyMoment(const ReportSettings &settings, const QDateTime &now)
         return {};
     if (settings.lastGenerated > endOfYear9999) // never due again
         return {};
-    // After a clock error, the last report may be in the future. Until its day, none is due.
+    // After a clock error, the last report may be in the future. The next one is not due before its
+    // day.
     const QDate last = QDateTime::fromSecsSinceEpoch(settings.lastGenerated).date();
     QDate date = last.isValid() ? std::max(last, now.date()) : QDate();
     while (date.isValid() && !isOpenOn(date, settings))
@@ -87,10 +88,10 @@ ScheduleVerdict scheduleVerdict(const ReportSettings &settings, const QDateTime 
     return unmet == rules.cend() ? ScheduleVerdict::Due : unmet->otherwise;
 }
 
-QDateTime momentAfterWait(const ReportSettings &settings, const QDateTime &asked,
+QDateTime momentAfterWait(const ReportSettings &settings, const QDateTime &dueAt,
                           const QDateTime &now)
 {
-    return scheduleVerdict(settings, now) == ScheduleVerdict::Due ? now : asked;
+    return scheduleVerdict(settings, now) == ScheduleVerdict::Due ? now : dueAt;
 }
 
 QDateTime nextDue(const ReportSettings &settings, const QDateTime &now)

@@ -60,13 +60,13 @@ QVector<ScheduleRule> scheduleRules(const ReportSettings &settings, const QDateT
 ScheduleVerdict scheduleVerdict(const ReportSettings &settings, const QDateTime &now);
 
 /**
- * Returns the moment of a run that was due at `asked` and had to wait until `now`.
+ * Returns the moment of a run that was due at `dueAt` and had to wait until `now`.
  *
- * That is `now` if the report is still due, so that the run shows the day on which it is made. A
- * report that was due late in the evening and waited past midnight is no longer due; it keeps the
- * moment `asked`, and is made for that day.
+ * That is `now` if the report is still due, so that it shows the day on which it is made. A report
+ * that was due late in the evening and waited past midnight is no longer due: its run keeps the
+ * moment `dueAt`, and the report is made for that day.
  */
-QDateTime momentAfterWait(const ReportSettings &settings, const QDateTime &asked,
+QDateTime momentAfterWait(const ReportSettings &settings, const QDateTime &dueAt,
                           const QDateTime &now);
 
 /// Returns the first moment from `now` on at which the report is due if its settings do not change;
@@ -77,8 +77,8 @@ QDateTime nextDue(const ReportSettings &settings, const QDateTime &now);
  * Returns the first moment of `date` at which a local clock shows `time` or later, for days of 23,
  * 24 and 25 hours. An invalid time is the start of the day.
  *
- * If clocks are set back and an hour occurs twice, a time in it means the first occurrence: if it
- * meant the second, a report made in the first would be due again. If clocks are set forward and
- * skip the time, it means the end of the gap.
+ * If clocks are set back and `time` occurs twice, returns the first occurrence: with the second, a
+ * report made at the first would be due again. If clocks are set forward and skip `time`, returns
+ * the end of the gap.
  */
 QDateTime scheduledMoment(const QDate &date, const QTime &time);

@@ -58,9 +58,8 @@ void writeRow(libxl::ISheetT<wchar_t> &sheet, int row, const QVector<ReportColum
 QString columnLetters(int col);
 
 /**
- * Converts a formula over cells of one row from column names to column letters. `pattern` has the
- * names in braces: "={worked}-{planned}". In the result, "%1" stands for the row number, from 1:
- * "=K%1-C%1".
+ * Replaces the column names in `pattern`, which are in braces, with column letters and "%1":
+ * "={worked}-{planned}" becomes "=K%1-C%1". "%1" stands for the row's number, which begins at 1.
  */
 template <typename Values>
 QString resolveFormula(QString pattern, const QVector<ReportColumn<Values>> &columns)
