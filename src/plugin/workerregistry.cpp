@@ -47,7 +47,7 @@ bool WorkerRegistry::add(const QString &token, std::unique_ptr<AutoReportWorker>
     thread->start(QThread::LowPriority);
     if (!thread->isRunning() && !thread->isFinished()) // Qt has logged the system's reason
         return false;
-    owned.release();
+    static_cast<void>(owned.release()); // the worker deletes itself
     entries.insert(token, {handle, thread.release()});
     return true;
 }
