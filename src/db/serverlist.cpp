@@ -78,8 +78,10 @@ QString openWorking(const ServerAddress &server, QSqlDatabase &database, const O
     if (!openOn(server, database, open))
         return database.lastError().databaseText();
     const QString fault = serverFault(database);
-    if (!fault.isEmpty())
+    if (!fault.isEmpty()) {
         database.close();
+        setOpenError(database, fault, QString());
+    }
     return fault;
 }
 

@@ -13,8 +13,9 @@
 namespace
 {
 
-constexpr const char *madeElsewhere = "elsewhere"; // not a failure
-constexpr int warningsKept = 4;                    // per run: the cause is among the first
+// Not a failure: another host was faster, or the next tick makes the report.
+constexpr const char *leftToOthers = "elsewhere";
+constexpr int warningsKept = 4; // per run: the cause is among the first
 constexpr int warningChars = 200;
 
 struct Cause {
@@ -31,16 +32,15 @@ constexpr Cause causesByText[] = {
     {"rows are more than", "workbook"},
     {"XLS not saved!", "workbook"},
     {"for read!", "attachment"},
-    {"recipients are blank", "recipients"},
     {"mail not created!", "mail"},
     {"mails not committed", "commit"},
     {"begin a transaction,", "commit"},
     {"node is not ready,", "commit"},
     {"interrupted,", "stopped"},
     {"connection lost,", "connection"},
-    {"rolled the run back,", "rollback"},
+    {"rolled the run back,", leftToOthers},
     {"is locked,", "locked"},
-    {"another host", madeElsewhere},
+    {"another host", leftToOthers},
 };
 
 QString causeIn(const QString &message)
@@ -116,11 +116,12 @@ void HostState::Run::warn(const QString &text)
 void HostState::takeReport(const ReportKind &kind, QtMsgType type, const QString &message)
 {
     static const QRegularExpression endOfRun(QStringLiteral(
-        R"(::makeReport\(\) - run ended after ([\d.]+) s, rows: \d+, mails queued: (\d+)$)"));
+        R"(::makeReport\(\) - run ended after ([\d.]+) s, rows: (\d+), mails queued: (\d+)$)"));
     const std::lock_guard guard(mutex);
     const QRegularExpressionMatch end = endOfRun.match(message);
     if (end.hasMatch()) {
-        endRun(QLatin1String(kind.word), end.captured(1).toDouble(), end.captured(2).toULongLong());
+        endRun(QLatin1String(kind.word), end.captured(1).toDouble(), end.captured(2).toInt(),
+               end.captured(3).toULongLong());
         return;
     }
     if (message.endsWith(QLatin1String("::doWork()"))) { // a tick begins
@@ -131,7 +132,7 @@ void HostState::takeReport(const ReportKind &kind, QtMsgType type, const QString
     const QString cause = type == QtDebugMsg ? QString() : causeIn(message);
     if (!cause.isEmpty())
         run.cause = cause;
-    if (isWarning(type) || !cause.isEmpty())
+    if (isWarning(type))
         run.warn(withoutOrigin(kind, message));
 }
 
@@ -149,13 +150,13 @@ void HostState::takeWorker(QtMsgType type, const QString &message)
     }
 }
 
-void HostState::endRun(const QString &kind, double seconds, quint64 mails)
+void HostState::endRun(const QString &kind, double seconds, int rows, quint64 mails)
 {
     RunTotals &totals = current.runs[kind];
     totals.durations.add(seconds);
     totals.mails += mails;
     const Run run = running.take(token());
-    if (mails == 0 && run.cause == QLatin1String(madeElsewhere))
+    if (mails == 0 && run.cause == QLatin1String(leftToOthers))
         return;
     SchemaState &schema = current.schemas[token()];
     ReportAnswer &answer = schema.answer.reports[kind];
@@ -163,6 +164,10 @@ void HostState::endRun(const QString &kind, double seconds, quint64 mails)
     if (mails == 0) {
         answer.last.cause = run.cause.isEmpty() ? QStringLiteral("other") : run.cause;
         answer.last.text = run.warnings.join(QStringLiteral("; "));
+        if (rows > 0 && run.cause.isEmpty()) { // blank recipients are skipped silently
+            answer.last.cause = QStringLiteral("recipients");
+            answer.last.text = QStringLiteral("all recipients are blank");
+        }
         answer.lastFailure = answer.last;
         ++totals.failed[answer.last.cause];
         return;

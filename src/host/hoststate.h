@@ -83,7 +83,7 @@ private:
 
     void takeReport(const ReportKind &kind, QtMsgType type, const QString &message);
     void takeWorker(QtMsgType type, const QString &message);
-    void endRun(const QString &kind, double seconds, quint64 mails);
+    void endRun(const QString &kind, double seconds, int rows, quint64 mails);
     QString token() const;
 
     const QString singleToken;

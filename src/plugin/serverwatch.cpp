@@ -92,9 +92,11 @@ std::vector<ServerWatch::Waiting> ServerWatch::waitingConnections()
         const auto guard = each.guard.lock();
         if (!guard || guard->isBroken() || guard->busyTime() < each.limits.patience)
             continue;
-        waiting.push_back({each.config, guard, each.limits});
         // Probe the address: a name may stand for several servers and takes time to resolve.
         const ServerAddress address = guard->serverAddress();
+        if (address.host.isEmpty() && serversOf(each.config.hostName, 0).size() > 1)
+            continue; // it is being opened, which has limits of its own
+        waiting.push_back({each.config, guard, each.limits});
         if (!address.host.isEmpty()) {
             waiting.back().config.hostName = address.host;
             waiting.back().config.port = address.port;

@@ -204,6 +204,8 @@ AttenReport::End AttenReport::begin(const ReportRun &run, ReportTransaction &tra
         claim = claimReport(database, kind.key("lastGenerated"), run, transaction);
     else
         transaction.begin();
+    if (claim == Claim::NodeNotReady)
+        return End::NodeNotReady;
     if (!transaction.isOpen())
         return isConnectionLost(run, database) ? End::ConnectionLost : End::NotBegun;
     // If the client library has reconnected, the new connection does not hold the lock.
@@ -211,11 +213,10 @@ AttenReport::End AttenReport::begin(const ReportRun &run, ReportTransaction &tra
         return End::ConnectionLost;
     switch (claim) {
     case Claim::Ours:
+    case Claim::NodeNotReady: // handled above
         break;
     case Claim::Unclaimed: // mailed nevertheless, unless the connection is lost
         return interruptionOf(run, transaction);
-    case Claim::NodeNotReady:
-        return End::NodeNotReady;
     case Claim::Made:
         return End::MadeElsewhere;
     case Claim::Contested:
@@ -248,10 +249,7 @@ AttenReport::End AttenReport::queueAll(const MailRecord &mail, const ReportRun &
 AttenReport::End AttenReport::queueForEach(MailRecord mail, const ReportRun &run,
                                            ReportTransaction &transaction, int &queued) const
 {
-    const QStringList recipients = recipientsToMail(run.settings.recipients);
-    if (recipients.isEmpty())
-        qInfo("%s - all recipients are blank, no mail queued!", kind.className);
-    for (const QString &recipient : recipients) {
+    for (const QString &recipient : recipientsToMail(run.settings.recipients)) {
         mail.to = recipient;
         // Queueing thousands of mails takes longer than a stop is allowed to take. If the mails
         // cannot be rolled back, queue the rest nevertheless: otherwise the next run would mail

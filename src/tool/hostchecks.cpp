@@ -15,7 +15,15 @@ constexpr qint64 graceSeconds = 4200; // a scan per hour, a tick per minute, and
 constexpr qint64 graceOfServed = 300; // if a host serves the schema: a tick and the report
 const char *const scanAtOnce = "wait, or let the host scan at once: systemctl reload autoreport";
 
-/// Checks whether today's run failed. A run without mails may fail and still count as made.
+/// Returns whether a run that failed for this cause may count as made: the monthly report's does
+/// even if no mail was queued.
+bool mayCount(const QString &cause)
+{
+    return cause == QLatin1String("mail") || cause == QLatin1String("recipients");
+}
+
+/// Checks whether today's run failed. If the report counts as made though such a run cannot,
+/// another run has made it.
 void checkLastRun(const RunOutcome &last, const StoredSettings &stored, const QDateTime &now,
                   const QString &command, Findings &findings)
 {
@@ -25,6 +33,8 @@ void checkLastRun(const RunOutcome &last, const StoredSettings &stored, const QD
     if (last.cause.isEmpty() || !isOfToday)
         return;
     const bool isTriedAgain = scheduleVerdict(settings, now) == ScheduleVerdict::Due;
+    if (!isTriedAgain && !mayCount(last.cause))
+        return;
     findings.add(Gravity::Obstacle, "failed",
                  QStringLiteral("its last run, at %1, failed: %2")
                      .arg(momentText(last.moment), last.text.isEmpty() ? last.cause : last.text),

@@ -53,9 +53,6 @@ private Q_SLOTS:
         ReportBench bench;
         writeFile(bench.temporary.filePath("book.xlsx"), "workbook");
         bench.schema.exec("SET SESSION wsrep_sync_wait = 1");
-        // Slow enough for all runs to queue mails at the same time.
-        bench.schema.exec(
-            "CREATE TRIGGER slow AFTER INSERT ON emails FOR EACH ROW DO SLEEP(0.005)");
         bench.schema.exec(table);
         for (int round = 0; round < 10 * rounds; ++round) {
             const ReportKind &kind = *reportKinds().at(round % reportKinds().size());
@@ -177,9 +174,14 @@ private Q_SLOTS:
                          "other nodes"));
     }
 
-    /// It accepts connections, and refuses every table.
+    /// It accepts connections, and refuses every table. Commands name it or use the next node, to
+    /// which a worker's open connection moves, too.
     void isolatedNode()
     {
+        ReportBench bench;
+        cluster.catchUp(0, bench.schema.name());
+        AutoReportWorker host(configOf(cluster.servers(0), bench.schema.name()), nullptr);
+        QVERIFY(host.start());
         QSqlDatabase node = TestServer::addConnection("isolated", QString());
         node.setPort(cluster.port(0));
         QVERIFY(node.open());
@@ -189,15 +191,16 @@ private Q_SLOTS:
             return state.next() && state.value(1).toString() == "OFF";
         };
         QVERIFY(QTest::qWaitFor(isolated, patienceMs));
-        HostProgram program;
-        QStringList options = TestServer::options("mysql");
-        options[options.indexOf("--db-host") + 1] =
-            QString("%1:1,%1:%2").arg(TestServer::host).arg(cluster.port(0));
-        program.start(QStringList{"check", "--single"} + options);
-        QVERIFY(program.ended());
-        QVERIFY2(program.log.contains("127.0.0.1:1: Can't connect") &&
-                     program.log.contains("node node1 of the cluster is not ready: non-Primary"),
-                 qPrintable(program.log));
+        host.activateReports();
+        QCOMPARE(bench.log.countContaining("was lost and reopened"), 1);
+        const QString log =
+            checkAt(QString("%1:1,%1:%2").arg(TestServer::host).arg(cluster.port(0))).log;
+        QVERIFY2(log.contains("127.0.0.1:1: Can't connect") &&
+                     log.contains("node node1 of the cluster is not ready: non-Primary"),
+                 qPrintable(log));
+        const QString next = checkAt(cluster.servers(0)).output;
+        QVERIFY2(next.contains("node2"), qPrintable(next));
+        host.stop();
         node.exec("SET GLOBAL wsrep_provider_options = 'gmcast.isolate = 0'");
         node = QSqlDatabase();
         QSqlDatabase::removeDatabase("isolated");
@@ -206,7 +209,7 @@ private Q_SLOTS:
 
 private:
     static constexpr int nodes = TestCluster::nodes;
-    static constexpr int recipients = 3;
+    static constexpr int recipients = 40; // so that the mails of all runs overlap
     const int rounds = qEnvironmentVariable("AUTOREPORT_CLUSTER_ROUNDS", "2").toInt();
 
     static AutoReportDbConfig configOf(const QString &servers, const QString &schema,
@@ -214,6 +217,23 @@ private:
     {
         return {"QMYSQL",         connection,           servers, 0, schema,
                 TestServer::user, TestServer::password, ""};
+    }
+
+    struct Checked {
+        QString output;
+        QString log;
+    };
+
+    /// Runs the command `check` on the servers.
+    static Checked checkAt(const QString &servers)
+    {
+        HostProgram program;
+        QStringList options = TestServer::options("mysql");
+        options[options.indexOf("--db-host") + 1] = servers;
+        program.start(QStringList{"check", "--single"} + options);
+        if (!program.ended())
+            qFatal("test bench: check does not end");
+        return {program.output(), program.log};
     }
 
     /// Both reports have all their mails and their mark.
@@ -258,8 +278,10 @@ private:
             TestCluster::catchUp(db);
             db.exec("SET SESSION TRANSACTION ISOLATION LEVEL " + isolation);
             const QDateTime now = QDateTime::currentDateTime().addSecs(qint64(node) * secondsApart);
-            ReportRun run =
-                runFor({"a@firma.sk", "b@firma.sk", "c@firma.sk"}, now, kind.countsWhen, db);
+            QStringList addresses;
+            for (int i = 0; i < recipients; ++i)
+                addresses.append(QString("a%1@firma.sk").arg(i));
+            ReportRun run = runFor(addresses, now, kind.countsWhen, db);
             run.settings.enabled = true;
             run.isScheduled = true;
             const std::unique_ptr<AttenReport> report(kind.create(db, nullptr));
