@@ -35,14 +35,14 @@ Result<VarsTable::Values> VarsTable::values(const QStringList &names) const
 Result<VarsTable::Values> VarsTable::valuesWithPrefix(const QString &prefix,
                                                       const QStringList &others) const
 {
-    const QString statement = prefixStatement(prefix);
-    return read(others.isEmpty() ? statement
-                                 : statement + QStringLiteral(" OR ") + isOneOf(others));
+    return read(prefixStatement(prefix, others));
 }
 
-QString VarsTable::prefixStatement(const QString &prefix)
+QString VarsTable::prefixStatement(const QString &prefix, const QStringList &others)
 {
-    return QStringLiteral("SELECT name, value FROM vars WHERE name LIKE '%1%'").arg(prefix);
+    const QString statement =
+        QStringLiteral("SELECT name, value FROM vars WHERE name LIKE '%1%'").arg(prefix);
+    return others.isEmpty() ? statement : statement + QStringLiteral(" OR ") + isOneOf(others);
 }
 
 Result<VarsTable::Values> VarsTable::read(const QString &sql) const

@@ -52,7 +52,7 @@ public:
     Result<int> remove(const QString &name, bool asPrefix) const;
 
     /// Return the statements of valuesWithPrefix() and of store(), the latter with placeholders.
-    static QString prefixStatement(const QString &prefix);
+    static QString prefixStatement(const QString &prefix, const QStringList &others = {});
     static QString upsertStatement();
 
 private:

@@ -10,15 +10,21 @@
 namespace
 {
 
+QString isEmployed(const QDate &today)
+{
+    return QStringLiteral("p.status=1 AND p.name != '<anonym>' AND p.begin < %1 AND (p.end IS NULL "
+                          "OR p.end >= %2)")
+        .arg(dayStartText(today.addDays(1)), dayStartText(firstOfMonth(today)));
+}
+
 QString peopleStatement(const QDate &today)
 {
     return QStringLiteral(
                "SELECT uid, pid, CONCAT_WS(' ', p.surname, p.name, p.title, p.title2) person, "
                "g.name grp, d.name depart, b.name branch FROM people p LEFT JOIN groups g "
                "USING(gid) LEFT JOIN departs d USING(did) LEFT JOIN branches b USING(bid) WHERE "
-               "p.status=1 AND p.name != '<anonym>' AND p.begin < %1 AND (p.end IS NULL OR p.end "
-               ">= %2) GROUP BY p.uid ORDER BY p.surname, p.name, p.pid")
-        .arg(dayStartText(today.addDays(1)), dayStartText(firstOfMonth(today)));
+               "%1 GROUP BY p.uid ORDER BY p.surname, p.name, p.pid")
+        .arg(isEmployed(today));
 }
 
 QString branchesStatement()
@@ -105,6 +111,11 @@ QStringList DailyAttenData::statements(const DailyAttenOptions &options, const Q
             all.append(ofDays.forOne(value, 0, DaySpan::of(today)));
     }
     return all;
+}
+
+QString DailyAttenData::countStatement(const QDate &today)
+{
+    return QStringLiteral("SELECT COUNT(DISTINCT p.uid) FROM people p WHERE ") + isEmployed(today);
 }
 
 DailyAttenRow DailyAttenData::row(const DailyAttenPerson &person, int dayOfMonth)

@@ -54,6 +54,8 @@ public:
     /// Returns the statements with which a report with these options reads the schema, for person 0
     /// and the day `today`. The first one reads the people.
     static QStringList statements(const DailyAttenOptions &options, const QDate &today);
+    /// Returns the statement that counts the people.
+    static QString countStatement(const QDate &today);
 
 private:
     QString branch(const DailyAttenPerson &person) const;

@@ -92,7 +92,8 @@ std::unique_ptr<ReportContent> DailyAttenReport::createContent(const ReportRun &
 ReportNeeds DailyAttenReport::needs(const QMap<QString, QVariant> &values, const QDate &today)
 {
     const auto options = DailyAttenOptions::of(values);
-    return {DailyAttenData::statements(options, today), today.day(), options.format};
+    return {DailyAttenData::statements(options, today), DailyAttenData::countStatement(today),
+            today.day(), options.format};
 }
 
 AttenReport::MailTexts DailyAttenReport::mailTexts(const QDate &today) const

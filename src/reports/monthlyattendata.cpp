@@ -19,14 +19,18 @@ double hours(const QSqlQuery &query, int column)
     return query.value(column).toDouble() / secondsPerHour;
 }
 
+QString ofEmployed(const AttenMonth &month)
+{
+    return QStringLiteral(" FROM people p WHERE p.status=1 AND p.name != '<anonym>' AND p.begin < "
+                          "%1 AND (p.end IS NULL OR p.end >= %2)")
+        .arg(month.end, month.start);
+}
+
 QString peopleStatement(const AttenMonth &month)
 {
-    return QStringLiteral(
-               "SELECT uid, pid, pamId, CONCAT_WS(' ', p.surname, p.name, p.title, "
-               "p.title2) person FROM people p WHERE p.status=1 AND p.name != '<anonym>' "
-               "AND p.begin < %1 AND (p.end IS NULL OR p.end >= %2) GROUP BY p.uid ORDER "
-               "BY p.surname, p.name, p.pid")
-        .arg(month.end, month.start);
+    return QStringLiteral("SELECT uid, pid, pamId, CONCAT_WS(' ', p.surname, p.name, p.title, "
+                          "p.title2) person") +
+           ofEmployed(month) + QStringLiteral(" GROUP BY p.uid ORDER BY p.surname, p.name, p.pid");
 }
 
 QString numbersStatement()
@@ -191,6 +195,11 @@ QStringList MonthlyAttenData::statements(const QDate &today)
     return {peopleStatement(month),         numbersStatement(),
             totalsStatement(nobody, month), interruptionsStatement(nobody, month),
             workStatement(nobody, month),   catalogueStatement()};
+}
+
+QString MonthlyAttenData::countStatement(const QDate &today)
+{
+    return QStringLiteral("SELECT COUNT(DISTINCT p.uid)") + ofEmployed(AttenMonth(today));
 }
 
 MonthlyAttenRow MonthlyAttenData::row(int index) const

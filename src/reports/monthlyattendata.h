@@ -47,6 +47,8 @@ public:
     /// Returns the statements with which a report reads the schema, for person 0 and the month of
     /// `today`. The first one reads the people.
     static QStringList statements(const QDate &today);
+    /// Returns the statement that counts the people.
+    static QString countStatement(const QDate &today);
 
     int count() const { return people.size(); }
     MonthlyAttenRow row(int index) const;

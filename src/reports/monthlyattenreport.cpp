@@ -66,7 +66,8 @@ std::unique_ptr<ReportContent> MonthlyAttenReport::createContent(const ReportRun
 
 ReportNeeds MonthlyAttenReport::needs(const QMap<QString, QVariant> &, const QDate &today)
 {
-    return {MonthlyAttenData::statements(today), 1, &xlsxFormat};
+    return {MonthlyAttenData::statements(today), MonthlyAttenData::countStatement(today), 1,
+            &xlsxFormat};
 }
 
 AttenReport::MailTexts MonthlyAttenReport::mailTexts(const QDate &today) const

@@ -18,6 +18,7 @@ struct ReportNeeds {
     /// The statements that read the schema. If one fails, the report lacks its values. The first
     /// one reads the people, without whom there is no report.
     QStringList statements;
+    QString countStatement; ///< counts the people
     int rowsPerPerson; ///< of the workbook
     const BookFormat *format;
 };

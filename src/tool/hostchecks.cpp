@@ -160,3 +160,16 @@ void checkHosts(const QSqlDatabase &database, const ReportKind &kind, const Stor
     if (findings.list.size() == before)
         checkOverdue(database, stored, machine, now, findings);
 }
+
+bool wentOut(const ReportKind &kind, const ReportSettings &settings, const Machine &machine,
+             const QString &token, const QDateTime &now)
+{
+    const QDateTime today = scheduledMoment(now.date(), settings.time);
+    const QDateTime last =
+        today <= now ? today : scheduledMoment(now.date().addDays(-1), settings.time);
+    if (scheduleVerdict(settings, last) != ScheduleVerdict::AlreadyGenerated)
+        return false;
+    const HostAnswer *host = machine.hostOf(token);
+    return !host ||
+           host->schemas.value(token).reports.value(QLatin1String(kind.word)).last.cause.isEmpty();
+}

@@ -7,6 +7,7 @@
 
 struct Machine;
 struct ReportKind;
+struct ReportSettings;
 struct StoredSettings;
 
 /**
@@ -18,3 +19,8 @@ struct StoredSettings;
  */
 void checkHosts(const QSqlDatabase &database, const ReportKind &kind, const StoredSettings &stored,
                 const Machine &machine, const QDateTime &now, Findings &findings);
+
+/// Returns whether an enabled report went out when it was last due, and no host of this machine
+/// says that its last run failed.
+bool wentOut(const ReportKind &kind, const ReportSettings &settings, const Machine &machine,
+             const QString &token, const QDateTime &now);

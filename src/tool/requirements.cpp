@@ -1,48 +1,24 @@
 #include "tool/requirements.h"
 
 #include "common/freshquery.h"
-#include "db/mailrepository.h"
-#include "db/varstable.h"
+#include "tool/statementpacket.h"
 
 #include <QRegularExpression>
 #include <QSet>
-#include <QSqlError>
+#include <QSqlDriver>
+#include <QSqlField>
 
 namespace
 {
 
-QStringList tablesOf(const QString &statement)
+/// Returns the names in the order of the statement.
+QStringList tablesIn(const QString &statement)
 {
     static const QRegularExpression pattern(QStringLiteral("\\b(?:FROM|JOIN|INTO)\\s+(\\w+)"));
     QStringList names;
     for (auto match = pattern.globalMatch(statement); match.hasNext();)
         names.append(match.next().captured(1));
     return names;
-}
-
-UnmetRequirement unmet(const QString &statement, const QSqlError &error)
-{
-    const QStringList tables = tablesOf(statement);
-    const QString text =
-        (tables.size() == 1 ? QStringLiteral("table %1: %2") : QStringLiteral("tables %1: %2"))
-            .arg(tables.join(QStringLiteral(", ")), error.databaseText().simplified());
-    return {text, tables, Requirements::isMissingRight(error.nativeErrorCode())};
-}
-
-QVector<UnmetRequirement> unmetOf(const QSqlDatabase &database, const QStringList &statements)
-{
-    QVector<UnmetRequirement> found;
-    QSet<QString> known; // a missing table makes several statements fail
-    for (const QString &statement : statements) {
-        QSqlQuery query = freshQuery(database);
-        if (query.prepare(statement))
-            continue;
-        const QSqlError error = query.lastError();
-        if (!known.contains(error.databaseText()))
-            found.append(unmet(statement, error));
-        known.insert(error.databaseText());
-    }
-    return found;
 }
 
 } // namespace
@@ -53,24 +29,54 @@ bool Requirements::isMissingRight(const QString &code)
            code == QLatin1String("1143");
 }
 
+QStringList Requirements::tablesOf(const QStringList &statements)
+{
+    QStringList names;
+    for (const QString &statement : statements)
+        names += tablesIn(statement);
+    names.removeDuplicates();
+    return names;
+}
+
+QString Requirements::preparation(const QSqlDatabase &database, const QString &statement)
+{
+    static const QRegularExpression placeholder(QStringLiteral(":\\w+"));
+    QSqlField text(QString(), QVariant::String);
+    text.setValue(QString(statement).replace(placeholder, QStringLiteral("?")));
+    return QStringLiteral("PREPARE autoreport FROM ") + database.driver()->formatValue(text);
+}
+
+UnmetRequirement Requirements::unmetBy(const QString &statement, const QSqlError &error)
+{
+    const QStringList tables = tablesIn(statement);
+    const QString text =
+        (tables.size() == 1 ? QStringLiteral("table %1: %2") : QStringLiteral("tables %1: %2"))
+            .arg(tables.join(QStringLiteral(", ")), error.databaseText().simplified());
+    return {text, tables, isMissingRight(error.nativeErrorCode())};
+}
+
 bool Requirements::areReadable(const QSqlDatabase &database, const QStringList &queries)
 {
     return freshQuery(database).prepare(
         QStringLiteral("SELECT EXISTS(%1)").arg(queries.join(QStringLiteral("), EXISTS("))));
 }
 
-QVector<UnmetRequirement> Requirements::unreadable(const QSqlDatabase &database,
-                                                   const QStringList &queries)
+QVector<UnmetRequirement> Requirements::unmetOf(const QSqlDatabase &database,
+                                                const QStringList &statements)
 {
-    return unmetOf(database, queries);
-}
-
-QVector<UnmetRequirement> Requirements::unqueuable(const QSqlDatabase &database)
-{
-    return unmetOf(database, {MailRepository::insertStatement()});
-}
-
-QVector<UnmetRequirement> Requirements::unmarkable(const QSqlDatabase &database)
-{
-    return unmetOf(database, {VarsTable::upsertStatement()});
+    QStringList preparations;
+    for (const QString &statement : statements)
+        preparations.append(preparation(database, statement));
+    const QVector<Answer> answers = answersTo(database, preparations);
+    QVector<UnmetRequirement> found;
+    QSet<QString> known; // a missing table makes several statements fail
+    for (int i = 0; i < statements.size(); ++i) {
+        const QSqlError &error = answers.at(i).error;
+        if (answers.at(i).isOk())
+            continue;
+        if (!known.contains(error.databaseText()))
+            found.append(unmetBy(statements.at(i), error));
+        known.insert(error.databaseText());
+    }
+    return found;
 }

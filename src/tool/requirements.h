@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QSqlDatabase>
+#include <QSqlError>
 #include <QStringList>
 #include <QVector>
 
@@ -26,16 +27,20 @@ namespace Requirements
 /// table or a column.
 bool isMissingRight(const QString &code);
 
+/// Returns the names of the tables that these statements read or write, each once.
+QStringList tablesOf(const QStringList &statements);
+
+/// Returns a statement that makes the server prepare `statement`, which may have placeholders.
+/// Unlike those of the driver, several of these can share a packet.
+QString preparation(const QSqlDatabase &database, const QString &statement);
+
+/// Returns what it means that the server could not prepare `statement`.
+UnmetRequirement unmetBy(const QString &statement, const QSqlError &error);
+
 /// Returns whether the server can prepare all of these queries. Sends a single statement.
 bool areReadable(const QSqlDatabase &database, const QStringList &queries);
 
-/// Returns which of these queries the server cannot prepare, and why. Sends one statement for each.
-QVector<UnmetRequirement> unreadable(const QSqlDatabase &database, const QStringList &queries);
-
-/// Returns why reports could not queue mails.
-QVector<UnmetRequirement> unqueuable(const QSqlDatabase &database);
-
-/// Returns why reports could not store when they were generated.
-QVector<UnmetRequirement> unmarkable(const QSqlDatabase &database);
+/// Returns which of these statements the server cannot prepare, and why.
+QVector<UnmetRequirement> unmetOf(const QSqlDatabase &database, const QStringList &statements);
 
 } // namespace Requirements

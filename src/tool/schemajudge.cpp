@@ -5,8 +5,8 @@
 #include "tool/hostchecks.h"
 #include "tool/machine.h"
 #include "tool/requirements.h"
+#include "tool/statementpacket.h"
 #include "tool/tablechecks.h"
-#include "tool/tablefacts.h"
 
 #include <algorithm>
 
@@ -116,7 +116,7 @@ bool SchemaJudgement::isEnabled() const
 
 /// What is read once for all reports of a schema.
 struct SchemaJudge::TablesJudged {
-    TableFacts facts;
+    SchemaTables found;
     Findings findings; ///< which concern each of the reports
     QVector<ReportReading> readings;
 };
@@ -159,13 +159,14 @@ SchemaJudgement SchemaJudge::judge(const SchemaRow &row) const
 void SchemaJudge::judgeOpened(const QSqlDatabase &database, const SchemaRow &row,
                               SchemaJudgement &schema, Findings &findings) const
 {
-    const auto settings = SchemaSettings::read(database);
-    if (settings.isOk()) {
-        judgeReports(database, settings.value(), row, schema);
+    const auto answers = answersTo(database, {SchemaSettings::statement(), queueStatement()});
+    if (answers.at(0).isOk()) {
+        judgeReports(database, SchemaSettings::of(answers.at(0).rows), answers.at(1), row, schema);
     } else {
-        const bool isForbidden = Requirements::isMissingRight(settings.errorCode());
+        const QSqlError &error = answers.at(0).error;
+        const bool isForbidden = Requirements::isMissingRight(error.nativeErrorCode());
         findings.add(Gravity::Obstacle, isForbidden ? "rights" : "tables",
-                     QStringLiteral("the settings cannot be read: ") + settings.error(),
+                     QStringLiteral("the settings cannot be read: ") + error.text().simplified(),
                      isForbidden ? QStringLiteral("GRANT SELECT ON `%1`.`vars` TO the account '%2'")
                                        .arg(database.databaseName(), database.userName())
                                  : QStringLiteral("restore the table vars"));
@@ -187,10 +188,11 @@ bool SchemaJudge::isJudged(const StoredSettings &stored) const
 }
 
 void SchemaJudge::judgeReports(const QSqlDatabase &database, const SchemaSettings &settings,
-                               const SchemaRow &row, SchemaJudgement &schema) const
+                               const Answer &queue, const SchemaRow &row,
+                               SchemaJudgement &schema) const
 {
     Findings ofQueue(row.token);
-    const MailSizes sizes = checkQueue(database, schema, ofQueue);
+    const MailSizes sizes = checkQueue(database, queue, schema, ofQueue);
     TablesJudged tables{{}, Findings(row.token), {}};
     if (std::any_of(settings.reports.cbegin(), settings.reports.cend(),
                     [this](const StoredSettings &stored) { return isJudged(stored); }))
@@ -217,14 +219,37 @@ void SchemaJudge::judgeTables(const QSqlDatabase &database, const SchemaSettings
         if (isJudged(settings.reports.at(i)))
             tables.readings.append({kind, kind->needs(settings.options, now.date())});
     }
-    readAll(database, tables.readings);
-    tables.facts = TableFacts::read(database);
-    checkTables(database, settings.sender, tables.facts, tables.findings);
+    tables.found = SchemaTables::read(database, tables.readings);
+    judgeReading(database, settings, tables);
+    checkTables(database, settings.sender, tables.found, tables.findings);
     checkPackets(sizes, tables.findings);
     if (scope == Scope::Problems)
         return;
     checkClusterTables(database, tables.findings);
     checkMachines(database, tables.findings);
+}
+
+/// Only `check` and `why` look for damaged tables in a schema whose reports went out.
+void SchemaJudge::judgeReading(const QSqlDatabase &database, const SchemaSettings &settings,
+                               TablesJudged &tables) const
+{
+    const QByteArray &digest = tables.found.facts.digest;
+    const QStringList statements = readingStatements(tables.readings);
+    if (scope == Scope::Problems && prepared.contains(digest, statements) &&
+        didAllGoOut(settings, tables.findings.subject))
+        return;
+    if (prepareAll(database, tables.readings))
+        prepared.insert(digest, statements);
+}
+
+bool SchemaJudge::didAllGoOut(const SchemaSettings &settings, const QString &token) const
+{
+    for (int i = 0; i < settings.reports.size(); ++i) {
+        const ReportSettings &report = settings.reports.at(i).settings;
+        if (report.enabled && !wentOut(*reportKinds().at(i), report, machine, token, now))
+            return false;
+    }
+    return true;
 }
 
 void SchemaJudge::judgeReport(const QSqlDatabase &database, const ReportKind &kind,
@@ -236,7 +261,7 @@ void SchemaJudge::judgeReport(const QSqlDatabase &database, const ReportKind &ki
     findings.list += tables.findings.list;
     for (const ReportReading &reading : tables.readings) {
         if (reading.kind == &kind)
-            checkReport(database, reading, machine, tables.facts, findings);
+            checkReport(database, reading, machine, tables.found.facts, findings);
     }
     // Otherwise the report is overdue, or fails, because of what keeps it back.
     const bool isKeptBack = std::any_of(findings.list.cbegin(), findings.list.cend(),

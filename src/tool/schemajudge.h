@@ -1,11 +1,13 @@
 #pragma once
 
 #include "tool/finding.h"
+#include "tool/preparedstatements.h"
 #include "tool/schemas.h"
 #include "tool/storedsettings.h"
 
 #include <QDateTime>
 
+struct Answer;
 struct Machine;
 struct MailSizes;
 
@@ -69,9 +71,12 @@ private:
     void judgeOpened(const QSqlDatabase &database, const SchemaRow &row, SchemaJudgement &schema,
                      Findings &findings) const;
     void judgeReports(const QSqlDatabase &database, const SchemaSettings &settings,
-                      const SchemaRow &row, SchemaJudgement &schema) const;
+                      const Answer &queue, const SchemaRow &row, SchemaJudgement &schema) const;
     void judgeTables(const QSqlDatabase &database, const SchemaSettings &settings,
                      const MailSizes &sizes, TablesJudged &tables) const;
+    void judgeReading(const QSqlDatabase &database, const SchemaSettings &settings,
+                      TablesJudged &tables) const;
+    bool didAllGoOut(const SchemaSettings &settings, const QString &token) const;
     void judgeReport(const QSqlDatabase &database, const ReportKind &kind,
                      const StoredSettings &stored, const TablesJudged &tables,
                      Findings &findings) const;
@@ -79,4 +84,5 @@ private:
     const Machine &machine;
     const QDateTime now;
     const Scope scope;
+    mutable PreparedStatements prepared; ///< in the schemas judged so far
 };

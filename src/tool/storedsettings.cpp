@@ -40,20 +40,23 @@ Result<StoredSettings> StoredSettings::read(const QSqlDatabase &database, const 
     return settingsIn(found.value(), kind);
 }
 
-Result<SchemaSettings> SchemaSettings::read(const QSqlDatabase &database)
+QString SchemaSettings::statement()
 {
     QStringList others{QLatin1String(senderKey)};
     for (const ReportKind *kind : reportKinds())
         others += kind->optionKeys();
     // The prefixes of all reports begin like this.
-    const auto found = VarsTable(database).valuesWithPrefix(QStringLiteral("autoReport."), others);
-    if (!found.isOk())
-        return Error{found.error().simplified(), found.errorCode()};
+    return VarsTable::prefixStatement(QStringLiteral("autoReport."), others);
+}
+
+SchemaSettings SchemaSettings::of(const QVector<QVector<QVariant>> &rows)
+{
     SchemaSettings all;
-    all.options = found.value();
-    all.sender = senderIn(found.value());
+    for (const QVector<QVariant> &row : rows)
+        all.options.insert(row.at(0).toString(), row.at(1));
+    all.sender = senderIn(all.options);
     for (const ReportKind *kind : reportKinds())
-        all.reports.append(settingsIn(found.value(), *kind));
+        all.reports.append(settingsIn(all.options, *kind));
     return all;
 }
 

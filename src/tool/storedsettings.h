@@ -29,8 +29,9 @@ struct SchemaSettings {
     QMap<QString, QVariant> options; ///< of all reports, by key
     QVariant sender;                 ///< of the reports' mails; invalid if it is not stored
 
-    /// Reads everything with one statement.
-    static Result<SchemaSettings> read(const QSqlDatabase &database);
+    /// Returns the statement that reads it, and what its rows hold.
+    static QString statement();
+    static SchemaSettings of(const QVector<QVector<QVariant>> &rows);
 };
 
 /// The recipients of a report, in the order of the setting.

@@ -2,10 +2,12 @@
 
 #include "common/freshquery.h"
 #include "common/zas.h"
+#include "db/mailrepository.h"
+#include "db/varstable.h"
 #include "reports/bookformat.h"
 #include "tool/machine.h"
 #include "tool/schemajudge.h"
-#include "tool/tablefacts.h"
+#include "tool/statementpacket.h"
 
 #include <algorithm>
 
@@ -52,19 +54,19 @@ QString remedyOf(const UnmetRequirement &unmet, const char *rights, const QSqlDa
         .arg(QLatin1String(rights), tables.join(QStringLiteral(", ")), database.userName());
 }
 
-void checkRights(const QSqlDatabase &database, Findings &findings)
+void checkRights(const QSqlDatabase &database, const SchemaTables &tables, Findings &findings)
 {
-    const auto queue = Requirements::unqueuable(database);
-    for (const UnmetRequirement &unmet : queue)
-        findings.add(Gravity::Obstacle, stateOf(unmet),
-                     QStringLiteral("no mail can be queued: ") + unmet.text,
-                     remedyOf(unmet, "INSERT", database));
-    for (const UnmetRequirement &unmet : Requirements::unmarkable(database))
-        findings.add(queue.isEmpty() ? Gravity::Alarm : Gravity::Obstacle, stateOf(unmet),
+    if (tables.unqueuable)
+        findings.add(Gravity::Obstacle, stateOf(*tables.unqueuable),
+                     QStringLiteral("no mail can be queued: ") + tables.unqueuable->text,
+                     remedyOf(*tables.unqueuable, "INSERT", database));
+    if (tables.unmarkable)
+        findings.add(tables.unqueuable ? Gravity::Obstacle : Gravity::Alarm,
+                     stateOf(*tables.unmarkable),
                      QStringLiteral("lastGenerated cannot be stored, and everybody is mailed again "
                                     "every minute: ") +
-                         unmet.text,
-                     remedyOf(unmet, "INSERT, UPDATE", database));
+                         tables.unmarkable->text,
+                     remedyOf(*tables.unmarkable, "INSERT, UPDATE", database));
 }
 
 /// Checks what lets reports store mails and "lastGenerated" atomically, and go out once a day.
@@ -86,14 +88,12 @@ void checkStorage(const TableFacts &facts, Findings &findings)
 /// Looks for columns that cannot hold all characters.
 void checkLetters(const TableFacts &facts, Findings &findings)
 {
-    for (const TableFacts::Column &column : facts.texts) {
-        if (!column.characterSet.startsWith(QLatin1String("utf8")))
-            findings.add(Gravity::Harm, "letters",
-                         QStringLiteral("%1.%2 is in %3, which cannot store all characters")
-                             .arg(column.table, column.name, column.characterSet),
-                         QStringLiteral("ALTER TABLE %1 CONVERT TO CHARACTER SET utf8mb4")
-                             .arg(column.table));
-    }
+    for (const TableFacts::Column &column : facts.lossyColumns)
+        findings.add(
+            Gravity::Harm, "letters",
+            QStringLiteral("%1.%2 is in %3, which cannot store all characters")
+                .arg(column.table, column.name, column.characterSet),
+            QStringLiteral("ALTER TABLE %1 CONVERT TO CHARACTER SET utf8mb4").arg(column.table));
 }
 
 /// A missing sender has a default, but with an empty one no mail is queued.
@@ -118,21 +118,10 @@ bool arePeopleReadable(const ReportReading &reading)
     return std::none_of(reading.unmet.cbegin(), reading.unmet.cend(), isDecisive);
 }
 
-/// Counts the people of all reports that can read them, by one statement.
-void countRows(const QSqlDatabase &database, QVector<ReportReading> &reports)
+std::optional<UnmetRequirement> unmetIn(const Answer &answer, const QString &statement)
 {
-    QStringList counts;
-    for (const ReportReading &report : qAsConst(reports))
-        counts.append(arePeopleReadable(report)
-                          ? QStringLiteral("(SELECT COUNT(*) FROM (%1) AS people)")
-                                .arg(report.needs.statements.first())
-                          : QStringLiteral("0"));
-    QSqlQuery query = freshQuery(database);
-    query.exec(QStringLiteral("SELECT ") + counts.join(QStringLiteral(", ")));
-    const bool isCounted = query.next();
-    for (int i = 0; i < reports.size(); ++i)
-        reports[i].rows =
-            isCounted ? query.value(i).toInt() * reports.at(i).needs.rowsPerPerson : -1;
+    return answer.isOk() ? std::nullopt
+                         : std::optional(Requirements::unmetBy(statement, answer.error));
 }
 
 void checkReading(const QSqlDatabase &database, const ReportReading &reading, Findings &findings)
@@ -193,61 +182,91 @@ void checkMail(qint64 bytes, const TableFacts &limits, Findings &findings)
 
 } // namespace
 
-void readAll(const QSqlDatabase &database, QVector<ReportReading> &reports)
+SchemaTables SchemaTables::read(const QSqlDatabase &database, QVector<ReportReading> &reports)
 {
-    QStringList queries;
+    const QString queueing = MailRepository::insertStatement();
+    const QString marking = VarsTable::upsertStatement();
+    QStringList statements{Requirements::preparation(database, queueing),
+                           Requirements::preparation(database, marking)};
     for (const ReportReading &report : qAsConst(reports))
-        queries += report.needs.statements;
-    if (!Requirements::areReadable(database, queries)) {
-        for (ReportReading &report : reports)
-            report.unmet = Requirements::unreadable(database, report.needs.statements);
+        statements.append(report.needs.countStatement);
+    statements += TableFacts::statements(
+        Requirements::tablesOf(readingStatements(reports) + QStringList{queueing, marking}));
+    const QVector<Answer> answers = answersTo(database, statements);
+    for (int i = 0; i < reports.size(); ++i) {
+        const auto count = answers.at(2 + i).rows;
+        reports[i].rows = count.isEmpty()
+                              ? -1
+                              : count.first().first().toInt() * reports.at(i).needs.rowsPerPerson;
     }
-    countRows(database, reports);
+    return {TableFacts::of(answers.mid(2 + reports.size())), unmetIn(answers.at(0), queueing),
+            unmetIn(answers.at(1), marking)};
 }
 
-void checkTables(const QSqlDatabase &database, const QVariant &sender, const TableFacts &facts,
+QStringList readingStatements(const QVector<ReportReading> &reports)
+{
+    QStringList statements;
+    for (const ReportReading &report : reports)
+        statements += report.needs.statements;
+    return statements;
+}
+
+bool prepareAll(const QSqlDatabase &database, QVector<ReportReading> &reports)
+{
+    if (Requirements::areReadable(database, readingStatements(reports)))
+        return true;
+    for (ReportReading &report : reports)
+        report.unmet = Requirements::unmetOf(database, report.needs.statements);
+    return false;
+}
+
+void checkTables(const QSqlDatabase &database, const QVariant &sender, const SchemaTables &tables,
                  Findings &findings)
 {
-    checkRights(database, findings);
+    checkRights(database, tables, findings);
     checkSender(sender, findings);
-    checkStorage(facts, findings);
-    checkLetters(facts, findings);
+    checkStorage(tables.facts, findings);
+    checkLetters(tables.facts, findings);
+}
+
+QString queueStatement()
+{
+    // The last eight are the newest of both reports, unless one has hundreds of recipients.
+    return QStringLiteral("SELECT COUNT(*), UNIX_TIMESTAMP() - MIN(created), MAX(LENGTH(data)), "
+                          "@@max_allowed_packet, (SELECT MAX(size) FROM (SELECT LENGTH(data) AS "
+                          "size FROM emails ORDER BY mid DESC LIMIT 8) AS latest) FROM emails "
+                          "WHERE status = 'Q'");
 }
 
 /// Ages are by the server's clock, which stamped the mails. Missing rights are only a notice,
 /// because reports do not read mails.
-MailSizes checkQueue(const QSqlDatabase &database, SchemaJudgement &schema, Findings &findings)
+MailSizes checkQueue(const QSqlDatabase &database, const Answer &answer, SchemaJudgement &schema,
+                     Findings &findings)
 {
-    QSqlQuery query = freshQuery(database);
-    // The last eight mails include those of both reports, unless a report has many recipients.
-    if (!query.exec(
-            QStringLiteral("SELECT COUNT(*), UNIX_TIMESTAMP() - MIN(created), "
-                           "MAX(LENGTH(data)), @@max_allowed_packet, (SELECT MAX(size) FROM "
-                           "(SELECT LENGTH(data) AS size FROM emails ORDER BY mid DESC "
-                           "LIMIT 8) AS latest) FROM emails WHERE status = 'Q'")) ||
-        !query.next()) {
+    if (answer.rows.isEmpty()) {
         findings.add(Gravity::Notice, "queue",
-                     QStringLiteral("its mails cannot be counted: %1").arg(errorOf(query).text),
+                     QStringLiteral("its mails cannot be counted: %1").arg(answer.error.text()),
                      QStringLiteral("GRANT SELECT ON `%1`.`emails` TO the account '%2'")
                          .arg(database.databaseName(), database.userName()));
         return {};
     }
-    schema.queued = query.value(0).toInt();
-    schema.oldestSeconds = query.value(1).toLongLong();
+    const QVector<QVariant> &row = answer.rows.first();
+    schema.queued = row.at(0).toInt();
+    schema.oldestSeconds = row.at(1).toLongLong();
     if (schema.queued > 0 && schema.oldestSeconds > queuePatienceSeconds)
         findings.add(Gravity::Harm, "queue",
                      QStringLiteral("mails have been waiting for over an hour"),
                      QStringLiteral("check that the product's sender works"));
     // The sender fetches a mail in one packet; escaped in a dump, it takes up to twice the size.
-    const qint64 largest = query.value(2).toLongLong();
-    const qint64 packet = query.value(3).toLongLong();
+    const qint64 largest = row.at(2).toLongLong();
+    const qint64 packet = row.at(3).toLongLong();
     if (2 * largest > packet)
         findings.add(Gravity::Harm, "packet",
                      QStringLiteral("the largest queued mail has %1 bytes; the server accepts %2 "
                                     "at a time")
                          .arg(QString::number(largest), QString::number(packet)),
                      QStringLiteral("set max_allowed_packet to at least twice the mail"));
-    return {query.value(4).toLongLong(), packet};
+    return {row.at(4).toLongLong(), packet};
 }
 
 void checkPackets(const MailSizes &sizes, Findings &findings)

@@ -1,77 +1,111 @@
 #include "tool/tablefacts.h"
 
-#include "common/freshquery.h"
-
-#include <QStringList>
-#include <QVariant>
+#include "tool/statementpacket.h"
 
 namespace
 {
 
-// The rows of all parts have the same columns: what they are about, the server's limit for packets,
-// a name, two texts and a number. The catalogue of columns is by far the most expensive part: the
-// server opens all tables of the schema unless the statement names one with "=". So the catalogue
-// is read only for the mails, which the account may not be allowed to read themselves.
-constexpr const char *parts[] = {
-    "SELECT 'engine', @@max_allowed_packet, table_name, engine, NULL, NULL FROM "
-    "information_schema.tables WHERE table_schema = DATABASE() AND table_name = 'emails' AND "
-    "engine != 'InnoDB'",
-    "SELECT 'engine', @@max_allowed_packet, table_name, engine, NULL, NULL FROM "
-    "information_schema.tables WHERE table_schema = DATABASE() AND table_name = 'vars' AND "
-    "engine != 'InnoDB'",
-    "SELECT 'key', @@max_allowed_packet, index_name, MAX(column_name), NULL, COUNT(*) FROM "
-    "information_schema.statistics WHERE table_schema = DATABASE() AND table_name = 'vars' AND "
-    "non_unique = 0 GROUP BY index_name",
-    "SELECT 'column', @@max_allowed_packet, table_name, column_name, character_set_name, "
-    "character_maximum_length FROM information_schema.columns WHERE table_schema = DATABASE() AND "
-    "table_name = 'emails' AND column_name IN ('subject', 'body', 'to', 'data')",
-    "SELECT 'column', @@max_allowed_packet, 'people', 'name', CHARSET(name), NULL FROM people "
-    "LIMIT 1",
-    "SELECT 'column', @@max_allowed_packet, 'people', 'surname', CHARSET(surname), NULL FROM "
-    "people LIMIT 1",
-    "SELECT 'column', @@max_allowed_packet, 'vars', 'value', CHARSET(value), NULL FROM vars LIMIT "
-    "1"};
-
-void take(const QSqlQuery &row, TableFacts &facts)
+/// Selects the number of rows and 60 bits of a hash of these columns, for any order of the rows.
+QString digestOf(const char *columns)
 {
-    const QString about = row.value(0).toString();
-    const QString name = row.value(2).toString();
-    const QString text = row.value(3).toString();
-    const qint64 number = row.value(5).toLongLong();
-    facts.packetBytes = row.value(1).toLongLong();
-    if (about == QLatin1String("engine"))
-        facts.unsafeTables.append({name, text});
-    else if (about == QLatin1String("key")) // a key over several columns allows equal names
-        facts.isNameUnique |=
-            number == 1 && text.compare(QLatin1String("name"), Qt::CaseInsensitive) == 0;
-    else if (text == QLatin1String("data"))
-        facts.dataBytes = number;
-    else
-        facts.texts.append({name, text, row.value(4).toString()});
+    return QStringLiteral("COUNT(*), BIT_XOR(CONV(LEFT(MD5(CONCAT_WS('|', %1)), 15), 16, 10))")
+        .arg(QLatin1String(columns));
 }
 
-/// Returns whether the statement could be executed.
-bool takeAll(const QSqlDatabase &database, const QString &statement, TableFacts &facts)
+/// Returns the condition on rows of the catalogue. Without the names the server would read every
+/// table of the schema.
+QString areOf(const QStringList &tables)
 {
-    QSqlQuery query = freshQuery(database);
-    if (!query.exec(statement))
-        return false;
-    while (query.next())
-        take(query, facts);
-    return true;
+    return QStringLiteral(" WHERE table_schema = DATABASE() AND table_name IN ('%1')")
+        .arg(tables.join(QStringLiteral("', '")));
+}
+
+// The columns of the following statements have fixed positions, see of().
+
+QString columnsStatement(const QStringList &tables)
+{
+    return QStringLiteral("SELECT ") +
+           digestOf("table_name, column_name, collation_name, character_maximum_length, "
+                    "privileges") +
+           QStringLiteral(", @@max_allowed_packet, MAX(IF(table_name = 'emails' AND column_name = "
+                          "'data', character_maximum_length, NULL)), "
+                          "GROUP_CONCAT(IF(character_set_name NOT LIKE 'utf8%' AND ((table_name = "
+                          "'emails' AND column_name IN ('subject', 'body', 'to')) OR (table_name = "
+                          "'people' AND column_name IN ('name', 'surname')) OR (table_name = "
+                          "'vars' AND column_name = 'value')), CONCAT_WS(' ', table_name, "
+                          "column_name, character_set_name), NULL) ORDER BY table_name, "
+                          "ordinal_position) FROM information_schema.columns") +
+           areOf(tables);
+}
+
+QString tablesStatement(const QStringList &tables)
+{
+    return QStringLiteral("SELECT ") + digestOf("table_name, table_type, engine") +
+           QStringLiteral(", SUM(table_type != 'BASE TABLE'), GROUP_CONCAT(IF(engine != 'InnoDB' "
+                          "AND table_name IN ('emails', 'vars'), CONCAT_WS(' ', table_name, "
+                          "engine), NULL) ORDER BY table_name) FROM information_schema.tables") +
+           areOf(tables);
+}
+
+QString keysStatement()
+{
+    return QStringLiteral("SELECT MAX(column_name), COUNT(*) FROM information_schema.statistics "
+                          "WHERE table_schema = DATABASE() AND table_name = 'vars' AND non_unique "
+                          "= 0 GROUP BY index_name");
+}
+
+/// Returns the elements of a GROUP_CONCAT(), as words.
+QVector<QStringList> listOf(const QVariant &text)
+{
+    QVector<QStringList> list;
+    for (const QString &one : text.toString().split(QLatin1Char(','), Qt::SkipEmptyParts))
+        list.append(one.split(QLatin1Char(' ')));
+    return list;
+}
+
+void takeColumns(const QVector<QVariant> &row, TableFacts &facts)
+{
+    facts.packetBytes = row.at(2).toLongLong();
+    if (!row.at(3).isNull())
+        facts.dataBytes = row.at(3).toLongLong();
+    for (const QStringList &words : listOf(row.at(4)))
+        facts.lossyColumns.append({words.value(0), words.value(1), words.value(2)});
+}
+
+/// A key over several columns allows a name twice.
+bool isKeyOfName(const QVector<QVariant> &key)
+{
+    return key.at(1).toInt() == 1 &&
+           key.at(0).toString().compare(QLatin1String("name"), Qt::CaseInsensitive) == 0;
+}
+
+QByteArray digestIn(const QVector<QVariant> &row)
+{
+    return row.at(0).toByteArray() + ' ' + row.at(1).toByteArray();
 }
 
 } // namespace
 
-TableFacts TableFacts::read(const QSqlDatabase &database)
+QStringList TableFacts::statements(const QStringList &tables)
 {
-    QStringList statements;
-    for (const char *part : parts)
-        statements.append(QLatin1Char('(') + QLatin1String(part) + QLatin1Char(')'));
+    return {columnsStatement(tables), tablesStatement(tables), keysStatement()};
+}
+
+TableFacts TableFacts::of(const QVector<Answer> &answers)
+{
     TableFacts facts;
-    if (takeAll(database, statements.join(QStringLiteral(" UNION ALL ")), facts))
-        return facts;
-    for (const QString &statement : qAsConst(statements))
-        takeAll(database, statement, facts);
+    const auto columns = answers.at(0).rows;
+    const auto tables = answers.at(1).rows;
+    if (!columns.isEmpty())
+        takeColumns(columns.first(), facts);
+    if (!tables.isEmpty()) {
+        for (const QStringList &words : listOf(tables.first().at(3)))
+            facts.unsafeTables.append({words.value(0), words.value(1)});
+    }
+    for (const QVector<QVariant> &key : answers.at(2).rows)
+        facts.isNameUnique |= isKeyOfName(key);
+    const bool isKnown = !columns.isEmpty() && !tables.isEmpty();
+    if (isKnown && tables.first().at(2).toInt() == 0)
+        facts.digest = digestIn(columns.first()) + ' ' + digestIn(tables.first());
     return facts;
 }

@@ -1,16 +1,19 @@
 #pragma once
 
-#include <QSqlDatabase>
+#include <QByteArray>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <limits>
 
+struct Answer;
+
 /**
- * What the server's catalogue says about the tables that all reports need: the settings, the mails
- * and the people.
+ * What the server's catalogue says of the tables that the reports need.
  *
- * Leaves out what is missing and what the account may not see.
+ * What is missing, or not to be seen by the account, is left out. The server reads its catalogue
+ * without opening the tables.
  */
 struct TableFacts {
     struct Table {
@@ -23,14 +26,20 @@ struct TableFacts {
         QString characterSet;
     };
 
-    QVector<Table> unsafeTables; ///< tables of mails or settings that have no transactions
-    QVector<Column> texts;       ///< columns whose text becomes part of a mail or a workbook
-    bool isNameUnique = false;   ///< whether no two settings can have the same name
+    QVector<Table> unsafeTables;  ///< tables of mails or settings that have no transactions
+    QVector<Column> lossyColumns; ///< columns for mails that cannot hold all characters
+    bool isNameUnique = false;    ///< whether no two settings can have the same name
     // An unknown limit is so large that it never applies.
     qint64 packetBytes = std::numeric_limits<qint64>::max(); ///< of a statement
     qint64 dataBytes = std::numeric_limits<qint64>::max();   ///< of a mail's attachment
 
-    /// Reads everything with one statement or, if that fails, with a statement for each part, so
-    /// that a missing table spoils only its own part.
-    static TableFacts read(const QSqlDatabase &database);
+    /// The same for schemas whose tables have the same columns, engines and character sets, on
+    /// which the account has the same rights. Empty if the server does not say, or if one of the
+    /// tables is a view, which depends on other tables.
+    QByteArray digest;
+
+    /// Returns the statements that read the facts. The digest is that of these tables.
+    static QStringList statements(const QStringList &tables);
+    /// Returns what the answers to these statements say.
+    static TableFacts of(const QVector<Answer> &answers);
 };

@@ -1,6 +1,8 @@
 #include "reports/reportkind.h"
 #include "reports/reportlock.h"
 
+#include "db/mailrepository.h"
+#include "db/varstable.h"
 #include "reports/attenreport.h"
 #include "tool/reportjob.h"
 #include "tool/requirements.h"
@@ -147,10 +149,11 @@ private Q_SLOTS:
         const ReportKind *kind = reportKindOf(report);
         bench->set("dattenInters", options);
         bench->set("advancedOvertime", options);
-        const QStringList queries =
+        const QStringList statements =
             kind->needs({{"dattenInters", options}, {"advancedOvertime", options}},
                         QDate(2023, 11, 1))
-                .statements;
+                .statements +
+            QStringList{MailRepository::insertStatement(), VarsTable::upsertStatement()};
         const auto columns = bench->schema.rows(
             "SELECT table_name, column_name FROM information_schema.columns WHERE table_schema = "
             "DATABASE() AND table_name != 'admins_people'");
@@ -161,9 +164,7 @@ private Q_SLOTS:
                                    "RENAME COLUMN `%1` TO `%2`";
             bench->schema.exec(rename.arg(name, "gone"));
             QStringList unmet;
-            for (const UnmetRequirement &one : Requirements::unreadable(bench->database, queries) +
-                                                   Requirements::unqueuable(bench->database) +
-                                                   Requirements::unmarkable(bench->database))
+            for (const UnmetRequirement &one : Requirements::unmetOf(bench->database, statements))
                 unmet.append(one.text);
             const int known = bench->log.texts().size();
             createReport(*kind, bench->database)
