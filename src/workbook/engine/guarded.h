@@ -1,5 +1,7 @@
 #pragma once
 
+#include <exception>
+
 namespace workbook
 {
 
@@ -12,7 +14,7 @@ Result guarded(Result failure, Operation operation) noexcept
 {
     try {
         return operation();
-    } catch (...) {
+    } catch (const std::exception &) {
         return failure;
     }
 }
@@ -24,7 +26,7 @@ bool guarded(Operation operation) noexcept
     try {
         operation();
         return true;
-    } catch (...) {
+    } catch (const std::exception &) {
         return false;
     }
 }
