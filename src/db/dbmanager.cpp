@@ -16,8 +16,8 @@ QString defaultConnectionName()
     return QLatin1String(QSqlDatabase::defaultConnection);
 }
 
-/// Returns what callers get for a schema that cannot be reached. It is invalid unless the host has
-/// registered it: callers must check.
+/// Returns Qt's default connection, which callers get if a schema cannot be reached. It is invalid
+/// unless the host has registered it: callers must check.
 QSqlDatabase defaultConnection()
 {
     return QSqlDatabase::database(defaultConnectionName(), true);
@@ -134,7 +134,7 @@ bool DBManager::checkOpenDB(QSqlDatabase &db)
     return open;
 }
 
-/// Contains the thread's id: only the thread that created a connection may use it.
+/// The name contains the thread's id, because only the thread that created a connection may use it.
 QString DBManager::getConnectionNameFromToken(const QString &token) const
 {
     return QStringLiteral("%2_dbc_%1")
@@ -189,8 +189,8 @@ QSqlDatabase DBManager::openSchema(const QString &token, const QString &connecti
     if (!connections.contains(connectionName))
         connections.append(connectionName);
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), connectionName);
-    // All schemas are on the information database's server. Their connections are encrypted if the
-    // information database's is.
+    // All schemas are on the information database's server. Connections to them use the encryption
+    // options of the information database's connection.
     db.setHostName(infoDatabase.hostName());
     db.setPort(infoDatabase.port());
     db.setDatabaseName(scheme.name);
@@ -208,7 +208,8 @@ QSqlDatabase DBManager::openSchema(const QString &token, const QString &connecti
     return defaultConnection();
 }
 
-/// The product's usual connection is protected even if the host chose another one.
+/// Returns whether the pool must not remove this connection. The product's usual name counts even
+/// if the host uses another one.
 bool DBManager::isMaster(const QString &name) const
 {
     return name == zasConnectionName || name == infoConnectionName || name == productConnection ||
@@ -266,7 +267,7 @@ void DBManager::removeUnused(const QString &name)
         return;
     }
     if (connectionIsActive(name)) {
-        // Dropped from the pool: the thread that still uses it will add it again.
+        // Dropped from the pool: this thread still uses the connection and will add it again.
         qWarning().noquote()
             << "DBManager::removeUnusedConnections() - can't remove active connection" << name;
         return;

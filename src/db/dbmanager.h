@@ -34,7 +34,7 @@ public:
     DBManager(const QSqlDatabase &info, const QSqlDatabase &zas);
     Q_DISABLE_COPY(DBManager)
 
-    /// Resets the settings to their defaults; the connections stay. No lock.
+    /// Resets the settings, except for whether the pool is enabled; the connections stay. No lock.
     void init();
 
     QSqlDatabase getInfoDB() const;

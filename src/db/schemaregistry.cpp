@@ -107,7 +107,7 @@ Result<bool> SchemaRegistry::stampRecalculation(const QString &token) const
                      .arg(token));
 }
 
-/// The number of affected rows counts those that changed, not those that matched.
+/// Returns whether the row has changed. One that already has the current second has not.
 Result<bool> SchemaRegistry::stamp(const QString &sql) const
 {
     QSqlQuery query = freshQuery(database);

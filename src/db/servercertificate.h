@@ -11,6 +11,6 @@
 /// call isUsable() before using the connection.
 bool openTrusted(QSqlDatabase &database);
 
-/// Returns whether a connection is open. If its host name lists several servers, or it does not
-/// reconnect on its own, also asks the server whether the connection is still alive.
+/// Returns whether a connection is open. If its host name lists several servers, or its
+/// options name an authority, also asks the server whether the connection is still alive.
 bool isUsable(const QSqlDatabase &database);

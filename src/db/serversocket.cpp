@@ -60,7 +60,7 @@ int clientSocket(const QSqlDatabase &database)
 void noticeDeadPeer(int descriptor)
 {
     const auto set = [descriptor](int level, int name, int value) {
-        // Fails on a Unix socket, which needs none of this.
+        // The options for TCP fail on a Unix socket, which does not need them.
         setsockopt(descriptor, level, name, &value, sizeof value);
     };
     set(SOL_SOCKET, SO_KEEPALIVE, 1);
@@ -137,8 +137,8 @@ bool hasLiftableLimits(const QSqlDatabase &database)
            !database.connectOptions().contains(QLatin1String("MYSQL_OPT_READ_TIMEOUT"));
 }
 
-/// Opens `database` with a limit on connecting, and on queries if asked for or if it can be lifted
-/// afterwards.
+/// Opens `database` with a limit on connecting. Limits its queries, too, if `limited` says so, or
+/// if that limit can be lifted afterwards.
 bool openOneWithin(QSqlDatabase &database, int seconds, Limited limited)
 {
     if (database.driverName() != QLatin1String("QMYSQL"))
@@ -147,7 +147,8 @@ bool openOneWithin(QSqlDatabase &database, int seconds, Limited limited)
     const QStringList queries{QStringLiteral("MYSQL_OPT_READ_TIMEOUT"),
                               QStringLiteral("MYSQL_OPT_WRITE_TIMEOUT")};
     QStringList limits{QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT")};
-    // Opening includes the login and the driver's own statements.
+    // Opening also logs in and runs statements of the driver, which the limit on connecting does
+    // not cover.
     if (limited == Limited::Queries || hasLiftableLimits(database))
         limits += queries;
 
@@ -163,7 +164,7 @@ bool openWithin(QSqlDatabase &database, int seconds, Limited limited)
 {
     const bool open = openOnAny(
         database, [=](QSqlDatabase &one) { return openOneWithin(one, seconds, limited); });
-    // Only now: openOnAny() may query the servers, which must be limited too.
+    // Not earlier: openOnAny() may query the server, and those queries must be limited, too.
     if (open && limited == Limited::Connecting && hasLiftableLimits(database))
         liftQueryLimits(database);
     return open;

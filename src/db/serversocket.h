@@ -45,12 +45,13 @@ private:
 /// them are known to be short.
 enum class Limited { Connecting, Queries };
 
-/// Opens `database` on one of its servers. Each network operation of connecting is limited to
-/// `seconds`, also when the client library reconnects later. Leaves QSqlDatabase::connectOptions()
-/// unchanged.
+/// Opens `database` on one of its servers. Each single step, such as connecting or logging in, may
+/// take `seconds`. When the client library reconnects later, only connecting is limited. Leaves
+/// QSqlDatabase::connectOptions() unchanged.
 bool openWithin(QSqlDatabase &database, int seconds, Limited limited = Limited::Connecting);
 
-/// Limits the reconnects of an open connection to `seconds` each.
+/// Limits the reconnects of an open connection to `seconds` each. Has no effect with MySQL's client
+/// library.
 void limitReconnect(const QSqlDatabase &database, int seconds);
 
 /// The usual limit for openWithin().
@@ -65,4 +66,5 @@ constexpr std::chrono::milliseconds limitReached(int seconds)
 
 /// Disables the client library's reconnect until `database` is opened again. The library would
 /// otherwise reconnect in the middle of a run, and after a shutDown(). The connection must be open.
+/// Has no effect with MySQL's client library.
 void forbidReconnect(const QSqlDatabase &database);

@@ -82,7 +82,7 @@ QVector<QVariant> VarsTable::lockedValues(QSqlQuery &query)
 Result<bool> VarsTable::insertMissing(const QString &name, const QVariant &value) const
 {
     QSqlQuery query = freshQuery(database);
-    // IGNORE would turn every error into a warning, even a deadlock.
+    // INSERT IGNORE would turn other errors into warnings, too.
     if (!query.prepare(QStringLiteral("INSERT INTO vars (name, value) VALUES(:name, :value) ON "
                                       "DUPLICATE KEY UPDATE value=vars.value")))
         return errorOf(query);
@@ -95,7 +95,7 @@ Result<bool> VarsTable::insertMissing(const QString &name, const QVariant &value
 
 QString VarsTable::upsertStatement()
 {
-    // Replaces only because `name` is a unique key.
+    // Without a unique key on `name`, this adds a row instead of replacing the value.
     return QStringLiteral("INSERT INTO vars (name, value) VALUES(:name, :value) ON DUPLICATE KEY "
                           "UPDATE value=VALUES(value);");
 }

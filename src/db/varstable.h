@@ -16,7 +16,7 @@ class QSqlQuery;
  * A schema's table `vars`: keys and values.
  *
  * Caches nothing: every call runs its statement, and an error is the driver's text. Names are
- * complete keys, dots included. They are not escaped: a quotation mark breaks the statement, and
+ * complete keys, dots included. They are not escaped: an apostrophe breaks the statement, and
  * "_" and "%" in a prefix are wildcards. On a closed or invalid connection every statement fails.
  * For the thread that owns the connection.
  */

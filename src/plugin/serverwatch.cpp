@@ -61,6 +61,12 @@ void ServerWatch::requestEnd()
     wake.notify_all();
 }
 
+bool ServerWatch::isEnded()
+{
+    const std::lock_guard lock(mutex);
+    return ended;
+}
+
 void ServerWatch::add(const AutoReportDbConfig &config,
                       const std::shared_ptr<ConnectionGuard> &guard, Limits limits)
 {
@@ -116,6 +122,8 @@ void ServerWatch::look()
         if (probed.contains(server))
             continue;
         probed.insert(server);
+        if (isEnded())
+            return;
         const Clock::time_point begin = Clock::now();
         const QString name =
             QStringLiteral("AutoReport.watch.%1").arg(reinterpret_cast<quintptr>(this), 0, 16);

@@ -63,6 +63,7 @@ private:
     };
 
     void run();
+    bool isEnded();
     bool pauseUntilNextLook();
     std::vector<Waiting> waitingConnections();
     void look();

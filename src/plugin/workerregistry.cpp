@@ -10,8 +10,8 @@ namespace
 {
 
 constexpr int stopMs = 10000;
-// How long workers may take to end on their own: a report ends at its next row, a short query with
-// its answer. An attempt to connect may take longer, but less than `stopMs`.
+// How long workers may take to end on their own: a report stops at its next row, and a short query
+// ends when its answer arrives. An attempt to connect may take longer.
 constexpr int graceMs = 4000;
 
 } // namespace

@@ -15,7 +15,7 @@ constexpr int leastMembers = 3; // of two nodes, a survivor has no majority
 struct TableFault {
     const char *statement; ///< selects the names of the tables
     const char *text;
-    const char *change; ///< of the table
+    const char *change; ///< of ALTER TABLE, to repair the table
 };
 
 constexpr TableFault tableFaults[] = {
@@ -59,8 +59,8 @@ QVector<Finding> checkCluster(const QSqlDatabase &master)
         return findings.list;
     if (node->members < leastMembers)
         findings.add(Gravity::Notice, "cluster",
-                     QStringLiteral("the cluster has %1 nodes; if one is lost, the rest stops "
-                                    "too")
+                     QStringLiteral("the number of nodes in the cluster is %1: it does not "
+                                    "survive the loss of one")
                          .arg(node->members),
                      QStringLiteral("use three, of which one may be an arbitrator "
                                     "(garbd)"));

@@ -3,8 +3,8 @@
 #include <QString>
 #include <QVector>
 
-/// What a finding means for a report. Lists of findings are sorted by these values in descending
-/// order, from Off to Notice.
+/// What a finding means for a report. A report's findings are sorted by these values, the highest
+/// first.
 enum class Gravity {
     Notice,   ///< worth knowing
     Waiting,  ///< a host makes the report, but only later

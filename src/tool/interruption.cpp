@@ -8,15 +8,21 @@ namespace
 constexpr int signals[] = {SIGINT, SIGTERM, SIGHUP};
 constexpr int shellBase = 128;
 
-// The only type that a signal handler may write to.
+// A type that a signal handler may write to.
 volatile std::sig_atomic_t noted = 0;
+
+void resetUnlessIgnored(int number)
+{
+    if (std::signal(number, SIG_DFL) == SIG_IGN)
+        std::signal(number, SIG_IGN);
+}
 
 extern "C" void note(int number)
 {
     noted = number;
     // The next signal kills the program, even if it hangs.
     for (const int one : signals)
-        std::signal(one, SIG_DFL);
+        resetUnlessIgnored(one);
 }
 
 } // namespace
@@ -25,8 +31,7 @@ Interruption::Interruption()
 {
     noted = 0;
     for (const int number : signals) {
-        // The program was started by nohup, or in the background by a shell: keep ignoring the
-        // signal.
+        // A signal that is ignored, as under nohup or in a shell's background, stays ignored.
         if (std::signal(number, note) == SIG_IGN)
             std::signal(number, SIG_IGN);
     }
@@ -34,10 +39,8 @@ Interruption::Interruption()
 
 Interruption::~Interruption()
 {
-    for (const int number : signals) {
-        if (std::signal(number, SIG_DFL) == SIG_IGN)
-            std::signal(number, SIG_IGN);
-    }
+    for (const int number : signals)
+        resetUnlessIgnored(number);
     noted = 0;
 }
 

@@ -34,7 +34,7 @@ QVector<HostAnswer> hostsOf(const ConnectionOptions &connection, const QVector<H
     return same.isEmpty() ? alike : same;
 }
 
-/// Takes what is the same for the directory of a host and of this process.
+/// Sets the members that are set alike for a host's directory and for this process's own.
 void takeDirectory(Machine &machine, const QString &path, bool isAnswering, qint64 freeBytes)
 {
     machine.temporaryDirectory = path;
@@ -47,13 +47,18 @@ void takeDirectory(Machine &machine, const QString &path, bool isAnswering, qint
     }
 }
 
+void setMissing(Machine &machine, const QString &error)
+{
+    machine.temporaryError = error;
+    machine.temporaryRemedy = QStringLiteral("create it, or point TMPDIR of the host elsewhere");
+}
+
 void takeDirectoryOfHost(Machine &machine, const HostAnswer &host)
 {
     takeDirectory(machine, host.temporaryDirectory, host.isTemporaryAnswering,
                   host.temporaryFreeBytes);
     if (host.temporaryDirectory.isEmpty())
-        machine.temporaryError =
-            QStringLiteral("the temporary directory of the host does not exist");
+        setMissing(machine, QStringLiteral("the temporary directory of the host does not exist"));
     else if (host.isTemporaryAnswering && !host.isTemporaryWritable)
         machine.temporaryError =
             QStringLiteral("the host cannot write to its temporary directory '%1'")
@@ -66,8 +71,8 @@ void takeOwnDirectory(Machine &machine)
     const TemporaryDirectory own = TemporaryDirectoryProbe().check(temporaryPatience);
     takeDirectory(machine, own.path, own.state != State::Silent, own.freeBytes);
     if (own.state == State::Missing)
-        machine.temporaryError =
-            QStringLiteral("the temporary directory '%1' does not exist").arg(own.path);
+        setMissing(machine,
+                   QStringLiteral("the temporary directory '%1' does not exist").arg(own.path));
     else if (own.state == State::NotWritable)
         machine.temporaryError = QStringLiteral("cannot write to the temporary directory '%1': %2")
                                      .arg(own.path, own.error);
@@ -108,7 +113,7 @@ QVector<Finding> Machine::findings() const
             Gravity::Harm, "directory",
             QStringLiteral("%1 MiB are free in the temporary directory '%2'")
                 .arg(QString::number(temporaryFreeBytes / bytesPerMiB), temporaryDirectory),
-            QStringLiteral("workbooks stay there until they are replaced: make room for "
+            QStringLiteral("workbooks stay there for months: make room for "
                            "%1 MiB, or point TMPDIR of the host elsewhere")
                 .arg(spaceWantedMiB));
     return findings.list;

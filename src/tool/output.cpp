@@ -16,9 +16,9 @@
 namespace
 {
 
-// Within a text, code points that are never characters mark colours. harmless() makes escape
-// sequences harmless, which may come from a database, and turns the marks into escape sequences. A
-// mark that comes from a database can only change a colour.
+// Within a text, code points that are never characters mark colours. harmless() replaces
+// the control characters of other texts, which may come from a database, and turns the marks into
+// escape sequences. A mark that comes from a database can only change a colour.
 constexpr ushort colourMark = 0xFDD0;
 constexpr const char *colourCodes[] = {"\033[32m", "\033[31m", "\033[33m", "\033[0m"};
 constexpr ushort endMark = colourMark + 3;
@@ -78,7 +78,7 @@ void Output::print(const QJsonObject &object)
     QString text;
     for (const QChar c : QString::fromUtf8(QJsonDocument(object).toJson()).trimmed()) {
         const bool isEscaped =
-            isControl(c) && c != QLatin1Char('\n'); // those of the document itself
+            isControl(c) && c != QLatin1Char('\n'); // the document's own line feeds
         text += isEscaped ? QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'))
                           : QString(c);
     }
@@ -142,8 +142,8 @@ QStringList Output::table(const QVector<QStringList> &rows, const QVector<Colour
     QStringList lines;
     for (const QStringList &row : rows) {
         QString line;
-        // The last column is not padded: lines have no trailing blanks, and its colour marks do not
-        // count.
+        // The last column is not padded, so that lines have no trailing blanks and its colour marks
+        // do not disturb the alignment.
         for (int col = 0; col + 1 < row.size(); ++col)
             line += row.at(col).leftJustified(widths.at(col) + 2);
         const int entry = lines.size() - 1;

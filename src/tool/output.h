@@ -31,10 +31,10 @@ void print(const QJsonObject &object);
 bool flush();
 /// Prints "autoreport: " and the line to standard error.
 void error(const QString &line);
-/// Prints several lines to standard error, as they are.
+/// Prints several lines to standard error, without the prefix.
 void errorLines(const QStringList &lines);
 /// Asks on standard error, where the question is seen even if the output goes to a file. Returns
-/// whether the answer begins with "y"; the end of input means no.
+/// whether the answer begins with "y" or "Y"; the end of input means no.
 bool agrees(const QString &question);
 
 /// Returns `text` marked for printing in that colour, or unchanged if standard output is not a

@@ -44,9 +44,11 @@ int makePreview(const Invocation &invocation, const SchemaConnection &connection
     // The engine does not say why it could not save.
     const QFileInfo folder(QFileInfo(path).absolutePath());
     if (!folder.isDir() || !folder.isWritable())
-        Output::error(QStringLiteral("cannot write to '%1': create the directory, or choose "
-                                     "another")
-                          .arg(folder.filePath()));
+        Output::error(
+            QStringLiteral(
+                "cannot write to '%1': create the directory or make it writable, or choose "
+                "another")
+                .arg(folder.filePath()));
     Output::error(QStringLiteral("no preview written; '%1' unchanged").arg(path));
     return Interruption::isRequested() ? Interruption::status() : Tool::Look;
 }

@@ -60,9 +60,12 @@ void checkTimes(const ReportKind &kind, const StoredSettings &stored, const QDat
                 Findings &findings)
 {
     if (stored.settings.lastGenerated > now.toSecsSinceEpoch() + clockToleranceSeconds)
-        findings.add(Gravity::Obstacle, "future",
-                     QStringLiteral("lastGenerated is in the future; a clock was wrong"),
-                     QStringLiteral("set the clock, then lastGenerated in the table vars"));
+        findings.add(
+            Gravity::Obstacle, "future",
+            QStringLiteral("lastGenerated is in the future; a clock was wrong"),
+            QStringLiteral(
+                "correct the clock, then set lastGenerated in the table vars to the time of "
+                "the last report"));
     const QString time = stored.text("time");
     if (!stored.settings.time.isValid() && !time.isEmpty())
         findings.add(
@@ -171,7 +174,8 @@ void SchemaJudge::judgeOpened(const QSqlDatabase &database, const SchemaRow &row
                                        .arg(database.databaseName(), database.userName())
                                  : QStringLiteral("restore the table vars"));
     }
-    // Test the connection, because the checks take a failed statement for one without rows.
+    // The checks treat a failed statement as one without rows, so make sure that the connection is
+    // still alive.
     schema.isComplete = freshQuery(database).exec(QStringLiteral("DO 0"));
     if (schema.isComplete)
         return;
@@ -263,7 +267,7 @@ void SchemaJudge::judgeReport(const QSqlDatabase &database, const ReportKind &ki
         if (reading.kind == &kind)
             checkReport(database, reading, machine, tables.found.facts, findings);
     }
-    // Otherwise the report is overdue, or fails, because of what keeps it back.
+    // A report that is kept back would be found overdue or failed for the same reason again.
     const bool isKeptBack = std::any_of(findings.list.cbegin(), findings.list.cend(),
                                         [](const Finding &finding) { return finding.keepsBack(); });
     if (!isKeptBack)

@@ -74,8 +74,8 @@ public:
     /// The server enforces ReadOnly for as long as the connection lasts.
     enum class Access { ReadOnly, ReadWrite };
 
-    /// Short statements must be answered within the time limit. Long ones may take any time, as
-    /// long as the server answers attempts to connect.
+    /// Short statements must be answered within the time limit. Long ones may take any time,
+    /// provided that the server still accepts connections, which is tested meanwhile.
     enum class Statements { Short, Long };
 
     SchemaConnection(const Schemas &schemas, const QString &token, Access access,

@@ -25,21 +25,22 @@ QVariant valueOf(const QSqlDatabase &database, const char *statement)
 void checkWords(const QSqlDatabase &master, Findings &findings)
 {
     // Tries the word instead of comparing versions, which MariaDB and MySQL number differently.
-    if (valueOf(master, "SELECT 1 AS groups").isValid())
+    const QVariant version = valueOf(master, "SELECT VERSION()");
+    if (!version.isValid() || valueOf(master, "SELECT 1 AS groups").isValid())
         return;
     findings.add(
         Gravity::Obstacle, "words",
-        QStringLiteral("%1 reserves the word groups, the name of a table of every schema")
-            .arg(valueOf(master, "SELECT VERSION()").toString()),
+        QStringLiteral("%1 reserves the word 'groups', the name of a table in every schema")
+            .arg(version.toString()),
         QStringLiteral("run the schemas on MariaDB or on MySQL 5.7; MySQL 8 is not supported"));
 }
 
 void checkClock(const QSqlDatabase &master, Findings &findings)
 {
     const QDateTime now = QDateTime::currentDateTime();
-    const qint64 ahead =
-        valueOf(master, "SELECT UNIX_TIMESTAMP()").toLongLong() - now.toSecsSinceEpoch();
-    if (qAbs(ahead) > clockToleranceSeconds)
+    const QVariant serverNow = valueOf(master, "SELECT UNIX_TIMESTAMP()");
+    const qint64 ahead = serverNow.toLongLong() - now.toSecsSinceEpoch();
+    if (serverNow.isValid() && qAbs(ahead) > clockToleranceSeconds)
         findings.add(Gravity::Harm, "clock",
                      QStringLiteral("its clock is %1 s %2 this machine's")
                          .arg(QString::number(qAbs(ahead)),
@@ -78,15 +79,16 @@ QString cipherOf(const QSqlDatabase &master)
 QVector<Finding> checkConnections(const QSqlDatabase &master, int schemas, int enabled)
 {
     Findings findings(QStringLiteral("server"));
-    const int limit = valueOf(master, "SELECT @@max_connections").toInt();
-    // To the information database, for a slice of the scan, for each worker, and a short-lived one.
+    const QVariant limit = valueOf(master, "SELECT @@max_connections");
+    // One to the information database and a short-lived one; those of a slice of the scan; one for
+    // each worker.
     const int needed = 2 + std::min(schemas, connectionsOfScan) + enabled;
-    if (needed + connectionsToSpare > limit)
+    if (limit.isValid() && needed + connectionsToSpare > limit.toInt())
         findings.add(Gravity::Harm, "connections",
                      QStringLiteral("max_connections is %1; a host needs up to %2 for %3 "
-                                    "schemas, %4 with a report enabled")
-                         .arg(QString::number(limit), QString::number(needed),
-                              QString::number(schemas), QString::number(enabled)),
+                                    "schemas, %4 of them with a report enabled, and some to spare")
+                         .arg(limit.toString(), QString::number(needed), QString::number(schemas),
+                              QString::number(enabled)),
                      QStringLiteral("set max_connections to %1 or more, and raise "
                                     "open_files_limit accordingly")
                          .arg(needed + connectionsToSpare));

@@ -27,7 +27,7 @@ public:
         : invocation(commandLine)
     {
         readArguments();
-        if (!request.kind) // the keys begin with its prefix
+        if (!request.kind) // without a report there are no keys
             return;
         readSwitch();
         readEmails();
@@ -46,7 +46,7 @@ private:
         request.isForAll = invocation.has("all");
         QStringList given = invocation.arguments;
         if (given.isEmpty() || (given.size() == 1 && !request.isForAll)) {
-            fail(QStringLiteral("the schema and the report are missing"));
+            fail(QStringLiteral("name the schema and the report"));
             return;
         }
         request.kind = readReport(given.takeLast(), error);
@@ -131,7 +131,8 @@ void describeSetRequests(QCommandLineParser &parser)
     const auto add = [&parser](const char *name, const QString &description, const char *value) {
         parser.addOption({QLatin1String(name), description, QLatin1String(value)});
     };
-    parser.addOption({QStringLiteral("all"), QStringLiteral("Set it in all active schemas.")});
+    parser.addOption(
+        {QStringLiteral("all"), QStringLiteral("Apply the settings to all active schemas.")});
     parser.addOption({QStringLiteral("enable"), QStringLiteral("Enable the report.")});
     parser.addOption({QStringLiteral("disable"), QStringLiteral("Disable the report.")});
     add("emails", QStringLiteral("The report's recipients, separated by commas."), "list");
@@ -162,12 +163,13 @@ void SetRequests::readFile(const Invocation &invocation)
     if (!opened)
         error.text = QStringLiteral("cannot read '%1': %2").arg(path, file.errorString());
     else if (!invocation.arguments.isEmpty())
-        error.text = QStringLiteral("'%1' must not be given with --file, whose lines are complete")
-                         .arg(invocation.arguments.first());
+        error.text =
+            QStringLiteral("'%1' must not be given with --file, whose lines name everything")
+                .arg(invocation.arguments.first());
     for (const char *option : {"all", "enable", "disable", "emails", "time", "format"}) {
         if (error.text.isEmpty() && invocation.has(option))
             error.text =
-                QStringLiteral("'--%1' must not be given with --file, whose lines are complete")
+                QStringLiteral("'--%1' must not be given with --file, whose lines name everything")
                     .arg(QLatin1String(option));
     }
     for (int number = 1; error.text.isEmpty() && !file.atEnd(); ++number) {
@@ -179,7 +181,7 @@ void SetRequests::readFile(const Invocation &invocation)
             error.text.prepend(QStringLiteral("line %1 of '%2': ").arg(number).arg(path));
     }
     if (error.text.isEmpty() && list.isEmpty())
-        error.text = QStringLiteral("'%1' has no lines").arg(path);
+        error.text = QStringLiteral("'%1' contains no requests").arg(path);
 }
 
 /// A line has the form of the arguments of `set` on a command line.

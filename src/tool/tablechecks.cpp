@@ -16,7 +16,7 @@ namespace
 
 using Row = QVector<QVariant>;
 
-constexpr qint64 attachmentBytes = 16777215;  // a MEDIUMBLOB; a BLOB would cut off every workbook
+constexpr qint64 attachmentBytes = 16777215;  // a MEDIUMBLOB; a BLOB would cut off most workbooks
 constexpr qint64 queuePatienceSeconds = 3600; // senders take minutes
 // Lower bounds for both formats: if even these are too large, so is the workbook.
 constexpr qint64 leastBytesPerRow = 20;
@@ -46,7 +46,9 @@ const char *stateOf(const UnmetRequirement &unmet)
 QString remedyOf(const UnmetRequirement &unmet, const char *rights, const QSqlDatabase &database)
 {
     if (!unmet.isForbidden)
-        return QStringLiteral("update the schema to the product's version, which has them");
+        return QStringLiteral(
+            "update the schema to the product's version, which has the missing tables "
+            "and columns");
     QStringList tables;
     for (const QString &table : unmet.tables)
         tables.append(QStringLiteral("`%1`.`%2`").arg(database.databaseName(), table));
@@ -69,7 +71,8 @@ void checkRights(const QSqlDatabase &database, const SchemaTables &tables, Findi
                      remedyOf(*tables.unmarkable, "INSERT, UPDATE", database));
 }
 
-/// Checks what lets reports store mails and "lastGenerated" atomically, and go out once a day.
+/// Checks for transactions, which make mails and "lastGenerated" atomic, and for the unique key
+/// that makes a report go out only once a day.
 void checkStorage(const TableFacts &facts, Findings &findings)
 {
     for (const TableFacts::Table &table : facts.unsafeTables)
@@ -257,15 +260,16 @@ MailSizes checkQueue(const QSqlDatabase &database, const Answer &answer, SchemaJ
         findings.add(Gravity::Harm, "queue",
                      QStringLiteral("mails have been waiting for over an hour"),
                      QStringLiteral("check that the product's sender works"));
-    // The sender fetches a mail in one packet; escaped in a dump, it takes up to twice the size.
+    // A dump holds a mail in one statement, and escaping can double its size.
     const qint64 largest = row.at(2).toLongLong();
     const qint64 packet = row.at(3).toLongLong();
     if (2 * largest > packet)
-        findings.add(Gravity::Harm, "packet",
-                     QStringLiteral("the largest queued mail has %1 bytes; the server accepts %2 "
-                                    "at a time")
-                         .arg(QString::number(largest), QString::number(packet)),
-                     QStringLiteral("set max_allowed_packet to at least twice the mail"));
+        findings.add(
+            Gravity::Harm, "packet",
+            QStringLiteral("the largest queued mail has %1 bytes, more than half of the %2 "
+                           "that the server accepts at a time")
+                .arg(QString::number(largest), QString::number(packet)),
+            QStringLiteral("set max_allowed_packet to at least twice the mail"));
     return {row.at(4).toLongLong(), packet};
 }
 
@@ -274,15 +278,15 @@ void checkPackets(const MailSizes &sizes, Findings &findings)
     if (sizes.lastBytes * 2 <= sizes.packetBytes)
         return;
     findings.add(Gravity::Harm, "packet",
-                 QStringLiteral("the last workbook made a mail of %1 bytes, the server takes "
-                                "%2 at a time")
+                 QStringLiteral("the largest of the last mails has %1 bytes, more than half of "
+                                "the %2 that the server accepts at a time")
                      .arg(QString::number(sizes.lastBytes), QString::number(sizes.packetBytes)),
                  QStringLiteral("set max_allowed_packet to at least twice the mail: workbooks "
                                 "grow until the month ends"));
 }
 
-/// An account without the privilege PROCESS sees only its own connections; the hosts use the same
-/// account.
+/// An account without the privilege PROCESS sees only its own connections. That is enough,
+/// because the hosts use the same account.
 void checkMachines(const QSqlDatabase &database, Findings &findings)
 {
     const auto machines =
@@ -299,8 +303,8 @@ void checkMachines(const QSqlDatabase &database, Findings &findings)
         findings.add(Gravity::Notice, "machines",
                      QStringLiteral("connections from several machines: %1")
                          .arg(names.join(QStringLiteral(", "))),
-                     QStringLiteral("if autoreport serve runs on more than one of them, stop it on "
-                                    "the others; until then no report goes out twice"));
+                     QStringLiteral("nothing, if autoreport serve is meant to run on more than one "
+                                    "of them: no report goes out twice"));
 }
 
 void checkReport(const QSqlDatabase &database, const ReportReading &reading, const Machine &machine,

@@ -64,7 +64,7 @@ MailSizes checkQueue(const QSqlDatabase &database, const Answer &answer, SchemaJ
 /// Checks whether mails will still fit into a packet at the end of the month: workbooks grow daily.
 void checkPackets(const MailSizes &sizes, Findings &findings);
 
-/// Finds other machines that serve the schema.
+/// Notes if several machines have connections to the schema: more than one of them may serve it.
 void checkMachines(const QSqlDatabase &database, Findings &findings);
 
 /// Checks whether one report can read what it needs, and whether its workbook and mail will not be

@@ -34,7 +34,7 @@ private Q_SLOTS:
         addRow("near schema's history", "history frim", guess("'frim'", "firm"));
         addRow("two formats", "history --json --html x", "--json and --html exclude");
         addRow("injection", "preview x'OR''=' daily --out x.xls", "no active schema 'x'OR''=''");
-        addRow("set", "set", "the schema and the report are missing");
+        addRow("set", "set", "name the schema and the report");
         addRow("report to set", "set firm other --enable", "there is no report 'other'");
         addRow("nothing to set", "set firm daily", "nothing to set");
         addRow("address", "set firm daily --emails a@firma.sk,b", "'b' is not a mail address");
@@ -46,7 +46,7 @@ private Q_SLOTS:
         addRow("nobody to ask for all", "set --all daily --enable", "give --yes, or --dry-run");
         addRow("second schema", "set firm frm daily --disable", guess("'frm'", "firm"));
         addRow("no file", "set --file /no/such", "cannot read '/no/such': No such file");
-        addRow("empty file", "set --file /dev/null", "'/dev/null' has no lines");
+        addRow("empty file", "set --file /dev/null", "'/dev/null' contains no requests");
         addRow("file and schema", "set --file LINES firm", "'firm' must not be given with --file");
         addRow("file and option", "set --file LINES --disable",
                "'--disable' must not be given with");

@@ -49,7 +49,7 @@ private Q_SLOTS:
         cause("time", Says::Harm, set.arg("7 hours", "time"), "time",
               "'7 hours' is not a time of day", "autoreport set firm KIND --time");
         cause("future", Says::Cause, set.arg("1900000000", "lastGenerated"), "future",
-              "lastGenerated is in the future", "set the clock");
+              "lastGenerated is in the future", "correct the clock");
         cause("no settings", Says::Cause, "DROP TABLE vars", "tables",
               "the settings cannot be read: ", "restore the table vars");
         cause("no people table", Says::Cause, "ALTER TABLE people DROP surname", "tables", "table",
@@ -184,7 +184,7 @@ private Q_SLOTS:
     {
         environment.insert("TMPDIR", "/no/such");
         hold({Says::Cause, "directory", "the temporary directory '/no/such' does not exist",
-              "make it writable"});
+              "create it, or point TMPDIR"});
     }
 
     void hostIsPaused()

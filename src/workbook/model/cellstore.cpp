@@ -59,7 +59,7 @@ bool CellStore::replace(const Cell &cell)
 void CellStore::sort() noexcept
 {
     if (!isSorted()) {
-        // Both algorithms are stable, so of the cells at one place the last written stays the last.
+        // Both algorithms are stable, so among cells at one place the one written last stays last.
         const auto tail = cells.begin() + static_cast<std::ptrdiff_t>(sortedEnd);
         std::stable_sort(tail, cells.end(), before);
         std::inplace_merge(cells.begin(), tail, cells.end(), before);

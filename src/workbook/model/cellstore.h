@@ -34,9 +34,9 @@ Cell makeCell(int row, int column, CellKind kind, std::uint32_t format = 0);
 /**
  * The cells of a sheet. They may be written in any order, and the last write to a place wins.
  *
- * Files order cells by row, then by column. While cells arrive in that order, they are stored in
- * order, and a later write replaces a cell in place. All other cells are appended to an unsorted
- * tail, which is merged when it is as long as the sorted part. The time per cell therefore grows at
+ * Files order cells by row, then by column. A cell that comes in this order extends the sorted
+ * part. Any other cell starts an unsorted tail, to which all further cells are appended. The tail
+ * is merged once it is as long as the sorted part. The average time per cell therefore grows at
  * most with the logarithm of their number.
  */
 class CellStore

@@ -33,7 +33,7 @@ constexpr bool fitsXml(char32_t point)
 }
 
 /**
- * Returns the next character and moves `text` behind it. Two wide characters that form a surrogate
+ * Returns the next character and moves `text` past it. Two wide characters that form a surrogate
  * pair are one character.
  */
 char32_t takePoint(const wchar_t *&text)
@@ -56,8 +56,8 @@ void appendUtf16(std::u16string &units, char32_t point)
     units += static_cast<char16_t>(0xDC00U + (point & 0x3FFU));
 }
 
-// In these blocks a capital letter is directly followed by its small letter. Whether the capital's
-// code is even or odd depends on the block.
+// In these blocks, nearly every capital letter is directly followed by its small letter. Whether
+// the capital's code is even or odd depends on the block.
 char16_t foldLatinExtended(char16_t unit)
 {
     const bool capitalIsOdd = (unit >= 0x139 && unit <= 0x148) || (unit >= 0x179 && unit <= 0x17E);

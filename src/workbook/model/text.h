@@ -39,8 +39,8 @@ char *putUtf8(char32_t point, char *out);
 char32_t takePoint(std::u16string_view &text);
 
 /**
- * Returns the text in lower case, for comparing names. Covers the Latin, Greek and Cyrillic letters
- * of European languages; other letters are unchanged.
+ * Returns the text in lower case, for comparing names. Covers Latin-1, Latin Extended-A and the
+ * basic Greek and Cyrillic letters; other letters are unchanged.
  */
 std::u16string foldCase(std::u16string_view text);
 
