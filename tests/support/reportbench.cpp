@@ -35,12 +35,6 @@ QString ReportBench::file(const QString &report, const QDate &month, const QStri
     return temporary.filePath(name.join('_') + '.' + suffix);
 }
 
-QJsonValue cellValue(const QJsonObject &sheet, const QString &reference, const char *key)
-{
-    const QJsonValue value = sheet["cells"].toObject()[reference].toObject().value(key);
-    return value.isUndefined() ? QJsonValue() : value;
-}
-
 QJsonArray sheetRow(const QJsonObject &sheet, int row)
 {
     const QString last = sheet["dimensions"].toString().section(':', -1).remove(QRegExp("[0-9]"));

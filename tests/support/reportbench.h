@@ -55,8 +55,7 @@ private Q_SLOTS:
     void cleanup() { bench.reset(); }
 };
 
-// A sheet as readSheet() returns it. Values are a text, a number, a formula's text, or null.
-QJsonValue cellValue(const QJsonObject &sheet, const QString &reference, const char *key = "value");
+// A sheet as readSheet() returns it.
 /// Returns all cells of a row, counted from 1, up to the sheet's last column.
 QJsonArray sheetRow(const QJsonObject &sheet, int row);
 int rowCount(const QJsonObject &sheet);

@@ -44,30 +44,26 @@ QByteArray readRaw(const QString &option, const QString &path)
     return outputOf(AUTOREPORT_READ_WORKBOOK, {option, path});
 }
 
-static QVector<QJsonObject> read(const QStringList &arguments, const QStringList &paths)
+QVector<QJsonObject> readWorkbooks(const QStringList &paths, const QStringList &options)
 {
     QVector<QJsonObject> books;
-    const QByteArray lines = outputOf(AUTOREPORT_READ_WORKBOOK, arguments + paths);
+    const QByteArray lines = outputOf(AUTOREPORT_READ_WORKBOOK, options + paths);
     for (const QByteArray &line : lines.split('\n'))
         books.append(QJsonDocument::fromJson(line).object());
     books.resize(paths.size());
     return books;
 }
 
-QVector<QJsonObject> readWorkbooks(const QStringList &paths)
-{
-    return read({}, paths);
-}
-
-QVector<QJsonObject> readByGnumeric(const QStringList &paths)
-{
-    return read({"--gnumeric"}, paths);
-}
-
 QJsonObject readSheet(const QString &path)
 {
     const QJsonObject book = readWorkbooks({path}).first();
     return book.value("sheets").toArray().first().toObject();
+}
+
+QJsonValue cellValue(const QJsonObject &sheet, const QString &reference, const char *key)
+{
+    const QJsonValue value = sheet["cells"].toObject()[reference].toObject().value(key);
+    return value.isUndefined() ? QJsonValue() : value;
 }
 
 QString savedBy(Program program, const QString &path, const QString &suffix)

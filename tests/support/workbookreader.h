@@ -8,14 +8,15 @@
 // Workbook files as other people's programs see them. If such a program complains, that is logged
 // as critical, and the result is empty.
 
-/// tests/support/read-workbook says how the objects look; it makes checks of our own, too.
-QVector<QJsonObject> readWorkbooks(const QStringList &paths);
-
-/// What gnumeric finds: type and value of texts and numbers; formulas and the like are "other".
-QVector<QJsonObject> readByGnumeric(const QStringList &paths);
+/// tests/support/read-workbook says what its options are and how the objects look; it makes checks
+/// of our own, too.
+QVector<QJsonObject> readWorkbooks(const QStringList &paths, const QStringList &options = {});
 
 /// Returns the first sheet of a file.
 QJsonObject readSheet(const QString &path);
+
+/// Returns what the sheet says of a cell: a text, a number, a formula's text, or null.
+QJsonValue cellValue(const QJsonObject &sheet, const QString &reference, const char *key = "value");
 
 /// Returns what read-workbook prints about a file with the given option.
 QByteArray readRaw(const QString &option, const QString &path);

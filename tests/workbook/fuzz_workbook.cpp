@@ -292,7 +292,7 @@ QString wrongBook(unsigned seed)
         books.push_back(std::move(book));
     }
     const QVector<QJsonObject> read = readWorkbooks(paths);
-    const QVector<QJsonObject> readAgain = readByGnumeric(paths);
+    const QVector<QJsonObject> readAgain = readWorkbooks(paths, {"--gnumeric"_q});
     for (std::size_t i = 0; i < books.size(); ++i) {
         const auto number = static_cast<int>(i);
         if (!books[i]->equals(read[number], false) || !books[i]->equals(readAgain[number], true))

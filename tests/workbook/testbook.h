@@ -33,6 +33,7 @@ public:
     Q_DISABLE_COPY(TestBook)
 
     libxl::IBookT<wchar_t> *operator->() const { return book; }
+    libxl::IBookT<wchar_t> &operator*() const { return *book; }
 
     [[nodiscard]] bool save(const QString &path) const
     {
@@ -42,11 +43,6 @@ public:
 private:
     libxl::IBookT<wchar_t> *book;
 };
-
-inline QJsonObject cellOf(const QJsonObject &sheet, const QString &reference)
-{
-    return sheet["cells"_q].toObject()[reference].toObject();
-}
 
 /** What the tests of one file format share. Files go into a folder that lives as long as this. */
 class FormatFixture
