@@ -1,15 +1,15 @@
-#include "support/hostprogram.h"
-#include "support/logcapture.h"
-#include "support/testdata.h"
-#include "support/testhost.h"
-
-#include <QTemporaryDir>
+#include "host/hosttest.h"
 
 namespace
 {
 
 /// Two authorities, and the certificates of a server and a client that the first one signed.
-const char *const makeCertificates = R"(
+class Certificates
+{
+public:
+    Certificates()
+    {
+        const QString make = R"(
 set -e
 cd "$0"
 key="-newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes"
@@ -21,48 +21,36 @@ for name in server client; do
   openssl x509 -req -in $name.csr -CA ours.pem -CAkey ours.key -CAcreateserial -days 2 -out $name.pem
 done
 )";
+        QProcess openssl;
+        openssl.start("sh", {"-c", make, folder.path()});
+        if (!openssl.waitForFinished(patienceMs) || openssl.exitCode() != 0)
+            qFatal("test bench: %s", openssl.readAllStandardError().constData());
+    }
+
+    /// Returns the text with the folder in place of "DIR".
+    QString in(QString text) const { return text.replace("DIR", folder.path()); }
+
+private:
+    const QTemporaryDir folder;
+};
 
 } // namespace
 
-// On a server of its own, where the account "safe" must come encrypted and the account "known" with
-// a certificate: a connection without either is one that the program forgot.
-class TestEncryption : public QObject
+/// On a server of its own, where the account "safe" must come encrypted and the account "known"
+/// with a certificate: a connection without either is one that the program forgot.
+class TestEncryption : public HostTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        const QString folder = certificates.path();
-        QProcess openssl;
-        openssl.start("sh", {"-c", makeCertificates, folder});
-        QVERIFY(openssl.waitForFinished(patienceMs));
-        QVERIFY2(openssl.exitCode() == 0, openssl.readAllStandardError());
-        server = std::make_unique<OwnServer>(QStringList{"--ssl-ca=" + file("ours.pem"),
-                                                         "--ssl-cert=" + file("server.pem"),
-                                                         "--ssl-key=" + file("server.key")});
-        info = std::make_unique<TestDatabase>(TestDatabase::Tables::Info);
-        schema = std::make_unique<TestDatabase>(TestDatabase::Tables::Schema);
-        info->addSchemas({"firm"}, schema->name());
-        addPeople(*schema, 1);
-        enableDailyReport(*schema, "a@firma.sk");
-        const QString account =
-            "GRANT ALL ON *.* TO %1@'127.0.0.1' IDENTIFIED BY 'secret' REQUIRE ";
-        info->exec(account.arg("safe") + "SSL");
-        info->exec(account.arg("known") + "X509");
-    }
-
-    void cleanupTestCase()
-    {
-        schema.reset();
-        info.reset();
-    }
+    void cleanupTestCase() { info.reset(); } // before the server it is on
 
     void serves_data()
     {
         addColumns<QString, QString>("user", "options");
-        addRow("authority", "safe", "--db-ca ours.pem");
-        addRow("certificate", "known", "--db-ca ours.pem --db-cert client.pem --db-key client.key");
+        addRow("authority", "safe", "--db-ca DIR/ours.pem");
+        addRow("certificate", "known",
+               "--db-ca DIR/ours.pem --db-cert DIR/client.pem --db-key DIR/client.key");
     }
 
     /// Scan, check connection and worker: a mail is queued only if each of them came encrypted.
@@ -70,13 +58,13 @@ private Q_SLOTS:
     {
         QFETCH(QString, user);
         QFETCH(QString, options);
+        options = certificates.in(" --db-user " + user + ' ' + options);
         info->exec("UPDATE `schemas` SET user = '" + user + "'");
-        makeDue(*schema);
-        start("serve", user, options);
-        QTRY_COMPARE_WITH_TIMEOUT(schema->mails(), 1, patienceMs);
+        program = start("serve" + options);
+        QTRY_COMPARE_WITH_TIMEOUT(bench->mails(), 1, patienceMs);
 
         // The scan's own connection does not reconnect by itself: nobody would check that server.
-        server->restart();
+        server.restart();
         const TestDatabase later(TestDatabase::Tables::Schema);
         addPeople(later, 1);
         enableDailyReport(later, "a@firma.sk");
@@ -84,13 +72,10 @@ private Q_SLOTS:
         info->exec("UPDATE `schemas` SET user = '" + user + "'");
         program->send(SIGHUP);
         QTRY_COMPARE_WITH_TIMEOUT(later.mails(), 1, patienceMs);
-        info->exec("DELETE FROM `schemas` WHERE token = 'later'");
         QVERIFY(program->stops());
 
-        start("check", user, options);
-        QVERIFY(program->ended());
-        const QString shown = program->output();
-        QVERIFY2(shown.contains("encrypted with TLS") && shown.contains("1 of 1 schemas opened"),
+        const QString shown = run("check" + options).output;
+        QVERIFY2(shown.contains("encrypted with TLS") && shown.contains("2 of 2 schemas opened"),
                  qPrintable(shown));
     }
 
@@ -98,16 +83,16 @@ private Q_SLOTS:
     {
         addColumns<QString, QString>("options", "text");
         addRow("not encrypted", "", "Access denied");
-        addRow("other authority", "--db-ca other.pem", "certificate signed by --db-ca?");
-        addRow("no such file", "--db-ca missing.pem", "missing.pem': No such file");
-        addRow("no key", "--db-ca ours.pem --db-cert client.pem", "must be given together");
+        addRow("other authority", "--db-ca DIR/other.pem", "certificate signed by --db-ca?");
+        addRow("no such file", "--db-ca DIR/missing.pem", "missing.pem': No such file");
+        addRow("no key", "--db-ca DIR/ours.pem --db-cert DIR/client.pem", "must be given together");
     }
 
     void refused()
     {
         QFETCH(QString, options);
         QFETCH(QString, text);
-        holdRefused("safe", options, text);
+        holdRefused("--db-user safe " + options, text);
     }
 
     /// The last one, as tests find the server that was started last.
@@ -115,42 +100,37 @@ private Q_SLOTS:
     {
         const OwnServer plain({"--skip-ssl"});
         const TestDatabase database(TestDatabase::Tables::Info);
-        start("check", TestServer::user, "--db-name " + database.name());
-        QVERIFY(program->ended());
-        QVERIFY(program->output().contains("the connection is not encrypted"));
-        holdRefused(TestServer::user, "--db-ca ours.pem --db-name " + database.name(),
-                    "certificate signed by --db-ca?");
+        const QString port = QString(" --db-port %1 ").arg(TestServer::port());
+        const QString way = port + "--db-name " + database.name();
+        QVERIFY(run("check" + way).output.contains("the connection is not encrypted"));
+        holdRefused("--db-ca DIR/ours.pem" + way, "certificate signed by --db-ca?");
     }
 
 private:
-    QString file(const QString &name) const { return certificates.filePath(name); }
-
-    /// The options may name the certificates' files.
-    void start(const QString &command, const QString &user, QString options)
+    void prepare() override
     {
-        for (const QString name :
-             {"ours.pem", "other.pem", "missing.pem", "client.pem", "client.key"})
-            options.replace(" " + name, " " + file(name));
-        program = std::make_unique<HostProgram>();
-        program->start(QStringList{command} + TestServer::options(info->name()) +
-                       QStringList{"--db-user", user} + options.split(' ', Qt::SkipEmptyParts));
+        HostTest::prepare();
+        addPeople(bench->schema, 1);
+        enableDailyReport(bench->schema, "a@firma.sk");
+        const QString account =
+            "GRANT ALL ON *.* TO %1@'127.0.0.1' IDENTIFIED BY 'secret' REQUIRE ";
+        info->exec(account.arg("safe") + "SSL");
+        info->exec(account.arg("known") + "X509");
     }
 
-    void holdRefused(const QString &user, const QString &options, const QString &text)
+    void holdRefused(const QString &options, const QString &text) const
     {
-        for (const QString command : {"serve", "check"}) {
-            start(command, user, options);
-            QVERIFY(program->ended());
-            QVERIFY(program->exitCode() != 0);
-            QVERIFY2(program->log.contains(text), qPrintable(program->log));
+        for (const QString command : {"serve ", "check "}) {
+            const Outcome outcome = run(command + certificates.in(options));
+            QVERIFY(outcome.status > 0);
+            QVERIFY2(outcome.errors.contains(text), qPrintable(outcome.errors));
         }
     }
 
-    const QTemporaryDir certificates;
-    std::unique_ptr<OwnServer> server;
-    std::unique_ptr<TestDatabase> info;
-    std::unique_ptr<TestDatabase> schema;
-    std::unique_ptr<HostProgram> program; ///< started last
+    const Certificates certificates;
+    const OwnServer server{{certificates.in("--ssl-ca=DIR/ours.pem"),
+                            certificates.in("--ssl-cert=DIR/server.pem"),
+                            certificates.in("--ssl-key=DIR/server.key")}};
 };
 
 QTEST_GUILESS_MAIN(TestEncryption)
