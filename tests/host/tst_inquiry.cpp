@@ -38,6 +38,12 @@ private Q_SLOTS:
             QVERIFY(shows("autoreport_last_success_timestamp_seconds{schema=\"firm\",kind=\"" +
                           kind + "\"} "));
         }
+        const QString line = " INFO firm: %1AttenReport::makeReport\\(\\) - run ended after "
+                             "\\d+\\.\\d{3} s, rows: %2, mails queued: 2\n";
+        QVERIFY(program->logs("run ended", 2));
+        const int days = QDate::currentDate().day();
+        QVERIFY(program->log.contains(QRegularExpression(line.arg("Daily").arg(days))));
+        QVERIFY(program->log.contains(QRegularExpression(line.arg("Monthly").arg(1))));
         QVERIFY(shows("autoreport_workers 1"));
         QVERIFY(!shown.contains("autoreport_reports_failed_total{"));
 

@@ -47,29 +47,6 @@ private Q_SLOTS:
         QCOMPARE(lines("activateReports|doWork|run ended").size(), 0);
     }
 
-    void tellsOfReports_data()
-    {
-        addColumns<QString, int>("debug", "ticks");
-        addRow("as it is", "0", 0);
-        addRow("all", "1", 1);
-    }
-
-    void tellsOfReports()
-    {
-        QFETCH(QString, debug);
-        enableBoth(bench->schema);
-        serve({"--debug", debug});
-        QTRY_COMPARE_WITH_TIMEOUT(lines("run ended").size(), 2, patienceMs);
-        QVERIFY(program->stops());
-        const QString line = "INFO firm: %1::makeReport\\(\\) - run ended after \\d+\\.\\d{3} s, "
-                             "rows: %2, mails queued: 2$";
-        const int days = QDate::currentDate().day();
-        QCOMPARE(lines(line.arg("DailyAttenReport").arg(3 * days)).size(), 1);
-        QCOMPARE(lines(line.arg("MonthlyAttenReport").arg(3)).size(), 1);
-        QTEST(lines("INFO firm: AutoReportWorker - activateReports").size(), "ticks");
-        QTEST(lines("INFO firm: MonthlyAttenReport::doWork").size(), "ticks");
-    }
-
     /// An error that recurs at every tick for three hours, and another that occurs once.
     void everyMinute()
     {

@@ -33,6 +33,14 @@ private Q_SLOTS:
         QVERIFY(program->readLog().contains("worker created for schema 'firm'"));
         QVERIFY(isNotified("STATUS=serving 1 schema, last scan "));
 
+        info->addSchemas({"gone"}, "no_such_database");
+        program->send(SIGHUP);
+        QVERIFY(isNotified("READY=1"));
+        program->readLog();
+        const int problems = program->log.count(QRegularExpression(" (WARNING|CRITICAL) "));
+        QVERIFY(problems > 0);
+        QVERIFY(isNotified(", " + QByteArray::number(problems) + " problem"));
+
         program->send(SIGUSR1);
         QVERIFY(isNotified("STATUS=paused; serving 1 schema"));
         program->send(SIGHUP);
@@ -43,18 +51,6 @@ private Q_SLOTS:
         program->send(SIGTERM);
         QVERIFY(isNotified("STOPPING=1"));
         QVERIFY(program->succeeded());
-    }
-
-    void countsProblems()
-    {
-        info->addSchemas({"gone"}, "no_such_database");
-        serve();
-        QVERIFY(isNotified("READY=1"));
-        program->readLog();
-        const int lines = program->log.count(QRegularExpression(" (WARNING|CRITICAL) "));
-        QVERIFY(lines > 0);
-        QVERIFY(isNotified(", " + QByteArray::number(lines) + " problem"));
-        QVERIFY(program->stops());
     }
 
     /// With one schema, the report is made in the thread that the watchdog watches and that the
