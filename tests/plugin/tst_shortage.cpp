@@ -1,5 +1,8 @@
+#include "options/temporarydirectory.h"
+
 #include "support/plugintest.h"
 
+#include <QDir>
 #include <QPointer>
 #include <QScopeGuard>
 
@@ -8,6 +11,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/statvfs.h>
 
 namespace
 {
@@ -24,9 +28,17 @@ Function systemFunction(const char *name)
     return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
 }
 
+void waitForDisk()
+{
+    ++waitingForDisk;
+    while (diskStalled)
+        QThread::msleep(10);
+    --waitingForDisk;
+}
+
 } // namespace
 
-// The whole process calls these two instead of the system's.
+// The whole process calls these instead of the system's.
 
 extern "C" Q_DECL_EXPORT int pthread_create(pthread_t *thread, const pthread_attr_t *attributes,
                                             void *(*run)(void *), void *argument) noexcept
@@ -42,11 +54,15 @@ extern "C" Q_DECL_EXPORT int pthread_create(pthread_t *thread, const pthread_att
 extern "C" Q_DECL_EXPORT int rename(const char *from, const char *to) noexcept
 {
     static const auto move = systemFunction<decltype(&rename)>("rename");
-    ++waitingForDisk;
-    while (diskStalled)
-        QThread::msleep(10);
-    --waitingForDisk;
+    waitForDisk();
     return move(from, to);
+}
+
+extern "C" Q_DECL_EXPORT int statvfs(const char *path, struct statvfs *room) noexcept
+{
+    static const auto measure = systemFunction<decltype(&statvfs)>("statvfs");
+    waitForDisk();
+    return measure(path, room);
 }
 
 /// The plug-in on a machine that is short of something, or stuck.
@@ -135,6 +151,25 @@ private Q_SLOTS:
         QVERIFY(plugin->start());
         QTRY_COMPARE_WITH_TIMEOUT(schema->mails(), 1, patienceMs);
         plugin->stop();
+    }
+
+    /// One thread waits, whoever asks how often, and a late answer does not count.
+    void stalledTemporaryDirectory()
+    {
+        using State = TemporaryDirectory::State;
+        constexpr auto patience = std::chrono::milliseconds(50);
+        constexpr auto manyTimes = std::chrono::seconds(10);
+        TemporaryDirectoryProbe probe;
+        QCOMPARE(probe.check(manyTimes).state, State::Usable);
+        diskStalled = true;
+        const auto getsOn = qScopeGuard([] { diskStalled = false; });
+        QCOMPARE(probe.check(patience).state, State::Silent);
+        QCOMPARE(probe.check(manyTimes).path, temporary->path()); // at once
+        QCOMPARE(int(waitingForDisk), 1);
+        qputenv("TMPDIR", "/proc");
+        diskStalled = false;
+        QTRY_COMPARE(probe.check(manyTimes).state, State::NotWritable);
+        QVERIFY(QDir(temporary->path()).isEmpty());
     }
 };
 
