@@ -116,25 +116,19 @@ private:
         auto *server = qobject_cast<foreign::Server *>(plugin);
         QCOMPARE(server->getVersion(), QString("1.2.3"));
         QVERIFY(!server->start());
-        QVERIFY(logs("!!! AutoReport: Database manager not initialized !!!", round));
+        QVERIFY(bench->log.gets("!!! AutoReport: Database manager not initialized !!!", round));
         qobject_cast<foreign::TakesManager *>(plugin)->setDBManager(&manager);
         server->setDebugLevel(1);
         QVERIFY(server->start()); // the scan comes a second later
-        QVERIFY(logs("active workers: 1 / 2 schemas checked (total schemas: 2)", round));
+        QVERIFY(bench->log.gets("active workers: 1 / 2 schemas checked (total schemas: 2)", round));
         QTRY_COMPARE_WITH_TIMEOUT(bench->mails(), round, patienceMs);
         server->pause();
-        QVERIFY(logs("AutoReportWorker - pause()", round));
+        QVERIFY(bench->log.gets("AutoReportWorker - pause()", round));
         server->resume();
-        QVERIFY(logs("AutoReportWorker - resume()", round));
+        QVERIFY(bench->log.gets("AutoReportWorker - resume()", round));
         server->stop();
         QCOMPARE(bench->log.countContaining("AutoReportWorker - stop()"), round);
         QVERIFY2(loader.unload(), qPrintable(loader.errorString())); // deletes the plug-in, too
-    }
-
-    bool logs(const QString &part, int times) const
-    {
-        return QTest::qWaitFor([&] { return bench->log.countContaining(part) == times; },
-                               patienceMs);
     }
 
     std::unique_ptr<TestDatabase> info;

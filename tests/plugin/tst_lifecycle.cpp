@@ -3,8 +3,6 @@
 #include "support/fullgate.h"
 #include "support/plugintest.h"
 
-#include <QElapsedTimer>
-
 #include <algorithm>
 
 constexpr int promptMs = sanitized ? 10000 : 2000;
@@ -184,9 +182,12 @@ private Q_SLOTS:
             enableDailyReport(*busy.back(), "a@firma.sk");
             host->addSchemas({QString("busy%1").arg(i)}, *busy.back());
         }
+        // Enough people for a report of seconds, early in a month too. Keys that are no integers
+        // keep it from reading ahead.
         for (const auto &database : busy) {
-            addPeople(*database, std::max(1000, peopleForSeconds()));
-            slowDown(*database);
+            addPeople(*database, std::max(1000, 21000 / QDate::currentDate().day()));
+            database->exec("ALTER TABLE atten MODIFY uid DECIMAL(10) NOT NULL;\n"
+                           "ALTER TABLE atten_data MODIFY uid DECIMAL(10) NOT NULL");
         }
         schema = std::make_unique<TestDatabase>(TestDatabase::Tables::Schema);
         enableDailyReport(*schema, "a@firma.sk");
@@ -209,10 +210,7 @@ private Q_SLOTS:
         };
         QVERIFY(QTest::qWaitFor(nobodyIs, patienceMs));
 
-        QElapsedTimer clock;
-        clock.start();
-        plugin->stop();
-        QVERIFY2(clock.elapsed() < promptMs, qPrintable(QString::number(clock.elapsed())));
+        stopWithin(promptMs);
         QCOMPARE(logged("did not stop in time"), 0);
         QCOMPARE(logged("AutoReportWorker - stop()"), workers);
         QCOMPARE(logged("interrupted, nothing saved and no mail"), running);

@@ -1,5 +1,6 @@
 #include "support/logcapture.h"
 
+#include "support/testdata.h"
 #include "support/testserver.h"
 
 #include <QTest>
@@ -56,6 +57,11 @@ QStringList LogCapture::texts(int type) const
             result.append(line.second);
     }
     return result;
+}
+
+bool LogCapture::gets(const QString &part, int times) const
+{
+    return QTest::qWaitFor([&] { return countContaining(part) == times; }, patienceMs);
 }
 
 void LogCapture::checkConnections() const

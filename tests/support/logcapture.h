@@ -25,6 +25,8 @@ public:
     int count(QtMsgType type, const QString &text) const { return texts(type).count(text); }
     /// Returns how many lines of any type contain `part`.
     int countContaining(const QString &part) const { return texts().filter(part).size(); }
+    /// Waits until that many lines contain `part`.
+    bool gets(const QString &part, int times) const;
 
 private:
     void checkConnections() const;

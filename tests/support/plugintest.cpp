@@ -10,14 +10,9 @@ void PluginTest::setUp(bool withInfoDatabase)
     log = std::make_unique<LogCapture>();
     host = std::make_unique<TestHost>(withInfoDatabase);
     schema = std::make_unique<TestDatabase>(TestDatabase::Tables::Schema);
-    makePlugin();
-    prepare();
-}
-
-void PluginTest::makePlugin()
-{
     plugin = std::make_unique<AutoReport>();
     plugin->setDBManager(host->manager());
+    prepare();
 }
 
 void PluginTest::cleanup()
@@ -46,9 +41,4 @@ void PluginTest::stopWithin(int limitMs) const
     clock.start();
     plugin->stop();
     QVERIFY2(clock.elapsed() < limitMs, qPrintable(QString::number(clock.elapsed())));
-}
-
-bool PluginTest::logs(const QString &part, int times) const
-{
-    return QTest::qWaitFor([&] { return logged(part) == times; }, patienceMs);
 }

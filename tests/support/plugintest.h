@@ -17,7 +17,6 @@ protected:
     virtual void prepare() {}
 
     void setUp(bool withInfoDatabase);
-    void makePlugin();
 
     /// Starts a scan without waiting for its time.
     void beginScan() const;
@@ -29,7 +28,7 @@ protected:
     /// Returns how many lines contain `part`.
     int logged(const QString &part) const { return log->countContaining(part); }
     /// Waits until so many do.
-    bool logs(const QString &part, int times = 1) const;
+    bool logs(const QString &part, int times = 1) const { return log->gets(part, times); }
     int threads() const { return plugin->findChildren<QThread *>().size(); }
 
     std::unique_ptr<LogCapture> log;

@@ -1,6 +1,5 @@
 #include "support/testhost.h"
 
-#include <QDate>
 #include <QTimer>
 
 #include <algorithm>
@@ -65,15 +64,4 @@ bool isScanning(const QObject &plugin)
     return std::any_of(timers.begin(), timers.end(), [](const QTimer *timer) {
         return timer->isActive() && timer->interval() == 0;
     });
-}
-
-int peopleForSeconds()
-{
-    return 21000 / QDate::currentDate().day();
-}
-
-void slowDown(const TestDatabase &schema)
-{
-    schema.exec("ALTER TABLE atten MODIFY uid DECIMAL(10) NOT NULL;\n"
-                "ALTER TABLE atten_data MODIFY uid DECIMAL(10) NOT NULL");
 }

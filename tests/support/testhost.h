@@ -49,11 +49,3 @@ void addPeople(const TestDatabase &schema, int count);
 
 /// Returns whether the plug-in is in the middle of a scan.
 bool isScanning(const QObject &plugin);
-
-/// So many people that a daily report of today takes seconds, early in a month too, if its rows are
-/// read one by one.
-int peopleForSeconds();
-
-/// Keeps the daily report from reading ahead, which needs integers to tell people and days apart:
-/// each row is read by itself.
-void slowDown(const TestDatabase &schema);
