@@ -6,7 +6,8 @@
 
 #include <atomic>
 #include <chrono>
-#include <memory>
+#include <deque>
+#include <future>
 #include <thread>
 #include <vector>
 
@@ -73,12 +74,12 @@ private Q_SLOTS:
     void entersInOrder()
     {
         ReportGate gate(1, 1h);
-        std::vector<std::unique_ptr<Visitor>> visitors;
+        std::deque<Visitor> visitors;
         for (int i = 0; i < 20; ++i)
-            visitors.push_back(std::make_unique<Visitor>(gate));
-        for (const auto &visitor : visitors) {
-            QTRY_VERIFY(visitor->isInside());
-            visitor->leave();
+            visitors.emplace_back(gate);
+        for (Visitor &visitor : visitors) {
+            QTRY_VERIFY(visitor.isInside());
+            visitor.leave();
         }
     }
 
@@ -92,24 +93,23 @@ private Q_SLOTS:
         std::atomic<int> inside{0};
         std::atomic<int> full{0};
         std::atomic<int> overfull{0};
-        std::vector<std::thread> threads;
-        threads.reserve(threadCount);
+        const auto visit = [&] {
+            for (int pass = 0; pass < passes / threadCount; ++pass) {
+                const ReportGate::Pass held(gate, goOn);
+                const int now = ++inside;
+                full += now == places ? 1 : 0;
+                overfull += now > places ? 1 : 0;
+                std::this_thread::sleep_for(50us);
+                --inside;
+            }
+        };
         QElapsedTimer timer;
         timer.start();
-        for (int i = 0; i < threadCount; ++i) {
-            threads.emplace_back([&] {
-                for (int pass = 0; pass < passes / threadCount; ++pass) {
-                    const ReportGate::Pass held(gate, goOn);
-                    const int now = ++inside;
-                    full += now == places ? 1 : 0;
-                    overfull += now > places ? 1 : 0;
-                    std::this_thread::sleep_for(50us);
-                    --inside;
-                }
-            });
+        {
+            std::vector<std::future<void>> visits(threadCount); // their destructors wait
+            for (std::future<void> &one : visits)
+                one = std::async(std::launch::async, visit);
         }
-        for (std::thread &thread : threads)
-            thread.join();
         QVERIFY(full > 0 && overfull == 0);
         QVERIFY2(timer.elapsed() < patienceMs, qPrintable(QString::number(timer.elapsed())));
     }
