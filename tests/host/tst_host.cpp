@@ -161,17 +161,16 @@ private Q_SLOTS:
         const QStringList old{"DennyReport_a_" + past + ".xls",
                               "MesReportDochadzky_a_b_" + past + ".xlsx"};
         QStringList kept{"DennyReport_a_" + now + ".xlsx", "DennyReport_a_" + past + ".xlsx.bak",
-                         "DennyReport_fresh_" + past + ".xlsx", "Other_a_" + past + ".xlsx"};
+                         "Other_a_" + past + ".xlsx"};
         QDir folder(bench->temporary.path());
-        for (const QString &name : old + kept) {
-            QFile file(folder.filePath(name));
-            QVERIFY(file.open(QIODevice::ReadWrite));
-            if (!name.contains("fresh"))
-                QVERIFY(file.setFileTime(QDateTime::currentDateTime().addDays(-2),
-                                         QFileDevice::FileModificationTime));
-        }
+        QStringList touch{"--date", "2 days ago"};
+        for (const QString &name : old + kept)
+            touch += folder.filePath(name);
+        QCOMPARE(QProcess::execute("touch", touch), 0);
         kept += "DennyReport_folder_" + past + ".xlsx";
         QVERIFY(folder.mkdir(kept.last()));
+        kept += "DennyReport_fresh_" + past + ".xlsx";
+        writeFile(folder.filePath(kept.last()), {});
         serve({"--clear-workbooks"});
         QVERIFY(program->logs("Host - 2 workbooks of past months removed"));
         QStringList left = folder.entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
