@@ -9,11 +9,15 @@ namespace
 {
 
 /// A company from a random seed, with everything that a customer's tables may hold, valid or not.
+/// The types of its keys are random too; if they are given, its people are two whom the type YEAR
+/// takes for one.
 class Company
 {
 public:
-    explicit Company(unsigned seed)
-        : random(seed)
+    Company(unsigned seed, const QString &typeOfUids, const QString &typeOfMoments)
+        : uidType(typeOfUids)
+        , momentType(typeOfMoments)
+        , random(seed)
     {
         options.advancedOvertime = one(2);
         options.interruptions = !one(4);
@@ -24,6 +28,8 @@ public:
         const unsigned people = isLarge ? 700 : 1 + below(12);
         for (unsigned i = 0; i < people; ++i)
             uids.append(isLarge ? QString::number(i * 3) : pick(oddUids));
+        if (!uidType.isEmpty())
+            uids = QStringList{"5", "2005"};
         uids.removeDuplicates();
     }
 
@@ -69,8 +75,10 @@ private:
     {
         return type("DOUBLE NULL", {"INT", "TEXT", "DECIMAL(14,3)", "FLOAT NULL", "BIGINT"});
     }
-    QString keyType()
+    QString keyType(const QString &given)
     {
+        if (!given.isEmpty())
+            return given;
         return type("INT UNSIGNED NULL",
                     {"INT NULL", "BIGINT", "BIGINT UNSIGNED", "INT(9) ZEROFILL", "VARCHAR(20)",
                      "DECIMAL(20,2)", "DOUBLE NULL", "VARBINARY(20)", "DATETIME NULL"});
@@ -84,11 +92,12 @@ private:
         QString recordTable = "CREATE TABLE atten_data (uid %1, iid %2, `from` %3, duration %4, "
                               "del %5";
         return {"DROP TABLE atten, atten_data",
-                attenTable.arg(keyType(), keyType(), numberType(),
+                attenTable.arg(keyType(uidType), keyType(momentType), numberType(),
                                type("TINYINT NULL", {"VARCHAR(9)"})) +
                     end,
-                recordTable.arg(keyType(), type("INT NULL", {"VARCHAR(9)", "DECIMAL(9,1)"}),
-                                keyType(), numberType(), type("TINYINT NULL", {"VARCHAR(9)"})) +
+                recordTable.arg(keyType(uidType), type("INT NULL", {"VARCHAR(9)", "DECIMAL(9,1)"}),
+                                keyType(momentType), numberType(),
+                                type("TINYINT NULL", {"VARCHAR(9)"})) +
                     QString(end).replace("date", "`from`")};
     }
     /// What a person did on a day: mostly one row of attendance, and a few records.
@@ -117,8 +126,9 @@ private:
         const qint64 end = date.addDays(1).startOfDay().toSecsSinceEpoch();
         const QString inDay = QString::number(start + qint64(below(82800)));
         return pick({inDay, inDay, inDay, QString::number(start - 1), QString::number(end - 1),
-                     QString::number(end), QString::number(start + 1), inDay + ".5", "NULL", "0",
-                     "-86400", "4294967295", "'" + inDay + "x'"});
+                     QString::number(end - 1) + ".5", QString::number(end),
+                     QString::number(start + 1), inDay + ".5", "NULL", "0", "-86400", "4294967295",
+                     "'" + inDay + "x'"});
     }
     QString seconds()
     {
@@ -143,6 +153,8 @@ private:
                               "DROP TABLE inters",
                               "DROP TABLE atten"};
 
+    const QString uidType;    ///< of the keys; random if empty
+    const QString momentType; ///< likewise
     std::mt19937 random;
     QStringList uids;
     QStringList attendance; ///< rows to insert
@@ -180,17 +192,21 @@ class TestReadAhead : public ReportTest
 private Q_SLOTS:
     void sameBothWays_data()
     {
-        QTest::addColumn<unsigned>("seed");
+        addColumns<unsigned, QString, QString>("seed", "uids", "moments");
         const int count = qEnvironmentVariable("AUTOREPORT_SEEDS", "25").toInt();
         const unsigned first = qEnvironmentVariable("AUTOREPORT_FIRST_SEED", "1").toUInt();
         for (unsigned seed = first; seed < first + unsigned(count); ++seed)
-            QTest::newRow(qPrintable(QString::number(seed))) << seed;
+            addRow(qPrintable(QString::number(seed)), seed, QString(), QString());
+        addRow("for the server, uid 5 is 2005", 1U, QString("YEAR"), QString("INT UNSIGNED"));
+        addRow("half a second before midnight", 1U, QString("INT UNSIGNED"), QString("DOUBLE"));
     }
 
     void sameBothWays()
     {
         QFETCH(unsigned, seed);
-        Company company(seed);
+        QFETCH(QString, uids);
+        QFETCH(QString, moments);
+        Company company(seed, uids, moments);
         bench->schema.exec(company.sql());
         DailyAttenData data(bench->database, company.options, company.today, [] { return false; });
         QVERIFY(data.loadPeople());
