@@ -2,13 +2,14 @@
 
 #include <QString>
 
-/// Returns whether a character could control a terminal or change the order of the characters
-/// around it: a control character, or one that embeds, overrides or isolates a direction of
-/// writing.
+/// Returns whether a character could control a terminal, end the line, or change the order of the
+/// characters around it: a control character, a separator of lines or paragraphs, or one that
+/// marks, embeds, overrides or isolates a direction of writing.
 inline bool isControl(QChar c)
 {
     const ushort code = c.unicode();
-    return c.category() == QChar::Other_Control || (code >= 0x202A && code <= 0x202E) ||
+    return c.category() == QChar::Other_Control || code == 0x061C || code == 0x200E ||
+           code == 0x200F || (code >= 0x2028 && code <= 0x202E) ||
            (code >= 0x2066 && code <= 0x2069);
 }
 

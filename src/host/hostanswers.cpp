@@ -43,6 +43,7 @@ void addTemporaryDirectory(HostAnswer &answer, TemporaryDirectoryProbe &probe)
     answer.temporaryDirectory = directory.state == State::Missing ? QString() : directory.path;
     answer.isTemporaryAnswering = directory.state != State::Silent;
     answer.isTemporaryWritable = directory.state == State::Usable;
+    answer.temporaryError = directory.error;
     answer.temporaryFreeBytes = directory.freeBytes;
 }
 

@@ -72,6 +72,7 @@ void visitHost(Visitor &visit, Host &host)
     visit("temporaryDirectory", host.temporaryDirectory);
     visit("temporaryAnswers", host.isTemporaryAnswering);
     visit("temporaryWritable", host.isTemporaryWritable);
+    visit("temporaryError", host.temporaryError);
     visit("temporaryFreeBytes", host.temporaryFreeBytes);
 }
 

@@ -7,7 +7,7 @@
 struct ConnectionOptions {
     bool single = false; ///< `databaseName` is one schema, not an information database
     QString host;        ///< one host, or several: "node1:3306,node2"
-    int port = 0;
+    int port = 0;        ///< of hosts without one of their own; 0 if there are none
     QString user;
     QString password;
     QString databaseName;

@@ -8,8 +8,13 @@
 #include <QRegularExpression>
 #include <QVariant>
 
+#include <algorithm>
+#include <limits>
+
 namespace
 {
+
+constexpr int noPort = std::numeric_limits<int>::min(); // of a server that --db-host lists
 
 constexpr const char *passwordVariable = "AUTOREPORT_DB_PASSWORD";
 
@@ -120,13 +125,19 @@ ConnectionOptions OptionReader::connection()
     ConnectionOptions options;
     options.single = flag("single");
     options.host = text("db-host");
-    for (const ServerAddress &server : serversOf(options.host, 1)) {
-        if (server.host.isEmpty() || server.port < 1 || server.port > 65535)
+    const auto servers = serversOf(options.host, noPort);
+    for (const ServerAddress &server : servers) {
+        const bool isPort = server.port == noPort || (server.port >= 1 && server.port <= 65535);
+        if (server.host.isEmpty() || !isPort)
             fail(QStringLiteral("--db-host must be a host, or several such as "
                                 "node1:3306,node2:3306, not '%1'")
                      .arg(options.host));
     }
-    options.port = number("db-port", 1, 65535);
+    const bool isPortNeeded =
+        std::any_of(servers.cbegin(), servers.cend(),
+                    [](const ServerAddress &server) { return server.port == noPort; });
+    if (isPortNeeded || hasOption(QStringLiteral("db-port")))
+        options.port = number("db-port", 1, 65535);
     options.user = text("db-user");
     options.databaseName = text("db-name");
     options.authorityFile = file("db-ca");

@@ -78,8 +78,11 @@ TemporaryDirectory TemporaryDirectoryProbe::check(std::chrono::milliseconds pati
             check->directory = std::move(directory);
             check->done.release();
         }).detach();
-    } catch (const std::system_error &) {
-        return silent;
+    } catch (const std::system_error &error) {
+        return {pathAsSet(), TemporaryDirectory::State::Unchecked,
+                QStringLiteral("no thread could be started: ") +
+                    QString::fromLocal8Bit(error.what()),
+                0};
     }
     pending = check;
     if (!check->done.tryAcquire(1, int(patience.count())))

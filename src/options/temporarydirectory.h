@@ -7,12 +7,18 @@
 
 /// The directory for workbooks: TMPDIR, or /tmp if that is not set.
 struct TemporaryDirectory {
-    enum class State { Usable, Missing, NotWritable, Silent };
+    enum class State {
+        Usable,
+        Missing,
+        NotWritable,
+        Silent,   ///< the disk does not answer
+        Unchecked ///< no thread could be started for the check
+    };
 
     QString path;
-    State state = State::Silent; ///< Silent if the disk does not answer
-    QString error;               ///< of the system; empty unless NotWritable
-    qint64 freeBytes = 0;        ///< 0 if unknown
+    State state = State::Silent;
+    QString error;        ///< of the system; empty unless NotWritable or Unchecked
+    qint64 freeBytes = 0; ///< 0 if unknown
 };
 
 /**

@@ -19,7 +19,7 @@ struct ReportNeeds {
     /// one reads the people, without whom there is no report.
     QStringList statements;
     QString countStatement; ///< counts the people
-    int rowsPerPerson; ///< of the workbook
+    int rowsPerPerson;      ///< of the workbook
     const BookFormat *format;
 };
 

@@ -51,7 +51,7 @@ void checkServed(const HostAnswer &host, const ReportKind &kind, const StoredSet
                      QStringLiteral("resume it: systemctl kill -s SIGUSR2 autoreport"));
     if (schema.problemMoment > schema.lastTick)
         findings.add(Gravity::Obstacle, "worker",
-                     QStringLiteral("the host's worker has not been able to work since %1: %2")
+                     QStringLiteral("the host's worker has been unable to work since %1: %2")
                          .arg(momentText(schema.problemMoment), schema.problem),
                      QStringLiteral("check that the server answers; the host tries again every "
                                     "minute"));
@@ -85,8 +85,8 @@ void checkUnserved(const HostAnswer &host, Findings &findings)
                      QStringLiteral("wait"));
     else
         findings.add(Gravity::Waiting, "scan",
-                     QStringLiteral("the host has not found it yet: its last scan was at %1, the "
-                                    "next is at %2")
+                     QStringLiteral("the host has not found the schema yet: it last scanned at "
+                                    "%1, and scans again at %2")
                          .arg(momentText(host.lastScan), momentText(host.nextScan)),
                      QLatin1String(scanAtOnce));
 }
@@ -133,7 +133,7 @@ void checkOverdue(const QSqlDatabase &database, const StoredSettings &stored,
                          .arg(Output::exactMoment(since),
                               isServed ? QStringLiteral("makes it within a minute")
                                        : QStringLiteral("finds it within an hour")),
-                     QLatin1String(scanAtOnce));
+                     isServed ? QStringLiteral("wait a minute") : QLatin1String(scanAtOnce));
         return;
     }
     findings.add(Gravity::Obstacle, "overdue",

@@ -19,8 +19,8 @@ constexpr qint64 spaceWantedMiB = 512;
 /// ways.
 QVector<HostAnswer> hostsOf(const ConnectionOptions &connection, const QVector<HostAnswer> &all)
 {
-    const QString port = QString::number(connection.port);
     const QString server = serverText(connection.host, connection.port);
+    const QString port = server.section(QLatin1Char(':'), -1);
     QVector<HostAnswer> same;
     QVector<HostAnswer> alike;
     for (const HostAnswer &host : all) {
@@ -61,8 +61,10 @@ void takeDirectoryOfHost(Machine &machine, const HostAnswer &host)
         setMissing(machine, QStringLiteral("the temporary directory of the host does not exist"));
     else if (host.isTemporaryAnswering && !host.isTemporaryWritable)
         machine.temporaryError =
-            QStringLiteral("the host cannot write to its temporary directory '%1'")
-                .arg(host.temporaryDirectory);
+            QStringLiteral("the host cannot write to its temporary directory '%1'%2")
+                .arg(host.temporaryDirectory, host.temporaryError.isEmpty()
+                                                  ? QString()
+                                                  : QStringLiteral(": ") + host.temporaryError);
 }
 
 void takeOwnDirectory(Machine &machine)
@@ -75,6 +77,9 @@ void takeOwnDirectory(Machine &machine)
                    QStringLiteral("the temporary directory '%1' does not exist").arg(own.path));
     else if (own.state == State::NotWritable)
         machine.temporaryError = QStringLiteral("cannot write to the temporary directory '%1': %2")
+                                     .arg(own.path, own.error);
+    else if (own.state == State::Unchecked)
+        machine.temporaryError = QStringLiteral("cannot check the temporary directory '%1': %2")
                                      .arg(own.path, own.error);
 }
 

@@ -23,6 +23,8 @@ private Q_SLOTS:
         addRow("command", "sevre", 2, "unknown command 'sevre'\nDid you mean 'serve'?\n");
         addRow("password in sight", most + "--db-password=x", 2, "'db-password'");
         addRow("missing option", most, 2, "--db-port is missing");
+        addRow("missing port", most + "--db-host h:1,h", 2, "--db-port is missing");
+        addRow("ports of all servers", most + "--db-host h:1,h:2 --metrics x", 2, "an address");
         addRow("password file", all + "--password-file /no/such", 1,
                "cannot read the password file '/no/such'");
         const QString way = "serve " + TestServer::options("here").join(' ');

@@ -75,6 +75,8 @@ private Q_SLOTS:
         const QByteArray line =
             logLine(LogStyle::Journal, QtInfoMsg, "a\nb\x1b[2J\u009b\u202e\u2066č");
         QCOMPARE(line, QByteArray("<6>a | b\ufffd[2J\ufffd\ufffd\ufffdč\n"));
+        for (const QString marks : {"\u061c\u200e", "\u200f\u2028", "\u2029\u2069"})
+            QCOMPARE(logLine(LogStyle::Journal, QtInfoMsg, marks), QByteArray("<6>\ufffd\ufffd\n"));
     }
 
 private:

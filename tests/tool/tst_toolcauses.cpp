@@ -200,7 +200,7 @@ private Q_SLOTS:
         bench->schema.exec("UPDATE vars SET value = '0' WHERE name LIKE '%.enabled'");
         startHost("serves 0 schemas ");
         bench->schema.exec("UPDATE vars SET value = '1' WHERE name LIKE '%.enabled'");
-        hold({Says::Later, "scan", "the host has not found it yet: its last scan was at 2023",
+        hold({Says::Later, "scan", "the host has not found the schema yet: it last scanned at 2023",
               "wait, or let the host scan at once: systemctl reload autoreport"});
     }
 
