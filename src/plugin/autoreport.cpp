@@ -29,7 +29,6 @@ AutoReport::AutoReport(QObject *parent)
     soonScan->setObjectName(QStringLiteral("soonScan"));
     nextSlice->setObjectName(QStringLiteral("nextSlice"));
     soonScan->setSingleShot(true);
-    soonScan->setInterval(soonMs);
     connect(soonScan, &QTimer::timeout, this, &AutoReport::checkSchemas);
     nextSlice->setSingleShot(true);
     connect(nextSlice, &QTimer::timeout, this, &AutoReport::scanSlice);
@@ -91,7 +90,7 @@ bool AutoReport::startScanning()
     infoGuard = std::make_shared<ConnectionGuard>();
     watch->add(makeDbConfig(dbManager->getInfoDB(), QString()), infoGuard, scanLimits);
     scanPending = true;
-    soonScan->start();
+    soonScan->start(soonMs);
     return true;
 }
 
@@ -139,7 +138,7 @@ void AutoReport::resume()
         timer->start(interval);
         const bool heldBack = scanPending && !soonScan->isActive() && !nextSlice->isActive();
         if (heldBack)
-            soonScan->start();
+            soonScan->start(soonMs);
     }
     if (singleWorker)
         singleWorker->resume();

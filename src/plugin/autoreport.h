@@ -64,6 +64,7 @@ private:
     void scanSlice();
     void guardInfoDatabase();
     void releaseInfoDatabase();
+    void checkRegistry();
     void endScan();
     void checkSchema(const QString &token);
     void serveSchema(const QString &token, const QSqlDatabase &db);
@@ -79,13 +80,15 @@ private:
     struct Scan {
         unsigned int total = 0;
         unsigned int visited = 0;
-        QStringList page;    ///< loaded and not yet visited
-        int descriptors = 0; ///< left for this scan to use
-        QString obstacle;    ///< why the scan has to end early; empty otherwise
+        QStringList page;          ///< loaded and not yet visited
+        int descriptors = 0;       ///< left for this scan to use
+        QString obstacle;          ///< why the scan has to end early; empty otherwise
+        bool isServerLost = false; ///< whether the obstacle is the information database
     };
 
     QTimer *timer;
-    QTimer *soonScan;  ///< single shot: starts the first scan, and one that a pause postponed
+    QTimer *soonScan;  ///< single shot: starts the first scan, one that a pause postponed, and the
+                       ///< repetition of one that lost the server
     QTimer *nextSlice; ///< single shot, running between two slices of a scan
     Scan scan;
     bool scanPending = false; ///< a scan is due or running

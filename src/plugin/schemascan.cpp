@@ -21,6 +21,7 @@ namespace
 {
 
 constexpr int sliceMs = 200;
+constexpr int retryMs = 60000;
 // A worker needs two descriptors for its socket and one for its thread's event loop; its report
 // needs one or two for files. One is kept in reserve. The spared ones are left to the host.
 constexpr int descriptorsPerWorker = 6;
@@ -47,12 +48,15 @@ void AutoReport::checkSchemas()
     if (debugLevel)
         qDebug("AutoReport::checkSchemas()");
 
+    soonScan->stop();
     scan = Scan();
     scan.descriptors = spareDescriptors() - descriptorsSpared;
     guardInfoDatabase();
     const ConnectionGuard::Use use(*infoGuard);
     scan.total = dbManager->tokensCount(true);
-    if (scan.total == 0) {
+    if (scan.total == 0)
+        checkRegistry();
+    if (scan.total == 0 && scan.obstacle.isEmpty()) {
         scanPending = false;
         releaseInfoDatabase();
         if (debugLevel)
@@ -61,6 +65,16 @@ void AutoReport::checkSchemas()
     }
     scanPending = true;
     scanSlice();
+}
+
+/// Sets the obstacle if the manager returned nothing because of an error.
+void AutoReport::checkRegistry()
+{
+    const std::optional<Error> fault = SchemaRegistry(dbManager->getInfoDB()).check();
+    if (!fault)
+        return;
+    scan.obstacle = QStringLiteral("the table schemas cannot be read: ") + fault->text;
+    scan.isServerLost = true;
 }
 
 /// Lets the watch break off the scan's statements on the information database, like the workers'.
@@ -96,8 +110,10 @@ void AutoReport::scanSlice()
         }
         if (scan.page.isEmpty())
             scan.page = dbManager->loadTokens(SchemaRegistry::tokensPerPage, scan.visited);
-        if (scan.page.isEmpty())
+        if (scan.page.isEmpty()) {
+            checkRegistry();
             break;
+        }
         ++scan.visited;
         checkSchema(scan.page.takeFirst());
     }
@@ -107,9 +123,15 @@ void AutoReport::scanSlice()
 void AutoReport::endScan()
 {
     scanPending = false;
-    if (infoGuard->isBroken())
+    if (infoGuard->isBroken()) {
         scan.obstacle = QStringLiteral("the server does not answer");
+        scan.isServerLost = true;
+    }
     releaseInfoDatabase();
+    if (scan.isServerLost) { // an hour is long for customers who are not served yet
+        scanPending = true;
+        soonScan->start(retryMs);
+    }
     if (!scan.obstacle.isEmpty())
         qWarning("AutoReport::checkSchemas() - %s: the scan ends at schema %u of %u; the next scan "
                  "tries again",

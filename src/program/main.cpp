@@ -11,8 +11,28 @@
 #include <csignal>
 #include <cstdio>
 
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace
+{
+
+/// Opens closed standard streams on /dev/null. Otherwise a socket or a pipe of the program would
+/// get their numbers, and whatever is printed would be written to it.
+void openStandardStreams()
+{
+    int descriptor = 0;
+    while (descriptor >= 0 && descriptor <= STDERR_FILENO)
+        descriptor = ::open("/dev/null", O_RDWR);
+    if (descriptor > STDERR_FILENO)
+        ::close(descriptor);
+}
+
+} // namespace
+
 int main(int argc, char *argv[])
 {
+    openStandardStreams();
     // If file sizes are limited, a write beyond the limit would kill the program, and with it the
     // reports of all customers. With the signal ignored, only that write fails. The plug-in cannot
     // decide this: a signal's action belongs to the whole process, hence to the host.

@@ -116,9 +116,11 @@ bool AttenReport::fits(const BookFormat &format, int rowCount) const
 {
     if (rowCount < format.rows)
         return true;
-    qCritical("%s - %i rows are more than the %i that %s can hold; .xlsx can hold %i",
-              kind.className, rowCount, format.rows - 1, format.extension.data(),
-              xlsxFormat.rows - 1);
+    const QString other = &format == &xlsxFormat
+                              ? QString()
+                              : QStringLiteral("; .xlsx can hold %1").arg(xlsxFormat.rows - 1);
+    qCritical("%s - %i rows are more than the %i that %s can hold%s", kind.className, rowCount,
+              format.rows - 1, format.extension.data(), qUtf8Printable(other));
     return false;
 }
 

@@ -12,6 +12,7 @@
 #include <QSaveFile>
 
 #include <algorithm>
+#include <cerrno>
 
 namespace
 {
@@ -45,11 +46,15 @@ std::optional<QVector<ReportHistory>> readAll(const Schemas &schemas,
 bool writePage(const QString &path, const QByteArray &page)
 {
     QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(page) == page.size() && file.commit()) {
+    // Flushed, because commit() ignores that the rest of the page could not be written.
+    const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(page) == page.size() &&
+                           file.flush() && file.commit();
+    const int error = errno;
+    if (isWritten) {
         Output::print(path);
         return true;
     }
-    Output::error(QStringLiteral("cannot write '%1': %2").arg(path, file.errorString()));
+    Output::error(QStringLiteral("cannot write '%1': %2").arg(path, qt_error_string(error)));
     return false;
 }
 

@@ -9,8 +9,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <utility>
 
 #include <sys/ioctl.h>
+
 #include <unistd.h>
 
 namespace
@@ -90,7 +92,10 @@ bool Output::flush()
     noteError(std::fflush(stdout) == 0);
     if (firstErrno == 0)
         return true;
-    error(QStringLiteral("cannot write to standard output: %1").arg(qt_error_string(firstErrno)));
+    static bool isTold = false;
+    if (!std::exchange(isTold, true))
+        error(
+            QStringLiteral("cannot write to standard output: %1").arg(qt_error_string(firstErrno)));
     return false;
 }
 

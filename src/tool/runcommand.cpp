@@ -98,6 +98,10 @@ int makeRun(const Invocation &invocation, const QSqlDatabase &database)
                            queued > 0 && !complained && invocation.has("mark")
                                ? QStringLiteral("; the report counts as made")
                                : QString()));
+    if (queued > 0 && !Output::flush()) { // they must not be queued again
+        Output::error(QStringLiteral("%1 mails were queued nevertheless").arg(queued));
+        return Tool::Look;
+    }
     if (queued == 0 && Interruption::isRequested())
         return Interruption::status();
     return queued == recipients.size() && !complained ? Tool::Well : Tool::Look;

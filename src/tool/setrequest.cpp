@@ -172,8 +172,12 @@ void SetRequests::readFile(const Invocation &invocation)
                 QStringLiteral("'--%1' must not be given with --file, whose lines name everything")
                     .arg(QLatin1String(option));
     }
-    for (int number = 1; error.text.isEmpty() && !file.atEnd(); ++number) {
-        const QString line = QString::fromUtf8(file.readLine()).trimmed();
+    // Until nothing can be read: atEnd() is no help with a pipe.
+    for (int number = 1; error.text.isEmpty(); ++number) {
+        const QByteArray read = file.readLine();
+        if (read.isEmpty())
+            break;
+        const QString line = QString::fromUtf8(read).trimmed();
         if (line.isEmpty() || line.startsWith(QLatin1Char('#')))
             continue;
         readLine(line, invocation.synopsis);

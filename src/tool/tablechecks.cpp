@@ -145,8 +145,10 @@ void checkRows(int rows, const BookFormat &format, const ReportKind &kind, Findi
             Gravity::Obstacle, "rows",
             QStringLiteral("%1 rows are more than the %2 that %3 can hold")
                 .arg(QString::number(rows), QString::number(format.rows - 1), format.extension),
-            QStringLiteral("autoreport set %1 %2 --format xlsx")
-                .arg(findings.subject, QLatin1String(kind.word)));
+            &format == &xlsxFormat
+                ? QStringLiteral("no format can hold more: check who is active in the table people")
+                : QStringLiteral("autoreport set %1 %2 --format xlsx")
+                      .arg(findings.subject, QLatin1String(kind.word)));
 }
 
 void checkRoom(qint64 bytes, const Machine &machine, Findings &findings)

@@ -47,6 +47,17 @@ protected:
         return {ended ? tool->exitCode() : -1, tool->output(), tool->log};
     }
 
+    /// Runs the program at the information database by a shell's script, in which "$@" stands for
+    /// it. Returns its status.
+    int runInShell(const QString &script, const QStringList &words) const
+    {
+        QProcess shell;
+        shell.setProcessEnvironment(environment);
+        shell.start("sh", QStringList{"-c", script, "sh", AUTOREPORT_PROGRAM, words.first()} +
+                              TestServer::options(info->name()) + words.mid(1));
+        return shell.waitForFinished(patienceMs) ? shell.exitCode() : -1;
+    }
+
     void prepare() override
     {
         info = std::make_unique<TestDatabase>(TestDatabase::Tables::Info);

@@ -156,6 +156,11 @@ private Q_SLOTS:
         QVERIFY(program->stops());
     }
 
+    void servesWithoutStreams()
+    {
+        QCOMPARE(runInShell("exec \"$@\" <&- >&- 2>&-", {"serve", "--run-for", "1"}), 0);
+    }
+
     void clearsOldWorkbooks()
     {
         const QString now = QDate::currentDate().toString("MMyyyy");

@@ -3,6 +3,8 @@
 #include "support/fullgate.h"
 #include "support/plugintest.h"
 
+#include <QTimer>
+
 #include <algorithm>
 
 constexpr int promptMs = sanitized ? 10000 : 2000;
@@ -48,6 +50,23 @@ private Q_SLOTS:
                 plugin.reset();
             QCOMPARE(logged("AutoReportWorker - stop()"), round);
         }
+    }
+
+    /// Nobody would be served for an hour if a host started while its server restarts.
+    void scanIsRepeatedSoon()
+    {
+        host->infoDatabase().exec("RENAME TABLE `schemas` TO away");
+        QVERIFY(plugin->start());
+        QVERIFY(logs("the table schemas cannot be read: "));
+        auto *soon = plugin->findChild<QTimer *>("soonScan");
+        QVERIFY(soon->isActive() && soon->interval() == 60000);
+        plugin->pause();
+        QVERIFY(!soon->isActive());
+        host->infoDatabase().exec("RENAME TABLE away TO `schemas`");
+        plugin->resume();
+        QVERIFY(logs("worker created for schema 'firma'"));
+        scan();
+        QVERIFY(!soon->isActive());
     }
 
     void schemasThatCannotBeServed()

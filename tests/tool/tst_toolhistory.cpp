@@ -105,6 +105,9 @@ private Q_SLOTS:
             "gone: cannot open ");
         QVERIFY2(outcome.output.contains(expected), qPrintable(outcome.output));
         QCOMPARE(run("history firm --html /no/such/page").status, 1);
+        const QString page = bench->temporary.filePath("page");
+        QCOMPARE(runInShell("ulimit -f 1; \"$@\"", {"history", "--html", page}), 1);
+        QVERIFY(!QFile::exists(page));
     }
 
     /// docs/json.md lists exactly the fields that are printed.
