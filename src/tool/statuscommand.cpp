@@ -60,9 +60,12 @@ int statusOf(const Found &found)
     return isWell ? Tool::Well : Tool::Look;
 }
 
-void printText(const Found &found)
+void printText(const Found &found, bool onlyProblems)
 {
-    Output::print(statusTable(found.shown));
+    if (found.shown.isEmpty() && onlyProblems)
+        Output::print(QStringLiteral("no problems"));
+    else
+        Output::print(statusTable(found.shown));
     Output::print(QString());
     for (const Finding &one : found.machine.findings())
         Output::print(QStringLiteral("%1: %2; to do: %3").arg(one.subject, one.text, one.remedy));
@@ -113,7 +116,7 @@ int showStatus(const Invocation &invocation, const Schemas &schemas)
     if (invocation.has("json"))
         printJson(found);
     else
-        printText(found);
+        printText(found, invocation.has("problems"));
     if (!found.schemas.isComplete)
         Output::error(QStringLiteral("the server no longer answers"));
     return found.status;

@@ -128,6 +128,7 @@ private Q_SLOTS:
 
     void statusOfManySchemas()
     {
+        QVERIFY(run("status --problems").output.startsWith("no problems\n"));
         info->addSchemas({QString(64, 'x')}, bench->schema.name());
         info->addSchemas({"gone"}, "no_such_database");
         const Outcome outcome = run("status --all");
