@@ -136,6 +136,8 @@ void describeStatus(QCommandLineParser &parser)
 
 int runStatus(const Invocation &invocation)
 {
+    if (invocation.has("schema") && invocation.value("schema").isEmpty())
+        return invocation.wrong(QStringLiteral("the schema's token is empty"));
     return onSchemas(invocation,
                      [&](const Schemas &schemas) { return showStatus(invocation, schemas); });
 }

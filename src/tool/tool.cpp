@@ -129,6 +129,8 @@ UsageError readArguments(const Command &command, Invocation &invocation)
         return {};
     if (given.size() > expected)
         return {QStringLiteral("unexpected argument '%1'").arg(given.at(expected))};
+    if (!given.isEmpty() && invocation.token.isEmpty()) // not "all schemas": a script's mistake
+        return {QStringLiteral("the schema's token is empty")};
     if (command.takes != Takes::Report)
         return {};
     if (given.size() < expected)

@@ -4,6 +4,8 @@
 #include "support/reportbench.h"
 #include "support/testhost.h"
 
+#include <QRegularExpression>
+
 /// Base of test classes of the program that gives each test function an information database, which
 /// lists the bench's schema as "firm", a host that is not started yet, and the other commands.
 class HostTest : public ReportTest
@@ -33,7 +35,8 @@ protected:
                                        const QString &outputFile = QString()) const
     {
         auto tool = std::make_unique<HostProgram>();
-        const QStringList words = QProcess::splitCommand(arguments);
+        QStringList words = QProcess::splitCommand(arguments);
+        words.replaceInStrings(QRegularExpression("^''$"), QString()); // which it cannot express
         tool->outputTo(outputFile);
         tool->start(words.mid(0, 1) + TestServer::options(info->name()) + words.mid(1),
                     environment);

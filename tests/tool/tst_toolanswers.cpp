@@ -32,6 +32,8 @@ private Q_SLOTS:
                "no active schema 'nobody'\nUsage: TOKEN is one of those in the table schemas\n");
         addRow("near schema", "run Fimr daily --yes", guess("no active schema 'Fimr'", "firm"));
         addRow("near schema's history", "history frim", guess("'frim'", "firm"));
+        for (const QString empty : {"why '' daily", "history ''", "check ''", "status --schema ''"})
+            QTest::newRow(qPrintable(empty)) << empty << "the schema's token is empty\nUsage: ";
         addRow("two formats", "history --json --html x", "--json and --html exclude");
         addRow("injection", "preview x'OR''=' daily --out x.xls", "no active schema 'x'OR''=''");
         addRow("set", "set", "name the schema and the report");
