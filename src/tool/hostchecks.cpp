@@ -1,18 +1,19 @@
 #include "tool/hostchecks.h"
 
-#include "common/freshquery.h"
 #include "tool/hosttext.h"
 #include "tool/machine.h"
 #include "tool/output.h"
 #include "tool/storedsettings.h"
 
-#include <limits>
+#include <algorithm>
 
 namespace
 {
 
-constexpr qint64 graceSeconds = 4200; // a scan per hour, a tick per minute, and the report itself
-constexpr qint64 graceOfServed = 300; // if a host serves the schema: a tick and the report
+constexpr qint64 graceSeconds = 4200;   // a scan per hour, a tick per minute, and the report itself
+constexpr qint64 graceOfServed = 300;   // if a host serves the schema: a tick and the report
+constexpr qint64 twoTicksSeconds = 120; // if a worker ticked this much later, a run has ended
+constexpr qint64 longestScanSeconds = 60; // it may have passed the schema before a change
 const char *const scanAtOnce = "wait, or let the host scan at once: systemctl reload autoreport";
 
 /// Returns whether a run that failed for this cause may count as made: the monthly report's does
@@ -61,8 +62,45 @@ void checkServed(const HostAnswer &host, const ReportKind &kind, const StoredSet
         findings);
 }
 
-/// Finds why the host does not serve the schema: its worker ended, or no scan has found it yet.
-void checkUnserved(const HostAnswer &host, Findings &findings)
+bool wasMissed(const ReportSettings &settings, const QDate &day)
+{
+    return scheduleVerdict(settings, scheduledMoment(day, settings.time)) == ScheduleVerdict::Due;
+}
+
+/// Returns whether the report was missed before `day`, too. Then it waits for no scan or tick, even
+/// if somebody has just written the settings: the product may do so all the time.
+bool isMissedLonger(const ReportSettings &settings, const QDate &day)
+{
+    return settings.lastGenerated != 0 && wasMissed(settings, day.addDays(-1));
+}
+
+void checkScan(const HostAnswer &host, const StoredSettings &stored, const QDateTime &now,
+               const SecondsSinceChange &sinceChange, Findings &findings)
+{
+    const ReportSettings &settings = stored.settings;
+    const bool isPast = scheduledMoment(now.date(), settings.time) <= now;
+    const qint64 scanAge = host.moment - host.lastScan;
+    if (isMissedLonger(settings, now.date().addDays(isPast ? 0 : -1)) ||
+        sinceChange() - longestScanSeconds > scanAge)
+        findings.add(
+            Gravity::Obstacle, "scan",
+            QStringLiteral("the host's last scan, at %1, did not find it, or could not open it")
+                .arg(momentText(host.lastScan)),
+            QStringLiteral("read the lines of the host's log about '%1' or its database, "
+                           "correct its row in the table schemas or what its account may "
+                           "do, then systemctl reload autoreport")
+                .arg(findings.subject));
+    else
+        findings.add(Gravity::Waiting, "scan",
+                     QStringLiteral("the host has not found the schema yet: it last scanned at "
+                                    "%1, and scans again at %2")
+                         .arg(momentText(host.lastScan), momentText(host.nextScan)),
+                     QLatin1String(scanAtOnce));
+}
+
+/// Finds why the host does not serve the schema: its worker ended, or no scan has found it.
+void checkUnserved(const HostAnswer &host, const StoredSettings &stored, const QDateTime &now,
+                   const SecondsSinceChange &sinceChange, Findings &findings)
 {
     const SchemaAnswer schema = host.schemas.value(findings.subject);
     if (schema.problemMoment != 0)
@@ -84,11 +122,7 @@ void checkUnserved(const HostAnswer &host, Findings &findings)
                      QStringLiteral("the host has not finished its first scan"),
                      QStringLiteral("wait"));
     else
-        findings.add(Gravity::Waiting, "scan",
-                     QStringLiteral("the host has not found the schema yet: it last scanned at "
-                                    "%1, and scans again at %2")
-                         .arg(momentText(host.lastScan), momentText(host.nextScan)),
-                     QLatin1String(scanAtOnce));
+        checkScan(host, stored, now, sinceChange, findings);
 }
 
 /// Returns when the report should have gone out; invalid if it is not overdue.
@@ -100,33 +134,34 @@ QDateTime overdueSince(const ReportSettings &settings, const QDateTime &now, qin
     // The report may have been enabled only today.
     if (settings.lastGenerated == 0 && day != now.date())
         return {};
-    const QDateTime scheduled = scheduledMoment(day, settings.time);
-    return scheduleVerdict(settings, scheduled) == ScheduleVerdict::Due ? scheduled : QDateTime();
+    // Made that day, at a time that was moved to a later one since.
+    const bool isMade = QDateTime::fromSecsSinceEpoch(settings.lastGenerated).date() == day;
+    if (isMade && day != now.date())
+        return {};
+    return wasMissed(settings, day) ? scheduledMoment(day, settings.time) : QDateTime();
 }
 
-/// Returns how long ago the settings' table was last written, by the server's clock; the largest
-/// number if unknown.
-qint64 secondsSinceChange(const QSqlDatabase &database)
+/// Returns whether the host may not have seen a change of that age yet.
+bool isTooNew(qint64 changeAge, const HostAnswer *host, const QString &token)
 {
-    QSqlQuery query = freshQuery(database);
-    const bool isKnown =
-        query.exec(QStringLiteral("SELECT UNIX_TIMESTAMP() - UNIX_TIMESTAMP(update_time) FROM "
-                                  "information_schema.tables WHERE table_schema = DATABASE() AND "
-                                  "table_name = 'vars'")) &&
-        query.next() && !query.isNull(0);
-    return isKnown ? query.value(0).toLongLong() : std::numeric_limits<qint64>::max();
+    if (!host)
+        return changeAge < graceSeconds;
+    const qint64 tickAge = host->moment - host->schemas.value(token).lastTick;
+    return changeAge < graceOfServed && changeAge < tickAge + twoTicksSeconds;
 }
 
-void checkOverdue(const QSqlDatabase &database, const StoredSettings &stored,
-                  const Machine &machine, const QDateTime &now, Findings &findings)
+void checkOverdue(const StoredSettings &stored, const Machine &machine, const QDateTime &now,
+                  const SecondsSinceChange &sinceChange, Findings &findings)
 {
-    const bool isServed = machine.hostOf(findings.subject) != nullptr;
+    const HostAnswer *host = machine.hostOf(findings.subject);
+    const bool isServed = host != nullptr;
     const QDateTime since =
         overdueSince(stored.settings, now, isServed ? graceOfServed : graceSeconds);
     if (!since.isValid())
         return;
     // The report may only just have been enabled, or its time changed.
-    if (secondsSinceChange(database) < (isServed ? graceOfServed : graceSeconds)) {
+    if (!isMissedLonger(stored.settings, since.date()) &&
+        isTooNew(sinceChange(), host, findings.subject)) {
         findings.add(Gravity::Waiting, "due",
                      QStringLiteral("it has been due since %1, but the settings were only just "
                                     "stored: a host %2")
@@ -149,16 +184,16 @@ void checkOverdue(const QSqlDatabase &database, const StoredSettings &stored,
 
 } // namespace
 
-void checkHosts(const QSqlDatabase &database, const ReportKind &kind, const StoredSettings &stored,
-                const Machine &machine, const QDateTime &now, Findings &findings)
+void checkHosts(const ReportKind &kind, const StoredSettings &stored, const Machine &machine,
+                const QDateTime &now, const SecondsSinceChange &sinceChange, Findings &findings)
 {
     const int before = findings.list.size();
     if (const HostAnswer *host = machine.hostOf(findings.subject))
         checkServed(*host, kind, stored, now, findings);
     else if (!machine.hosts.isEmpty())
-        checkUnserved(machine.hosts.first(), findings);
+        checkUnserved(machine.hosts.first(), stored, now, sinceChange, findings);
     if (findings.list.size() == before)
-        checkOverdue(database, stored, machine, now, findings);
+        checkOverdue(stored, machine, now, sinceChange, findings);
 }
 
 bool wentOut(const ReportKind &kind, const ReportSettings &settings, const Machine &machine,

@@ -122,6 +122,7 @@ struct SchemaJudge::TablesJudged {
     SchemaTables found;
     Findings findings; ///< which concern each of the reports
     QVector<ReportReading> readings;
+    qint64 secondsSinceListed; ///< as in SchemaRow
 };
 
 SchemaJudge::SchemaJudge(const Machine &hosts, const QDateTime &moment, Scope judged)
@@ -197,7 +198,7 @@ void SchemaJudge::judgeReports(const QSqlDatabase &database, const SchemaSetting
 {
     Findings ofQueue(row.token);
     const MailSizes sizes = checkQueue(database, queue, schema, ofQueue);
-    TablesJudged tables{{}, Findings(row.token), {}};
+    TablesJudged tables{{}, Findings(row.token), {}, row.secondsSinceListed};
     if (std::any_of(settings.reports.cbegin(), settings.reports.cend(),
                     [this](const StoredSettings &stored) { return isJudged(stored); }))
         judgeTables(database, settings, sizes, tables);
@@ -270,6 +271,9 @@ void SchemaJudge::judgeReport(const QSqlDatabase &database, const ReportKind &ki
     // A report that is kept back would be found overdue or failed for the same reason again.
     const bool isKeptBack = std::any_of(findings.list.cbegin(), findings.list.cend(),
                                         [](const Finding &finding) { return finding.keepsBack(); });
+    const auto sinceChange = [&] {
+        return std::min(tables.secondsSinceListed, secondsSinceWritten(database, "vars"));
+    };
     if (!isKeptBack)
-        checkHosts(database, kind, stored, machine, now, findings);
+        checkHosts(kind, stored, machine, now, sinceChange, findings);
 }

@@ -6,6 +6,7 @@
 #include "db/serverlist.h"
 #include "db/serversocket.h"
 #include "tool/silencewatch.h"
+#include "tool/tablefacts.h"
 
 #include <algorithm>
 #include <atomic>
@@ -129,14 +130,15 @@ Result<QVector<SchemaRow>> Schemas::rows(const QString &token) const
             rows.append(row);
     };
     if (options.single) {
-        add({options.databaseName, 1, options});
+        add({options.databaseName, 1, options, std::numeric_limits<qint64>::max()});
         return rows;
     }
     const auto found = SchemaRegistry(master()).all();
     if (!found.isOk())
         return Error{found.error().simplified()};
+    const qint64 age = secondsSinceWritten(master(), "schemas");
     for (const SchemaRegistry::Listed &one : found.value())
-        add({one.record.token, one.status, withRow(options, one.record)});
+        add({one.record.token, one.status, withRow(options, one.record), age});
     return rows;
 }
 
@@ -153,7 +155,9 @@ SchemaConnection::SchemaConnection(const Schemas &schemas, const QString &token,
         error = QStringLiteral("there is no active schema '%1': see autoreport status").arg(token);
         return;
     }
-    SchemaRow row{token, 1, *found.value()};
+    SchemaRow row;
+    row.token = token;
+    row.options = *found.value();
     row.options.waitsForAnswers = statements == Statements::Long;
     databaseName = row.options.databaseName;
     error = row.error();

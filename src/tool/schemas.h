@@ -8,6 +8,7 @@
 #include <QStringList>
 #include <QVector>
 
+#include <limits>
 #include <memory>
 #include <optional>
 
@@ -18,6 +19,8 @@ struct SchemaRow {
     QString token;
     int status = 1; ///< 1 is active
     ConnectionOptions options;
+    /// How long ago anybody wrote the table, by the server's clock; a large number if unknown.
+    qint64 secondsSinceListed = std::numeric_limits<qint64>::max();
 
     /// Returns why no host can open the schema, or an empty text.
     QString error() const;

@@ -1,6 +1,9 @@
 #include "tool/tablefacts.h"
 
+#include "common/freshquery.h"
 #include "tool/statementpacket.h"
+
+#include <QVariant>
 
 namespace
 {
@@ -85,6 +88,18 @@ QByteArray digestIn(const QVector<QVariant> &row)
 }
 
 } // namespace
+
+qint64 secondsSinceWritten(const QSqlDatabase &database, const char *table)
+{
+    QSqlQuery query = freshQuery(database);
+    const bool isKnown =
+        query.exec(QStringLiteral("SELECT UNIX_TIMESTAMP() - UNIX_TIMESTAMP(update_time) FROM "
+                                  "information_schema.tables WHERE table_schema = DATABASE() AND "
+                                  "table_name = '%1'")
+                       .arg(QLatin1String(table))) &&
+        query.next() && !query.isNull(0);
+    return isKnown ? query.value(0).toLongLong() : std::numeric_limits<qint64>::max();
+}
 
 QStringList TableFacts::statements(const QStringList &tables)
 {

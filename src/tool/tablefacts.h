@@ -7,7 +7,12 @@
 
 #include <limits>
 
+class QSqlDatabase;
 struct Answer;
+
+/// Returns how many seconds ago a table of this database was last written, by the server's clock;
+/// the largest number if unknown.
+qint64 secondsSinceWritten(const QSqlDatabase &database, const char *table);
 
 /**
  * What the server's catalogue says of the tables that the reports need.

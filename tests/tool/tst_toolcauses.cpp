@@ -89,10 +89,16 @@ private Q_SLOTS:
         cause("just switched on", Says::Later, due, "due",
               "it has been due since 2023-11-15 07:00:00 CET, but the settings were only just",
               "wait, or let the host scan at once: systemctl reload autoreport");
-        cause("no host", Says::Cause, due + ";\nALTER TABLE vars FORCE", "overdue",
+        cause("no host", Says::Cause,
+              due + ";\nALTER TABLE vars FORCE;\nALTER TABLE INFO.`schemas` FORCE", "overdue",
               "no host has made it, though it has been due since 2023-11-15 07:00:00 CET, and no "
               "host on this machine answers",
               "check that autoreport serve is running");
+        cause("moved to later", Says::Well,
+              due + ";\n" + set.arg("23:00", "time") + ";\nALTER TABLE vars FORCE", "well",
+              "2023-11-15 23:00:00");
+        cause("written all the time", Says::Cause, set.arg("1699855202", "lastGenerated"),
+              "overdue", "no host has made it", "check that autoreport serve is running");
         causesInTheList();
         causesByRights();
         causesOfTheDailyReport();
@@ -202,6 +208,24 @@ private Q_SLOTS:
         bench->schema.exec("UPDATE vars SET value = '1' WHERE name LIKE '%.enabled'");
         hold({Says::Later, "scan", "the host has not found the schema yet: it last scanned at 2023",
               "wait, or let the host scan at once: systemctl reload autoreport"});
+    }
+
+    /// A scan needs two connections, the commands need one.
+    void hostCannotOpen()
+    {
+        bench->schema.exec(
+            QString("CREATE OR REPLACE USER one IDENTIFIED BY 'one' WITH MAX_USER_CONNECTIONS 1;\n"
+                    "GRANT ALL ON *.* TO one;\n"
+                    "UPDATE %1.`schemas` SET user = 'one', pass = TO_BASE64('one')")
+                .arg(info->name()));
+        startHost("serves 0 schemas ");
+        for (const QString &table : {bench->schema.name() + ".vars", info->name() + ".`schemas`"})
+            bench->schema.exec("ALTER TABLE " + table + " FORCE"); // forgets when it was written
+        const Verdict verdict{Says::Cause, "scan", "the host's last scan, at 2023-11-15 09:3",
+                              "read the lines of the host's log about 'firm' or its database"};
+        hold(verdict);
+        bench->schema.exec("UPDATE vars SET value = '1699855202' WHERE name LIKE '%lastGenerated'");
+        hold(verdict); // somebody writes all the time
     }
 
     void hostFails()

@@ -43,6 +43,7 @@ private Q_SLOTS:
         enableBoth();
         bench->schema.exec(change);
         bench->schema.exec("ALTER TABLE vars FORCE"); // forgets when it was written
+        info->exec("ALTER TABLE `schemas` FORCE");
         for (const QString &mail : mails.split(',', Qt::SkipEmptyParts)) {
             const QStringList parts = mail.split(' ');
             const QDateTime at(QDate(2023, 11, parts[0].toInt()), QTime(parts[2].toInt(), 0));
