@@ -72,6 +72,11 @@ private Q_SLOTS:
               "ALTER TABLE emails MODIFY data LONGBLOB");
         cause("small packets", Says::Cause, many + "SET GLOBAL max_allowed_packet = 32768",
               "packet", "max_allowed_packet is 32768, a mail has ", "set max_allowed_packet");
+        cause("workbooks near the limit", Says::Harm,
+              "INSERT INTO emails (`from`, `to`, subject, body, status, data) VALUES ('z', 'a', "
+              "'', '', 'S', REPEAT('x', 9000000));\nSET GLOBAL max_allowed_packet = 16777216",
+              "packet", "the largest of the last mails has 9000000 bytes, more than half of the ",
+              "set max_allowed_packet to at least twice the mail");
         cause("no transactions", Says::Harm, "ALTER TABLE emails ENGINE=MyISAM", "storage",
               "table emails uses the engine MyISAM", "ALTER TABLE emails ENGINE=InnoDB");
         cause("two rows of a name", Says::Harm, "ALTER TABLE vars DROP PRIMARY KEY", "storage",
