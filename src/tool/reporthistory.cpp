@@ -4,6 +4,7 @@
 #include "common/period.h"
 #include "options/language.h"
 #include "reports/attenreport.h"
+#include "tool/queuedcheck.h"
 #include "tool/reportjob.h"
 
 #include <algorithm>
@@ -100,13 +101,15 @@ bool isMissedToday(const ReportStatus &status, const QDateTime &now)
     });
 }
 
-void judgeDays(ReportHistory &report, const QDateTime &now)
+void judgeDays(ReportHistory &report, const HistoryWindow &window)
 {
+    const QDateTime &now = window.now;
     const QDate since = inUseSince(report);
-    const bool isMissed = isMissedToday(report.status, now);
+    const bool isExpectedToday =
+        isMissedToday(report.status, now) || countsAsMade(report.status.stored.settings, window);
     for (ReportDay &day : report.days) {
         const bool isExpected =
-            day.date == now.date() ? isMissed : since.isValid() && since <= day.date;
+            day.date == now.date() ? isExpectedToday : since.isValid() && since <= day.date;
         if (day.queued > 0)
             day.state = day.waiting > 0 ? DayState::Waiting : DayState::Made;
         else if (report.status.stored.settings.enabled && isExpected)
@@ -194,7 +197,7 @@ QVector<ReportHistory> readHistory(const SchemaRow &row, const SchemaJudge &judg
                               : connection.error;
     for (ReportHistory &report : reports) {
         if (error.isEmpty()) {
-            judgeDays(report, window.now);
+            judgeDays(report, window);
             continue;
         }
         report.days.clear();

@@ -4,6 +4,8 @@
 #include "tool/clustercheck.h"
 #include "tool/hostchecks.h"
 #include "tool/machine.h"
+#include "tool/queuedcheck.h"
+#include "tool/reporthistory.h"
 #include "tool/requirements.h"
 #include "tool/statementpacket.h"
 #include "tool/tablechecks.h"
@@ -129,8 +131,11 @@ SchemaJudge::SchemaJudge(const Machine &hosts, const QDateTime &moment, Scope ju
     : machine(hosts)
     , now(moment)
     , scope(judged)
+    , window(std::make_unique<HistoryWindow>(moment))
 {
 }
+
+SchemaJudge::~SchemaJudge() = default;
 
 SchemaJudgement SchemaJudge::judge(const SchemaRow &row) const
 {
@@ -274,6 +279,10 @@ void SchemaJudge::judgeReport(const QSqlDatabase &database, const ReportKind &ki
     const auto sinceChange = [&] {
         return std::min(tables.secondsSinceListed, secondsSinceWritten(database, "vars"));
     };
-    if (!isKeptBack)
-        checkHosts(kind, stored, machine, now, sinceChange, findings);
+    if (isKeptBack)
+        return;
+    const int before = findings.list.size();
+    checkHosts(kind, stored, machine, now, sinceChange, findings);
+    if (findings.list.size() == before && stored.settings.enabled)
+        checkQueued(database, kind, stored.settings, machine, *window, findings);
 }

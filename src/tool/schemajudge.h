@@ -7,6 +7,9 @@
 
 #include <QDateTime>
 
+#include <memory>
+
+class HistoryWindow;
 struct Answer;
 struct Machine;
 struct MailSizes;
@@ -59,8 +62,11 @@ public:
         AllReports ///< problems of disabled reports, as if they were enabled
     };
 
-    /// `hosts` must outlive the object. All schemas are judged as of `moment`.
+    /// `hosts` must outlive the object, which is made on the main thread. All schemas are judged as
+    /// of `moment`.
     SchemaJudge(const Machine &hosts, const QDateTime &moment, Scope judged);
+    ~SchemaJudge();
+    Q_DISABLE_COPY(SchemaJudge)
 
     SchemaJudgement judge(const SchemaRow &row) const;
 
@@ -84,5 +90,6 @@ private:
     const Machine &machine;
     const QDateTime now;
     const Scope scope;
-    mutable PreparedStatements prepared; ///< in the schemas judged so far
+    const std::unique_ptr<const HistoryWindow> window; ///< up to today
+    mutable PreparedStatements prepared;               ///< in the schemas judged so far
 };

@@ -86,6 +86,15 @@ private Q_SLOTS:
               "emails.subject is in latin1", "ALTER TABLE emails CONVERT TO CHARACTER SET utf8mb4");
         cause("sender stands still", Says::Harm, oldMail, "queue", "mails have been waiting",
               "check that the product's sender works");
+        const QString sent = "INSERT INTO emails (status, `from`, `to`, subject, created, sent) "
+                             "VALUES ('%1', 'a', 'b', 'Denný report dochádzky za 14. 11. 2023', "
+                             "1699941602, 1), ('%1', 'a', 'b', 'Mesačný report dochádzky za 11 / "
+                             "2023', 1699941602, 1)";
+        cause("all mails refused", Says::Harm, sent.arg("S"), "unmailed",
+              "it counts as made today, but no mail",
+              "read in the host's log why, then autoreport "
+              "run firm KIND");
+
         // A host scans once an hour.
         cause("for a while", Says::Well,
               set.arg("08:30", "time") + ";\n" + set.arg("1699947002", "lastGenerated"), "well",

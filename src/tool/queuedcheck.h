@@ -1,0 +1,23 @@
+#pragma once
+
+#include "tool/finding.h"
+
+class HistoryWindow;
+class QSqlDatabase;
+struct Machine;
+struct ReportKind;
+struct ReportSettings;
+
+/// Returns whether the report counts as made on the last day of the window.
+bool countsAsMade(const ReportSettings &settings, const HistoryWindow &window);
+
+/**
+ * Checks whether a report that counts as made today has mails: the monthly report counts even if
+ * all its mails were refused.
+ *
+ * Finds nothing if a host says that it queued them, or if the table has no sent mail of an earlier
+ * day: then the product may delete what it has sent.
+ */
+void checkQueued(const QSqlDatabase &database, const ReportKind &kind,
+                 const ReportSettings &settings, const Machine &machine,
+                 const HistoryWindow &window, Findings &findings);
