@@ -110,8 +110,8 @@ int AttenReport::buildWorkbook(const QString &path, const ReportRun &run)
     return writeBook(path, *content, run) ? content->rowCount() : 0;
 }
 
-/// Returns whether the rows fit into one sheet. Checked before the rows are read, which may take
-/// long. The engine would drop the cells past the sheet's last row.
+/// Returns whether the rows fit into one sheet; if not, logs an error. The engine would drop the
+/// cells past the sheet's last row. Called before the rows are read, because reading may take long.
 bool AttenReport::fits(const BookFormat &format, int rowCount) const
 {
     if (rowCount < format.rows)
@@ -217,7 +217,7 @@ AttenReport::End AttenReport::begin(const ReportRun &run, ReportTransaction &tra
     case Claim::Ours:
     case Claim::NodeNotReady: // handled above
         break;
-    case Claim::Unclaimed: // mailed nevertheless, unless the connection is lost
+    case Claim::Unclaimed: // mailed nevertheless, unless the transaction is lost
         return interruptionOf(run, transaction);
     case Claim::Made:
         return End::MadeElsewhere;
@@ -229,7 +229,8 @@ AttenReport::End AttenReport::begin(const ReportRun &run, ReportTransaction &tra
     return End::None;
 }
 
-/// Runs the middle of step 6, between begin() and commit().
+/// Queues the mails and, if the report counts as made, stores "lastGenerated". Called between
+/// begin() and commit().
 AttenReport::End AttenReport::queueAll(const MailRecord &mail, const ReportRun &run,
                                        ReportTransaction &transaction, int &queued)
 {
@@ -259,7 +260,7 @@ AttenReport::End AttenReport::queueForEach(MailRecord mail, const ReportRun &run
         const bool stops = isStopRequested(run);
         if (stops && (queued == 0 || transaction.canRollBack()))
             return End::StoppedInMails;
-        // canRollBack() also returns false on a lost connection.
+        // canRollBack() also returns false on a lost connection, which ends the run.
         End end = stops ? interruptionOf(run, transaction) : End::None;
         const int before = queued;
         if (end == End::None)
@@ -282,7 +283,8 @@ AttenReport::End AttenReport::endAfter(const QString &errorCode, const ReportRun
     return run.isScheduled && isNodeNotReady(errorCode) ? End::NodeNotReady : End::None;
 }
 
-/// An error with one mail does not stop the others, unless it ends the run.
+/// Queues one mail and counts it. On an error, returns how the run ends, or None if the run goes on
+/// with the other mails.
 AttenReport::End AttenReport::queueOne(const MailRecord &mail, const ReportRun &run,
                                        int &queued) const
 {
@@ -304,7 +306,7 @@ AttenReport::End AttenReport::queueOne(const MailRecord &mail, const ReportRun &
     return End::None;
 }
 
-/// Returns None unless the server has discarded the mails queued so far.
+/// Returns how the run lost its transaction, or None if the transaction still exists.
 AttenReport::End AttenReport::interruptionOf(const ReportRun &run,
                                              ReportTransaction &transaction) const
 {
@@ -344,7 +346,7 @@ void AttenReport::logEnd(End end, const ReportRun &run) const
 {
     switch (end) {
     case End::None:
-    case End::NothingQueued: // logged per mail
+    case End::NothingQueued: // each failed mail was logged
     case End::NotCommitted:  // logged by commit()
         break;
     case End::MadeElsewhere:

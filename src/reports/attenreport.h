@@ -31,10 +31,10 @@ struct ReportKind;
  *      stores "lastGenerated". On a cluster, where locks are local to a node, the claim alone keeps
  *      two hosts from mailing the same report.
  *
- * The moment of the run, ReportRun::now, does not change after step 4, so that a report that runs
- * past midnight stays one report. A request to stop the thread takes effect at the next row, or at
- * the next mail while the mails can be rolled back. A lost connection ends the run, because the
- * server drops the connection's lock and transaction.
+ * The moment of the run, ReportRun::now, does not change after step 4, so that a run past
+ * midnight makes the report of one day. A request to stop the thread takes effect at the next row,
+ * or at the next mail while the mails can be rolled back. A lost connection ends the run, because
+ * the server drops the connection's lock and transaction.
  *
  * For the thread that owns the connection. Errors and outcomes are logged.
  */
@@ -64,7 +64,7 @@ public:
     /// logs an error and leaves `data` empty.
     MailRecord makeMail(const QString &path, const QDate &today = QDate::currentDate());
 
-    /// Returns the subject of that day's mails, in the installed language.
+    /// Returns the subject of the mails of `today`, in the installed language.
     QString mailSubject(const QDate &today) const { return mailTexts(today).subject; }
 
 protected:

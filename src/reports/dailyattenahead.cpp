@@ -18,8 +18,8 @@ namespace
 // With these limits, a statement returns up to some ten thousand rows, a few megabytes.
 constexpr int peoplePerStatement = 500; ///< MariaDB turns lists of 1,000 and more into subqueries
 constexpr int cellsAhead = 8000;
-/// However many people there are, a block may have this many days, because finding a person costs
-/// the server as much as reading a few days.
+/// A block may have this many days, however many people there are: finding a person costs the
+/// server as much as reading a few days.
 constexpr int daysAhead = 16;
 
 // The columns of every statement: the person, the moment, then the values.
@@ -56,7 +56,7 @@ bool addsExactly(double seconds)
     return std::abs(seconds) <= limit && std::trunc(seconds) == seconds;
 }
 
-/// Adds `seconds` to `total`. Returns whether any order of the addends would give the same total.
+/// Adds `seconds` to `total`. Returns false if another order of the addends might change the total.
 bool add(double &total, double seconds, bool isFirst)
 {
     const bool exact = isFirst || (addsExactly(total) && addsExactly(seconds));
@@ -122,7 +122,8 @@ private:
             doubtful |= DayValue::Interruptions;
         ++total.count;
     }
-    /// Of several rows the last one counts, and only the server knows which one is the last.
+    /// Makes `value` doubtful from its second row on: the last row counts, and only the server
+    /// knows which row is the last.
     void takeOnly(DayValue value)
     {
         if (seen.testFlag(value))
@@ -191,7 +192,8 @@ std::optional<DailyAttenAhead::Row> DailyAttenAhead::row(unsigned int uid, int d
     return result;
 }
 
-/// Returns false, with nothing loaded, when stopped.
+/// Reads the block of `batch` that begins at `firstDay`. Returns false, with nothing loaded, if
+/// stopped.
 bool DailyAttenAhead::load(Block &block, int batch, int firstDay)
 {
     block = Block();
@@ -213,7 +215,7 @@ bool DailyAttenAhead::load(Block &block, int batch, int firstDay)
     return true;
 }
 
-/// Returns false when the value must be left open in all cells.
+/// Reads one value of all cells. Returns false if the value must be left open in all of them.
 bool DailyAttenAhead::read(DayValue value, Block &block)
 {
     const auto first = starts.cbegin() + block.firstDay - 1;
@@ -242,7 +244,7 @@ bool DailyAttenAhead::read(DayValue value, Block &block)
     return true;
 }
 
-/// Returns null if the row is outside of the block.
+/// Returns the cell of the query's current row, or null if that row is outside of the block.
 DailyAttenAhead::Cell *DailyAttenAhead::cellOf(const QSqlQuery &query, Block &block) const
 {
     const int person = places.value(query.value(Uid).toLongLong(), -1) - block.firstPerson;

@@ -18,11 +18,11 @@ class QSqlQuery;
  * Reads the days of many people at once, so that a report costs a few statements instead of up to
  * four for each of its rows.
  *
- * Returns exactly the values that the statements for one person and one day would return. Where
- * this is uncertain, it leaves the value open, and the caller must run those statements. It is
- * uncertain after an error, if several rows match and the last one counts, if a sum depends on the
- * order of its addends, or if the columns that identify people and days are not integers. Logs
- * nothing.
+ * Returns exactly the values that the statements for one person and one day would return. Leaves a
+ * value open if that is uncertain; the caller must then run those statements. A value is uncertain
+ * after an error, if several rows match and only the last one counts, if a sum may depend on the
+ * order of its addends, if the columns that identify people and days are not integers, or if the
+ * time zone skipped one of the days. Logs nothing.
  *
  * Call row() in the order of the sheet, day by day. A block holds some days of some people. The
  * first call for a row of a block reads the whole block, which is kept until the next days of these
@@ -31,7 +31,7 @@ class QSqlQuery;
 class DailyAttenAhead
 {
 public:
-    /// Calls `stopCheck` before each statement, and stops reading if that returns true.
+    /// Calls `stopCheck` before each statement, and stops reading if it returns true.
     DailyAttenAhead(const QSqlDatabase &db, const DailyAttenOptions &reportOptions,
                     const QDate &today, std::function<bool()> stopCheck);
     ~DailyAttenAhead();
@@ -44,7 +44,8 @@ public:
         DailyAttenRow row; ///< incomplete if this call read its block and a statement failed
         DayValues open;    ///< values that the caller must still read
     };
-    /// Returns nothing if stopped. Requires a person from setPeople() and a day up to today.
+    /// Returns nothing if stopped before the row was read. Requires a person from setPeople() and a
+    /// day up to today.
     std::optional<Row> row(unsigned int uid, int dayOfMonth);
 
 private:

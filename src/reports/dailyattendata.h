@@ -32,12 +32,11 @@ ShiftTable loadShifts(const QSqlDatabase &database, const QDate &date);
 class DailyAttenData
 {
 public:
-    /// `lastDay` is the last day shown. Reading ends before the next statement if `isStopped`
-    /// returns true.
+    /// `lastDay` is the last day shown. Once `isStopped` returns true, row() stops reading ahead.
     DailyAttenData(const QSqlDatabase &db, const DailyAttenOptions &reportOptions,
                    const QDate &lastDay, std::function<bool()> isStopped);
 
-    /// Returns false when the query failed.
+    /// Reads the people. Returns false if the query failed.
     bool loadPeople();
     /// Returns the people in the order of the sheet.
     const QVector<DailyAttenPerson> &people() const { return allPeople; }
@@ -47,12 +46,12 @@ public:
 
     void setShifts(const ShiftTable &table) { shifts = table; }
 
-    /// Returns the values of one person and one day, incomplete if stopped. Fastest in the order of
-    /// the sheet: all people of day 1, then all of day 2.
+    /// Returns the values of one person and one day, incomplete if stopped or if a query failed.
+    /// Fastest in the order of the sheet: all people of day 1, then all of day 2.
     DailyAttenRow row(const DailyAttenPerson &person, int dayOfMonth);
 
-    /// Returns the statements with which a report with these options reads the schema, for person 0
-    /// and the day `today`. The first one reads the people.
+    /// Returns the statements that a report with these options runs to read the schema, for person
+    /// 0 and the day `today`. The first one reads the people.
     static QStringList statements(const DailyAttenOptions &options, const QDate &today);
     /// Returns the statement that counts the people.
     static QString countStatement(const QDate &today);

@@ -18,8 +18,8 @@ public:
     {
     }
 
-    /// Frees the shift table of a worker's report. A host has hundreds of workers, and their
-    /// reports live as long as they do.
+    /// Frees the shift table of a worker's report. A host may have hundreds of workers, whose
+    /// reports live as long as the workers.
     ~Content() override
     {
         if (isScheduled)

@@ -27,7 +27,7 @@ struct DaySpan {
  * The statements that read the days of people, with all parameters filled in.
  *
  * forOne() is for one person and one day, forMany() for several people and days. Both find the same
- * rows, with the exception that forMany() states. The rows of forMany() begin with two columns that
+ * rows, except for the overtime; see forMany(). The rows of forMany() begin with two columns that
  * identify the person and the day: the uid and the moment.
  */
 class DailyAttenStatements

@@ -134,8 +134,8 @@ bool MonthlyAttenData::loadTotals(const QString &uids)
     if (!execOrWarn(query, totalsStatement(uids, month),
                     "MonthlyAttenReport::makeReport() atten_month ERROR:"))
         return false;
-    // By name, so that the order of the statement's columns does not matter. Some columns are never
-    // read.
+    // Finds the columns by name, so that their order in the statement does not matter. Some columns
+    // are never read.
     const QSqlRecord columns = query.record();
     const auto at = [&columns](const char *name) {
         return columns.indexOf(QLatin1String(name));
@@ -175,7 +175,7 @@ bool MonthlyAttenData::loadInterruptions(const QString &uids)
     return true;
 }
 
-/// The worked hours come from a statement of their own, although the statement of the totals
+/// Reads the worked hours with a statement of their own, although the statement of the totals
 /// selects them too.
 bool MonthlyAttenData::loadWork(const QString &uids)
 {

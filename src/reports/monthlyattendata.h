@@ -44,7 +44,7 @@ public:
     /// Loads everything else about these people. Returns false when a query failed.
     bool loadValues();
 
-    /// Returns the statements with which a report reads the schema, for person 0 and the month of
+    /// Returns the statements that a report runs to read the schema, for person 0 and the month of
     /// `today`. The first one reads the people.
     static QStringList statements(const QDate &today);
     /// Returns the statement that counts the people.
@@ -78,7 +78,7 @@ private:
     MonthlyAttenOptions options;
     AttenMonth month;
     QVector<Person> people;
-    // By uid; the interruptions then by interruption id.
+    // All by uid; each person's interruptions by interruption id.
     QHash<unsigned int, Numbers> numbers;
     QHash<unsigned int, Totals> totals;
     QHash<unsigned int, QHash<unsigned int, double>> interruptionHours;

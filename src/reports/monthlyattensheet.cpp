@@ -32,8 +32,8 @@ MonthlyAttenSheet::MonthlyAttenSheet(libxl::IBookT<wchar_t> &targetBook,
         formula = resolveFormula(formula, columns);
 }
 
-/// Lists the columns from left to right. The six interruption ids are fixed by the product; the
-/// catalogue only names the extra ones.
+/// Lists the columns from left to right. The product fixes the six interruption ids; the
+/// catalogue serves only the extra columns.
 void MonthlyAttenSheet::addColumns(const MonthlyAttenOptions &options,
                                    const InterruptionCatalogue &catalogue)
 {
@@ -114,8 +114,8 @@ MonthlyAttenSheet::Column MonthlyAttenSheet::interruptionColumn(const QString &h
             }};
 }
 
-/// An unknown shortcut makes a column with an empty heading and, because no hours have id 0, empty
-/// cells.
+/// Returns the column of one of the extra shortcuts. An unknown shortcut makes a column with an
+/// empty heading and, because no hours have id 0, empty cells.
 MonthlyAttenSheet::Column
 MonthlyAttenSheet::extraColumn(const QString &shortcut,
                                const InterruptionCatalogue &catalogue) const
@@ -125,7 +125,8 @@ MonthlyAttenSheet::extraColumn(const QString &shortcut,
     return interruptionColumn(name, widthOf(name), iid);
 }
 
-/// If `needsPlanned`, leaves the cell blank unless the planned time is positive.
+/// Returns a column of formulas. If `needsPlanned`, the cells of people without planned time stay
+/// blank.
 MonthlyAttenSheet::Column MonthlyAttenSheet::formulaColumn(const QString &heading,
                                                            double widthChars, const char *pattern,
                                                            bool needsPlanned)

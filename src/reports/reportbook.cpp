@@ -45,8 +45,8 @@ void setUpReportBook(libxl::IBookT<wchar_t> &book, const char *report)
 
 QString reportPath(const QString &fileName)
 {
-    // Qt returns an empty text for a directory that does not exist, which would mean the root
-    // directory.
+    // Qt returns an empty text if the directory does not exist. With that text, the path would be
+    // in the root directory.
     const QString existing = QDir::tempPath();
     const QString folder = existing.isEmpty() ? qEnvironmentVariable("TMPDIR") : existing;
     return folder + QLatin1Char('/') + fileName;

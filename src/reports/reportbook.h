@@ -13,14 +13,14 @@ struct ReleaseBook {
 /// Owns a book and releases it, whether or not it was saved.
 using ReportBook = std::unique_ptr<libxl::IBookT<wchar_t>, ReleaseBook>;
 
-/// Unlocks a new book and sets it up as all reports do. If the engine refuses the locale, logs
-/// that; the book stays usable. `report` is the report's class, for the log.
+/// Passes the licence to a new book and sets the book up as all reports do. If the engine refuses
+/// the locale, logs that; the book stays usable. `report` is the report's class, for the log.
 void setUpReportBook(libxl::IBookT<wchar_t> &book, const char *report);
 
 /// Returns the path of a report's file in the temporary directory. If that directory does not
 /// exist, the path still names it, so that saving fails.
 QString reportPath(const QString &fileName);
 
-/// Saves the book and releases it. If it cannot be saved, logs the path and the reason. `report` is
-/// the report's class, for the log.
+/// Saves the book and releases it. If it cannot be saved, returns false and logs the path and the
+/// reason. `report` is the report's class, for the log.
 bool saveReportBook(ReportBook book, const QString &path, const char *report);

@@ -49,8 +49,8 @@ Claim claimAfter(const QString &errorCode)
         return Claim::Blocked;
     if (isNodeNotReady(errorCode))
         return Claim::NodeNotReady;
-    // After any other error, such as a missing right to write, the row cannot be locked: the report
-    // is mailed unclaimed.
+    // Any error but a conflict, such as a missing right to write, means that the row cannot be
+    // locked: the report is mailed unclaimed.
     return isConflict(errorCode) ? Claim::Contested : Claim::Unclaimed;
 }
 

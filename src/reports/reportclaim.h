@@ -13,7 +13,7 @@ enum class Claim {
     Made,         ///< no: another host has made it meanwhile
     Contested,    ///< no: another host is mailing it, and the server rolled this transaction back
     NodeNotReady, ///< no: the node of the cluster executes no statements for now
-    Blocked       ///< no: another connection held the row for longer than the server lets us wait
+    Blocked       ///< no: another connection holds the row, and the wait for it was cut short
 };
 
 /**
@@ -35,5 +35,5 @@ Claim claimReport(const QSqlDatabase &database, const QString &key, const Report
 bool isConflict(const QString &errorCode);
 
 /// Returns whether this error means that the node of a cluster executes no statements for now, for
-/// example because it has lost the others.
+/// example because it has lost the other nodes.
 bool isNodeNotReady(const QString &errorCode);

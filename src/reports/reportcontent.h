@@ -16,8 +16,8 @@ public:
     ReportContent(const ReportContent &) = delete;
     ReportContent &operator=(const ReportContent &) = delete;
 
-    /// Returns false if the query failed, which ends the run. The run survives other failed
-    /// queries.
+    /// Loads the people. Returns false if the query failed, which ends the run. The run survives
+    /// other failed queries unless the connection is lost.
     virtual bool loadPeople() = 0;
     /// Returns the number of rows below the headings; 0 if there are no people.
     virtual int rowCount() const = 0;

@@ -12,7 +12,7 @@ namespace
 /// busy.
 constexpr std::chrono::milliseconds slice{250};
 
-/// While one run waits for its server, another one uses the core.
+/// Two, so that another run uses the core while one waits for its server.
 constexpr int runsPerCore = 2;
 constexpr std::chrono::minutes processPatience{1};
 

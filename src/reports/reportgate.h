@@ -30,7 +30,7 @@ public:
     {
     public:
         /// Waits for a place, or until `isStopped` returns true. Calls `isStopped` at once and then
-        /// at least four times a second, without holding the gate's mutex.
+        /// about four times a second, without holding the gate's mutex.
         Pass(ReportGate &reportGate, const std::function<bool()> &isStopped);
         ~Pass();
         Q_DISABLE_COPY_MOVE(Pass)
@@ -57,5 +57,5 @@ private:
     const std::chrono::milliseconds patience;
     std::mutex mutex; ///< guards the two lists
     std::list<Waiter *> queue;
-    std::list<Clock::time_point> taken; ///< when each pass now held was given
+    std::list<Clock::time_point> taken; ///< when each held pass got its place
 };

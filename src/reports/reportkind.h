@@ -33,7 +33,7 @@ struct ReportKind {
     const char *className; ///< prefix of its log lines and of its lock's name
     const char *prefix;    ///< of its keys in `vars`, including the final dot
     const ReportSchedule *schedule;
-    CountsAsMade countsWhen;  ///< for its scheduled runs
+    CountsAsMade countsWhen;  ///< for its scheduled runs and makeReport()
     const BookFormat *format; ///< of its workbook; null if a setting chooses it
 
     /// Creates a report on `database`, owned by `parent` or, if that is null, by the caller.
@@ -41,14 +41,14 @@ struct ReportKind {
 
     /// Returns the keys in `vars` of the report's options, which have no prefix.
     QStringList (*optionKeys)();
-    /// Returns what a run on that day needs. `options` has the values of the optionKeys() that are
+    /// Returns what a run on `today` needs. `options` has the values of the optionKeys() that are
     /// stored.
     ReportNeeds (*needs)(const QMap<QString, QVariant> &options, const QDate &today);
 
     /// Returns the key in `vars` of the setting `name`.
     QString key(const char *name) const { return QLatin1String(prefix) + QLatin1String(name); }
 
-    /// Converts `values`, whose keys include the prefix.
+    /// Returns the settings stored in `values`, whose keys include the prefix.
     ReportSettings settingsOf(const QMap<QString, QVariant> &values) const;
 };
 

@@ -9,8 +9,8 @@
 namespace
 {
 
-/// Lock names are global to the server and limited to 64 characters. A database's name alone may
-/// have as many; hence the hash.
+/// Returns the class name and a hash of the database's name. Lock names are global to the server
+/// and limited to 64 characters, and a database's name alone may have as many.
 QString lockName(const QSqlDatabase &database, const char *className)
 {
     const QByteArray schema =

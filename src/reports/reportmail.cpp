@@ -18,7 +18,7 @@
 namespace
 {
 
-// Whole groups of Base64, so that only the last chunk is padded.
+// A multiple of 3 bytes, so that Base64 pads only the last chunk.
 constexpr qint64 chunkBytes = 3 * qint64(0x8000);
 
 QString mimeTypeName(const QString &path)

@@ -23,7 +23,7 @@ struct ReportRun {
     /// another host is faster.
     bool isScheduled = false;
     /// The server's id of the connection when the run began, 0 if unknown. If the connection is
-    /// lost, the server rolls the run's mails back. The run must not continue on another
+    /// lost, the server rolls the run's mails back, so the run must not continue on another
     /// connection.
     qulonglong connectionId = 0;
     /// Called after each row, with the total number of rows.

@@ -33,8 +33,8 @@ QDateTime nextDailyMoment(const ReportSettings &settings, const QDateTime &now)
         return {};
     if (settings.lastGenerated > endOfYear9999) // never due again
         return {};
-    // After a clock error, the last report may be in the future. The next one is not due before its
-    // day.
+    // After a clock error, the last report may be in the future. The next report is not due before
+    // that day.
     const QDate last = QDateTime::fromSecsSinceEpoch(settings.lastGenerated).date();
     QDate date = last.isValid() ? std::max(last, now.date()) : QDate();
     while (date.isValid() && !isOpenOn(date, settings))
@@ -44,8 +44,8 @@ QDateTime nextDailyMoment(const ReportSettings &settings, const QDateTime &now)
     const QDateTime first = scheduledMoment(date, settings.time);
     if (now < first || !settings.time.isValid())
         return std::max(now, first);
-    // `now` is after `first`, but shows an earlier time of day: the clock was set back, and the
-    // time comes again.
+    // `now` is not before `first`. If it shows an earlier time of day nevertheless, the clock was
+    // set back, and the time comes again.
     return now.time() < settings.time ? now.addMSecs(now.time().msecsTo(settings.time)) : now;
 }
 

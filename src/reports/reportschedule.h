@@ -23,11 +23,11 @@ struct ReportSchedule {
 /**
  * The schedule of both reports: once a day, at the first tick at or after the configured time.
  *
- * A report last generated up to sixty seconds before today's scheduled moment counts as made.
+ * A report last generated sixty seconds before today's scheduled moment, or later, counts as made.
  */
 extern const ReportSchedule onceADay;
 
-/// What the schedule of a report depends on: its settings in the table `vars`.
+/// A report's settings in the table `vars`, and the schedule that depends on them.
 struct ReportSettings {
     bool enabled = false;
     QStringList recipients;   ///< as stored, not trimmed; empty parts dropped
@@ -36,7 +36,7 @@ struct ReportSettings {
     QString uids;             ///< read, but used by no query
     const ReportSchedule *schedule = &onceADay;
 
-    /// Converts `values`, whose keys include `prefix`.
+    /// Returns the settings stored in `values`, whose keys include `prefix`.
     static ReportSettings fromValues(const QMap<QString, QVariant> &values, const QString &prefix);
 };
 
@@ -62,9 +62,9 @@ ScheduleVerdict scheduleVerdict(const ReportSettings &settings, const QDateTime 
 /**
  * Returns the moment of a run that was due at `dueAt` and had to wait until `now`.
  *
- * That is `now` if the report is still due, so that it shows the day on which it is made. A report
- * that was due late in the evening and waited past midnight is no longer due: its run keeps the
- * moment `dueAt`, and the report is made for that day.
+ * Returns `now` if the report is still due, so that it shows the day on which it is made; otherwise
+ * `dueAt`. A report that was due late in the evening and waited past midnight is thus made for the
+ * day on which it was due, unless it is already due on the new day.
  */
 QDateTime momentAfterWait(const ReportSettings &settings, const QDateTime &dueAt,
                           const QDateTime &now);

@@ -9,7 +9,7 @@
 
 #include <functional>
 
-/// In ReportColumn::widthChars: the spreadsheet program's default.
+/// The value of ReportColumn::widthChars for the spreadsheet program's default width.
 constexpr double defaultWidth = 0;
 
 /// One cell of a report's sheet. The cell stays empty if the engine rejects its value.
@@ -71,7 +71,7 @@ QString resolveFormula(QString pattern, const QVector<ReportColumn<Values>> &col
     return pattern;
 }
 
-/// Page and print set-up of a report's sheet: landscape, one page wide, numbered pages.
+/// Sets up the printed pages of a report's sheet: landscape, one page wide, numbered.
 void setUpReportPage(libxl::ISheetT<wchar_t> &sheet);
 
 /// Keeps the heading row in view on screen and repeats it on every printed page.

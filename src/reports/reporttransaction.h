@@ -37,7 +37,8 @@ public:
     /// server does not answer.
     bool canRollBack() const;
 
-    /// Returns false if the server refused: error() says why, and rollback() must be called.
+    /// Commits the transaction. Returns false if the server refused: error() says why, and
+    /// rollback() must be called.
     bool commit();
     /// Rolls the transaction back, if necessary by breaking the connection off.
     void rollback();

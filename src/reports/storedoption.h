@@ -29,7 +29,7 @@ inline void readStored(const QVariant &stored, QString &value)
 {
     value = stored.toString();
 }
-/// Separated by commas; empty parts are dropped, the others not trimmed.
+/// Splits the text at its commas. Drops empty parts and does not trim the others.
 inline void readStored(const QVariant &stored, QStringList &value)
 {
     value = stored.toString().split(QLatin1Char(','), Qt::SkipEmptyParts);
@@ -95,7 +95,7 @@ struct StoredOptions {
         return keys;
     }
 
-    /// Returns the options stored in `values`, which has the keys that exist.
+    /// Returns the options stored in `values`. Keys without a value keep their defaults.
     static Options of(const QMap<QString, QVariant> &values)
     {
         return optionsFromValues(Options::table(), values);
