@@ -23,7 +23,7 @@ QSqlDatabase defaultConnection()
     return QSqlDatabase::database(defaultConnectionName(), true);
 }
 
-/// Returns `db` after opening it if it is closed or lost. That may fail: callers must check.
+/// Opens `db` if it is closed or lost, and returns it. Opening may fail: callers must check.
 QSqlDatabase reopened(QSqlDatabase db)
 {
     if (!isUsable(db)) {
@@ -208,8 +208,8 @@ QSqlDatabase DBManager::openSchema(const QString &token, const QString &connecti
     return defaultConnection();
 }
 
-/// Returns whether the pool must not remove this connection. The product's usual name counts even
-/// if the host uses another one.
+/// Returns whether the pool must not remove this connection. The usual name of the connection to
+/// the product's database counts even if the host uses another name.
 bool DBManager::isMaster(const QString &name) const
 {
     return name == zasConnectionName || name == infoConnectionName || name == productConnection ||

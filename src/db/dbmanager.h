@@ -71,8 +71,8 @@ public:
     QStringList loadTokens4Maintenance(ushort count);
     /// Returns up to `count` tokens, the least recently recalculated schemas first.
     QStringList loadTokens4Recalculate(ushort count);
-    /// Stamp the schema's row with the current second. Return false also if it was stamped within
-    /// the same second.
+    /// Stamp the schema's row with the current second. Return false also if there is no such active
+    /// schema, or if it was stamped within the same second.
     bool setMaintenance(const QString &token);
     bool setRecalculated(const QString &token);
     /// Returns the token of the active schema in the database `name`; empty if there is none.

@@ -8,8 +8,9 @@
 
 #include <type_traits>
 
-/// Opens the information database, calls `ask` and logs its error. The registry and its queries are
-/// destroyed before the database is closed.
+/// Opens the information database, calls `ask` and returns its value; on an error, logs it and
+/// returns an empty value. The registry and its queries are destroyed before the database is
+/// closed.
 template <typename Ask>
 auto DBManager::askRegistry(const QString &errorPrefix, const Ask &ask)
 {

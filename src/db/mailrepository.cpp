@@ -9,7 +9,7 @@
 namespace
 {
 
-/// `from` and `to` are reserved words.
+/// Quotes `from` and `to`, because they are reserved words.
 QString mailColumns()
 {
     return QStringLiteral("type, `from`, `to`, subject, body, created, aid, uid, data");
@@ -28,7 +28,8 @@ void logError(const char *text, const QSqlQuery &query)
     qCritical().noquote() << errorLine(text, query, query.lastQuery()).text;
 }
 
-/// The other columns, above all `status`, keep their defaults or are written by the sender.
+/// Binds the values of a new mail. The other columns, above all `status`, keep their defaults or
+/// are written by the sender.
 void bind(QSqlQuery &query, const MailRecord &mail)
 {
     query.bindValue(QStringLiteral(":type"),

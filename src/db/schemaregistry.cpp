@@ -107,7 +107,7 @@ Result<bool> SchemaRegistry::stampRecalculation(const QString &token) const
                      .arg(token));
 }
 
-/// Returns whether the row has changed. One that already has the current second has not.
+/// Returns whether the row has changed. A row that already has the current second does not change.
 Result<bool> SchemaRegistry::stamp(const QString &sql) const
 {
     QSqlQuery query = freshQuery(database);

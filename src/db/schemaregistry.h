@@ -13,7 +13,7 @@
  * The information database's table `schemas`, which lists the customers' databases.
  *
  * Caches nothing: every call runs its statement, and an error is the driver's text. Tokens and
- * names are not escaped: a quotation mark in one breaks the statement. For the thread that owns the
+ * names are not escaped: an apostrophe in one breaks the statement. For the thread that owns the
  * connection, which must be open.
  */
 class SchemaRegistry
@@ -49,9 +49,9 @@ public:
     Result<bool> stampMaintenance(const QString &token) const;
     Result<bool> stampRecalculation(const QString &token) const;
 
-    /// Returns an empty token if there is no active schema in that database.
+    /// Returns the token of the active schema in that database, or an empty text if there is none.
     Result<QString> tokenOf(const QString &databaseName) const;
-    /// Returns nothing if there is no such active schema.
+    /// Returns the row of that active schema, or nothing if there is none.
     Result<std::optional<DBSchemeRecord>> find(const QString &token) const;
 
     /// Checks that the columns that find() needs can be read. Returns the error, if any.

@@ -16,8 +16,8 @@ using Cipher = const char *(*)(MYSQL *connection);
 
 const QLatin1String tlsError("2026"); // the client library's error code
 
-/// The first members of MARIADB_TLS. Its own header includes one that the distribution does not
-/// install.
+/// The first members of MARIADB_TLS. The library's header cannot be used: it includes another one
+/// that the distribution does not install.
 struct TlsHead {
     void *data;
     MARIADB_PVIO *io;

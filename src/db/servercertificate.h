@@ -7,10 +7,10 @@
 /// From version 3.4 on, MariaDB's client library does not check the signature itself. With MySQL's
 /// client library only the encryption is checked, because it does not reveal the certificate.
 ///
-/// A connection with an authority does not reconnect, because the new server would not be checked:
-/// call isUsable() before using the connection.
+/// With MariaDB's library, a connection with an authority does not reconnect, because the new
+/// server would not be checked: call isUsable() before using the connection.
 bool openTrusted(QSqlDatabase &database);
 
 /// Returns whether a connection is open. If its host name lists several servers, or its
-/// options name an authority, also asks the server whether the connection is still alive.
+/// options name an authority, also asks the server whether it still works.
 bool isUsable(const QSqlDatabase &database);

@@ -72,7 +72,8 @@ bool openOn(const ServerAddress &server, QSqlDatabase &database, const Open &ope
     return open(database);
 }
 
-/// Returns the error, or an empty text if the server is open and works.
+/// Opens `database` on `server`, but leaves it closed if the server does not work. Returns the
+/// error, or an empty text.
 QString openWorking(const ServerAddress &server, QSqlDatabase &database, const Open &open)
 {
     if (!openOn(server, database, open))

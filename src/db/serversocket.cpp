@@ -43,7 +43,7 @@ void liftQueryLimits(const QSqlDatabase &database)
     MYSQL *connection = clientHandle(database);
     if (!connection || !isMariaDb(database) || !connection->net.pvio)
         return;
-    // The options take effect only at the next connect.
+    // The options take effect only at the next connect, the following calls at once.
     MARIADB_PVIO *io = connection->net.pvio;
     io->methods->set_timeout(io, PVIO_READ_TIMEOUT, 0);
     io->methods->set_timeout(io, PVIO_WRITE_TIMEOUT, 0);
@@ -164,7 +164,7 @@ bool openWithin(QSqlDatabase &database, int seconds, Limited limited)
 {
     const bool open = openOnAny(
         database, [=](QSqlDatabase &one) { return openOneWithin(one, seconds, limited); });
-    // Not earlier: openOnAny() may query the server, and those queries must be limited, too.
+    // Lifts the limits only after openOnAny(), whose own queries must be limited, too.
     if (open && limited == Limited::Connecting && hasLiftableLimits(database))
         liftQueryLimits(database);
     return open;

@@ -14,8 +14,8 @@
  * has closed its own descriptor, whose number may by then be another file's.
  *
  * Construct it in the connection's thread. The constructor sets SO_KEEPALIVE and TCP_USER_TIMEOUT,
- * so that a peer that vanished is noticed within half a minute. Invalid if the driver does not
- * reveal its socket.
+ * so that a peer that vanished is noticed within half a minute. The object is invalid if the
+ * connection is closed or the driver does not reveal its socket.
  */
 class ServerSocket
 {
@@ -46,8 +46,8 @@ private:
 enum class Limited { Connecting, Queries };
 
 /// Opens `database` on one of its servers. Each single step, such as connecting or logging in, may
-/// take `seconds`. When the client library reconnects later, only connecting is limited. Leaves
-/// QSqlDatabase::connectOptions() unchanged.
+/// take `seconds`. With Limited::Connecting, later reconnects of the client library are limited in
+/// connecting alone. Leaves QSqlDatabase::connectOptions() unchanged.
 bool openWithin(QSqlDatabase &database, int seconds, Limited limited = Limited::Connecting);
 
 /// Limits the reconnects of an open connection to `seconds` each. Has no effect with MySQL's client

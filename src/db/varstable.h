@@ -35,8 +35,8 @@ public:
     /// their full keys.
     Result<Values> valuesWithPrefix(const QString &prefix, const QStringList &others = {}) const;
 
-    /// Returns the committed values of all rows of that name and locks these rows until the
-    /// transaction ends. If there are none, does not reliably keep others from inserting one.
+    /// Returns the latest values of all rows of that name and locks these rows until the
+    /// transaction ends. If there are none, other transactions may still insert one.
     Result<QVector<QVariant>> lock(const QString &name) const;
     /// Return the statement of lock(), and the values that a query has found with it.
     static QString lockStatement(const QString &name);

@@ -31,7 +31,8 @@ public:
     bool variableSet(const QString &name, const QVariant &value);
     /// Stores all values, even after an error. Returns whether all were stored.
     bool variableSetMultiple(const QMap<QString, QVariant> &values);
-    /// Deletes one key, or all that begin with `name`. Returns whether any was deleted.
+    /// Deletes the key `name`, or if `asPrefix` all keys that begin with it. Returns whether any
+    /// was deleted.
     bool variableDel(const QString &name, bool asPrefix);
 
 private:

@@ -49,7 +49,7 @@ struct HostAnswer {
     QString temporaryDirectory;       ///< empty if it does not exist
     bool isTemporaryAnswering = true; ///< false if the disk of that directory is stalled
     bool isTemporaryWritable = false;
-    QString temporaryError; ///< why it is not writable, or could not be checked; may be empty
+    QString temporaryError; ///< why the directory is not writable, or was not checked; may be empty
     qint64 temporaryFreeBytes = 0;
     QMap<QString, SchemaAnswer> schemas; ///< by token
 

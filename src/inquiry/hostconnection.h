@@ -18,7 +18,8 @@ public:
 
     /// Returns false once the answer is complete or will not come.
     bool isOpen() const { return socket != -1; }
-    /// Returns -1 while not connected, for example because the host's queue is full.
+    /// Returns the descriptor to poll; -1 while not connected, for example because the host's queue
+    /// is full.
     int descriptor() const { return isConnected ? socket : -1; }
     /// Connects unless already connected, and receives what has arrived.
     void take();
@@ -28,7 +29,7 @@ public:
     const QString path;
     QByteArray bytes;   ///< received so far
     QString error;      ///< why the connection ended early; otherwise empty
-    bool isHost = true; ///< false if the socket was left behind by a host that was killed
+    bool isHost = true; ///< false if no process listens on the socket any more
 
 private:
     void connect();

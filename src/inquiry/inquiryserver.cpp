@@ -32,7 +32,7 @@ void removeLeftBehind(const QString &folder)
 }
 
 /// Returns why an accept failed, or an empty text if none did. For most errors, QLocalServer's text
-/// is only a number.
+/// has only the error's number.
 QString acceptError(const QLocalServer &server)
 {
     const QString text = server.errorString();

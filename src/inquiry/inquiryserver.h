@@ -9,8 +9,8 @@
 class QLocalServer;
 
 /**
- * The socket where commands ask a host. Each client that connects receives the answer, as JSON, and
- * is disconnected. Only this account and root may connect.
+ * The socket on which a host answers commands. Each client that connects receives the answer, as
+ * JSON, and is disconnected. Only this account and root may connect.
  *
  * Lives in a thread with an event loop, and never blocks it: a client that does not receive its
  * answer within a few seconds is disconnected. The destructor removes the socket.

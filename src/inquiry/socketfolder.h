@@ -10,7 +10,7 @@
 QString ownSocketFolder();
 
 /// Creates `folder` for this account alone unless it exists. Returns the error, or an empty text.
-/// Refuses a folder that another account could have created.
+/// Refuses a folder that belongs to another account.
 QString makeSocketFolder(const QString &folder);
 
 /// Returns the folders in which commands look for hosts: ownSocketFolder() and the packaged

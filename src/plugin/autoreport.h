@@ -87,8 +87,8 @@ private:
     };
 
     QTimer *timer;
-    QTimer *soonScan;  ///< single shot: starts the first scan, one that a pause postponed, and the
-                       ///< repetition of one that lost the server
+    QTimer *soonScan;  ///< single shot: starts the first scan, a scan that a pause postponed, and
+                       ///< the repetition of a scan that lost the server
     QTimer *nextSlice; ///< single shot, running between two slices of a scan
     Scan scan;
     bool scanPending = false; ///< a scan is due or running

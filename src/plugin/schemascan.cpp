@@ -23,7 +23,7 @@ namespace
 constexpr int sliceMs = 200;
 constexpr int retryMs = 60000;
 // A worker needs two descriptors for its socket and one for its thread's event loop; its report
-// needs one or two for files. One is kept in reserve. The spared ones are left to the host.
+// needs one or two for files. One is kept in reserve. descriptorsSpared are left to the host.
 constexpr int descriptorsPerWorker = 6;
 constexpr int descriptorsSpared = 24;
 
@@ -85,8 +85,8 @@ void AutoReport::guardInfoDatabase()
     infoGuard->guard(info);
 }
 
-/// A connection that was broken off still counts as open. Closing it makes the next query reopen
-/// it.
+/// Ends the guarding. A connection that was broken off still counts as open; closing it makes the
+/// next query reopen it.
 void AutoReport::releaseInfoDatabase()
 {
     if (infoGuard->isBroken())
@@ -128,7 +128,7 @@ void AutoReport::endScan()
         scan.isServerLost = true;
     }
     releaseInfoDatabase();
-    if (scan.isServerLost) { // an hour is long for customers who are not served yet
+    if (scan.isServerLost) { // soon, because customers who are not served yet cannot wait an hour
         scanPending = true;
         soonScan->start(retryMs);
     }
@@ -193,7 +193,8 @@ void AutoReport::serveSchema(const QString &token, const QSqlDatabase &db)
           qUtf8Printable(db.databaseName()));
 }
 
-/// Queries over a connection of its own, so that the manager's connection stays as it is.
+/// Returns whether the schema has a report enabled. Queries over a connection of its own, so that
+/// the manager's connection stays as it is.
 bool AutoReport::checkAutoReport(const QSqlDatabase &db)
 {
     const QString name = QStringLiteral("AutoReport.check.%1")

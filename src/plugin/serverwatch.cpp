@@ -101,7 +101,7 @@ std::vector<ServerWatch::Waiting> ServerWatch::waitingConnections()
         // Probe the address: a name may stand for several servers and takes time to resolve.
         const ServerAddress address = guard->serverAddress();
         if (address.host.isEmpty() && serversOf(each.config.hostName, 0).size() > 1)
-            continue; // it is being opened, which has limits of its own
+            continue; // the connection is being opened, which has limits of its own
         waiting.push_back({each.config, guard, each.limits});
         if (!address.host.isEmpty()) {
             waiting.back().config.hostName = address.host;
@@ -111,7 +111,8 @@ std::vector<ServerWatch::Waiting> ServerWatch::waitingConnections()
     return waiting;
 }
 
-/// Probes each server that connections wait for, once, unless it has answered recently.
+/// Probes each server that connections wait for, once, unless it has answered recently. Then breaks
+/// off the connections to silent servers.
 void ServerWatch::look()
 {
     const std::vector<Waiting> waiting = waitingConnections();

@@ -44,8 +44,8 @@ public:
     void add(const AutoReportDbConfig &config, const std::shared_ptr<ConnectionGuard> &guard,
              Limits limits);
 
-    /// Makes the thread end after its current probe, which takes at most ten seconds. The
-    /// destructor waits for the thread.
+    /// Makes the thread end after its current probe, whose steps take at most five seconds each.
+    /// The destructor waits for the thread.
     void requestEnd();
 
 private:

@@ -27,7 +27,7 @@ public:
 
     bool contains(const QString &token) const { return entries.contains(token); }
     int size() const { return entries.size(); }
-    /// Returns how many workers have not opened their connection yet.
+    /// Returns how many running workers have no open connection, usually because they are starting.
     int starting() const;
 
     /// Takes ownership of the worker and starts it in a new thread. If the system cannot start a

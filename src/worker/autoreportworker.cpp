@@ -169,7 +169,7 @@ bool AutoReportWorker::keepDatabase()
 
 void AutoReportWorker::closeDatabase()
 {
-    // Not isValid(): a connection whose driver is missing is invalid, yet registered.
+    // The name, because isValid() is false for a connection that is registered without a driver.
     const QString name = database.connectionName();
     if (name.isEmpty())
         return;

@@ -20,7 +20,7 @@ public:
     ~ConnectionGuard() = default;
     Q_DISABLE_COPY_MOVE(ConnectionGuard)
 
-    /// Guards `database`, which was just opened, instead of the previous connection.
+    /// Guards the open connection of `database` instead of the previous one.
     void guard(const QSqlDatabase &database);
     /// Ends the guarding. Call it before the connection is closed.
     void release();
