@@ -6,10 +6,10 @@
 QDate firstOfMonth(const QDate &date);
 
 /**
- * Returns the first moment of `date` in local time. Days have 23, 24 or 25 hours, so the end of a
- * day is the start of the next one.
+ * Returns the first moment of `date` in local time. To find the end of a day, pass the next day,
+ * because a day may have 23 or 25 hours.
  *
- * If the clock is set back and midnight occurs twice, returns the earlier one, while
+ * If the clock is set back and midnight occurs twice, returns the earlier midnight, while
  * QDate::startOfDay() may return either. If summer time skips midnight, returns the end of the gap.
  * `date` must be valid.
  */

@@ -3,8 +3,8 @@
 #include <QString>
 
 /// Returns whether a character could control a terminal, end the line, or change the order of the
-/// characters around it: a control character, a separator of lines or paragraphs, or one that
-/// marks, embeds, overrides or isolates a direction of writing.
+/// characters around it: a control character, a separator of lines or paragraphs, or a character
+/// that marks, embeds, overrides or isolates a direction of writing.
 inline bool isControl(QChar c)
 {
     const ushort code = c.unicode();
@@ -13,8 +13,8 @@ inline bool isControl(QChar c)
            (code >= 0x2066 && code <= 0x2069);
 }
 
-/// Returns a text from a database with each control character replaced by U+FFFD, so that it can be
-/// shown safely.
+/// Returns `text` with each isControl() character replaced by U+FFFD, so that a text from a
+/// database can be shown safely.
 inline QString withoutControls(QString text)
 {
     for (QChar &c : text) {

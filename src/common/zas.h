@@ -5,5 +5,4 @@
 #include "common/zasrules.h"
 #include "common/zastime.h"
 
-// The product's free helpers in one include, for the host and its other plug-ins. This project's
-// own code includes only the parts that it needs.
+// All of the product's free helpers in one include.

@@ -51,7 +51,7 @@ void ZAS::loadCurrentAdminPeopleUids()
             : QStringLiteral("SELECT uid FROM admins_people WHERE aid=%1;").arg(curAdminID);
     QSqlQuery query = freshQuery(QSqlDatabase::database());
     if (!query.exec(statement)) {
-        // The table is "admins_people"; the misspelt line stays because operators search for it.
+        // The table is "admins_people"; the message stays misspelt because operators search for it.
         qCritical().noquote() << "Cannot load from admin_people, ERROR:"
                               << query.lastError().text();
     }

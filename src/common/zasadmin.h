@@ -7,7 +7,7 @@
 
 /**
  * The logged-in administrator and the product's licence. Both belong to the host, which sets them
- * at start-up and log-in; only its thread uses them.
+ * at start-up and log-in; only the host's thread uses them.
  */
 namespace ZAS
 {
@@ -24,7 +24,7 @@ struct LoginInfo {
     QString login;
     QString email;
     unsigned int permissions = 0; ///< bits of AdminPerms
-    QSet<int> closedScreens;      ///< GUIStates
+    QSet<int> closedScreens;      ///< values of GUIStates
     QString uids;                 ///< people whom the administrator may see, joined with ","
 
     /// Returns "name (login)".
@@ -48,17 +48,17 @@ extern LoginInfo curAdmin;
 extern LicenseInfo license;
 
 /**
- * Reads the people whom the current administrator may see into `curAdmin.uids`: all active ones for
- * the built-in accounts (ids below 2). Uses the default connection. On an error, which is logged,
- * the list is empty.
+ * Sets `curAdmin.uids` to the people whom the current administrator may see; for the built-in
+ * accounts (ids below 2), to all active people. Uses the default connection. If the query fails,
+ * logs the error and sets an empty list.
  */
 void loadCurrentAdminPeopleUids();
 
 bool isModule(const QString &module);
 bool guiAccess(GUIStates screen);
 
-/// Returns the address of the support chat with company, name and mail as query items. The page is
-/// set by the build option AUTOREPORT_SUPPORT_CHAT_URL.
+/// Returns the address of the support chat, with the company and the administrator's name and mail
+/// address as query items. The build option AUTOREPORT_SUPPORT_CHAT_URL sets the page.
 QUrl getSupportChatUrl();
 
 } // namespace ZAS

@@ -20,7 +20,7 @@ long long prevMidnight(long long ts);
 unsigned int firstDayOfMonth(unsigned int ts);
 unsigned int lastDayOfMonth(unsigned int ts);
 
-/// 1 = Monday ... 7 = Sunday.
+/// Returns the day of the week: 1 = Monday ... 7 = Sunday.
 unsigned char dayOfWeek(unsigned int ts);
 
 unsigned int monthFromTimestamp(long long ts);
@@ -30,8 +30,9 @@ QString monthStrFromTimestamp(long long ts);
 QString monthString(unsigned int monthKey);
 
 /**
- * Returns the working days of a month of `days` days that begins on `firstDayOfWeek` (1 = Monday),
- * without Saturdays, Sundays and `holidays`. Negative if there are more holidays than working days.
+ * Returns the number of working days in a month of `days` days that begins on `firstDayOfWeek`
+ * (1 = Monday): the days from Monday to Friday, minus `holidays`. Negative if there are more
+ * holidays than such days.
  */
 int workingDaysInMonth(unsigned char days, unsigned char firstDayOfWeek, unsigned char holidays);
 
@@ -40,13 +41,14 @@ int workingDaysInMonth(unsigned char days, unsigned char firstDayOfWeek, unsigne
 unsigned char workingDaysInWeek(unsigned char freeDays);
 
 /**
- * Returns the first day of the month of the oldest attendance record. Without a record, or if the
- * query fails, which is logged, it is the first day of the current month. Uses the default
- * connection; call it from that connection's thread.
+ * Returns the first day of the month of the oldest attendance record that has a date. If there is
+ * no such record, or if the query fails, which is logged, returns the first day of the current
+ * month. Uses the default connection; call it from that connection's thread.
  */
 QDate findFirstMonth();
 
-/// Returns the Slovak name: 1 = Monday ... 6 = Saturday, any other value is Sunday.
+/// Returns the Slovak name of a day or, if `shortForm`, its two-letter abbreviation: 1 = Monday ...
+/// 6 = Saturday; any other value is Sunday.
 QString getDayName(unsigned char dayOfWeek, bool shortForm);
 
 } // namespace ZAS

@@ -13,15 +13,15 @@ extern bool thinZAS;
 /// Returns "T-ZAS" for the thin client, otherwise "ZAS".
 QString getProgramName();
 
-/// Rounding steps: indexes 1 to 5 are 60, 300, 900, 1800 and 3600 seconds; anything else is 0, no
-/// rounding.
+/// Convert between a rounding step and its index: indexes 1 to 5 are 60, 300, 900, 1800 and 3600
+/// seconds; anything else is 0, no rounding.
 int roundIndexToVal(int index);
 int roundValToIndex(int seconds);
-/// Returns the step's translated label.
+/// Returns the translated label of a rounding step.
 QString roundValToString(int seconds);
 
-/// Steps of the list of day issues: indexes 1 to 3 are 60, 300 and 900 seconds. More than 900
-/// seconds is 3 too; any other value is 0.
+/// Convert between an interval of the list of day issues and its index: indexes 1 to 3 are 60, 300
+/// and 900 seconds. More than 900 seconds is index 3 too; anything else is 0.
 int dayIssuesIndexFromInterval(unsigned short seconds);
 unsigned short dayIssuesIntervalFromIndex(int index);
 
@@ -42,8 +42,8 @@ QString shiftKeyFromNum(int shift, unsigned char dayOfMonth, unsigned char order
 /// "*" if the shift was changed. A shift that is only planned is in parentheses.
 QString makeShiftString(unsigned char shift, unsigned char variant, bool changed, bool planned);
 
-/// For a list such as "[D 1.5-2x][L 0.25]", return the text of the first interruption, "D 1.5-2x",
-/// and its shortcut, "D". Return an empty text if `interruptions` is not such a list.
+/// Return the text of the first interruption in a list, and its shortcut: "D 1.5-2x" and "D" for
+/// "[D 1.5-2x][L 0.25]". Return an empty text if `interruptions` is not such a list.
 QString firstInterruption(const QString &interruptions);
 QString shortcutFromInters(const QString &interruptions);
 

@@ -20,7 +20,7 @@ constexpr unsigned int hoursAndMinutes = 2;
 constexpr unsigned int hoursToSeconds = 3;
 constexpr std::size_t longestTime = 32; // the largest number of hours has 16 digits
 
-/// Writes `number`, with at least two digits, before `end`. Returns where it begins.
+/// Writes `number`, with at least two digits, before `end`. Returns the place of its first digit.
 QChar *putBefore(QChar *end, unsigned long long number)
 {
     for (int digits = 0; digits < 2 || number > 0; ++digits, number /= 10)
@@ -49,7 +49,7 @@ bool ZAS::isTimeSecondPrecision()
 
 QString ZAS::tsToTimeString(long long seconds, unsigned int format, bool limit24)
 {
-    // Negated as unsigned: the smallest long long has no positive counterpart.
+    // Negate as unsigned, because the smallest long long has no positive counterpart.
     const auto bits = static_cast<unsigned long long>(seconds);
     const unsigned long long magnitude = seconds < 0 ? 0 - bits : bits;
 
@@ -123,7 +123,7 @@ QString ZAS::tsToDateTimeString(unsigned int ts)
 
 unsigned int ZAS::secondsFromTimestamp(unsigned int ts)
 {
-    // Not the seconds since midnight: a day may have 23 or 25 hours.
+    // The seconds since midnight would be wrong on days with 23 or 25 hours.
     const QTime time = QDateTime::fromSecsSinceEpoch(ts).time();
     return static_cast<unsigned int>(time.hour() * 3600 + time.minute() * 60 + time.second());
 }

@@ -7,8 +7,8 @@
 /**
  * Converts durations and points in time to text and back.
  *
- * Durations are signed seconds, points in time Unix seconds read in local time. Any thread may
- * call these functions; `timeSecondPrecision` is set once, before the first of them is used.
+ * Durations are signed seconds. Points in time are Unix seconds and are shown in local time. Any
+ * thread may call these functions; `timeSecondPrecision` is set once, before the first call.
  */
 namespace ZAS
 {
@@ -21,12 +21,12 @@ bool useSecondPrecision();
 bool isTimeSecondPrecision();
 
 /**
- * Returns a duration as text, every number padded to at least two digits.
+ * Returns a duration as text, with every number padded to at least two digits.
  *
  * `format` 1 is the hours alone, never with a sign; 2 is hours:minutes; any other value is
- * hours:minutes:seconds. With `limit24`, a duration of more than 86,400 seconds is wrapped: it
- * shows only the hours of its last day. 86,400 itself stays 24:00, and negative durations are never
- * wrapped.
+ * hours:minutes:seconds. With `limit24`, a duration of more than 86,400 seconds is wrapped: its
+ * hours are shown without those of whole days. 86,400 itself stays 24:00, and negative durations
+ * are never wrapped.
  */
 QString tsToTimeString(long long seconds, unsigned int format, bool limit24);
 
@@ -36,9 +36,9 @@ QString tsToTimeString(long long seconds);
 QString tsToTimeStringLimit(long long seconds);
 
 /**
- * Parses texts of formats 2 and 3. The hours may have a minus sign and any number of digits.
- * Returns nothing for any other text, for minutes or seconds above 59, and for a duration that does
- * not fit.
+ * Parses a duration written as hours:minutes or hours:minutes:seconds. The hours may have a minus
+ * sign and any number of digits. Returns nothing for any other text, for minutes or seconds above
+ * 59, and for a duration that does not fit into the result.
  */
 std::optional<long long> timeStringToTs(const QString &text);
 

@@ -65,8 +65,8 @@ QString intendedValue(const QString &written)
         .replace(QLatin1String("\\\\"), QLatin1String("\\"));
 }
 
-/// Returns the file in /etc of which `path` is a copy, made by the service manager, that only the
-/// service can read; otherwise `path` itself. What counts is who can read the original.
+/// Returns the original in /etc if `path` is a copy that the service manager made for the service;
+/// otherwise `path` itself. Only the service can read the copy, so the original must be checked.
 QString originOf(const QString &path)
 {
     const QFileInfo file(path);
@@ -111,14 +111,15 @@ ConfigFile ConfigFile::read(const QString &path)
                 .arg(path);
     const QMap<QString, QString> written = writtenValues(path);
     for (const QString &key : keys) {
-        // Refused, not skipped: a misspelt "password" would be hard to find.
+        // Refuse unknown keys instead of skipping them: a misspelt "password" would be hard to
+        // find.
         if (!isKnown(key)) {
             config.error = QStringLiteral("the configuration file '%1' has an unknown key '%2'")
                                .arg(path, key);
             continue;
         }
-        // Qt reads commas as lists, semicolons as comments and a leading "@" as a type code. If it
-        // altered a password silently, the server would seem to be at fault.
+        // Qt reads commas as lists, semicolons as comments and a leading "@" as a type code. If Qt
+        // silently altered a password, the server would seem to be at fault.
         const QString value = settings.value(key).toString();
         if (value != intendedValue(written.value(key)))
             config.error =

@@ -12,16 +12,16 @@
  */
 struct ConfigFile {
     QMap<QString, QString> values; ///< keyed like "database/host"; empty after an error
-    QString error;                 ///< why it was refused; empty on success
-    bool isReadable = true;        ///< whether it could be read, valid or not
+    QString error;                 ///< why the file was refused; empty on success
+    bool isReadable = true;        ///< whether the file could be read, even if invalid
 
     /// Returns the file that is read if the command line names none. Only this file may be missing.
     static QString defaultPath();
 
     /**
-     * Reads `path`. Refuses a file that cannot be read, an unknown key, an ambiguous value, and a
-     * file with a password that every account of the machine can read or change. Error texts never
-     * contain a value.
+     * Reads `path`. Refuses a file that cannot be read or is not in INI format, an unknown key, an
+     * ambiguous value, and a password in a file that every account of the machine can read or
+     * change. Error texts never contain a value.
      */
     static ConfigFile read(const QString &path);
 };

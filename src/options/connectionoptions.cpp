@@ -15,15 +15,15 @@ QSqlDatabase ConnectionOptions::addDatabase(const QString &connectionName, OnLos
     db.setPassword(password);
     db.setDatabaseName(databaseName);
     // A host reconnects, as DBManager does for schemas, and so survives a restart of the server. A
-    // command must not: the driver reconnects silently and loses session settings such as
-    // read-only.
+    // command must not reconnect, because the driver does so silently and loses session settings
+    // such as read-only.
     const QString always = onLoss == OnLoss::Reconnect ? reconnectingOptions : commonOptions;
     db.setConnectOptions(always + encryption() + limits());
     return db;
 }
 
-/// Any of these options makes the driver use TLS; openTrusted() enforces the authority. DBManager
-/// copies them for its connections to schemas.
+/// Returns the driver's options for the certificate files. Any of them makes the driver use TLS;
+/// openTrusted() enforces the authority. DBManager copies them for its connections to schemas.
 QString ConnectionOptions::encryption() const
 {
     QString options;
@@ -37,7 +37,8 @@ QString ConnectionOptions::encryption() const
     return options;
 }
 
-/// Each option limits a single wait: the client library does not retry.
+/// Returns the driver's options for the time limits. A wait never takes longer than its limit,
+/// because the client library does not retry.
 QString ConnectionOptions::limits() const
 {
     if (timeoutSeconds == 0)

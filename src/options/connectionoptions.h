@@ -7,7 +7,7 @@
 struct ConnectionOptions {
     bool single = false; ///< `databaseName` is one schema, not an information database
     QString host;        ///< one host, or several: "node1:3306,node2"
-    int port = 0;        ///< of hosts without one of their own; 0 if there are none
+    int port = 0;        ///< for hosts that name none; may be 0 if every host names one
     QString user;
     QString password;
     QString databaseName;
@@ -16,7 +16,7 @@ struct ConnectionOptions {
     QString authorityFile;
     QString certificateFile;
     QString keyFile;
-    int timeoutSeconds = 0;       ///< to connect, and for each answer of the server; 0 for no limit
+    int timeoutSeconds = 0;       ///< to connect, to send and to wait for an answer; 0: no limit
     bool waitsForAnswers = false; ///< answers have no limit, because statements may run long
 
     /// After a lost connection a host reconnects; an operator's command fails.

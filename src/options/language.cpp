@@ -5,8 +5,8 @@
 
 #include <memory>
 
-/// Keeps the linker from dropping the library's resource. Not in a namespace: the macro declares a
-/// function.
+/// Keeps the linker from dropping the library's resource. Must not be in a namespace, because the
+/// macro declares a global function.
 static void keepResource()
 {
     Q_INIT_RESOURCE(translations);
@@ -15,7 +15,8 @@ static void keepResource()
 namespace
 {
 
-/// The translator that is installed, owned by the application; null for the source texts.
+/// The installed translator; null for the source texts. Owned by the application, except while
+/// forEach() runs.
 QTranslator *installed = nullptr;
 
 void replace(QTranslator *translator)
@@ -27,8 +28,8 @@ void replace(QTranslator *translator)
         QCoreApplication::installTranslator(installed);
 }
 
-/// Returns the translation; null for the source texts. Logs an error and returns null if the
-/// translation cannot be loaded.
+/// Returns the translator for `language`; null for the language of the source texts. If the
+/// translation cannot be loaded, logs an error and returns null.
 QTranslator *load(const QString &language)
 {
     if (language == Language::known().constFirst())

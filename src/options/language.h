@@ -11,8 +11,8 @@ namespace Language
 /// Returns "sk", then the languages that have a translation.
 QStringList known();
 
-/// Installs the translation for the process, the plug-in's module included. Call once, on the main
-/// thread.
+/// Installs the translation for the whole process, including the plug-in's module. Call once, on
+/// the main thread.
 void install(const QString &language);
 
 /// Calls `work` once for each known language, with the reports' texts in that language. Call on the

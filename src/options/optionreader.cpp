@@ -14,11 +14,11 @@
 namespace
 {
 
-constexpr int noPort = std::numeric_limits<int>::min(); // of a server that --db-host lists
+constexpr int noPort = std::numeric_limits<int>::min(); // the port of a host that names none
 
 constexpr const char *passwordVariable = "AUTOREPORT_DB_PASSWORD";
 
-/// Maps the option "db-host" to the key "database/host".
+/// Returns the key of an option in the configuration: "database/host" for "db-host".
 QString configKey(const QString &option)
 {
     if (option == QLatin1String("metrics") || option == QLatin1String("clear-workbooks"))
@@ -28,7 +28,8 @@ QString configKey(const QString &option)
            (option.startsWith(prefix) ? option.mid(prefix.size()) : option);
 }
 
-/// Removes only the line end: other white space may belong to the password.
+/// Returns the first line without its end. Keeps other white space, which may belong to the
+/// password.
 QString firstLine(QFile &file)
 {
     QString line = QString::fromUtf8(file.readLine());
@@ -72,7 +73,8 @@ OptionReader::OptionReader(const QCommandLineParser &commandLine)
     if (!isGiven && !QFile::exists(path))
         return;
     config = ConfigFile::read(path);
-    // A default file that this account may not read is no error if the command line is complete.
+    // A default file that this account may not read is not an error if the command line is
+    // complete.
     if (!config.error.isEmpty() && (isGiven || config.isReadable))
         fail(config.error, false);
 }
@@ -148,7 +150,7 @@ ConnectionOptions OptionReader::connection()
     return options;
 }
 
-/// Checks here whether the file can be read, because the driver's error does not name it.
+/// Checks whether the file can be read, because the driver's error would not name the file.
 QString OptionReader::file(const char *name)
 {
     const QString option = QLatin1String(name);
@@ -225,7 +227,8 @@ QString OptionReader::language()
     return language;
 }
 
-/// Adds why the configuration file could not be read: the missing option may be in it.
+/// Reports a missing option. If the configuration file could not be read, adds why, because that
+/// file may set the option.
 void OptionReader::failMissing(const QString &message, bool usage)
 {
     if (config.isReadable)

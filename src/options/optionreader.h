@@ -10,15 +10,15 @@ class QCommandLineParser;
 /**
  * Reads options from a parsed command line, falling back to the configuration file.
  *
- * Keeps the first error in `error`, as one sentence. `isUsage` is true if the command line itself
- * is wrong, and false if, for example, a file that it names cannot be read.
+ * Keeps the first error in `error`, as one sentence. `isUsage` is true for an error of usage, such
+ * as a missing option, and false for other errors, such as a file that cannot be read.
  */
 class OptionReader
 {
 public:
     explicit OptionReader(const QCommandLineParser &commandLine);
 
-    /// Adds the connection options to `parser`.
+    /// Adds the connection options, --password-file and --config to `parser`.
     static void describe(QCommandLineParser &parser);
     /// Adds the language option, for commands that make reports.
     static void describeLanguage(QCommandLineParser &parser);
@@ -36,10 +36,10 @@ public:
     /// can read command lines.
     QString password();
 
-    /// Returns "host:port", or an empty text if the option is not set.
+    /// Returns the value of an option, which must be "host:port"; an empty text if it is not set.
     QString address(const char *name);
 
-    /// Returns one of Language::known().
+    /// Returns the language of the reports, which must be one of Language::known().
     QString language();
 
     /// Sets `error` and `isUsage`, unless there is an error already.
@@ -51,8 +51,8 @@ public:
 private:
     void failMissing(const QString &message, bool usage);
     bool hasOption(const QString &option) const;
-    /// Returns the path of a file, or an empty one if the option is not set. It is an error if the
-    /// file cannot be read.
+    /// Returns the value of an option, which must be the path of a readable file without a
+    /// semicolon; an empty text if it is not set.
     QString file(const char *name);
 
     const QCommandLineParser &parser;

@@ -24,8 +24,8 @@ QString pathAsSet()
     return path.isEmpty() ? QStringLiteral("/tmp") : path;
 }
 
-/// Returns the error, or an empty text. Creates a file, because permissions do not tell everything:
-/// the file system may be read-only.
+/// Returns why no file can be created in the directory, or an empty text. Tries to create one,
+/// because permissions do not show, for example, that the file system is read-only.
 QString writeError(const QByteArray &path)
 {
     QByteArray file = path + "/autoreport-check-XXXXXX";
@@ -40,12 +40,12 @@ QString writeError(const QByteArray &path)
 TemporaryDirectory checkDirectory()
 {
     using State = TemporaryDirectory::State;
-    const QString path = QDir::tempPath(); // where the reports look
+    const QString path = QDir::tempPath(); // where the reports are written
     if (path.isEmpty())
         return {pathAsSet(), State::Missing, {}, 0};
     const QByteArray name = QFile::encodeName(path);
     const QString error = writeError(name);
-    // Not QStorageInfo: it needs the table of mounts, which may be missing in a container.
+    // Do not use QStorageInfo: it needs the table of mounts, which may be missing in a container.
     struct statvfs room = {};
     const bool isKnown = ::statvfs(name.constData(), &room) == 0;
     return {path, error.isEmpty() ? State::Usable : State::NotWritable, error,
@@ -54,7 +54,7 @@ TemporaryDirectory checkDirectory()
 
 } // namespace
 
-/// What the thread and the probe that started it share, whichever ends first.
+/// Shared by a probe and the thread that it started, because either may end first.
 struct TemporaryDirectoryProbe::Check {
     QSemaphore done; // the thread releases it last
     std::mutex mutex;
@@ -70,7 +70,8 @@ TemporaryDirectory TemporaryDirectoryProbe::check(std::chrono::milliseconds pati
     const TemporaryDirectory silent{pathAsSet(), TemporaryDirectory::State::Silent, {}, 0};
     if (pending && pending->done.available() == 0)
         return silent;
-    const auto check = std::make_shared<Check>(); // a new one: a late answer would be out of date
+    // Start a new check: a late answer to an earlier one would be out of date.
+    const auto check = std::make_shared<Check>();
     try {
         std::thread([check] {
             TemporaryDirectory directory = checkDirectory();

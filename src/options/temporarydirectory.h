@@ -17,7 +17,7 @@ struct TemporaryDirectory {
 
     QString path;
     State state = State::Silent;
-    QString error;        ///< of the system; empty unless NotWritable or Unchecked
+    QString error;        ///< the system's error; empty unless NotWritable or Unchecked
     qint64 freeBytes = 0; ///< 0 if unknown
 };
 
@@ -25,7 +25,8 @@ struct TemporaryDirectory {
  * Checks the temporary directory in a thread of its own, because nothing can end a thread that
  * waits for a stalled disk.
  *
- * There is at most one such thread at a time. The destructor does not wait for it. Not thread-safe.
+ * A probe has at most one such thread at a time, and its destructor does not wait for the thread.
+ * Not thread-safe.
  */
 class TemporaryDirectoryProbe
 {
@@ -35,7 +36,7 @@ public:
     Q_DISABLE_COPY(TemporaryDirectoryProbe)
 
     /// Checks the directory by creating and removing a file. Returns Silent if that takes longer
-    /// than `patience`, or at once if the thread of an earlier call is still waiting.
+    /// than `patience`. Returns Silent at once if the thread of an earlier call is still waiting.
     TemporaryDirectory check(std::chrono::milliseconds patience);
 
 private:

@@ -32,7 +32,8 @@ int distance(const QString &from, const QString &to)
     return table[from.size()][to.size()];
 }
 
-/// Reads the options from the parser's help, because the parser has no function that lists them.
+/// Returns the options of the parser. Reads them from the parser's help, because the parser has no
+/// function that lists them.
 QStringList optionsOf(const QCommandLineParser &parser)
 {
     static const QRegularExpression option(QStringLiteral("(?:^  |, )--([a-z-]+)"),

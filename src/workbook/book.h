@@ -16,7 +16,7 @@ class ISheetT;
  * Created by a factory below and owned by the caller, who frees it with release(). The book owns
  * its sheets, formats and fonts. Use a book and its objects in one thread at a time; different
  * books share no state. Nothing throws: on an error, functions return null or false. If a function
- * that returns neither runs out of memory, save() fails.
+ * that writes a cell, or one that cannot report an error, runs out of memory, save() fails.
  */
 template <class Char>
 class IBookT
@@ -25,16 +25,17 @@ public:
     /**
      * Writes the book to a file with mode 0600. Writes a temporary file in the same directory and
      * renames it: on an error, an existing file is unchanged and no new file remains. A symbolic
-     * link is replaced, not followed. Fails for a book without sheets. The book may be changed and
-     * saved again. The path is encoded as UTF-8 in every locale. `useTemp` has no effect.
+     * link is replaced, not followed. Fails if the book has no sheets or exceeds the limits of the
+     * file format. The book may be changed and saved again. The path is encoded as UTF-8 in every
+     * locale. `useTemp` has no effect.
      */
     virtual bool save(const Char *filename, bool useTemp = false) = 0;
 
     /**
-     * Appends an empty sheet or, if `copyFrom` is not null, a copy of that sheet. Returns null for
-     * a name that spreadsheet programs reject: one that is empty or longer than 31 UTF-16 units,
-     * contains a tab, a line break or any of []:*?/\, begins or ends with an apostrophe, or equals
-     * another sheet's name, ignoring case.
+     * Appends an empty sheet or, if `copyFrom` is not null, a copy of that sheet. Returns null if
+     * `copyFrom` belongs to another book, or if spreadsheet programs reject the name: if it is
+     * null, empty or longer than 31 UTF-16 units, contains a tab, a line break or any of []:*?/\,
+     * begins or ends with an apostrophe, or equals another sheet's name, ignoring case.
      */
     virtual ISheetT<Char> *addSheet(const Char *name, ISheetT<Char> *copyFrom = nullptr) = 0;
 
@@ -58,14 +59,13 @@ public:
     virtual IFontT<Char> *addFont(IFontT<Char> *copyFrom = nullptr) = 0;
 
     /**
-     * Sets the font of all formats that set none. The width of its digits is the unit of column
-     * widths.
-     * Ignores names that are empty or longer than 31 UTF-16 units, and sizes outside 1 to 409
-     * points.
+     * Sets the font of all formats without a font of their own. The width of its digits is the unit
+     * of column widths. Has no effect if the name is null, empty or longer than 31 UTF-16 units or
+     * contains a tab or a line break, or if the size is outside 1 to 409 points.
      */
     virtual void setDefaultFont(const Char *fontName, int fontSize) = 0;
 
-    /** For callers that have a licence; this engine needs none and ignores it. */
+    /** Accepts a licence, which this engine does not need and ignores. */
     virtual void setKey(const Char *name, const Char *key) = 0;
 
     /**

@@ -30,10 +30,10 @@ public:
     virtual void setAlignV(AlignV align) = 0;
     virtual void setWrap(bool wrap) = 0;
 
-    /** Sets all four sides. */
+    /** Sets the style of all four sides. */
     virtual void setBorder(BorderStyle style) = 0;
 
-    /** Sets all four sides. Visible only on sides that have a style. */
+    /** Sets the colour of all four sides. It is visible only on sides that have a style. */
     virtual void setBorderColor(Color colour) = 0;
 
     virtual void setBorderLeft(BorderStyle style) = 0;

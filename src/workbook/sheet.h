@@ -13,21 +13,21 @@ class IFormatT;
  *
  * It belongs to the book and lives until the book is released. Rows and columns count from 0.
  * Cells, rows and columns may be written in any order; the last write wins. `format` may be null,
- * for the default look, and must belong to the same book. Functions that return nothing ignore
- * arguments outside their range.
+ * for the default look; otherwise it must belong to the same book. Functions that return nothing
+ * ignore a call with an argument outside its range.
  *
- * Characters that XML cannot represent are removed from texts, also in binary books: those below
+ * Texts lose all characters that XML cannot represent, even in binary books: characters below
  * U+0020 except tab, line feed and carriage return, lone surrogates, U+FFFE and U+FFFF.
  *
  * If a function that writes a cell returns false, that cell is empty, even if it had content
- * before; all others are unchanged.
+ * before; all other cells are unchanged. If it ran out of memory, the book can no longer be saved.
  */
 template <class Char>
 class ISheetT
 {
 public:
     /**
-     * Writes text of up to 32,767 UTF-16 units, which may be empty. Refuses null and longer text.
+     * Writes a text of up to 32,767 UTF-16 units; it may be empty. Refuses null and longer text.
      * `type` must be CellType::String.
      */
     virtual bool writeStr(int row, int col, const Char *value, IFormatT<Char> *format = nullptr,
@@ -44,7 +44,7 @@ public:
      * with or without a leading "=". Spreadsheet programs calculate it when they open the file.
      * Refuses null, empty text and longer text. An XML book accepts any other text unchecked. A
      * binary book accepts only what it can translate: cells of the same sheet, numbers, + - * /,
-     * signs and parentheses.
+     * signs and parentheses, nested at most 63 deep and no longer than 1,800 bytes when translated.
      */
     virtual bool writeFormula(int row, int col, const Char *expr,
                               IFormatT<Char> *format = nullptr) = 0;
@@ -52,7 +52,7 @@ public:
     /**
      * Sets the width of columns `colFirst` to `colLast`, both included. `width` (0 to 255) is the
      * width that spreadsheet programs show: in digits of the default font, without the cell's
-     * padding. `format` applies to cells of these columns that are never written.
+     * padding. `format` applies to cells of these columns that are not written.
      */
     virtual bool setCol(int colFirst, int colLast, double width, IFormatT<Char> *format = nullptr,
                         bool hidden = false) = 0;
@@ -70,7 +70,10 @@ public:
     /** Sets whether gridlines are printed. By default they are not. */
     virtual void setPrintGridlines(bool print) = 0;
 
-    /** Scales printing to so many pages in width and height (0 to 32,767); 0: as many as needed. */
+    /**
+     * Scales printing to fit a number of pages in width and height (0 to 32,767); 0 means as many
+     * as needed.
+     */
     virtual void setPrintFit(int wPages, int hPages) = 0;
 
     virtual void setLandscape(bool landscape) = 0;
@@ -82,7 +85,7 @@ public:
      */
     virtual bool setFooter(const Char *footer, double margin) = 0;
 
-    /** In inches, from 0 to below 49. The defaults are 0.7 left and right, 0.75 top and bottom. */
+    /** Set margins in inches, 0 to below 49. Defaults: 0.7 left and right, 0.75 top and bottom. */
     virtual void setMarginLeft(double margin) = 0;
     virtual void setMarginRight(double margin) = 0;
     virtual void setMarginTop(double margin) = 0;

@@ -60,7 +60,7 @@ bool BookImpl::acceptsSheetName(const std::u16string &name) const
 template <class Impl, class Data>
 Impl *BookImpl::add(std::deque<Data> &values, std::deque<Impl> &handles, Data value)
 {
-    // The handle first: if push_back() throws, the unused handle does no harm. In the opposite
+    // Add the handle first: if push_back() throws, the unused handle does no harm. In the opposite
     // order, a sheet without a handle could remain, and would be saved.
     Impl &handle = handles.emplace_back(data, values.size());
     values.push_back(std::move(value));

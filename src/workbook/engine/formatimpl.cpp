@@ -10,7 +10,7 @@ namespace
 
 /**
  * Returns whether `value` is one of the enumerators, which end with `last`. A caller can cast any
- * number to `Enum`, but files must not contain it.
+ * number to `Enum`, but files must contain only enumerators.
  */
 template <class Enum>
 bool isWithin(Enum value, Enum last)

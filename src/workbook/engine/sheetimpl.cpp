@@ -77,7 +77,7 @@ bool SheetImpl::writeNum(int row, int col, double value, libxl::IFormatT<wchar_t
 {
     return writeCell(row, col, format, [&](Cell &cell) {
         cell.setKind(CellKind::Number);
-        cell.number = value == 0 ? 0 : value; // files do not distinguish -0 from 0
+        cell.number = value == 0 ? 0 : value; // files contain 0 instead of -0
         return std::isfinite(value);
     });
 }

@@ -55,9 +55,10 @@ Evaluator::Evaluator(const BookData &bookData, const SheetData &sheetData)
 
 FormulaValue Evaluator::valueOf(const Cell &cell, FormulaTokens formula)
 {
-    // An explicit stack instead of recursion, so that chains of formulas may have any length. A
-    // formula stays on the stack until those that it refers to are evaluated. A formula that is
-    // reached again meanwhile is part of a cycle, and its value is unknown there.
+    // Use an explicit stack instead of recursion, so that chains of formulas may have any length. A
+    // formula stays on the stack until the formulas that it refers to are evaluated. If one of them
+    // refers back to the waiting formula, the two are part of a cycle, and the value of the waiting
+    // formula is unknown there.
     const auto known = values.find(&cell);
     if (known != values.end())
         return known->second;
@@ -74,8 +75,8 @@ FormulaValue Evaluator::valueOf(const Cell &cell, FormulaTokens formula)
 }
 
 /**
- * Pushes the formulas that the last one refers to, except for those that have a value or are
- * waiting. Returns whether there are any.
+ * Pushes the formulas that the last waiting formula refers to, except for formulas that are in
+ * `values` or cannot be parsed. Returns whether there are any.
  */
 bool Evaluator::pushOpenCells(std::vector<Waiting> &waiting) const
 {

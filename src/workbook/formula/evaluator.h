@@ -23,7 +23,8 @@ struct FormulaValue {
 /**
  * Evaluates the formulas of one sheet, so that programs which only display a file show the right
  * values. An empty cell counts as 0; texts, cycles and formulas that parseFormula() does not
- * understand are unknown. The time grows with the number of references, however long their chains.
+ * understand are unknown. The time depends on the number of references, but not on the length of
+ * their chains.
  */
 class Evaluator
 {
@@ -35,7 +36,7 @@ public:
     FormulaValue valueOf(const Cell &cell, FormulaTokens formula);
 
 private:
-    /** A formula that waits for those that it refers to. */
+    /** A formula that waits for the values of the formulas that it refers to. */
     struct Waiting {
         const Cell *cell;
         FormulaTokens formula;

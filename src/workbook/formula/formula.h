@@ -12,7 +12,7 @@ namespace workbook
 enum class Operator {
     Number,
     Cell,
-    Group, // parentheses around the operand before it
+    Group, // parentheses around the previous operand
     Plus,
     Negate,
     Multiply,
@@ -23,8 +23,8 @@ enum class Operator {
 
 struct FormulaToken {
     Operator op = Operator::Number;
-    double number = 0;  // of a number
-    CellReference cell; // of a cell
+    double number = 0;  // if `op` is Number
+    CellReference cell; // if `op` is Cell
 };
 
 /** A formula in postfix order, each operator after its operands: "1+2*3" is 1 2 3 * +. */

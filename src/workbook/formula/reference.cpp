@@ -18,7 +18,10 @@ bool takeDollar(std::u16string_view &text)
     return found;
 }
 
-/** Returns whether a reference ends before `rest`: not in the middle of a name or a number. */
+/**
+ * Returns whether a reference may end before `rest`. It may not if `rest` continues a name or a
+ * number.
+ */
 bool referenceEndsBefore(std::u16string_view rest)
 {
     constexpr std::u16string_view partsOfNames = u"(!._$[";

@@ -15,9 +15,9 @@ struct CellReference {
 };
 
 /**
- * Removes and returns the reference that `text` begins with, such as "K2" or "$A$1". Returns
- * nothing, and leaves `text` unspecified, if it begins with anything else, including longer names
- * such as "LOG10(" or "Sheet1!".
+ * Removes and returns the reference that `text` begins with, such as "K2" or "$A$1". If `text`
+ * begins with anything else, including longer names such as "LOG10(" or "Sheet1!", returns nothing,
+ * and `text` is unspecified.
  */
 std::optional<CellReference> takeReference(std::u16string_view &text);
 

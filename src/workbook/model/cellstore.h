@@ -9,7 +9,7 @@ namespace workbook
 
 enum class CellKind : std::uint8_t { Erased, Blank, Number, Text, Formula };
 
-/** A cell, in only 16 bytes: a sheet of a hundred thousand rows has millions of cells. */
+/** A cell in only 16 bytes, because a sheet of a hundred thousand rows has millions of cells. */
 struct Cell {
     std::uint64_t row : 20;
     std::uint64_t column : 14;
@@ -35,9 +35,10 @@ Cell makeCell(int row, int column, CellKind kind, std::uint32_t format = 0);
  * The cells of a sheet. They may be written in any order, and the last write to a place wins.
  *
  * Files order cells by row, then by column. A cell that comes in this order extends the sorted
- * part. Any other cell starts an unsorted tail, to which all further cells are appended. The tail
- * is merged once it is as long as the sorted part. The average time per cell therefore grows at
- * most with the logarithm of their number.
+ * part. Any other cell replaces the cell at its place or, if there is none, starts an unsorted
+ * tail, to which all further cells are appended. The tail is merged once it is as long as the
+ * sorted part and has at least 4,096 cells. The average time per cell therefore grows at most with
+ * the logarithm of the number of cells.
  */
 class CellStore
 {

@@ -53,7 +53,7 @@ struct RowData {
     bool hidden = false;
 };
 
-/** Inches. */
+/** Margins in inches. */
 struct Margins {
     double left = 0.7;
     double right = 0.7;
@@ -63,7 +63,7 @@ struct Margins {
     double footer = 0.3;
 };
 
-/** In pages; 0 means as many as needed. */
+/** Width and height in pages; 0 means as many as needed. */
 struct PrintFit {
     int width;
     int height;

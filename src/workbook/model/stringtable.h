@@ -13,7 +13,7 @@ namespace workbook
  * A set of distinct texts, numbered from 0 in the order of their insertion.
  *
  * All characters are in one block and the hash table contains only numbers, so that looking up a
- * known text allocates nothing.
+ * text does not copy it.
  */
 class StringTable
 {
@@ -21,7 +21,7 @@ public:
     /** Returns the number of `text`, adding it if it is new. */
     std::uint32_t intern(std::u16string_view text);
 
-    /** Returns the text with that number. Valid until the next intern(). */
+    /** Returns the text that has the number `index`. Valid until the next intern(). */
     [[nodiscard]] std::u16string_view at(std::uint32_t index) const;
 
     [[nodiscard]] std::size_t size() const { return entries.size(); }
@@ -38,7 +38,8 @@ private:
 
     std::u16string characters;
     std::vector<Entry> entries;
-    // The hash table: 0 for a free slot, or the number of a text + 1. Its size is a power of two.
+    // The hash table: 0 in a free slot, otherwise the number of a text + 1. Its size is a power of
+    // two.
     std::vector<std::uint32_t> slots;
 };
 

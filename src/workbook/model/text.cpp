@@ -56,8 +56,11 @@ void appendUtf16(std::u16string &units, char32_t point)
     units += static_cast<char16_t>(0xDC00U + (point & 0x3FFU));
 }
 
-// In these blocks, nearly every capital letter is directly followed by its small letter. Whether
-// the capital's code is even or odd depends on the block.
+/**
+ * Returns the small letter for a letter of Latin Extended-A. There, nearly every capital letter is
+ * directly followed by its small letter. Whether the code of the capital is even or odd depends on
+ * the range.
+ */
 char16_t foldLatinExtended(char16_t unit)
 {
     const bool capitalIsOdd = (unit >= 0x139 && unit <= 0x148) || (unit >= 0x179 && unit <= 0x17E);

@@ -32,7 +32,7 @@ constexpr bool isHighSurrogate(char32_t unit)
 
 constexpr std::size_t maxUtf8Bytes = 4;
 
-/** Writes a character to `out`, up to maxUtf8Bytes. Returns the position after it. */
+/** Writes a character to `out`, in at most maxUtf8Bytes. Returns the position after it. */
 char *putUtf8(char32_t point, char *out);
 
 /** Removes and returns the first character of `text`, which must not be empty. */

@@ -31,8 +31,8 @@ public:
     void grow(std::size_t bytes) { length += bytes; }
 
     /**
-     * Writes eight bytes after the last byte without appending them. Call grow() with the number of
-     * those to append.
+     * Writes eight bytes after the last byte without appending them. To append some of them, call
+     * grow() with their number.
      */
     void put64(std::uint64_t value) { store<8>(room(8), value); }
 

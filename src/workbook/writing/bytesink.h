@@ -8,12 +8,12 @@ namespace workbook
 {
 
 /**
- * Writes a file atomically: writes a temporary file with mode 0600 beside the target, which
- * commit() renames to the target. Until then, an existing target is unchanged. Without a successful
- * commit() the destructor removes the temporary file.
+ * Writes a file atomically: writes a temporary file with mode 0600 in the target's directory, then
+ * commit() renames it to the target. Until then, an existing target is unchanged. Without a
+ * successful commit() the destructor removes the temporary file.
  *
  * The first error is latched: later calls do nothing, and commit() returns false and sets `errno`
- * to that error, or to 0 after fail(). The destructor preserves `errno`.
+ * to that error, or to 0 if it was fail(). The destructor preserves `errno`.
  */
 class ByteSink
 {
@@ -29,7 +29,7 @@ public:
     /** Overwrites bytes that have been appended, from `offset` on. */
     void patch(std::uint64_t offset, std::string_view bytes);
 
-    /** Number of bytes appended so far. */
+    /** Returns the number of bytes appended so far. */
     [[nodiscard]] std::uint64_t size() const { return flushed + buffer.size(); }
 
     [[nodiscard]] bool ok() const { return !failed; }

@@ -23,7 +23,7 @@ struct DigitWidth {
 };
 
 // Measured with metric-compatible fonts. Other fonts are assumed to be as wide as Arial. At all
-// usual sizes this is right for Tahoma, which "MS Shell Dlg 2" usually stands for.
+// usual sizes that is right for Tahoma, the font that "MS Shell Dlg 2" usually stands for.
 constexpr DigitWidth digitWidths[] = {
     {u"Calibri", 0.507}, {u"Carlito", 0.507}, {u"Times", 0.500}, {u"Courier", 0.600}};
 constexpr double usualDigitWidth = 0.556;

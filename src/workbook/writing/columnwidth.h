@@ -14,11 +14,12 @@ int digitPixels(const FontData &font);
 /**
  * Returns the width that files store for a column whose width is shown as `chars`. Both are in
  * digits of the default font, which are `digitPixels` wide. The stored width includes five pixels
- * of padding, is rounded down to 1/256, and is at most 255, the limit of spreadsheet programs.
+ * of padding, or fewer for less than one digit. It is rounded down to 1/256, and is at most 255,
+ * the limit of spreadsheet programs.
  */
 double storedColumnWidth(double chars, int digitPixels);
 
-/** Returns the height in points of a row that does not set it. `font` is the default font. */
+/** Returns the height in points of rows whose height is not set. `font` is the default font. */
 double defaultRowPoints(const FontData &font);
 
 } // namespace workbook

@@ -20,7 +20,7 @@ constexpr std::array<std::uint32_t, 56> defaultPalette = {
     0x3366FF, 0x33CCCC, 0x99CC00, 0xFFCC00, 0xFF9900, 0xFF6600, 0x666699, 0x969696,
     0x003366, 0x339966, 0x003300, 0x333300, 0x993300, 0x993366, 0x333399, 0x333333};
 
-/** `colour` must not be Automatic. */
+/** Returns the colour as 0xRRGGBB. `colour` must not be Automatic. */
 constexpr std::uint32_t paletteRgb(libxl::Color colour)
 {
     return defaultPalette[static_cast<std::size_t>(static_cast<int>(colour) - firstPaletteColour)];

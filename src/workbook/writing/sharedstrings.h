@@ -11,8 +11,8 @@ struct BookData;
 
 /**
  * The distinct texts in the cells of a book. The most frequent come first, because small numbers
- * make small files; equally frequent ones are in the order of the cells. Overwritten texts are left
- * out, and the order in which cells were written has no effect.
+ * make small files; equally frequent texts are in the order of the cells. Overwritten texts are
+ * left out, and the order in which cells were written has no effect.
  */
 class SharedStrings
 {

@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-/** The content of a sheet as files need it: in order, with equal neighbours combined. */
+/** The content of a sheet as files need it: in order, with equal columns combined. */
 namespace workbook
 {
 
@@ -20,7 +20,7 @@ struct UsedRange {
 /** Returns the range of all cells, including blank ones; nothing if the sheet has no cells. */
 std::optional<UsedRange> usedRange(const SheetData &sheet);
 
-/** Adjacent columns with the same settings, including the last one. */
+/** Adjacent columns with the same settings, `first` to `last`, both included. */
 struct ColumnRun {
     int first;
     int last;

@@ -56,7 +56,8 @@ StyleTable::StyleTable(const BookData &book)
     for (FormatData format : book.formats) {
         format.font = fontIndexes[format.font];
         for (const Side side : {Left, Right, Top, Bottom}) {
-            // The colour of a side without a line is not visible: combine such formats.
+            // A side without a line shows no colour. Reset the colour, so that formats that look
+            // the same are equal.
             if (format.borders.at(side) == libxl::BorderStyle::None)
                 format.borderColours.at(side) = libxl::Color::Automatic;
         }

@@ -51,7 +51,7 @@ void appendEntry(Buffer &out, std::u16string_view name, EntryType type, std::uin
     out.zeros(nameBytes - 2 * name.size());
     out.u16(static_cast<unsigned>(2 * (name.size() + 1)));
     out.u8(static_cast<unsigned>(type)).u8(black);
-    out.u32(noEntry).u32(noEntry).u32(child); // left, right
+    out.u32(noEntry).u32(noEntry).u32(child); // left, right, child
     out.zeros(16 + 4 + 8 + 8);                // class, state, times of creation and change
     out.u32(firstSector).u64(size);
 }
@@ -69,7 +69,8 @@ struct CompoundFile::Layout {
         : streamBytes(std::max(bytes, minStreamBytes))
         , stream(static_cast<std::uint32_t>((streamBytes + sectorBytes - 1) / sectorBytes))
     {
-        // The table also has entries for its own and the overflow's sectors: repeat until it fits.
+        // The table also has entries for its own sectors and for the overflow's, so repeat until
+        // the total no longer changes.
         for (std::uint32_t before = 0; before != total();) {
             before = total();
             table = divideUp(before, entriesPerSector);

@@ -10,7 +10,7 @@ class ByteSink;
 /**
  * The container of an .xls file: a small file system of 512-byte sectors, here with a single
  * stream, "Workbook". The constructor reserves space for the header. Write the stream to the sink,
- * then call finish(), which appends the tables and fills in the header. A stream of more than 2 GiB
+ * then call finish(), which appends the tables and fills in the header. A stream of 2 GiB or more
  * is an error, latched in the sink.
  */
 class CompoundFile

@@ -55,8 +55,8 @@ public:
     void single(unsigned id, unsigned value) { begin(id).u16(value).end(); }
 
     /**
-     * Returns the position of the next byte. May overflow in streams of more than 2 GiB, which
-     * CompoundFile::finish() refuses.
+     * Returns the position of the next byte. Overflows in streams of more than 4 GiB, but
+     * CompoundFile::finish() refuses streams from 2 GiB on.
      */
     [[nodiscard]] std::uint32_t position() const
     {

@@ -85,7 +85,8 @@ void XlsCells::writeBlock(unsigned defaultRowTwips)
     }
     std::vector<unsigned> distances;
     for (const RowSpan &span : block) {
-        // Only a row full of long formulas exceeds a u16. Readers do not rely on this value.
+        // The distance exceeds a u16 only after a row full of long formulas. Readers do not rely on
+        // it.
         constexpr std::uint32_t longest = 0xFFFF;
         distances.push_back(std::min(out.position() - before, longest));
         before = out.position();
@@ -210,7 +211,7 @@ void XlsCells::formula(const Cell &cell)
     constexpr unsigned emptyResult = 3;
     constexpr unsigned divisionByZero = 0x07;
     constexpr unsigned overflow = 0x24;
-    // Both steps succeed, because writeFormula() refused all other formulas.
+    // Parsing and compiling succeed, because writeFormula() refused all other formulas.
     FormulaTokens parsed = parseFormula(book.formulas.at(cell.index)).value();
     const std::string tokens = compileXlsFormula(parsed).value();
     const FormulaValue value = evaluator.valueOf(cell, std::move(parsed));

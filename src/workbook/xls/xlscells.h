@@ -16,8 +16,8 @@ class StyleTable;
 constexpr int xlsBlockRows = 32;
 
 /**
- * Writes the rows and cells of a sheet in blocks of 32 rows. A block is its rows, then their cells,
- * then a record with the positions of both (DBCELL).
+ * Writes the rows and cells of a sheet in blocks of 32 rows. A block has its rows, then their
+ * cells, then a record with the positions of both (DBCELL).
  */
 class XlsCells
 {
@@ -49,7 +49,7 @@ private:
     const SharedStrings &strings;
     RecordWriter &out;
     Evaluator evaluator;
-    std::vector<RowSpan> block;           // its rows, collected until it is written
+    std::vector<RowSpan> block;           // the rows of the next block
     std::vector<std::uint32_t> blockEnds; // the positions of the DBCELL records
 };
 

@@ -9,8 +9,8 @@ namespace workbook
 {
 
 /**
- * Returns the tokens that an .xls file stores for a formula. Returns nothing if it refers to cells
- * outside an .xls sheet or takes more than 1,800 bytes.
+ * Returns the tokens that an .xls file stores for a formula. Returns nothing if the formula refers
+ * to cells outside an .xls sheet, or if its tokens take more than 1,800 bytes.
  */
 std::optional<std::string> compileXlsFormula(const FormulaTokens &formula);
 

@@ -17,8 +17,8 @@ enum class XlsPart : unsigned { Globals = 0x0005, Sheet = 0x0010 };
 void writeXlsBegin(XlsPart part, RecordWriter &out);
 
 /**
- * Writes what belongs to the whole book. Returns for each sheet where in the stream its position
- * must be filled in.
+ * Writes what belongs to the whole book. Returns, for each sheet, the place in the stream where the
+ * sheet's position must be filled in.
  */
 std::vector<std::uint32_t> writeXlsGlobals(const BookData &book, const StyleTable &styles,
                                            const SharedStrings &strings, RecordWriter &out);

@@ -53,7 +53,7 @@ public:
             text.remove_prefix(fitting);
             if (text.empty())
                 return;
-            // A record that begins in the middle of a string repeats its flags.
+            // A record that begins in the middle of a string repeats the string's flags.
             next();
             out.u8(narrow ? 0 : 1);
         }

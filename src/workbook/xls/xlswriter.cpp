@@ -23,7 +23,7 @@ void writeXls(const BookData &book, ByteSink &sink)
         sink.fail();
         return;
     }
-    // Empty text is written as a blank cell.
+    // Empty texts are left out, because they are written as blank cells.
     const SharedStrings strings(book, SharedStrings::Empty::LeftOut);
     CompoundFile container(sink);
     RecordWriter records(sink);

@@ -13,12 +13,12 @@ class BitWriter
 public:
     static constexpr unsigned maxBits = 56;
 
-    /** Appends the lowest `count` bits of `bits`, whose other bits must be 0; at most maxBits. */
+    /** Appends the lowest `count` (at most maxBits) bits of `bits`; all other bits must be 0. */
     void put(std::uint64_t bits, unsigned count)
     {
         pending |= bits << pendingBits;
         pendingBits += count;
-        // Without a loop: writes all eight bytes, but appends only the complete ones.
+        // To avoid a loop, write all eight bytes, but append only the complete ones.
         bytes.put64(pending);
         bytes.grow(pendingBits / 8);
         pending >>= pendingBits & ~7U;

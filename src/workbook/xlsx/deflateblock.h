@@ -12,7 +12,7 @@ namespace workbook
 
 /**
  * Collects the items of a block in a deflate stream (RFC 1951): bytes, and copies of earlier bytes.
- * They are kept until write(), because the best code for them is known only then.
+ * The items are kept until write(), because the best code for them is known only then.
  */
 class DeflateBlock
 {

@@ -37,7 +37,7 @@ void Deflater::finish()
     finder.restart();
 }
 
-/** Searches for matches up to `end`, which they do not exceed, and compresses that text. */
+/** Compresses the text up to `end`. Searches for matches, which do not extend beyond `end`. */
 void Deflater::search(const char *end)
 {
     Match match;
@@ -60,7 +60,7 @@ void Deflater::search(const char *end)
 }
 
 /**
- * Compresses the phrase as a copy if it occurred before. The copy may be longer than the phrase and
+ * If the phrase occurred before, compresses it as a copy, which may be longer than the phrase and
  * cover the next phrases too.
  */
 void Deflater::phrase(const char *begin, const char *end, const char *textEnd)

@@ -22,10 +22,10 @@ struct Phrase {
  * Compresses texts into streams of deflate (RFC 1951).
  *
  * A general compressor spends most of its time searching for repetitions. In the XML of a sheet,
- * the writer knows nearly all of them: the tag of a cell is the same as that of the cell above.
- * This class looks up such phrases as a whole. Between them there are only values, and row numbers,
- * which also occur in the previous cell. This takes a quarter of the time of zlib and makes smaller
- * files.
+ * the writer knows nearly all repetitions: a cell has the same tag as the cell above. This class
+ * looks up such phrases as a whole. Between two phrases there are only a value and a row number,
+ * and the row number also occurs in the previous cell. This method takes a quarter of the time of
+ * zlib and makes smaller files.
  */
 class Deflater
 {

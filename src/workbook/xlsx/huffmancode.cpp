@@ -9,7 +9,7 @@ namespace workbook
 namespace
 {
 
-/** Returns the symbols that occur, the rarest first; adds others if they are fewer than two. */
+/** Returns the symbols that occur, the rarest first; adds others if fewer than two occur. */
 std::vector<std::size_t> usedSymbols(const std::uint32_t *counts, std::size_t symbols)
 {
     std::vector<std::size_t> used;
@@ -28,8 +28,8 @@ std::vector<std::size_t> usedSymbols(const std::uint32_t *counts, std::size_t sy
 
 /**
  * Builds a tree by joining the two rarest nodes until one is left. Returns the depths of its
- * leaves, the deepest first. `counts` are the counts of the leaves in ascending order. The sums are
- * appended to them, and are in ascending order too.
+ * leaves, the deepest first. `counts` are the counts of the leaves in ascending order. The function
+ * appends the sums, which are in ascending order too.
  */
 std::vector<unsigned> leafDepths(std::vector<std::uint32_t> counts)
 {

@@ -8,8 +8,8 @@ namespace workbook
 {
 
 /**
- * A prefix code: frequent symbols have short words. A symbol that does not occur has a word of
- * length 0. There are at least two other words, because some readers refuse fewer.
+ * A prefix code: frequent symbols have short words. Symbols that do not occur have words of length
+ * 0. If fewer than two symbols occur, others get words too, because some readers require two words.
  */
 class HuffmanCode
 {

@@ -42,8 +42,8 @@ std::size_t hashOfPhrase(const char *begin, const char *end)
 }
 
 /**
- * Estimates how many bits a copy saves: a byte costs about four bits, a copy ten and those of its
- * distance.
+ * Estimates how many bits a copy saves: a byte costs about four bits, a copy about ten plus the
+ * bits of its distance.
  */
 int gainOf(std::size_t length, std::size_t distance)
 {
@@ -79,8 +79,8 @@ void MatchFinder::restart()
 }
 
 /**
- * Returns the distance from `earlier` to `place`, or 0 if deflate cannot refer back that far. The
- * tables may contain any outdated position.
+ * Returns the distance from `earlier` to `place`, or 0 if `earlier` is outside the window or too
+ * far back for deflate. The tables may contain any outdated position.
  */
 std::size_t MatchFinder::distanceTo(Position earlier, const char *place) const
 {
@@ -136,7 +136,7 @@ std::size_t MatchFinder::findPhrase(const char *begin, const char *end)
 
 std::size_t MatchFinder::length(const char *place, const char *end, std::size_t distance)
 {
-    // In steps of eight bytes, because most matches are longer than that.
+    // Compare eight bytes at a time, because most matches are longer than that.
     const char *at = place;
     while (end - at >= 8 && load<std::uint64_t>(at) == load<std::uint64_t>(at - distance))
         at += 8;

@@ -19,8 +19,8 @@ struct Match {
 /**
  * Keeps the last 32 KiB of a text, and finds earlier occurrences of the bytes at a place.
  *
- * Places are pointers into what append() returned, valid until the next append(). Finds only
- * earlier places that were passed to find() or remember().
+ * Places are pointers into what append() returned, valid until the next append(). find()
+ * finds only earlier places that were passed to find() or remember().
  */
 class MatchFinder
 {
@@ -34,12 +34,13 @@ public:
     void restart();
 
     /**
-     * Remembers `place` and returns the match there that saves most, examining the last
-     * `candidates` places that begin with the same four bytes. The match ends before or at `end`.
+     * Returns the match at `place` that saves most bits, and remembers `place`. Examines at most
+     * `candidates` earlier places, the nearest first, whose next four bytes have the same hash. The
+     * match ends before or at `end`. Does nothing if fewer than four bytes remain before `end`.
      */
     Match find(const char *place, const char *end, unsigned candidates);
 
-    /** Makes the places from `begin` to `end` available to find(). */
+    /** Makes the places [begin, end) available to find(). */
     void remember(const char *begin, const char *end);
 
     /**
@@ -49,7 +50,8 @@ public:
     std::size_t findPhrase(const char *begin, const char *end);
 
     /**
-     * Returns how many of the bytes from `place` to `end` equal those `distance` bytes before them.
+     * Returns how many successive bytes from `place` on, but before `end`, equal the bytes that are
+     * `distance` before them.
      */
     static std::size_t length(const char *place, const char *end, std::size_t distance);
 

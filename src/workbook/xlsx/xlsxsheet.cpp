@@ -128,8 +128,8 @@ void XlsxSheet::flush()
 }
 
 /**
- * Ends the phrase that began at phraseBegin. It contains no row number and no value, so the row
- * above probably has the same phrase.
+ * Ends the phrase that began at phraseBegin. A phrase contains no row number and no value of a
+ * cell, so the row above probably has the same phrase.
  */
 void XlsxSheet::endPhrase()
 {
@@ -156,7 +156,7 @@ void XlsxSheet::row(const RowSpan &span)
     xml << "</row>";
 }
 
-// The attributes are in this order to keep together what neighbouring cells share: that makes files
+// The order of the attributes keeps together what neighbouring cells share, which makes files
 // smaller.
 void XlsxSheet::cell(const Cell &cell, std::string_view rowName)
 {

@@ -71,7 +71,7 @@ public:
         xml << xmlDeclaration << "<styleSheet xmlns=\"" << sheetNamespace << "\">";
         numFormats();
         fonts();
-        // The first two fills must be these: programs take them for granted.
+        // The first two fills must be "none" and "gray125", because programs assume so.
         xml << "<fills count=\"2\"><fill><patternFill patternType=\"none\"/></fill>"
                "<fill><patternFill patternType=\"gray125\"/></fill></fills>";
         borders();

@@ -62,7 +62,7 @@ void packageRelations(XmlText &xml)
     xml << "</Relationships>";
 }
 
-/** The sheets come first, from rId1 on; the other parts follow. */
+/** Lists the parts of the book: first the sheets, from rId1 on, then the other parts. */
 void bookRelations(const BookData &book, XmlText &xml)
 {
     beginRelations(xml);

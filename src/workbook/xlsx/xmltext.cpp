@@ -83,8 +83,8 @@ XmlText &XmlText::operator<<(std::u16string_view text)
 
 XmlText &XmlText::operator<<(double number)
 {
-    // Most numbers are whole or have two decimals. Written as integers, they take less time than
-    // with to_chars(), which would also write 100000 as "1e+05".
+    // Most numbers are whole or have at most two decimals. Writing them as integers is faster than
+    // to_chars(), which would also write 100000 as "1e+05".
     constexpr double wholeLimit = 1e15;
     constexpr double hundredthsLimit = 1e13;
     if (std::fabs(number) < wholeLimit && std::trunc(number) == number)

@@ -39,7 +39,7 @@ public:
     /** Appends a short text that reads back as exactly the same number, which must be finite. */
     XmlText &operator<<(double number);
 
-    // Would be written as numbers.
+    // Deleted, because these types would be written as numbers.
     XmlText &operator<<(char) = delete;
     XmlText &operator<<(char16_t) = delete;
     XmlText &operator<<(bool) = delete;
