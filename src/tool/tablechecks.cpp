@@ -71,9 +71,50 @@ void checkRights(const QSqlDatabase &database, const SchemaTables &tables, Findi
                      remedyOf(*tables.unmarkable, "INSERT, UPDATE", database));
 }
 
-/// Checks for transactions, which make mails and "lastGenerated" atomic, and for the unique key
-/// that makes a report go out only once a day.
-void checkStorage(const TableFacts &facts, Findings &findings)
+/// Asks for a write of no row, because some accounts are exempt.
+void checkReadOnly(const QSqlDatabase &database, Findings &findings)
+{
+    QSqlQuery query = freshQuery(database);
+    const bool isAccepted = query.exec(QStringLiteral("UPDATE vars SET value = value WHERE FALSE"));
+    if (!isAccepted && query.lastError().nativeErrorCode() == QLatin1String("1290"))
+        findings.add(Gravity::Obstacle, "readonly",
+                     QStringLiteral("the server is read-only (read_only is 1), and the account "
+                                    "'%1' is not exempt")
+                         .arg(database.userName()),
+                     QStringLiteral("use the server that accepts writes, or SET GLOBAL read_only "
+                                    "= 0"));
+}
+
+/// Checks for the unique key that makes a report go out only once a day.
+void checkNames(const QSqlDatabase &database, Findings &findings)
+{
+    const auto views = rowsOf(database,
+                              QStringLiteral("SELECT 1 FROM information_schema.tables WHERE "
+                                             "table_schema = DATABASE() AND table_name = 'vars' "
+                                             "AND table_type = 'VIEW'"),
+                              1);
+    if (!views.isEmpty())
+        return findings.add(Gravity::Notice, "storage",
+                            QStringLiteral("vars is a view, which does not show whether each name "
+                                           "is unique"),
+                            QStringLiteral("make sure that the table behind it has a unique key "
+                                           "over the names"));
+    const auto twice = rowsOf(database,
+                              QStringLiteral("SELECT name FROM vars GROUP BY name HAVING COUNT(*) "
+                                             "> 1 ORDER BY name LIMIT 1"),
+                              1);
+    const QString key = QStringLiteral("ALTER TABLE vars ADD UNIQUE KEY (name)");
+    findings.add(Gravity::Harm, "storage",
+                 QStringLiteral("vars.name is not unique: each report adds a row lastGenerated, "
+                                "and which one counts is left to chance"),
+                 twice.isEmpty() ? key
+                                 : QStringLiteral("keep one row of each name, '%1' has several; "
+                                                  "then %2")
+                                       .arg(twice.first().first().toString(), key));
+}
+
+/// Checks for transactions, which make mails and "lastGenerated" atomic, and for unique names.
+void checkStorage(const QSqlDatabase &database, const TableFacts &facts, Findings &findings)
 {
     for (const TableFacts::Table &table : facts.unsafeTables)
         findings.add(Gravity::Harm, "storage",
@@ -82,10 +123,7 @@ void checkStorage(const TableFacts &facts, Findings &findings)
                          .arg(table.name, table.engine),
                      QStringLiteral("ALTER TABLE %1 ENGINE=InnoDB").arg(table.name));
     if (!facts.isNameUnique)
-        findings.add(Gravity::Harm, "storage",
-                     QStringLiteral("vars.name is not unique: each report adds a row "
-                                    "lastGenerated, and which one counts is left to chance"),
-                     QStringLiteral("ALTER TABLE vars ADD UNIQUE KEY (name)"));
+        checkNames(database, findings);
 }
 
 /// Looks for columns that cannot hold all characters.
@@ -230,7 +268,9 @@ void checkTables(const QSqlDatabase &database, const QVariant &sender, const Sch
 {
     checkRights(database, tables, findings);
     checkSender(sender, findings);
-    checkStorage(tables.facts, findings);
+    if (tables.facts.isReadOnly)
+        checkReadOnly(database, findings);
+    checkStorage(database, tables.facts, findings);
     checkLetters(tables.facts, findings);
 }
 
@@ -251,8 +291,10 @@ MailSizes checkQueue(const QSqlDatabase &database, const Answer &answer, SchemaJ
     if (answer.rows.isEmpty()) {
         findings.add(Gravity::Notice, "queue",
                      QStringLiteral("its mails cannot be counted: %1").arg(answer.error.text()),
-                     QStringLiteral("GRANT SELECT ON `%1`.`emails` TO the account '%2'")
-                         .arg(database.databaseName(), database.userName()));
+                     remedyOf({{},
+                               {QStringLiteral("emails")},
+                               Requirements::isMissingRight(answer.error.nativeErrorCode())},
+                              "SELECT", database));
         return {};
     }
     const QVector<QVariant> &row = answer.rows.first();

@@ -23,7 +23,8 @@ QString areOf(const QStringList &tables)
         .arg(tables.join(QStringLiteral("', '")));
 }
 
-// The columns of the following statements have fixed positions, see of().
+// The columns of the following statements have fixed positions, see of(). Beside an aggregate,
+// MariaDB takes a bare switch such as @@read_only for 0.
 
 QString columnsStatement(const QStringList &tables)
 {
@@ -37,7 +38,7 @@ QString columnsStatement(const QStringList &tables)
                           "'people' AND column_name IN ('name', 'surname')) OR (table_name = "
                           "'vars' AND column_name = 'value')), CONCAT_WS(' ', table_name, "
                           "column_name, character_set_name), NULL) ORDER BY table_name, "
-                          "ordinal_position) FROM information_schema.columns") +
+                          "ordinal_position), MAX(@@read_only) FROM information_schema.columns") +
            areOf(tables);
 }
 
@@ -69,6 +70,7 @@ QVector<QStringList> listOf(const QVariant &text)
 void takeColumns(const QVector<QVariant> &row, TableFacts &facts)
 {
     facts.packetBytes = row.at(2).toLongLong();
+    facts.isReadOnly = row.at(5).toBool();
     if (!row.at(3).isNull())
         facts.dataBytes = row.at(3).toLongLong();
     for (const QStringList &words : listOf(row.at(4)))

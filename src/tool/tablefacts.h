@@ -33,6 +33,7 @@ struct TableFacts {
 
     QVector<Table> unsafeTables;  ///< tables of mails or settings that have no transactions
     QVector<Column> lossyColumns; ///< columns for mails that cannot hold all characters
+    bool isReadOnly = false;      ///< whether the server refuses writes of ordinary accounts
     bool isNameUnique = false;    ///< whether no two settings can have the same name
     // An unknown limit is so large that it never applies.
     qint64 packetBytes = std::numeric_limits<qint64>::max(); ///< of a statement

@@ -81,6 +81,13 @@ private Q_SLOTS:
               "table emails uses the engine MyISAM", "ALTER TABLE emails ENGINE=InnoDB");
         cause("two rows of a name", Says::Harm, "ALTER TABLE vars DROP PRIMARY KEY", "storage",
               "vars.name is not unique", "ALTER TABLE vars ADD UNIQUE KEY");
+        cause("two rows of a setting", Says::Harm,
+              "ALTER TABLE vars DROP PRIMARY KEY;\nINSERT INTO vars VALUES ('a', 1), ('a', 2)",
+              "storage", "vars.name is not unique",
+              "keep one row of each name, 'a' has several; then ALTER TABLE vars ADD UNIQUE KEY");
+        cause("view of the settings", Says::Well,
+              "RENAME TABLE vars TO v;\nCREATE VIEW vars AS SELECT * FROM v", "well",
+              "2023-11-16 07:00:00");
         cause("letters", Says::Harm,
               "ALTER TABLE emails MODIFY subject VARCHAR(255) CHARSET latin1", "letters",
               "emails.subject is in latin1", "ALTER TABLE emails CONVERT TO CHARACTER SET utf8mb4");
@@ -124,7 +131,7 @@ private Q_SLOTS:
         QFETCH(Verdict, verdict);
         bench->schema.exec(change.replace("INFO", info->name()));
         hold(verdict);
-        bench->schema.exec("SET GLOBAL max_allowed_packet = 67108864");
+        bench->schema.exec("SET GLOBAL max_allowed_packet = 67108864, read_only = 0");
     }
 
     void oneOfMany_data()
@@ -321,14 +328,15 @@ private:
     static void causesByRights()
     {
         const auto account = [](const char *name, Says says, const QString &tables,
-                                const char *text, const char *remedy) {
+                                const char *text, const char *remedy, const char *state = "rights",
+                                const QString &more = {}) {
             QString change = "CREATE OR REPLACE USER poor IDENTIFIED BY 'poor';\n";
             for (const QString &table : tables.split(' '))
                 change += QString("GRANT SELECT%1 ON `%2` TO poor;\n")
                               .arg(table.endsWith('!') ? ", INSERT, UPDATE" : "",
                                    QString(table).remove('!'));
             change += "UPDATE INFO.`schemas` SET user = 'poor', pass = TO_BASE64('poor')";
-            cause(name, says, change, "rights", text, remedy);
+            cause(name, says, change + more, state, text, remedy);
         };
         const QString people = "people groups departs branches";
         const QString all = people + " brape atten atten_data inters atten_month";
@@ -343,6 +351,9 @@ private:
         account("mark", Says::Cause, "emails! vars " + all,
                 "lastGenerated cannot be stored, and everybody is mailed again every minute: ",
                 "GRANT INSERT, UPDATE ON `");
+        account("server", Says::Cause, "emails! vars! " + all, "the server is read-only (read_only",
+                "use the server that accepts writes", "readonly", ";\nSET GLOBAL read_only = 1");
+        cause("privileged account", Says::Well, "SET GLOBAL read_only = 1", "well", "2023-11-16");
     }
 
     /// The one that is written as .xls, too, and that reads interruptions in this way.
