@@ -48,7 +48,8 @@ QString reportPath(const QString &fileName)
     // Qt returns an empty text if the directory does not exist. With that text, the path would be
     // in the root directory.
     const QString existing = QDir::tempPath();
-    const QString folder = existing.isEmpty() ? qEnvironmentVariable("TMPDIR") : existing;
+    const QString folder =
+        existing.isEmpty() ? qEnvironmentVariable("TMPDIR", QStringLiteral("/tmp")) : existing;
     return folder + QLatin1Char('/') + fileName;
 }
 
