@@ -172,6 +172,11 @@ void HostState::endRun(const QString &kind, double seconds, int rows, quint64 ma
         ++totals.failed[answer.last.cause];
         return;
     }
+    if (run.cause == QLatin1String("mail")) { // some of them; the report is made nevertheless
+        answer.lastFailure = answer.last;
+        answer.lastFailure.cause = run.cause;
+        answer.lastFailure.text = run.warnings.join(QStringLiteral("; "));
+    }
     ++totals.made;
     schema.lastSuccess.insert(kind, answer.last.moment);
 }

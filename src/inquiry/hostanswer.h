@@ -20,7 +20,7 @@ struct RunOutcome {
 /// The runs of one report of one schema since the host started.
 struct ReportAnswer {
     RunOutcome last;
-    RunOutcome lastFailure;
+    RunOutcome lastFailure; ///< of the same moment as `last` if only some mails were queued
 };
 
 /// A schema that has a worker, or had one.

@@ -43,6 +43,18 @@ void checkLastRun(const RunOutcome &last, const StoredSettings &stored, const QD
                               : QStringLiteral("fix that, then ") + command);
 }
 
+/// Checks whether the last run queued only some of its mails.
+void checkPart(const ReportAnswer &runs, Findings &findings)
+{
+    const RunOutcome &failure = runs.lastFailure;
+    if (failure.mails > 0 && failure.moment == runs.last.moment)
+        findings.add(
+            Gravity::Harm, "failed",
+            QStringLiteral("its last run, at %1, queued only %2 of its mails: %3")
+                .arg(momentText(failure.moment), QString::number(failure.mails), failure.text),
+            QStringLiteral("fix that before the next run, and mail the others by hand"));
+}
+
 void checkServed(const HostAnswer &host, const ReportKind &kind, const StoredSettings &stored,
                  const QDateTime &now, Findings &findings)
 {
@@ -56,6 +68,7 @@ void checkServed(const HostAnswer &host, const ReportKind &kind, const StoredSet
                          .arg(momentText(schema.problemMoment), schema.problem),
                      QStringLiteral("check that the server answers; the host tries again every "
                                     "minute"));
+    checkPart(schema.reports.value(QLatin1String(kind.word)), findings);
     checkLastRun(
         schema.reports.value(QLatin1String(kind.word)).last, stored, now,
         QStringLiteral("autoreport run %1 %2").arg(findings.subject, QLatin1String(kind.word)),

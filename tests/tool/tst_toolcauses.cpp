@@ -261,6 +261,20 @@ private Q_SLOTS:
         hold({Says::Cause, "failed", "its last run, at 2023-11-15 09:3", "fix that"});
     }
 
+    void hostFailsInPart()
+    {
+        bench->schema.exec("CREATE TRIGGER refuse BEFORE INSERT ON emails FOR EACH ROW "
+                           "IF NEW.`to` = 'b@firma.sk' THEN SIGNAL SQLSTATE '45000'; END IF");
+        bench->schema.exec("UPDATE vars SET value = 'a@firma.sk,b@firma.sk' "
+                           "WHERE name LIKE '%.emails'");
+        makeDue(bench->schema);
+        startHost();
+        for (const QString report : {"daily", "monthly"})
+            QTRY_VERIFY_WITH_TIMEOUT(run("why firm " + report).output.contains(", 1 mail in "),
+                                     patienceMs);
+        hold({Says::Harm, "failed", "its last run, at 2023-11-15 09:3", "fix that before"});
+    }
+
     /// The failure of a run does not matter any more, and running the report would mail it twice.
     void anotherHostHasMadeIt()
     {
