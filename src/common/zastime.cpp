@@ -123,7 +123,8 @@ QString ZAS::tsToDateTimeString(unsigned int ts)
 
 unsigned int ZAS::secondsFromTimestamp(unsigned int ts)
 {
-    // The seconds since midnight would be wrong on days with 23 or 25 hours.
+    // The seconds that have passed since midnight differ from the clock on days with 23 or 25
+    // hours.
     const QTime time = QDateTime::fromSecsSinceEpoch(ts).time();
     return static_cast<unsigned int>(time.hour() * 3600 + time.minute() * 60 + time.second());
 }

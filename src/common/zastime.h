@@ -51,9 +51,9 @@ QString tsToDateTimeString(unsigned int ts);
 unsigned int secondsFromTimestamp(unsigned int ts);
 
 /**
- * Returns an input mask for a time field that holds `value`: one "[0-9]" per digit of the hours,
- * but at least two, then two each for the minutes and, if `withSeconds`, the seconds. Colons
- * separate them.
+ * Returns an input mask, a regular expression, for a time field that holds `value`: one "[0-9]" per
+ * digit of the hours, but at least two, then two each for the minutes and, if `withSeconds`, the
+ * seconds. Colons separate them.
  */
 QString getMask4timeValue(const QString &value, bool withSeconds);
 

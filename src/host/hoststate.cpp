@@ -130,7 +130,7 @@ void HostState::takeReport(const ReportKind &kind, QtMsgType type, const QString
     }
     Run &run = running[token()];
     const QString cause = type == QtDebugMsg ? QString() : causeIn(message);
-    if (!cause.isEmpty())
+    if (!cause.isEmpty() && (run.cause.isEmpty() || cause != QLatin1String(leftToOthers)))
         run.cause = cause;
     if (isWarning(type))
         run.warn(withoutOrigin(kind, message));

@@ -65,6 +65,8 @@ private:
     void guardInfoDatabase();
     void releaseInfoDatabase();
     void checkRegistry();
+    void loseServer(const QString &obstacle);
+    void leaveScan();
     void endScan();
     void checkSchema(const QString &token);
     void serveSchema(const QString &token, const QSqlDatabase &db);
@@ -80,10 +82,11 @@ private:
     struct Scan {
         unsigned int total = 0;
         unsigned int visited = 0;
-        QStringList page;          ///< loaded and not yet visited
-        int descriptors = 0;       ///< left for this scan to use
-        QString obstacle;          ///< why the scan has to end early; empty otherwise
-        bool isServerLost = false; ///< whether the obstacle is the information database
+        QStringList page;            ///< loaded and not yet visited
+        int descriptors = 0;         ///< left for this scan to use
+        QString obstacle;            ///< why the scan has to end early; empty otherwise
+        bool hasUnreachable = false; ///< whether a schema could not be opened
+        bool isServerLost = false;   ///< whether the obstacle is the information database
     };
 
     QTimer *timer;

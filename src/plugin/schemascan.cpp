@@ -54,11 +54,9 @@ void AutoReport::checkSchemas()
     guardInfoDatabase();
     const ConnectionGuard::Use use(*infoGuard);
     scan.total = dbManager->tokensCount(true);
-    if (scan.total == 0)
-        checkRegistry();
-    if (scan.total == 0 && scan.obstacle.isEmpty()) {
-        scanPending = false;
-        releaseInfoDatabase();
+    if (scan.total == 0) {
+        checkRegistry(); // the manager returns 0 for an error, too
+        leaveScan();
         if (debugLevel)
             qInfo("AutoReport::checkSchemas() - no schemas found");
         return;
@@ -67,13 +65,24 @@ void AutoReport::checkSchemas()
     scanSlice();
 }
 
-/// Sets the obstacle if the manager returned nothing because of an error.
+/// Ends the scan if the information database cannot be read.
 void AutoReport::checkRegistry()
 {
-    const std::optional<Error> fault = SchemaRegistry(dbManager->getInfoDB()).check();
-    if (!fault)
+    QSqlDatabase info = dbManager->getInfoDB();
+    if (!info.isValid() || infoGuard->isBroken())
         return;
-    scan.obstacle = QStringLiteral("the table schemas cannot be read: ") + fault->text;
+    if (!dbManager->checkOpenDB(info)) { // the manager may have closed it on purpose
+        loseServer(QStringLiteral("the information database cannot be opened: ") +
+                   info.lastError().text());
+    } else if (const auto fault = SchemaRegistry(info).check()) {
+        loseServer(QStringLiteral("the table schemas cannot be read: ") + fault->text);
+    }
+}
+
+/// Ends the scan, which comes again soon.
+void AutoReport::loseServer(const QString &obstacle)
+{
+    scan.obstacle = obstacle;
     scan.isServerLost = true;
 }
 
@@ -122,13 +131,22 @@ void AutoReport::scanSlice()
 
 void AutoReport::endScan()
 {
+    if (scan.obstacle.isEmpty() && scan.hasUnreachable) // the server may have ended
+        checkRegistry();
+    leaveScan();
+    if (debugLevel)
+        qInfo("AutoReport::checkSchemas() - active workers: %i / %u schemas checked (total "
+              "schemas: %u)",
+              workers.size(), scan.visited, scan.total);
+}
+
+void AutoReport::leaveScan()
+{
     scanPending = false;
-    if (infoGuard->isBroken()) {
-        scan.obstacle = QStringLiteral("the server does not answer");
-        scan.isServerLost = true;
-    }
+    if (infoGuard->isBroken())
+        loseServer(QStringLiteral("the server does not answer"));
     releaseInfoDatabase();
-    if (scan.isServerLost) { // soon, because customers who are not served yet cannot wait an hour
+    if (scan.isServerLost) { // an hour is long for customers who are not served yet
         scanPending = true;
         soonScan->start(retryMs);
     }
@@ -136,10 +154,6 @@ void AutoReport::endScan()
         qWarning("AutoReport::checkSchemas() - %s: the scan ends at schema %u of %u; the next scan "
                  "tries again",
                  qUtf8Printable(scan.obstacle), scan.visited, scan.total);
-    if (debugLevel)
-        qInfo("AutoReport::checkSchemas() - active workers: %i / %u schemas checked (total "
-              "schemas: %u)",
-              workers.size(), scan.visited, scan.total);
 }
 
 /// Takes `wanted` descriptors from those left for this scan. Returns false if there are too few.
@@ -174,8 +188,9 @@ void AutoReport::checkSchema(const QString &token)
                  qUtf8Printable(token));
     // All schemas are on one server: if one times out, so will the others.
     const bool failed = !valid || !db.isOpen();
+    scan.hasUnreachable |= failed;
     if (failed && elapsed.hasExpired(limitReached(connectSeconds).count()))
-        scan.obstacle = QStringLiteral("the server does not answer");
+        loseServer(QStringLiteral("the server does not answer"));
     else if (valid && checkAutoReport(db))
         serveSchema(token, db);
 }
@@ -216,7 +231,7 @@ bool AutoReport::checkAutoReport(const QSqlDatabase &db)
                      qUtf8Printable(check.lastError().text()));
         }
         if (!enabled && elapsed.hasExpired(limitReached(connectSeconds).count()))
-            scan.obstacle = QStringLiteral("the server does not answer");
+            loseServer(QStringLiteral("the server does not answer"));
     }
     QSqlDatabase::removeDatabase(name);
     return enabled;

@@ -101,7 +101,7 @@ std::vector<ServerWatch::Waiting> ServerWatch::waitingConnections()
         // Probe the address: a name may stand for several servers and takes time to resolve.
         const ServerAddress address = guard->serverAddress();
         if (address.host.isEmpty() && serversOf(each.config.hostName, 0).size() > 1)
-            continue; // the connection is being opened, which has limits of its own
+            continue; // still being opened, within limits of its own
         waiting.push_back({each.config, guard, each.limits});
         if (!address.host.isEmpty()) {
             waiting.back().config.hostName = address.host;

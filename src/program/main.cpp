@@ -17,13 +17,13 @@
 namespace
 {
 
-/// Opens closed standard streams on /dev/null. Otherwise a socket or a pipe of the program would
-/// get their numbers, and whatever is printed would be written to it.
+/// Takes the numbers of closed standard streams. Otherwise a socket or a pipe of the program would
+/// get them, and whatever is printed would be written to it. Printing still fails.
 void openStandardStreams()
 {
     int descriptor = 0;
     while (descriptor >= 0 && descriptor <= STDERR_FILENO)
-        descriptor = ::open("/dev/null", O_RDWR);
+        descriptor = ::open("/dev/null", O_RDONLY);
     if (descriptor > STDERR_FILENO)
         ::close(descriptor);
 }

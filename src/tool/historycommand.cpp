@@ -46,7 +46,7 @@ std::optional<QVector<ReportHistory>> readAll(const Schemas &schemas,
 bool writePage(const QString &path, const QByteArray &page)
 {
     QSaveFile file(path);
-    // Flushed, because commit() ignores that the rest of the page could not be written.
+    // Flush first: commit() ignores an error in writing what is still buffered.
     const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(page) == page.size() &&
                            file.flush() && file.commit();
     const int error = errno;

@@ -10,14 +10,16 @@
 namespace
 {
 
-constexpr qint64 graceSeconds = 4200;   // a scan per hour, a tick per minute, and the report itself
-constexpr qint64 graceOfServed = 300;   // if a host serves the schema: a tick and the report
-constexpr qint64 twoTicksSeconds = 120; // if a worker ticked this much later, a run has ended
-constexpr qint64 longestScanSeconds = 60; // it may have passed the schema before a change
+constexpr qint64 graceSeconds = 4200; // a scan per hour, a tick per minute, and the report itself
+constexpr qint64 graceOfServed = 300; // if a host serves the schema: a tick and the report
+constexpr qint64 twoTicksSeconds =
+    120; // a worker that ticked this long after a change has made a run since
+constexpr qint64 longestScanSeconds =
+    60; // a scan may have visited the schema before a change and end after it
 const char *const scanAtOnce = "wait, or let the host scan at once: systemctl reload autoreport";
 
-/// Returns whether a run that failed for this cause may count as made: the monthly report's does
-/// even if no mail was queued.
+/// Returns whether a report may count as made although its run failed for this cause: the monthly
+/// report does, even if no mail was queued.
 bool mayCount(const QString &cause)
 {
     return cause == QLatin1String("mail") || cause == QLatin1String("recipients");
@@ -80,8 +82,9 @@ bool wasMissed(const ReportSettings &settings, const QDate &day)
     return scheduleVerdict(settings, scheduledMoment(day, settings.time)) == ScheduleVerdict::Due;
 }
 
-/// Returns whether the report was missed before `day`, too. Then it waits for no scan or tick, even
-/// if somebody has just written the settings: the product may do so all the time.
+/// Returns whether the report was missed before `day`, too. If so, it is not merely
+/// waiting for the next scan or tick. That the settings were written just now proves nothing,
+/// because the product may write them all the time.
 bool isMissedLonger(const ReportSettings &settings, const QDate &day)
 {
     return settings.lastGenerated != 0 && wasMissed(settings, day.addDays(-1));
@@ -97,11 +100,12 @@ void checkScan(const HostAnswer &host, const StoredSettings &stored, const QDate
         sinceChange() - longestScanSeconds > scanAge)
         findings.add(
             Gravity::Obstacle, "scan",
-            QStringLiteral("the host's last scan, at %1, did not find it, or could not open it")
+            QStringLiteral("the host's last scan, at %1, did not find the schema, or could not "
+                           "open its database")
                 .arg(momentText(host.lastScan)),
             QStringLiteral("read the lines of the host's log about '%1' or its database, "
-                           "correct its row in the table schemas or what its account may "
-                           "do, then systemctl reload autoreport")
+                           "correct the schema's row in the table schemas or the rights of "
+                           "its account, then systemctl reload autoreport")
                 .arg(findings.subject));
     else
         findings.add(Gravity::Waiting, "scan",
@@ -147,7 +151,7 @@ QDateTime overdueSince(const ReportSettings &settings, const QDateTime &now, qin
     // The report may have been enabled only today.
     if (settings.lastGenerated == 0 && day != now.date())
         return {};
-    // Made that day, at a time that was moved to a later one since.
+    // Made that day, before the configured time was moved to a later one.
     const bool isMade = QDateTime::fromSecsSinceEpoch(settings.lastGenerated).date() == day;
     if (isMade && day != now.date())
         return {};

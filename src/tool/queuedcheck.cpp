@@ -12,7 +12,8 @@
 namespace
 {
 
-constexpr qint64 clockToleranceSeconds = 3600; // the server stamps the mails, a host the report
+constexpr qint64 clockToleranceSeconds =
+    3600; // mails are stamped by the server's clock, reports by a host's
 
 /// What the latest mails say about one report.
 struct LatestMails {
@@ -25,7 +26,7 @@ LatestMails latestMails(const QSqlDatabase &database, const ReportKind &kind,
 {
     LatestMails found;
     QSqlQuery query = freshQuery(database);
-    // The newest only, because the table may be large and need not have an index for more.
+    // Only the newest, by `mid`: the table may be large, without an index on other columns.
     query.exec(QStringLiteral("SELECT subject, created, status != 'Q' AND (sent > 0 OR done > 0) "
                               "FROM (SELECT subject, created, status, sent, done FROM emails "
                               "ORDER BY mid DESC LIMIT 200) AS latest"));
@@ -71,8 +72,9 @@ void checkQueued(const QSqlDatabase &database, const ReportKind &kind,
         return;
     const LatestMails mails = latestMails(database, kind, window);
     if (!mails.isQueuedToday && mails.isKept)
-        findings.add(Gravity::Harm, "unmailed",
-                     QStringLiteral("it counts as made today, but no mail of it was queued"),
-                     QStringLiteral("read in the host's log why, then autoreport run %1 %2")
-                         .arg(findings.subject, QLatin1String(kind.word)));
+        findings.add(
+            Gravity::Harm, "unmailed",
+            QStringLiteral("it counts as made today, but no mail of it was queued"),
+            QStringLiteral("find the reason in the host's log, then run autoreport run %1 %2")
+                .arg(findings.subject, QLatin1String(kind.word)));
 }

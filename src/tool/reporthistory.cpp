@@ -30,7 +30,7 @@ void addMails(QVector<ReportDay> &days, const QDate &day, const QSqlQuery &query
 {
     const auto found = std::find_if(days.begin(), days.end(),
                                     [&day](const ReportDay &one) { return one.date == day; });
-    if (found == days.end()) // its subject names a day outside of the window
+    if (found == days.end()) // its subject names no day, and it was stamped after today
         return;
     found->lastQueuedAt = std::max(found->lastQueuedAt, query.value(1).toLongLong());
     found->queued += query.value(2).toInt();
@@ -203,7 +203,8 @@ QVector<ReportHistory> readHistory(const SchemaRow &row, const SchemaJudge &judg
         report.days.clear();
         if (report.status.reason.isEmpty()) {
             report.status.reason = QStringLiteral("tables");
-            report.status.detail = QStringLiteral("table emails: %1: autoreport check").arg(error);
+            report.status.detail =
+                QStringLiteral("the mails cannot be read: %1; see autoreport check").arg(error);
         }
     }
     return reports;

@@ -245,7 +245,10 @@ void SchemaJudge::judgeReading(const QSqlDatabase &database, const SchemaSetting
 {
     const QByteArray &digest = tables.found.facts.digest;
     const QStringList statements = readingStatements(tables.readings);
-    if (scope == Scope::Problems && prepared.contains(digest, statements) &&
+    const bool areCounted =
+        std::none_of(tables.readings.cbegin(), tables.readings.cend(),
+                     [](const ReportReading &reading) { return reading.rows < 0; });
+    if (scope == Scope::Problems && areCounted && prepared.contains(digest, statements) &&
         didAllGoOut(settings, tables.findings.subject))
         return;
     if (prepareAll(database, tables.readings))

@@ -36,7 +36,7 @@ struct SchemaJudgement {
     int queued = -1;           ///< mails waiting for the sender; -1 if they cannot be counted
     qint64 oldestSeconds = 0;  ///< age of the oldest waiting mail, by the server's clock
     QVector<Finding> findings; ///< why the reports could not be judged; empty if they were
-    QVector<ReportJudgement> reports; ///< daily first; empty if the settings cannot be read
+    QVector<ReportJudgement> reports; ///< daily first; empty if the settings were not read
 
     bool hasProblem() const;
     bool isEnabled() const; ///< whether it has an enabled report
@@ -91,5 +91,6 @@ private:
     const QDateTime now;
     const Scope scope;
     const std::unique_ptr<const HistoryWindow> window; ///< up to today
-    mutable PreparedStatements prepared;               ///< in the schemas judged so far
+    mutable PreparedStatements
+        prepared; ///< what could be prepared so far, which spares similar schemas the test
 };

@@ -184,6 +184,8 @@ void SetRequests::readFile(const Invocation &invocation)
         if (!error.text.isEmpty())
             error.text.prepend(QStringLiteral("line %1 of '%2': ").arg(number).arg(path));
     }
+    if (error.text.isEmpty() && file.error() != QFileDevice::NoError)
+        error.text = QStringLiteral("cannot read '%1': %2").arg(path, file.errorString());
     if (error.text.isEmpty() && list.isEmpty())
         error.text = QStringLiteral("'%1' contains no requests").arg(path);
 }

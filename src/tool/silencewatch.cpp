@@ -9,8 +9,12 @@
 namespace
 {
 
-// Errors of the client library start here. Lower numbers come from the server, so it has answered.
-constexpr int firstClientError = 2000;
+/// Returns whether the error is one of the client library. With any other error, the server has
+/// answered.
+bool isOfClient(int error)
+{
+    return (error >= 2000 && error < 3000) || error >= 5000;
+}
 
 /// Makes a new connection each time, so that none is occupied in between.
 bool isAnswering(ConnectionOptions options)
@@ -24,7 +28,7 @@ bool isAnswering(ConnectionOptions options)
             error = db.lastError().nativeErrorCode().toInt();
     }
     QSqlDatabase::removeDatabase(name);
-    return error < firstClientError;
+    return !isOfClient(error);
 }
 
 } // namespace

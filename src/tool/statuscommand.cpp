@@ -62,7 +62,7 @@ int statusOf(const Found &found)
 
 void printText(const Found &found, bool onlyProblems)
 {
-    if (found.shown.isEmpty() && onlyProblems)
+    if (found.shown.isEmpty() && onlyProblems && found.machine.findings().isEmpty())
         Output::print(QStringLiteral("no problems"));
     else
         Output::print(statusTable(found.shown));

@@ -59,8 +59,9 @@ private Q_SLOTS:
             bench.schema.exec("START TRANSACTION;\nDELETE FROM emails;\nDELETE FROM vars");
             bench.schema.exec(QString(row).replace("%1", kind.key("lastGenerated")));
             bench.schema.exec("COMMIT");
-            QCOMPARE(race(bench, kind), recipients);
+            const int queued = race(bench, kind);
             QCOMPARE(bench.mails(), recipients);
+            QCOMPARE(queued, recipients);
             QCOMPARE(bench.schema.value("SELECT COUNT(*) FROM vars WHERE value > 86400").toInt(),
                      1);
         }

@@ -99,7 +99,7 @@ private Q_SLOTS:
                              "2023', 1699941602, 1)";
         cause("all mails refused", Says::Harm, sent.arg("S"), "unmailed",
               "it counts as made today, but no mail",
-              "read in the host's log why, then autoreport "
+              "find the reason in the host's log, then run autoreport "
               "run firm KIND");
 
         // A host scans once an hour.
