@@ -17,6 +17,8 @@ private Q_SLOTS:
                R"({"H": 7, "I": 1, "J": 1, "K": 0.016666666666666666, "M": 2, "N": 1})");
         addRow("minus sign", "dattenIsMinusSign", R"({"I": "-01:00:00"})");
         addRow("interruptions", "dattenInters", R"({"O": "[D 01:30:00-2x][L 00:15:05]"})");
+        addRow("advanced overtime", "advancedOvertime", R"({"J": "00:30:00"})");
+        addRow("home branch", "dattenHomeBranch", R"({"F": "Žilina"})");
         addRow(
             "all at once", allOptions,
             R"({"F": "Žilina", "H": 7, "I": -1, "J": 0.5, "K": 0.016666666666666666, "M": 2, "N": 1,
