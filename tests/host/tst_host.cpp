@@ -152,6 +152,9 @@ private Q_SLOTS:
         serve();
         setrlimit(RLIMIT_FSIZE, &old);
         QVERIFY2(program->logs("': File too large\n", 2), qPrintable(program->log));
+        for (const QString report : {"DailyAttenReport", "MonthlyAttenReport"})
+            QVERIFY(program->log.contains(report + " - XLS not saved!\n"));
+        QCOMPARE(bench->mails(), 0);
         QVERIFY(QDir(bench->temporary.path()).isEmpty(QDir::Files | QDir::Hidden));
         QVERIFY(program->stops());
     }

@@ -67,6 +67,14 @@ private Q_SLOTS:
         QVERIFY(logs("worker created for schema 'firma'"));
         scan();
         QVERIFY(!soon->isActive());
+
+        // A registry without schemas is no error, though the manager closes it after each query.
+        host->manager()->setCloseInfoDB(true);
+        host->infoDatabase().exec("DELETE FROM `schemas`");
+        scan();
+        QVERIFY(!soon->isActive());
+        QCOMPARE(logged("the scan ends at schema"), 1);
+        host->manager()->setCloseInfoDB(false);
     }
 
     void schemasThatCannotBeServed()
