@@ -46,6 +46,7 @@ std::optional<QVector<ReportHistory>> readAll(const Schemas &schemas,
 bool writePage(const QString &path, const QByteArray &page)
 {
     QSaveFile file(path);
+    errno = 0; // not every error is one of the system
     // Flush first: commit() ignores an error in writing what is still buffered.
     const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(page) == page.size() &&
                            file.flush() && file.commit();
@@ -54,7 +55,8 @@ bool writePage(const QString &path, const QByteArray &page)
         Output::print(path);
         return true;
     }
-    Output::error(QStringLiteral("cannot write '%1': %2").arg(path, qt_error_string(error)));
+    Output::error(QStringLiteral("cannot write '%1': %2")
+                      .arg(path, error == 0 ? file.errorString() : qt_error_string(error)));
     return false;
 }
 
