@@ -134,69 +134,6 @@ private Q_SLOTS:
         bench->schema.exec("SET GLOBAL max_allowed_packet = 67108864, read_only = 0");
     }
 
-    void oneOfMany_data()
-    {
-        addColumns<QString, QString, QString>("change", "daily", "monthly");
-        addRow("none", "DO 0", "well", "well");
-        addRow("column of both", "ALTER TABLE people DROP surname", "tables", "tables");
-        addRow("column of one", "ALTER TABLE atten_month DROP bonus", "well", "tables");
-        addRow("name of a column", "ALTER TABLE atten RENAME COLUMN ok TO okay", "tables", "well");
-        addRow("table", "DROP TABLE brape", "tables", "well");
-        addRow("ambiguous column", "ALTER TABLE inters ADD del INT", "tables", "well");
-        addRow("view",
-               "RENAME TABLE atten_month TO months;\n"
-               "CREATE VIEW atten_month AS SELECT * FROM months;\n"
-               "ALTER TABLE months DROP bonus",
-               "well", "tables");
-        addRow("engine", "ALTER TABLE emails ENGINE=MyISAM", "storage", "storage");
-        addRow("letters", "ALTER TABLE people MODIFY surname VARCHAR(9) CHARSET latin2", "letters",
-               "letters");
-        addRow("people", "UPDATE people SET status = 0", "people", "people");
-        const auto revoked = [](const QString &right) {
-            return "CREATE OR REPLACE USER poor IDENTIFIED BY 'poor';\n"
-                   "GRANT SELECT, INSERT, UPDATE ON `DATABASE`.* TO poor;\n"
-                   "REVOKE " +
-                   right +
-                   " ON `DATABASE`.* FROM poor;\n"
-                   "GRANT SELECT ON `DATABASE`.vars TO poor;\n"
-                   "UPDATE INFO.`schemas` SET user = 'poor', pass = TO_BASE64('poor') "
-                   "WHERE name = 'DATABASE'";
-        };
-        addRow("right to read", revoked("SELECT"), "rights", "rights");
-        addRow("right to mark", revoked("UPDATE"), "rights", "rights");
-    }
-
-    /// Most schemas are alike, which spares the server work; the first and the last one differ.
-    void oneOfMany()
-    {
-        QFETCH(QString, change);
-        QFETCH(QString, daily);
-        QFETCH(QString, monthly);
-        const QString interruptions = "REPLACE INTO vars VALUES ('dattenInters', '1')";
-        bench->schema.exec(interruptions);
-        const TestDatabase other(TestDatabase::Tables::Schema);
-        const QString copy = "INSERT INTO `%1`.%3 SELECT * FROM `%2`.%3";
-        for (const QString table : {"vars", "people"})
-            other.exec(copy.arg(other.name(), bench->schema.name(), table));
-        QStringList alike;
-        for (int i = 10; i < 60; ++i)
-            alike.append(QString("g%1").arg(i));
-        info->addSchemas(alike, bench->schema.name());
-        info->addSchemas({"a", "z"}, other.name());
-        other.exec(change.replace("DATABASE", other.name()).replace("INFO", info->name()));
-        const Outcome outcome = run("status --json");
-        int lines = 0;
-        for (const auto &value : outcome.json()["reports"].toArray()) {
-            const QJsonObject line = value.toObject();
-            const QString token = line["schema"].toString();
-            const bool isOther = token == "a" || token == "z";
-            const QString state = !isOther ? "well" : line["report"] == "daily" ? daily : monthly;
-            QVERIFY2(line["state"] == state, qPrintable(token + outcome.output.left(4000)));
-            ++lines;
-        }
-        QCOMPARE(lines, 2 * (alike.size() + 3));
-    }
-
     /// What is queued has to go out in any case.
     void queueOfWhatIsOff()
     {
