@@ -42,7 +42,7 @@ AutoReport::~AutoReport()
 void AutoReport::stopAllWorkers()
 {
     if (watch)
-        watch->requestEnd(); // first, so that its probe ends while the workers end
+        watch->requestEnd(); // first: its probe ends while the workers end
     workers.stopAll();
     watch.reset();
 }

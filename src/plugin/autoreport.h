@@ -25,11 +25,11 @@ class ServerWatch;
  * With an information database it scans the schemas one second after `start` and then every hour,
  * and starts a worker in its own thread for each schema with a report enabled. A long scan returns
  * to the event loop several times a second, so that a stop or a pause need not wait for it. Without
- * an information database it runs a single worker on the database that the host set, in the
- * object's own thread, and never scans.
+ * an information database it runs a single worker on the database that the host passes to
+ * setDatabase(), in the object's own thread, and never scans.
  *
- * All operations run in the object's thread. The host owns the object and calls `stop` before
- * deleting it; the destructor ends the workers of the registry in any case.
+ * All functions run in the object's thread. The host owns the object and calls `stop` before
+ * deleting it. The destructor also stops the workers that have threads of their own.
  */
 class AutoReport : public QObject,
                    public ServerInterface,
@@ -82,16 +82,16 @@ private:
     struct Scan {
         unsigned int total = 0;
         unsigned int visited = 0;
-        QStringList page;            ///< loaded and not yet visited
-        int descriptors = 0;         ///< left for this scan to use
+        QStringList page;            ///< tokens that are loaded but not yet visited
+        int descriptors = 0;         ///< file descriptors that this scan may still use
         QString obstacle;            ///< why the scan has to end early; empty otherwise
         bool hasUnreachable = false; ///< whether a schema could not be opened
-        bool isServerLost = false;   ///< whether the obstacle is the information database
+        bool isServerLost = false;   ///< whether a new scan must follow in a minute
     };
 
     QTimer *timer;
-    QTimer *soonScan;  ///< single shot: starts the first scan, a scan that a pause postponed, and
-                       ///< the repetition of a scan that lost the server
+    QTimer *soonScan;  ///< single shot: starts the first scan, a scan that a pause postponed, and a
+                       ///< new scan after one that lost the server
     QTimer *nextSlice; ///< single shot, running between two slices of a scan
     Scan scan;
     bool scanPending = false; ///< a scan is due or running
@@ -100,6 +100,6 @@ private:
     bool infoDb = false; ///< whether `start` found an information database
     QPointer<AutoReportWorker> singleWorker;
     WorkerRegistry workers{this};
-    std::unique_ptr<ServerWatch> watch;         ///< between `start` and `stop`
-    std::shared_ptr<ConnectionGuard> infoGuard; ///< of the information database, during scans
+    std::unique_ptr<ServerWatch> watch;         ///< exists between `start` and `stop`
+    std::shared_ptr<ConnectionGuard> infoGuard; ///< guards the information database during scans
 };

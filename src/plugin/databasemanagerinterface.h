@@ -12,7 +12,8 @@ public:
     virtual void setDBManager(DBManager *manager) { dbManager = manager; }
 
 protected:
-    // Protected instead of virtual: nobody can delete a plug-in through this interface.
+    // Not virtual, because a protected destructor keeps the host from deleting a plug-in through
+    // this interface.
     ~DatabaseManagerInterface() = default;
 
     DBManager *dbManager = nullptr;

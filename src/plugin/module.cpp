@@ -1,2 +1,2 @@
-// Empty on purpose: the loadable module consists of the core library, whose AutoReport class brings
-// the two plug-in entry points, but CMake requires a source file for every library.
+// Empty on purpose: CMake requires a source file for every library, but all code of the loadable
+// module is in the core library. The class AutoReport defines the plug-in's two entry points.

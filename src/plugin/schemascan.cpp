@@ -65,13 +65,13 @@ void AutoReport::checkSchemas()
     scanSlice();
 }
 
-/// Ends the scan if the information database cannot be read.
+/// Makes the scan end if the information database cannot be read.
 void AutoReport::checkRegistry()
 {
     QSqlDatabase info = dbManager->getInfoDB();
     if (!info.isValid() || infoGuard->isBroken())
         return;
-    if (!dbManager->checkOpenDB(info)) { // the manager may have closed it on purpose
+    if (!dbManager->checkOpenDB(info)) { // reopens `info` if the manager has closed it
         loseServer(QStringLiteral("the information database cannot be opened: ") +
                    info.lastError().text());
     } else if (const auto fault = SchemaRegistry(info).check()) {
@@ -79,14 +79,15 @@ void AutoReport::checkRegistry()
     }
 }
 
-/// Ends the scan, which comes again soon.
+/// Makes the scan end because of `obstacle`, and a new scan begin a minute later.
 void AutoReport::loseServer(const QString &obstacle)
 {
     scan.obstacle = obstacle;
     scan.isServerLost = true;
 }
 
-/// Lets the watch break off the scan's statements on the information database, like the workers'.
+/// Lets the watch break off the connection to the information database if the server falls silent
+/// during the scan.
 void AutoReport::guardInfoDatabase()
 {
     const QSqlDatabase info = dbManager->getInfoDB();
@@ -94,8 +95,8 @@ void AutoReport::guardInfoDatabase()
     infoGuard->guard(info);
 }
 
-/// Ends the guarding. A connection that was broken off still counts as open; closing it makes the
-/// next query reopen it.
+/// Ends the guarding. Closes the connection if the watch has broken it off: it still counts as
+/// open, so that the next query would not reopen it.
 void AutoReport::releaseInfoDatabase()
 {
     if (infoGuard->isBroken())
@@ -103,10 +104,11 @@ void AutoReport::releaseInfoDatabase()
     infoGuard->release();
 }
 
-/// Visits schemas until the slice is over, all are visited, or the scan meets an obstacle.
+/// Visits schemas until the time of the slice is over, all schemas are visited, or an obstacle ends
+/// the scan.
 void AutoReport::scanSlice()
 {
-    if (!started || !dbManager) // the host may have taken the manager away meanwhile
+    if (!started || !dbManager) // the host may have unset the manager between two slices
         return;
     guardInfoDatabase();
     const ConnectionGuard::Use use(*infoGuard);
@@ -131,7 +133,7 @@ void AutoReport::scanSlice()
 
 void AutoReport::endScan()
 {
-    if (scan.obstacle.isEmpty() && scan.hasUnreachable) // the server may have ended
+    if (scan.obstacle.isEmpty() && scan.hasUnreachable) // the server may have shut down
         checkRegistry();
     leaveScan();
     if (debugLevel)
@@ -146,7 +148,7 @@ void AutoReport::leaveScan()
     if (infoGuard->isBroken())
         loseServer(QStringLiteral("the server does not answer"));
     releaseInfoDatabase();
-    if (scan.isServerLost) { // an hour is long for customers who are not served yet
+    if (scan.isServerLost) { // customers not served yet cannot wait an hour
         scanPending = true;
         soonScan->start(retryMs);
     }
@@ -156,11 +158,11 @@ void AutoReport::leaveScan()
                  qUtf8Printable(scan.obstacle), scan.visited, scan.total);
 }
 
-/// Takes `wanted` descriptors from those left for this scan. Returns false if there are too few.
+/// Reserves `wanted` file descriptors. If too few are left, makes the scan end and returns false.
 bool AutoReport::takeDescriptors(int wanted)
 {
     scan.descriptors -= wanted;
-    if (scan.descriptors < 0) { // count again: the host may have closed some meanwhile
+    if (scan.descriptors < 0) { // count again: the host may have closed files
         const int promised = workers.starting() * descriptorsPerWorker;
         scan.descriptors = spareDescriptors() - descriptorsSpared - promised - wanted;
     }
@@ -180,13 +182,13 @@ void AutoReport::checkSchema(const QString &token)
     QElapsedTimer elapsed;
     elapsed.start();
     const QSqlDatabase db = dbManager->getDatabase(token);
-    // If the schema cannot be reached, the manager returns the default connection instead.
+    // The manager returns the default connection if it cannot connect to the schema.
     const bool valid =
         db.isValid() && db.connectionName() == dbManager->getConnectionNameFromToken(token);
     if (!valid)
         qWarning("AutoReport::checkSchemas() - invalid database for token '%s'",
                  qUtf8Printable(token));
-    // All schemas are on one server: if one times out, so will the others.
+    // All schemas are on the same server: if one times out, the others will, too.
     const bool failed = !valid || !db.isOpen();
     scan.hasUnreachable |= failed;
     if (failed && elapsed.hasExpired(limitReached(connectSeconds).count()))
@@ -208,8 +210,8 @@ void AutoReport::serveSchema(const QString &token, const QSqlDatabase &db)
           qUtf8Printable(db.databaseName()));
 }
 
-/// Returns whether the schema has a report enabled. Queries over a connection of its own, so that
-/// the manager's connection stays as it is.
+/// Returns whether the schema has a report enabled. Uses a connection of its own, so that the
+/// manager's connection remains unchanged.
 bool AutoReport::checkAutoReport(const QSqlDatabase &db)
 {
     const QString name = QStringLiteral("AutoReport.check.%1")

@@ -5,10 +5,10 @@
 #include <QtPlugin>
 
 /**
- * The lifecycle of a server plug-in, as the host drives it.
+ * The interface through which the host starts, pauses and stops a server plug-in.
  *
- * Every operation is called from the thread that owns the plug-in object. The order of the
- * virtual operations is part of the binary interface between host and plug-in.
+ * The host calls every function in the plug-in object's thread. The order of the virtual functions
+ * is part of the binary interface between host and plug-in.
  */
 class ServerInterface
 {
@@ -20,11 +20,12 @@ public:
     virtual void pause() = 0;
     virtual void resume() = 0;
     virtual void setDebugLevel(unsigned char level) { debugLevel = level; }
-    /// Sets the database of single-database mode. Only its parameters are used, not the connection.
+    /// Sets the database of single-database mode. The plug-in uses the parameters of `db`, but not
+    /// its connection.
     virtual void setDatabase(const QSqlDatabase &db) { database = db; }
 
 protected:
-    unsigned char debugLevel = 0; ///< only zero or not zero matters
+    unsigned char debugLevel = 0; ///< 0: off; all other values have the same effect
     QSqlDatabase database;
 };
 

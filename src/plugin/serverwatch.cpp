@@ -13,15 +13,15 @@ namespace
 {
 
 constexpr std::chrono::seconds lookInterval(2);
-constexpr std::chrono::seconds probeAgain(8); // before a server that answered is probed again
+constexpr std::chrono::seconds probeAgain(8); // from a successful probe to the next probe
 
 QString serverName(const AutoReportDbConfig &config)
 {
     return QStringLiteral("%1:%2").arg(config.hostName).arg(config.port);
 }
 
-/// Opens a connection and runs a statement, each with a limit. Returns false only on a timeout: a
-/// server that refuses has answered.
+/// Opens a connection and runs a statement, each with a time limit. Returns false only on a
+/// timeout: a server that refuses the connection has answered.
 bool isAnswering(const AutoReportDbConfig &config, const QString &connectionName)
 {
     const auto begin = std::chrono::steady_clock::now();
@@ -98,10 +98,11 @@ std::vector<ServerWatch::Waiting> ServerWatch::waitingConnections()
         const auto guard = each.guard.lock();
         if (!guard || guard->isBroken() || guard->busyTime() < each.limits.patience)
             continue;
-        // Probe the address: a name may stand for several servers and takes time to resolve.
+        // Probe the numeric address: a host name takes time to resolve and may list several
+        // servers.
         const ServerAddress address = guard->serverAddress();
         if (address.host.isEmpty() && serversOf(each.config.hostName, 0).size() > 1)
-            continue; // still being opened, within limits of its own
+            continue; // still connecting, which has time limits of its own
         waiting.push_back({each.config, guard, each.limits});
         if (!address.host.isEmpty()) {
             waiting.back().config.hostName = address.host;
@@ -111,8 +112,8 @@ std::vector<ServerWatch::Waiting> ServerWatch::waitingConnections()
     return waiting;
 }
 
-/// Probes each server that connections wait for, once, unless it has answered recently. Then breaks
-/// off the connections to silent servers.
+/// Probes the servers that connections are waiting for, each at most once, and none that answered
+/// recently. Then breaks off the connections to silent servers.
 void ServerWatch::look()
 {
     const std::vector<Waiting> waiting = waitingConnections();

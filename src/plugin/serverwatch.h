@@ -14,25 +14,27 @@
 class ConnectionGuard;
 
 /**
- * Breaks off connections to servers that have fallen silent, that is, neither answer nor close.
+ * Breaks off connections to servers that have fallen silent: servers that neither answer nor close
+ * the connection.
  *
  * TCP detects a dead machine or network, but not a frozen server process, whose kernel still
  * acknowledges packets. A limit on the duration of queries would also end long queries on a healthy
  * server. Therefore, when a guarded connection has been in use for longer than `patience`, the
  * watch's own thread probes the server by connecting to it. If no probe succeeds for `silence`, the
- * guarded connection is broken off.
+ * watch breaks off the guarded connection.
  *
- * Owned and used by one thread. If the system cannot start a thread, logs it and watches nothing.
+ * Owned and used by one thread. If the system cannot start the watch's thread, logs a warning and
+ * watches nothing.
  */
 class ServerWatch
 {
 public:
     struct Limits {
-        std::chrono::seconds patience; ///< of uninterrupted use, until the first probe
-        std::chrono::seconds silence;  ///< from the first failed probe
+        std::chrono::seconds patience; ///< from the beginning of a use to the first probe
+        std::chrono::seconds silence;  ///< from the first failed probe to the breaking off
     };
 
-    /// With these, a worker's query ends within a minute after its server falls silent.
+    /// With these limits, a worker's query ends within a minute after its server falls silent.
     static constexpr Limits limitsOfWorkers{std::chrono::seconds(10), std::chrono::seconds(20)};
 
     ServerWatch();
@@ -57,7 +59,7 @@ private:
     };
     /// A connection that has been in use for longer than its patience.
     struct Waiting {
-        AutoReportDbConfig config; ///< names the server by its address
+        AutoReportDbConfig config; ///< with the server's numeric address if it is known
         std::shared_ptr<ConnectionGuard> guard;
         Limits limits;
     };
@@ -73,7 +75,7 @@ private:
     std::condition_variable wake;
     bool ended = false;           ///< under the mutex
     std::vector<Watched> watched; ///< under the mutex
-    // Used by the watch's thread only; by server address.
+    // Used by the watch's thread only. The keys are "HOST:PORT".
     QHash<QString, Clock::time_point> silentSince; ///< first failed probe since the last success
     QHash<QString, Clock::time_point> answered;    ///< last successful probe
     std::thread thread;

@@ -24,8 +24,8 @@ void WorkerHandle::stopNow()
         const std::lock_guard lock(mutex);
         live = worker;
     }
-    // Not under the lock, because stop() leads to clear(). The worker still exists: only this
-    // thread deletes it.
+    // Not under the lock, because stop() calls clear(), which takes the lock. The worker still
+    // exists: only this thread deletes it.
     if (live)
         live->stop();
 }

@@ -26,7 +26,7 @@ public:
     /// Queues a call of `slot` in the worker's thread, unless the worker has ended. Thread-safe.
     void post(const char *slot);
 
-    /// Returns the guard of the worker's connection. It outlives the worker. Thread-safe.
+    /// Returns the guard of the worker's connection. The guard outlives the worker. Thread-safe.
     ConnectionGuard &guard() { return *connectionGuard; }
 
     /// Stops the worker unless it has ended already. For the worker's thread.

@@ -34,8 +34,8 @@ bool WorkerRegistry::add(const QString &token, std::unique_ptr<AutoReportWorker>
     QObject::connect(worker, &AutoReportWorker::finished, worker, &QObject::deleteLater);
     QObject::connect(thread.get(), &QThread::finished, thread.get(), &QObject::deleteLater);
 
-    // Both handlers run in the worker's thread. A queued "stop" is lost if the event loop exits
-    // before it is delivered, so the end of the thread stops a worker that has not stopped yet.
+    // These two handlers run in the worker's thread. A queued "stop" is lost if the event loop
+    // exits before delivering it. The second handler then stops the worker.
     const auto handle = std::make_shared<WorkerHandle>(worker);
     QObject::connect(
         worker, &AutoReportWorker::finished, worker, [handle] { handle->clear(); },

@@ -15,7 +15,7 @@ class WorkerHandle;
  * The plug-in's workers, by token, and their threads.
  *
  * Only stopAll() removes entries. The entry of a worker that ended on its own remains, so that the
- * next scan does not start another one. For the plug-in's thread.
+ * next scan does not start a new worker for its schema. For the plug-in's thread.
  */
 class WorkerRegistry
 {
@@ -30,20 +30,20 @@ public:
     /// Returns how many running workers have no open connection, usually because they are starting.
     int starting() const;
 
-    /// Takes ownership of the worker and starts it in a new thread. If the system cannot start a
-    /// thread, logs it, deletes the worker and returns false.
+    /// Takes ownership of the worker and starts it in a new thread. If the system cannot start the
+    /// thread, deletes the worker and returns false; Qt has then logged the reason.
     bool add(const QString &token, std::unique_ptr<AutoReportWorker> owned);
 
     /// Queues a call of `slot` to every running worker.
     void post(const char *slot);
 
     /**
-     * Ends all workers and removes their entries: asks all of them to stop, waits, and then breaks
-     * off the connections of those that have not ended. Takes at most ten seconds.
+     * Ends all workers and removes their entries. Asks all workers to stop, waits, and then breaks
+     * off the connections of the workers that have not ended. Takes at most ten seconds.
      *
      * A thread that does not end in time, for example because a disk is stalled, is logged and left
-     * to end on its own. It is not terminated: the forced unwinding would leave its locks and
-     * objects behind, or abort the process in a destructor.
+     * to end on its own. Terminating the thread would leave its locks and objects behind, or abort
+     * the process in a destructor.
      */
     void stopAll();
 
