@@ -111,7 +111,7 @@ int AttenReport::buildWorkbook(const QString &path, const ReportRun &run)
 }
 
 /// Returns whether the rows fit into one sheet; if not, logs an error. The engine would drop the
-/// cells past the sheet's last row. Called before the rows are read, because reading may take long.
+/// cells past the sheet's last row. Called before the rows are read, because that may take long.
 bool AttenReport::fits(const BookFormat &format, int rowCount) const
 {
     if (rowCount < format.rows)
@@ -197,8 +197,8 @@ int AttenReport::queueMails(const QString &path, const ReportRun &run)
     return 0;
 }
 
-/// Begins the transaction and claims a scheduled report. An operator's run claims nothing, because
-/// its report is mailed regardless of the schedule.
+/// Begins the transaction. A scheduled run claims the report in it. Other runs claim nothing,
+/// because their reports are mailed regardless of the schedule.
 AttenReport::End AttenReport::begin(const ReportRun &run, ReportTransaction &transaction) const
 {
     Claim claim = Claim::Unclaimed;
@@ -210,7 +210,7 @@ AttenReport::End AttenReport::begin(const ReportRun &run, ReportTransaction &tra
         return End::NodeNotReady;
     if (!transaction.isOpen())
         return isConnectionLost(run, database) ? End::ConnectionLost : End::NotBegun;
-    // If the client library has reconnected, the new connection does not hold the lock.
+    // If the client library has reconnected, the new connection does not hold the report's lock.
     if (run.connectionId != 0 && transaction.connectionId() != run.connectionId)
         return End::ConnectionLost;
     switch (claim) {
@@ -254,13 +254,13 @@ AttenReport::End AttenReport::queueForEach(MailRecord mail, const ReportRun &run
 {
     for (const QString &recipient : recipientsToMail(run.settings.recipients)) {
         mail.to = recipient;
-        // Queueing thousands of mails takes longer than a stop is allowed to take. If the mails
-        // cannot be rolled back, queue the rest nevertheless: otherwise the next run would mail
-        // some recipients again.
+        // A stop must not wait until thousands of mails are queued. If the mails cannot be rolled
+        // back, queue the rest nevertheless: otherwise the next run would mail some recipients
+        // again.
         const bool stops = isStopRequested(run);
         if (stops && (queued == 0 || transaction.canRollBack()))
             return End::StoppedInMails;
-        // canRollBack() also returns false on a lost connection, which ends the run.
+        // canRollBack() also returns false if the connection is lost. The run must then end.
         End end = stops ? interruptionOf(run, transaction) : End::None;
         const int before = queued;
         if (end == End::None)
@@ -274,8 +274,9 @@ AttenReport::End AttenReport::queueForEach(MailRecord mail, const ReportRun &run
     return End::None;
 }
 
-/// Returns how this error of a statement ends a scheduled run, or None if the run goes on. After
-/// such an end, the next tick tries again.
+/// Returns how a scheduled run ends after this error of a statement: a conflict with another
+/// transaction and a cluster node that is not ready end the run, and the next tick tries again.
+/// Returns None for other errors and other runs, which the caller handles.
 AttenReport::End AttenReport::endAfter(const QString &errorCode, const ReportRun &run)
 {
     if (run.isScheduled && isConflict(errorCode))

@@ -19,24 +19,24 @@ struct ReportKind;
  * The base class of both attendance reports. A report is a workbook of the month so far, mailed to
  * its recipients once a day.
  *
- * A tick, doWork(), takes these steps. The first one that fails ends the tick; the next tick starts
- * over:
+ * The worker's tick calls doWork(), which takes these steps. The first step that fails ends the
+ * tick; the next tick starts over:
  *
  *   1. Schedule: checks whether the report is due now.
  *   2. Gate: waits while too many runs of this process are working.
- *   3. Lock: takes the report's lock, unless another host on this server has it.
- *   4. Schedule again: the previous holder of the lock may have made the report.
+ *   3. Lock: takes the report's named lock on the database server, unless another host has it.
+ *   4. Schedule again: the lock's previous holder may have made the report.
  *   5. Workbook, saveWorkbook(): reads and writes the rows, then saves the file.
  *   6. Mails, queueMails(): one transaction claims the report, queues a mail per recipient and
  *      stores "lastGenerated". On a cluster, where locks are local to a node, the claim alone keeps
  *      two hosts from mailing the same report.
  *
- * The moment of the run, ReportRun::now, does not change after step 4, so that a run past
- * midnight makes the report of one day. A request to stop the thread takes effect at the next row,
- * or at the next mail while the mails can be rolled back. A lost connection ends the run, because
- * the server drops the connection's lock and transaction.
+ * The moment of the run, ReportRun::now, does not change after step 4, so that a run that lasts
+ * past midnight makes the report of one day. A request to stop the thread takes effect at the next
+ * row, or at the next mail while the mails can be rolled back. A lost connection ends the run,
+ * because the server drops the connection's lock and transaction.
  *
- * For the thread that owns the connection. Errors and outcomes are logged.
+ * Use a report in the thread that owns the connection. Errors and outcomes are logged.
  */
 class AttenReport : public ReportBase
 {
@@ -47,7 +47,7 @@ public:
 
     void doWork() override;
 
-    /// Runs steps 5 and 6 for the month of `now`, whether or not the report is due.
+    /// Runs steps 5 and 6 for the month of `now`, whether or not the report is due. Claims nothing.
     void makeReport(const QStringList &emails, const QDateTime &now = QDateTime::currentDateTime());
 
     /// Runs step 5. The extension of `path` chooses the format. On an error, logs it, returns false
@@ -73,7 +73,7 @@ protected:
         QString body;
     };
 
-    /// Reads the options. Called before the next two functions, which use them.
+    /// Reads the options. Called before fileNameByOptions() and createContent(), which use them.
     virtual void loadOptions() = 0;
     virtual QString fileNameByOptions(const QDate &today) const = 0;
     virtual std::unique_ptr<ReportContent> createContent(const ReportRun &run) = 0;

@@ -15,11 +15,11 @@
 namespace
 {
 
-// With these limits, a statement returns up to some ten thousand rows, a few megabytes.
-constexpr int peoplePerStatement = 500; ///< MariaDB turns lists of 1,000 and more into subqueries
-constexpr int cellsAhead = 8000;
-/// A block may have this many days, however many people there are: finding a person costs the
-/// server as much as reading a few days.
+// With these limits, a statement usually returns at most ten thousand rows, a few megabytes.
+constexpr int peoplePerStatement = 500; ///< MariaDB turns IN lists of 1,000 values into subqueries
+constexpr int cellsAhead = 8000;        ///< in memory, of all people
+/// A block may have this many days even if all people together then exceed `cellsAhead`: for the
+/// server, finding a person costs as much as reading a few days.
 constexpr int daysAhead = 16;
 
 // The columns of every statement: the person, the moment, then the values.
@@ -66,7 +66,7 @@ bool add(double &total, double seconds, bool isFirst)
 
 } // namespace
 
-/// A row while it is being read.
+/// A row that is being read.
 struct DailyAttenAhead::Cell {
     DailyAttenRow row;
     DayValues seen;             ///< whether attendance and overtime had a row
@@ -122,8 +122,8 @@ private:
             doubtful |= DayValue::Interruptions;
         ++total.count;
     }
-    /// Makes `value` doubtful from its second row on: the last row counts, and only the server
-    /// knows which row is the last.
+    /// Makes `value` doubtful if it has a second row: the last row counts, but here the rows may
+    /// arrive in another order than from the statement for one day.
     void takeOnly(DayValue value)
     {
         if (seen.testFlag(value))
@@ -167,7 +167,7 @@ void DailyAttenAhead::setPeople(const QVector<unsigned int> &uids)
         places.insert(people.at(place), place);
     const int count = std::max(1, people.size());
     const int days = starts.size() - 1;
-    // Makes blocks of about the same size.
+    // Make all blocks about the same size.
     const int batches = quotientRoundedUp(count, peoplePerStatement);
     peoplePerBlock = quotientRoundedUp(count, batches);
     const int daysAtMost = std::min(days, std::max(daysAhead, cellsAhead / count));
@@ -192,8 +192,8 @@ std::optional<DailyAttenAhead::Row> DailyAttenAhead::row(unsigned int uid, int d
     return result;
 }
 
-/// Reads the block of `batch` that begins at `firstDay`. Returns false, with nothing loaded, if
-/// stopped.
+/// Reads the block of `batch` that begins at `firstDay`. If stopped, empties the block and returns
+/// false.
 bool DailyAttenAhead::load(Block &block, int batch, int firstDay)
 {
     block = Block();
@@ -220,7 +220,7 @@ bool DailyAttenAhead::read(DayValue value, Block &block)
 {
     const auto first = starts.cbegin() + block.firstDay - 1;
     const auto end = first + block.days;
-    // In a time zone that skipped a whole day, leave the value to the statements for one day.
+    // If the time zone skipped a whole day, leave the value to the statements for one day.
     if (std::adjacent_find(first, end + 1, std::greater_equal<>()) != end + 1)
         return false;
     QSqlQuery query = freshQuery(database);
@@ -244,7 +244,7 @@ bool DailyAttenAhead::read(DayValue value, Block &block)
     return true;
 }
 
-/// Returns the cell of the query's current row, or null if that row is outside of the block.
+/// Returns the cell of the query's current row, or null if the row is outside of the block.
 DailyAttenAhead::Cell *DailyAttenAhead::cellOf(const QSqlQuery &query, Block &block) const
 {
     const int person = places.value(query.value(Uid).toLongLong(), -1) - block.firstPerson;

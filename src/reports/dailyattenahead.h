@@ -18,20 +18,20 @@ class QSqlQuery;
  * Reads the days of many people at once, so that a report costs a few statements instead of up to
  * four for each of its rows.
  *
- * Returns exactly the values that the statements for one person and one day would return. Leaves a
- * value open if that is uncertain; the caller must then run those statements. A value is uncertain
+ * Returns exactly the values that the statements for one person and one day would return. A value
+ * that might differ is left open, and the caller must read it with those statements. This happens
  * after an error, if several rows match and only the last one counts, if a sum may depend on the
  * order of its addends, if the columns that identify people and days are not integers, or if the
  * time zone skipped one of the days. Logs nothing.
  *
- * Call row() in the order of the sheet, day by day. A block holds some days of some people. The
- * first call for a row of a block reads the whole block, which is kept until the next days of these
+ * Call row() in the order of the sheet, day by day. A block is some days of some people. The first
+ * call for a row of a block reads the block, which stays in memory until other days of the same
  * people are read. At most sixteen days of all people are in memory, or 8,000 rows if that is more.
  */
 class DailyAttenAhead
 {
 public:
-    /// Calls `stopCheck` before each statement, and stops reading if it returns true.
+    /// Calls `stopCheck` before each statement. Stops reading if `stopCheck` returns true.
     DailyAttenAhead(const QSqlDatabase &db, const DailyAttenOptions &reportOptions,
                     const QDate &today, std::function<bool()> stopCheck);
     ~DailyAttenAhead();
@@ -44,8 +44,8 @@ public:
         DailyAttenRow row; ///< incomplete if this call read its block and a statement failed
         DayValues open;    ///< values that the caller must still read
     };
-    /// Returns nothing if stopped before the row was read. Requires a person from setPeople() and a
-    /// day up to today.
+    /// Returns nothing if stopped before the row was read. `uid` must be one of setPeople(), and
+    /// the day must not be after today.
     std::optional<Row> row(unsigned int uid, int dayOfMonth);
 
 private:
@@ -61,9 +61,9 @@ private:
     DailyAttenOptions options;
     DailyAttenStatements statements;
     std::function<bool()> isStopped;
-    QVector<qint64> starts; ///< of the days 1 to today, and of tomorrow
+    QVector<qint64> starts; ///< of day 1 to tomorrow, in Unix seconds
 
-    QVector<unsigned int> people; ///< sorted, each once
+    QVector<unsigned int> people; ///< sorted, without duplicates
     QHash<qlonglong, int> places; ///< uid -> index in `people`
     int peoplePerBlock = 1;
     int daysPerBlock = 1;

@@ -25,9 +25,9 @@ ShiftTable loadShifts(const QSqlDatabase &database, const QDate &date);
  * Reads what the daily report shows: the people of the month and, for each of them, every day so
  * far.
  *
- * Lives for one workbook. For the thread that owns the connection. Failed queries are logged.
- * Without the people there is no report; if another query fails, its values stay empty and the
- * report goes on.
+ * Create one for each workbook, in the thread that owns the connection. Failed queries are logged.
+ * If the people cannot be read, there is no report. If another query fails, its values stay empty
+ * and the report goes on.
  */
 class DailyAttenData
 {

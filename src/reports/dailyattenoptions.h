@@ -7,7 +7,7 @@
  * exports use them too.
  */
 struct DailyAttenOptions : StoredOptions<DailyAttenOptions> {
-    bool decimalTime = false; ///< hours as numbers instead of text
+    bool decimalTime = false; ///< durations as numbers of hours instead of text
     bool minusSign = false;   ///< unworked time shown negative
     bool interruptions = false;
     bool advancedOvertime = false; ///< overtime from `saldo_p` instead of `diff`

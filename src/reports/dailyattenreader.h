@@ -17,7 +17,7 @@ class DailyAttenReader
 public:
     DailyAttenReader(const QSqlDatabase &db, const DailyAttenOptions &options);
 
-    /// Replaces `values` in `row`. A failed query is logged; its value is then empty and the row
+    /// Reads `values` into `row`. If a query fails, logs it, empties its value and marks the row
     /// incomplete.
     void read(DayValues values, unsigned int uid, const DaySpan &day, DailyAttenRow &row) const;
 

@@ -18,8 +18,8 @@ public:
     {
     }
 
-    /// Frees the shift table of a worker's report. A host may have hundreds of workers, whose
-    /// reports live as long as the workers.
+    /// After a scheduled run, frees the shift table: a host may have hundreds of workers, and each
+    /// keeps its report between the runs.
     ~Content() override
     {
         if (isScheduled)
@@ -59,7 +59,7 @@ public:
 
 private:
     DailyAttenReport &report;
-    bool isScheduled; ///< whether a worker runs the report
+    bool isScheduled; ///< see ReportRun::isScheduled
     QDate today;
     DailyAttenData data;
     std::unique_ptr<DailyAttenSheet> sheet;

@@ -22,7 +22,7 @@ public:
     /// Replaces the shift table with the shifts of the month of `date`.
     void loadShiftsForMonth(const QDate &date);
 
-    /// Returns that person's shift on that day, or -1 if the shift table has none.
+    /// Returns the person's shift on the day, or -1 if the shift table has none.
     int shiftFor(int uid, int dayOfMonth) const;
 
     /// See durationValue().

@@ -35,8 +35,8 @@ struct DailyAttenRow {
     bool complete = true; ///< false if values may be missing: a query failed or the run is stopped
 };
 
-/// A kind of record in `atten_data` that corrects a day, and the value to which its seconds are
-/// added.
+/// A kind of record in `atten_data` that corrects a day. `seconds` is the value to which the
+/// record's duration is added.
 struct Correction {
     int iid;
     double DailyAttenRow::*seconds;

@@ -82,10 +82,10 @@ bool DailyAttenSheet::begin(const QString &name)
     return true;
 }
 
-/// If the engine cannot create a format, its cells are written without one.
+/// If the engine cannot create a format, the cells that use it are written without a format.
 void DailyAttenSheet::createFormats(int decimalNumber)
 {
-    // No format uses the bold font: the headings of this report have never been bold, and stay so.
+    // No format uses the bold font, because the headings of this report have never been bold.
     if (libxl::IFontT<wchar_t> *bold = book.addFont())
         bold->setBold(true);
 

@@ -11,7 +11,8 @@
 /**
  * Writes the sheet of the daily report, one row per day and person.
  *
- * The book must exist until finish() has returned. Cells that the engine refuses stay empty.
+ * The book must exist until finish() has returned. A cell stays empty if the engine rejects its
+ * value.
  */
 class DailyAttenSheet
 {
@@ -21,7 +22,7 @@ public:
     DailyAttenSheet(libxl::IBookT<wchar_t> &book, const DailyAttenOptions &options);
     Q_DISABLE_COPY_MOVE(DailyAttenSheet)
 
-    /// Adds the sheet and writes the heading row. Returns false when the book refuses the sheet.
+    /// Adds the sheet and writes the heading row. Returns false if the book rejects the sheet.
     bool begin(const QString &name);
 
     /// Appends a row.

@@ -7,7 +7,7 @@
 #include <QString>
 #include <QVector>
 
-/// The values of a row that have a statement of their own, in the order in which they are read.
+/// The values of a row that are read with separate statements, in the order of reading.
 enum class DayValue { Attendance = 1, Overtime = 2, Corrections = 4, Interruptions = 8 };
 Q_DECLARE_FLAGS(DayValues, DayValue)
 Q_DECLARE_OPERATORS_FOR_FLAGS(DayValues)

@@ -4,12 +4,12 @@
 
 class QSqlDatabase;
 
-/// All that a worker needs to open its own connection to one schema. Holds no connection itself.
+/// Everything a worker needs to open its own connection to one schema. Holds no connection itself.
 struct AutoReportDbConfig {
     QString driverName;
     QString connectionName; ///< the name under which the worker registers its connection
     QString hostName;
-    int port = -1; ///< -1 when not set: the driver's default
+    int port = -1; ///< 0 or less: the driver's default
     QString databaseName;
     QString userName;
     QString password;

@@ -29,8 +29,8 @@ AutoReportWorker::AutoReportWorker(const AutoReportDbConfig &dbConfig, QObject *
 
 AutoReportWorker::~AutoReportWorker()
 {
-    // The reports hold handles of the connection. As children, they would be deleted only after the
-    // connection is removed.
+    // The reports hold handles of the connection, so they must be deleted before the connection is
+    // removed. QObject would delete its children too late.
     qDeleteAll(reports);
     closeDatabase();
 }
@@ -121,9 +121,9 @@ bool AutoReportWorker::fail()
     return false;
 }
 
-/// Opens or reopens the connection. The client library must not reconnect on its own: nobody would
-/// notice that in the middle of a run, and after a stop has broken the connection off, the library
-/// would wait for the server again.
+/// Opens or reopens the connection and disables the client library's reconnect. In the middle of a
+/// run, a reconnect would silently lose the report's lock. After a stop has broken the connection
+/// off, the library would reconnect and wait for the server again.
 bool AutoReportWorker::openDatabase()
 {
     guard->release();
@@ -134,17 +134,17 @@ bool AutoReportWorker::openDatabase()
     return true;
 }
 
-/// Returns whether there is a usable connection. Reopens one that the server has dropped, so that a
-/// worker survives a restart of the server, but not one that the worker itself has closed.
+/// Returns whether the connection is usable. Reopens a lost connection, so that the worker survives
+/// a restart of the server. Does not reopen a connection that the worker itself has closed.
 bool AutoReportWorker::keepDatabase()
 {
     if (!database.isOpen() && !databaseLost)
         return false;
     const bool usable = !guard->isBroken() && isUsable(database);
     qulonglong currentId = usable ? serverConnectionId(database) : 0;
-    if (connectionId == 0) // the server gave no id at the start
+    if (connectionId == 0) // no id is known yet
         connectionId = currentId;
-    if (connectionId == 0 && usable && serverAnswers(database)) // the server has no such ids
+    if (connectionId == 0 && usable && serverAnswers(database)) // the server has no connection ids
         return true;
     const bool openedAgain = currentId == 0 && openDatabase();
     if (openedAgain)
@@ -157,7 +157,7 @@ bool AutoReportWorker::keepDatabase()
                      qUtf8Printable(database.lastError().text()));
         return false;
     }
-    // After a change of the server, the new connection may have the id of the old one.
+    // On another server, the new connection may by chance have the id of the old one.
     if (openedAgain || currentId != connectionId) {
         qWarning("AutoReportWorker::activateReports() - the connection to db='%s' was lost and "
                  "reopened",
@@ -169,7 +169,8 @@ bool AutoReportWorker::keepDatabase()
 
 void AutoReportWorker::closeDatabase()
 {
-    // The name, because isValid() is false for a connection that is registered without a driver.
+    // Checks the name, because isValid() returns false for a registered connection whose driver is
+    // missing.
     const QString name = database.connectionName();
     if (name.isEmpty())
         return;

@@ -29,17 +29,19 @@ public:
 
     QString getConnectionName() const { return config.connectionName; }
 
-    /// Returns the guard with which other threads break off the connection. Never null; it may
-    /// outlive the worker.
+    /// Returns the guard with which other threads break off the connection. The guard is never null
+    /// and may outlive the worker.
     std::shared_ptr<ConnectionGuard> connectionGuard() const { return guard; }
 
 Q_SIGNALS:
-    /// Emitted when the worker has ended.
+    /// Emitted at the end of stop(), and when start() fails.
     void finished();
 
 public Q_SLOTS:
+    /// Makes the reports that are due. Called right after start() and then once a minute.
     void activateReports();
-    /// Returns false if a connection of that name exists or the database cannot be opened.
+    /// Opens the connection and starts the ticks. If a connection of that name exists or the
+    /// database cannot be opened, emits finished() and returns false.
     bool start();
     void stop();
     void pause();

@@ -7,9 +7,9 @@
 #include <mutex>
 
 /**
- * Lets other threads break off a connection: on a stop, or because its server fell silent.
+ * Lets other threads break off a connection, on a stop or because its server fell silent.
  *
- * guard(), release() and Use are for the connection's thread. All other functions are thread-safe.
+ * Use guard(), release() and Use in the connection's thread. All other functions are thread-safe.
  */
 class ConnectionGuard
 {
@@ -33,8 +33,8 @@ public:
     /// Returns whether the connection guarded last was broken off.
     bool isBroken() const { return broken; }
 
-    /// Returns the server's numeric address; its host is empty for a Unix socket or without a
-    /// connection.
+    /// Returns the server's numeric address. The address has an empty host for a Unix socket, or if
+    /// no connection is guarded.
     ServerAddress serverAddress() const;
     /// Returns how long the current Use has lasted, or zero if there is none.
     Clock::duration busyTime() const;
