@@ -21,7 +21,7 @@ struct Writer {
     }
 };
 
-/// Reads members from a JSON object. Members that it lacks keep their values.
+/// Reads members from a JSON object. A member without a key in the object keeps its value.
 struct Reader {
     QJsonObject object;
 

@@ -13,14 +13,14 @@ struct RunOutcome {
     qint64 moment = 0;
     double seconds = 0; ///< how long it took
     int mails = 0;
-    QString cause; ///< one word, as in the metrics; empty if the report was made
-    QString text;  ///< the warnings of a run that failed, without the report's name
+    QString cause; ///< why mails were not queued: one word, as in the metrics; else empty
+    QString text;  ///< the run's warnings, without the report's name; empty without a cause
 };
 
 /// The runs of one report of one schema since the host started.
 struct ReportAnswer {
-    RunOutcome last;
-    RunOutcome lastFailure; ///< of the same moment as `last` if only some mails were queued
+    RunOutcome last;        ///< has a cause only if no mail was queued
+    RunOutcome lastFailure; ///< the last run that did not queue all mails; may be the same run
 };
 
 /// A schema that has a worker, or had one.
@@ -35,10 +35,10 @@ struct SchemaAnswer {
 struct HostAnswer {
     QString version;
     qint64 processId = 0;
-    QString server;   ///< "127.0.0.1:3306", as on its command line
-    QString database; ///< the information database, or the one schema
+    QString server;   ///< such as "127.0.0.1:3306"; several are separated by commas
+    QString database; ///< the information database; in single-database mode, the schema
     bool isSingle = false;
-    QString zone; ///< "Europe/Bratislava"
+    QString zone; ///< such as "Europe/Bratislava"
     int utcOffsetSeconds = 0;
     qint64 moment = 0; ///< of the answer, by the host's clock
     qint64 since = 0;  ///< when the host started
@@ -46,14 +46,14 @@ struct HostAnswer {
     qint64 lastScan = 0;
     qint64 nextScan = 0;
     QString scanProblem;              ///< why the last scan ended early; empty if it did not
-    QString temporaryDirectory;       ///< empty if it does not exist
-    bool isTemporaryAnswering = true; ///< false if the disk of that directory is stalled
+    QString temporaryDirectory;       ///< empty if the directory does not exist
+    bool isTemporaryAnswering = true; ///< false if the directory's disk is stalled
     bool isTemporaryWritable = false;
     QString temporaryError; ///< why the directory is not writable, or was not checked; may be empty
     qint64 temporaryFreeBytes = 0;
     QMap<QString, SchemaAnswer> schemas; ///< by token
 
     QJsonObject toJson() const;
-    /// Returns nothing if the object is not a host's answer. Ignores unknown keys.
+    /// Returns std::nullopt if the object is not a host's answer. Ignores unknown keys.
     static std::optional<HostAnswer> fromJson(const QJsonObject &object);
 };

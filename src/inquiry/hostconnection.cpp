@@ -13,7 +13,7 @@
 namespace
 {
 
-// 10,000 schemas take 5 MiB, and 20 MiB if all of them fail with texts of 300 letters.
+// An answer about 10,000 schemas takes 5 MiB, or 20 MiB if each has an error text of 300 letters.
 constexpr int maxAnswerMiB = 64;
 constexpr int bytesPerMiB = 1048576;
 

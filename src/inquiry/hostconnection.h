@@ -18,8 +18,8 @@ public:
 
     /// Returns false once the answer is complete or will not come.
     bool isOpen() const { return socket != -1; }
-    /// Returns the descriptor to poll; -1 while not connected, for example because the host's queue
-    /// is full.
+    /// Returns the descriptor to poll; -1 while not connected, for example because the host's
+    /// backlog is full.
     int descriptor() const { return isConnected ? socket : -1; }
     /// Connects unless already connected, and receives what has arrived.
     void take();

@@ -21,8 +21,8 @@ using Connections = std::vector<std::unique_ptr<HostConnection>>;
 
 constexpr int connectIntervalMs = 50;
 
-/// Returns why the hosts in `folder` cannot be asked. Returns an empty text if they can, or if
-/// there is no such folder.
+/// Returns why the sockets in `folder` must not be used, or an empty text. A folder that does not
+/// exist is not an error.
 QString folderError(const QString &folder)
 {
     const QFileInfo info(folder);

@@ -31,8 +31,8 @@ void removeLeftBehind(const QString &folder)
     }
 }
 
-/// Returns why an accept failed, or an empty text if none did. For most errors, QLocalServer's text
-/// has only the error's number.
+/// Returns why the server failed to accept a connection, or an empty text. For most errors,
+/// QLocalServer's text contains only the error's number.
 QString acceptError(const QLocalServer &server)
 {
     const QString text = server.errorString();
@@ -55,8 +55,8 @@ InquiryServer::~InquiryServer() = default;
 
 QString InquiryServer::listen(const QString &folder)
 {
-    // After a failed accept, QLocalServer has closed and removed its socket, but isListening() is
-    // true.
+    // If QLocalServer fails to accept a connection, it closes and removes its socket, but
+    // isListening() still returns true.
     const QString closed = server->isListening() ? acceptError(*server) : QString();
     if (server->isListening() && closed.isEmpty())
         return QString();
@@ -73,7 +73,7 @@ QString InquiryServer::open(const QString &folder)
         return QStringLiteral("'%1': %2").arg(folder, error);
     const QString path = ownPath(folder);
     removeLeftBehind(folder);
-    QLocalServer::removeServer(path); // in case anything else has that name
+    QLocalServer::removeServer(path); // in case another file has that name
     return server->listen(path) ? QString()
                                 : QStringLiteral("'%1': %2").arg(path, server->errorString());
 }
@@ -84,6 +84,6 @@ void InquiryServer::answerAll()
         QObject::connect(client, &QLocalSocket::disconnected, client, &QObject::deleteLater);
         QTimer::singleShot(patience, client, [client] { client->abort(); });
         client->write(answer());
-        client->disconnectFromServer(); // once all is written
+        client->disconnectFromServer(); // after the answer is written
     }
 }

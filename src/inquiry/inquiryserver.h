@@ -18,14 +18,14 @@ class QLocalServer;
 class InquiryServer
 {
 public:
-    /// Calls `answer`, in the thread of the object, for each client.
+    /// Calls `answer` once for each client, in the object's thread.
     explicit InquiryServer(std::function<QByteArray()> answer);
     ~InquiryServer();
     Q_DISABLE_COPY(InquiryServer)
 
-    /// Listens in `folder` unless it already does. Call it every few seconds, because a shortage of
-    /// file descriptors closes the socket. Returns the error, or an empty text. The first call
-    /// after the socket was closed returns the reason, even if it listens again.
+    /// Listens in `folder` unless already listening. Call it every few seconds, because a shortage
+    /// of file descriptors closes the socket. Returns the error, or an empty text. The first call
+    /// after such a closure returns its reason, even if this call has reopened the socket.
     QString listen(const QString &folder);
 
 private:

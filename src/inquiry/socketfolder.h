@@ -4,9 +4,10 @@
 
 // Where the hosts of this machine keep their sockets, each named "PID.socket".
 
-/// Returns the folder for the socket of a host in this process: the service manager's
-/// (RUNTIME_DIRECTORY), for root the packaged service's, the login session's, or else one in /tmp
-/// for this account. It may not exist yet.
+/// Returns the folder for the socket of a host in this process. It is the first of these that
+/// applies: the folder in RUNTIME_DIRECTORY, which the service manager sets; for root, the packaged
+/// service's folder; a folder in XDG_RUNTIME_DIR, which a login session sets; a folder in /tmp for
+/// this account. The folder may not exist yet.
 QString ownSocketFolder();
 
 /// Creates `folder` for this account alone unless it exists. Returns the error, or an empty text.
@@ -17,11 +18,12 @@ QString makeSocketFolder(const QString &folder);
 /// service's.
 QStringList socketFolders();
 
-/// Returns whether only root and this account can have created the folder; in /tmp anybody could.
-/// The packaged service's folder is trusted too: its account owns it, but only root can create it.
+/// Returns whether only root or this account can have created the folder. In /tmp, another account
+/// could have created it. The packaged service's folder belongs to another account, but is trusted
+/// because only root can create it.
 bool isTrustedFolder(const QString &folder);
 
-/// Returns the paths of the sockets in `folder`, by name.
+/// Returns the paths of the sockets in `folder`, sorted by name.
 QStringList socketsIn(const QString &folder);
 
 /// The suffix of the sockets' names.

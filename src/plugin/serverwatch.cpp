@@ -98,7 +98,7 @@ std::vector<ServerWatch::Waiting> ServerWatch::waitingConnections()
         const auto guard = each.guard.lock();
         if (!guard || guard->isBroken() || guard->busyTime() < each.limits.patience)
             continue;
-        // Probe the numeric address: a host name takes time to resolve and may list several
+        // Probe the numeric address: a host name takes time to resolve and may refer to several
         // servers.
         const ServerAddress address = guard->serverAddress();
         if (address.host.isEmpty() && serversOf(each.config.hostName, 0).size() > 1)

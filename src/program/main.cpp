@@ -17,8 +17,9 @@
 namespace
 {
 
-/// Takes the numbers of closed standard streams. Otherwise a socket or a pipe of the program would
-/// get them, and whatever is printed would be written to it. Printing still fails.
+/// Opens /dev/null for each closed standard stream. Otherwise a socket or pipe of the program would
+/// get the stream's number, and printed text would be written to that socket or pipe. Printing to
+/// such a stream still fails, because /dev/null is open for reading only.
 void openStandardStreams()
 {
     int descriptor = 0;
@@ -33,13 +34,15 @@ void openStandardStreams()
 int main(int argc, char *argv[])
 {
     openStandardStreams();
-    // If file sizes are limited, a write beyond the limit would kill the program, and with it the
-    // reports of all customers. With the signal ignored, only that write fails. The plug-in cannot
-    // decide this: a signal's action belongs to the whole process, hence to the host.
+    // If file sizes are limited, a write beyond the limit raises SIGXFSZ, which would kill the
+    // program and thereby end the reports of all customers. With the signal ignored, only that
+    // write fails. The host decides this, not the plug-in: a signal's action applies to the whole
+    // process, which the host owns.
     std::signal(SIGXFSZ, SIG_IGN);
 
     const QCoreApplication application(argc, argv);
-    // The workbook engine names files in UTF-8; in a C locale Qt would look for different names.
+    // The workbook engine encodes file names in UTF-8. In a C locale, Qt would encode them
+    // differently.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     QCoreApplication::setApplicationName(QStringLiteral("autoreport"));
     QCoreApplication::setApplicationVersion(QStringLiteral(AUTOREPORT_VERSION));
@@ -59,7 +62,7 @@ int main(int argc, char *argv[])
         return Output::flush() ? Tool::Well : Tool::Look;
     }
 
-    // Keep serving when the reader of the log goes away.
+    // Keep serving if the process that reads the log ends.
     std::signal(SIGPIPE, SIG_IGN);
     LogSink::install(commandLine.options->debugLevel > 0);
     Language::install(commandLine.options->language);
