@@ -13,36 +13,39 @@ class ISheetT;
 /**
  * A workbook in memory that `save` writes to a file.
  *
- * Created by a factory below and owned by the caller, who frees it with release(). The book owns
- * its sheets, formats and fonts. Use a book and its objects in one thread at a time; different
- * books share no state. Nothing throws: on an error, functions return null or false. If a function
- * that writes a cell, or one that cannot report an error, runs out of memory, save() fails.
+ * Created by xlCreateXMLBookW() or xlCreateBookW(). Owned by the caller, who frees it with
+ * release(). The book owns its sheets, formats and fonts. Use a book and its objects in one thread
+ * at a time; different books share no state.
+ *
+ * No function throws. On an error, functions return null, false or 0. If writing a cell, calling
+ * addCustomNumFormat() or calling setDefaultFont() runs out of memory, later calls of save() fail.
  */
 template <class Char>
 class IBookT
 {
 public:
     /**
-     * Writes the book to a file with mode 0600. Writes a temporary file in the same directory and
-     * renames it: on an error, an existing file is unchanged and no new file remains. A symbolic
-     * link is replaced, not followed. Fails if the book has no sheets or exceeds the limits of the
-     * file format. The book may be changed and saved again. The path is encoded as UTF-8 in every
-     * locale. `useTemp` has no effect.
+     * Writes the book to a temporary file with mode 0600 in the directory of `filename`, then
+     * renames it to `filename`. On an error, an existing file is unchanged and no new file remains.
+     * A symbolic link is replaced, not followed. Returns false if the book has no sheets or exceeds
+     * the limits of the file format. The book may be changed and saved again. The path is encoded
+     * as UTF-8 in every locale. `useTemp` has no effect.
      */
     virtual bool save(const Char *filename, bool useTemp = false) = 0;
 
     /**
      * Appends an empty sheet or, if `copyFrom` is not null, a copy of that sheet. Returns null if
-     * `copyFrom` belongs to another book, or if spreadsheet programs reject the name: if it is
-     * null, empty or longer than 31 UTF-16 units, contains a tab, a line break or any of []:*?/\,
-     * begins or ends with an apostrophe, or equals another sheet's name, ignoring case.
+     * `copyFrom` belongs to another book or if `name` is invalid. A name is invalid if it is null,
+     * empty or longer than 31 UTF-16 units, contains a tab, a line break or any of []:*?/\, begins
+     * or ends with an apostrophe, or equals the name of another sheet, ignoring case.
      */
     virtual ISheetT<Char> *addSheet(const Char *name, ISheetT<Char> *copyFrom = nullptr) = 0;
 
     /**
-     * Returns an identifier for IFormatT::setNumFormat. Equal codes have equal identifiers. Returns
-     * 0, the general number format, if the code is null, empty, longer than 255 UTF-16 units or
-     * contains a tab or a line break, or if the book has 200 other codes already.
+     * Returns the identifier of a number format code, for IFormatT::setNumFormat. Equal codes have
+     * equal identifiers. Returns 0, the general number format, if the code is null, empty or longer
+     * than 255 UTF-16 units, if it contains a tab or a line break, or if the book already has 200
+     * other codes.
      */
     virtual int addCustomNumFormat(const Char *customNumFormat) = 0;
 
@@ -53,19 +56,20 @@ public:
     virtual IFormatT<Char> *addFormat(IFormatT<Char> *copyFrom = nullptr) = 0;
 
     /**
-     * Adds a copy of the current default font or, if `copyFrom` is not null, of that font. Returns
-     * null if `copyFrom` belongs to another book.
+     * Adds a font: a copy of the current default font or, if `copyFrom` is not null, a copy of that
+     * font. Returns null if `copyFrom` belongs to another book.
      */
     virtual IFontT<Char> *addFont(IFontT<Char> *copyFrom = nullptr) = 0;
 
     /**
-     * Sets the font of all formats without a font of their own. The width of its digits is the unit
-     * of column widths. Has no effect if the name is null, empty or longer than 31 UTF-16 units or
-     * contains a tab or a line break, or if the size is outside 1 to 409 points.
+     * Sets the default font, used by cells without a format and by formats without a font. The
+     * width of a digit in this font is the unit of column widths. `fontSize` is in points. Has no
+     * effect if the name is null, empty or longer than 31 UTF-16 units, if it contains a tab or a
+     * line break, or if the size is not between 1 and 409.
      */
     virtual void setDefaultFont(const Char *fontName, int fontSize) = 0;
 
-    /** Accepts a licence, which this engine does not need and ignores. */
+    /** Has no effect, because this engine needs no licence. */
     virtual void setKey(const Char *name, const Char *key) = 0;
 
     /**
@@ -89,8 +93,8 @@ protected:
 
 } // namespace libxl
 
-/** Creates an empty book of the format Office Open XML (.xlsx). Returns null if out of memory. */
+/** Creates an empty book in Office Open XML format (.xlsx). Returns null if out of memory. */
 libxl::IBookT<wchar_t> *xlCreateXMLBookW();
 
-/** Creates an empty book of the binary format of Excel 97 (.xls). Returns null if out of memory. */
+/** Creates an empty book in the binary format of Excel 97 (.xls). Returns null if out of memory. */
 libxl::IBookT<wchar_t> *xlCreateBookW();

@@ -3,7 +3,7 @@
 namespace libxl
 {
 
-/** Horizontal alignment; General puts text left and numbers right. */
+/** Horizontal alignment. General aligns text left and numbers right. */
 enum class AlignH {
     General = 0,
     Left = 1,
@@ -35,8 +35,8 @@ enum class BorderStyle {
 };
 
 /**
- * A colour: Automatic, or an entry of the default palette of spreadsheet programs, whose 56 colours
- * are numbered from 8 to 63. Only some of them have a name here, but all may be passed.
+ * A colour: Automatic, or an entry of the default palette of spreadsheet programs. The palette has
+ * 56 entries, numbered from 8 to 63. For an entry that has no enumerator, cast its number to Color.
  */
 enum class Color {
     Black = 8,
@@ -50,7 +50,6 @@ enum class Color {
     Automatic = 64
 };
 
-/** What a cell contains. */
 enum class CellType { Empty = 0, Number = 1, String = 2 };
 
 } // namespace libxl

@@ -9,12 +9,12 @@ template <class Char>
 class IFontT;
 
 /**
- * How a cell looks, obtained from IBookT::addFormat.
+ * The appearance of cells, obtained from IBookT::addFormat.
  *
- * It belongs to the book and lives until the book is released. A change affects every cell that
- * uses the format, even if it was written before. A new format has the book's default font, the
- * general number format, the alignments General and Bottom, no borders and automatic border
- * colours. Values outside an enumeration are ignored.
+ * A format belongs to the book and lives until the book is released. A change affects every cell
+ * that uses the format, including cells that are already written. A new format has the book's
+ * default font, the general number format, the alignments General and Bottom, no borders and
+ * automatic border colours. Functions ignore values outside the range of an enumeration.
  */
 template <class Char>
 class IFormatT
@@ -33,7 +33,7 @@ public:
     /** Sets the style of all four sides. */
     virtual void setBorder(BorderStyle style) = 0;
 
-    /** Sets the colour of all four sides. It is visible only on sides that have a style. */
+    /** Sets the colour of all four sides. Only sides that have a style show the colour. */
     virtual void setBorderColor(Color colour) = 0;
 
     virtual void setBorderLeft(BorderStyle style) = 0;
