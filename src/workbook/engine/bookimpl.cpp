@@ -56,12 +56,12 @@ bool BookImpl::acceptsSheetName(const std::u16string &name) const
     });
 }
 
-/** Adds `value` to the model and returns the handle that represents it in the interface. */
+/** Adds `value` to the model. Returns the handle that represents it in the interface. */
 template <class Impl, class Data>
 Impl *BookImpl::add(std::deque<Data> &values, std::deque<Impl> &handles, Data value)
 {
     // Add the handle first: if push_back() throws, the unused handle does no harm. In the opposite
-    // order, a sheet without a handle could remain, and would be saved.
+    // order, a sheet without a handle could remain in the model, and save() would write it.
     Impl &handle = handles.emplace_back(data, values.size());
     values.push_back(std::move(value));
     return &handle;

@@ -10,7 +10,10 @@
 namespace workbook
 {
 
-/** Implements a book: owns the model, and the sheets, formats and fonts that callers use. */
+/**
+ * Implements IBookT. Owns the model, and the handles that represent its sheets, formats and fonts
+ * in the interface.
+ */
 class BookImpl final : public libxl::IBookT<wchar_t>
 {
 public:

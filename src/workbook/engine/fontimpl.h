@@ -6,7 +6,7 @@
 namespace workbook
 {
 
-/** Implements a font on the model. */
+/** Implements IFontT: changes a font of the model. */
 class FontImpl final : public libxl::IFontT<wchar_t>, public Handle
 {
 public:

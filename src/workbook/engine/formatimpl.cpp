@@ -9,7 +9,7 @@ namespace
 {
 
 /**
- * Returns whether `value` is one of the enumerators, which end with `last`. A caller can cast any
+ * Returns whether `value` is between 0 and `last`, the last enumerator. A caller can cast any
  * number to `Enum`, but files must contain only enumerators.
  */
 template <class Enum>

@@ -6,7 +6,7 @@
 namespace workbook
 {
 
-/** Implements a format on the model. */
+/** Implements IFormatT: checks arguments and changes a format of the model. */
 class FormatImpl final : public libxl::IFormatT<wchar_t>, public Handle
 {
 public:

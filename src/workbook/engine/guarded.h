@@ -6,8 +6,8 @@ namespace workbook
 {
 
 /**
- * Runs an operation of the interface. Returns `failure` if it throws, because no exception may
- * leave the engine.
+ * Runs an operation of the interface and returns its result. Returns `failure` if the operation
+ * throws, because no exception may leave the engine.
  */
 template <class Result, class Operation>
 Result guarded(Result failure, Operation operation) noexcept
@@ -19,7 +19,7 @@ Result guarded(Result failure, Operation operation) noexcept
     }
 }
 
-/** Runs an operation without a result. Returns false if it throws. */
+/** Runs an operation without a result. Returns false if the operation throws. */
 template <class Operation>
 bool guarded(Operation operation) noexcept
 {

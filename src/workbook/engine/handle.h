@@ -8,7 +8,10 @@
 namespace workbook
 {
 
-/** The base class of sheets, formats and fonts: refers to their data in the model of a book. */
+/**
+ * The base class of SheetImpl, FormatImpl and FontImpl. Refers to one sheet, format or font in the
+ * model of a book.
+ */
 class Handle
 {
 public:

@@ -42,8 +42,8 @@ std::optional<std::uint32_t> SheetImpl::formatIndex(libxl::IFormatT<wchar_t> *fo
 }
 
 /**
- * Writes a cell. `fill` sets its kind and value. If `fill` returns false, or the format belongs to
- * another book, the cell becomes empty.
+ * Writes a cell. `fill` sets the kind and the value of the cell. If `fill` returns false, or if the
+ * format belongs to another book, the cell becomes empty.
  */
 template <class Fill>
 bool SheetImpl::writeCell(int row, int col, libxl::IFormatT<wchar_t> *format, Fill fill)

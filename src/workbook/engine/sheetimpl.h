@@ -10,7 +10,7 @@
 namespace workbook
 {
 
-/** Implements a sheet on the model: checks arguments and stores them. */
+/** Implements ISheetT: checks arguments and changes a sheet of the model. */
 class SheetImpl final : public libxl::ISheetT<wchar_t>, public Handle
 {
 public:

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-/** The characters that formulas are made of, independent of the locale. */
+/** Functions for the characters of formulas. They do not depend on the locale. */
 namespace workbook
 {
 
@@ -17,7 +17,7 @@ constexpr bool isLetter(char16_t unit)
     return (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z');
 }
 
-/** `unit` must be a letter. */
+/** Returns the capital of `unit`, which must be a letter. */
 constexpr char upper(char16_t unit)
 {
     return static_cast<char>(unit >= u'a' ? unit - u'a' + u'A' : unit);

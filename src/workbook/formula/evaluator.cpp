@@ -23,7 +23,8 @@ FormulaValue checked(double number)
 
 FormulaValue combined(Operator op, const FormulaValue &left, const FormulaValue &right)
 {
-    // An unknown operand may be an error, which would take precedence, so the result is unknown.
+    // An unknown operand may be a number, a text or an error. The result is unknown even if the
+    // other operand is an error, because it may be another error.
     if (left.kind == Kind::Unknown || right.kind == Kind::Unknown)
         return {};
     if (left.kind != Kind::Number)
@@ -56,9 +57,9 @@ Evaluator::Evaluator(const BookData &bookData, const SheetData &sheetData)
 FormulaValue Evaluator::valueOf(const Cell &cell, FormulaTokens formula)
 {
     // Use an explicit stack instead of recursion, so that chains of formulas may have any length. A
-    // formula stays on the stack until the formulas that it refers to are evaluated. If one of them
-    // refers back to the waiting formula, the two are part of a cycle, and the value of the waiting
-    // formula is unknown there.
+    // formula stays on the stack, with an unknown value, until the formulas that it refers to are
+    // evaluated. In a cycle, some formula refers to one that is still on the stack, so all formulas
+    // of the cycle become unknown.
     const auto known = values.find(&cell);
     if (known != values.end())
         return known->second;
@@ -76,7 +77,7 @@ FormulaValue Evaluator::valueOf(const Cell &cell, FormulaTokens formula)
 
 /**
  * Pushes the formulas that the last waiting formula refers to, except for formulas that are in
- * `values` or cannot be parsed. Returns whether there are any.
+ * `values` or that cannot be parsed. Returns whether it pushed any.
  */
 bool Evaluator::pushOpenCells(std::vector<Waiting> &waiting) const
 {

@@ -12,7 +12,7 @@ namespace workbook
 struct BookData;
 struct SheetData;
 
-/** The value of a formula; Unknown if this engine cannot compute it. */
+/** The value of a formula. The kind is Unknown if the engine cannot compute the value. */
 struct FormulaValue {
     enum class Kind { Unknown, Number, DivisionByZero, Overflow };
 
@@ -22,9 +22,9 @@ struct FormulaValue {
 
 /**
  * Evaluates the formulas of one sheet, so that programs which only display a file show the right
- * values. An empty cell counts as 0; texts, cycles and formulas that parseFormula() does not
- * understand are unknown. The time depends on the number of references, but not on the length of
- * their chains.
+ * values. An empty cell counts as 0. A formula has an unknown value if it is part of a cycle, if
+ * parseFormula() cannot parse it, or if it refers to a text or to an unknown value. Each
+ * reference is followed only once, however long the chains of references are.
  */
 class Evaluator
 {
@@ -32,7 +32,7 @@ public:
     /** The cells of the sheet must be sorted and must not change. */
     Evaluator(const BookData &book, const SheetData &sheet);
 
-    /** Returns the value of `cell`, a formula of the sheet that has been parsed as `formula`. */
+    /** Returns the value of `cell`, which contains a formula. `formula` is the parsed formula. */
     FormulaValue valueOf(const Cell &cell, FormulaTokens formula);
 
 private:

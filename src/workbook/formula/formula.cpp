@@ -16,7 +16,7 @@ constexpr int maxDepth = 64;
 
 /**
  * A recursive-descent parser that appends tokens in postfix order. Each parsing function returns
- * false if this engine does not understand the text.
+ * false if the text is not a formula that parseFormula() supports.
  */
 class Parser
 {

@@ -27,12 +27,13 @@ struct FormulaToken {
     CellReference cell; // if `op` is Cell
 };
 
-/** A formula in postfix order, each operator after its operands: "1+2*3" is 1 2 3 * +. */
+/** A formula in postfix order: each operator follows its operands. "1+2*3" is 1 2 3 * +. */
 using FormulaTokens = std::vector<FormulaToken>;
 
 /**
- * Parses a formula without its leading "=": cells of the same sheet, numbers, + - * /, signs and
- * parentheses, with at most 63 nested signs and parentheses. Returns nothing for anything else.
+ * Parses a formula that consists of cells of the same sheet, numbers, + - * /, signs and
+ * parentheses, with at most 63 nested signs and parentheses. `text` must not include the leading
+ * "=". Returns nothing for any other formula.
  */
 std::optional<FormulaTokens> parseFormula(std::u16string_view text);
 

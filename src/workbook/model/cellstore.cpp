@@ -32,7 +32,7 @@ void CellStore::put(const Cell &cell)
     const bool inOrder = isSorted() && (cells.empty() || before(cells.back(), cell));
     if (!inOrder && replace(cell))
         return;
-    cells.push_back(cell); // before any change, because it may throw
+    cells.push_back(cell); // first: if it throws, nothing has changed
     holdsErased = holdsErased || cell.kind() == CellKind::Erased;
     if (inOrder)
         ++sortedEnd;
@@ -41,8 +41,8 @@ void CellStore::put(const Cell &cell)
 }
 
 /**
- * Replaces the cell at the same place. Returns false if there is none, or if there is an unsorted
- * tail, which may contain that place too.
+ * Replaces the stored cell at the same row and column. Returns false if there is no such cell, or
+ * if there is an unsorted tail, because the tail may contain another cell at that row and column.
  */
 bool CellStore::replace(const Cell &cell)
 {
@@ -59,11 +59,12 @@ bool CellStore::replace(const Cell &cell)
 void CellStore::sort() noexcept
 {
     if (!isSorted()) {
-        // Both algorithms are stable, so among cells at one place the one written last stays last.
+        // stable_sort() and inplace_merge() keep the order of cells with equal keys: the cell
+        // written last stays last.
         const auto tail = cells.begin() + static_cast<std::ptrdiff_t>(sortedEnd);
         std::stable_sort(tail, cells.end(), before);
         std::inplace_merge(cells.begin(), tail, cells.end(), before);
-        // In reverse, unique() keeps the last of them.
+        // unique() keeps the first of several equal cells: in reverse order, the one written last.
         const auto samePlace = [](const Cell &a, const Cell &b) {
             return a.key() == b.key();
         };

@@ -9,7 +9,7 @@ namespace workbook
 
 enum class CellKind : std::uint8_t { Erased, Blank, Number, Text, Formula };
 
-/** A cell in only 16 bytes, because a sheet of a hundred thousand rows has millions of cells. */
+/** A cell. Packed into 16 bytes, because a sheet can have millions of cells. */
 struct Cell {
     std::uint64_t row : 20;
     std::uint64_t column : 14;
@@ -32,30 +32,31 @@ static_assert(sizeof(Cell) == 16);
 Cell makeCell(int row, int column, CellKind kind, std::uint32_t format = 0);
 
 /**
- * The cells of a sheet. They may be written in any order, and the last write to a place wins.
+ * The cells of a sheet. They may be written in any order. If several cells are written to the same
+ * row and column, the last one wins.
  *
- * Files order cells by row, then by column. A cell that comes in this order extends the sorted
- * part. Any other cell replaces the cell at its place or, if there is none, starts an unsorted
- * tail, to which all further cells are appended. The tail is merged once it is as long as the
- * sorted part and has at least 4,096 cells. The average time per cell therefore grows at most with
- * the logarithm of the number of cells.
+ * Cells are sorted by row, then by column, as files need them. A cell written in this order extends
+ * the sorted part. Any other cell replaces the cell at the same row and column or, if there is no
+ * such cell, starts an unsorted tail. All further cells are appended to the tail. Once the tail is
+ * as long as the sorted part and has at least 4,096 cells, it is merged into the sorted part. The
+ * average time per cell therefore grows at most with the logarithm of the number of cells.
  */
 class CellStore
 {
 public:
     /**
-     * Writes a cell. A cell of kind Erased removes the cell at its place. If put() throws, nothing
-     * has changed.
+     * Writes a cell. A cell of kind Erased removes the cell at the same row and column. If put()
+     * throws, nothing has changed.
      */
     void put(const Cell &cell);
 
-    /** Sorts the cells, and removes the overwritten and the erased ones. */
+    /** Sorts the cells. Removes overwritten and erased cells. */
     void sort() noexcept;
 
     /** Returns all cells. Call sort() first. */
     [[nodiscard]] const std::vector<Cell> &all() const { return cells; }
 
-    /** Returns the cell at a place, or null. Call sort() first. */
+    /** Returns the cell, or null if there is no such cell. Call sort() first. */
     [[nodiscard]] const Cell *find(int row, int column) const;
 
 private:

@@ -9,9 +9,9 @@ class ByteSink;
 struct BookData;
 
 /**
- * All that the engine knows about a file format; to add a format, define another constant. The book
- * passed to `write` has at least one sheet, and its cells are sorted. If the format cannot
- * represent the book, `write` calls ByteSink::fail.
+ * Everything the engine needs to know about a file format. To add a format, define another
+ * constant. The book passed to `write` has at least one sheet, and the cells of its sheets are
+ * sorted. If the format cannot represent the book, `write` calls ByteSink::fail.
  */
 struct FileFormat {
     int rows;

@@ -14,8 +14,8 @@
 #include <vector>
 
 /**
- * The content of a book as plain values. The engine checks and stores them; the writers of the file
- * formats read them and do not know the engine.
+ * The content of a book as plain values. The classes in engine/ check and store the values. The
+ * writers in xls/ and xlsx/ read them and do not depend on engine/.
  */
 namespace workbook
 {
@@ -72,8 +72,8 @@ struct PrintFit {
 struct SheetData {
     std::u16string name;
     CellStore cells;
-    std::map<int, ColumnData> columns; // only those that were set
-    std::map<int, RowData> rows;       // only those that were set
+    std::map<int, ColumnData> columns; // only columns that were set
+    std::map<int, RowData> rows;       // only rows that were set
     int frozenRows = 0;
     int frozenColumns = 0;
     bool showGridlines = true;
@@ -99,7 +99,7 @@ struct BookData {
     StringTable strings;
     StringTable formulas; // without the leading "="
     bool rgbColours = false;
-    bool ranOut = false; // of memory: a cell or a setting was lost, so save() must fail
+    bool ranOut = false; // out of memory: a cell or a setting was lost, so save() must fail
 };
 
 } // namespace workbook

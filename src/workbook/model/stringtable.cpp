@@ -12,8 +12,8 @@ namespace
 constexpr std::size_t firstSlots = 256;
 
 /**
- * Returns whether the texts are equal. Faster than the standard library, which compares char16_t
- * texts unit by unit.
+ * Returns whether the texts are equal. Faster than operator==, which compares char16_t texts unit
+ * by unit.
  */
 bool sameUnits(std::u16string_view a, std::u16string_view b)
 {
@@ -37,7 +37,7 @@ std::uint32_t StringTable::intern(std::u16string_view text)
     if (slots[slot] != 0)
         return slots[slot] - 1;
 
-    // Append the characters first: if push_back() throws, they remain, but no entry refers to them.
+    // Append the characters first: if push_back() throws, no entry refers to them.
     const std::size_t begin = characters.size();
     characters += text;
     entries.push_back({begin, static_cast<std::uint32_t>(text.size()), hash});

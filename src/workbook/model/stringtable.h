@@ -12,13 +12,13 @@ namespace workbook
 /**
  * A set of distinct texts, numbered from 0 in the order of their insertion.
  *
- * All characters are in one block and the hash table contains only numbers, so that looking up a
- * text does not copy it.
+ * All characters are in one string, and the hash table contains only the numbers of texts. Looking
+ * up a text therefore does not copy it.
  */
 class StringTable
 {
 public:
-    /** Returns the number of `text`, adding it if it is new. */
+    /** Returns the number of `text`. Adds `text` if it is new. */
     std::uint32_t intern(std::u16string_view text);
 
     /** Returns the text that has the number `index`. Valid until the next intern(). */
@@ -38,8 +38,8 @@ private:
 
     std::u16string characters;
     std::vector<Entry> entries;
-    // The hash table: 0 in a free slot, otherwise the number of a text + 1. Its size is a power of
-    // two.
+    // The hash table. A slot is 0 if it is free, otherwise the number of a text + 1. The number of
+    // slots is a power of two.
     std::vector<std::uint32_t> slots;
 };
 

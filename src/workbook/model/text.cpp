@@ -19,7 +19,7 @@ constexpr char32_t joined(char16_t high, char16_t low)
     return 0x10000U + ((high - 0xD800U) << 10U) + (low - 0xDC00U);
 }
 
-/** Returns whether a character lies between the controls and the surrogates, as nearly all do. */
+/** Returns whether a character is between the controls and the surrogates, as most are. */
 constexpr bool isUsual(char32_t point)
 {
     return point - 0x20U < 0xD800U - 0x20U;
@@ -33,8 +33,8 @@ constexpr bool fitsXml(char32_t point)
 }
 
 /**
- * Returns the next character and moves `text` past it. Two wide characters that form a surrogate
- * pair are one character.
+ * Returns the next character and moves `text` past it. Combines two wide characters that form a
+ * surrogate pair into one character.
  */
 char32_t takePoint(const wchar_t *&text)
 {
@@ -57,9 +57,9 @@ void appendUtf16(std::u16string &units, char32_t point)
 }
 
 /**
- * Returns the small letter for a letter of Latin Extended-A. There, nearly every capital letter is
- * directly followed by its small letter. Whether the code of the capital is even or odd depends on
- * the range.
+ * Returns the small letter for a letter of Latin Extended-A. In this block, the code of a small
+ * letter is nearly always the code of its capital plus one. Capitals have odd codes in two ranges
+ * and even codes elsewhere.
  */
 char16_t foldLatinExtended(char16_t unit)
 {

@@ -12,13 +12,17 @@ namespace workbook
 {
 
 /**
- * Converts a caller's text to UTF-16 in `units`, without the characters that XML cannot represent:
- * those below U+0020 except tab, line feed and carriage return, lone surrogates, U+FFFE and U+FFFF.
- * Returns false if `text` is null or the result is longer than `maxUnits`.
+ * Converts `text` to UTF-16 and stores the result in `units`. Removes the characters that XML
+ * cannot represent: characters below U+0020 except tab, line feed and carriage return, lone
+ * surrogates, U+FFFE and U+FFFF. Returns false if `text` is null or the result is longer than
+ * `maxUnits`.
  */
 bool readText(const wchar_t *text, std::size_t maxUnits, std::u16string &units);
 
-/** Returns the path in UTF-8; empty for null. Invalid characters become U+FFFD. */
+/**
+ * Returns the path in UTF-8, or an empty string if `path` is null. Lone surrogates, U+FFFE, U+FFFF
+ * and values above U+10FFFF become U+FFFD.
+ */
 std::string utf8Path(const wchar_t *path);
 
 /** Returns whether `text` contains neither tabs nor line breaks. */
@@ -32,7 +36,10 @@ constexpr bool isHighSurrogate(char32_t unit)
 
 constexpr std::size_t maxUtf8Bytes = 4;
 
-/** Writes a character to `out`, in at most maxUtf8Bytes. Returns the position after it. */
+/**
+ * Writes a character in UTF-8 to `out`: at most maxUtf8Bytes bytes. Returns the position after the
+ * last byte.
+ */
 char *putUtf8(char32_t point, char *out);
 
 /** Removes and returns the first character of `text`, which must not be empty. */
