@@ -115,8 +115,8 @@ QString MonthlyAttenData::uidText() const
     return uids.join(QLatin1Char(','));
 }
 
-/// Reads the numbers of all people. The first column shows these numbers, and not the ones that the
-/// statement of loadPeople() selects.
+/// Reads the pid and pamId of all people for the first column. The statement of loadPeople()
+/// selects both too, but loadPeople() does not read them.
 bool MonthlyAttenData::loadNumbers()
 {
     QSqlQuery query = freshQuery(database);
@@ -175,8 +175,7 @@ bool MonthlyAttenData::loadInterruptions(const QString &uids)
     return true;
 }
 
-/// Reads the worked hours with a statement of their own, although the statement of the totals
-/// selects them too.
+/// Reads the worked hours with a separate statement, although totalsStatement() selects them too.
 bool MonthlyAttenData::loadWork(const QString &uids)
 {
     QSqlQuery query = freshQuery(database);

@@ -10,7 +10,7 @@
 #include <QStringList>
 #include <QVector>
 
-/// The product's kinds of interruption.
+/// A schema's kinds of interruption.
 struct InterruptionCatalogue {
     QHash<unsigned int, QString> iidToName;
     QHash<QString, unsigned int> shortcutToIid;
@@ -20,17 +20,17 @@ struct InterruptionCatalogue {
 struct AttenMonth {
     explicit AttenMonth(const QDate &date);
 
-    QString start; ///< the first second, in decimal Unix seconds
-    QString end;   ///< the first second of the next month
+    QString start; ///< the month's first second, in decimal Unix seconds
+    QString end;   ///< the next month's first second, in decimal Unix seconds
     QString key;   ///< year * 100 + month
 };
 
 /**
  * Reads what the monthly report shows.
  *
- * Lives for one workbook. For the thread that owns the connection. Failed queries are logged.
- * Without the people there is no report; if another query fails, its values stay empty and the
- * report goes on.
+ * Create one for each workbook, in the thread that owns the connection. Failed queries are logged.
+ * If the people cannot be read, there is no report. If another query fails, its values stay empty
+ * and the report goes on.
  */
 class MonthlyAttenData
 {
@@ -38,10 +38,9 @@ public:
     MonthlyAttenData(const QSqlDatabase &db, const MonthlyAttenOptions &reportOptions,
                      const QDate &today);
 
-    /// Loads the people of the month, in the order of the sheet. Returns false when the query
-    /// failed.
+    /// Loads the people of the month, in the order of the sheet. Returns false if the query failed.
     bool loadPeople();
-    /// Loads everything else about these people. Returns false when a query failed.
+    /// Loads everything else about these people. Returns false if a query failed.
     bool loadValues();
 
     /// Returns the statements that a report runs to read the schema, for person 0 and the month of
@@ -78,7 +77,7 @@ private:
     MonthlyAttenOptions options;
     AttenMonth month;
     QVector<Person> people;
-    // All by uid; each person's interruptions by interruption id.
+    // The keys are uids. The inner keys of `interruptionHours` are interruption ids.
     QHash<unsigned int, Numbers> numbers;
     QHash<unsigned int, Totals> totals;
     QHash<unsigned int, QHash<unsigned int, double>> interruptionHours;

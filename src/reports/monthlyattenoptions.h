@@ -7,9 +7,9 @@
  * exports use them too.
  */
 struct MonthlyAttenOptions : StoredOptions<MonthlyAttenOptions> {
-    int advancedOvertime = 0;   ///< exactly 1: overtime from `saldo_p` instead of `totalSaldo`
+    int advancedOvertime = 0;   ///< 1: overtime from `saldo_p`; otherwise from `totalSaldo`
     bool payrollNumber = false; ///< shown instead of the personal number
-    QStringList extraShortcuts; ///< a column for each of these interruptions; not trimmed
+    QStringList extraShortcuts; ///< one column for each of these; not trimmed
 
     static const std::vector<StoredOption<MonthlyAttenOptions>> &table();
 };

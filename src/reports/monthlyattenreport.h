@@ -18,7 +18,7 @@ public:
     /// See ReportKind::needs.
     static ReportNeeds needs(const QMap<QString, QVariant> &values, const QDate &today);
 
-    /// Adds the schema's kinds of interruption to both maps. Returns false when the query failed.
+    /// Adds the schema's kinds of interruption to both maps. Returns false if the query failed.
     bool loadInterruptionMaps(QHash<unsigned, QString> &iidToName,
                               QHash<QString, unsigned> &shortcutToIid);
 

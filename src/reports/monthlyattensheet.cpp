@@ -32,8 +32,8 @@ MonthlyAttenSheet::MonthlyAttenSheet(libxl::IBookT<wchar_t> &targetBook,
         formula = resolveFormula(formula, columns);
 }
 
-/// Lists the columns from left to right. The product fixes the six interruption ids; the
-/// catalogue serves only the extra columns.
+/// Lists the columns from left to right. The six interruption ids are fixed; only the extra columns
+/// use the catalogue.
 void MonthlyAttenSheet::addColumns(const MonthlyAttenOptions &options,
                                    const InterruptionCatalogue &catalogue)
 {
@@ -60,7 +60,7 @@ void MonthlyAttenSheet::addColumns(const MonthlyAttenOptions &options,
          "worked"},
         formulaColumn(tr("Rozdiel"), defaultWidth, "={worked}-{planned}", false),
         formulaColumn(tr("Odpracované hodiny v %"), 24, "={worked}/({planned}/100)", true),
-        // For the reader to fill in.
+        // Left empty, for the recipient to fill in.
         {tr("Navrhnuté prémie"), 18, [](auto, auto &) {}, "bonus"},
         formulaColumn(tr("Výsledné prémie"), 18, "={bonus}*({worked}/100)", true),
         valueColumn(tr("Sviatok"), 18, &Values::holidayFond),
@@ -114,8 +114,8 @@ MonthlyAttenSheet::Column MonthlyAttenSheet::interruptionColumn(const QString &h
             }};
 }
 
-/// Returns the column of one of the extra shortcuts. An unknown shortcut makes a column with an
-/// empty heading and, because no hours have id 0, empty cells.
+/// Returns the column of an extra shortcut. An unknown shortcut gets id 0, which has neither a
+/// heading nor hours, so that its column is empty.
 MonthlyAttenSheet::Column
 MonthlyAttenSheet::extraColumn(const QString &shortcut,
                                const InterruptionCatalogue &catalogue) const
@@ -154,7 +154,7 @@ bool MonthlyAttenSheet::begin()
     return true;
 }
 
-/// If the engine cannot create a format, its cells are written without one.
+/// If the engine cannot create a format, the cells that use it are written without a format.
 void MonthlyAttenSheet::createFormats(int decimalNumber)
 {
     libxl::IFontT<wchar_t> *boldFont = book.addFont();

@@ -12,7 +12,8 @@
 /**
  * Writes the sheet of the monthly report, one row per person.
  *
- * The book must exist until finish() has returned. Cells that the engine refuses stay empty.
+ * The book must exist until finish() has returned. A cell stays empty if the engine rejects its
+ * value.
  */
 class MonthlyAttenSheet
 {
@@ -23,7 +24,7 @@ public:
                       const InterruptionCatalogue &catalogue);
     Q_DISABLE_COPY_MOVE(MonthlyAttenSheet)
 
-    /// Adds the sheet and writes the heading row. Returns false when the book refuses the sheet.
+    /// Adds the sheet and writes the heading row. Returns false if the book rejects the sheet.
     bool begin();
 
     /// Appends a row.
@@ -50,7 +51,7 @@ private:
 
     libxl::IBookT<wchar_t> &book;
     QVector<Column> columns;
-    QStringList formulas; ///< of the formula columns, with column letters
+    QStringList formulas; ///< one per formula column, such as "=K%1-C%1"
     libxl::ISheetT<wchar_t> *sheet = nullptr;
     libxl::IFormatT<wchar_t> *headingFormat = nullptr;
     libxl::IFormatT<wchar_t> *idFormat = nullptr;

@@ -14,7 +14,7 @@ namespace
 
 constexpr int fontPoints = 10;
 
-/// Returns the free space if its lack caused `error`, otherwise an empty text.
+/// Returns a text with the free space if its lack caused `error`, otherwise an empty text.
 QString roomText(const QString &folder, int error)
 {
     struct statvfs room = {};
@@ -45,8 +45,8 @@ void setUpReportBook(libxl::IBookT<wchar_t> &book, const char *report)
 
 QString reportPath(const QString &fileName)
 {
-    // Qt returns an empty text if the directory does not exist. With that text, the path would be
-    // in the root directory.
+    // Qt returns an empty text if the directory does not exist. The path would then be in the root
+    // directory.
     const QString existing = QDir::tempPath();
     const QString folder =
         existing.isEmpty() ? qEnvironmentVariable("TMPDIR", QStringLiteral("/tmp")) : existing;
@@ -55,7 +55,7 @@ QString reportPath(const QString &fileName)
 
 bool saveReportBook(ReportBook book, const QString &path, const char *report)
 {
-    errno = 0; // save() sets it only on an error of the system
+    errno = 0; // save() sets errno only on a system error
     const bool saved = book->save(path.toStdWString().c_str());
     const int error = errno;
     book.reset();

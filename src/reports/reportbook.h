@@ -13,8 +13,9 @@ struct ReleaseBook {
 /// Owns a book and releases it, whether or not it was saved.
 using ReportBook = std::unique_ptr<libxl::IBookT<wchar_t>, ReleaseBook>;
 
-/// Passes the licence to a new book and sets the book up as all reports do. If the engine refuses
-/// the locale, logs that; the book stays usable. `report` is the report's class, for the log.
+/// Passes the licence to a new book and applies the settings that all reports share. If the engine
+/// rejects the locale, logs a warning; the book stays usable. `report` is the report's class, for
+/// the log.
 void setUpReportBook(libxl::IBookT<wchar_t> &book, const char *report);
 
 /// Returns the path of a report's file in the temporary directory. If that directory does not

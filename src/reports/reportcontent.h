@@ -3,10 +3,10 @@
 #include "workbook/book.h"
 
 /**
- * What one workbook shows: reads the data of a run and writes it to one sheet, row by row.
+ * Reads the data of one run and writes it to the sheet of its workbook, row by row.
  *
- * Lives for one workbook, in the thread of its report and on the report's connection. Failed
- * queries are logged. Call the functions in the order of their declaration.
+ * Uses the report's connection, in the report's thread. Failed queries are logged. Call the
+ * functions in the order of their declaration.
  */
 class ReportContent
 {
@@ -16,8 +16,8 @@ public:
     ReportContent(const ReportContent &) = delete;
     ReportContent &operator=(const ReportContent &) = delete;
 
-    /// Loads the people. Returns false if the query failed, which ends the run. The run survives
-    /// other failed queries unless the connection is lost.
+    /// Loads the people. Returns false if the query failed; the run then ends. After any other
+    /// failed query, the run goes on unless the connection is lost.
     virtual bool loadPeople() = 0;
     /// Returns the number of rows below the headings; 0 if there are no people.
     virtual int rowCount() const = 0;
@@ -26,7 +26,7 @@ public:
     virtual bool loadValues() = 0;
 
     /// Adds the sheet and writes its headings. `book` must exist until endSheet() has returned.
-    /// Returns false if the book refuses the sheet.
+    /// Returns false if the book rejects the sheet.
     virtual bool beginSheet(libxl::IBookT<wchar_t> &book) = 0;
     /// Writes the next row. Returns false if a query failed or the run is stopped, so that values
     /// may be missing.

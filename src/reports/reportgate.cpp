@@ -12,11 +12,11 @@ namespace
 /// busy.
 constexpr std::chrono::milliseconds slice{250};
 
-/// Two, so that another run uses the core while one waits for its server.
+/// Two, so that one run uses the core while the other waits for its server.
 constexpr int runsPerCore = 2;
 constexpr std::chrono::minutes processPatience{1};
 
-/// Releases a lock, and acquires it again on destruction.
+/// Releases a lock and acquires it again in the destructor.
 class Unlocked
 {
 public:
@@ -35,10 +35,10 @@ private:
 } // namespace
 
 /**
- * A thread's position in the queue, given up by the destructor.
+ * A thread's position in the queue, which the destructor gives up.
  *
- * Each waiter has a condition of its own, so that a free place wakes one thread instead of all.
- * Created and destroyed with the mutex locked.
+ * Each waiter has its own condition variable, so that a free place wakes one thread instead of all.
+ * Create and destroy a waiter with the mutex locked.
  */
 class ReportGate::Waiter
 {
@@ -58,7 +58,7 @@ public:
 
     void wake() { condition.notify_one(); }
 
-    /// Waits until woken, or until the slice is over.
+    /// Waits for wake(), but at most for the length of a slice.
     void waitForSlice(std::unique_lock<std::mutex> &lock) { condition.wait_for(lock, slice); }
 
 private:

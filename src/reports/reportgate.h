@@ -11,7 +11,7 @@
  * Limits how many runs work at the same time. The others wait, first come, first served.
  *
  * A place held for longer than `patience` no longer counts: its run is probably waiting for a
- * silent server, and customers on other servers should not wait with it. Thread-safe.
+ * silent server, and customers on other servers should not have to wait for it. Thread-safe.
  */
 class ReportGate
 {
@@ -42,7 +42,7 @@ public:
 
     private:
         ReportGate &gate;
-        std::list<Clock::time_point>::iterator place; ///< valid if held
+        std::list<Clock::time_point>::iterator place; ///< in `taken`; valid if held
         bool held = false;
         bool waited = false;
     };
@@ -55,7 +55,7 @@ private:
 
     const int places;
     const std::chrono::milliseconds patience;
-    std::mutex mutex; ///< guards the two lists
+    std::mutex mutex; ///< guards `queue` and `taken`
     std::list<Waiter *> queue;
     std::list<Clock::time_point> taken; ///< when each held pass got its place
 };

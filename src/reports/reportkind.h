@@ -13,10 +13,10 @@ class AttenReport;
 struct BookFormat;
 class QObject;
 
-/// What a run needs of a schema.
+/// What a run needs from a schema.
 struct ReportNeeds {
-    /// The statements that read the schema. If one fails, the report lacks its values. The first
-    /// one reads the people, without whom there is no report.
+    /// The statements that read the schema. The first one reads the people, without whom there is
+    /// no report. If another one fails, the report lacks its values.
     QStringList statements;
     QString countStatement; ///< counts the people
     int rowsPerPerson;      ///< of the workbook
@@ -24,9 +24,9 @@ struct ReportNeeds {
 };
 
 /**
- * One row of the table of reports: everything that callers need to handle a report without knowing
- * its class. The worker, the scan, the host's metrics and the operator's commands iterate over the
- * table. To add a report, write its class and add a row.
+ * One row of the table of reports. Contains everything that callers need to handle a report without
+ * knowing its class. The worker, the scan, the host's metrics and the operator's commands iterate
+ * over the table. To add a report, write its class and add a row.
  */
 struct ReportKind {
     const char *word;      ///< its name on the command line: "daily"
@@ -41,8 +41,7 @@ struct ReportKind {
 
     /// Returns the keys in `vars` of the report's options, which have no prefix.
     QStringList (*optionKeys)();
-    /// Returns what a run on `today` needs. `options` has the values of the optionKeys() that are
-    /// stored.
+    /// Returns what a run on `today` needs. `options` contains the stored values of optionKeys().
     ReportNeeds (*needs)(const QMap<QString, QVariant> &options, const QDate &today);
 
     /// Returns the key in `vars` of the setting `name`.

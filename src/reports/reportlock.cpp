@@ -10,7 +10,7 @@ namespace
 {
 
 /// Returns the class name and a hash of the database's name. Lock names are global to the server
-/// and limited to 64 characters, and a database's name alone may have as many.
+/// and limited to 64 characters; a database's name alone may have 64.
 QString lockName(const QSqlDatabase &database, const char *className)
 {
     const QByteArray schema =
@@ -31,12 +31,12 @@ bool ReportLock::acquire()
     QSqlQuery query = freshQuery(database);
     if (!query.exec(QStringLiteral("SELECT GET_LOCK('%1', 0), CONNECTION_ID()").arg(name)) ||
         !query.next()) {
-        connection = serverConnectionId(database); // exists even if the server has no locks
+        connection = serverConnectionId(database); // known even if the server has no locks
         return true;
     }
     connection = query.value(1).toULongLong();
     held = query.value(0).toInt() == 1;
-    return held || query.value(0).isNull(); // NULL: the server could not tell
+    return held || query.value(0).isNull(); // NULL: an error of the server
 }
 
 void ReportLock::release()

@@ -7,17 +7,17 @@
  * The named lock of one report of one schema. It keeps hosts that share the schema from making the
  * report at the same time.
  *
- * acquire() does not wait. The lock is released by release() or when the connection closes, but not
- * by the destructor, which runs no statement. Without the lock, skip the report.
+ * acquire() does not wait; if it returns false, skip the report. The lock is released by release()
+ * or when the connection closes, but not by the destructor, which runs no statement.
  */
 class ReportLock
 {
 public:
-    /// `className` is the report's class.
+    /// `className` is the name of the report's class and becomes part of the lock's name.
     ReportLock(const QSqlDatabase &db, const char *className);
 
-    /// Returns false if another connection has the lock. Returns true also if the server could not
-    /// be asked: one report too many is better than none.
+    /// Returns false if another connection has the lock. On an error, returns true nevertheless:
+    /// one report too many is better than none.
     bool acquire();
     void release();
 

@@ -29,10 +29,10 @@ QString mimeTypeName(const QString &path)
     return bookFormatOf(path).mimeType; // a system without a MIME database
 }
 
-/// A file open for reading. It is closed here and not by Qt: the sanitizers do not see Qt close it
-/// and would confuse it with the next file of the same number.
+/// The descriptor of a file open for reading. Closed here and not by Qt: the sanitizers do not see
+/// Qt close a descriptor, and would mistake the next file with the same number for this one.
 struct Descriptor {
-    // Like the workbook engine, names the file in UTF-8, whatever the process's locale.
+    // Encodes the path as UTF-8 in every locale, as the workbook engine does.
     explicit Descriptor(const QString &path)
         : number(::open(path.toUtf8().constData(), O_RDONLY | O_CLOEXEC))
     {
@@ -69,8 +69,8 @@ QByteArray attachmentDocument(const QString &path)
     const QJsonObject root{{QStringLiteral("attachments"), QJsonArray{attachment}}};
     const QByteArray frame = QJsonDocument(root).toJson(QJsonDocument::Indented);
 
-    // The file is inserted into the finished text: as a JSON value it would be in memory several
-    // times, partly as UTF-16. Keys are sorted, so the first "content" is the right one.
+    // The file is inserted into the finished JSON text. As a QJsonValue, it would be in memory
+    // several times, partly as UTF-16. Keys are sorted, so the first "content" is the right one.
     const QByteArray opening = QByteArrayLiteral("\"content\": \"");
     const int place = frame.indexOf(opening) + opening.size();
     const qint64 bytes = frame.size() + (file.size() / 3 + 1) * 4;

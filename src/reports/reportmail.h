@@ -5,12 +5,12 @@
 
 class ZasDbSettings;
 
-/// Returns the sender of the schema's mails: its setting "globalEmail", or else the build's
-/// default.
+/// Returns the sender of the schema's mails: the setting "globalEmail" or, if that is missing, the
+/// default chosen at build time.
 QString reportSender(const ZasDbSettings &settings);
 
 /**
- * Returns a JSON document with the file at `path` as its only attachment. Empty if the file cannot
- * be read, or if the document would be too large for a byte array.
+ * Returns a JSON document with the file at `path` as its only attachment. The document is empty if
+ * the file cannot be read, or if it would be too large for a byte array.
  */
 QByteArray attachmentDocument(const QString &path);

@@ -9,7 +9,7 @@
 /// When a run stores "lastGenerated", so that the report counts as made and is not due again that
 /// day.
 enum class CountsAsMade {
-    Never,       ///< an operator's run outside the schedule
+    Never,       ///< the run does not affect the schedule
     WithAnyMail, ///< once a mail is in the queue
     Always,      ///< even if no mail could be queued
 };
@@ -19,12 +19,11 @@ struct ReportRun {
     ReportSettings settings;
     QDateTime now;
     CountsAsMade countsWhen = CountsAsMade::Never;
-    /// Whether the schedule started the run, rather than an operator. A scheduled run ends if
+    /// Whether the schedule started the run, rather than an operator. Only a scheduled run ends if
     /// another host is faster.
     bool isScheduled = false;
-    /// The server's id of the connection when the run began, 0 if unknown. If the connection is
-    /// lost, the server rolls the run's mails back, so the run must not continue on another
-    /// connection.
+    /// The server's id of the connection on which the run began, 0 if unknown. If that connection
+    /// is lost, the server rolls the run's mails back, so the run must not continue on another one.
     qulonglong connectionId = 0;
     /// Called after each row, with the total number of rows.
     std::function<void(int)> progress = nullptr;
@@ -37,8 +36,9 @@ struct ReportRun {
 ReportRun runFor(const QStringList &recipients, const QDateTime &now, CountsAsMade countsWhen,
                  const QSqlDatabase &database);
 
-/// Returns whether the run should end: its thread is to stop, or the run was cancelled.
+/// Returns whether the run should end: it was cancelled, or the thread's interruption requested.
 bool isStopRequested(const ReportRun &run);
 
-/// Asks the server whether the run has lost the connection that it began on.
+/// Asks the server whether the run has lost the connection on which it began. Returns false if the
+/// id of that connection is unknown.
 bool isConnectionLost(const ReportRun &run, const QSqlDatabase &database);

@@ -22,7 +22,7 @@ QVector<ScheduleRule> dailyRules(const ReportSettings &settings, const QDateTime
 {
     return {{ScheduleVerdict::Disabled, settings.enabled},
             {ScheduleVerdict::NoRecipients, !settings.recipients.isEmpty()},
-            // An invalid time compares as earlier than any other.
+            // An invalid time compares as earlier than any valid one.
             {ScheduleVerdict::TooEarly, !(now.time() < settings.time)},
             {ScheduleVerdict::AlreadyGenerated, isOpenOn(now.date(), settings)}};
 }
@@ -33,8 +33,8 @@ QDateTime nextDailyMoment(const ReportSettings &settings, const QDateTime &now)
         return {};
     if (settings.lastGenerated > endOfYear9999) // never due again
         return {};
-    // After a clock error, the last report may be in the future. The next report is not due before
-    // that day.
+    // If the clock was wrong, `lastGenerated` may be in the future. The next report is not due
+    // before that day.
     const QDate last = QDateTime::fromSecsSinceEpoch(settings.lastGenerated).date();
     QDate date = last.isValid() ? std::max(last, now.date()) : QDate();
     while (date.isValid() && !isOpenOn(date, settings))
@@ -44,8 +44,8 @@ QDateTime nextDailyMoment(const ReportSettings &settings, const QDateTime &now)
     const QDateTime first = scheduledMoment(date, settings.time);
     if (now < first || !settings.time.isValid())
         return std::max(now, first);
-    // `now` is not before `first`. If it shows an earlier time of day nevertheless, the clock was
-    // set back, and the time comes again.
+    // Here `now` is not before `first`. If its time of day is earlier nevertheless, the clock was
+    // set back, and the configured time of day occurs again.
     return now.time() < settings.time ? now.addMSecs(now.time().msecsTo(settings.time)) : now;
 }
 
@@ -112,7 +112,7 @@ QDateTime scheduledMoment(const QDate &date, const QTime &time)
     if (early.date() == date && early.time() == time)
         return early;
 
-    // The clock was changed earlier that day. If it skipped `time`, find the end of the gap.
+    // The clock was changed earlier that day. If this skipped `time`, find the end of the gap.
     QDateTime moment(date, time);
     QTime minute(time.hour(), time.minute());
     while (!moment.isValid() && minute < QTime(23, 59)) {

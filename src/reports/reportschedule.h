@@ -62,9 +62,9 @@ ScheduleVerdict scheduleVerdict(const ReportSettings &settings, const QDateTime 
 /**
  * Returns the moment of a run that was due at `dueAt` and had to wait until `now`.
  *
- * Returns `now` if the report is still due, so that it shows the day on which it is made; otherwise
- * `dueAt`. A report that was due late in the evening and waited past midnight is thus made for the
- * day on which it was due, unless it is already due on the new day.
+ * Returns `now` if the report is still due at `now`, and `dueAt` otherwise. A report that was due
+ * late in the evening and waited past midnight is thus made for the day on which it was due, unless
+ * it is already due on the new day.
  */
 QDateTime momentAfterWait(const ReportSettings &settings, const QDateTime &dueAt,
                           const QDateTime &now);

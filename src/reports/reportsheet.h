@@ -30,7 +30,7 @@ struct ReportColumn {
     QString heading;
     double widthChars;
     std::function<void(const ReportCell &, const Values &)> write;
-    const char *name = ""; ///< by which formulas refer to the column
+    const char *name = ""; ///< the name by which formulas refer to the column
 };
 
 /// Writes the headings into row 0 and sets the columns' widths.
@@ -59,7 +59,8 @@ QString columnLetters(int col);
 
 /**
  * Replaces the column names in `pattern`, which are in braces, with column letters and "%1":
- * "={worked}-{planned}" becomes "=K%1-C%1". "%1" stands for the row's number, which begins at 1.
+ * "={worked}-{planned}" becomes "=K%1-C%1". The caller replaces "%1" with the row's number, counted
+ * from 1.
  */
 template <typename Values>
 QString resolveFormula(QString pattern, const QVector<ReportColumn<Values>> &columns)

@@ -11,7 +11,7 @@
 #include <functional>
 #include <vector>
 
-// Converts a stored value to the type of the member that receives it.
+// Convert a stored value to the type of the member that receives it.
 
 inline void readStored(const QVariant &stored, bool &value)
 {
@@ -29,7 +29,7 @@ inline void readStored(const QVariant &stored, QString &value)
 {
     value = stored.toString();
 }
-/// Splits the text at its commas. Drops empty parts and does not trim the others.
+/// Splits the text at its commas. Drops empty parts; does not trim the others.
 inline void readStored(const QVariant &stored, QStringList &value)
 {
     value = stored.toString().split(QLatin1Char(','), Qt::SkipEmptyParts);
@@ -68,7 +68,7 @@ struct StoredOption {
     std::function<void(const QVariant &, Options &)> read;
 };
 
-/// Returns the options that `values` contains for the keys of `table`, each preceded by `prefix`.
+/// Returns the options stored in `values` under the keys of `table`, each preceded by `prefix`.
 template <typename Options>
 Options optionsFromValues(const std::vector<StoredOption<Options>> &table,
                           const QMap<QString, QVariant> &values, const QString &prefix = QString())
@@ -95,7 +95,7 @@ struct StoredOptions {
         return keys;
     }
 
-    /// Returns the options stored in `values`. Keys without a value keep their defaults.
+    /// Returns the options stored in `values`. Options without a value keep their defaults.
     static Options of(const QMap<QString, QVariant> &values)
     {
         return optionsFromValues(Options::table(), values);
