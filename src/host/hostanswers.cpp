@@ -18,7 +18,7 @@ namespace
 {
 
 constexpr auto listenInterval = std::chrono::seconds(5);
-constexpr auto temporaryPatience = std::chrono::seconds(2); // delays the handling of signals
+constexpr auto temporaryPatience = std::chrono::seconds(2); // no signal is handled meanwhile
 
 HostAnswer aboutProcess(const ConnectionOptions &connection)
 {
@@ -35,7 +35,7 @@ HostAnswer aboutProcess(const ConnectionOptions &connection)
     return answer;
 }
 
-/// Checked for every answer, because the directory may have filled up.
+/// Checks the directory for every answer, because its disk may have filled up.
 void addTemporaryDirectory(HostAnswer &answer, TemporaryDirectoryProbe &probe)
 {
     using State = TemporaryDirectory::State;

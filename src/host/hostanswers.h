@@ -13,7 +13,7 @@ struct ServeOptions;
  * reports ended. If the socket cannot be created or is lost, logs that and tries again every few
  * seconds.
  *
- * Lives in the main thread. The state must outlive it.
+ * Lives in the main thread. The state must outlive the object.
  */
 class HostAnswers
 {

@@ -13,17 +13,18 @@
 namespace
 {
 
-// Not a failure: another host was faster, or the next tick makes the report.
+// The cause of a run that queued no mail but did not fail: another host was faster, or the next
+// tick makes the report.
 constexpr const char *leftToOthers = "elsewhere";
-constexpr int warningsKept = 4; // per run: the cause is among the first
+constexpr int warningsKept = 4; // per run; the first ones name the cause
 constexpr int warningChars = 200;
 
 struct Cause {
     const char *part; ///< of the log line that says why a run queued no mail
-    const char *name;
+    const char *name; ///< of the cause in the metrics
 };
 
-// Each part occurs in all variants of its line: "mail not created!" has two.
+// Each part occurs in all variants of its line; the line "mail not created!" has two.
 constexpr Cause causesByText[] = {
     {"people SQL", "query"},
     {"no people!", "no_people"},
@@ -63,7 +64,7 @@ const ReportKind *kindIn(const QString &message)
     return found == kinds.cend() ? nullptr : *found;
 }
 
-/// Removes the class and the function that the message begins with.
+/// Returns the message without the names of class and function at its beginning.
 QString withoutOrigin(const ReportKind &kind, const QString &message)
 {
     static const QRegularExpression function(
@@ -101,7 +102,7 @@ void HostState::take(QtMsgType type, const QString &message)
     else if (isWarning(type) && message.contains(QLatin1String(": the scan ends at schema "))) {
         const std::lock_guard guard(mutex);
         scanProblem = message.section(QLatin1String(" - "), 1);
-    } else if (isWarning(type)) { // by something that a report calls, such as the mail queue
+    } else if (isWarning(type)) { // from code that a report calls, such as the mail queue
         const std::lock_guard guard(mutex);
         running[token()].warn(message.section(QLatin1Char('\n'), 0, 0).left(warningChars));
     }
@@ -164,7 +165,7 @@ void HostState::endRun(const QString &kind, double seconds, int rows, quint64 ma
     if (mails == 0) {
         answer.last.cause = run.cause.isEmpty() ? QStringLiteral("other") : run.cause;
         answer.last.text = run.warnings.join(QStringLiteral("; "));
-        if (rows > 0 && run.cause.isEmpty()) { // blank recipients are skipped silently
+        if (rows > 0 && run.cause.isEmpty()) { // reports skip blank recipients without a warning
             answer.last.cause = QStringLiteral("recipients");
             answer.last.text = QStringLiteral("all recipients are blank");
         }
@@ -172,7 +173,7 @@ void HostState::endRun(const QString &kind, double seconds, int rows, quint64 ma
         ++totals.failed[answer.last.cause];
         return;
     }
-    if (run.cause == QLatin1String("mail")) { // some of them; the report is made nevertheless
+    if (run.cause == QLatin1String("mail")) { // some mails failed, but the report counts as made
         answer.lastFailure = answer.last;
         answer.lastFailure.cause = run.cause;
         answer.lastFailure.text = run.warnings.join(QStringLiteral("; "));

@@ -16,26 +16,26 @@ struct ReportKind;
 struct Durations {
     static constexpr std::array<double, 11> boundsSeconds{0.1, 0.5, 1,   2,   5,  10,
                                                           30,  60,  120, 300, 900};
-    /// How many durations are up to the bound of the same index, but above the previous bound. The
-    /// last count is of those above all bounds.
+    /// counts[i] is the number of durations up to boundsSeconds[i] and above the previous bound.
+    /// The last count is the number of durations above all bounds.
     std::array<quint64, boundsSeconds.size() + 1> counts{};
     double sumSeconds = 0;
 
     void add(double seconds);
 };
 
-/// The runs of one kind of report since the host started, over all schemas.
+/// The runs of one kind of report for all schemas since the host started.
 struct RunTotals {
     quint64 made = 0;
     quint64 mails = 0;
     QMap<QString, quint64> failed; ///< by cause
-    Durations durations;           ///< of all runs, made or not
+    Durations durations;           ///< of all runs, including failed ones
 };
 
 /// What the host knows about one schema. Moments are Unix seconds, 0 for never.
 struct SchemaState {
     QMap<QString, qint64> lastSuccess; ///< by kind of report; since the host started
-    SchemaAnswer answer;               ///< what the host tells the operator's commands
+    SchemaAnswer answer;               ///< this schema's part of the host's answer
     bool isQueueKnown = false;
     int mailsWaiting = 0;
     qint64 oldestMail = 0;
@@ -46,16 +46,17 @@ struct HostSnapshot {
     QMap<QString, SchemaState> schemas; ///< by token
     Durations scans;
     qint64 lastScan = 0;
-    qint64 nextScan = 0; ///< 0 while the scan is paused, or if there is none
-    QString scanProblem; ///< why the last scan ended early
+    qint64 nextScan = 0; ///< 0 if no scan is scheduled, for example while paused
+    QString scanProblem; ///< why the last scan ended early; empty if it did not
     bool isPaused = false;
 };
 
 /**
  * What a host knows about the reports that it makes.
  *
- * Reads the log, because the interfaces between host and plug-in do not report runs. Every run ends
- * with a log line, in a thread named after its schema. Thread-safe.
+ * Reads the log, because the interfaces between host and plug-in do not report runs. Each run logs
+ * a line at its end, in a thread that is named after the schema except in single-database mode.
+ * Thread-safe.
  */
 class HostState
 {
@@ -87,7 +88,7 @@ private:
     QString token() const;
 
     const QString singleToken;
-    mutable std::mutex mutex; // guards the rest
+    mutable std::mutex mutex; // guards the members below
     HostSnapshot current;
     QHash<QString, Run> running; // by token
     QString scanProblem;         // of the running scan

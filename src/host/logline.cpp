@@ -47,8 +47,8 @@ QByteArray now()
 
 LogStyle logStyleOf(int descriptor)
 {
-    // A child process may inherit JOURNAL_STREAM although its output goes elsewhere, so compare it
-    // with the file.
+    // A child process may inherit JOURNAL_STREAM although its output goes elsewhere. Therefore
+    // compare the variable with the file that is open as `descriptor`.
     struct stat file = {};
     if (::fstat(descriptor, &file) != 0)
         return LogStyle::Plain;

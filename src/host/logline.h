@@ -6,12 +6,12 @@
 /// How a log line shows its time and severity.
 enum class LogStyle {
     Plain,  ///< "2026-11-22T06:12:00+01:00 WARNING text"
-    Journal ///< "<4>text": the journal adds the time, and filters by the number
+    Journal ///< "<4>text": the journal adds the time and filters by the priority
 };
 
-/// Returns Journal if the service manager has connected `descriptor` to its journal.
+/// Returns Journal if the service manager has connected `descriptor` to its journal, else Plain.
 LogStyle logStyleOf(int descriptor);
 
 /// Returns the text as one line of UTF-8, including the line end. Replaces line feeds in the text
-/// by " | ", and other characters that could control a terminal by U+FFFD.
+/// with " | ", and other characters that could control a terminal with U+FFFD.
 QByteArray logLine(LogStyle style, QtMsgType type, const QString &text);

@@ -36,7 +36,7 @@ QStringList LogRepeats::takeSummaries(qint64 nowMs)
             it->hidden = 0;
         }
         if (it->hidden == 0 && nowMs - it->lastMs >= hourMs) {
-            it = seen.erase(it); // silent for an hour: the next occurrence is news
+            it = seen.erase(it); // not seen for an hour: the next occurrence is shown
             continue;
         }
         nextLookMs = std::min(nextLookMs, it->shownMs + hourMs);

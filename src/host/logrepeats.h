@@ -8,16 +8,16 @@
  * Keeps repeated messages from flooding the operator's log.
  *
  * A text is shown when it first occurs. While it repeats, it is shown once an hour, with its count.
- * After an hour without it, its next occurrence is a first one again. The caller supplies a
- * monotonic time. Not thread-safe.
+ * If it does not occur for an hour, its next occurrence counts as the first again. The caller
+ * supplies a monotonic time. Not thread-safe.
  */
 class LogRepeats
 {
 public:
-    /// Returns whether to show this occurrence; a hidden one is counted.
+    /// Returns whether to show this occurrence. Counts an occurrence that is not shown.
     bool isShown(const QString &text, qint64 nowMs);
 
-    /// Returns the summaries that have become due: "text (N times in the last hour)".
+    /// Returns the summaries that are due, each once: "text (N times in the last hour)".
     QStringList takeSummaries(qint64 nowMs);
 
     /// Returns how many different texts occurred within about the last hour.
@@ -26,8 +26,8 @@ public:
 private:
     struct Seen {
         qint64 shownMs; ///< when its text or count was last shown
-        qint64 lastMs;
-        int hidden = 0; ///< occurrences since then
+        qint64 lastMs;  ///< when the text last occurred
+        int hidden = 0; ///< occurrences that were not shown since `shownMs`
     };
 
     QHash<QString, Seen> seen;

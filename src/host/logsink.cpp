@@ -14,7 +14,7 @@
 namespace
 {
 
-std::mutex lock; // guards the variables below; each line is written with it held
+std::mutex lock; // guards the variables below; held while a line is written
 bool everythingShown = false;
 LogStyle style = LogStyle::Plain;
 QElapsedTimer sinceInstalled;
@@ -39,9 +39,9 @@ void writeSummaries(QtMsgType type, LogRepeats &repeats)
         write(type, summary);
 }
 
-/// Returns whether an info line may come with every tick of every schema, thousands of times a day.
-/// That includes the end of a run without mails: every tick repeats that run, and a warning says
-/// why.
+/// Returns whether an info line may be logged at every tick of every schema, thousands of times a
+/// day. This includes the last line of a run without mails: every tick repeats such a run, and a
+/// warning gives the reason.
 bool isOfTick(const QString &message)
 {
     return message.endsWith(QLatin1String("::doWork()")) ||
@@ -68,11 +68,11 @@ bool isNews(QtMsgType type, const QString &message, const QString &text)
 
 void handle(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
-    // The plug-in's lines seldom say which customer they are about.
+    // Few of the plug-in's messages name the customer.
     const QString token = tokenOfThread();
     const QString text = token.isEmpty() ? message : token + QLatin1String(": ") + message;
     const std::lock_guard guard(lock);
-    // Needs no timer: workers log at every tick.
+    // No timer is needed for the summaries, because workers log at every tick.
     writeSummaries(QtWarningMsg, warnings);
     writeSummaries(QtCriticalMsg, criticals);
     if (isNews(type, message, text) || everythingShown)

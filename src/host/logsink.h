@@ -7,8 +7,8 @@
 class QString;
 
 /**
- * Writes the log to standard error, one line per message: with time and level or, for the journal,
- * with its priority. Messages of a schema's worker begin with the schema's token.
+ * Writes the log to standard error, one line per message. A line begins with time and level or, for
+ * the journal, with the priority. The message of a schema's worker begins with the schema's token.
  *
  * Any thread may log. Each line is a single write, so that lines of several threads never mix.
  */
@@ -16,14 +16,15 @@ namespace LogSink
 {
 
 /**
- * Installs the process's message handler. Unless `showEverything`, drops debug messages and the
- * info lines that come with every tick. While a schema repeats a warning or critical message, shows
- * it only once an hour, with its count.
+ * Installs the process's message handler. If `showEverything` is false, the handler drops debug
+ * messages and the info lines of every tick, and shows a repeated warning or critical message only
+ * once an hour, with its count. It counts the messages of each schema separately.
  */
 void install(bool showEverything);
 
-/// Calls `listener` with every message, in the thread that logs it. Replaces the previous listener,
-/// which no thread uses any more when this returns. Null removes it.
+/// Sets the function that is called with every message, in the thread that logs the message. The
+/// function must not log. The previous listener is no longer called after setListener() has
+/// returned. A null `listener` only removes the previous one.
 void setListener(std::function<void(QtMsgType, const QString &)> listener);
 
 /// Returns how many different warning and critical messages occurred within the last hour. The same

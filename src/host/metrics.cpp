@@ -39,7 +39,7 @@ public:
     Family &add(double value, Labels labels = {})
     {
         ClientMetric &metric = append(std::move(labels));
-        metric.counter.value = value; // the family's type decides which of the two is read
+        metric.counter.value = value; // the family's type decides which value is read
         metric.gauge.value = value;
         return *this;
     }

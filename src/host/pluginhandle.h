@@ -21,13 +21,14 @@ public:
     ~PluginHandle();
     Q_DISABLE_COPY(PluginHandle)
 
-    /// Returns the module beside the program, as in a build tree, or else the installed one.
+    /// Returns the path of the module beside the program, as in a build tree. If there is none,
+    /// returns the path of the installed module.
     static QString defaultFile();
 
     /// Loads the module and creates the object. Returns the error, empty on success.
     QString load(const QString &file);
 
-    /// Null before load(); never null after it has succeeded.
+    /// Null before load(), and never null after load() has succeeded.
     QObject *pluginObject() const { return object.get(); }
     ServerInterface *server() const { return serverPart; }
     DatabaseManagerInterface *databaseManager() const { return databasePart; }

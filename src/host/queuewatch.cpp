@@ -59,7 +59,8 @@ void QueueWatch::askAll()
     }
 }
 
-/// A schema that does not answer keeps its last numbers; its worker logs the error.
+/// If the schema cannot be queried, keeps its last numbers. Logs nothing, because the schema's
+/// worker logs a lost connection.
 void QueueWatch::askSchema(const QString &token)
 {
     ConnectionOptions connection = options;

@@ -8,19 +8,20 @@ class DBManager;
 class HostState;
 
 /**
- * Counts the mails that are waiting to be sent in every served schema, after each scan and every
- * five minutes. Works in a thread of its own, with one short-lived connection at a time.
+ * Counts the mails that are waiting to be sent in every served schema, every five minutes and after
+ * each ask(). Works in a thread of its own, with one short-lived connection at a time.
  */
 class QueueWatch
 {
 public:
     QueueWatch(const ConnectionOptions &options, const DBManager &manager, HostState &state);
-    /// Waits until the database that is being asked has answered or its time limit is over.
+    /// Waits until the current query has been answered or has timed out.
     ~QueueWatch();
     Q_DISABLE_COPY(QueueWatch)
 
-    /// Makes the thread count, and returns at once. Thread-safe.
+    /// Requests a count and returns at once. Thread-safe.
     void ask();
+    /// Ends the counting after the current schema. Thread-safe.
     void requestStop() { thread.requestInterruption(); }
 
 private:

@@ -50,7 +50,7 @@ void ScanWatch::begin()
 {
     if (!sinceBegin.isValid())
         sinceBegin.start();
-    // Queued, because the scan, or its next slice, runs only after this.
+    // Queued, because the plug-in runs the scan or its next slice after this function returns.
     QMetaObject::invokeMethod(this, &ScanWatch::endIfDone, Qt::QueuedConnection);
 }
 

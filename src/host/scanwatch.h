@@ -8,10 +8,10 @@ class QTimer;
 /**
  * Follows a plug-in's scans of the schemas.
  *
- * A scan begins when the plug-in's timer "scan" or "soonScan" fires, and goes on while its timer
- * "nextSlice" runs. The interfaces between host and plug-in have no event for the beginning or the
- * end of a scan, so the names of these timers are a contract. Lives in the plug-in's thread and
- * must not outlive the plug-in.
+ * A scan begins when the plug-in's timer "scan" or "soonScan" fires, and continues while the
+ * timer "nextSlice" runs. The interfaces between host and plug-in have no event for the beginning
+ * or the end of a scan, so the names of these timers are a contract. Lives in the plug-in's thread
+ * and must not outlive the plug-in.
  */
 class ScanWatch : public QObject
 {
@@ -20,11 +20,11 @@ class ScanWatch : public QObject
 public:
     explicit ScanWatch(QObject &plugin);
 
-    /// Starts a scan at once unless one is running. scanned() follows in either case.
+    /// Starts a scan at once unless one is running. scanned() is emitted in either case.
     void scanNow();
 
     /// Returns when the next scan begins, in Unix seconds. Returns the current time while a scan
-    /// runs, and 0 if there will be no scan.
+    /// runs, and 0 if no scan is scheduled.
     qint64 nextScan() const;
 
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -34,7 +34,7 @@
 namespace
 {
 
-// The connection manager knows these names and never removes them as unused.
+// The connection manager never removes a connection of one of these names as unused.
 QString masterName(bool single)
 {
     return single ? productConnection : informationConnection;
@@ -68,14 +68,14 @@ int ServeCommand::runThread(const ServeOptions &options, HostState &state)
     std::promise<void> signalsDone; // set when no signal can refer to the serving thread any more
     const std::future<void> untilSignalsDone = signalsDone.get_future();
     // Not a QThread: QThread::wait() returns before the thread-local destructors have run, and the
-    // process could end in between.
+    // process could end before they run.
     std::thread thread;
     try {
         thread = std::thread([&] {
             begun.set_value(QThread::currentThread());
             status = ServeCommand(options, signalWatcher, services, state).serve();
             QMetaObject::invokeMethod(qApp, "quit", Qt::QueuedConnection);
-            untilSignalsDone.wait(); // the QThread object must live until then
+            untilSignalsDone.wait(); // this thread's QThread object must live until then
         });
     } catch (const std::system_error &error) {
         qCritical("Host - cannot start the serving thread: %s", error.what());
@@ -148,7 +148,7 @@ bool ServeCommand::connectDatabase()
         plugin->server()->setDatabase(db);
         return true;
     }
-    // The plug-in chooses its mode by whether the manager itself has opened the database.
+    // The plug-in scans for schemas only if the manager itself has opened the information database.
     manager->setInfoDB(db);
     return manager->checkOpenDB(db);
 }
@@ -167,7 +167,7 @@ bool ServeCommand::startPlugin()
 
 void ServeCommand::waitForEnd()
 {
-    // Destroyed, with its signal connections, before the plug-in.
+    // A local variable, so that it and its signal connections are destroyed before the plug-in.
     ScanWatch scans(*plugin->pluginObject());
     followSignals(scans);
     state.takeNextScan(scans.nextScan());
@@ -178,11 +178,12 @@ void ServeCommand::waitForEnd()
         if (queues)
             queues->ask();
     });
-    // A scan opens a connection to each schema. Between two turns of the event loop nobody uses
-    // these connections, so remove them then.
+    // A scan opens a connection to each schema. No code uses these connections between two turns of
+    // the event loop, so remove them when the loop wakes up.
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &scans,
                      [this] { removeSchemaConnections(); });
-    // The main thread feeds the watchdog, but only while this thread asks for it.
+    // The main thread feeds the watchdog only when this timer fires. The timer does not fire while
+    // this thread is stuck.
     QTimer heartbeat;
     QObject::connect(&heartbeat, &QTimer::timeout, &services, &ServiceManager::feedWatchdog);
     if (const int interval = ServiceManager::watchdogIntervalMs(); interval > 0)
@@ -198,7 +199,7 @@ void ServeCommand::waitForEnd()
     clearWorkbooks();
     if (!options.metricsAddress.isEmpty())
         queues = std::make_unique<QueueWatch>(options.connection, *manager, state);
-    loop.exec(); // ended by the thread's quit(), even if that came earlier
+    loop.exec(); // ended by the thread's quit(), even if quit() was called before
     if (queues)
         queues->requestStop();
     plugin->server()->stop();
@@ -231,7 +232,7 @@ void ServeCommand::clearWorkbooks()
     if (!options.clearsWorkbooks || clearedOn == today)
         return;
     clearedOn = today;
-    const QString path = QDir::tempPath(); // empty if missing: for QDir that means "."
+    const QString path = QDir::tempPath(); // empty if missing; to QDir, that means "."
     if (path.isEmpty())
         return;
     const QDir folder(path);
@@ -253,7 +254,7 @@ void ServeCommand::reload(ScanWatch &scans)
 
 void ServeCommand::tearDown()
 {
-    // No event loop will run again to delete what deleteLater() was called on.
+    // No event loop will run again to delete the objects on which deleteLater() was called.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     plugin.reset();
     removeSchemaConnections();

@@ -16,7 +16,8 @@ class QueueWatch;
 class SignalWatcher;
 
 /**
- * `autoreport serve`: hands the databases to the plug-in, starts it, and stops it on request.
+ * `autoreport serve`: hands the databases to the plug-in, starts the plug-in, and stops it on
+ * request.
  *
  * Works in a thread of its own. The main thread handles the signals, so that a signal can end a
  * report that runs in the serving thread itself. Removes every connection registered in the serving
@@ -45,7 +46,7 @@ private:
     void reload(ScanWatch &scans);
     void clearWorkbooks();
     void tearDown();
-    /// Removes this thread's connections to schemas; the manager opens again what it needs.
+    /// Removes this thread's connections to schemas. The manager reopens those that it needs.
     void removeSchemaConnections();
 
     const ServeOptions &options;

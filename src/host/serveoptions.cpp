@@ -12,7 +12,7 @@ namespace
 
 constexpr int wrongOption = 2;
 constexpr int failure = 1;
-constexpr int maxRunForSeconds = 2000000; // 23 days: a timer's limit is 2^31 ms
+constexpr int maxRunForSeconds = 2000000; // 23 days: a timer is limited to 2^31 ms
 
 void describe(QCommandLineParser &parser, const QString &commandHelp)
 {

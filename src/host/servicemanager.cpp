@@ -13,7 +13,7 @@ namespace
 {
 
 constexpr int refreshMs = 15000;
-constexpr int soonMs = 1000; // by then the workers of a scan are connected
+constexpr int soonMs = 1000; // by then the workers that a scan has started are usually connected
 
 void notify(const QString &state)
 {

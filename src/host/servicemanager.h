@@ -9,7 +9,7 @@ class SignalWatcher;
 
 /**
  * Reports the host's state to the service manager, systemd. Does nothing if systemd did not start
- * the host. Main thread only; slots are called from other threads through queued connections.
+ * the host. Lives in the main thread. Other threads call its slots through queued connections.
  */
 class ServiceManager : public QObject
 {
@@ -18,7 +18,7 @@ class ServiceManager : public QObject
 public:
     ServiceManager();
 
-    /// Reports stops, reloads, pauses and resumes when the signals for them arrive.
+    /// Reports stops, reloads, pauses and resumes when the signals that request them arrive.
     void follow(const SignalWatcher &signalWatcher);
 
     /// Returns the interval at which to feed the watchdog; 0 without a watchdog.
@@ -27,7 +27,7 @@ public:
 public Q_SLOTS:
     /// Reports that the host is ready, also after a reload.
     void ready();
-    /// Does the same, and notes the time of the scan that has ended.
+    /// Like ready(), but first stores the current time as the time of the last scan.
     void scanned();
     void feedWatchdog();
 
@@ -39,7 +39,7 @@ private:
     void sendStatus();
 
     QTimer refresh;
-    QTime lastScan; // invalid before the first
+    QTime lastScan; // invalid before the first scan has ended
     bool isPaused = false;
     QString sent; // the status last sent
 };

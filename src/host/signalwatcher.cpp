@@ -13,8 +13,8 @@ namespace
 
 constexpr int watched[] = {SIGINT, SIGTERM, SIGHUP, SIGUSR1, SIGUSR2};
 
-// A signal handler may do next to nothing, so it writes the signal's number to a pipe that the
-// event loop reads.
+// A signal handler may call very few functions. Therefore it only writes the signal's number to a
+// pipe that the event loop reads.
 volatile std::sig_atomic_t writeEnd = -1;
 
 extern "C" void forward(int number)

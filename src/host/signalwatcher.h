@@ -6,10 +6,10 @@ class QSocketNotifier;
 
 /**
  * Turns the process's signals into Qt signals: SIGINT and SIGTERM request a stop, SIGHUP a reload,
- * SIGUSR1 a pause, SIGUSR2 a resume. Signals that arrive earlier are delivered once watch() is
- * called.
+ * SIGUSR1 a pause, SIGUSR2 a resume. Signals that arrive before watch() is called are delivered
+ * afterwards.
  *
- * Only one object may exist at a time; its destructor restores the signals' default effect.
+ * Only one object may exist at a time. Its destructor restores the signals' default actions.
  */
 class SignalWatcher : public QObject
 {

@@ -21,7 +21,7 @@ using Connections = std::vector<std::unique_ptr<HostConnection>>;
 
 constexpr int connectIntervalMs = 50;
 
-/// Returns why the sockets in `folder` must not be used, or an empty text. A folder that does not
+/// Returns why the sockets in `folder` cannot be used, or an empty text. A folder that does not
 /// exist is not an error.
 QString folderError(const QString &folder)
 {

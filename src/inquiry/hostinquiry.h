@@ -5,7 +5,7 @@
 #include <QStringList>
 #include <QVector>
 
-/// The answers of the hosts of this machine.
+/// The answers of this machine's hosts.
 struct HostsFound {
     QVector<HostAnswer> hosts;
     QStringList errors; ///< why folders could not be searched or running hosts did not answer

@@ -18,8 +18,8 @@ QString makeSocketFolder(const QString &folder);
 /// service's.
 QStringList socketFolders();
 
-/// Returns whether only root or this account can have created the folder. In /tmp, another account
-/// could have created it. The packaged service's folder belongs to another account, but is trusted
+/// Returns whether only root or this account can have created the folder. A folder in /tmp could be
+/// another account's. The packaged service's folder does belong to another account, but is trusted
 /// because only root can create it.
 bool isTrustedFolder(const QString &folder);
 
