@@ -21,7 +21,7 @@ void *clientFunction(const QSqlDatabase &database, const char *name)
     void *library = dlopen(driver.dli_fname, RTLD_LAZY | RTLD_NOLOAD);
     if (!library)
         return nullptr;
-    void *function = dlsym(library, name); // searches the driver's own dependencies too
+    void *function = dlsym(library, name); // also searches the libraries that the driver links
     dlclose(library);
     return function;
 }

@@ -8,16 +8,18 @@ extern "C" {
 #include <ma_pvio.h>
 }
 
-// The client library's functions, looked up through the driver. Only the driver links the library:
-// linking it here too could load two different libraries into the process. The headers are enough.
+// Access to the database's client library through the driver QMYSQL. Only the driver links the
+// library: linking it here, too, could load a second, different library into the process. This
+// program needs only the library's headers.
 
-/// Returns the library's handle of the connection; null if it is closed or has another driver.
+/// Returns the library's handle of the connection. Returns null if the connection is closed or uses
+/// another driver.
 MYSQL *clientHandle(const QSqlDatabase &database);
 
 /// Returns the function `name` of the client library that the driver links, or of a library that
-/// the client library links in turn. Returns null if there is none.
+/// the client library links in turn. Returns null if there is no such function.
 void *clientFunction(const QSqlDatabase &database, const char *name);
 
-/// Returns whether the library is MariaDB's, whose headers are used here. MySQL's structures
-/// differ.
+/// Returns whether the library is MariaDB's. The headers used here are MariaDB's, and the
+/// structures of MySQL's library differ.
 bool isMariaDb(const QSqlDatabase &database);

@@ -9,9 +9,9 @@
 struct ClusterNode {
     QString name;
     int members = 0;      ///< in the part of the cluster that the node can see
-    bool isReady = false; ///< false while it refuses all tables: it has lost the others or lags
-    QString state; ///< as the server calls it: "Primary, Synced" or "non-Primary, Initialized"
+    bool isReady = false; ///< false while the node refuses all tables: it is cut off or lags behind
+    QString state;        ///< the server's words, such as "Primary, Synced"
 };
 
-/// Returns the server's view, or nothing if it is not part of a cluster or does not answer.
+/// Returns the server's view, or nothing if the server is not part of a cluster or does not answer.
 std::optional<ClusterNode> clusterNodeOf(const QSqlDatabase &database);

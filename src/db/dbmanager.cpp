@@ -16,14 +16,14 @@ QString defaultConnectionName()
     return QLatin1String(QSqlDatabase::defaultConnection);
 }
 
-/// Returns Qt's default connection, which callers get if a schema cannot be reached. It is invalid
-/// unless the host has registered it: callers must check.
+/// Returns Qt's default connection, which callers get if a schema cannot be reached. The connection
+/// is invalid unless the host has registered it: callers must check.
 QSqlDatabase defaultConnection()
 {
     return QSqlDatabase::database(defaultConnectionName(), true);
 }
 
-/// Opens `db` if it is closed or lost, and returns it. Opening may fail: callers must check.
+/// Opens `db` unless isUsable(db), and returns it. Opening may fail: callers must check.
 QSqlDatabase reopened(QSqlDatabase db)
 {
     if (!isUsable(db)) {
@@ -189,8 +189,8 @@ QSqlDatabase DBManager::openSchema(const QString &token, const QString &connecti
     if (!connections.contains(connectionName))
         connections.append(connectionName);
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QMYSQL"), connectionName);
-    // All schemas are on the information database's server. Connections to them use the encryption
-    // options of the information database's connection.
+    // All schemas are on the information database's server, so connections to schemas use the
+    // encryption options of the connection to the information database.
     db.setHostName(infoDatabase.hostName());
     db.setPort(infoDatabase.port());
     db.setDatabaseName(scheme.name);
@@ -200,7 +200,7 @@ QSqlDatabase DBManager::openSchema(const QString &token, const QString &connecti
     if (openWithin(db, connectSeconds))
         return db;
 
-    // The connection stays registered: the next call finds it by its name and tries again.
+    // The connection stays registered: the next getDatabase() finds it by its name and tries again.
     qWarning().noquote() << "DBManager:: database" << connectionName << "(token:" << token
                          << ") NOT OPEN!";
     if (db.lastError().isValid())
@@ -209,7 +209,7 @@ QSqlDatabase DBManager::openSchema(const QString &token, const QString &connecti
 }
 
 /// Returns whether the pool must not remove this connection. The usual name of the connection to
-/// the product's database counts even if the host uses another name.
+/// the product's database counts as a master even if the host uses another name.
 bool DBManager::isMaster(const QString &name) const
 {
     return name == zasConnectionName || name == infoConnectionName || name == productConnection ||
@@ -261,13 +261,13 @@ void DBManager::removeUnusedConnections()
 void DBManager::removeUnused(const QString &name)
 {
     if (isMaster(name)) {
-        // Added to the pool before it became a master connection.
+        // The connection was added to the pool before it became a master connection.
         qWarning().noquote()
             << "DBManager::removeUnusedConnections() - cannot remove master connection" << name;
         return;
     }
     if (connectionIsActive(name)) {
-        // Dropped from the pool: this thread still uses the connection and will add it again.
+        // The pool drops the name: this thread still uses the connection and will add it again.
         qWarning().noquote()
             << "DBManager::removeUnusedConnections() - can't remove active connection" << name;
         return;

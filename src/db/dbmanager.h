@@ -12,12 +12,12 @@
  * Hands out database connections.
  *
  * Holds two master connections: one to the information database, which has the table `schemas`,
- * and one to the product's own database. Opens a connection per schema and calling thread. Schemas
- * are addressed by their token.
+ * and one to the product's own database. Opens a connection per schema and calling thread. Callers
+ * identify a schema by its token.
  *
- * Any thread may call it: one mutex guards the state. Functions marked "no lock" do not take it:
- * call them only while no other thread uses the manager. Nothing throws: an error is an empty
- * result and a log line.
+ * Any thread may call the functions: a mutex guards the state. Functions marked "No lock" do not
+ * lock the mutex: call them only while no other thread uses the manager. No function throws. On an
+ * error, a function logs it and returns an empty value, unless stated otherwise.
  *
  * The fields are a binary interface: a host and its plug-ins are each built with this class and
  * share its objects. The fields' order and types must not change, no field may be added, and no
@@ -26,15 +26,16 @@
 class DBManager
 {
 public:
-    /// Above 0, most functions log their calls; above 1, the frequent ones too. Set it while no
-    /// other thread uses the manager.
+    /// Above 0, many functions log their calls; above 1, isInfoDB() and getDatabase() do, too. Set
+    /// it only while no other thread uses the manager.
     quint8 debugLevel = 0;
 
     DBManager();
     DBManager(const QSqlDatabase &info, const QSqlDatabase &zas);
     Q_DISABLE_COPY(DBManager)
 
-    /// Resets the settings, except for whether the pool is enabled; the connections stay. No lock.
+    /// Resets debugLevel, setCloseInfoDB() and isInfoDB() to their initial values, and the assumed
+    /// name of the information database's connection to "KVH.InfoDB". No lock.
     void init();
 
     QSqlDatabase getInfoDB() const;
@@ -42,14 +43,14 @@ public:
     void setInfoDB(const QSqlDatabase &db);
     void setZasDB(const QSqlDatabase &db);
 
-    /// If true, closes the information database after each query; the next one reopens it.
+    /// Sets whether to close the information database after each query. The next query reopens it.
     void setCloseInfoDB(bool close);
 
     /// Returns whether checkOpenDB() succeeded when it last tried to open the information database.
     /// Returns false before the first attempt, even if the database passed to setInfoDB() was open.
     bool isInfoDB() const;
 
-    /// Opens `db` if it is closed or lost. Returns whether it is open. No lock.
+    /// Opens `db` unless isUsable(db). Returns whether it is open. No lock.
     bool checkOpenDB(QSqlDatabase &db);
 
     /// Returns the name of the calling thread's connection to that schema.
@@ -62,40 +63,44 @@ public:
     /// Qt warns and the result is false. No lock.
     bool connectionIsActive(const QString &name);
 
-    /// Returns the number of active or of inactive schemas.
+    /// Returns the number of active schemas or, if `active` is false, of inactive ones.
     uint tokensCount(bool active);
-    /// Returns one page of the active schemas' tokens, in a stable order.
+    /// Returns up to `limit` tokens of active schemas, beginning at `offset`, in a stable order.
     QStringList loadTokens(uint limit, uint offset);
-    /// Returns up to `count` tokens of schemas without maintenance for 900 seconds, the longest
-    /// waiting first. The caller stamps each schema with setMaintenance() before working on it.
+    /// Returns up to `count` tokens of active schemas that had no maintenance in the last 900
+    /// seconds, the longest waiting first. The caller must stamp each schema with setMaintenance()
+    /// before working on it.
     QStringList loadTokens4Maintenance(ushort count);
-    /// Returns up to `count` tokens, the least recently recalculated schemas first.
+    /// Returns up to `count` tokens of active schemas, the least recently recalculated first.
     QStringList loadTokens4Recalculate(ushort count);
-    /// Stamp the schema's row with the current second. Return false also if there is no such active
-    /// schema, or if it was stamped within the same second.
+    /// Stamp the schema's row with the current second. Return false on an error, if there is no
+    /// such active schema, or if the row already has this stamp.
     bool setMaintenance(const QString &token);
     bool setRecalculated(const QString &token);
     /// Returns the token of the active schema in the database `name`; empty if there is none.
     QString getTokenBySchemaName(const QString &name);
 
-    /// Reads and caches one row of `schemas`. Returns an empty record if the server cannot be
-    /// reached or there is no such row, and the cached row if the query fails. No lock.
+    /// Reads and caches the schema's row if the schema is active. Returns an empty record if the
+    /// server cannot be reached or there is no such row, and the cached row if the query fails. No
+    /// lock.
     DBSchemeRecord loadScheme(const QString &token);
-    /// Returns the cached row, or an empty record.
+    /// Returns the row that loadScheme() has cached, or an empty record.
     DBSchemeRecord getDbConnRecord(const QString &token) const;
 
     /// Returns the calling thread's open connection to that schema, or the product's own database
     /// if `token` is empty. Returns Qt's default connection, which may be invalid, if the schema
-    /// has no complete row or the first attempt to connect fails. After such an attempt, every
-    /// further call tries again and returns the schema's connection, open or not.
+    /// has no complete row or the first attempt to connect fails. Each later call reopens the
+    /// schema's connection if necessary and returns it, open or not.
     ///
-    /// A thread must pass its connections to addUnusedConnection() before it ends: a later thread
-    /// with the same id would find them under its own names, but could not use them.
+    /// Before a thread ends, it must pass the names of its connections to addUnusedConnection().
+    /// Otherwise a later thread with the same id would get these connections but could not use
+    /// them.
     QSqlDatabase getDatabase(const QString &token);
 
-    /// The pool of connections that their threads no longer use. A thread adds the names before it
-    /// ends. removeUnusedConnections() removes these connections, except for those that are open in
-    /// the calling thread. Master connections are refused. Disabling the pool clears it.
+    /// The pool: names of connections that their threads no longer use. A thread adds the names of
+    /// its connections before it ends; master connections are refused. removeUnusedConnections()
+    /// empties the pool and removes these connections, except for those that are open in the
+    /// calling thread. Disabling the pool clears it.
     void addUnusedConnection(const QString &name);
     void setUnusedConnectionsEnabled(bool on);
     void removeUnusedConnections();
@@ -120,6 +125,6 @@ private:
     QString zasConnectionName;
     QString infoConnectionName;
     mutable QMutex mutex;
-    QHash<QString, QString> reserved; // part of the layout, unused
+    QHash<QString, QString> reserved; // unused, but part of the binary interface
     bool poolEnabled = true;
 };

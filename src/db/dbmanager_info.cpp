@@ -8,9 +8,8 @@
 
 #include <type_traits>
 
-/// Opens the information database, calls `ask` and returns its value; on an error, logs it and
-/// returns an empty value. The registry and its queries are destroyed before the database is
-/// closed.
+/// Opens the information database and calls `ask`. Returns the value, or logs the error and returns
+/// an empty value. The registry and its queries are destroyed before the database is closed.
 template <typename Ask>
 auto DBManager::askRegistry(const QString &errorPrefix, const Ask &ask)
 {
@@ -36,7 +35,8 @@ uint DBManager::tokensCount(bool active)
     const QMutexLocker locker(&mutex);
     if (debugLevel)
         qDebug("DBManager::tokensCount(%s)", active ? "TRUE" : "FALSE");
-    // Every scan begins here; without an information database it ends without a log line.
+    // Every scan first calls this function. Without an information database, the scan ends without
+    // a log line.
     if (!infoDatabase.isValid())
         return 0;
     return askRegistry(QStringLiteral("DBManager::tokensCount() - ERROR:"),
@@ -106,7 +106,7 @@ DBSchemeRecord DBManager::loadScheme(const QString &token)
     if (!found.isOk()) {
         qCritical().noquote() << "DBManager:: NOT load scheme from infoDB!\nERROR:"
                               << found.error();
-        // While the table cannot be read, the row as last read is the best guess.
+        // While the table cannot be read, the cached row is the best guess.
         return schemaCache.value(token);
     }
     if (!found.value())

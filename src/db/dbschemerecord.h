@@ -3,8 +3,8 @@
 #include <QString>
 
 /**
- * A row of `schemas`, as DBManager caches it: what is needed to open a customer's database. All
- * members are empty if there is no such row.
+ * The columns of a row of `schemas` that are needed to open the customer's database. All members
+ * are empty if there is no such row.
  */
 struct DBSchemeRecord {
     QString name; ///< the customer's database

@@ -45,7 +45,7 @@ void bind(QSqlQuery &query, const MailRecord &mail)
     query.bindValue(QStringLiteral(":data"), mail.data.isNull() ? QByteArray("") : mail.data);
 }
 
-/// Reads columns by name, since the product's table has further ones. NULL reads as 0 or "".
+/// Reads the columns by name, because the product's table has others, too. NULL reads as 0 or "".
 MailRecord recordOf(const QSqlQuery &query)
 {
     const auto number = [&query](const QString &column) {

@@ -7,10 +7,10 @@
 #include <QSqlDatabase>
 
 /**
- * A schema's mail queue, the table `emails`. The product's sender sends what is queued here.
+ * A schema's mail queue, the table `emails`. The product's sender sends the queued mails.
  *
- * For the thread that owns the connection. An error is an empty result and a critical log line;
- * nothing is retried.
+ * Use it only on the thread that owns the connection. On an error, a function logs a critical line
+ * and returns an empty value, unless stated otherwise. Nothing is retried.
  */
 class MailRepository : public QObject
 {
@@ -31,11 +31,11 @@ public:
     static QString insertStatement();
 
 public Q_SLOTS:
-    /// Queues a mail. Returns its id, or 0 on an error or without sender, recipient or subject.
+    /// Queues a mail. Returns its id, or 0 on an error or if sender, recipient or subject is empty.
     uint addMail(const MailRecord &mail);
     MailRecord loadMail(uint mid);
-    /// Puts a mail back into the queue. Returns false if there is no mail with that id, or if its
-    /// row already has the values of a queued mail.
+    /// Puts a mail back into the queue. Returns false on an error, if there is no mail with that
+    /// id, or if the mail's row already has the values of a queued mail.
     bool resetMail(uint mid);
 
 private:

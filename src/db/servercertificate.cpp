@@ -16,8 +16,8 @@ using Cipher = const char *(*)(MYSQL *connection);
 
 const QLatin1String tlsError("2026"); // the client library's error code
 
-/// The first members of MARIADB_TLS. The library's header cannot be used: it includes another one
-/// that the distribution does not install.
+/// The first members of MARIADB_TLS. The library's header cannot be used, because it includes a
+/// header that the distribution does not install.
 struct TlsHead {
     void *data;
     MARIADB_PVIO *io;
@@ -30,7 +30,7 @@ bool namesAuthority(const QSqlDatabase &database)
 }
 
 /// Returns why the server cannot be trusted, or an empty text. OpenSSL verifies the certificate in
-/// every handshake, but the program has to ask for the result.
+/// every handshake, but the program must query the result.
 QString certificateError(const QSqlDatabase &database)
 {
     MYSQL *connection = clientHandle(database);

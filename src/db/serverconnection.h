@@ -4,15 +4,16 @@
 #include <QString>
 
 /**
- * Returns the server's id of the connection, or 0 if the server does not answer or has no such id.
+ * Returns the server's id for the connection, or 0 if the server does not answer or has no such
+ * ids.
  *
- * A connection that is set to reconnect does so silently, and loses its transaction and its locks.
- * Its id then changes.
+ * A connection that reconnects loses its transaction and its locks. The driver reconnects silently,
+ * but the id changes.
  */
 qulonglong serverConnectionId(const QSqlDatabase &database);
 
-/// Returns whether the server answers on this connection, whether or not it has connection ids.
+/// Returns whether the server answers on this connection.
 bool serverAnswers(const QSqlDatabase &database);
 
-/// Sets lastError() of `database` to why it was not opened, as the driver does for its own errors.
+/// Sets `database`.lastError() to a connection error with this text and the server's error code.
 void setOpenError(const QSqlDatabase &database, const QString &text, const QString &code);

@@ -12,7 +12,7 @@
 namespace
 {
 
-/// Remembers, for each list of servers, the position of the one that was last found working.
+/// Remembers the position of the last working server in each list of servers.
 class LastServers
 {
 public:
@@ -52,8 +52,8 @@ ServerAddress addressOf(const QString &text, int defaultPort)
     return {text.left(colon), text.mid(colon + 1).toInt()};
 }
 
-/// Returns why the server does not work, or an empty text if it does. A node that has lost the
-/// others accepts connections, but refuses every table.
+/// Returns why the server does not work, or an empty text if it does. A cluster node that has lost
+/// the other nodes accepts connections but refuses every table.
 QString serverFault(const QSqlDatabase &database)
 {
     const std::optional<ClusterNode> node = clusterNodeOf(database);
@@ -92,7 +92,7 @@ bool openOnOneOf(const QVector<ServerAddress> &servers, const QString &list, QSq
     const int first = LastServers::ofProcess().of(list);
     QStringList errors;
     for (int i = 0; i < servers.size(); ++i) {
-        // Each server may use up the limit of `open`; a stop must not wait for all of them.
+        // Each `open` may take as long as its time limit. A stop must not wait for all servers.
         if (i > 0 && QThread::currentThread()->isInterruptionRequested())
             break;
         const int position = (first + i) % servers.size();

@@ -18,19 +18,20 @@ struct ServerAddress {
 /// must be in brackets.
 QVector<ServerAddress> serversOf(const QString &hostName, int port);
 
-/// Returns these servers as one text, each with its port: "node1:3306,node2:3306".
+/// Returns the servers of serversOf() as one text, each with its port: "node1:3306,node2:3306".
 QString serverText(const QString &hostName, int port);
 
-/// Opens `database` on one of the servers that its host name lists: on the one that this process
-/// last found working, or else on the next one that works. A cluster node that has lost the others
-/// does not work. Calls `open` for one server at a time, with that server's address in `database`;
-/// afterwards `database` has its own host name and port again.
+/// Opens `database` on one of the servers that its host name lists. Tries the servers in order,
+/// beginning with the one that this process last found working, and skips a cluster node that has
+/// lost the other nodes. Before each call of `open`, sets the host name and port of `database` to
+/// those of the server; restores them at the end.
 ///
-/// With one server, only calls `open`. With several, tries no further server if the thread is asked
-/// to stop; on a failure, lastError() names each server and its error. Thread-safe.
+/// If the host name lists one server, only calls `open`. If it lists several, tries no further
+/// server once the thread's interruption is requested; if none works, lastError() names each server
+/// that was tried and its error. Thread-safe.
 bool openOnAny(QSqlDatabase &database,
                const std::function<bool(QSqlDatabase &)> &open = openTrusted);
 
 /// Returns whether the server of an open connection still works. If the host name lists only one
-/// server, returns true without asking it.
+/// server, returns true without querying it.
 bool isAtWork(const QSqlDatabase &database);

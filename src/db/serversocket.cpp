@@ -20,7 +20,8 @@ namespace
 using GetSocket = decltype(&mysql_get_socket);
 using SetOption = int (*)(MYSQL *connection, mysql_option option, const void *value);
 
-// A dead peer is noticed by the probes of an idle connection, or by unacknowledged data.
+// The system notices a dead peer by probes if the connection is idle, otherwise by data that stays
+// unacknowledged.
 constexpr int keepIdleSeconds = 15;
 constexpr int keepIntervalSeconds = 5;
 constexpr int userTimeoutMs = 25000;
@@ -43,7 +44,7 @@ void liftQueryLimits(const QSqlDatabase &database)
     MYSQL *connection = clientHandle(database);
     if (!connection || !isMariaDb(database) || !connection->net.pvio)
         return;
-    // The options take effect only at the next connect, the following calls at once.
+    // The options take effect at the next connect. These calls change the open connection.
     MARIADB_PVIO *io = connection->net.pvio;
     io->methods->set_timeout(io, PVIO_READ_TIMEOUT, 0);
     io->methods->set_timeout(io, PVIO_WRITE_TIMEOUT, 0);
@@ -138,7 +139,7 @@ bool hasLiftableLimits(const QSqlDatabase &database)
 }
 
 /// Opens `database` with a limit on connecting. Limits its queries, too, if `limited` says so, or
-/// if that limit can be lifted afterwards.
+/// if openWithin() can lift that limit afterwards.
 bool openOneWithin(QSqlDatabase &database, int seconds, Limited limited)
 {
     if (database.driverName() != QLatin1String("QMYSQL"))
@@ -147,8 +148,8 @@ bool openOneWithin(QSqlDatabase &database, int seconds, Limited limited)
     const QStringList queries{QStringLiteral("MYSQL_OPT_READ_TIMEOUT"),
                               QStringLiteral("MYSQL_OPT_WRITE_TIMEOUT")};
     QStringList limits{QStringLiteral("MYSQL_OPT_CONNECT_TIMEOUT")};
-    // Opening also logs in and runs statements of the driver, which the limit on connecting does
-    // not cover.
+    // The limit on connecting does not cover the login or the statements that the driver runs when
+    // it opens a connection.
     if (limited == Limited::Queries || hasLiftableLimits(database))
         limits += queries;
 
@@ -164,7 +165,7 @@ bool openWithin(QSqlDatabase &database, int seconds, Limited limited)
 {
     const bool open = openOnAny(
         database, [=](QSqlDatabase &one) { return openOneWithin(one, seconds, limited); });
-    // Lifts the limits only after openOnAny(), whose own queries must be limited, too.
+    // Lift the limits only now, because openOnAny() runs queries that must be limited.
     if (open && limited == Limited::Connecting && hasLiftableLimits(database))
         liftQueryLimits(database);
     return open;

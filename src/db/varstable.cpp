@@ -82,7 +82,7 @@ QVector<QVariant> VarsTable::lockedValues(QSqlQuery &query)
 Result<bool> VarsTable::insertMissing(const QString &name, const QVariant &value) const
 {
     QSqlQuery query = freshQuery(database);
-    // INSERT IGNORE would turn other errors into warnings, too.
+    // Do not use INSERT IGNORE: it would also turn other errors into warnings.
     if (!query.prepare(QStringLiteral("INSERT INTO vars (name, value) VALUES(:name, :value) ON "
                                       "DUPLICATE KEY UPDATE value=vars.value")))
         return errorOf(query);
@@ -95,7 +95,7 @@ Result<bool> VarsTable::insertMissing(const QString &name, const QVariant &value
 
 QString VarsTable::upsertStatement()
 {
-    // Without a unique key on `name`, this adds a row instead of replacing the value.
+    // Without a unique key on `name`, the statement adds a row instead of replacing the value.
     return QStringLiteral("INSERT INTO vars (name, value) VALUES(:name, :value) ON DUPLICATE KEY "
                           "UPDATE value=VALUES(value);");
 }
@@ -107,7 +107,7 @@ QVector<Error> VarsTable::store(const Values &values) const
         return {errorOf(query)};
     QVector<Error> errors;
     for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {
-        // Bound, because a value may contain any character.
+        // Bind the values, because they may contain any character.
         query.bindValue(QStringLiteral(":name"), entry.key());
         query.bindValue(QStringLiteral(":value"), entry.value());
         if (!query.exec())

@@ -15,10 +15,11 @@ class QSqlQuery;
 /**
  * A schema's table `vars`: keys and values.
  *
- * Caches nothing: every call runs its statement, and an error is the driver's text. Names are
- * complete keys, dots included. They are not escaped: an apostrophe breaks the statement, and
- * "_" and "%" in a prefix are wildcards. On a closed or invalid connection every statement fails.
- * For the thread that owns the connection.
+ * Caches nothing: every call runs its statement. Errors have the driver's text. If the connection
+ * is closed or invalid, every statement fails. Use it only on the thread that owns the connection.
+ *
+ * Only store() and insertMissing() escape names. In all other functions, an apostrophe breaks the
+ * statement, and "_" and "%" in a prefix are wildcards.
  */
 class VarsTable
 {
@@ -29,29 +30,32 @@ public:
 
     /// Returns the value as the driver reads it, text or bytes, or nothing if the key is missing.
     Result<std::optional<QVariant>> value(const QString &name) const;
-    /// Returns the values of those keys that exist. Runs no statement if `names` is empty.
+    /// Returns the keys of `names` that exist, with their values. Runs no statement if `names` is
+    /// empty.
     Result<Values> values(const QStringList &names) const;
-    /// Returns the values of all keys that begin with `prefix` and of those `others` that exist, by
-    /// their full keys.
+    /// Returns the keys that begin with `prefix` and the keys of `others` that exist, with their
+    /// values.
     Result<Values> valuesWithPrefix(const QString &prefix, const QStringList &others = {}) const;
 
-    /// Returns the latest values of all rows of that name and locks these rows until the
-    /// transaction ends. If there are none, other transactions may still insert one.
+    /// Locks all rows of that name until the transaction ends, and returns their latest committed
+    /// values. If there is no such row, another transaction may still insert one.
     Result<QVector<QVariant>> lock(const QString &name) const;
-    /// Return the statement of lock(), and the values that a query has found with it.
+    /// Return the statement of lock(), and the values that a query with this statement has read.
     static QString lockStatement(const QString &name);
     static QVector<QVariant> lockedValues(QSqlQuery &query);
-    /// Inserts a row, locked until the transaction ends, unless one of that name exists. Returns
-    /// whether it inserted one.
+    /// Inserts a row unless one of that name exists, and locks the new row until the transaction
+    /// ends. Returns whether it inserted a row.
     Result<bool> insertMissing(const QString &name, const QVariant &value) const;
 
-    /// Inserts or replaces all values; an error does not stop the rest. Returns the errors.
+    /// Inserts or replaces all values. An error does not stop the rest. Returns the errors.
     QVector<Error> store(const Values &values) const;
 
-    /// Deletes the key `name`, or if `asPrefix` all keys that begin with it. Returns their number.
+    /// Deletes the key `name` or, if `asPrefix`, all keys that begin with `name`. Returns the
+    /// number of deleted rows.
     Result<int> remove(const QString &name, bool asPrefix) const;
 
-    /// Return the statements of valuesWithPrefix() and of store(), the latter with placeholders.
+    /// Return the statements of valuesWithPrefix() and of store(). That of store() has
+    /// placeholders.
     static QString prefixStatement(const QString &prefix, const QStringList &others = {});
     static QString upsertStatement();
 
