@@ -4,9 +4,9 @@ class Invocation;
 class QCommandLineParser;
 
 // Each command is two functions. describe...() adds the command's own options. run...() does the
-// work and returns the exit status: a Tool::Status or Interruption::status(). By then, errors have
-// been printed, or are among the collected warnings that Tool::run() prints. A command opens what
-// it needs and leaves no connection behind. Call these functions on the main thread.
+// work and returns the exit status: a Tool::Status or Interruption::status(). It prints its errors
+// itself, or logs them as warnings, which Tool::run() prints. It leaves no connection open. Call
+// these functions on the main thread.
 
 void describeStatus(QCommandLineParser &parser);
 int runStatus(const Invocation &invocation);

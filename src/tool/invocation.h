@@ -9,14 +9,15 @@
 
 struct UsageError;
 
-/// Returns the kind of report that `word` names; null, with the error set, if there is none.
+/// Returns the kind of report that `word` names. If there is none, sets `error` and returns null.
 const ReportKind *readReport(const QString &word, UsageError &error);
 
 /**
- * A command as it was called: its options, the schema and the report if it takes them, and how to
- * reach the database.
+ * What a command line asks for: the options of the command, its schema and report, and how to reach
+ * the database.
  *
- * The parser belongs to the caller and must have parsed the command line.
+ * The parser belongs to the caller and must outlive the object. It must have parsed the command
+ * line before options are read.
  */
 class Invocation
 {
@@ -28,7 +29,7 @@ public:
     {
     }
 
-    /// `option` is the long name of an option that the command has described, without dashes.
+    /// `option` is the long name, without dashes, of one of the command's options.
     bool has(const char *option) const { return parser.isSet(QLatin1String(option)); }
     QString value(const char *option) const { return parser.value(QLatin1String(option)); }
 
@@ -39,13 +40,14 @@ public:
     /// Calls wrong() for a "--date" that is not a date.
     int wrongDate() const;
 
-    /// Returns the day of "--date", or today without the option; invalid if it is not a date.
+    /// Returns the day that "--date" names, or today without the option. Returns an invalid date if
+    /// the option's value is not a date.
     QDate date() const;
 
     const QCommandLineParser &parser;
     const QString synopsis;
     ConnectionOptions connection;
-    QStringList arguments;            ///< after the command's name
+    QStringList arguments;            ///< positional arguments after the command's name
     QString token;                    ///< the first argument, as given: there may be no such schema
-    const ReportKind *kind = nullptr; ///< for commands that take one
+    const ReportKind *kind = nullptr; ///< set if the command takes exactly one report
 };

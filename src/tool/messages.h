@@ -3,12 +3,12 @@
 #include <QtGlobal>
 
 /**
- * Collects the warnings that are logged during its lifetime, for a command to print: a report's
- * warnings are part of the command's output. Prints nothing on its own. Lines below warning level
- * are dropped.
+ * Collects the warnings and errors that are logged while the object exists, and drops all other log
+ * messages. A command prints the collected ones with print(), because a report's warnings are part
+ * of the command's output.
  *
  * Only one object may exist at a time, on the main thread; any thread may log. The destructor
- * restores the previous message handler.
+ * restores the previous message handler and discards what was not printed.
  */
 class Messages
 {
@@ -17,8 +17,8 @@ public:
     ~Messages();
     Q_DISABLE_COPY(Messages)
 
-    /// Prints the warnings since the last call as errors, each text once and on one line. Returns
-    /// whether there were any.
+    /// Prints what was collected since the last call to standard error, each text once and on one
+    /// line. Returns whether there was any.
     static bool print();
 
 private:

@@ -11,7 +11,7 @@
 namespace
 {
 
-/// Returns the names in the order of the statement.
+/// Returns the names of the tables, in the order of the statement.
 QStringList tablesIn(const QString &statement)
 {
     static const QRegularExpression pattern(QStringLiteral("\\b(?:FROM|JOIN|INTO)\\s+(\\w+)"));

@@ -5,7 +5,7 @@
 #include <QStringList>
 #include <QVector>
 
-/// A statement of the reports that the server would not execute.
+/// A statement of a report that the server could not prepare.
 struct UnmetRequirement {
     QString text;             ///< the statement's tables and the server's error
     QStringList tables;       ///< the main table of the statement first
@@ -14,30 +14,30 @@ struct UnmetRequirement {
 };
 
 /**
- * What reports need from a schema's tables.
+ * Checks what reports need from a schema's tables.
  *
- * These functions let the server prepare the reports' own statements without executing them. Its
- * errors name what is missing, ambiguous, damaged or forbidden. The server checks rights to write
- * only on a connection that may write.
+ * These functions let the server prepare the reports' own statements without executing them. The
+ * server's errors name what is missing, ambiguous, damaged or forbidden. The server checks rights
+ * to write only on a connection that is not read-only.
  */
 namespace Requirements
 {
 
-/// Returns whether an error code of the server means that a right is missing: on the database, a
-/// table or a column.
+/// Returns whether `code`, an error code of the server, means that the account lacks a right on the
+/// database, a table or a column.
 bool isMissingRight(const QString &code);
 
 /// Returns the names of the tables that these statements read or write, each once.
 QStringList tablesOf(const QStringList &statements);
 
-/// Returns a statement that makes the server prepare `statement`, which may have placeholders.
-/// Unlike those of the driver, several of these can share a packet.
+/// Returns an SQL statement that makes the server prepare `statement`, which may have placeholders.
+/// Several such statements can share a packet; the driver would send a packet for each.
 QString preparation(const QSqlDatabase &database, const QString &statement);
 
-/// Returns what it means that the server could not prepare `statement`.
+/// Returns what `error` says about `statement`, which the server could not prepare.
 UnmetRequirement unmetBy(const QString &statement, const QSqlError &error);
 
-/// Returns whether the server can prepare all of these queries. Sends a single statement.
+/// Returns whether the server can prepare all of these queries. Sends them as a single statement.
 bool areReadable(const QSqlDatabase &database, const QStringList &queries);
 
 /// Returns which of these statements the server cannot prepare, and why.

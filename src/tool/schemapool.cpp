@@ -28,7 +28,7 @@ public:
         try {
             for (int i = 0; i < wanted; ++i)
                 threads.emplace_back([this] { work(); });
-        } catch (const std::system_error &) { // fewer will do
+        } catch (const std::system_error &) { // fewer threads are enough
         }
         if (threads.empty())
             work();
@@ -82,10 +82,10 @@ private:
     const SchemaJudge &judge;
     std::atomic<int> nextRow{0};
     std::atomic<bool> isStopped{false};
-    std::mutex mutex; // guards what follows, except for the threads
+    std::mutex mutex; // guards the members below, except `threads`
     std::condition_variable changed;
     std::vector<std::optional<SchemaJudgement>> judgements; // by row
-    std::vector<size_t> arrived;                            // their indexes
+    std::vector<size_t> arrived;                            // indexes of `judgements`, oldest first
     size_t taken = 0;
     size_t ended = 0;
     std::vector<std::thread> threads;

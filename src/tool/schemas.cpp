@@ -20,7 +20,7 @@ QString masterName()
     return informationConnection;
 }
 
-/// Returns a new name, because several threads have a connection each.
+/// Returns a new name at each call, because several threads have a connection each.
 QString newName()
 {
     static std::atomic<int> made{0};
@@ -82,7 +82,7 @@ std::optional<Error> Schemas::open() const
         return Error{ConnectionOptions::openError(db)};
     if (options.single)
         return std::nullopt;
-    // Checked now, so that a wrong database is a single error, not one per schema.
+    // Checks the table `schemas` now: a wrong database is one error, not one per schema.
     const auto error = SchemaRegistry(db).check();
     if (!error)
         return std::nullopt;
@@ -110,7 +110,7 @@ Result<QStringList> Schemas::tokens() const
 
 Result<std::optional<ConnectionOptions>> Schemas::find(const QString &token) const
 {
-    if (options.single) // this database has no other token
+    if (options.single) // the database's name is the only token
         return token == options.databaseName ? std::optional(options) : std::nullopt;
     if (!isPlain(token))
         return std::optional<ConnectionOptions>();
@@ -186,8 +186,8 @@ void SchemaConnection::open(const ConnectionOptions &options, Access access)
     }
     if (options.waitsForAnswers)
         watch = std::make_unique<SilenceWatch>(db, options);
-    // Guards against our own mistakes: these commands must not write. The setting lasts as long as
-    // the connection, because it never reconnects.
+    // A safeguard against mistakes in commands that must not write. The setting cannot get lost,
+    // because the connection never reconnects.
     if (access == Access::ReadOnly &&
         !freshQuery(db).exec(QStringLiteral("SET SESSION TRANSACTION READ ONLY")))
         error = QStringLiteral("the server cannot make the connection read-only");

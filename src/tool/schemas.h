@@ -19,7 +19,8 @@ struct SchemaRow {
     QString token;
     int status = 1; ///< 1 is active
     ConnectionOptions options;
-    /// How long ago anybody wrote the table, by the server's clock; a large number if unknown.
+    /// Seconds since the table was last written, by the server's clock; the largest number if
+    /// unknown.
     qint64 secondsSinceListed = std::numeric_limits<qint64>::max();
 
     /// Returns why no host can open the schema, or an empty text.
@@ -30,8 +31,8 @@ struct SchemaRow {
 QVector<SchemaRow> activeOf(const QVector<SchemaRow> &rows);
 
 /**
- * The schemas that a host would serve: those that the information database lists or, with
- * "--single", the one database, whose name serves as its token.
+ * The schemas that the information database lists. With "--single", there is only one schema: the
+ * database of the connection options, whose name is its token.
  *
  * Owns one connection, which the destructor removes. Only one object may exist at a time.
  */
@@ -48,18 +49,18 @@ public:
     /// Returns the tokens of all active schemas, in a stable order.
     Result<QStringList> tokens() const;
 
-    /// Returns the rows of that token, or all rows if it is empty, including inactive ones. They
-    /// are in the order of tokens().
+    /// Returns the rows with this token, or all rows if `token` is empty. Includes inactive rows.
+    /// The order is that of tokens().
     Result<QVector<SchemaRow>> rows(const QString &token) const;
 
-    /// Returns how to connect to that schema, with the account and password of its row, or nothing
-    /// if there is no such active schema.
+    /// Returns how to connect to the active schema `token`, with the account and password of its
+    /// row. Returns nothing if there is no such schema.
     Result<std::optional<ConnectionOptions>> find(const QString &token) const;
 
     /// Returns whether the server still answers within the time limit.
     bool isAnswering() const;
 
-    /// Returns the connection to the information database or to the one database.
+    /// Returns the connection to the information database or, with "--single", to the only schema.
     QSqlDatabase master() const;
 
 private:
@@ -67,9 +68,10 @@ private:
 };
 
 /**
- * A connection to one schema, which the destructor closes and removes.
+ * A connection to one schema. The destructor closes and removes the connection.
  *
- * For the thread that constructs it. No query may outlive it. The connection never reconnects.
+ * Use it only on the thread that constructed it, and destroy its queries first. The connection
+ * never reconnects.
  */
 class SchemaConnection
 {
@@ -77,8 +79,8 @@ public:
     /// The server enforces ReadOnly for as long as the connection lasts.
     enum class Access { ReadOnly, ReadWrite };
 
-    /// Short statements must be answered within the time limit. Long ones may take any time,
-    /// provided that the server still accepts connections, which is tested meanwhile.
+    /// The server must answer a short statement within the time limit. A long statement has no
+    /// limit, but a SilenceWatch ends it if the server no longer answers other connections.
     enum class Statements { Short, Long };
 
     SchemaConnection(const Schemas &schemas, const QString &token, Access access,
@@ -90,7 +92,7 @@ public:
     QSqlDatabase database() const;
 
     QString databaseName;
-    QString error; ///< why the connection is not open, and what to do about it; empty if it is open
+    QString error; ///< why the connection cannot be used; empty if it can
 
 private:
     void open(const ConnectionOptions &options, Access access);

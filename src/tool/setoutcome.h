@@ -7,11 +7,11 @@
 
 /// The consequences of changing a report's settings.
 struct SetOutcome {
-    bool isForNobody = false;  ///< it is enabled, but has no recipient
-    bool isDueNow = false;     ///< it goes out at the next tick of a host that serves the schema
-    bool waitsForScan = false; ///< it is the schema's first enabled report: the next scan finds it
+    bool isForNobody = false;  ///< the report is enabled, but has no valid recipient
+    bool isDueNow = false;     ///< the report goes out at the next tick of a host
+    bool waitsForScan = false; ///< hosts find the schema only at their next scan
 
-    /// Both maps hold the settings of all reports of the schema, by their full keys.
+    /// `before` and `after` hold the settings of all reports of the schema, by their full keys.
     SetOutcome(const ReportKind &kind, const VarsTable::Values &before,
                const VarsTable::Values &after, const QDateTime &now);
 };

@@ -16,7 +16,7 @@
 namespace
 {
 
-/// The arguments after the command's name.
+/// The arguments that a command takes after its name.
 enum class Takes { Nothing, PerhapsToken, Report, ManyReports };
 
 struct Command {
@@ -71,7 +71,7 @@ const Command *find(const QString &name)
     return found == commands.end() ? nullptr : found;
 }
 
-/// Returns the names of its arguments: "TOKEN daily|monthly".
+/// Returns the names of the command's arguments: "TOKEN" and "daily|monthly".
 QStringList argumentNames(const Command &command)
 {
     const QString words = reportWords().join(QLatin1Char('|'));
@@ -118,18 +118,20 @@ void describe(const Command &command, QCommandLineParser &parser)
     OptionReader::describe(parser);
 }
 
-/// Sets schema and report from the positional arguments. Returns an error or an empty text.
+/// Sets the schema and the report from the positional arguments. Returns the error, whose text is
+/// empty if there is none.
 UsageError readArguments(const Command &command, Invocation &invocation)
 {
     const QStringList given = invocation.parser.positionalArguments().mid(1);
     const int expected = argumentNames(command).size();
     invocation.arguments = given;
     invocation.token = given.value(0);
-    if (command.takes == Takes::ManyReports) // the command reads them, along with its options
+    if (command.takes == Takes::ManyReports) // the command reads its arguments itself
         return {};
     if (given.size() > expected)
         return {QStringLiteral("unexpected argument '%1'").arg(given.at(expected))};
-    if (!given.isEmpty() && invocation.token.isEmpty()) // not "all schemas": a script's mistake
+    // An empty token is probably a script's mistake. It must not select all schemas.
+    if (!given.isEmpty() && invocation.token.isEmpty())
         return {QStringLiteral("the schema's token is empty")};
     if (command.takes != Takes::Report)
         return {};
@@ -187,7 +189,8 @@ int helpOrRun(const Command &command, const QStringList &arguments)
 
 QString Tool::commandIn(const QStringList &arguments)
 {
-    // Connection options may precede the command. Errors in options are reported by the command.
+    // Connection options may precede the command. Errors in options are ignored here, because run()
+    // reports them.
     QCommandLineParser parser;
     OptionReader::describe(parser);
     parser.parse(arguments);
@@ -216,8 +219,8 @@ QString Tool::commandHelp()
 
 int Tool::run(const QString &name, const QStringList &arguments)
 {
-    // Without TZ, the C library looks at the zone's file with each conversion: hundreds of times
-    // per schema. That lets a host follow a change of the zone, but a command does not need it.
+    // Without TZ, the C library checks the time zone's file at each conversion, hundreds of times
+    // per schema. A host needs this check to follow a change of the time zone; a command does not.
     if (!qEnvironmentVariableIsSet("TZ"))
         qputenv("TZ", ":/etc/localtime");
     const int status = helpOrRun(*find(name), arguments);

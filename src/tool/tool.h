@@ -2,27 +2,27 @@
 
 #include <QStringList>
 
-/// The operator's commands: everything but `serve`.
+/// The operator's commands: all commands of the program except `serve`.
 namespace Tool
 {
 
-/// The exit status of every command, except for one that a signal interrupted, which has
-/// Interruption::status().
+/// The exit status of a command. A command that a signal has interrupted returns
+/// Interruption::status() instead.
 enum Status {
     Well = 0,       ///< the command succeeded, and all is well
     Look = 1,       ///< something needs attention, or the command failed
-    CouldNotAsk = 2 ///< the command line is wrong, or the database cannot be asked
+    CouldNotAsk = 2 ///< wrong command line or configuration, or the database cannot be read
 };
 
-/// Returns the command in `arguments`, whose first element is the program's name; empty if there is
-/// none or it is not an operator's command.
+/// Returns the name of the operator's command in `arguments`, or an empty text if there is none.
+/// The first argument is the program's name.
 QString commandIn(const QStringList &arguments);
 
 /**
  * Runs the command `name`, which commandIn() returned. Returns the exit status.
  *
  * Prints results to standard output and everything else to standard error. Call it once, on the
- * main thread, with a QCoreApplication. While it runs, it collects what Qt logs.
+ * main thread, with a QCoreApplication. While it runs, a Messages object handles what is logged.
  */
 int run(const QString &name, const QStringList &arguments);
 
