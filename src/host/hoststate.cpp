@@ -16,7 +16,7 @@ namespace
 // The cause of a run that queued no mail but did not fail: another host was faster, or the next
 // tick makes the report.
 constexpr const char *leftToOthers = "elsewhere";
-constexpr int warningsKept = 4; // per run; the first ones name the cause
+constexpr int warningsKept = 4; // per run; the first warnings name the cause
 constexpr int warningChars = 200;
 
 struct Cause {
@@ -24,7 +24,7 @@ struct Cause {
     const char *name; ///< of the cause in the metrics
 };
 
-// Each part occurs in all variants of its line; the line "mail not created!" has two.
+// Each part occurs in all variants of its line: the line "mail not created!" has two variants.
 constexpr Cause causesByText[] = {
     {"people SQL", "query"},
     {"no people!", "no_people"},

@@ -25,9 +25,9 @@ public:
 
 private:
     struct Seen {
-        qint64 shownMs; ///< when its text or count was last shown
+        qint64 shownMs; ///< when the text or its count was last shown
         qint64 lastMs;  ///< when the text last occurred
-        int hidden = 0; ///< occurrences that were not shown since `shownMs`
+        int hidden = 0; ///< occurrences since `shownMs`
     };
 
     QHash<QString, Seen> seen;

@@ -68,7 +68,7 @@ bool isNews(QtMsgType type, const QString &message, const QString &text)
 
 void handle(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
-    // Few of the plug-in's messages name the customer.
+    // Few of the plug-in's messages name the customer, so add the schema's token.
     const QString token = tokenOfThread();
     const QString text = token.isEmpty() ? message : token + QLatin1String(": ") + message;
     const std::lock_guard guard(lock);

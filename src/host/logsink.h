@@ -27,8 +27,8 @@ void install(bool showEverything);
 /// returned. A null `listener` only removes the previous one.
 void setListener(std::function<void(QtMsgType, const QString &)> listener);
 
-/// Returns how many different warning and critical messages occurred within the last hour. The same
-/// message of two schemas counts twice.
+/// Returns how many different warning and critical messages occurred within about the last hour.
+/// The same message of two schemas counts twice.
 int recentProblems();
 
 } // namespace LogSink

@@ -118,7 +118,7 @@ void addSchemas(std::vector<MetricFamily> &families, const QMap<QString, SchemaS
         families.push_back(family.family);
 }
 
-/// Reads the second number of /proc/self/statm, the pages in memory.
+/// Reads the number of pages in memory, the second number in /proc/self/statm.
 double residentBytes()
 {
     std::ifstream statm("/proc/self/statm");

@@ -10,7 +10,7 @@ namespace
 {
 
 /// Returns the month in the name of a report's workbook, such as "DennyReport_firm_112023.xlsx";
-/// invalid for other files.
+/// an invalid date for other files.
 QDate monthIn(const QString &fileName)
 {
     static const QRegularExpression form(

@@ -8,10 +8,10 @@ class QTimer;
 /**
  * Follows a plug-in's scans of the schemas.
  *
- * A scan begins when the plug-in's timer "scan" or "soonScan" fires, and continues while the
- * timer "nextSlice" runs. The interfaces between host and plug-in have no event for the beginning
- * or the end of a scan, so the names of these timers are a contract. Lives in the plug-in's thread
- * and must not outlive the plug-in.
+ * A scan begins when the plug-in's timer "scan" or "soonScan" fires, and continues while the timer
+ * "nextSlice" runs. The interfaces between host and plug-in have no event for the beginning or the
+ * end of a scan, so the names of these timers are a contract. Lives in the plug-in's thread and
+ * must not outlive the plug-in.
  */
 class ScanWatch : public QObject
 {

@@ -34,7 +34,7 @@
 namespace
 {
 
-// The connection manager never removes a connection of one of these names as unused.
+// The connection manager never removes a connection with one of these names as unused.
 QString masterName(bool single)
 {
     return single ? productConnection : informationConnection;
@@ -65,7 +65,7 @@ int ServeCommand::runThread(const ServeOptions &options, HostState &state)
     const HostAnswers answers(options, state);
     std::atomic<int> status{1};
     std::promise<QThread *> begun;
-    std::promise<void> signalsDone; // set when no signal can refer to the serving thread any more
+    std::promise<void> signalsDone; // set when no signal can reach the serving thread any more
     const std::future<void> untilSignalsDone = signalsDone.get_future();
     // Not a QThread: QThread::wait() returns before the thread-local destructors have run, and the
     // process could end before they run.
@@ -191,7 +191,7 @@ void ServeCommand::waitForEnd()
 
     qInfo("Host - serving '%s' on %s", qUtf8Printable(options.connection.databaseName),
           qUtf8Printable(serverText(options.connection.host, options.connection.port)));
-    if (options.connection.single) // otherwise after the first scan
+    if (options.connection.single) // otherwise ready after the first scan
         QMetaObject::invokeMethod(&services, &ServiceManager::ready, Qt::QueuedConnection);
     QTimer hourly;
     QObject::connect(&hourly, &QTimer::timeout, &scans, [this] { clearWorkbooks(); });

@@ -55,7 +55,7 @@ private:
     HostState &state; // outlives this object
     bool isPaused = false;
     QDate clearedOn; // when old workbooks were last removed
-    QEventLoop loop; // created first: gives this thread a dispatcher, which timers need
+    QEventLoop loop; // created before the plug-in, whose timers need the loop's dispatcher
     std::unique_ptr<DBManager> manager;
     std::unique_ptr<QueueWatch> queues;   // null without metrics
     std::unique_ptr<PluginHandle> plugin; // destroyed before the manager that it uses

@@ -14,7 +14,7 @@ struct ServeOptions {
     QString metricsAddress;       ///< such as "127.0.0.1:9469"; empty: no metrics
     bool clearsWorkbooks = false; ///< removes workbooks of past months from the temporary directory
     quint8 debugLevel = 0;
-    int runForSeconds = 0; ///< 0: until a signal asks to stop
+    int runForSeconds = 0; ///< 0: until a signal requests a stop
 };
 
 /**

@@ -21,7 +21,7 @@ public:
     /// Returns the descriptor to poll; -1 while not connected, for example because the host's
     /// backlog is full.
     int descriptor() const { return isConnected ? socket : -1; }
-    /// Connects unless already connected, and receives what has arrived.
+    /// Connects unless already connected, and receives the data that has arrived.
     void take();
     /// Closes the connection. `why` is the error; empty if the answer is complete.
     void end(const QString &why);

@@ -13,7 +13,7 @@ namespace
 
 constexpr int scanIntervalMs = 3600000;
 constexpr int soonMs = 1000;
-// Shorter than for workers, because the statements of a scan are short.
+// Shorter than the limits of workers, because the statements of a scan are short.
 constexpr ServerWatch::Limits scanLimits{std::chrono::seconds(2), std::chrono::seconds(4)};
 
 } // namespace
@@ -42,7 +42,7 @@ AutoReport::~AutoReport()
 void AutoReport::stopAllWorkers()
 {
     if (watch)
-        watch->requestEnd(); // first: its probe ends while the workers end
+        watch->requestEnd(); // first: the current probe ends while the workers end
     workers.stopAll();
     watch.reset();
 }

@@ -23,10 +23,10 @@ class ServerWatch;
  * keeps one worker for each.
  *
  * With an information database it scans the schemas one second after `start` and then every hour,
- * and starts a worker in its own thread for each schema with a report enabled. A long scan returns
- * to the event loop several times a second, so that a stop or a pause need not wait for it. Without
- * an information database it runs a single worker on the database that the host passes to
- * setDatabase(), in the object's own thread, and never scans.
+ * and starts a worker in a new thread for each schema with a report enabled. A long scan returns to
+ * the event loop several times a second, so that a stop or a pause need not wait until the scan
+ * ends. Without an information database it never scans, but runs a single worker in the object's
+ * thread, on the database that the host passes to setDatabase().
  *
  * All functions run in the object's thread. The host owns the object and calls `stop` before
  * deleting it. The destructor also stops the workers that have threads of their own.

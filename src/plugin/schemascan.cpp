@@ -79,7 +79,7 @@ void AutoReport::checkRegistry()
     }
 }
 
-/// Makes the scan end because of `obstacle`, and a new scan begin a minute later.
+/// Makes the scan end because of `obstacle`. A new scan then begins a minute later.
 void AutoReport::loseServer(const QString &obstacle)
 {
     scan.obstacle = obstacle;
@@ -95,7 +95,7 @@ void AutoReport::guardInfoDatabase()
     infoGuard->guard(info);
 }
 
-/// Ends the guarding. Closes the connection if the watch has broken it off: it still counts as
+/// Ends the guarding. Closes the connection if the watch has broken it off: Qt still considers it
 /// open, so that the next query would not reopen it.
 void AutoReport::releaseInfoDatabase()
 {

@@ -42,7 +42,8 @@ public:
     Q_DISABLE_COPY_MOVE(ServerWatch)
 
     /// Watches the connection of `guard` until the guard is destroyed. Probes use the account in
-    /// `config`, and its host and port if the connection does not reveal its server's address.
+    /// `config`. They use the host and port in `config` only if the connection does not reveal the
+    /// server's address.
     void add(const AutoReportDbConfig &config, const std::shared_ptr<ConnectionGuard> &guard,
              Limits limits);
 

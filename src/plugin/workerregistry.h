@@ -15,7 +15,7 @@ class WorkerHandle;
  * The plug-in's workers, by token, and their threads.
  *
  * Only stopAll() removes entries. The entry of a worker that ended on its own remains, so that the
- * next scan does not start a new worker for its schema. For the plug-in's thread.
+ * next scan does not start a new worker for the same schema. For the plug-in's thread.
  */
 class WorkerRegistry
 {
