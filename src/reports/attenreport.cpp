@@ -111,7 +111,7 @@ int AttenReport::buildWorkbook(const QString &path, const ReportRun &run)
 }
 
 /// Returns whether the rows fit into one sheet; if not, logs an error. The engine would drop the
-/// cells past the sheet's last row. Called before the rows are read, because that may take long.
+/// cells past the sheet's last row. Called before the rows are read, because reading may take long.
 bool AttenReport::fits(const BookFormat &format, int rowCount) const
 {
     if (rowCount < format.rows)
@@ -274,9 +274,9 @@ AttenReport::End AttenReport::queueForEach(MailRecord mail, const ReportRun &run
     return End::None;
 }
 
-/// Returns how a scheduled run ends after this error of a statement: a conflict with another
-/// transaction and a cluster node that is not ready end the run, and the next tick tries again.
-/// Returns None for other errors and other runs, which the caller handles.
+/// Returns how a scheduled run ends after a statement failed with this error. Two kinds of error
+/// end it: a conflict with another transaction, and a cluster node that is not ready. The next tick
+/// then tries again. Returns None for all other errors, and for runs that are not scheduled.
 AttenReport::End AttenReport::endAfter(const QString &errorCode, const ReportRun &run)
 {
     if (run.isScheduled && isConflict(errorCode))

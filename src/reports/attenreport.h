@@ -34,7 +34,7 @@ struct ReportKind;
  * The moment of the run, ReportRun::now, does not change after step 4, so that a run that lasts
  * past midnight makes the report of one day. A request to stop the thread takes effect at the next
  * row, or at the next mail while the mails can be rolled back. A lost connection ends the run,
- * because the server drops the connection's lock and transaction.
+ * because the server then releases the lock and rolls the transaction back.
  *
  * Use a report in the thread that owns the connection. Errors and outcomes are logged.
  */
@@ -50,8 +50,8 @@ public:
     /// Runs steps 5 and 6 for the month of `now`, whether or not the report is due. Claims nothing.
     void makeReport(const QStringList &emails, const QDateTime &now = QDateTime::currentDateTime());
 
-    /// Runs step 5. The extension of `path` chooses the format. On an error, logs it, returns false
-    /// and leaves an existing file unchanged.
+    /// Runs step 5. The extension of `path` determines the format. On an error, logs it, returns
+    /// false and leaves an existing file unchanged.
     bool saveWorkbook(const QString &path, const ReportRun &run);
 
     /// Runs step 6. Returns the number of mails queued.

@@ -16,7 +16,7 @@ namespace
 {
 
 // With these limits, a statement usually returns at most ten thousand rows, a few megabytes.
-constexpr int peoplePerStatement = 500; ///< MariaDB turns IN lists of 1,000 values into subqueries
+constexpr int peoplePerStatement = 500; ///< MariaDB turns IN lists of 1,000 or more into subqueries
 constexpr int cellsAhead = 8000;        ///< in memory, of all people
 /// A block may have this many days even if all people together then exceed `cellsAhead`: for the
 /// server, finding a person costs as much as reading a few days.

@@ -15,8 +15,8 @@
 class QSqlQuery;
 
 /**
- * Reads the days of many people at once, so that a report costs a few statements instead of up to
- * four for each of its rows.
+ * Reads the days of many people at once, so that a report runs a few statements instead of up to
+ * four for each row.
  *
  * Returns exactly the values that the statements for one person and one day would return. A value
  * that might differ is left open, and the caller must read it with those statements. This happens
@@ -41,7 +41,7 @@ public:
     void setPeople(const QVector<unsigned int> &uids);
 
     struct Row {
-        DailyAttenRow row; ///< incomplete if this call read its block and a statement failed
+        DailyAttenRow row; ///< incomplete if this call read the block and a statement failed
         DayValues open;    ///< values that the caller must still read
     };
     /// Returns nothing if stopped before the row was read. `uid` must be one of setPeople(), and
@@ -67,5 +67,5 @@ private:
     QHash<qlonglong, int> places; ///< uid -> index in `people`
     int peoplePerBlock = 1;
     int daysPerBlock = 1;
-    std::vector<Block> blocks; ///< one for each batch of people
+    std::vector<Block> blocks; ///< one for each `peoplePerBlock` people
 };

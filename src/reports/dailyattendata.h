@@ -47,7 +47,7 @@ public:
     void setShifts(const ShiftTable &table) { shifts = table; }
 
     /// Returns the values of one person and one day, incomplete if stopped or if a query failed.
-    /// Fastest in the order of the sheet: all people of day 1, then all of day 2.
+    /// Calls in the order of the sheet are fastest: all people of day 1, then all of day 2.
     DailyAttenRow row(const DailyAttenPerson &person, int dayOfMonth);
 
     /// Returns the statements that a report with these options runs to read the schema, for person

@@ -8,11 +8,11 @@
  */
 struct DailyAttenOptions : StoredOptions<DailyAttenOptions> {
     bool decimalTime = false; ///< durations as numbers of hours instead of text
-    bool minusSign = false;   ///< unworked time shown negative
+    bool minusSign = false;   ///< unworked time shown as negative
     bool interruptions = false;
     bool advancedOvertime = false; ///< overtime from `saldo_p` instead of `diff`
     const BookFormat *format = &xlsxFormat;
-    bool homeBranch = false; ///< the person's own branch instead of the latest assignment
+    bool homeBranch = false; ///< the home branch instead of the latest assigned branch
 
     static const std::vector<StoredOption<DailyAttenOptions>> &table();
 };

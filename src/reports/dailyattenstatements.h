@@ -7,7 +7,7 @@
 #include <QString>
 #include <QVector>
 
-/// The values of a row that are read with separate statements, in the order of reading.
+/// The values of a row, each of which has its own statement, in the order of reading.
 enum class DayValue { Attendance = 1, Overtime = 2, Corrections = 4, Interruptions = 8 };
 Q_DECLARE_FLAGS(DayValues, DayValue)
 Q_DECLARE_OPERATORS_FOR_FLAGS(DayValues)
@@ -40,7 +40,7 @@ public:
 
     QString forOne(DayValue value, unsigned int uid, const DaySpan &day) const;
     /// Without `advancedOvertime`, finds more overtime than forOne(): the caller must ignore rows
-    /// that are not at a day's first moment.
+    /// whose moment is not the first of a day.
     QString forMany(DayValue value, const QVector<unsigned int> &uids, const DaySpan &days) const;
 
 private:

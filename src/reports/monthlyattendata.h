@@ -16,7 +16,7 @@ struct InterruptionCatalogue {
     QHash<QString, unsigned int> shortcutToIid;
 };
 
-/// A calendar month as text for statements.
+/// The limits and the key of a calendar month, as text for statements.
 struct AttenMonth {
     explicit AttenMonth(const QDate &date);
 

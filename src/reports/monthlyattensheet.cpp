@@ -114,8 +114,8 @@ MonthlyAttenSheet::Column MonthlyAttenSheet::interruptionColumn(const QString &h
             }};
 }
 
-/// Returns the column of an extra shortcut. An unknown shortcut gets id 0, which has neither a
-/// heading nor hours, so that its column is empty.
+/// Returns the column of an extra shortcut. An unknown shortcut gets id 0; its column has neither a
+/// heading nor hours.
 MonthlyAttenSheet::Column
 MonthlyAttenSheet::extraColumn(const QString &shortcut,
                                const InterruptionCatalogue &catalogue) const

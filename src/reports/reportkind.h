@@ -29,7 +29,7 @@ struct ReportNeeds {
  * over the table. To add a report, write its class and add a row.
  */
 struct ReportKind {
-    const char *word;      ///< its name on the command line: "daily"
+    const char *word;      ///< its name on the command line, such as "daily"
     const char *className; ///< prefix of its log lines and of its lock's name
     const char *prefix;    ///< of its keys in `vars`, including the final dot
     const ReportSchedule *schedule;
@@ -57,7 +57,7 @@ extern const ReportKind monthlyReport;
 /// Returns all rows: the daily report, then the monthly one.
 const QVector<const ReportKind *> &reportKinds();
 
-/// Returns the words of all reports, in the same order.
+/// Returns the words of all reports, in the order of reportKinds().
 QStringList reportWords();
 
 /// Returns the kind called `word`, or null. The comparison is case-sensitive.

@@ -105,7 +105,8 @@ QDateTime scheduledMoment(const QDate &date, const QTime &time)
     if (!time.isValid())
         return start;
 
-    // With the offset at the start of the day, a repeated hour yields its first occurrence.
+    // With the UTC offset at the start of the day, a time that occurs twice yields its first
+    // occurrence.
     const qint64 asUtc = QDateTime(date, time, Qt::UTC).toMSecsSinceEpoch();
     const QDateTime early =
         QDateTime::fromMSecsSinceEpoch(asUtc - start.offsetFromUtc() * qint64(1000));

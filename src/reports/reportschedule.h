@@ -23,7 +23,8 @@ struct ReportSchedule {
 /**
  * The schedule of both reports: once a day, at the first tick at or after the configured time.
  *
- * A report last generated sixty seconds before today's scheduled moment, or later, counts as made.
+ * If "lastGenerated" is sixty seconds before today's scheduled moment, or later, today's report
+ * counts as made.
  */
 extern const ReportSchedule onceADay;
 
@@ -69,13 +70,13 @@ ScheduleVerdict scheduleVerdict(const ReportSettings &settings, const QDateTime 
 QDateTime momentAfterWait(const ReportSettings &settings, const QDateTime &dueAt,
                           const QDateTime &now);
 
-/// Returns the first moment from `now` on at which the report is due if its settings do not change;
-/// invalid if there is none.
+/// Returns the first moment from `now` on at which the report is due, assuming that its settings do
+/// not change. Returns an invalid moment if there is none.
 QDateTime nextDue(const ReportSettings &settings, const QDateTime &now);
 
 /**
  * Returns the first moment of `date` at which a local clock shows `time` or later, for days of 23,
- * 24 and 25 hours. An invalid time is the start of the day.
+ * 24 and 25 hours. An invalid `time` means the start of the day.
  *
  * If clocks are set back and `time` occurs twice, returns the first occurrence: with the second, a
  * report made at the first would be due again. If clocks are set forward and skip `time`, returns

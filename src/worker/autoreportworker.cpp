@@ -151,7 +151,7 @@ bool AutoReportWorker::keepDatabase()
         currentId = serverConnectionId(database);
     const bool wasLost = std::exchange(databaseLost, currentId == 0);
     if (databaseLost) {
-        if (!wasLost) // logged once per loss
+        if (!wasLost) // logs each loss once
             qWarning("AutoReportWorker::activateReports() - no connection to db='%s': %s",
                      qUtf8Printable(config.databaseName),
                      qUtf8Printable(database.lastError().text()));

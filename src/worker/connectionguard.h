@@ -22,7 +22,7 @@ public:
 
     /// Guards the open connection of `database` instead of the previous one.
     void guard(const QSqlDatabase &database);
-    /// Ends the guarding. Call it before the connection is closed.
+    /// Ends the guarding. Call it before closing the connection.
     void release();
 
     /// Makes every call on the guarded connection fail at once.
@@ -30,7 +30,7 @@ public:
     /// Like breakOff(), but also breaks off all connections guarded later.
     void breakForGood();
     bool isGuarding() const;
-    /// Returns whether the connection guarded last was broken off.
+    /// Returns whether the connection that was guarded last was broken off.
     bool isBroken() const { return broken; }
 
     /// Returns the server's numeric address. The address has an empty host for a Unix socket, or if

@@ -4,7 +4,7 @@
 #include <QSqlDatabase>
 
 /**
- * The interface that a worker polls once a minute.
+ * The interface of a report, whose worker calls doWork() once a minute.
  *
  * A report belongs to its worker and lives in the worker's thread. It holds a copy of the worker's
  * QSqlDatabase, so the worker deletes its reports before it removes the connection.
