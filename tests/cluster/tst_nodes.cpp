@@ -65,6 +65,12 @@ private Q_SLOTS:
             QCOMPARE(bench.schema.value("SELECT COUNT(*) FROM vars WHERE value > 86400").toInt(),
                      1);
         }
+        // Each of the others says so, and some have met at the row.
+        const int rolledBack = bench.log.countContaining("the server rolled the run back");
+        QCOMPARE(rolledBack + bench.log.countContaining("is making this report") +
+                     bench.log.countContaining("has made this report"),
+                 10 * rounds * (nodes - 1));
+        QVERIFY(rolledBack > 0);
         QVERIFY(bench.log.texts(QtWarningMsg).isEmpty());
         QVERIFY(bench.log.texts(QtCriticalMsg).isEmpty());
     }
