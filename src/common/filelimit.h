@@ -2,8 +2,8 @@
 
 #include <sys/resource.h>
 
-/// Raises the limit on open files to the hard limit. Each served schema keeps about five files
-/// open, so the usual soft limit of 1,024 suffices for only about 200 schemas.
+/// Raises this process's limit on open files to the hard limit. Each served schema keeps about five
+/// files open, so the usual soft limit of 1,024 suffices for only about 200 schemas.
 inline void raiseFileLimit()
 {
     rlimit limit = {};

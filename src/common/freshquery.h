@@ -10,8 +10,8 @@
 /**
  * Returns a new query on `database`, forward only.
  *
- * If `database` is invalid, QSqlQuery(database) silently uses the default connection, and so the
- * wrong database. On the query returned here every statement fails instead.
+ * If `database` is invalid, every statement of the returned query fails. QSqlQuery(database) would
+ * silently use the default connection instead, and so the wrong database.
  */
 inline QSqlQuery freshQuery(const QSqlDatabase &database)
 {

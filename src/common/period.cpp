@@ -7,8 +7,8 @@ QDate firstOfMonth(const QDate &date)
 
 QDateTime dayStart(const QDate &date)
 {
-    // If midnight occurs twice, startOfDay() returns the one with the UTC offset that the C library
-    // used last. The earlier midnight has the offset of the evening before.
+    // If midnight occurs twice, startOfDay() returns the midnight with the UTC offset that the C
+    // library used last. The earlier midnight has the offset of the evening before.
     constexpr qint64 eveningSeconds = 21600;
     const QDateTime start = date.startOfDay();
     const int offset =

@@ -2,9 +2,9 @@
 
 #include <QString>
 
-/// Returns whether a character could control a terminal, end the line, or change the order of the
-/// characters around it: a control character, a separator of lines or paragraphs, or a character
-/// that marks, embeds, overrides or isolates a direction of writing.
+/// Returns whether `c` is a control character, separates lines or paragraphs, or controls the
+/// writing direction. Such a character could control a terminal, end the line, or reorder the
+/// characters around it.
 inline bool isControl(QChar c)
 {
     const ushort code = c.unicode();

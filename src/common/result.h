@@ -7,7 +7,7 @@
 
 /// What went wrong.
 struct Error {
-    QString text;      ///< one line, usually from the driver or the system
+    QString text;      ///< usually from the driver or the system
     QString code = {}; ///< the database server's error number, or empty
 };
 
@@ -18,7 +18,7 @@ class [[nodiscard]] Result
 public:
     using Value = T;
 
-    // Implicit, so that a function can return a value or an error.
+    // The constructors are implicit, so that a function can return a value or an error.
     Result(T value)
         : content(std::move(value))
     {
@@ -29,9 +29,9 @@ public:
     }
 
     bool isOk() const { return std::holds_alternative<T>(content); }
-    /// Valid only if isOk().
+    /// Call it only if isOk().
     const T &value() const { return std::get<T>(content); }
-    /// Valid only if isOk() is false.
+    /// Call these functions only if isOk() is false.
     const QString &error() const { return std::get<Error>(content).text; }
     const QString &errorCode() const { return std::get<Error>(content).code; }
 

@@ -5,4 +5,4 @@
 #include "common/zasrules.h"
 #include "common/zastime.h"
 
-// All of the product's free helpers in one include.
+// Includes all helper functions of the product.

@@ -6,8 +6,8 @@
 #include <QUrl>
 
 /**
- * The logged-in administrator and the product's licence. Both belong to the host, which sets them
- * at start-up and log-in; only the host's thread uses them.
+ * The logged-in administrator and the product's licence. The host sets them at start-up and log-in.
+ * Only the host's thread may use them.
  */
 namespace ZAS
 {
@@ -48,9 +48,9 @@ extern LoginInfo curAdmin;
 extern LicenseInfo license;
 
 /**
- * Sets `curAdmin.uids` to the people whom the current administrator may see; for the built-in
- * accounts (ids below 2), to all active people. Uses the default connection. If the query fails,
- * logs the error and sets an empty list.
+ * Sets `curAdmin.uids` to the people whom the current administrator may see. For the built-in
+ * accounts (ids below 2), these are all active people. Uses the default connection. If the query
+ * fails, logs the error and sets an empty list.
  */
 void loadCurrentAdminPeopleUids();
 

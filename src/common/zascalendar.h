@@ -4,8 +4,8 @@
 #include <QString>
 
 /**
- * Calendar arithmetic on Unix seconds, all in local time. A "midnight" is the day's first moment,
- * see dayStart(). Month keys are year * 100 + month.
+ * Calendar arithmetic on Unix seconds, all in local time. A "midnight" is the first moment of a
+ * day, as dayStart() returns it. A month key is year * 100 + month.
  */
 namespace ZAS
 {
@@ -31,8 +31,7 @@ QString monthString(unsigned int monthKey);
 
 /**
  * Returns the number of working days in a month of `days` days that begins on `firstDayOfWeek`
- * (1 = Monday): the days from Monday to Friday, minus `holidays`. Negative if there are more
- * holidays than such days.
+ * (1 = Monday): its Mondays to Fridays, minus `holidays`. The result may be negative.
  */
 int workingDaysInMonth(unsigned char days, unsigned char firstDayOfWeek, unsigned char holidays);
 
@@ -42,13 +41,13 @@ unsigned char workingDaysInWeek(unsigned char freeDays);
 
 /**
  * Returns the first day of the month of the oldest attendance record that has a date. If there is
- * no such record, or if the query fails, which is logged, returns the first day of the current
- * month. Uses the default connection; call it from that connection's thread.
+ * no such record, returns the first day of the current month. Also returns that day if the query
+ * fails, and logs the error. Uses the default connection; call it on that connection's thread.
  */
 QDate findFirstMonth();
 
-/// Returns the Slovak name of a day or, if `shortForm`, its two-letter abbreviation: 1 = Monday ...
-/// 6 = Saturday; any other value is Sunday.
+/// Returns the Slovak name of a day of the week or, if `shortForm`, the two-letter abbreviation.
+/// 1 is Monday, 6 is Saturday, and any other value is Sunday.
 QString getDayName(unsigned char dayOfWeek, bool shortForm);
 
 } // namespace ZAS

@@ -20,7 +20,7 @@ constexpr std::array<const char *, roundingSteps.size()> roundingLabels{
     QT_TRANSLATE_NOOP("ZAS", "hodina")};
 constexpr std::array<unsigned short, 4> dayIssueSteps{0, 60, 300, 900};
 
-/// Returns the index of `value` in `steps`, 0 if it is not there.
+/// Returns the index of `value` in `steps`, or 0 if `steps` does not contain it.
 template <class Steps>
 int indexOf(const Steps &steps, int value)
 {

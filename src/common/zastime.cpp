@@ -20,7 +20,7 @@ constexpr unsigned int hoursAndMinutes = 2;
 constexpr unsigned int hoursToSeconds = 3;
 constexpr std::size_t longestTime = 32; // the largest number of hours has 16 digits
 
-/// Writes `number`, with at least two digits, before `end`. Returns the place of its first digit.
+/// Writes `number`, with at least two digits, before `end`. Returns a pointer to the first digit.
 QChar *putBefore(QChar *end, unsigned long long number)
 {
     for (int digits = 0; digits < 2 || number > 0; ++digits, number /= 10)
@@ -123,8 +123,7 @@ QString ZAS::tsToDateTimeString(unsigned int ts)
 
 unsigned int ZAS::secondsFromTimestamp(unsigned int ts)
 {
-    // The seconds that have passed since midnight differ from the clock on days with 23 or 25
-    // hours.
+    // On days with 23 or 25 hours, the seconds since midnight would differ from the time of day.
     const QTime time = QDateTime::fromSecsSinceEpoch(ts).time();
     return static_cast<unsigned int>(time.hour() * 3600 + time.minute() * 60 + time.second());
 }

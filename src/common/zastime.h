@@ -23,16 +23,16 @@ bool isTimeSecondPrecision();
 /**
  * Returns a duration as text, with every number padded to at least two digits.
  *
- * `format` 1 is the hours alone, never with a sign; 2 is hours:minutes; any other value is
- * hours:minutes:seconds. With `limit24`, a duration of more than 86,400 seconds is wrapped: its
- * hours are shown without those of whole days. 86,400 itself stays 24:00, and negative durations
- * are never wrapped.
+ * `format` 1 means the hours alone, without a sign; 2 means hours:minutes; any other value means
+ * hours:minutes:seconds. If `limit24`, a duration of more than 86,400 seconds is wrapped: its hours
+ * are shown modulo 24. Exactly 86,400 seconds are shown as 24:00. Negative durations are never
+ * wrapped.
  */
 QString tsToTimeString(long long seconds, unsigned int format, bool limit24);
 
 /// Returns a duration as text in the customer's precision, never wrapped.
 QString tsToTimeString(long long seconds);
-/// Returns a duration as text in the customer's precision, wrapped as with `limit24`.
+/// Returns a duration as text in the customer's precision, wrapped as if `limit24` were set.
 QString tsToTimeStringLimit(long long seconds);
 
 /**
@@ -51,9 +51,9 @@ QString tsToDateTimeString(unsigned int ts);
 unsigned int secondsFromTimestamp(unsigned int ts);
 
 /**
- * Returns an input mask, a regular expression, for a time field that holds `value`: one "[0-9]" per
- * digit of the hours, but at least two, then two each for the minutes and, if `withSeconds`, the
- * seconds. Colons separate them.
+ * Returns an input mask for a time field that contains `value`. The mask is a regular expression:
+ * one "[0-9]" for each digit of the hours in `value`, but at least two; then two for the minutes
+ * and, if `withSeconds`, two for the seconds. Colons separate the three parts.
  */
 QString getMask4timeValue(const QString &value, bool withSeconds);
 

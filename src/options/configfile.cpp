@@ -33,7 +33,7 @@ QString accessError(const QString &path)
     return {};
 }
 
-/// Returns the raw value of each key, by section and key.
+/// Returns the raw text of all values, keyed like "database/host".
 QMap<QString, QString> writtenValues(const QString &path)
 {
     QMap<QString, QString> written;
@@ -53,8 +53,8 @@ QMap<QString, QString> writtenValues(const QString &path)
     return written;
 }
 
-/// Returns the intended value: the text itself or, if it is in double quotes, the text between them
-/// without the backslash before each quotation mark and backslash.
+/// Returns the intended value: the text itself or, if the text is in double quotes, its content
+/// with \" and \\ replaced by " and \.
 QString intendedValue(const QString &written)
 {
     const QLatin1Char quote('"');
@@ -66,7 +66,8 @@ QString intendedValue(const QString &written)
 }
 
 /// Returns the original in /etc if `path` is a copy that the service manager made for the service;
-/// otherwise `path` itself. Only the service can read the copy, so the original must be checked.
+/// otherwise `path` itself. The copy is always private, so only the permissions of the original
+/// show whether the password is secret.
 QString originOf(const QString &path)
 {
     const QFileInfo file(path);

@@ -15,7 +15,8 @@ struct ConfigFile {
     QString error;                 ///< why the file was refused; empty on success
     bool isReadable = true;        ///< whether the file could be read, even if invalid
 
-    /// Returns the file that is read if the command line names none. Only this file may be missing.
+    /// Returns the path of the file to read if the command line names none. Only this file may be
+    /// missing.
     static QString defaultPath();
 
     /**

@@ -14,16 +14,17 @@ QSqlDatabase ConnectionOptions::addDatabase(const QString &connectionName, OnLos
     db.setUserName(user);
     db.setPassword(password);
     db.setDatabaseName(databaseName);
-    // A host reconnects, as DBManager does for schemas, and so survives a restart of the server. A
-    // command must not reconnect, because the driver does so silently and loses session settings
+    // A host reconnects to survive a restart of the server, as DBManager does for schemas. A
+    // command must not reconnect, because the driver would do so silently and lose session settings
     // such as read-only.
     const QString always = onLoss == OnLoss::Reconnect ? reconnectingOptions : commonOptions;
     db.setConnectOptions(always + encryption() + limits());
     return db;
 }
 
-/// Returns the driver's options for the certificate files. Any of them makes the driver use TLS;
-/// openTrusted() enforces the authority. DBManager copies them for its connections to schemas.
+/// Returns the driver's options for the certificate files. Any of these options makes the driver
+/// use TLS; openTrusted() enforces the authority. DBManager copies the options to its connections
+/// to schemas.
 QString ConnectionOptions::encryption() const
 {
     QString options;

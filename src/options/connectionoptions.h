@@ -7,7 +7,7 @@
 struct ConnectionOptions {
     bool single = false; ///< `databaseName` is one schema, not an information database
     QString host;        ///< one host, or several: "node1:3306,node2"
-    int port = 0;        ///< for hosts that name none; may be 0 if every host names one
+    int port = 0;        ///< of hosts without a port in `host`; may be 0 if there are none
     QString user;
     QString password;
     QString databaseName;
@@ -16,10 +16,10 @@ struct ConnectionOptions {
     QString authorityFile;
     QString certificateFile;
     QString keyFile;
-    int timeoutSeconds = 0;       ///< to connect, to send and to wait for an answer; 0: no limit
-    bool waitsForAnswers = false; ///< answers have no limit, because statements may run long
+    int timeoutSeconds = 0;       ///< limit for connecting, sending and receiving; 0: no limit
+    bool waitsForAnswers = false; ///< if true, receiving has no limit: statements may run long
 
-    /// After a lost connection a host reconnects; an operator's command fails.
+    /// What to do if the connection is lost: a host reconnects, an operator's command fails.
     enum class OnLoss { Reconnect, Fail };
 
     /// Registers a connection as `connectionName` without opening it. The caller removes it.

@@ -5,8 +5,8 @@
 
 #include <memory>
 
-/// Keeps the linker from dropping the library's resource. Must not be in a namespace, because the
-/// macro declares a global function.
+/// Prevents the linker from dropping the resource that contains the translations. Must not be in a
+/// namespace, because the macro declares a global function.
 static void keepResource()
 {
     Q_INIT_RESOURCE(translations);

@@ -14,7 +14,7 @@
 namespace
 {
 
-constexpr int noPort = std::numeric_limits<int>::min(); // the port of a host that names none
+constexpr int noPort = std::numeric_limits<int>::min(); // marks a host without a port
 
 constexpr const char *passwordVariable = "AUTOREPORT_DB_PASSWORD";
 
@@ -150,7 +150,7 @@ ConnectionOptions OptionReader::connection()
     return options;
 }
 
-/// Checks whether the file can be read, because the driver's error would not name the file.
+/// Tries to open the file, because the driver's error would not name it.
 QString OptionReader::file(const char *name)
 {
     const QString option = QLatin1String(name);

@@ -10,8 +10,8 @@ class QCommandLineParser;
 /**
  * Reads options from a parsed command line, falling back to the configuration file.
  *
- * Keeps the first error in `error`, as one sentence. `isUsage` is true for an error of usage, such
- * as a missing option, and false for other errors, such as a file that cannot be read.
+ * Keeps the first error in `error`, as one sentence. `isUsage` is true for a usage error, such as a
+ * missing option, and false for other errors, such as a file that cannot be read.
  */
 class OptionReader
 {
@@ -23,11 +23,11 @@ public:
     /// Adds the language option, for commands that make reports.
     static void describeLanguage(QCommandLineParser &parser);
 
-    /// Returns the value of an option, which must not be missing.
+    /// Returns the value of an option. A missing or empty option is an error.
     QString text(const char *name);
-    /// Returns whether the flag is given on the command line or true in the configuration.
+    /// Returns whether the flag is given on the command line or true in the configuration file.
     bool flag(const char *name);
-    /// Returns the value of an option, which must be a number from `least` to `most`.
+    /// Returns the value of an option. It must be a number from `least` to `most`.
     int number(const char *name, int least, int most);
     /// Returns the connection options, without the password.
     ConnectionOptions connection();
@@ -36,10 +36,11 @@ public:
     /// can read command lines.
     QString password();
 
-    /// Returns the value of an option, which must be "host:port"; an empty text if it is not set.
+    /// Returns the value of an option, or an empty text if it is not set. The value must have the
+    /// form "host:port".
     QString address(const char *name);
 
-    /// Returns the language of the reports, which must be one of Language::known().
+    /// Returns the language of the reports. It must be one of Language::known().
     QString language();
 
     /// Sets `error` and `isUsage`, unless there is an error already.
@@ -51,8 +52,8 @@ public:
 private:
     void failMissing(const QString &message, bool usage);
     bool hasOption(const QString &option) const;
-    /// Returns the value of an option, which must be the path of a readable file without a
-    /// semicolon; an empty text if it is not set.
+    /// Returns the value of an option, or an empty text if it is not set. The value must be the
+    /// path of a readable file, without a semicolon.
     QString file(const char *name);
 
     const QCommandLineParser &parser;

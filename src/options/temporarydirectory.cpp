@@ -56,7 +56,7 @@ TemporaryDirectory checkDirectory()
 
 /// Shared by a probe and the thread that it started, because either may end first.
 struct TemporaryDirectoryProbe::Check {
-    QSemaphore done; // the thread releases it last
+    QSemaphore done; // released when the thread has set `directory`
     std::mutex mutex;
     TemporaryDirectory directory;
 };
@@ -70,7 +70,7 @@ TemporaryDirectory TemporaryDirectoryProbe::check(std::chrono::milliseconds pati
     const TemporaryDirectory silent{pathAsSet(), TemporaryDirectory::State::Silent, {}, 0};
     if (pending && pending->done.available() == 0)
         return silent;
-    // Start a new check: a late answer to an earlier one would be out of date.
+    // Start a new check, because the result of an earlier one would be out of date.
     const auto check = std::make_shared<Check>();
     try {
         std::thread([check] {

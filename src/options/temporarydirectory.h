@@ -25,8 +25,8 @@ struct TemporaryDirectory {
  * Checks the temporary directory in a thread of its own, because nothing can end a thread that
  * waits for a stalled disk.
  *
- * A probe has at most one such thread at a time, and its destructor does not wait for the thread.
- * Not thread-safe.
+ * A probe has at most one such thread at a time. The destructor does not wait for the thread. Not
+ * thread-safe.
  */
 class TemporaryDirectoryProbe
 {

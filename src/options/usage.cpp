@@ -70,7 +70,7 @@ UsageError Usage::parserError(const QCommandLineParser &parser)
 
 QString Usage::nearest(const QString &word, const QStringList &known)
 {
-    // Tokens may be of any length, and comparing long words takes too much time and memory.
+    // Skip long words, because comparing them takes too much time and memory.
     constexpr int longest = 64;
     QString found;
     int least = std::max(2, word.size() / 3 + 1);

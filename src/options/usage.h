@@ -5,26 +5,26 @@
 
 class QCommandLineParser;
 
-/// What is wrong with a command line. Texts have no full stop.
+/// An error in a command line. The texts end without a full stop.
 struct UsageError {
     QString text;
     QString meant = {}; ///< a suggestion; empty if nothing is similar
 };
 
-/// What to print for a wrong command line: short, so that the error is not lost above a page of
-/// help.
+/// Describes errors in a command line in a few lines, so that a page of help does not hide the
+/// error.
 namespace Usage
 {
 
-/// Returns three lines: the error; the suggestion or, without one, `synopsis`; and `help`, which
-/// says where to read more.
+/// Returns three lines: the error; the suggestion or, if there is none, `synopsis`; and `help`,
+/// which says where to find help.
 QStringList threeLines(const UsageError &error, const QString &synopsis, const QString &help);
 
-/// Returns the parser's error; call it after a parse that failed.
+/// Returns the parser's error. Call it only after a failed parse.
 UsageError parserError(const QCommandLineParser &parser);
 
-/// Returns the word of `known` that begins with `word`, or differs from it in the fewest letters;
-/// an empty text if all of them differ in more than about a third of the letters.
+/// Returns the word of `known` that begins with `word` or differs from `word` in the fewest
+/// letters. Returns an empty text if each word differs in more than about a third of the letters.
 QString nearest(const QString &word, const QStringList &known);
 
 } // namespace Usage
