@@ -23,8 +23,7 @@ bool isWell(const QVector<ReportHistory> &reports)
                        [](const ReportHistory &one) { return one.status.reason.isEmpty(); });
 }
 
-/// Returns nothing if the server stops answering: a page of what was read until then would look
-/// complete.
+/// Returns nothing if the server stops answering, because an incomplete page would look complete.
 std::optional<QVector<ReportHistory>> readAll(const Schemas &schemas,
                                               const QVector<SchemaRow> &rows,
                                               const Machine &machine, const HistoryWindow &window)
@@ -46,8 +45,8 @@ std::optional<QVector<ReportHistory>> readAll(const Schemas &schemas,
 bool writePage(const QString &path, const QByteArray &page)
 {
     QSaveFile file(path);
-    errno = 0; // not every error is one of the system
-    // Flush first: commit() ignores an error in writing what is still buffered.
+    errno = 0; // not every error of QSaveFile sets errno
+    // Calls flush() first, because commit() ignores errors in writing buffered data.
     const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(page) == page.size() &&
                            file.flush() && file.commit();
     const int error = errno;

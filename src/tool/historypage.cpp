@@ -10,8 +10,8 @@
 
 #include <algorithm>
 
-/// Keeps the linker from dropping the library's resource. Not in a namespace: the macro declares a
-/// function.
+/// Keeps the linker from dropping the library's resource. Must not be in a namespace, because the
+/// macro declares a global function.
 static void keepResource()
 {
     Q_INIT_RESOURCE(page);
@@ -20,16 +20,16 @@ static void keepResource()
 namespace
 {
 
-/// The sizes of a day in the drawing's own units, which the browser scales.
+/// The size of a day in the units of the drawing, which the browser scales.
 constexpr int dayWidth = 10;
 constexpr int stripHeight = 20;
 
 struct Shape {
-    const char *name; ///< also the class in the style
+    const char *name; ///< also the class in the style sheet
     const char *path;
 };
 
-/// By DayState: a dot, a cross, a triangle and a bar, which differ even without colours.
+/// Indexed by DayState: a dot, a cross, a triangle and a bar, which differ even without colours.
 constexpr Shape shapes[] = {{"not-due", "M3.5 8.5h3v3h-3z"},
                             {"none", "M1 7l2-2 2 2 2-2 2 2-2 3 2 3-2 2-2-2-2 2-2-2 2-3z"},
                             {"waiting", "M5 4l4 12h-8z"},
@@ -40,7 +40,7 @@ const Shape &shapeOf(DayState state)
     return shapes[static_cast<int>(state)];
 }
 
-/// Escapes markup. Replaces control characters, which browsers refuse or hide.
+/// Escapes markup, and replaces control characters, which browsers refuse or hide.
 QString escaped(const QString &text)
 {
     return withoutControls(text).toHtmlEscaped();
@@ -102,7 +102,7 @@ QString kindWord(const ReportHistory &report)
     return report.status.kind ? QString(QLatin1String(report.status.kind->word)) : QString();
 }
 
-/// Returns the content of the column "today", with the class that colours it.
+/// Returns the content of the column "Today", with the class that colours it.
 QString todayCell(const ReportHistory &report)
 {
     const QString &reason = report.status.reason;
@@ -117,14 +117,14 @@ QString todayCell(const ReportHistory &report)
     return QStringLiteral("<span class=\"tag %1\">%2</span>").arg(look, escaped(word));
 }
 
-/// The script sorts by the data attributes, which are in the order of the columns.
+/// The script sorts by the data attributes, which have the same names as the keys in head().
 QString row(const ReportHistory &report)
 {
     const qint64 last = report.lastQueuedAt();
     const QDateTime lastMoment =
         last == 0 ? QDateTime() : QDateTime::fromSecsSinceEpoch(std::min(last, endOfYear9999));
     const int state = report.days.isEmpty() ? -1 : static_cast<int>(report.days.last().state);
-    // Problems first.
+    // In ascending order, problems come first.
     const int rank = report.status.reason.isEmpty() ? state + 1 : -1;
     const QString token = escaped(report.status.token);
     return QStringLiteral("<tr data-schema=\"%1\" data-report=\"%2\" data-today=\"%3\" "

@@ -7,7 +7,8 @@
 /**
  * Returns an HTML page in UTF-8: today's problems, then each report with its strip of days.
  *
- * The page needs no other file, and its content security policy forbids loading any. Without its
- * script it cannot be sorted, but shows the same. All texts from databases are escaped.
+ * The page needs no other file, and its content security policy forbids loading any. If the browser
+ * runs no scripts, the page cannot be sorted, but shows the same. All texts from databases are
+ * escaped.
  */
 QByteArray historyPage(const QVector<ReportHistory> &reports, const HistoryWindow &window);

@@ -16,7 +16,7 @@ struct StateLook {
     Output::Colour colour;
 };
 
-/// By DayState.
+/// Indexed by DayState.
 constexpr StateLook looks[] = {{"not due", 0x00B7, Output::Colour::Plain},
                                {"none", 0x00D7, Output::Colour::Bad},
                                {"waiting", 0x25B2, Output::Colour::Notable},
@@ -45,7 +45,7 @@ QString strip(const QVector<ReportDay> &days)
     return text;
 }
 
-/// Returns the first and the last day, spread over the width of the strip below.
+/// Returns the first and the last day, aligned with the ends of the strip below.
 QString ruler(const QVector<ReportDay> &days)
 {
     const auto text = [](const ReportDay &day) {

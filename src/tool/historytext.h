@@ -15,8 +15,9 @@ QString mailsText(const ReportDay &day);
 /// for each report that needs attention.
 QStringList historyTable(const QVector<ReportHistory> &reports);
 
-/// Returns a line for each day on which the report has mails or should have.
+/// Returns a line for each day on which the report has mails, or should have some.
 QStringList historyDays(const ReportHistory &report);
 
-/// Returns everything about one report. Moments are ISO 8601 with offset; absent values are null.
+/// Returns everything about one report. Moments are in ISO 8601 format with an offset from UTC.
+/// Absent values are null.
 QJsonObject historyJson(const ReportHistory &report);

@@ -27,7 +27,7 @@ Progress::Progress(const QString &counted, int ofAll)
 Progress::~Progress()
 {
     if (shown)
-        std::fputs("\r\033[K", stderr); // to the start of the line, and clear it
+        std::fputs("\r\033[K", stderr); // returns to the start of the line and clears it
 }
 
 void Progress::step()

@@ -4,18 +4,19 @@
 #include <QString>
 
 /**
- * A progress bar on standard error for work that takes longer than a second. There is none if
+ * A progress bar on standard error for work that takes longer than a second. No bar is shown if
  * standard error is not a terminal. Print nothing until the destructor has erased the bar.
  */
 class Progress
 {
 public:
-    /// `counted` names what is counted, for example "schemas". If `ofAll` is 0 there is no bar.
+    /// `counted` names what is counted, for example "schemas". `ofAll` is the total; if it is 0, no
+    /// bar is shown.
     Progress(const QString &counted, int ofAll);
     ~Progress();
     Q_DISABLE_COPY(Progress)
 
-    /// Counts one more as done. Cheap enough to be called for every row.
+    /// Counts one more item as done. Cheap enough to be called for every row.
     void step();
 
 private:

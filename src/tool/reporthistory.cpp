@@ -25,12 +25,12 @@ QVector<ReportDay> emptyDays(const HistoryWindow &window)
     return days;
 }
 
-/// Adds the mails of one report that were queued in the same second.
+/// Adds one row of the query: the mails of a report that were queued in the same second.
 void addMails(QVector<ReportDay> &days, const QDate &day, const QSqlQuery &query)
 {
     const auto found = std::find_if(days.begin(), days.end(),
                                     [&day](const ReportDay &one) { return one.date == day; });
-    if (found == days.end()) // its subject names no day, and it was stamped after today
+    if (found == days.end()) // the subject names no day, and the mails are dated after today
         return;
     found->lastQueuedAt = std::max(found->lastQueuedAt, query.value(1).toLongLong());
     found->queued += query.value(2).toInt();
@@ -39,7 +39,7 @@ void addMails(QVector<ReportDay> &days, const QDate &day, const QSqlQuery &query
     found->lastSentAt = std::max(found->lastSentAt, query.value(5).toLongLong());
 }
 
-/// Reads the mails of all reports into their `days`. Returns the error.
+/// Reads the mails of all reports into their `days`. Returns the error, or an empty text.
 QString readMails(const QSqlDatabase &database, const HistoryWindow &window,
                   QVector<ReportHistory> &reports)
 {
@@ -47,7 +47,7 @@ QString readMails(const QSqlDatabase &database, const HistoryWindow &window,
     for (int i = 0; i < window.subjects.size(); ++i)
         places.append(QStringLiteral("?"));
     QSqlQuery query = freshQuery(database);
-    // Does not read the attachments.
+    // Leaves out the attachments, which are large.
     query.prepare(QStringLiteral("SELECT subject, created, COUNT(*), SUM(status = 'Q'), "
                                  "SUM(status != 'Q' AND (sent > 0 OR done > 0)), "
                                  "MAX(GREATEST(COALESCE(sent, 0), COALESCE(done, 0))) "
@@ -61,7 +61,7 @@ QString readMails(const QSqlDatabase &database, const HistoryWindow &window,
         return errorOf(query).text.simplified();
     while (query.next()) {
         const auto subject = window.subjects.constFind(query.value(0).toString());
-        if (subject == window.subjects.constEnd()) // equal only by the server's collation
+        if (subject == window.subjects.constEnd()) // equal only in the server's collation
             continue;
         const QDate day =
             subject->day.isValid() ? subject->day : dateOf(query.value(1).toLongLong());
@@ -73,9 +73,9 @@ QString readMails(const QSqlDatabase &database, const HistoryWindow &window,
     return {};
 }
 
-/// Returns the day from which on a report is expected daily. Past settings are not kept, so this is
-/// the day of its first mail or of "lastGenerated", whichever is earlier; invalid if there is
-/// neither.
+/// Returns the first day on which the report is expected. Past settings are not stored, so this is
+/// the day of the first mail or of "lastGenerated", whichever is earlier. Returns an invalid date
+/// if there is neither.
 QDate inUseSince(const ReportHistory &report)
 {
     const auto mailed = std::find_if(report.days.cbegin(), report.days.cend(),
@@ -87,8 +87,9 @@ QDate inUseSince(const ReportHistory &report)
     return made.isValid() ? std::min(made, mailed->date) : mailed->date;
 }
 
-/// Returns whether today's report should exist already: `status` says that it is overdue, or names
-/// a more urgent problem while the schedule says that it is due.
+/// Returns whether today's report should exist already. Either it is overdue, or it has another
+/// problem and, apart from missing recipients, the schedule says that it is due. Mails that wait in
+/// the queue are not such a problem.
 bool isMissedToday(const ReportStatus &status, const QDateTime &now)
 {
     if (status.reason == QLatin1String("overdue"))
@@ -168,7 +169,7 @@ HistoryWindow::HistoryWindow(const QDateTime &moment)
     Language::forEach([this] { addSubjects(); });
 }
 
-/// Asks the reports themselves for their subjects.
+/// Gets the subjects from the reports themselves.
 void HistoryWindow::addSubjects()
 {
     for (const ReportKind *kind : reportKinds()) {

@@ -10,20 +10,20 @@ enum class DayState {
     NotDue,  ///< not expected: disabled, not in use yet, or still to come
     None,    ///< expected, but there is no mail
     Waiting, ///< there are mails, and at least one is still in the queue
-    Made     ///< there are mails, and the sender has taken them all
+    Made     ///< there are mails, and none is left in the queue
 };
 
 /// The mails of one report for one day.
 struct ReportDay {
     QDate date;
     DayState state = DayState::NotDue;
-    int queued = 0;          ///< all mails, wherever they are now
-    int waiting = 0;         ///< of these, in the queue
-    int sent = 0;            ///< of these, sent or done according to the sender
+    int queued = 0;          ///< all mails, still in the queue or not
+    int waiting = 0;         ///< of these, still in the queue
+    int sent = 0;            ///< of these, marked by the sender as sent or done
     qint64 lastQueuedAt = 0; ///< Unix seconds, 0 for never
     qint64 lastSentAt = 0;
 
-    /// Returns how many have left the queue without having been sent.
+    /// Returns how many mails have left the queue without being marked as sent or done.
     int unsent() const { return queued - waiting - sent; }
 };
 
@@ -40,7 +40,7 @@ struct ReportStatus {
 /// One report of one schema over the last days.
 struct ReportHistory {
     ReportStatus status;
-    QVector<ReportDay> days; ///< oldest first, today last; empty if the mails cannot be read
+    QVector<ReportDay> days; ///< oldest first, today last; empty if the mails could not be read
 
     /// Returns how many days are in that state.
     int count(DayState state) const;
@@ -54,26 +54,26 @@ class HistoryWindow
 public:
     static constexpr int dayCount = 31;
 
-    /// Covers the days up to that of `moment`.
+    /// Covers dayCount days. The last one is the day of `moment`.
     explicit HistoryWindow(const QDateTime &moment);
 
     const QDateTime now;
     const QDate first;
 
-    /// What the subject of a mail says about it.
+    /// The report and the day that a mail's subject names.
     struct Subject {
         const ReportKind *kind;
-        QDate day; ///< invalid if it names only a month
+        QDate day; ///< invalid if the subject names only a month
     };
-    /// By the subject's text, in every language of the reports.
+    /// The key is the subject's text, in each language of the reports.
     QHash<QString, Subject> subjects;
 
 private:
     void addSubjects();
 };
 
-/// Returns the history of both reports, daily first; or, if the schema could not be read, a single
-/// record without days that says why. Changes nothing in the database, and leaves no connection
-/// open.
+/// Returns the history of both reports, daily first. If the schema could not be judged, returns a
+/// single record without days that says why. Changes nothing in the database, and leaves no
+/// connection open.
 QVector<ReportHistory> readHistory(const SchemaRow &row, const SchemaJudge &judge,
                                    const HistoryWindow &window);

@@ -13,7 +13,7 @@ namespace
 
 constexpr qint64 clockToleranceSeconds = 5; // more than NTP and a slow answer can cause
 constexpr int connectionsToSpare = 20;      // for the product's users and an operator
-constexpr int connectionsOfScan = 400;      // opened within a slice of 0.2 s
+constexpr int connectionsOfScan = 400;      // opened by a scan within a slice of 0.2 s
 
 /// Returns an invalid value if the statement fails.
 QVariant valueOf(const QSqlDatabase &database, const char *statement)
@@ -80,8 +80,8 @@ QVector<Finding> checkConnections(const QSqlDatabase &master, int schemas, int e
 {
     Findings findings(QStringLiteral("server"));
     const QVariant limit = valueOf(master, "SELECT @@max_connections");
-    // One to the information database and a short-lived one; those of a slice of the scan; one for
-    // each worker.
+    // One connection to the information database, a short-lived one, those of a slice of the scan,
+    // and one for each worker.
     const int needed = 2 + std::min(schemas, connectionsOfScan) + enabled;
     if (limit.isValid() && needed + connectionsToSpare > limit.toInt())
         findings.add(Gravity::Harm, "connections",

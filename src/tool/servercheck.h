@@ -4,7 +4,8 @@
 
 #include <QSqlDatabase>
 
-// A failed statement is not a finding: privileges are checked per schema. `master` must be open.
+// A statement that fails adds no finding: rights are checked for each schema elsewhere. `master`
+// must be open.
 
 /// Checks the server itself: reserved words, and its clock against this machine's.
 QVector<Finding> checkServer(const QSqlDatabase &master);
@@ -12,6 +13,6 @@ QVector<Finding> checkServer(const QSqlDatabase &master);
 /// Returns the cipher of the connection; empty if it is not encrypted.
 QString cipherOf(const QSqlDatabase &master);
 
-/// Checks whether the server allows all connections of a host that serves `schemas`, of which
-/// `enabled` have a report.
+/// Checks whether the server allows all connections of a host that serves `schemas` schemas, of
+/// which `enabled` have an enabled report.
 QVector<Finding> checkConnections(const QSqlDatabase &master, int schemas, int enabled);

@@ -6,7 +6,7 @@
 #include <QVariant>
 #include <QVector>
 
-/// What the server answered to a statement.
+/// The server's answer to a statement.
 struct Answer {
     QVector<QVector<QVariant>> rows;
     QSqlError error; ///< of type NoError if the statement was executed
@@ -15,8 +15,9 @@ struct Answer {
 };
 
 /**
- * Executes all of these statements in this order, whether or not one fails, and returns an answer
- * for each. Statements that share a packet cost a single round trip. The server stops at an error,
- * so the statements after it need another packet: put those that may fail last.
+ * Executes the statements in order and returns an answer for each. A statement that fails does not
+ * keep the rest from being executed. Statements that share a packet cost a single round trip. The
+ * server stops a packet at an error, so the rest of the statements needs another packet: put
+ * statements that may fail last.
  */
 QVector<Answer> answersTo(const QSqlDatabase &database, const QStringList &statements);

@@ -22,12 +22,13 @@ struct Found {
     QDateTime now;
     SchemasJudged schemas;
     QVector<StatusLine> shown;
-    int off = 0; ///< lines that are not shown because they are disabled or inactive
+    int off = 0; ///< disabled reports and inactive schemas that are not shown
     int status = Tool::Well;
 };
 
-/// Leaves out disabled reports and inactive schemas unless the options ask for them, but never a
-/// problem. JSON always includes disabled reports, because a field says that they are disabled.
+/// Chooses the lines to show. Problems are always shown, disabled reports and inactive schemas only
+/// if an option asks for them. JSON includes disabled reports, because a field says that they are
+/// disabled.
 void choose(const Invocation &invocation, Found &found)
 {
     const bool takesAll = invocation.has("all") || invocation.has("schema");
@@ -103,7 +104,8 @@ int showStatus(const Invocation &invocation, const Schemas &schemas)
     }
     if (rows.value().isEmpty() && invocation.has("schema"))
         return noSuchSchema(schemas, invocation.value("schema"));
-    // The same moment for all, so that a schema that is read late does not look worse.
+    // Judges all schemas as of the same moment, so that a schema that is read late does not look
+    // worse.
     Found found{
         Machine::ask(invocation.connection), QDateTime::currentDateTime(), {}, {}, 0, Tool::Well};
     {

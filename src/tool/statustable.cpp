@@ -14,7 +14,8 @@ constexpr qint64 secondsPerHour = 3600;
 constexpr qint64 secondsPerDay = 86400;
 constexpr int gap = 2; // between columns, as in Output::table()
 
-/// The columns, and the order in which they are left out on a narrow terminal; 0 for never.
+/// A column, and its place in the order in which columns are left out on a narrow terminal; 0 means
+/// never.
 struct Column {
     const char *heading;
     int givesWay;
@@ -24,7 +25,7 @@ constexpr Column columns[] = {{"SCHEMA", 0}, {"REPORT", 0}, {"ON", 5}, {"TIME", 
                               {"OLDEST", 1}, {"STATE", 0}};
 constexpr int mostGivesWay = 7;
 
-/// Damaged settings may contain seconds beyond any calendar.
+/// Limits the moment to the year 9999, because a damaged setting may be beyond any calendar.
 QDateTime lastGenerated(const ReportJudgement &report)
 {
     const qint64 seconds = report.stored.settings.lastGenerated;
@@ -87,7 +88,8 @@ int widthOf(const QVector<QStringList> &rows)
     return total;
 }
 
-/// Removes columns until the table is at most `width` wide or no more can be left out.
+/// Removes columns until the table is at most `width` characters wide, or only those remain that
+/// are never left out.
 QVector<QStringList> fitted(QVector<QStringList> rows, int width)
 {
     QVector<int> left;
@@ -114,7 +116,7 @@ QString advice(const StatusLine &line)
                : QStringLiteral("%1; to do: %2").arg(found->text, found->remedy);
 }
 
-/// Returns the start of the sentence below the table.
+/// Returns the subject of the line's sentence below the table.
 QString subjectOf(const StatusLine &line)
 {
     const QString &token = line.schema->token;
@@ -203,7 +205,7 @@ QStringList statusTable(const QVector<StatusLine> &lines)
 
 QJsonObject statusJson(const StatusLine &line)
 {
-    // "reason" is always there, so that a monitor need not look at any other key.
+    // "reason" is always present, so that a monitor needs to read no other key.
     QJsonObject object{
         {QStringLiteral("schema"), line.schema->token},
         {QStringLiteral("database"), line.schema->databaseName},

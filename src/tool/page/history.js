@@ -1,7 +1,7 @@
 
 "use strict";
-// The order is in the address, so that it can be bookmarked: #sort=last, or #sort=-last for
-// descending order.
+// The sort order is part of the address, so that it can be bookmarked: #sort=last, or #sort=-last
+// for descending order.
 function sort() {
   const [, back, key] = /^#sort=(-?)([a-z]+)$/.exec(location.hash) || [];
   const links = [...document.querySelectorAll("thead a")];
