@@ -23,8 +23,8 @@ FormulaValue checked(double number)
 
 FormulaValue combined(Operator op, const FormulaValue &left, const FormulaValue &right)
 {
-    // An unknown operand may be a number, a text or an error. The result is unknown even if the
-    // other operand is an error, because it may be another error.
+    // The unknown operand may be a number, a text or an error. Therefore the result is unknown even
+    // if the other operand is an error.
     if (left.kind == Kind::Unknown || right.kind == Kind::Unknown)
         return {};
     if (left.kind != Kind::Number)

@@ -9,17 +9,17 @@ namespace workbook
 {
 
 /**
- * Collects bytes for a file. Optimised for very many small pieces: writes them into reserved
- * memory, which clear() keeps.
+ * Collects bytes for a file. Optimised for many small pieces: the bytes are written into reserved
+ * memory, which clear() does not free.
  *
- * Only this class knows the byte order, which is little-endian in both file formats.
+ * No other class knows the byte order of the file formats. Both are little-endian.
  */
 class Buffer
 {
 public:
     /**
-     * Returns the position after the last byte, with room for `bytes` more. After writing there,
-     * call grow() with the number of bytes written, which appends them.
+     * Returns the position after the last byte, where up to `bytes` bytes may be written. To append
+     * the written bytes, call grow() with their number.
      */
     char *room(std::size_t bytes)
     {
@@ -62,7 +62,7 @@ public:
         return u64(bits);
     }
 
-    /** Overwrites a number that has been appended. */
+    /** Overwrites two appended bytes, from the offset `at` on. */
     void setU16(std::size_t at, unsigned value) { store<2>(storage.data() + at, value); }
 
     void clear() { length = 0; }
@@ -87,7 +87,7 @@ private:
     }
 
     std::string storage;    // the reserved memory, including unused bytes
-    std::size_t length = 0; // how many bytes have been appended
+    std::size_t length = 0; // the number of appended bytes
 };
 
 } // namespace workbook

@@ -35,10 +35,10 @@ ByteSink::~ByteSink()
 
 void ByteSink::openTemporary()
 {
-    // The name is not derived from the target's, which may already have the maximum length. It is
-    // random, because others could occupy a predictable name in a folder that they may write to. It
-    // is complete before the file exists, so that running out of memory cannot leave the file
-    // behind.
+    // The temporary name does not contain the target's name, which may already have the maximum
+    // length. The name is random, because other users of a shared directory could create a file
+    // with a predictable name. The string is built before the file is created, so that running out
+    // of memory cannot leave a file behind.
     constexpr std::string_view ending = ".tmp";
     temporary = target.substr(0, target.rfind('/') + 1) + ".workbook-XXXXXX";
     temporary += ending;

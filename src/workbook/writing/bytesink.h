@@ -8,12 +8,13 @@ namespace workbook
 {
 
 /**
- * Writes a file atomically: writes a temporary file with mode 0600 in the target's directory, then
- * commit() renames it to the target. Until then, an existing target is unchanged. Without a
- * successful commit() the destructor removes the temporary file.
+ * Writes a file atomically. The bytes are written to a temporary file with mode 0600 in the
+ * target's directory; commit() renames this file to the target. Until then, an existing target is
+ * unchanged. If commit() is not called or fails, the destructor removes the temporary file.
  *
- * The first error is latched: later calls do nothing, and commit() returns false and sets `errno`
- * to that error, or to 0 if it was fail(). The destructor preserves `errno`.
+ * The first error is latched: later calls write nothing, and commit() returns false. commit() sets
+ * `errno` to the first error, or to 0 if the first error was a call of fail(). The destructor
+ * preserves `errno`.
  */
 class ByteSink
 {
@@ -26,7 +27,7 @@ public:
 
     void append(std::string_view bytes);
 
-    /** Overwrites bytes that have been appended, from `offset` on. */
+    /** Overwrites appended bytes, from `offset` on. */
     void patch(std::uint64_t offset, std::string_view bytes);
 
     /** Returns the number of bytes appended so far. */
@@ -34,7 +35,7 @@ public:
 
     [[nodiscard]] bool ok() const { return !failed; }
 
-    /** Latches an error of the caller: the content exceeds the limits of the file format. */
+    /** Latches an error: the caller's content exceeds the limits of the file format. */
     void fail() { failed = true; }
 
     bool commit();
@@ -47,7 +48,7 @@ private:
     void failWithErrno();
 
     const std::string target;
-    std::string temporary; // path; empty if there is no file to remove
+    std::string temporary; // path; empty if there is no temporary file
     std::string buffer;
     std::uint64_t flushed = 0;
     int file = -1;

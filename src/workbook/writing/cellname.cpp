@@ -5,8 +5,8 @@ namespace workbook
 
 std::string columnName(int column)
 {
-    // The name is a number in base 26 with the digits A = 1 to Z = 26. There is no zero, so each
-    // step subtracts one.
+    // The name is a number in base 26 with the digits A = 1 to Z = 26. There is no digit for 0, so
+    // each step subtracts one.
     std::string name;
     for (int rest = column + 1; rest > 0; rest = (rest - 1) / 26)
         name.insert(name.begin(), static_cast<char>('A' + (rest - 1) % 26));

@@ -22,8 +22,9 @@ struct DigitWidth {
     double ofHeight; // the width of a digit divided by the height of the font
 };
 
-// Measured with metric-compatible fonts. Other fonts are assumed to be as wide as Arial. At all
-// usual sizes that is right for Tahoma, the font that "MS Shell Dlg 2" usually stands for.
+// Measured with metric-compatible fonts. Other fonts are assumed to be as wide as Arial. For
+// Tahoma, this gives the right number of pixels at all usual sizes. "MS Shell Dlg 2" is usually
+// Tahoma.
 constexpr DigitWidth digitWidths[] = {
     {u"Calibri", 0.507}, {u"Carlito", 0.507}, {u"Times", 0.500}, {u"Courier", 0.600}};
 constexpr double usualDigitWidth = 0.556;
@@ -44,7 +45,7 @@ double storedColumnWidth(double chars, int digitPixels)
 {
     if (chars <= 0)
         return 0;
-    // If a column is narrower than one digit, programs scale the digit together with its padding.
+    // If a column is narrower than one digit, programs scale the padding together with the digit.
     const double pixels = chars < 1 ? std::round(chars * (digitPixels + paddingPixels))
                                     : std::round(chars * digitPixels) + paddingPixels;
     return std::min(std::trunc(pixels / digitPixels * steps) / steps, maxStoredWidth);

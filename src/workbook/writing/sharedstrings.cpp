@@ -21,7 +21,7 @@ SharedStrings::SharedStrings(const BookData &book, Empty empty)
                 order.push_back(cell.index);
         }
     }
-    // Texts that are used once need no sorting. In a book with many texts, most are used once.
+    // Sort only texts that are used more than once. In a book with many texts, most are used once.
     const auto firstSingle = std::stable_partition(
         order.begin(), order.end(), [&](std::uint32_t text) { return uses[text] > 1; });
     std::stable_sort(order.begin(), firstSingle,

@@ -10,9 +10,9 @@ namespace workbook
 struct BookData;
 
 /**
- * The distinct texts in the cells of a book. The most frequent come first, because small numbers
- * make small files; equally frequent texts are in the order of the cells. Overwritten texts are
- * left out, and the order in which cells were written has no effect.
+ * The distinct texts in the cells of a book. The most frequent texts come first, because small
+ * numbers make small files. Equally frequent texts are in the order of the cells that contain them.
+ * Overwritten texts are left out. The order in which cells were written has no effect.
  */
 class SharedStrings
 {
@@ -26,8 +26,8 @@ public:
     [[nodiscard]] const std::vector<std::uint32_t> &used() const { return order; }
 
     /**
-     * Returns the position in used() of the text that has this index in the string table. A cell
-     * must contain the text.
+     * Returns the position in used() of the text that has the index `index` in the string table. At
+     * least one cell must contain the text.
      */
     [[nodiscard]] std::uint32_t numberOf(std::uint32_t index) const { return numbers[index]; }
 

@@ -5,11 +5,11 @@
 #include <optional>
 #include <vector>
 
-/** The content of a sheet as files need it: in order, with equal columns combined. */
+/** Functions that arrange the content of a sheet as files need it. */
 namespace workbook
 {
 
-/** A range of rows and columns, including the last ones. */
+/** A range of rows and columns. The last row and column are included. */
 struct UsedRange {
     int firstRow;
     int lastRow;
@@ -17,28 +17,28 @@ struct UsedRange {
     int lastColumn;
 };
 
-/** Returns the range of all cells, including blank ones; nothing if the sheet has no cells. */
+/** Returns the range of all cells, including blank cells. Returns nothing if there are no cells. */
 std::optional<UsedRange> usedRange(const SheetData &sheet);
 
-/** Adjacent columns with the same settings, `first` to `last`, both included. */
+/** Adjacent columns with the same settings: `first` to `last`, both included. */
 struct ColumnRun {
     int first;
     int last;
     ColumnData data;
 };
 
-/** Returns the columns that were set, in ascending order and in as few runs as possible. */
+/** Returns the columns that were set, combined into as few runs as possible, in ascending order. */
 std::vector<ColumnRun> columnRuns(const SheetData &sheet);
 
-/** A row that has cells or settings, or both. Its cells are [begin, end). */
+/** A row that has cells, settings or both. The cells are [begin, end). */
 struct RowSpan {
     int number;
-    const RowData *properties; // null without settings
+    const RowData *properties; // null if the row has no settings
     const Cell *begin;
     const Cell *end;
 };
 
-/** Calls `visit` for every RowSpan, in ascending order. */
+/** Calls `visit` with a RowSpan for each row that has cells or settings, in ascending order. */
 template <class Visit>
 void forEachRow(const SheetData &sheet, Visit visit)
 {

@@ -20,7 +20,7 @@ auto identity(const FormatData &format)
                            format.borders, format.borderColours);
 }
 
-/** Collects distinct values and maps each to its index. */
+/** Collects the distinct values of a table and finds the index of a value. */
 template <class Value>
 class Distinct
 {
@@ -56,8 +56,8 @@ StyleTable::StyleTable(const BookData &book)
     for (FormatData format : book.formats) {
         format.font = fontIndexes[format.font];
         for (const Side side : {Left, Right, Top, Bottom}) {
-            // A side without a line shows no colour. Reset the colour, so that formats that look
-            // the same are equal.
+            // The colour of a side without a line is not visible. Reset it, so that formats that
+            // look the same are equal.
             if (format.borders.at(side) == libxl::BorderStyle::None)
                 format.borderColours.at(side) = libxl::Color::Automatic;
         }
