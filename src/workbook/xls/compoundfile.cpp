@@ -24,8 +24,8 @@ constexpr std::uint32_t sectorBytes = 512;
 constexpr std::uint32_t entriesPerSector = sectorBytes / 4;
 constexpr std::uint32_t listedInHeader = 109;
 constexpr std::uint32_t listedInOverflow = entriesPerSector - 1;
-// A shorter stream would have to be stored in small sectors. Instead, it is padded with zeros,
-// which are allowed after the last record.
+// A shorter stream would have to be stored in small sectors. To avoid them, finish() pads it with
+// zeros, which are allowed after the last record.
 constexpr std::uint64_t minStreamBytes = 4096;
 
 constexpr std::uint32_t freeSector = 0xFFFFFFFF;
@@ -63,14 +63,14 @@ void appendUnusedEntry(Buffer &out)
 
 } // namespace
 
-/** How many sectors each part has, and where it begins. */
+/** The number of sectors of each part of the file, and the sector where each part begins. */
 struct CompoundFile::Layout {
     explicit Layout(std::uint64_t bytes)
         : streamBytes(std::max(bytes, minStreamBytes))
         , stream(static_cast<std::uint32_t>((streamBytes + sectorBytes - 1) / sectorBytes))
     {
-        // The table also has entries for its own sectors and for the overflow's, so repeat until
-        // the total no longer changes.
+        // The table also has entries for its own sectors and for the overflow sectors, so repeat
+        // until the total no longer changes.
         for (std::uint32_t before = 0; before != total();) {
             before = total();
             table = divideUp(before, entriesPerSector);

@@ -8,10 +8,10 @@ namespace workbook
 class ByteSink;
 
 /**
- * The container of an .xls file: a small file system of 512-byte sectors, here with a single
+ * The container of an .xls file: a small file system of 512-byte sectors. It contains a single
  * stream, "Workbook". The constructor reserves space for the header. Write the stream to the sink,
- * then call finish(), which appends the tables and fills in the header. A stream of 2 GiB or more
- * is an error, latched in the sink.
+ * then call finish(), which appends the directory and the tables and fills in the header. A stream
+ * of 2 GiB or more is an error, latched in the sink.
  */
 class CompoundFile
 {

@@ -13,10 +13,7 @@ namespace workbook
 constexpr std::uint32_t recordHead = 4; // bytes
 constexpr unsigned twipsPerPoint = 20;
 
-/**
- * Returns whether a text can be stored with one byte per character (Latin-1) instead of two
- * (UTF-16).
- */
+/** Returns whether a text can be stored in Latin-1, in half the bytes of UTF-16. */
 bool isNarrow(std::u16string_view text);
 
 /**
@@ -24,7 +21,8 @@ bool isNarrow(std::u16string_view text);
  * each record, call begin(), append its data, and call end(). A longer record is an error, latched
  * in the sink.
  *
- * Positions count from the beginning of the stream, which is the end of the sink at construction.
+ * The stream starts at the end that the sink has at construction. Positions are relative to the
+ * start of the stream.
  */
 class RecordWriter
 {
@@ -48,15 +46,15 @@ public:
     /** Appends u16 count, u8 flags, characters. */
     RecordWriter &longText(std::u16string_view text);
 
-    /** Appends characters alone: one byte each if `narrow`, otherwise two. */
+    /** Appends only the characters: one byte per UTF-16 unit if `narrow`, otherwise two. */
     RecordWriter &characters(std::u16string_view text, bool narrow);
 
-    /** Writes a whole record, whose data is one u16. */
+    /** Writes a complete record that contains a single u16. */
     void single(unsigned id, unsigned value) { begin(id).u16(value).end(); }
 
     /**
-     * Returns the position of the next byte. Overflows in streams of more than 4 GiB, but
-     * CompoundFile::finish() refuses streams from 2 GiB on.
+     * Returns the position of the next byte. Overflows in streams of 4 GiB or more, but
+     * CompoundFile::finish() rejects such streams.
      */
     [[nodiscard]] std::uint32_t position() const
     {
@@ -78,7 +76,7 @@ private:
     ByteSink &sink;
     const std::uint64_t start;
     Buffer buffer;             // complete records, then the open one
-    std::size_t dataBegin = 0; // of the open record, in `buffer`
+    std::size_t dataBegin = 0; // where the data of the open record begin in `buffer`
 };
 
 } // namespace workbook

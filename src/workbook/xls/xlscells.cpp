@@ -19,7 +19,7 @@ namespace workbook
 namespace
 {
 
-/** Returns the number in its 4-byte form (RK); nothing if that form cannot represent it exactly. */
+/** Returns the number in 4-byte form (RK). Returns nothing if this form is not exact. */
 std::optional<std::uint32_t> compressed(double number)
 {
     constexpr double limit = 1U << 29U;
@@ -59,7 +59,7 @@ std::vector<std::uint32_t> XlsCells::write(unsigned defaultRowTwips)
 {
     std::optional<int> blockBegin;
     forEachRow(sheet, [&](const RowSpan &span) {
-        // Blocks without rows have a DBCELL too, because INDEX has an entry for every block.
+        // Also write blocks without rows, because INDEX refers to the DBCELL of every block.
         for (; blockBegin && span.number >= *blockBegin + xlsBlockRows; *blockBegin += xlsBlockRows)
             writeBlock(defaultRowTwips);
         if (!blockBegin)
@@ -71,9 +71,9 @@ std::vector<std::uint32_t> XlsCells::write(unsigned defaultRowTwips)
     return blockEnds;
 }
 
-// DBCELL: u32 distance back to the first ROW of the block, then for each row u16 distance to its
-//         cells: for the first row from the second ROW, for the others from the cells of the
-//         previous row
+// DBCELL: u32 distance back to the first ROW of the block, then for each row u16 distance to the
+//         cells of the row. For the first row, the distance is counted from the second ROW. For
+//         every other row, the distance is counted from the cells of the previous row.
 void XlsCells::writeBlock(unsigned defaultRowTwips)
 {
     const std::uint32_t begin = out.position();
@@ -85,8 +85,8 @@ void XlsCells::writeBlock(unsigned defaultRowTwips)
     }
     std::vector<unsigned> distances;
     for (const RowSpan &span : block) {
-        // The distance exceeds a u16 only after a row full of long formulas. Readers do not rely on
-        // it.
+        // The distance exceeds a u16 only after a row with very many long formulas. Readers do not
+        // rely on the distances.
         constexpr std::uint32_t longest = 0xFFFF;
         distances.push_back(std::min(out.position() - before, longest));
         before = out.position();
@@ -154,7 +154,7 @@ void XlsCells::cells(const RowSpan &span)
     }
 }
 
-// All cells begin with u16 row, u16 column, u16 format.
+// The record of every cell begins with u16 row, u16 column, u16 format.
 RecordWriter &XlsCells::beginCell(unsigned id, const Cell &cell)
 {
     return out.begin(id)
@@ -211,7 +211,7 @@ void XlsCells::formula(const Cell &cell)
     constexpr unsigned emptyResult = 3;
     constexpr unsigned divisionByZero = 0x07;
     constexpr unsigned overflow = 0x24;
-    // Parsing and compiling succeed, because writeFormula() refused all other formulas.
+    // Parsing and compiling succeed, because writeFormula() rejects all other formulas.
     FormulaTokens parsed = parseFormula(book.formulas.at(cell.index)).value();
     const std::string tokens = compileXlsFormula(parsed).value();
     const FormulaValue value = evaluator.valueOf(cell, std::move(parsed));

@@ -16,8 +16,8 @@ class StyleTable;
 constexpr int xlsBlockRows = 32;
 
 /**
- * Writes the rows and cells of a sheet in blocks of 32 rows. A block has its rows, then their
- * cells, then a record with the positions of both (DBCELL).
+ * Writes the rows and cells of a sheet in blocks of 32 rows. A block consists of the ROW records,
+ * the cells of these rows, and a DBCELL record with the positions of the rows and cells.
  */
 class XlsCells
 {
@@ -26,8 +26,8 @@ public:
              const SharedStrings &sharedStrings, RecordWriter &writer);
 
     /**
-     * Writes all rows and cells. Returns the positions of the DBCELL records, one per block from
-     * the first row to the last.
+     * Writes all rows and cells. Returns the position of the DBCELL record of each block, from the
+     * first row to the last.
      */
     std::vector<std::uint32_t> write(unsigned defaultRowTwips);
 
@@ -49,7 +49,7 @@ private:
     const SharedStrings &strings;
     RecordWriter &out;
     Evaluator evaluator;
-    std::vector<RowSpan> block;           // the rows of the next block
+    std::vector<RowSpan> block;           // the rows of the block that is written next
     std::vector<std::uint32_t> blockEnds; // the positions of the DBCELL records
 };
 

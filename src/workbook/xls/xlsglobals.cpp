@@ -65,10 +65,10 @@ std::vector<std::uint32_t> sheetList(const BookData &book, RecordWriter &out)
     return places;
 }
 
-// NAME: u16 flags, u8 key, u8 length of the name, u16 bytes of tokens, u16 0, u16 sheet from 1,
-//       u32 0, u8 flags of the name, name, tokens
-// The name of print titles is the single character 07. Their token is an area of a sheet: u8 kind,
-// u16 index in EXTERNSHEET, u16 first row, u16 last row, u16 first column, u16 last column.
+// NAME: u16 flags, u8 key, u8 length of the name, u16 bytes of tokens, u16 0,
+//       u16 number of the sheet, from 1, u32 0, u8 flags of the name, name, tokens
+// Print titles have the single character 07 as their name, and one token, an area of a sheet:
+// u8 kind, u16 index in EXTERNSHEET, u16 first row, u16 last row, u16 first column, u16 last column
 void printTitles(const SheetData &sheet, unsigned sheetNumber, unsigned externIndex,
                  RecordWriter &out)
 {
@@ -87,7 +87,7 @@ void printTitles(const SheetData &sheet, unsigned sheetNumber, unsigned externIn
 }
 
 // SUPBOOK (for this book): u16 number of sheets, u16 0401
-// EXTERNSHEET: u16 count, then for each u16 book, u16 first sheet, u16 last sheet
+// EXTERNSHEET: u16 count, then count times: u16 book, u16 first sheet, u16 last sheet
 void names(const BookData &book, RecordWriter &out)
 {
     std::vector<unsigned> titled;

@@ -23,7 +23,7 @@ void calculation(RecordWriter &out)
 }
 
 // SETUP: u16 paper, u16 scale, u16 first page, u16 pages wide, u16 pages high, u16 flags,
-//        u16 and u16 resolution, f64 header margin, f64 footer margin, u16 copies
+//        2 x u16 resolution, f64 header margin, f64 footer margin, u16 copies
 void setup(const SheetData &sheet, RecordWriter &out)
 {
     constexpr unsigned paperA4 = 9;
@@ -46,8 +46,8 @@ void setup(const SheetData &sheet, RecordWriter &out)
         .end();
 }
 
-// SELECTION: u8 pane, u16 row, u16 column, u16 0, u16 number of ranges, u16 and u16 rows,
-//            u8 and u8 columns
+// SELECTION: u8 pane, u16 row, u16 column, u16 0, u16 number of ranges, u16 first row,
+//            u16 last row, u8 first column, u8 last column
 void selection(unsigned pane, RecordWriter &out)
 {
     out.begin(record::Selection).u8(pane).u16(0).u16(0).u16(0).u16(1);
@@ -81,7 +81,7 @@ void writeXlsPage(const SheetData &sheet, unsigned defaultRowTwips, RecordWriter
     setup(sheet, out);
 }
 
-// WINDOW2: u16 flags, u16 top row, u16 left column, u16 grid colour, u16 0, u16 and u16 zoom,
+// WINDOW2: u16 flags, u16 top row, u16 left column, u16 grid colour, u16 0, 2 x u16 zoom,
 //          u32 0
 // PANE:    u16 frozen columns, u16 frozen rows, u16 first row below, u16 first column to the
 //          right, u8 active pane, u8 0

@@ -6,12 +6,12 @@ namespace workbook
 class RecordWriter;
 struct SheetData;
 
-/** Writes the records before the columns of a sheet: settings of calculation, printing and page. */
+/** Writes the records before the columns of a sheet: calculation, printing and page settings. */
 void writeXlsPage(const SheetData &sheet, unsigned defaultRowTwips, RecordWriter &out);
 
 /**
- * Writes the records after the cells: the window with its frozen panes. `isFirst` marks the sheet
- * that is shown when the book is opened.
+ * Writes the records after the cells: the window settings and the frozen panes. `isFirst` marks the
+ * sheet that is shown when the book is opened.
  */
 void writeXlsView(const SheetData &sheet, bool isFirst, RecordWriter &out);
 

@@ -38,11 +38,11 @@ RowRange rowRange(const SheetData &sheet)
                           : RowRange{std::min(range.begin, first), std::max(range.end, end)};
 }
 
-// INDEX: u32 0, u32 first row, u32 last row + 1, u32 position of DEFCOLWIDTH, u32 position of the
-//        DBCELL of each block of rows
+// INDEX: u32 0, u32 first row, u32 last row + 1, u32 position of DEFCOLWIDTH, then for each block
+//        of rows: u32 position of the DBCELL
 constexpr std::uint32_t indexHead = 12; // the bytes before the positions
 
-/** Writes INDEX with zeros for the positions. Returns where to fill them in. */
+/** Writes INDEX with zeros for the positions. Returns where the positions must be filled in. */
 std::uint32_t reserveIndex(const RowRange &rows, RecordWriter &out)
 {
     const std::uint32_t at = out.position();

@@ -9,10 +9,11 @@
 #include <algorithm>
 #include <vector>
 
-// SST:    u32 cells with text, u32 distinct strings, strings; continued in CONTINUE records
-// string: u16 count, u8 flags (1: two bytes per character), characters
-// EXTSST: u16 step, then for the first string and every step-th one after it: u32 position,
-//         u16 distance from the start of its record, u16 0
+// SST:    u32 number of cells with text, u32 number of strings, strings; continued in CONTINUE
+//         records
+// string: u16 number of UTF-16 units, u8 flags (1: two bytes per unit), units
+// EXTSST: u16 step, then for the first string and every step-th string after it: u32 position,
+//         u16 distance from the start of the string's record, u16 0
 
 namespace workbook
 {
@@ -37,7 +38,7 @@ public:
     {
         const bool narrow = isNarrow(text);
         const std::size_t unitBytes = narrow ? 1 : 2;
-        // A string's head and its first character, at most two units, must be in the same record.
+        // The head of a string and the first character (one or two units) must be in one record.
         constexpr std::size_t headBytes = 3;
         if (room() < headBytes + 2 * unitBytes)
             next();

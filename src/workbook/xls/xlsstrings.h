@@ -8,8 +8,8 @@ class RecordWriter;
 class SharedStrings;
 
 /**
- * Writes the shared strings and their index (SST and EXTSST), continued in further records as
- * needed.
+ * Writes the shared strings and their index (SST and EXTSST). Long lists of strings continue in
+ * further records (CONTINUE).
  */
 void writeXlsStrings(const BookData &book, const SharedStrings &strings, RecordWriter &out);
 

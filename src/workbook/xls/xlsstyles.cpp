@@ -28,8 +28,8 @@ void font(const FontData &data, RecordWriter &out)
         .end();
 }
 
-// The default font is written four times, as fonts 0 to 3. The number 4 does not exist, so the
-// number of any other font is its index in the table plus 4.
+// The default font is written four times, as fonts 0 to 3. No font has the number 4, so the number
+// of any other font is its index in the style table plus 4.
 constexpr unsigned defaultFontCopies = 4;
 
 unsigned fontIndex(std::size_t tableIndex)
@@ -50,7 +50,7 @@ struct NumFormat {
     std::u16string_view code;
 };
 
-// Built-in formats that every file must define, although their numbers have a fixed meaning.
+// Built-in formats that every file must define, although their indexes have a fixed meaning.
 constexpr NumFormat spelledOut[] = {
     {5, u"\"$\"#,##0_);\\(\"$\"#,##0\\)"},
     {6, u"\"$\"#,##0_);[Red]\\(\"$\"#,##0\\)"},
@@ -71,7 +71,7 @@ void numFormats(const BookData &book, RecordWriter &out)
 }
 
 // XF: u16 font, u16 number format, u16 kind, u8 alignment, u8 rotation, u8 indent, u8 used parts,
-//     u32 and u32 borders, u16 fill colours
+//     2 x u32 borders, u16 fill colours
 void cellFormat(const FormatData &format, unsigned kind, unsigned usedParts, RecordWriter &out)
 {
     constexpr unsigned noFill = 0x20C0;
