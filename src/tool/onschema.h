@@ -6,8 +6,8 @@
 #include <functional>
 
 /**
- * Opens the information database, or with "--single" the one database, and calls `work`. Returns
- * the exit status that `work` returns. If the database cannot be opened, prints why and returns
+ * Opens the information database or, with "--single", the only schema, and calls `work`. Returns
+ * the exit status of `work`. If the database cannot be opened, prints why and returns
  * Tool::CouldNotAsk.
  */
 int onSchemas(const Invocation &invocation, const std::function<int(const Schemas &)> &work);
@@ -17,9 +17,9 @@ int onSchemas(const Invocation &invocation, const std::function<int(const Schema
 int noSuchSchema(const Schemas &schemas, const QString &token);
 
 /**
- * Like onSchemas(), but for the schema that the command line names.
+ * Like onSchemas(), but passes a connection to the schema that the command line names.
  *
- * The connection is closed when `work` returns; its queries must have been destroyed by then.
+ * The connection is closed when `work` returns. By then, `work` must have destroyed its queries.
  */
 int onSchema(const Invocation &invocation, SchemaConnection::Access access,
              SchemaConnection::Statements statements,

@@ -20,7 +20,7 @@
 namespace
 {
 
-/// Includes malformed addresses, so that the result counts them as not queued.
+/// Includes malformed addresses, so that the printed result counts them as not queued.
 Result<QStringList> chosenRecipients(const Invocation &invocation, const QSqlDatabase &database)
 {
     if (invocation.has("to"))
@@ -41,8 +41,8 @@ bool isAgreed(const Invocation &invocation, const QStringList &recipients)
                                    recipients.join(QStringLiteral(", "))));
 }
 
-/// Returns the number of mails queued. The workbook gets a folder of its own: a host of another
-/// account could not replace an operator's file in the temporary directory itself.
+/// Returns the number of mails queued. Writes the workbook to a new folder: in the temporary
+/// directory itself, a host that runs as another account could not replace the operator's file.
 int queue(const Invocation &invocation, const QSqlDatabase &database, const QStringList &recipients,
           qulonglong connectionId)
 {
@@ -81,14 +81,15 @@ int makeRun(const Invocation &invocation, const QSqlDatabase &database)
         Output::error(QStringLiteral("nothing was queued"));
         return Tool::Look;
     }
-    // Only after the answer: while the lock is held, hosts skip the report.
+    // Acquired only after the operator's answer, because hosts skip the report while the lock is
+    // held.
     ReportLock lock(database, invocation.kind->className);
     if (!lock.acquire()) {
         Output::error(QStringLiteral("a host is making this report right now; nothing was queued: "
                                      "see autoreport status in a minute"));
         return Tool::Look;
     }
-    // Only after the answer, so that Ctrl-C at the question ends the program.
+    // Constructed only after the answer, so that Ctrl-C at the question ends the program.
     const Interruption interruption;
     const int queued = queue(invocation, database, recipients, lock.connectionId());
     lock.release();
@@ -98,7 +99,7 @@ int makeRun(const Invocation &invocation, const QSqlDatabase &database)
                            queued > 0 && !complained && invocation.has("mark")
                                ? QStringLiteral("; the report counts as made")
                                : QString()));
-    if (queued > 0 && !Output::flush()) { // they must not be queued again
+    if (queued > 0 && !Output::flush()) { // or the operator might queue them again
         Output::error(QStringLiteral("%1 mails were queued nevertheless").arg(queued));
         return Tool::Look;
     }

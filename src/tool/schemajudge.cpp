@@ -122,7 +122,7 @@ bool SchemaJudgement::isEnabled() const
 /// What is read once for all reports of a schema.
 struct SchemaJudge::TablesJudged {
     SchemaTables found;
-    Findings findings; ///< which concern each of the reports
+    Findings findings; ///< about all reports of the schema
     QVector<ReportReading> readings;
     qint64 secondsSinceListed; ///< as in SchemaRow
 };
@@ -180,8 +180,8 @@ void SchemaJudge::judgeOpened(const QSqlDatabase &database, const SchemaRow &row
                                        .arg(database.databaseName(), database.userName())
                                  : QStringLiteral("restore the table vars"));
     }
-    // The checks treat a failed statement as one without rows, so make sure that the connection is
-    // still alive.
+    // The checks treat a failed statement like one without rows, so test that the connection still
+    // works.
     schema.isComplete = freshQuery(database).exec(QStringLiteral("DO 0"));
     if (schema.isComplete)
         return;
@@ -239,7 +239,8 @@ void SchemaJudge::judgeTables(const QSqlDatabase &database, const SchemaSettings
     checkMachines(database, tables.findings);
 }
 
-/// Only `check` and `why` look for damaged tables in a schema whose reports went out.
+/// If a similar schema could prepare the same statements and the reports went out, only `check` and
+/// `why` prepare the statements again, to find damaged tables.
 void SchemaJudge::judgeReading(const QSqlDatabase &database, const SchemaSettings &settings,
                                TablesJudged &tables) const
 {
@@ -276,7 +277,8 @@ void SchemaJudge::judgeReport(const QSqlDatabase &database, const ReportKind &ki
         if (reading.kind == &kind)
             checkReport(database, reading, machine, tables.found.facts, findings);
     }
-    // A report that is kept back would be found overdue or failed for the same reason again.
+    // If something keeps the report back, do not add that it is overdue or has failed: the cause is
+    // the same.
     const bool isKeptBack = std::any_of(findings.list.cbegin(), findings.list.cend(),
                                         [](const Finding &finding) { return finding.keepsBack(); });
     const auto sinceChange = [&] {

@@ -18,12 +18,12 @@ struct MailSizes;
 struct ReportJudgement {
     const ReportKind *kind = nullptr;
     StoredSettings stored;
-    QDateTime next;            ///< when it is due next; invalid if never
+    QDateTime next;            ///< when the report is due next; invalid if never
     QVector<Finding> findings; ///< the most urgent first; empty if all is well
 };
 
 /// Returns one word for a report: the state of its first problem; without problems, the state of
-/// the finding that makes it wait or disables it; otherwise "well".
+/// its first finding that is not a notice; otherwise "well".
 QString stateOf(const QVector<Finding> &findings);
 
 /// The judgement of a schema.
@@ -32,25 +32,24 @@ struct SchemaJudgement {
     QString databaseName;
     bool isTried = false; ///< whether a connection was attempted
     bool isOpened = false;
-    bool isComplete = true;    ///< otherwise the server stopped answering
+    bool isComplete = true;    ///< false: the server stopped answering
     int queued = -1;           ///< mails waiting for the sender; -1 if they cannot be counted
     qint64 oldestSeconds = 0;  ///< age of the oldest waiting mail, by the server's clock
-    QVector<Finding> findings; ///< why the reports could not be judged; empty if they were
+    QVector<Finding> findings; ///< why the reports could not be judged; empty if they could
     QVector<ReportJudgement> reports; ///< daily first; empty if the settings were not read
 
     bool hasProblem() const;
-    bool isEnabled() const; ///< whether it has an enabled report
+    bool isEnabled() const; ///< whether the schema has an enabled report
 };
 
 /**
  * Judges schemas: what keeps their reports from going out, what harms them, and what to do.
  *
- * All judging is done here. `status`, `check` and `why` are three views of the judgement: a word
- * for each report, all findings of all schemas, and everything about one report.
+ * All judging is done here. `status`, `check`, `why` and `history` only show the findings.
  *
- * A judgement is made in this order: the row in the table `schemas`, the connection, the settings,
- * the tables and rights, the mails, the people, this machine, the host. Changes nothing in the
- * database. Thread-safe.
+ * Findings of equal gravity are in this order: the row in the table `schemas`, the connection, the
+ * settings, the tables and rights, the people, this machine, the hosts, the mails. Judging changes
+ * nothing in the database. Thread-safe.
  */
 class SchemaJudge
 {
@@ -58,12 +57,12 @@ public:
     /// What to look for. Each value includes the previous ones.
     enum class Scope {
         Problems,  ///< of enabled reports; disabled ones are only reported as such
-        Notices,   ///< tables in a cluster, machines that serve the schema
+        Notices,   ///< tables in a cluster, machines that may serve the schema, damaged tables
         AllReports ///< problems of disabled reports, as if they were enabled
     };
 
-    /// `hosts` must outlive the object, which is made on the main thread. All schemas are judged as
-    /// of `moment`.
+    /// Construct the object on the main thread, because the constructor switches languages
+    /// temporarily. `hosts` must outlive the object. All schemas are judged as of `moment`.
     SchemaJudge(const Machine &hosts, const QDateTime &moment, Scope judged);
     ~SchemaJudge();
     Q_DISABLE_COPY(SchemaJudge)
@@ -90,7 +89,6 @@ private:
     const Machine &machine;
     const QDateTime now;
     const Scope scope;
-    const std::unique_ptr<const HistoryWindow> window; ///< up to today
-    mutable PreparedStatements
-        prepared; ///< what could be prepared so far, which spares similar schemas the test
+    const std::unique_ptr<const HistoryWindow> window; ///< its last day is that of `now`
+    mutable PreparedStatements prepared;               ///< by schemas judged so far
 };

@@ -22,7 +22,8 @@ struct Target {
     const SetRequest *request;
 };
 
-/// Stores all values or, if the table has transactions, none. Returns the errors.
+/// Stores the values in a transaction, and rolls it back after an error. If the table has no
+/// transactions, a part may stay stored. Returns the errors.
 QStringList store(QSqlDatabase database, const VarsTable::Values &values)
 {
     const bool open = database.transaction();
@@ -57,7 +58,8 @@ QString nothingSet(const SchemaConnection &connection)
         .arg(connection.databaseName);
 }
 
-/// Returns what the request has changed all the same: a table without transactions keeps a part.
+/// Returns the settings that a failed request has changed nevertheless, because the table has no
+/// transactions.
 QStringList changed(const VarsTable::Values &before, const VarsTable::Values &now)
 {
     QStringList texts;
@@ -68,7 +70,7 @@ QStringList changed(const VarsTable::Values &before, const VarsTable::Values &no
     return texts;
 }
 
-/// Returns what became of a request that failed after `before` was read.
+/// Returns a sentence about what a failed request has changed. `before` has the previous values.
 QString leftText(const SchemaConnection &connection, const VarsTable::Values &before,
                  const SetRequest &request)
 {
@@ -96,7 +98,7 @@ public:
     {
     }
 
-    /// Returns whether the settings are stored now, or would be.
+    /// Returns whether the settings were stored or, in a dry run, would have been.
     bool set(const Target &target)
     {
         using Access = SchemaConnection::Access;
@@ -107,7 +109,8 @@ public:
             Output::error(named(target, connection.error));
             return false;
         }
-        // Read first, so that a table that cannot be read is not written to.
+        // Reads the previous values first, so that nothing is written to a table that cannot be
+        // read.
         const auto before = readBefore(connection.database(), target.request->values);
         QStringList errors =
             before.isOk() ? QStringList() : QStringList(before.error().simplified());

@@ -19,7 +19,7 @@ QString formatKey()
     return QStringLiteral("exportUseXLSX");
 }
 
-/// Reads one request; keeps the first error.
+/// Reads one request, and keeps the first error.
 class Reader
 {
 public:
@@ -69,7 +69,7 @@ private:
     {
         if (!invocation.has("emails"))
             return;
-        // An empty list is allowed: nobody gets the report any more.
+        // An empty list is allowed: then nobody gets the report.
         QStringList addresses;
         const QStringList parts =
             invocation.value("emails").split(QLatin1Char(','), Qt::SkipEmptyParts);
@@ -109,7 +109,7 @@ private:
             request.values.insert(formatKey(), storedText(*format));
     }
 
-    /// Sets a key of this report; other keys belong to the whole schema.
+    /// Sets a key with the prefix of this report. Keys without a prefix belong to the whole schema.
     void set(const char *key, const QString &value)
     {
         request.values.insert(request.kind->key(key), value);
@@ -172,7 +172,7 @@ void SetRequests::readFile(const Invocation &invocation)
                 QStringLiteral("'--%1' must not be given with --file, whose lines name everything")
                     .arg(QLatin1String(option));
     }
-    // Until nothing can be read: atEnd() is no help with a pipe.
+    // Reads until readLine() returns nothing, because atEnd() does not work for a pipe.
     for (int number = 1; error.text.isEmpty(); ++number) {
         const QByteArray read = file.readLine();
         if (read.isEmpty())
@@ -190,12 +190,12 @@ void SetRequests::readFile(const Invocation &invocation)
         error.text = QStringLiteral("'%1' contains no requests").arg(path);
 }
 
-/// A line has the form of the arguments of `set` on a command line.
+/// A line has the same form as the arguments of `set`.
 void SetRequests::readLine(const QString &line, const QString &synopsis)
 {
     QCommandLineParser parser;
     describeSetRequests(parser);
-    // The program's name comes first, as on a command line.
+    // The parser expects the program's name as the first argument.
     if (!parser.parse(QStringList(QStringLiteral("set")) + QProcess::splitCommand(line))) {
         error = Usage::parserError(parser);
         return;

@@ -8,20 +8,20 @@
 
 /// Settings of one report that `set` is to store in each of several schemas.
 struct SetRequest {
-    QStringList tokens;    ///< each once; there may be no such schema
-    bool isForAll = false; ///< for every active schema; then there are no tokens
+    QStringList tokens;    ///< each once; not yet looked up in the table `schemas`
+    bool isForAll = false; ///< for every active schema; `tokens` is then empty
     const ReportKind *kind = nullptr;
     VarsTable::Values values; ///< by their full keys; never empty
 };
 
-/// Adds the options for what to store, and in which schemas.
+/// Adds the options that say what to store and in which schemas.
 void describeSetRequests(QCommandLineParser &parser);
 
 /**
- * The request on the command line, or one request per line of its "--file".
+ * The request on the command line or, with "--file", a request for each line of the file.
  *
- * All requests are checked before anything is stored. After the first error, which names the line,
- * `list` must not be used.
+ * The constructor checks every request, up to the first error. If there is an error, `list` must
+ * not be used. An error in a file names the line.
  */
 struct SetRequests {
     explicit SetRequests(const Invocation &invocation);

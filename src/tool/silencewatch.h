@@ -8,14 +8,15 @@
 #include <thread>
 
 /**
- * Shuts a connection down once its server no longer answers.
+ * Shuts down a connection once its server no longer answers.
  *
- * A report's statement may take long, so its connection waits without a limit. Instead, a thread
- * connects to the server every `timeoutSeconds`. If the server does not answer within as many
- * seconds, the thread shuts the watched connection down, and its statement fails.
+ * A report's statement may take long, so the connection waits for the answer without a limit.
+ * Meanwhile, a thread opens another connection to the server every `timeoutSeconds`. If the server
+ * does not answer within the same time, the thread shuts down the watched connection, and the
+ * statement fails. If the thread cannot be started, logs a warning and does not watch.
  *
- * Construct and destroy it on the thread of the connection, which must be open throughout. The
- * destructor waits for a connection attempt in progress.
+ * Construct and destroy the object on the connection's thread. The connection must be open
+ * throughout. The destructor waits for a connection attempt in progress.
  */
 class SilenceWatch
 {

@@ -8,14 +8,15 @@
 namespace
 {
 
-/// Selects the number of rows and 60 bits of a hash of these columns, for any order of the rows.
+/// Selects the number of rows, and a 60-bit hash of these columns that does not depend on the order
+/// of the rows.
 QString digestOf(const char *columns)
 {
     return QStringLiteral("COUNT(*), BIT_XOR(CONV(LEFT(MD5(CONCAT_WS('|', %1)), 15), 16, 10))")
         .arg(QLatin1String(columns));
 }
 
-/// Returns the condition on rows of the catalogue. Without the names the server would read every
+/// Returns the condition for rows of the catalogue. Without the names, the server would read every
 /// table of the schema.
 QString areOf(const QStringList &tables)
 {
@@ -23,8 +24,8 @@ QString areOf(const QStringList &tables)
         .arg(tables.join(QStringLiteral("', '")));
 }
 
-// The columns of the following statements have fixed positions, see of(). Beside an aggregate,
-// MariaDB takes a bare switch such as @@read_only for 0.
+// TableFacts::of() reads the columns of the following statements by their positions. @@read_only is
+// in MAX(), because MariaDB evaluates a bare Boolean variable as 0 beside an aggregate.
 
 QString columnsStatement(const QStringList &tables)
 {
@@ -58,7 +59,7 @@ QString keysStatement()
                           "= 0 GROUP BY index_name");
 }
 
-/// Returns the elements of a GROUP_CONCAT(), as words.
+/// Returns the elements of a GROUP_CONCAT(), each split into words.
 QVector<QStringList> listOf(const QVariant &text)
 {
     QVector<QStringList> list;
@@ -77,7 +78,7 @@ void takeColumns(const QVector<QVariant> &row, TableFacts &facts)
         facts.lossyColumns.append({words.value(0), words.value(1), words.value(2)});
 }
 
-/// A key over several columns allows a name twice.
+/// A key over several columns does not make the names unique.
 bool isKeyOfName(const QVector<QVariant> &key)
 {
     return key.at(1).toInt() == 1 &&

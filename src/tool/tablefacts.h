@@ -10,15 +10,15 @@
 class QSqlDatabase;
 struct Answer;
 
-/// Returns how many seconds ago a table of this database was last written, by the server's clock;
-/// the largest number if unknown.
+/// Returns how many seconds ago `table` was last written, by the server's clock; the largest number
+/// if unknown.
 qint64 secondsSinceWritten(const QSqlDatabase &database, const char *table);
 
 /**
- * What the server's catalogue says of the tables that the reports need.
+ * What the server's catalogue says about the tables that the reports need.
  *
- * What is missing, or not to be seen by the account, is left out. The server reads its catalogue
- * without opening the tables.
+ * Tables and columns that are missing, or that the account may not see, are left out. Reading the
+ * catalogue is fast, because the server does not open the tables.
  */
 struct TableFacts {
     struct Table {
@@ -31,21 +31,21 @@ struct TableFacts {
         QString characterSet;
     };
 
-    QVector<Table> unsafeTables;  ///< tables of mails or settings that have no transactions
-    QVector<Column> lossyColumns; ///< columns for mails that cannot hold all characters
-    bool isReadOnly = false;      ///< whether the server refuses writes of ordinary accounts
-    bool isNameUnique = false;    ///< whether no two settings can have the same name
-    // An unknown limit is so large that it never applies.
-    qint64 packetBytes = std::numeric_limits<qint64>::max(); ///< of a statement
-    qint64 dataBytes = std::numeric_limits<qint64>::max();   ///< of a mail's attachment
+    QVector<Table> unsafeTables;  ///< `emails` or `vars`, if its engine has no transactions
+    QVector<Column> lossyColumns; ///< columns that reports need and that cannot hold all characters
+    bool isReadOnly = false;      ///< whether the server refuses writes by ordinary accounts
+    bool isNameUnique = false;    ///< whether a key makes the names in `vars` unique
+    // An unknown limit is the largest number, so that it never applies.
+    qint64 packetBytes = std::numeric_limits<qint64>::max(); ///< the largest accepted statement
+    qint64 dataBytes = std::numeric_limits<qint64>::max();   ///< the capacity of `emails.data`
 
-    /// The same for schemas whose tables have the same columns, engines and character sets, on
-    /// which the account has the same rights. Empty if the server does not say, or if one of the
-    /// tables is a view, which depends on other tables.
+    /// Equal for two schemas if their tables have the same columns, collations and engines, and if
+    /// their accounts have the same rights on them. Empty if unknown, or if one of the tables is a
+    /// view, because a view depends on other tables.
     QByteArray digest;
 
-    /// Returns the statements that read the facts. The digest is that of these tables.
+    /// Returns the statements that read the facts. The digest covers `tables`.
     static QStringList statements(const QStringList &tables);
-    /// Returns what the answers to these statements say.
+    /// Returns the facts in the answers to statements(), which must be in the same order.
     static TableFacts of(const QVector<Answer> &answers);
 };

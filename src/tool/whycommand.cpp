@@ -11,8 +11,9 @@
 namespace
 {
 
-/// Returns the moment of "--at", invalid if it cannot be read. If the clock shows that time twice,
-/// it is the first; if the clock skips it, the end of the gap.
+/// Returns the moment that "--at" names, or now without the option; invalid if the text cannot be
+/// read. A time of day that occurs twice means its first occurrence; one that does not occur means
+/// the end of the gap.
 QDateTime askedMoment(const Invocation &invocation)
 {
     if (!invocation.has("at"))
@@ -55,7 +56,7 @@ QString ruleText(const ScheduleRule &rule, const StoredSettings &stored, const Q
     return {};
 }
 
-/// Returns the schedule's verdict as a sentence; the rules above it only explain.
+/// Returns the schedule's verdict as a sentence.
 QString answer(ScheduleVerdict reason)
 {
     switch (reason) {
@@ -75,7 +76,7 @@ QString answer(ScheduleVerdict reason)
 
 void printRules(const StoredSettings &stored, const QDateTime &now)
 {
-    // All rules, because more than one may not be met.
+    // Prints all rules, because several may be unmet.
     const QVector<ScheduleRule> rules = scheduleRules(stored.settings, now);
     for (const ScheduleRule &rule : rules) {
         const QString verdict =
@@ -125,7 +126,8 @@ int sayCause(const QString &text, const QString &remedy)
     return Tool::Look;
 }
 
-/// Prints the findings and, in the last line, the one cause and what to do.
+/// Prints the findings and, in the last line, the most important one and what to do. Returns the
+/// exit status.
 int conclude(const QVector<Finding> &findings, const QDateTime &next)
 {
     for (const Finding &one : findings) {
@@ -177,7 +179,7 @@ int explainAll(const Invocation &invocation, const Schemas &schemas, const QDate
     if (rows.value().isEmpty())
         return noSuchSchema(schemas, invocation.token);
     const Machine machine = Machine::ask(invocation.connection);
-    // The schema and this machine are judged as of now, whatever "--at" says.
+    // The schema and this machine are judged as of now, even if "--at" names another moment.
     const SchemaJudge judge(machine, QDateTime::currentDateTime(), SchemaJudge::Scope::AllReports);
     const SchemaJudgement schema = judge.judge(rows.value().first());
     if (!schema.isComplete) {
