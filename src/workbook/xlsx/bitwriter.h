@@ -25,7 +25,7 @@ public:
         pendingBits &= 7U;
     }
 
-    /** Completes the last byte with zero bits. */
+    /** Pads the last byte with zero bits. */
     void align() { put(0, (8 - pendingBits) % 8); }
 
     /** Returns the complete bytes; clear() removes them. */

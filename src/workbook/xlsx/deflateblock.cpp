@@ -6,9 +6,12 @@
 
 // block:   is last (1 bit), kind (2 bits), code, items, end of block
 // code:    number of symbols - 257 (5 bits), number of distances - 1 (5 bits), code of the lengths,
-//          word length of each symbol, then of each distance, in that code and as runs
+//          word length of each symbol, word length of each distance
 // code of the lengths: number of word lengths - 4 (4 bits), word lengths (3 bits each, in the order
 //          of lengthOrder)
+//
+// The word lengths of symbols and distances are written in the code of the lengths, which has
+// symbols for runs of equal lengths.
 
 namespace workbook
 {
@@ -21,7 +24,7 @@ constexpr unsigned longestWord = 15;
 constexpr unsigned longestLengthWord = 7;
 constexpr unsigned blockWithCode = 2;
 
-// The code of the lengths has a symbol for each length from 0 to 15, and these for repetitions:
+// The code of the lengths has a symbol for each length from 0 to 15, and three for repetitions:
 constexpr unsigned repeatLast = 16;     // 3 to 6 times
 constexpr unsigned repeatZero = 17;     // 3 to 10 times
 constexpr unsigned repeatZeroLong = 18; // 11 to 138 times

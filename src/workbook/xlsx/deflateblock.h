@@ -11,8 +11,8 @@ namespace workbook
 {
 
 /**
- * Collects the items of a block in a deflate stream (RFC 1951): bytes, and copies of earlier bytes.
- * The items are kept until write(), because the best code for them is known only then.
+ * A block of a deflate stream (RFC 1951). Collects its items: bytes, and copies of earlier bytes.
+ * Keeps the items until write(), because the best code depends on all items.
  */
 class DeflateBlock
 {
@@ -45,7 +45,7 @@ public:
     void write(BitWriter &out, bool isLast);
 
 private:
-    // Either a byte; or isCopy, then 15 bits of distance - 1 and 8 bits of length - minCopy.
+    // Either a byte, or a copy: isCopy, 15 bits of distance - 1, 8 bits of length - minCopy.
     using Item = std::uint32_t;
     static constexpr Item isCopy = 1U << 31U;
 
@@ -54,7 +54,8 @@ private:
     static constexpr std::size_t symbols = 286;
     static constexpr std::size_t distances = 30;
 
-    /** A length or distance is encoded as a symbol for a range, and extra bits within the range. */
+    /** A length or distance in the stream: the symbol of a range, and extra bits within the range.
+     */
     struct Class {
         unsigned symbol;
         unsigned extraBits;
@@ -62,8 +63,8 @@ private:
     };
 
     /**
-     * Returns the class of a value. The first 2^(`bits` + 1) classes contain one value each. After
-     * them, the number of values in a class doubles every 2^`bits` classes.
+     * Returns the class of a value. The first 2^(`bits` + 1) classes contain one value each. In the
+     * classes after them, the number of values doubles every 2^`bits` classes.
      */
     static Class classOf(std::uint32_t value, unsigned bits)
     {

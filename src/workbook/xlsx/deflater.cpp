@@ -11,7 +11,7 @@ namespace
 constexpr unsigned candidatesBetweenPhrases = 1; // the nearest, usually in the previous cell
 constexpr unsigned candidatesInText = 16;
 
-/** From this distance on, a match may save less than a match that begins one byte later. */
+/** From this distance on, a match may save fewer bits than a match that begins one byte later. */
 constexpr std::size_t farDistance = 256;
 
 } // namespace
@@ -37,7 +37,7 @@ void Deflater::finish()
     finder.restart();
 }
 
-/** Compresses the text up to `end`. Searches for matches, which do not extend beyond `end`. */
+/** Compresses the text up to `end`. Searches for matches that do not extend beyond `end`. */
 void Deflater::search(const char *end)
 {
     Match match;
@@ -60,8 +60,8 @@ void Deflater::search(const char *end)
 }
 
 /**
- * If the phrase occurred before, compresses it as a copy, which may be longer than the phrase and
- * cover the next phrases too.
+ * If the phrase [begin, end) occurred before, compresses it as a copy. The copy may be longer than
+ * the phrase and include the phrases that follow.
  */
 void Deflater::phrase(const char *begin, const char *end, const char *textEnd)
 {

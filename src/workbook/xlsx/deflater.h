@@ -12,31 +12,31 @@
 namespace workbook
 {
 
-/** A piece [begin, end) of a text that has probably occurred before as a whole. */
+/** A piece [begin, end) of a text. The complete piece has probably occurred before. */
 struct Phrase {
     std::size_t begin;
     std::size_t end;
 };
 
 /**
- * Compresses texts into streams of deflate (RFC 1951).
+ * Compresses texts into deflate streams (RFC 1951).
  *
- * A general compressor spends most of its time searching for repetitions. In the XML of a sheet,
- * the writer knows nearly all repetitions: a cell has the same tag as the cell above. This class
- * looks up such phrases as a whole. Between two phrases there are only a value and a row number,
- * and the row number also occurs in the previous cell. This method takes a quarter of the time of
- * zlib and makes smaller files.
+ * A general compressor spends most of its time searching for repetitions. The writer of a sheet
+ * knows nearly all repetitions in the XML: a cell has the same tag as the cell above. The writer
+ * passes such tags as phrases, and this class looks up each phrase as a whole. Between two phrases
+ * there are only a value and a row number, and the row number also occurs in the previous cell.
+ * Compared with zlib, this takes a quarter of the time and makes smaller files.
  */
 class Deflater
 {
 public:
     /**
-     * Compresses `text`. `phrases` are pieces of it, in ascending order and without overlaps.
-     * Without phrases, searches the whole text thoroughly for repetitions.
+     * Compresses `text`. `phrases` are pieces of `text`, in ascending order and without overlaps.
+     * If there are no phrases, searches thoroughly for repetitions in `text`.
      */
     void append(std::string_view text, const std::vector<Phrase> &phrases);
 
-    /** Completes the stream; the next append() starts another one. */
+    /** Completes the stream. The next append() starts another stream. */
     void finish();
 
     /** Returns the complete bytes of the stream; clear() removes them. */

@@ -9,7 +9,7 @@ namespace workbook
 namespace
 {
 
-/** Returns the symbols that occur, the rarest first; adds others if fewer than two occur. */
+/** Returns the symbols that occur, the rarest first. If fewer than two occur, adds others. */
 std::vector<std::size_t> usedSymbols(const std::uint32_t *counts, std::size_t symbols)
 {
     std::vector<std::size_t> used;
@@ -27,9 +27,9 @@ std::vector<std::size_t> usedSymbols(const std::uint32_t *counts, std::size_t sy
 }
 
 /**
- * Builds a tree by joining the two rarest nodes until one is left. Returns the depths of its
+ * Builds a tree: joins the two rarest nodes until one node is left. Returns the depths of the
  * leaves, the deepest first. `counts` are the counts of the leaves in ascending order. The function
- * appends the sums, which are in ascending order too.
+ * appends the counts of the joined nodes, which are in ascending order too.
  */
 std::vector<unsigned> leafDepths(std::vector<std::uint32_t> counts)
 {
@@ -74,7 +74,7 @@ HuffmanCode::HuffmanCode(const std::uint32_t *counts, std::size_t symbols, unsig
         leaves.push_back(counts[symbol]);
     std::vector<unsigned> depths = leafDepths(leaves);
     while (depths.front() > longest) {
-        // Counts that differ less make a flatter tree. Their order does not change.
+        // Halved counts differ less, which makes the tree flatter. The order does not change.
         for (std::uint32_t &count : leaves)
             count = count / 2 + 1;
         depths = leafDepths(leaves);

@@ -9,7 +9,8 @@ namespace workbook
 
 /**
  * A prefix code: frequent symbols have short words. Symbols that do not occur have words of length
- * 0. If fewer than two symbols occur, others get words too, because some readers require two words.
+ * 0. If fewer than two symbols occur, other symbols get words too, because some readers require at
+ * least two words.
  */
 class HuffmanCode
 {
@@ -22,8 +23,8 @@ public:
     };
 
     /**
-     * `counts` says how often each symbol occurs; `symbols` is their number. No word is longer than
-     * `longest` bits.
+     * `counts` is an array with the number of occurrences of each symbol. `symbols` is the number
+     * of symbols. No word is longer than `longest` bits.
      */
     HuffmanCode(const std::uint32_t *counts, std::size_t symbols, unsigned longest);
 

@@ -10,11 +10,11 @@ namespace workbook
 namespace
 {
 
-constexpr std::size_t windowBytes = 0x8000; // the farthest that deflate can refer back
+constexpr std::size_t windowBytes = 0x8000; // the longest distance in a deflate stream
 constexpr std::size_t hashedBytes = 4;
-constexpr unsigned hashBits = 13; // few, so that the table of hashes fits into the L1 cache
+constexpr unsigned hashBits = 13; // few, so that the table `latest` fits into the L1 cache
 constexpr unsigned phraseHashBits = 12;
-constexpr std::size_t plenty = 32; // bytes: do not search for a longer match than this
+constexpr std::size_t plenty = 32; // bytes; a match of at least this length ends the search
 
 constexpr std::uint64_t multiplier = 0x9E3779B97F4A7C15U; // mixes all bits into the highest ones
 
@@ -79,8 +79,8 @@ void MatchFinder::restart()
 }
 
 /**
- * Returns the distance from `earlier` to `place`, or 0 if `earlier` is outside the window or too
- * far back for deflate. The tables may contain any outdated position.
+ * Returns the distance from `earlier` to `place`. Returns 0 if `earlier` is outside the window or
+ * too far back for deflate: the tables may contain outdated positions.
  */
 std::size_t MatchFinder::distanceTo(Position earlier, const char *place) const
 {
@@ -136,7 +136,7 @@ std::size_t MatchFinder::findPhrase(const char *begin, const char *end)
 
 std::size_t MatchFinder::length(const char *place, const char *end, std::size_t distance)
 {
-    // Compare eight bytes at a time, because most matches are longer than that.
+    // Compare eight bytes at a time, because most matches have more than eight bytes.
     const char *at = place;
     while (end - at >= 8 && load<std::uint64_t>(at) == load<std::uint64_t>(at - distance))
         at += 8;

@@ -13,14 +13,15 @@ namespace workbook
 struct Match {
     std::size_t length = 0; // 0 for no match
     std::size_t distance = 0;
-    int gain = 0; // about how many bits it saves
+    int gain = 0; // the estimated number of bits that the match saves
 };
 
 /**
- * Keeps the last 32 KiB of a text, and finds earlier occurrences of the bytes at a place.
+ * Finds earlier occurrences of the bytes at a place in a text. Keeps a window of the text: the text
+ * that was appended last and the 32 KiB before it.
  *
- * Places are pointers into what append() returned, valid until the next append(). find()
- * finds only earlier places that were passed to find() or remember().
+ * Places are pointers into the text that append() returned. They are valid until the next append().
+ * find() finds only earlier places that were passed to find() or remember().
  */
 class MatchFinder
 {
@@ -30,13 +31,14 @@ public:
     /** Appends `text` to the window. Returns its copy in the window. */
     std::string_view append(std::string_view text);
 
-    /** Starts another text. find() and findPhrase() no longer find places in the previous text. */
+    /** Starts another text. Places in the previous text are no longer found. */
     void restart();
 
     /**
-     * Returns the match at `place` that saves most bits, and remembers `place`. Examines at most
-     * `candidates` earlier places, the nearest first, whose next four bytes have the same hash. The
-     * match ends before or at `end`. Does nothing if fewer than four bytes remain before `end`.
+     * Returns the match at `place` that saves the most bits, and remembers `place`. Examines at
+     * most `candidates` earlier places whose four bytes have the same hash, the nearest place
+     * first. The match does not extend beyond `end`. If fewer than four bytes remain before `end`,
+     * returns no match and does not remember `place`.
      */
     Match find(const char *place, const char *end, unsigned candidates);
 
@@ -44,19 +46,19 @@ public:
     void remember(const char *begin, const char *end);
 
     /**
-     * Remembers the phrase [begin, end). Returns how many bytes before `begin` the last phrase with
-     * the same hash begins; 0 if there is none within reach.
+     * Remembers the phrase [begin, end). Returns the distance to the previous phrase with the same
+     * hash, or 0 if there is no such phrase within the last 32 KiB of the text.
      */
     std::size_t findPhrase(const char *begin, const char *end);
 
     /**
-     * Returns how many successive bytes from `place` on, but before `end`, equal the bytes that are
-     * `distance` before them.
+     * Returns the number of successive bytes, from `place` on and before `end`, that equal the
+     * bytes `distance` before them.
      */
     static std::size_t length(const char *place, const char *end, std::size_t distance);
 
 private:
-    // An offset in all text so far, modulo 4 GiB: only differences between offsets are used.
+    // An offset in all texts so far, modulo 4 GiB. Only differences between offsets are used.
     using Position = std::uint32_t;
 
     [[nodiscard]] Position positionOf(const char *place) const
@@ -68,9 +70,9 @@ private:
 
     std::string window;
     Position windowBegin = 0;
-    std::vector<Position> latest;   // by the hash of four bytes
-    std::vector<Position> previous; // by position: the previous one with the same hash
-    std::vector<Position> phrases;  // by the hash of a phrase
+    std::vector<Position> latest;   // by the hash of four bytes: the latest position
+    std::vector<Position> previous; // by position: the previous position with that hash
+    std::vector<Position> phrases;  // by the hash of a phrase: the latest position
 };
 
 } // namespace workbook

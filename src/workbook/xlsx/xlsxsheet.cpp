@@ -156,8 +156,7 @@ void XlsxSheet::row(const RowSpan &span)
     xml << "</row>";
 }
 
-// The order of the attributes keeps together what neighbouring cells share, which makes files
-// smaller.
+// The attributes that neighbouring cells share come first. This order makes files smaller.
 void XlsxSheet::cell(const Cell &cell, std::string_view rowName)
 {
     const bool isText = cell.kind() == CellKind::Text;
@@ -184,7 +183,7 @@ void XlsxSheet::cell(const Cell &cell, std::string_view rowName)
 }
 
 /**
- * Writes a formula and its value. Leaves out an unknown value, so that programs calculate it
+ * Writes a formula and its value. Leaves out an unknown value, so that programs compute it
  * instead of showing a wrong value. Returns the closing tags.
  */
 std::string_view XlsxSheet::formula(const Cell &cell)

@@ -49,8 +49,8 @@ private:
     const std::optional<UsedRange> used;
     Evaluator evaluator;
     XmlText xml;
-    std::vector<Phrase> phrases; // in xml
-    std::size_t phraseBegin = 0; // of the next phrase
+    std::vector<Phrase> phrases; // pieces of xml
+    std::size_t phraseBegin = 0; // where the next phrase begins in xml
     std::vector<std::string> columnNames;
     std::vector<std::string> textTags;  // "<c t=\"s\" s=\"1\" r=\"", by index of the model's format
     std::vector<std::string> otherTags; // the same without the type

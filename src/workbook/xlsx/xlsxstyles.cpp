@@ -56,7 +56,7 @@ std::string argb(libxl::Color colour)
     return text;
 }
 
-/** Builds the part list by list, in the order that the format requires. */
+/** Builds xl/styles.xml. Its lists are in the order that the file format requires. */
 class StylesPart
 {
 public:
@@ -71,7 +71,7 @@ public:
         xml << xmlDeclaration << "<styleSheet xmlns=\"" << sheetNamespace << "\">";
         numFormats();
         fonts();
-        // The first two fills must be "none" and "gray125", because programs assume so.
+        // Programs assume that the first two fills are "none" and "gray125".
         xml << "<fills count=\"2\"><fill><patternFill patternType=\"none\"/></fill>"
                "<fill><patternFill patternType=\"gray125\"/></fill></fills>";
         borders();

@@ -62,7 +62,7 @@ void packageRelations(XmlText &xml)
     xml << "</Relationships>";
 }
 
-/** Lists the parts of the book: first the sheets, from rId1 on, then the other parts. */
+/** Lists the parts of the book: the sheets as rId1, rId2 and so on, then the other parts. */
 void bookRelations(const BookData &book, XmlText &xml)
 {
     beginRelations(xml);
@@ -114,8 +114,8 @@ void workbookPart(const BookData &book, XmlText &xml)
 }
 
 /**
- * Returns whether the text needs the attribute xml:space. Without it, programs may drop line
- * breaks, tabs, and blanks at either end.
+ * Returns whether the text needs the attribute xml:space="preserve". Without the attribute,
+ * programs may drop line breaks and tabs, and blanks at the beginning and the end of the text.
  */
 bool needsSpacePreserved(std::u16string_view text)
 {
@@ -173,8 +173,8 @@ void writeXlsx(const BookData &book, ByteSink &sink)
 }
 
 /**
- * Accepts every formula: the file contains its text, and spreadsheet programs may know functions
- * that this engine does not know.
+ * Accepts every formula: the file contains its text, and spreadsheet programs may support functions
+ * that this engine does not support.
  */
 bool isAnyFormula(std::u16string_view /*text*/)
 {

@@ -11,7 +11,7 @@ namespace workbook
 
 class ZipWriter;
 
-/** How every XML part begins. */
+/** The beginning of every XML part. */
 constexpr std::string_view xmlDeclaration =
     "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n";
 
@@ -20,8 +20,8 @@ constexpr std::string_view sheetNamespace =
     "http://schemas.openxmlformats.org/spreadsheetml/2006/main";
 
 /**
- * Collects XML. Narrow strings are markup, appended unchanged; UTF-16 strings are text, escaped
- * both for content and for attributes. Does not depend on the locale.
+ * Collects XML. Narrow strings are markup and are appended unchanged. UTF-16 strings are text and
+ * are escaped both for content and for attributes. Does not depend on the locale.
  */
 class XmlText
 {
@@ -36,7 +36,7 @@ public:
 
     XmlText &operator<<(std::u16string_view text);
 
-    /** Appends a short text that reads back as exactly the same number, which must be finite. */
+    /** Appends a finite number as a short text that can be converted back without loss. */
     XmlText &operator<<(double number);
 
     // Deleted, because these types would be written as numbers.
@@ -70,7 +70,7 @@ private:
     Buffer buffer;
 };
 
-/** How much XML to collect before moving it into the archive. */
+/** How many bytes of XML to collect before moving them into the archive. */
 constexpr std::size_t chunkBytes = 0x10000;
 
 /** Moves the text into the archive's open entry if it has at least chunkBytes. */

@@ -24,7 +24,7 @@ namespace
 constexpr std::uint32_t localSignature = 0x04034B50;
 constexpr std::uint32_t centralSignature = 0x02014B50;
 constexpr std::uint32_t endSignature = 0x06054B50;
-constexpr unsigned version = 20; // supports deflate, but no later feature
+constexpr unsigned version = 20; // 2.0, the first version with deflate
 constexpr unsigned methodDeflate = 8;
 constexpr unsigned firstDate = (1U << 5U) | 1U; // 1 January 1980
 constexpr std::uint64_t signatureBytes = 4;

@@ -14,13 +14,13 @@ class Buffer;
 class ByteSink;
 
 /**
- * Writes a ZIP archive of deflated entries to a sink. Each entry is compressed while it is written;
- * sizes and checksum are filled into its local header afterwards. All entries have the same fixed
- * time, so that equal content makes equal bytes.
+ * Writes a ZIP archive of deflated entries to a sink. Compresses each entry while it is written,
+ * then stores the sizes and the checksum in the entry's local header. All entries have the same
+ * fixed time, so that equal content makes equal bytes.
  *
  * For each entry, call begin(), append() any number of times, and end(). After the last entry, call
- * finish(). Errors are latched in the sink. It is an error if the archive would need the 64-bit
- * extension (4 GiB or 65,535 entries).
+ * finish(). Errors are latched in the sink. An archive that needs the 64-bit extension (4 GiB or
+ * 65,535 entries) is an error.
  */
 class ZipWriter
 {
@@ -29,7 +29,7 @@ public:
     ZipWriter(const ZipWriter &) = delete;
     ZipWriter &operator=(const ZipWriter &) = delete;
 
-    /** `name` is ASCII, with "/" between folders, and unique in the archive. */
+    /** `name` must be ASCII, with "/" as the separator, and unique in the archive. */
     void begin(std::string_view name);
 
     /** `phrases` are as for Deflater::append(). */
@@ -37,7 +37,7 @@ public:
 
     void end();
 
-    /** Adds a whole entry. */
+    /** Adds a complete entry. */
     void add(std::string_view name, std::string_view bytes);
 
     void finish();
