@@ -22,9 +22,9 @@ struct Found {
     Machine machine;
     SchemasJudged schemas;
     QVector<Finding> findings;
-    QString server; ///< the one that answered; empty if unknown
-    QString cipher; ///< empty if not encrypted
-    int opened = 0; ///< schemas
+    QString server; ///< the server that answered; empty if unknown
+    QString cipher; ///< empty if the connection is not encrypted
+    int opened = 0; ///< schemas that could be opened
     int status = Tool::Well;
 };
 
@@ -51,8 +51,8 @@ void addFindings(const SchemaJudgement &schema, bool isAsked, Found &found)
     }
 }
 
-/// The findings about the machine and the server come first, because they may cause many findings
-/// about schemas.
+/// The findings about the machine and the server come first, because a problem there may cause many
+/// findings about schemas.
 void findAll(const Schemas &schemas, bool isAsked, Found &found)
 {
     const auto &list = found.schemas.list;
@@ -64,7 +64,7 @@ void findAll(const Schemas &schemas, bool isAsked, Found &found)
         found.machine.findings() + checkServer(schemas.master()) + checkCluster(schemas.master());
     if (!isAsked) // all schemas were judged, so the number of workers is known
         found.findings += checkConnections(schemas.master(), list.size(), int(enabled));
-    // Only a notice: every new installation starts like this.
+    // Only a notice, because every new installation starts without enabled reports.
     if (!isAsked && enabled == 0)
         found.findings.append(
             {Gravity::Notice, QStringLiteral("off"), QStringLiteral("schemas"),
@@ -132,7 +132,7 @@ int checkAll(const Invocation &invocation, const Schemas &schemas)
         return couldNotAsk(rows.error());
     if (isAsked && rows.value().isEmpty())
         return noSuchSchema(schemas, invocation.token);
-    // A schema that is named on the command line is checked even if it is not active.
+    // A schema that the command line names is checked even if it is not active.
     const QVector<SchemaRow> chosen = isAsked ? rows.value() : activeOf(rows.value());
     Found found{Machine::ask(invocation.connection), {}, {}, {}, {}, 0, Tool::Well};
     {
@@ -143,7 +143,7 @@ int checkAll(const Invocation &invocation, const Schemas &schemas)
         found.schemas = judgeAll(schemas, chosen, judge, [&progress] { progress.step(); });
     }
     findAll(schemas, isAsked, found);
-    // If the server does not answer, checks find nothing.
+    // If the server no longer answers, the checks find nothing, which must not look like success.
     if (!found.schemas.isComplete || !schemas.isAnswering())
         return couldNotAsk(QStringLiteral("the server no longer answers"));
     const bool well = std::none_of(found.findings.cbegin(), found.findings.cend(),

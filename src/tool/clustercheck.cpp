@@ -9,13 +9,13 @@
 namespace
 {
 
-constexpr int leastMembers = 3; // of two nodes, a survivor has no majority
+constexpr int leastMembers = 3; // of two nodes, one alone has no majority
 
 /// What keeps a cluster from copying a table, or from noticing a conflict.
 struct TableFault {
     const char *statement; ///< selects the names of the tables
     const char *text;
-    const char *change; ///< of ALTER TABLE, to repair the table
+    const char *change; ///< the clause of ALTER TABLE that repairs the table
 };
 
 constexpr TableFault tableFaults[] = {

@@ -13,20 +13,20 @@ namespace
 constexpr qint64 graceSeconds = 4200; // a scan per hour, a tick per minute, and the report itself
 constexpr qint64 graceOfServed = 300; // if a host serves the schema: a tick and the report
 constexpr qint64 twoTicksSeconds =
-    120; // a worker that ticked this long after a change has made a run since
+    120; // a worker that ticks this long after a change has made a run since the change
 constexpr qint64 longestScanSeconds =
-    60; // a scan may have visited the schema before a change and end after it
+    60; // a scan may visit the schema before a change and end after the change
 const char *const scanAtOnce = "wait, or let the host scan at once: systemctl reload autoreport";
 
-/// Returns whether a report may count as made although its run failed for this cause: the monthly
-/// report does, even if no mail was queued.
+/// Returns whether a report may count as made although its run failed for this cause. The monthly
+/// report counts as made even if no mail was queued.
 bool mayCount(const QString &cause)
 {
     return cause == QLatin1String("mail") || cause == QLatin1String("recipients");
 }
 
-/// Checks whether today's run failed. If the report counts as made though such a run cannot,
-/// another run has made it.
+/// Adds a finding if today's run failed, unless another run has made the report. Another run has
+/// done so if the report counts as made and a run that fails for this cause never counts.
 void checkLastRun(const RunOutcome &last, const StoredSettings &stored, const QDateTime &now,
                   const QString &command, Findings &findings)
 {
@@ -82,9 +82,9 @@ bool wasMissed(const ReportSettings &settings, const QDate &day)
     return scheduleVerdict(settings, scheduledMoment(day, settings.time)) == ScheduleVerdict::Due;
 }
 
-/// Returns whether the report was missed before `day`, too. If so, it is not merely
-/// waiting for the next scan or tick. That the settings were written just now proves nothing,
-/// because the product may write them all the time.
+/// Returns whether the report was missed on the day before `day`, too. If so, the report is not
+/// merely waiting for the next scan or tick. How recently the settings were written does not show
+/// this, because the product may write them all the time.
 bool isMissedLonger(const ReportSettings &settings, const QDate &day)
 {
     return settings.lastGenerated != 0 && wasMissed(settings, day.addDays(-1));
@@ -115,7 +115,7 @@ void checkScan(const HostAnswer &host, const StoredSettings &stored, const QDate
                      QLatin1String(scanAtOnce));
 }
 
-/// Finds why the host does not serve the schema: its worker ended, or no scan has found it.
+/// Adds a finding that says why the host does not serve the schema.
 void checkUnserved(const HostAnswer &host, const StoredSettings &stored, const QDateTime &now,
                    const SecondsSinceChange &sinceChange, Findings &findings)
 {
@@ -151,14 +151,14 @@ QDateTime overdueSince(const ReportSettings &settings, const QDateTime &now, qin
     // The report may have been enabled only today.
     if (settings.lastGenerated == 0 && day != now.date())
         return {};
-    // Made that day, before the configured time was moved to a later one.
+    // The report was made that day, before its time was changed to a later one.
     const bool isMade = QDateTime::fromSecsSinceEpoch(settings.lastGenerated).date() == day;
     if (isMade && day != now.date())
         return {};
     return wasMissed(settings, day) ? scheduledMoment(day, settings.time) : QDateTime();
 }
 
-/// Returns whether the host may not have seen a change of that age yet.
+/// Returns whether a change of that age is so recent that the host may not know it yet.
 bool isTooNew(qint64 changeAge, const HostAnswer *host, const QString &token)
 {
     if (!host)
@@ -176,7 +176,7 @@ void checkOverdue(const StoredSettings &stored, const Machine &machine, const QD
         overdueSince(stored.settings, now, isServed ? graceOfServed : graceSeconds);
     if (!since.isValid())
         return;
-    // The report may only just have been enabled, or its time changed.
+    // The report may have been enabled, or its time changed, only just now.
     if (!isMissedLonger(stored.settings, since.date()) &&
         isTooNew(sinceChange(), host, findings.subject)) {
         findings.add(Gravity::Waiting, "due",

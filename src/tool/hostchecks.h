@@ -11,16 +11,16 @@ struct ReportKind;
 struct ReportSettings;
 struct StoredSettings;
 
-/// Returns how many seconds ago somebody last wrote what a scan reads: the list of the schemas, or
-/// the settings of the schema. By the server's clock; the largest number if unknown.
+/// Returns how many seconds ago the table `schemas` or the settings of the schema, both of which a
+/// scan reads, were last written. By the server's clock; the largest number if unknown.
 using SecondsSinceChange = std::function<qint64()>;
 
 /**
- * Finds what keeps the hosts of this machine from making a report: they are paused, have not found
- * the schema, or failed to make the report. If none of this is found, checks whether the report is
- * overdue, for which no host needs to answer.
+ * Adds findings about what keeps the hosts of this machine from making a report: they are paused,
+ * have not found the schema, or failed to make the report. If there is no such finding, checks
+ * whether the report is overdue, even if no host answers.
  *
- * Part of SchemaJudge's judgement of an enabled report.
+ * Used by SchemaJudge for enabled reports.
  */
 void checkHosts(const ReportKind &kind, const StoredSettings &stored, const Machine &machine,
                 const QDateTime &now, const SecondsSinceChange &sinceChange, Findings &findings);

@@ -8,7 +8,7 @@ namespace
 constexpr int signals[] = {SIGINT, SIGTERM, SIGHUP};
 constexpr int shellBase = 128;
 
-// A type that a signal handler may write to.
+// Of the type that a signal handler may write to.
 volatile std::sig_atomic_t noted = 0;
 
 void resetUnlessIgnored(int number)
@@ -31,7 +31,7 @@ Interruption::Interruption()
 {
     noted = 0;
     for (const int number : signals) {
-        // A signal that is ignored, as under nohup or in a shell's background, stays ignored.
+        // A signal that was ignored, as under nohup or in a shell's background, stays ignored.
         if (std::signal(number, note) == SIG_IGN)
             std::signal(number, SIG_IGN);
     }

@@ -1,9 +1,9 @@
 #pragma once
 
 /**
- * During its lifetime, the first SIGINT, SIGTERM or SIGHUP is only noted, so that a command can
- * clean up and end on its own; a second one ends the program at once. Signals that the program was
- * started to ignore stay ignored.
+ * While the object exists, the first SIGINT, SIGTERM or SIGHUP is only recorded, so that the
+ * command can clean up and end. A second signal ends the program at once. Signals that were ignored
+ * when the program started stay ignored.
  *
  * Only one object may exist at a time, on the main thread.
  */
@@ -18,6 +18,6 @@ public:
     /// Returns whether a signal came since the object was constructed; false without an object.
     static bool isRequested();
 
-    /// Returns the exit status for that signal, as shells report it: 130 for SIGINT.
+    /// Returns the exit status for the recorded signal, as shells report it: 130 for SIGINT.
     static int status();
 };

@@ -14,9 +14,8 @@ constexpr auto temporaryPatience = std::chrono::milliseconds(inquiryMs);
 constexpr qint64 bytesPerMiB = 1048576;
 constexpr qint64 spaceWantedMiB = 512;
 
-/// Returns the hosts that serve the database: those whose server is spelled as in the command or,
-/// if there are none, those with the same port, because a server's name can be spelled in several
-/// ways.
+/// Returns the hosts that serve the database on the server that the command names. If there are
+/// none, returns the hosts whose server has the same port, because a server can have several names.
 QVector<HostAnswer> hostsOf(const ConnectionOptions &connection, const QVector<HostAnswer> &all)
 {
     const QString server = serverText(connection.host, connection.port);
@@ -34,7 +33,7 @@ QVector<HostAnswer> hostsOf(const ConnectionOptions &connection, const QVector<H
     return same.isEmpty() ? alike : same;
 }
 
-/// Sets the members that are set alike for a host's directory and for this process's own.
+/// Sets what a host's directory and the directory of this process have in common.
 void takeDirectory(Machine &machine, const QString &path, bool isAnswering, qint64 freeBytes)
 {
     machine.temporaryDirectory = path;

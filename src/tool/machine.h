@@ -4,11 +4,11 @@
 #include "options/connectionoptions.h"
 #include "tool/finding.h"
 
-/// What the hosts of this machine answer, and the directory for workbooks. Constant once ask() has
-/// returned it, so any thread may read it.
+/// The answers of the hosts of this machine, and the state of the directory for workbooks. Constant
+/// once ask() has returned it, so any thread may read it.
 struct Machine {
-    QVector<HostAnswer> hosts; ///< those that serve the database of the command
-    QStringList silentHosts;   ///< why others, perhaps of this database, could not be asked
+    QVector<HostAnswer> hosts; ///< hosts that serve the command's database
+    QStringList silentHosts;   ///< why other hosts, perhaps of this database, could not be asked
     /// The temporary directory of the first host; without a host, that of this process.
     QString temporaryDirectory;
     QString temporaryError; ///< why it cannot be used; empty if it can
@@ -16,7 +16,9 @@ struct Machine {
         QStringLiteral("make it writable, or point TMPDIR of the host elsewhere");
     qint64 temporaryFreeBytes = 0;
 
-    /// Takes four seconds at most. Creates and removes a file in the temporary directory.
+    /// Asks the hosts, for at most two seconds. If none serves the database, checks the temporary
+    /// directory of this process, for at most two more seconds. The check creates and removes a
+    /// file.
     static Machine ask(const ConnectionOptions &connection);
 
     /// Returns a host that has a worker for the schema, if possible one that is not paused; null if

@@ -11,9 +11,9 @@ class QJsonObject;
  * The commands' output: UTF-8 in every locale, with colours only on a terminal.
  *
  * Names, settings and server messages come from databases that others write to. Control characters
- * in them, line feeds included, are printed as U+FFFD, so that they cannot forge a line, control
- * the terminal or reorder a line. In JSON they are escaped instead. flush() reports the first error
- * in writing to standard output. Errors in writing to standard error are ignored: there is nowhere
+ * in them, line feeds included, are printed as U+FFFD, so that they cannot control the terminal, or
+ * forge or reorder a line. In JSON they are escaped instead. flush() reports the first error in
+ * writing to standard output. Errors in writing to standard error are ignored: there is nowhere
  * else to report them.
  */
 namespace Output
@@ -21,20 +21,21 @@ namespace Output
 
 enum class Colour { Good, Bad, Notable, Plain }; // green, red, yellow, none
 
-/// Prints one line to standard output; the line end is added.
+/// Prints `line` and a line feed to standard output.
 void print(const QString &line);
 /// Prints several lines.
 void print(const QStringList &lines);
 void print(const QJsonObject &object);
-/// Writes buffered output. Returns false, and prints why, if any output so far could not be
-/// written. Call it once, at the end.
+/// Writes buffered output. Returns false if any output so far could not be written; the first call
+/// that does so prints why.
 bool flush();
 /// Prints "autoreport: " and the line to standard error.
 void error(const QString &line);
 /// Prints several lines to standard error, without the prefix.
 void errorLines(const QStringList &lines);
-/// Asks on standard error, where the question is seen even if the output goes to a file. Returns
-/// whether the answer begins with "y" or "Y"; the end of input means no.
+/// Prints the question to standard error, where it is seen even if standard output is a file, and
+/// reads the answer from standard input. Returns whether the answer begins with "y" or "Y"; the end
+/// of input means no.
 bool agrees(const QString &question);
 
 /// Returns `text` marked for printing in that colour, or unchanged if standard output is not a
@@ -46,8 +47,8 @@ bool isTerminal(int descriptor);
 /// Returns the width of the terminal in columns; 0 if standard output is not a terminal.
 int terminalWidth();
 
-/// Returns the lines of a table whose columns are two blanks apart. The first row is the headings;
-/// `colours` has an entry for each further row: the colour of its last column.
+/// Returns the lines of a table whose columns are two blanks apart. The first row has the headings.
+/// `colours` has, for each further row, the colour of its last column.
 QStringList table(const QVector<QStringList> &rows, const QVector<Colour> &colours);
 
 /// Returns `text`, shortened to `width` characters with an ellipsis if it is longer.

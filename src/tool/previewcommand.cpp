@@ -41,7 +41,7 @@ int makePreview(const Invocation &invocation, const SchemaConnection &connection
         // A failed query leaves cells empty, which is easily missed in the file.
         return complained ? Tool::Look : Tool::Well;
     }
-    // The engine does not say why it could not save.
+    // The logged errors do not say what to do about the directory.
     const QFileInfo folder(QFileInfo(path).absolutePath());
     if (!folder.isDir() || !folder.isWritable())
         Output::error(

@@ -26,7 +26,8 @@ LatestMails latestMails(const QSqlDatabase &database, const ReportKind &kind,
 {
     LatestMails found;
     QSqlQuery query = freshQuery(database);
-    // Only the newest, by `mid`: the table may be large, without an index on other columns.
+    // Reads only the newest mails, by `mid`: the table may be large, and other columns may have no
+    // index.
     query.exec(QStringLiteral("SELECT subject, created, status != 'Q' AND (sent > 0 OR done > 0) "
                               "FROM (SELECT subject, created, status, sent, done FROM emails "
                               "ORDER BY mid DESC LIMIT 200) AS latest"));

@@ -15,8 +15,8 @@ bool countsAsMade(const ReportSettings &settings, const HistoryWindow &window);
  * Checks whether a report that counts as made today has mails: the monthly report counts even if
  * all its mails were refused.
  *
- * Finds nothing if a host says that it queued them, or if the table has no sent mail of an earlier
- * day: then the product may delete what it has sent.
+ * Adds no finding if a host says that it has queued mails. Adds none either if the table `emails`
+ * has no sent mail of an earlier day, because then the product may delete sent mails.
  */
 void checkQueued(const QSqlDatabase &database, const ReportKind &kind,
                  const ReportSettings &settings, const Machine &machine,

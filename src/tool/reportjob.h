@@ -11,14 +11,14 @@
 class AttenReport;
 struct ReportKind;
 
-/// Creates the report of that kind over that connection, which must outlive it.
+/// Creates a report of this kind. The connection of `database` must outlive the report.
 std::unique_ptr<AttenReport> createReport(const ReportKind &kind, const QSqlDatabase &database);
 
 /**
  * A run that an operator requested, for any day, with a progress bar. An Interruption or the loss
- * of the connection ends it. By default it does not store "lastGenerated".
+ * of the connection ends the run. By default, the run does not store "lastGenerated".
  *
- * Must outlive the use of `run`. The destructor erases the bar.
+ * The object must outlive every use of `run`. The destructor erases the bar.
  */
 class ReportJob
 {

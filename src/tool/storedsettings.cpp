@@ -45,7 +45,7 @@ QString SchemaSettings::statement()
     QStringList others{QLatin1String(senderKey)};
     for (const ReportKind *kind : reportKinds())
         others += kind->optionKeys();
-    // The prefixes of all reports begin like this.
+    // The prefixes of all reports begin with this text.
     return VarsTable::prefixStatement(QStringLiteral("autoReport."), others);
 }
 

@@ -10,7 +10,7 @@
 #include <QVariant>
 #include <QVector>
 
-/// A report's settings: the texts in the table `vars`, and the values that the schedule reads.
+/// A report's settings: the texts in the table `vars`, and the values that the schedule uses.
 struct StoredSettings {
     QMap<QString, QVariant> values; ///< by key, without the prefix
     ReportSettings settings;
@@ -23,13 +23,13 @@ struct StoredSettings {
     bool isFoundByScan() const { return text("enabled").toInt() == 1; }
 };
 
-/// What a schema's table `vars` holds for all its reports.
+/// The settings of all reports in a schema's table `vars`.
 struct SchemaSettings {
     QVector<StoredSettings> reports; ///< in the order of reportKinds()
-    QMap<QString, QVariant> options; ///< of all reports, by key
+    QMap<QString, QVariant> options; ///< every value in the rows, by full key
     QVariant sender;                 ///< of the reports' mails; invalid if it is not stored
 
-    /// Returns the statement that reads it, and what its rows hold.
+    /// Return the statement that reads the settings, and the settings in the rows that it returns.
     static QString statement();
     static SchemaSettings of(const QVector<QVector<QVariant>> &rows);
 };

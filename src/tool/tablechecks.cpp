@@ -17,7 +17,7 @@ namespace
 using Row = QVector<QVariant>;
 
 constexpr qint64 attachmentBytes = 16777215;  // a MEDIUMBLOB; a BLOB would cut off most workbooks
-constexpr qint64 queuePatienceSeconds = 3600; // senders take minutes
+constexpr qint64 queuePatienceSeconds = 3600; // the sender normally takes minutes
 // Lower bounds for both formats: if even these are too large, so is the workbook.
 constexpr qint64 leastBytesPerRow = 20;
 constexpr qint64 leastBytes = 4096;
@@ -42,7 +42,7 @@ const char *stateOf(const UnmetRequirement &unmet)
     return unmet.isForbidden ? "rights" : "tables";
 }
 
-/// Returns the right to grant, or else how to get what is missing.
+/// Returns the right to grant, or how to get a missing table or column.
 QString remedyOf(const UnmetRequirement &unmet, const char *rights, const QSqlDatabase &database)
 {
     if (!unmet.isForbidden)
@@ -71,7 +71,7 @@ void checkRights(const QSqlDatabase &database, const SchemaTables &tables, Findi
                      remedyOf(*tables.unmarkable, "INSERT, UPDATE", database));
 }
 
-/// Asks for a write of no row, because some accounts are exempt.
+/// Tries to write no row, because some accounts may write even if the server is read-only.
 void checkReadOnly(const QSqlDatabase &database, Findings &findings)
 {
     QSqlQuery query = freshQuery(database);
@@ -85,7 +85,8 @@ void checkReadOnly(const QSqlDatabase &database, Findings &findings)
                                     "= 0"));
 }
 
-/// Checks for the unique key that makes a report go out only once a day.
+/// Adds a finding about the missing unique key, without which a report may go out more than once a
+/// day.
 void checkNames(const QSqlDatabase &database, Findings &findings)
 {
     const auto views = rowsOf(database,
@@ -113,7 +114,7 @@ void checkNames(const QSqlDatabase &database, Findings &findings)
                                        .arg(twice.first().first().toString(), key));
 }
 
-/// Checks for transactions, which make mails and "lastGenerated" atomic, and for unique names.
+/// Checks for transactions, which keep mails and "lastGenerated" in step, and for unique names.
 void checkStorage(const QSqlDatabase &database, const TableFacts &facts, Findings &findings)
 {
     for (const TableFacts::Table &table : facts.unsafeTables)
@@ -126,7 +127,7 @@ void checkStorage(const QSqlDatabase &database, const TableFacts &facts, Finding
         checkNames(database, findings);
 }
 
-/// Looks for columns that cannot hold all characters.
+/// Adds a finding for each column that cannot hold all characters.
 void checkLetters(const TableFacts &facts, Findings &findings)
 {
     for (const TableFacts::Column &column : facts.lossyColumns)
@@ -137,7 +138,7 @@ void checkLetters(const TableFacts &facts, Findings &findings)
             QStringLiteral("ALTER TABLE %1 CONVERT TO CHARACTER SET utf8mb4").arg(column.table));
 }
 
-/// A missing sender has a default, but with an empty one no mail is queued.
+/// A missing sender has a default, but with an empty sender no mail is queued.
 void checkSender(const QVariant &sender, Findings &findings)
 {
     if (sender.isValid() && !ZAS::validEmail(sender.toString()))
@@ -147,8 +148,8 @@ void checkSender(const QVariant &sender, Findings &findings)
                      QStringLiteral("correct globalEmail in the table vars, or delete it"));
 }
 
-/// Returns whether the report cannot be made: without the statement that reads the people, it has
-/// no rows. Without other statements, only values are missing.
+/// Returns whether the report cannot be made without this statement: the one that reads the people.
+/// Without any other statement, only values are missing.
 bool isDecisive(const UnmetRequirement &unmet)
 {
     return unmet.tables.value(0) == QLatin1String("people");
@@ -201,7 +202,7 @@ void checkRoom(qint64 bytes, const Machine &machine, Findings &findings)
                      QStringLiteral("make room, or point TMPDIR of the host elsewhere"));
 }
 
-/// A mail is larger than `bytes`, because its attachment is in Base64.
+/// `bytes` is the size of the workbook. The mail is larger, because its attachment is in Base64.
 void checkMail(qint64 bytes, const TableFacts &limits, Findings &findings)
 {
     const qint64 mail = bytes / 3 * 4;
@@ -276,15 +277,15 @@ void checkTables(const QSqlDatabase &database, const QVariant &sender, const Sch
 
 QString queueStatement()
 {
-    // The last eight are the newest of both reports, unless one has hundreds of recipients.
+    // The last eight mails include both reports, unless one of them has eight recipients or more.
     return QStringLiteral("SELECT COUNT(*), UNIX_TIMESTAMP() - MIN(created), MAX(LENGTH(data)), "
                           "@@max_allowed_packet, (SELECT MAX(size) FROM (SELECT LENGTH(data) AS "
                           "size FROM emails ORDER BY mid DESC LIMIT 8) AS latest) FROM emails "
                           "WHERE status = 'Q'");
 }
 
-/// Ages are by the server's clock, which stamped the mails. Missing rights are only a notice,
-/// because reports do not read mails.
+/// The age is by the server's clock, which stamped the mails. A missing right to read mails is only
+/// a notice, because reports do not read them.
 MailSizes checkQueue(const QSqlDatabase &database, const Answer &answer, SchemaJudgement &schema,
                      Findings &findings)
 {
