@@ -1,4 +1,4 @@
-# One interface target carries the warnings and Qt's definitions; every target of ours links it.
+# The warnings and Qt's definitions. Every target of this project links this interface target.
 add_library(autoreport_options INTERFACE)
 
 target_compile_options(autoreport_options INTERFACE

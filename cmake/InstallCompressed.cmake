@@ -1,5 +1,5 @@
-# Installs `file` compressed, as `name` in the folder `destination`, without the time of the build, so
-# that two builds make the same package.
+# Compresses `file` and installs it as `name` in the directory `destination`. The compressed file
+# contains no time stamp, so that two builds make the same package.
 find_program(GZIP gzip REQUIRED)
 function(autoreport_install_compressed file destination name)
   set(output ${CMAKE_CURRENT_BINARY_DIR}/${name})

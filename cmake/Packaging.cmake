@@ -1,4 +1,5 @@
-# A Debian package: `scripts/package`, or cpack in a build tree whose prefix is /usr.
+# The Debian package. To build it, run `scripts/package`, or `cpack` in a build tree whose prefix is
+# /usr.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME autoreport)
 set(CPACK_PACKAGE_VENDOR "AutoReport")
@@ -14,7 +15,8 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION database)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Dependencies that no linked library reveals: the driver and the databases that Qt loads at run time.
+# These dependencies are not libraries that the program links: the database driver, and the databases
+# of MIME types and time zones. Qt loads them at run time.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt5sql5-mysql, shared-mime-info, tzdata")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "mariadb-server")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
