@@ -12,8 +12,8 @@ extern "C" {
 // library: linking it here, too, could load a second, different library into the process. This
 // program needs only the library's headers.
 
-/// Returns the library's handle of the connection. Returns null if the connection is closed or uses
-/// another driver.
+/// Returns the library's handle for the connection. Returns null if the connection is closed or
+/// uses another driver.
 MYSQL *clientHandle(const QSqlDatabase &database);
 
 /// Returns the function `name` of the client library that the driver links, or of a library that

@@ -8,7 +8,7 @@
 /// A server's view of its Galera cluster.
 struct ClusterNode {
     QString name;
-    int members = 0;      ///< in the part of the cluster that the node can see
+    int members = 0;      ///< number of nodes in the part of the cluster that this node can see
     bool isReady = false; ///< false while the node refuses all tables: it is cut off or lags behind
     QString state;        ///< the server's words, such as "Primary, Synced"
 };

@@ -23,7 +23,7 @@ QSqlDatabase defaultConnection()
     return QSqlDatabase::database(defaultConnectionName(), true);
 }
 
-/// Opens `db` unless isUsable(db), and returns it. Opening may fail: callers must check.
+/// Opens `db` unless isUsable(db) returns true. Opening may fail: callers must check the result.
 QSqlDatabase reopened(QSqlDatabase db)
 {
     if (!isUsable(db)) {

@@ -50,7 +50,7 @@ public:
     /// Returns false before the first attempt, even if the database passed to setInfoDB() was open.
     bool isInfoDB() const;
 
-    /// Opens `db` unless isUsable(db). Returns whether it is open. No lock.
+    /// Opens `db` unless isUsable(db) returns true. Returns whether `db` is open. No lock.
     bool checkOpenDB(QSqlDatabase &db);
 
     /// Returns the name of the calling thread's connection to that schema.
@@ -89,8 +89,8 @@ public:
 
     /// Returns the calling thread's open connection to that schema, or the product's own database
     /// if `token` is empty. Returns Qt's default connection, which may be invalid, if the schema
-    /// has no complete row or the first attempt to connect fails. Each later call reopens the
-    /// schema's connection if necessary and returns it, open or not.
+    /// has no complete row or the first attempt to connect fails. After that attempt, each call
+    /// reopens the schema's connection if necessary and returns it, open or not.
     ///
     /// Before a thread ends, it must pass the names of its connections to addUnusedConnection().
     /// Otherwise a later thread with the same id would get these connections but could not use

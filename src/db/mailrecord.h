@@ -16,7 +16,7 @@ struct MailRecord {
     QString subject;
     QString body;
     uint created = 0; ///< set by the server when the mail is queued
-    uint sent = 0;    ///< written by the sender, as is `done`
+    uint sent = 0;    ///< written by the sender, like `done`
     uint done = 0;
     uint aid = 0;    ///< administrator, 0 for none
     uint uid = 0;    ///< person, 0 for none

@@ -107,8 +107,8 @@ Result<bool> SchemaRegistry::stampRecalculation(const QString &token) const
                      .arg(token));
 }
 
-/// Returns whether the row has changed. A row that already has the current second as its stamp does
-/// not change.
+/// Returns whether the row has changed. A row that was stamped within the same second does not
+/// change.
 Result<bool> SchemaRegistry::stamp(const QString &sql) const
 {
     QSqlQuery query = freshQuery(database);

@@ -15,5 +15,5 @@ qulonglong serverConnectionId(const QSqlDatabase &database);
 /// Returns whether the server answers on this connection.
 bool serverAnswers(const QSqlDatabase &database);
 
-/// Sets `database`.lastError() to a connection error with this text and the server's error code.
+/// Sets `database`.lastError() to a connection error with this text and native error code.
 void setOpenError(const QSqlDatabase &database, const QString &text, const QString &code);

@@ -22,9 +22,9 @@ QVector<ServerAddress> serversOf(const QString &hostName, int port);
 QString serverText(const QString &hostName, int port);
 
 /// Opens `database` on one of the servers that its host name lists. Tries the servers in order,
-/// beginning with the one that this process last found working, and skips a cluster node that has
-/// lost the other nodes. Before each call of `open`, sets the host name and port of `database` to
-/// those of the server; restores them at the end.
+/// beginning with the one that this process last found working. Skips servers that do not work,
+/// such as a cluster node that has lost the other nodes. Before each call of `open`, sets the host
+/// name and port of `database` to those of the server; restores them at the end.
 ///
 /// If the host name lists one server, only calls `open`. If it lists several, tries no further
 /// server once the thread's interruption is requested; if none works, lastError() names each server

@@ -67,6 +67,5 @@ constexpr std::chrono::milliseconds limitReached(int seconds)
 
 /// Prevents the client library from reconnecting until `database` is opened again. Otherwise the
 /// library could reconnect in the middle of a run or after a shutDown(). The connection must be
-/// open.
-/// Has no effect with MySQL's client library.
+/// open. Has no effect with MySQL's client library.
 void forbidReconnect(const QSqlDatabase &database);
