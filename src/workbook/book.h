@@ -74,7 +74,7 @@ public:
 
     /**
      * Chooses how .xlsx files store colours: as RGB values if true, as palette indexes if false.
-     * Both look the same. Binary files always store palette indexes.
+     * Programs show the same colours in both cases. Binary files always store palette indexes.
      */
     virtual void setRgbMode(bool rgbMode) = 0;
 

@@ -12,9 +12,9 @@ class IFormatT;
  * One worksheet of a book, obtained from IBookT::addSheet.
  *
  * It belongs to the book and lives until the book is released. Rows and columns count from 0.
- * Cells, rows and columns may be written in any order; the last write wins. A `format` that is null
- * means the default format; any other must belong to the same book. Functions that return nothing
- * ignore calls with an argument out of range.
+ * Cells, rows and columns may be written in any order; the last write wins. If `format` is
+ * null, the default format is used. Any other format must belong to the same book. If an argument
+ * is out of range, functions return false, or ignore the call if they return nothing.
  *
  * Characters that XML cannot represent are removed from all texts, even in binary books: characters
  * below U+0020 except tab, line feed and carriage return, lone surrogates, U+FFFE and U+FFFF.
@@ -77,8 +77,8 @@ public:
     virtual void setPrintGridlines(bool print) = 0;
 
     /**
-     * Scales the printed sheet to fit `wPages` pages in width and `hPages` pages in height, each 0
-     * to 32,767. 0 means as many pages as needed.
+     * Scales the printed sheet to fit `wPages` pages in width and `hPages` pages in height. Both
+     * numbers must be 0 to 32,767; 0 means as many pages as needed.
      */
     virtual void setPrintFit(int wPages, int hPages) = 0;
 

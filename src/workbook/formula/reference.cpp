@@ -19,8 +19,8 @@ bool takeDollar(std::u16string_view &text)
 }
 
 /**
- * Returns whether a reference may end where `rest` begins. It may not if `rest` would continue the
- * reference to a longer name, such as "LOG10(" or "A1!".
+ * Returns whether a reference may end where `rest` begins. It may not if the text continues as
+ * a longer name, such as "LOG10(" or "A1!".
  */
 bool referenceEndsBefore(std::u16string_view rest)
 {

@@ -37,8 +37,8 @@ void ByteSink::openTemporary()
 {
     // The temporary name does not contain the target's name, which may already have the maximum
     // length. The name is random, because other users of a shared directory could create a file
-    // with a predictable name. The string is built before the file is created, so that running out
-    // of memory cannot leave a file behind.
+    // with a predictable name first. The string is built before the file is created, so that
+    // running out of memory cannot leave a file behind.
     constexpr std::string_view ending = ".tmp";
     temporary = target.substr(0, target.rfind('/') + 1) + ".workbook-XXXXXX";
     temporary += ending;

@@ -13,9 +13,9 @@ int digitPixels(const FontData &font);
 
 /**
  * Returns the width that files store for a column whose width is shown as `chars`. Both widths are
- * in digits of the default font, whose digits are `digitPixels` wide. The stored width includes
- * five pixels of padding, or fewer if the column is narrower than one digit. The stored width is
- * rounded down to 1/256 of a digit. It is at most 255, the limit of spreadsheet programs.
+ * in digits of the default font. A digit is `digitPixels` wide. The stored width includes five
+ * pixels of padding, or fewer if the column is narrower than one digit. The stored width is rounded
+ * down to 1/256 of a digit. It is at most 255, the limit of spreadsheet programs.
  */
 double storedColumnWidth(double chars, int digitPixels);
 

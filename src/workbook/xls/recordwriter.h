@@ -21,8 +21,8 @@ bool isNarrow(std::u16string_view text);
  * each record, call begin(), append its data, and call end(). A longer record is an error, latched
  * in the sink.
  *
- * The stream starts at the end that the sink has at construction. Positions are relative to the
- * start of the stream.
+ * The constructor starts the stream at the end of the sink. Positions are relative to the start of
+ * the stream.
  */
 class RecordWriter
 {

@@ -13,7 +13,7 @@ namespace
 
 constexpr std::size_t maxBytes = 1800;
 
-// Token codes, indexed by Operator. Integers up to 65,535 have a code of their own.
+// Token codes, indexed by Operator. Integers up to 65,535 have a separate code.
 constexpr unsigned codes[] = {0x1F, 0x44, 0x15, 0x12, 0x13, 0x05, 0x06, 0x03, 0x04};
 constexpr unsigned integerCode = 0x1E;
 

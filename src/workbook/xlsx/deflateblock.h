@@ -54,8 +54,7 @@ private:
     static constexpr std::size_t symbols = 286;
     static constexpr std::size_t distances = 30;
 
-    /** A length or distance in the stream: the symbol of a range, and extra bits within the range.
-     */
+    /** A length or distance is encoded as a symbol for a range, and extra bits within the range. */
     struct Class {
         unsigned symbol;
         unsigned extraBits;

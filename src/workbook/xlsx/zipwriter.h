@@ -32,7 +32,7 @@ public:
     /** `name` must be ASCII, with "/" as the separator, and unique in the archive. */
     void begin(std::string_view name);
 
-    /** `phrases` are as for Deflater::append(). */
+    /** See Deflater::append() for `phrases`. */
     void append(std::string_view bytes, const std::vector<Phrase> &phrases = {});
 
     void end();
