@@ -14,12 +14,12 @@ enum class Gravity {
     Off       ///< the report is disabled on purpose, which is not a problem
 };
 
-/// A result of a judgement, and what to do about it. Texts have no full stop; `remedy` is never
-/// empty.
+/// Something that a check has found, and what to do about it. Texts have no full stop; `remedy` is
+/// never empty.
 struct Finding {
     Gravity gravity;
     QString state;   ///< one word, as `status` shows it
-    QString subject; ///< "server", "host", or a schema's token
+    QString subject; ///< "server", "host", "schemas", or a schema's token
     QString text;
     QString remedy;
 

@@ -11,7 +11,7 @@ struct Machine {
     QStringList silentHosts;   ///< why other hosts, perhaps of this database, could not be asked
     /// The temporary directory of the first host; without a host, that of this process.
     QString temporaryDirectory;
-    QString temporaryError; ///< why it cannot be used; empty if it can
+    QString temporaryError; ///< why the directory cannot be used; empty if it can
     QString temporaryRemedy =
         QStringLiteral("make it writable, or point TMPDIR of the host elsewhere");
     qint64 temporaryFreeBytes = 0;

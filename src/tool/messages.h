@@ -17,7 +17,7 @@ public:
     ~Messages();
     Q_DISABLE_COPY(Messages)
 
-    /// Prints what was collected since the last call to standard error, each text once and on one
+    /// Prints to standard error what was collected since the last call, each text once and on one
     /// line. Returns whether there was any.
     static bool print();
 

@@ -147,8 +147,8 @@ QStringList Output::table(const QVector<QStringList> &rows, const QVector<Colour
     QStringList lines;
     for (const QStringList &row : rows) {
         QString line;
-        // The last column is not padded, so that lines have no trailing blanks and its colour marks
-        // do not disturb the alignment.
+        // The last column is not padded, so that lines have no trailing blanks and colour marks do
+        // not disturb the alignment.
         for (int col = 0; col + 1 < row.size(); ++col)
             line += row.at(col).leftJustified(widths.at(col) + 2);
         const int entry = lines.size() - 1;

@@ -31,7 +31,7 @@ int makePreview(const Invocation &invocation, const SchemaConnection &connection
     const QString path = invocation.value("out");
     const Interruption interruption;
     bool saved = false;
-    { // erases the bar before anything is printed
+    { // a block, so that the bar is erased before anything is printed
         const ReportJob job(connection.database(), invocation.date());
         saved = createReport(*invocation.kind, connection.database())->saveWorkbook(path, job.run);
     }

@@ -56,7 +56,7 @@ class SchemaJudge
 public:
     /// What to look for. Each value includes the previous ones.
     enum class Scope {
-        Problems,  ///< of enabled reports; disabled ones are only reported as such
+        Problems,  ///< problems of enabled reports; disabled reports are only named
         Notices,   ///< tables in a cluster, machines that may serve the schema, damaged tables
         AllReports ///< problems of disabled reports, as if they were enabled
     };
@@ -90,5 +90,5 @@ private:
     const QDateTime now;
     const Scope scope;
     const std::unique_ptr<const HistoryWindow> window; ///< its last day is that of `now`
-    mutable PreparedStatements prepared;               ///< by schemas judged so far
+    mutable PreparedStatements prepared;               ///< for the schemas judged so far
 };

@@ -33,7 +33,8 @@ bool isPlain(const QString &token)
     return !token.contains(QLatin1Char('\'')) && !token.contains(QLatin1Char('\\'));
 }
 
-/// Without a user, the client library would log in as the account that runs this program.
+/// Requires a user, because without one the client library would log in as the account that runs
+/// this program.
 bool isComplete(const ConnectionOptions &row)
 {
     return !row.databaseName.isEmpty() && !row.user.isEmpty() && !row.password.isEmpty();

@@ -4,8 +4,8 @@
 
 #include <QSqlDatabase>
 
-// A statement that fails adds no finding: rights are checked for each schema elsewhere. `master`
-// must be open.
+// A statement that fails adds no finding, because rights are checked elsewhere, for each schema.
+// `master` must be open.
 
 /// Checks the server itself: reserved words, and its clock against this machine's.
 QVector<Finding> checkServer(const QSqlDatabase &master);

@@ -29,7 +29,7 @@ struct SchemaSettings {
     QMap<QString, QVariant> options; ///< every value in the rows, by full key
     QVariant sender;                 ///< of the reports' mails; invalid if it is not stored
 
-    /// Return the statement that reads the settings, and the settings in the rows that it returns.
+    /// Return the statement that reads the settings, and the settings in its rows.
     static QString statement();
     static SchemaSettings of(const QVector<QVector<QVariant>> &rows);
 };

@@ -15,9 +15,9 @@ struct Answer;
 struct Machine;
 struct SchemaJudgement;
 
-// The checks that SchemaJudge runs. They need a connection that is not read-only, because on others
-// the server does not check rights to write. If the connection is lost, findings may be wrong or
-// missing. SchemaJudge therefore tests the connection at the end.
+// The checks that SchemaJudge runs. They need a connection that is not read-only: on a read-only
+// one, the server does not check rights to write. If the connection is lost, findings may be wrong
+// or missing. SchemaJudge therefore tests the connection at the end.
 
 /// What a report can read in a schema.
 struct ReportReading {
@@ -33,7 +33,7 @@ struct SchemaTables {
     std::optional<UnmetRequirement> unqueuable; ///< why reports cannot queue mails
     std::optional<UnmetRequirement> unmarkable; ///< why they cannot store "lastGenerated"
 
-    /// Reads this, and sets `rows` of each of `reports`, whose `kind` and `needs` must be set.
+    /// Reads this, and sets `rows` of all `reports`. Their `needs` must be set.
     static SchemaTables read(const QSqlDatabase &database, QVector<ReportReading> &reports);
 };
 

@@ -16,8 +16,8 @@ QString digestOf(const char *columns)
         .arg(QLatin1String(columns));
 }
 
-/// Returns the condition for rows of the catalogue. Without the names, the server would read every
-/// table of the schema.
+/// Returns the clause that selects the catalogue's rows about these tables. Without the names, the
+/// server would read the rows of every table of the schema.
 QString areOf(const QStringList &tables)
 {
     return QStringLiteral(" WHERE table_schema = DATABASE() AND table_name IN ('%1')")
