@@ -6,10 +6,10 @@ set(CPACK_PACKAGE_VENDOR "AutoReport")
 set(CPACK_PACKAGE_CONTACT "AutoReport maintainers <maintainers@autoreport.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "automatic attendance reports")
 set(CPACK_PACKAGE_DESCRIPTION
-  "Makes the attendance reports of many customers: reads their databases at
-the time that each one chose, writes workbooks and queues them as mail.
-With the operator's commands, and a systemd unit that is disabled until
-someone enables it.")
+  "Makes the attendance reports of many customers: reads each customer's
+database at the time that the customer chose, writes workbooks, and queues
+them as mail. Contains commands for operators, and a systemd unit that is
+disabled by default.")
 set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
