@@ -1,5 +1,5 @@
-// What it costs a run to claim its report before it mails: scheduled runs against an operator's,
-// which need no claim.
+// The cost of claiming a report before it is mailed: compares scheduled runs with an operator's
+// runs, which need no claim.
 
 #include "support/benchschema.h"
 #include "support/measure.h"
@@ -20,7 +20,7 @@ namespace
 
 constexpr int days = 15;
 
-/// Forgets the last run of the report: its mails, and when it was made.
+/// Deletes the mails of the last run and resets "lastGenerated".
 void forget(const BenchSchema &schema, const ReportKind &kind)
 {
     schema.tables().exec(QStringLiteral("DELETE FROM emails"));
@@ -44,7 +44,8 @@ double median(QVector<double> seconds)
     return seconds.at(seconds.size() / 2);
 }
 
-/// Both sides in one process, in turn: the difference is smaller than that of two processes.
+/// Runs both sides in turn in one process, because the difference is smaller than that between two
+/// processes.
 void compare(const ReportKind &kind, int people, int pairs, const QString &path)
 {
     const BenchSchema schema(people, days);

@@ -1,5 +1,6 @@
-// The host with many customers, whose reports are all due at once: against the Python program,
-// which makes the daily report alone; its memory; and how fast it ends with reports in the making.
+// The host with many customers whose reports are all due at the same time. Compares its time with
+// that of the Python program, which makes only the daily reports. Also measures the host's memory,
+// and how fast it stops while it makes reports.
 
 #include "support/fleet.h"
 #include "support/hostrun.h"
@@ -27,7 +28,8 @@ struct Size {
     QString text() const { return QStringLiteral("%1 customers of %2").arg(customers).arg(people); }
 };
 
-/// One run of the host until both reports of all customers are queued, their content checked.
+/// Runs the host until both reports of all customers are queued, and checks the mails and
+/// workbooks.
 Bench::Figures serve(const Fleet &fleet)
 {
     const QTemporaryDir folder;
@@ -39,7 +41,7 @@ Bench::Figures serve(const Fleet &fleet)
     return figures;
 }
 
-/// The Python program in turn with the host.
+/// Runs the host and the Python program in turn.
 void compareWithPeer(const Bench::Plan &plan)
 {
     const Size size = plan.quick ? Size{4, 5, 3} : Size{120, 50, 30};
@@ -65,7 +67,8 @@ void compareWithPeer(const Bench::Plan &plan)
     row(QStringLiteral("first worker"), sinceFirstFigure);
 }
 
-/// A stop with reports in the making, after which the next start makes those that are missing.
+/// Stops a host while it makes reports, and returns the seconds that this took. Then checks that a
+/// second host makes the missing reports.
 double stopAmidst(const Fleet &fleet)
 {
     const QTemporaryDir folder;

@@ -1,5 +1,5 @@
-// The reports against their statements alone and against a Python program, their peak of memory,
-// and how they grow.
+// Compares the reports with their statements alone and with a Python program. Also measures their
+// peak memory, and how their time grows with the number of people.
 
 #include "support/bareclient.h"
 #include "support/benchschema.h"
@@ -36,7 +36,8 @@ struct Size {
     int days;
 };
 
-/// One run of the product: "daily" or "monthly", the schema, the number of days, and how often.
+/// Makes reports and prints the figures. Arguments: "daily" or "monthly", the schema, the number of
+/// days, and how many times to make the report.
 void runReport(const QStringList &arguments)
 {
     const QString connectionName = QStringLiteral("report");
@@ -65,7 +66,8 @@ void runReport(const QStringList &arguments)
     QSqlDatabase::removeDatabase(connectionName);
 }
 
-/// One run of the floor: the schema, the file with the recorded statements.
+/// Executes recorded statements and prints the time. Arguments: "floor", the schema, and the file
+/// with the statements.
 void runFloor(const QStringList &arguments)
 {
     const Recording recording = loadRecording(arguments.at(2));
@@ -85,7 +87,8 @@ QString fileOf(const QString &report, const BenchSchema &schema)
                                   .arg(schema.name());
 }
 
-/// The workbook has its rows, and each of the mails queued since the last check carries it.
+/// Checks that the workbook has `rows` rows below the heading, that `mails` mails have been queued
+/// since the last check, and that the last one contains the workbook.
 void check(const QString &report, const BenchSchema &schema, int rows, int mails)
 {
     const QString path = fileOf(report, schema);
@@ -113,7 +116,8 @@ void printRow(const QString &work, double ours, const QString &against, double t
     TableRow{work, ours, against, theirs, QString::fromLatin1(unit), goal, decimals}.print();
 }
 
-/// The report in turn with its own statements, as one recorded run sent them.
+/// Runs the report in turn with its own statements, recorded from one run. Returns the report's
+/// figures.
 QVector<Bench::Figures> compare(const Bench::Plan &plan, const QString &report, const Size &size,
                                 const BenchSchema &schema, double goal)
 {
@@ -123,14 +127,15 @@ QVector<Bench::Figures> compare(const Bench::Plan &plan, const QString &report, 
     const auto runs =
         Bench::inTurn(plan.pairs, {ours, {QStringLiteral("floor"), schema.name(), file}});
     const int rows = report == daily ? size.people * size.days : size.people;
-    check(report, schema, rows, 1 + 2 * plan.pairs); // the floor queues its mail, too
+    check(report, schema, rows, 1 + 2 * plan.pairs); // the recorded statements also queue the mail
     printRow(QStringLiteral("%1 report, %2 people: time").arg(report).arg(size.people),
              Bench::median(runs[0], Bench::secondsFigure), QStringLiteral("its statements alone"),
              Bench::median(runs[1], Bench::secondsFigure), "s", goal, 3);
     return runs[0];
 }
 
-/// How many of the statements of one run ask for one person on one day, of all that there could be.
+/// Counts the statements of one run that read a single person. Compares this number with the number
+/// of values, each of which could be read by a statement.
 void countStatements(const Size &size, const BenchSchema &schema)
 {
     static const QRegularExpression ofOnePerson(QStringLiteral("uid ?= ?[0-9]"));
@@ -145,7 +150,8 @@ void countStatements(const Size &size, const BenchSchema &schema)
              double(single), QStringLiteral("one for each value"), cells, "", 0.05, 0);
 }
 
-/// The report in turn with the Python program, whose workbook must hold the same cells.
+/// Runs the report in turn with the Python program, and checks that both workbooks have the same
+/// cells.
 void compareWithPeer(const Bench::Plan &plan, const Size &size, const BenchSchema &schema)
 {
     const QTemporaryDir folder;
@@ -187,10 +193,12 @@ void compareMonthly(const Bench::Plan &plan)
     compare(plan, monthly, size, schema, 1.25);
 }
 
-/// Smaller reports are made several times over in one run, so that all runs make as many rows.
+/// Measures the time per row for several sizes. A run makes smaller reports several times, so that
+/// all runs make the same number of rows.
 ///
-/// Measured with and without a past: if the tables hold the month of the report alone, the server
-/// may read those of a few people whole, and those of many by the index, which costs more.
+/// If the tables contain only the month of the report, the server may read the complete tables for
+/// a few people, but use the index for many people, which costs more. Therefore this is measured
+/// with and without the month before.
 void growth(const Bench::Plan &plan, BenchSchema::Past past)
 {
     constexpr int days = 10;
@@ -239,7 +247,7 @@ int main(int argc, char **argv)
         return 0;
     }
     const QTemporaryDir folder;
-    qputenv("TMPDIR", QFile::encodeName(folder.path())); // where the reports go, here and in runs
+    qputenv("TMPDIR", QFile::encodeName(folder.path())); // for the reports, also of child processes
     compareDaily(plan);
     compareMonthly(plan);
     growth(plan, BenchSchema::Past::None);

@@ -1,4 +1,5 @@
-// A scan over schemas of which none is enabled, against connecting, asking and leaving.
+// Compares a scan of schemas without enabled reports with a bare client that connects to each
+// schema, executes the same query, and disconnects.
 
 #include "support/bareclient.h"
 #include "support/measure.h"
@@ -22,7 +23,7 @@ const QString query =
     QStringLiteral("SELECT name, value FROM vars WHERE name IN ('autoReport.DailyAtten.enabled', "
                    "'autoReport.MonthlyAtten.enabled')");
 
-/// A long scan goes on from the event loop.
+/// Scans the schemas and returns the seconds. A long scan continues in the event loop.
 double scan(AutoReport &plugin)
 {
     return Bench::secondsOf([&plugin] {
@@ -37,7 +38,7 @@ int connectionsSoFar(const TestDatabase &database)
     return database.rows(QStringLiteral("SHOW GLOBAL STATUS LIKE 'Connections'"))[0][1].toInt();
 }
 
-/// The hourly scan: the first one, which opens the manager's own connections, is told apart.
+/// Measures the first scan, which also opens the manager's connections, and a later one.
 void runScan(int schemas)
 {
     TestHost host;
@@ -61,8 +62,9 @@ void runScan(int schemas)
     qInstallMessageHandler(nullptr);
 }
 
-/// What the first scan does besides: a question to the information database and a connection to
-/// each schema, which stays.
+/// Measures the same work with a bare client. Like the first scan of the plug-in, the client's
+/// first pass also reads each schema's entry in the information database, and keeps a connection
+/// open.
 void runFloor(int schemas)
 {
     const TestDatabase schema(TestDatabase::Tables::Schema);

@@ -1,4 +1,5 @@
-// The engine against libxlsxwriter: the same cells, formats and page set-up, both into a file.
+// Compares the engine with libxlsxwriter: both write the same cells, formats and page set-up to a
+// file.
 
 #include "support/checkoutput.h"
 #include "support/measure.h"
@@ -30,7 +31,9 @@ const QVector<Mix> mixes{{SampleMix::Daily, QStringLiteral("daily report"), 0.28
                          {SampleMix::UniqueTexts, QStringLiteral("the same, 60 % unique"), 0.33},
                          {SampleMix::Numbers, QStringLiteral("numbers alone"), 0.33}};
 
-/// One run: whose, the path, the number of rows, the mix, how often if not once.
+/// Writes a workbook and prints the figures. Arguments: the side (`ours`, `theirs` or
+/// `theirsConstant`), the path, the number of rows, the mix, and how many times to write it,
+/// default 1.
 void run(const QStringList &arguments)
 {
     const QString &side = arguments.at(0);
@@ -53,7 +56,7 @@ void run(const QStringList &arguments)
                   {bytesFigure, double(QFileInfo(path).size())}});
 }
 
-/// A run of `side` into a file of its own.
+/// Returns the arguments of a run of `side` that writes its own file.
 QStringList sideOf(const QString &side, const QString &folder, int rows, const Mix &mix,
                    const QString &suffix = QStringLiteral("xlsx"))
 {
@@ -81,14 +84,14 @@ void printRow(const QString &work, const Runs &our, const QString &against, cons
         .print();
 }
 
-/// One mix in .xlsx against both modes of the peer, in one turn.
+/// Compares one mix in .xlsx with both modes of libxlsxwriter.
 void compare(int rounds, const QString &folder, int rows, const Mix &mix)
 {
     const QVector<QStringList> sides{sideOf(ours, folder, rows, mix),
                                      sideOf(theirs, folder, rows, mix),
                                      sideOf(theirsConstant, folder, rows, mix)};
     const auto runs = Bench::inTurn(rounds, sides);
-    constexpr int cellsOfLarge = 100000; // readers of cells would take minutes
+    constexpr int cellsOfLarge = 100000; // rows; from here on, reading the cells takes minutes
     if (rows < cellsOfLarge)
         requireSameCells(sides[0].at(1), sides[1].at(1));
     else
@@ -114,7 +117,8 @@ void compareXls(int rounds, const QString &folder, int rows)
              runs[1], Bench::secondsFigure, 0.10);
 }
 
-/// Smaller books are saved several times over in one run, so that all runs write as many rows.
+/// Measures the time per row for several sizes. A run saves smaller books several times, so that
+/// all runs write the same number of rows.
 void growth(const Bench::Plan &plan, const QString &folder)
 {
     const QVector<int> sizes =

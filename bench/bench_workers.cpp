@@ -1,4 +1,4 @@
-// A thousand idle workers: what each one holds in memory, and how long a tick of all of them takes.
+// A thousand idle workers: the memory of each, and the time that a tick of all of them takes.
 
 #include "support/measure.h"
 #include "support/tablerow.h"
@@ -19,7 +19,7 @@ namespace
 
 const QString residentFigure = QStringLiteral("residentKib");
 
-/// Workers in threads of their own, as the plug-in keeps them.
+/// Workers, each in a thread of its own, as in the plug-in.
 class Crew
 {
 public:
@@ -40,7 +40,7 @@ public:
     }
     Q_DISABLE_COPY_MOVE(Crew)
 
-    /// Asks every worker to tick and returns when all have done so.
+    /// Makes every worker tick, and returns when all have done so.
     void tick()
     {
         for (AutoReportWorker *worker : workers) {
@@ -88,7 +88,7 @@ int statementsSoFar(const TestDatabase &database)
 void run(int count)
 {
     const TestDatabase schema(TestDatabase::Tables::Schema);
-    // Enabled, and not due before the last second of the day.
+    // The report is enabled, but not due before the last second of the day.
     schema.exec(QStringLiteral(
         "INSERT INTO vars (name, value) VALUES ('autoReport.DailyAtten.enabled', '1'), "
         "('autoReport.DailyAtten.emails', 'office@example.com'), "
@@ -97,7 +97,7 @@ void run(int count)
     Bench::failOnWarnings();
     const double before = Bench::residentKib();
     Crew crew(count, schema.name());
-    crew.tick(); // each is up, connected, and has ticked as it does from then on
+    crew.tick(); // afterwards each worker is connected, and has made everything that it keeps
     const double resident = (Bench::residentKib() - before) / count;
     const int asked = statementsSoFar(schema);
     const double seconds = Bench::secondsOf([&crew] { crew.tick(); });

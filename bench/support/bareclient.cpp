@@ -12,7 +12,7 @@ void BareClient::Close::operator()(st_mysql *connection) const
 BareClient::BareClient(const QString &schema)
     : connection(mysql_init(nullptr))
 {
-    // The same character set as Qt's driver asks for: the same bytes come back.
+    // The character set that Qt's driver selects, so that the server sends the same bytes.
     mysql_options(connection.get(), MYSQL_SET_CHARSET_NAME, "utf8mb3");
     const bool open =
         mysql_real_connect(connection.get(), qPrintable(TestServer::host),
@@ -32,7 +32,7 @@ void BareClient::run(const RecordedStatement &statement)
 
 void BareClient::query(const QByteArray &statement)
 {
-    // One status for each statement of the packet: 0 if there is one more, -1 after the last.
+    // The status is 0 for each statement that succeeds, -1 after the last one, above 0 on an error.
     int status = mysql_real_query(connection.get(), statement.constData(),
                                   static_cast<unsigned long>(statement.size()));
     for (; status == 0; status = mysql_next_result(connection.get())) {
@@ -68,7 +68,7 @@ void BareClient::execute(const RecordedStatement &statement)
 
 void BareClient::openLikeQt(const QString &schema)
 {
-    const QByteArray probe("SELECT ? + ?"); // can this server prepare?
+    const QByteArray probe("SELECT ? + ?"); // tests whether the server can prepare statements
     MYSQL_STMT *prepared = mysql_stmt_init(connection.get());
     const bool ran = mysql_select_db(connection.get(), qPrintable(schema)) == 0 &&
                      mysql_set_character_set(connection.get(), "utf8mb3") == 0 &&

@@ -7,8 +7,9 @@
 struct st_mysql;
 
 /**
- * The floor that the product is held against: MariaDB's client library and nothing else. Rows are
- * fetched and dropped. A statement that fails ends the program.
+ * Executes statements with MariaDB's client library alone, as a lower bound for the product's time.
+ *
+ * Fetches the rows and discards them. If a statement fails, ends the program.
  */
 class BareClient
 {
@@ -18,7 +19,7 @@ public:
     void run(const RecordedStatement &statement);
     void query(const QByteArray &statement);
 
-    /// What Qt's driver asks of the server after every connect: three round trips more.
+    /// Repeats the three additional round trips that Qt's driver makes after every connect.
     void openLikeQt(const QString &schema);
 
 private:

@@ -4,9 +4,9 @@ namespace
 {
 
 constexpr int reportYear = 2026;
-constexpr int reportMonth = 11; // of thirty days
+constexpr int reportMonth = 11; // has thirty days
 
-// Twenty groups and departments, fifteen branches; interruptions of the ids 2 to 15.
+// Twenty groups, twenty departments, fifteen branches, and interruptions with the ids 2 to 15.
 const QStringList catalogue{
     QStringLiteral("INSERT INTO `groups` (gid, name) SELECT seq, CONCAT('Skupina ', seq) "
                    "FROM seq_1_to_20"),
@@ -34,7 +34,7 @@ const QStringList peopleStatements{
                    "28800, seq * 17 % 14400, seq * 19 % 36000, seq % 23 FROM seq_1_to_%1"),
 };
 
-// %1 people, %2 the day's first second, %3 the day of the month.
+// %1 is the number of people, %2 the first second of the day, %3 the day of the month.
 const QStringList dayStatements{
     QStringLiteral(
         "INSERT INTO atten (uid, date, dom, shift, fond, work, diff, saldo_p, ok) "

@@ -6,13 +6,13 @@
 #include <QDateTime>
 
 /**
- * A customer's database with made-up people: for each of them attendance, corrections and
- * interruptions on the first `days` days of the month, and the month's totals.
+ * A customer's database with generated people. Each person has attendance, corrections and
+ * interruptions on the first `days` days of the month, and totals for the month.
  */
 class BenchSchema
 {
 public:
-    /// What the months before the report's hold, which the reports do not ask for.
+    /// Which months before the month of the report have data. The reports do not read these data.
     enum class Past { None, OneMonth };
 
     BenchSchema(int people, int days, Past past = Past::None);
@@ -20,7 +20,7 @@ public:
     QString name() const { return database.name(); }
     const TestDatabase &tables() const { return database; }
 
-    /// The moment at which a report over `days` days is made.
+    /// Returns the moment at which to make a report of the first `days` days.
     static QDateTime moment(int days);
 
 private:

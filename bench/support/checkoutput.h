@@ -2,15 +2,17 @@
 
 #include <QString>
 
-// What the benchmarks wrote, as readers see it that are not ours. A fault ends the program.
+// These functions check what the benchmarks wrote, with other projects' readers. If a check fails,
+// they end the program.
 
-/// The two workbooks hold the same cells.
+/// Checks that both workbooks have the same cells.
 void requireSameCells(const QString &path, const QString &otherPath);
 
-/// The sheet has so many rows, the heading among them.
+/// Checks that the sheet has `rows` rows, including the heading.
 void requireRows(const QString &path, int rows);
 
-/// Both reports of the customers 1 to `customers`, in `folder`, have their rows and show the
-/// customer's own people. The databases are named `prefix` and the number.
+/// Checks the workbooks of both reports of the customers 1 to `customers` in `folder`: the number
+/// of their rows, and that they show only the customer's own people. The name of a customer's
+/// database is `prefix` followed by the customer's number.
 void requireFleet(const QString &folder, const QString &prefix, int customers, int people,
                   int days);

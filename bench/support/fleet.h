@@ -6,10 +6,10 @@
 
 /**
  * Customers of the same size, each with a database of its own, and the information database that
- * lists them. Both reports of all of them are due as soon as somebody serves them.
+ * lists them. Both reports of every customer are due as soon as a host serves it.
  *
- * The databases are copies of one, but for the names of the people, which carry the customer's
- * number: a report that went to another customer would be found out.
+ * The databases are copies of one, except that the names of the people contain the customer's
+ * number, so that check() finds a report that went to the wrong customer.
  */
 class Fleet
 {
@@ -19,17 +19,18 @@ public:
     Q_DISABLE_COPY_MOVE(Fleet)
 
     int customers() const { return count; }
-    /// The name of a customer's database is this and its number, from 1 on.
+    /// The name of a customer's database is this prefix and the customer's number, from 1 on.
     QString prefix() const { return source.name() + QStringLiteral("_"); }
     QString infoDatabase() const { return info.name(); }
     QString moment() const;
 
-    /// As if no report had been made yet, nor a mail been queued.
+    /// Deletes all mails and all "lastGenerated", so that all reports are due again.
     void reset() const;
     int queuedMails() const;
 
-    /// Ends the program unless each customer has one mail for each report, with its own workbook in
-    /// `folder`: one row for each person and day, and for each person.
+    /// Ends the program unless each customer has one mail per report, with the customer's own
+    /// workbook, which is also in `folder`. The daily workbook must have a row per person and day,
+    /// the monthly one a row per person.
     void check(const QString &folder) const;
 
 private:

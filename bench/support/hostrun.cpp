@@ -36,7 +36,7 @@ HostRun::~HostRun()
     process.waitForFinished();
 }
 
-/// Waits for a moment, and notes when workers are created.
+/// Waits a few milliseconds for log lines, and records when workers are created.
 void HostRun::followLog()
 {
     Bench::require(process.state() == QProcess::Running && secondsOn(timer) < limitSeconds,

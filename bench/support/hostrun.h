@@ -7,10 +7,10 @@
 #include <QProcess>
 
 /**
- * `autoreport serve` at work for a fleet, in a process of its own.
+ * Runs `autoreport serve` for a fleet, in a process of its own.
  *
- * Its clock shows the fleet's moment; its reports go to `folder`. A host that fails, or is not done
- * within half an hour, ends the program.
+ * The host's clock starts at the fleet's moment. The host writes its reports to `folder`. If the
+ * host fails, or is not done within half an hour, ends the program.
  */
 class HostRun
 {
@@ -19,12 +19,13 @@ public:
     ~HostRun();
     Q_DISABLE_COPY_MOVE(HostRun)
 
-    /// Waits until that many workbooks are saved.
+    /// Waits until `files` workbooks are saved.
     void waitForFiles(int files);
-    /// Waits until both reports of every customer are queued. Returns the "seconds" that this took
-    /// from the end of the scan, "sinceFirst" from the first worker on, and "peakMib".
+    /// Waits until both reports of every customer are queued. Returns the time since the last
+    /// worker was created, at the end of the scan, as "seconds"; the time since the first worker
+    /// was created as "sinceFirst"; and the host's peak memory as "peakMib".
     Bench::Figures waitForAll();
-    /// Returns how many seconds the host takes to end.
+    /// Stops the host. Returns how many seconds this took.
     double stop();
 
 private:

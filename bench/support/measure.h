@@ -8,55 +8,59 @@
 #include <functional>
 
 /**
- * Measuring: every run is a child of its own, so that neither memory nor warmth of one run helps
- * or hurts the next.
+ * Functions for measuring. Every run is a process of its own, so that the memory and the caches of
+ * one run do not affect the next one.
  *
- * A benchmark program called with "run ..." does one run and prints its figures; called otherwise
- * it starts itself for each run, the two sides in turn, and prints the rows of the table.
+ * A benchmark program that is called with "run ..." does one run and prints its figures. Otherwise
+ * the program starts itself for each run, with the compared sides in turn, and prints the rows of
+ * the table.
  */
 namespace Bench
 {
 
-/// What one run measured, by name.
+/// The figures that one run measured, by name.
 using Figures = QMap<QString, double>;
 
 /// The names of the most frequent figures.
 inline const QString secondsFigure = QStringLiteral("seconds");
 inline const QString peakFigure = QStringLiteral("peakMib");
 
-/// What the command line asks for. Quick: little data, each run once, no judgement on times.
+/// The options of the command line.
 struct Plan {
     explicit Plan(const QStringList &arguments);
 
-    bool quick;
-    int pairs;
-    QStringList run; ///< what follows "run"; empty for the program that starts the runs
+    bool quick;      ///< little data, and each run only once
+    int pairs;       ///< how many times to run each side
+    QStringList run; ///< the arguments after "run"; empty for the program that starts the runs
 };
 
-/// Runs this program again as "run" with `arguments`. A run that fails ends the program.
+/// Runs this program again with "run" and `arguments`, and returns the run's figures. If the run
+/// fails, ends the program.
 Figures child(const QStringList &arguments);
 
-/// The last word of a run: its figures, for child() to read.
+/// Prints the figures of a run, which child() reads.
 void print(const Figures &figures);
 
-/// Sides of a comparison: each entry is the arguments of one run. Run in turn, `rounds` times.
+/// Runs all sides of a comparison in turn, `rounds` times. Each side is the arguments of a run.
+/// Returns the figures of each side's runs.
 QVector<QVector<Figures>> inTurn(int rounds, const QVector<QStringList> &sides);
 
 double median(const QVector<Figures> &runs, const QString &figure);
 
 double secondsOf(const std::function<void()> &work);
 
-/// Resident memory of this process, in KiB, now and at most since resetPeak().
+/// Returns the resident memory of this process, in KiB.
 double residentKib();
+/// Returns the largest resident memory of this process since resetPeak(), in KiB.
 double peakKib();
 void resetPeak();
-/// The peak of another process of this user.
+/// Returns the largest resident memory of another process of this user, in KiB.
 double peakKib(qint64 processId);
 
-/// Ends the program with `complaint` unless `held`: what failed must not be measured.
+/// Ends the program with `complaint` unless `held`, so that no failure is measured.
 void require(bool held, const QString &complaint);
 
-/// From here on a warning or worse ends the program, and lesser lines are dropped.
+/// From now on, ends the program on a warning or a more severe message, and discards all others.
 void failOnWarnings();
 
 } // namespace Bench

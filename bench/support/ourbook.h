@@ -4,5 +4,6 @@
 
 #include <QString>
 
-/// The sheet as our engine writes it, .xls or .xlsx by the name; false when it was not saved.
+/// Writes the sheet with our engine. The extension of `path` chooses .xls or .xlsx. Returns false
+/// if the file was not saved.
 bool writeOurBook(const QString &path, const SampleRows &rows);

@@ -5,16 +5,18 @@
 #include <QStringList>
 
 /**
- * The daily report as a Python program makes it: what a user would write instead of this program.
+ * A Python program that makes the daily report, as a user would write it instead of this product.
  *
- * It reads the same schemas, writes the same cells and queues the same mail, but no marks.
+ * The program reads the same schemas, writes the same cells and queues the same mail, but does not
+ * store "lastGenerated".
  */
 namespace PeerReport
 {
 
-/// The program's arguments for the report of a schema over `days` days, saved in `folder`.
+/// Returns the program's arguments for the report of a schema over `days` days, saved in `folder`.
 QStringList one(const QString &schema, int days, const QString &folder);
-/// The same for the schemas `prefix`1 to `prefix``count`, on all cores.
+/// Returns the arguments for `count` schemas, whose names are `prefix` and a number from 1 on. The
+/// program uses all cores.
 QStringList fleet(const QString &prefix, int count, int days, const QString &folder);
 
 /// Runs the program, which prints its figures, and returns its exit status.

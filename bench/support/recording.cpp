@@ -23,7 +23,7 @@ QByteArray unescaped(const QByteArray &text)
     return plain;
 }
 
-/// Reads the value at `place` of an executed statement and moves `place` behind it.
+/// Returns the value at `place` of an executed statement, and moves `place` behind the value.
 QByteArray takeValue(const QByteArray &text, int &place)
 {
     const int begin = place;
@@ -40,7 +40,7 @@ QByteArray takeValue(const QByteArray &text, int &place)
     return unescaped(text.mid(begin + 1, place - begin - 2));
 }
 
-/// The values of an executed statement: what stands where the prepared text has its "?".
+/// Returns the values of an executed statement, which are in the places of the "?" in `prepared`.
 QVector<QByteArray> valuesOf(const QByteArray &prepared, const QByteArray &executed)
 {
     QVector<QByteArray> values;

@@ -7,7 +7,7 @@
 
 #include <functional>
 
-/// A statement as the server got it; a prepared one with the values it was executed with.
+/// A statement that the server received. `values` are those of the execution if it was prepared.
 struct RecordedStatement {
     QByteArray text;
     bool prepared = false;
@@ -17,8 +17,9 @@ struct RecordedStatement {
 using Recording = QVector<RecordedStatement>;
 
 /**
- * The statements that the server got over other connections than that of `database` while `work`
- * ran, taken from its general log. What a driver says to set its connection up is left out.
+ * Runs `work` and returns the statements that the server received meanwhile, read from its general
+ * log. Leaves out those of the connection of `database`, and SET NAMES, with which a driver sets up
+ * its connection.
  */
 Recording recordStatements(const TestDatabase &database, const std::function<void()> &work);
 

@@ -26,7 +26,7 @@ std::string twoDigits(int number)
     return (number < 10 ? "0" : "") + std::to_string(number);
 }
 
-/// Every minute of a working day of ten hours.
+/// Returns the minutes of a working day of ten hours, as "HH:mm:00".
 std::vector<SampleText> minutesOfDay()
 {
     constexpr int minutes = 600;
@@ -47,7 +47,7 @@ std::vector<SampleText> interruptionsOfDay()
     return texts;
 }
 
-/// Spreads rows over texts and numbers without a pattern that a packer could find.
+/// Returns a pseudo-random number for a row, so that a compressor finds no pattern in the cells.
 std::size_t spread(int row, unsigned salt)
 {
     std::uint64_t value = (std::uint64_t(unsigned(row)) << 8U) + salt;
@@ -160,7 +160,7 @@ SampleCell SampleRows::mixedCell(int row, int column) const
 SampleCell SampleRows::numberCell(int row, int column) const
 {
     const auto number = double(spread(row, unsigned(column)) % 100000);
-    // The peer writes sixteen digits, which not every fraction survives.
+    // libxlsxwriter writes only sixteen digits, so fractions are rounded to six decimals.
     const double kinds[] = {number, number / 100, std::round(number / 7 * 1e6) / 1e6};
     return numberCellOf(kinds[column % 3],
                         column % 2 == 0 ? SampleLook::Plain : SampleLook::Bordered);

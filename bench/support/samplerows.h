@@ -4,7 +4,8 @@
 #include <string>
 #include <vector>
 
-/// A text as either library takes it: made once, so that no run pays for it.
+/// A text in the encodings of both libraries. Created in advance, so that the time for the
+/// conversion is not measured.
 struct SampleText {
     explicit SampleText(const std::string &utf8Text);
 
@@ -12,10 +13,10 @@ struct SampleText {
     std::wstring wide;
 };
 
-/// The format of a cell; Plain is none.
+/// The format of a cell. Plain means no format.
 enum class SampleLook { Plain, Text, Centred, Bordered };
 
-/// A cell: text, else a number, else blank.
+/// A cell. It is a text if `text` is not null, otherwise a number if `isNumber`, otherwise blank.
 struct SampleCell {
     const SampleText *text = nullptr;
     double number = 0;
@@ -24,14 +25,15 @@ struct SampleCell {
 };
 
 enum class SampleMix {
-    Daily,       ///< a daily report: a thousand people, every second time cell blank
+    Daily,       ///< a daily report: a thousand people, every second cell of the times blank
     Mixed,       ///< nine columns of text and six of numbers
-    UniqueTexts, ///< the same, with six of ten texts occurring only once
-    Numbers      ///< numbers alone: whole ones, hundredths and fractions
+    UniqueTexts, ///< like Mixed, but six of ten texts occur only once
+    Numbers      ///< only numbers: integers, hundredths and fractions
 };
 
 /**
- * The content of the sheet that both libraries write, in fifteen columns. The same at every call.
+ * The content of the sheet that both libraries write, in fifteen columns. Two objects with the same
+ * arguments have the same content.
  */
 class SampleRows
 {
@@ -56,6 +58,7 @@ private:
     SampleText name;
     std::vector<SampleText> headings, persons, groups, shifts, departments, centres, times,
         interruptions;
-    std::vector<SampleText> uniqueTexts;     ///< of the mix UniqueTexts
-    std::vector<std::uint32_t> uniquePlaces; ///< by cell of text: a place in uniqueTexts, or none
+    std::vector<SampleText> uniqueTexts; ///< for the mix UniqueTexts
+    std::vector<std::uint32_t>
+        uniquePlaces; ///< by text cell: its index in uniqueTexts or notUnique
 };

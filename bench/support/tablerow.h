@@ -5,20 +5,21 @@
 #include <QVector>
 
 /**
- * One row of the table of results. `ours` and `theirs` are in `unit`; the goal is the largest
- * ratio of the two. Printed as fields between tabs, which scripts/bench lays out.
+ * One row of the table of results. `ours` and `theirs` are in `unit`. `goal` is the largest ratio
+ * `ours` / `theirs` that meets the goal.
  */
 struct TableRow {
     QString work;
     double ours;
-    QString against; ///< what `theirs` is the figure of
+    QString against; ///< names what `theirs` measures
     double theirs;
     QString unit;
     double goal;
     int decimals = 3;
 
+    /// Prints the row as fields separated by tabs, which scripts/bench formats.
     void print() const;
 };
 
-/// Rows of the same work at several sizes: each time per row against the smallest of them.
+/// Prints a row for each size of the same work: the time per row, compared with the smallest time.
 void printGrowth(const QStringList &works, const QVector<double> &microseconds);
