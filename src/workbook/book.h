@@ -27,9 +27,10 @@ public:
     /**
      * Writes the book to a temporary file with mode 0600 in the directory of `filename`, then
      * renames it to `filename`. On an error, an existing file is unchanged and no new file remains.
-     * A symbolic link is replaced, not followed. Returns false if the book has no sheets or exceeds
-     * the limits of the file format. The book may be changed and saved again. The path is encoded
-     * as UTF-8 in every locale. `useTemp` has no effect.
+     * A symbolic link is replaced, not followed. Returns false if the file cannot be written, if
+     * the book has no sheets, or if it exceeds the limits of the file format. If a system call
+     * fails, `errno` is set to its error. The book may be changed and saved again. The path is
+     * encoded as UTF-8 in every locale. `useTemp` has no effect.
      */
     virtual bool save(const Char *filename, bool useTemp = false) = 0;
 

@@ -45,9 +45,9 @@ public:
      * programs compute the value when they open the file.
      *
      * Returns false if the formula is null, empty or longer than 8,192 UTF-16 units without the
-     * "=". An XML book accepts any other text unchecked. A binary book accepts only cells of the
-     * same sheet, numbers, + - * /, signs and parentheses. At most 63 signs and parentheses may be
-     * nested, and the formula may take at most 1,800 bytes in the file.
+     * "=". An XML book accepts any other text unchecked. In a binary book, a formula must consist
+     * of cells of the same sheet, numbers, + - * /, signs and parentheses, with at most 63 nested
+     * signs and parentheses, and must take at most 1,800 bytes in the file.
      */
     virtual bool writeFormula(int row, int col, const Char *expr,
                               IFormatT<Char> *format = nullptr) = 0;

@@ -23,8 +23,8 @@ FormulaValue checked(double number)
 
 FormulaValue combined(Operator op, const FormulaValue &left, const FormulaValue &right)
 {
-    // The unknown operand may be a number, a text or an error. Therefore the result is unknown even
-    // if the other operand is an error.
+    // An unknown operand may be a number, a text or an error. Treat the result as unknown even if
+    // the other operand is an error.
     if (left.kind == Kind::Unknown || right.kind == Kind::Unknown)
         return {};
     if (left.kind != Kind::Number)

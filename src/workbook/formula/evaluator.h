@@ -23,8 +23,8 @@ struct FormulaValue {
 /**
  * Evaluates the formulas of one sheet, so that programs which only display a file show the right
  * values. An empty cell counts as 0. A formula has an unknown value if it is part of a cycle, if
- * parseFormula() cannot parse it, or if it refers to a text or to an unknown value. Follows each
- * reference only once, however long the chains of references are.
+ * parseFormula() cannot parse it, or if it refers to a text or to an unknown value. Chains of
+ * references may have any length.
  */
 class Evaluator
 {

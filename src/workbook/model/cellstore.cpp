@@ -32,7 +32,7 @@ void CellStore::put(const Cell &cell)
     const bool inOrder = isSorted() && (cells.empty() || before(cells.back(), cell));
     if (!inOrder && replace(cell))
         return;
-    cells.push_back(cell); // first: if it throws, nothing has changed
+    cells.push_back(cell); // first, so that nothing has changed if it throws
     holdsErased = holdsErased || cell.kind() == CellKind::Erased;
     if (inOrder)
         ++sortedEnd;

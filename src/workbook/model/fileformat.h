@@ -9,9 +9,10 @@ class ByteSink;
 struct BookData;
 
 /**
- * Everything the engine needs to know about a file format. To add a format, define another
- * constant. The book passed to `write` has at least one sheet, and the cells of its sheets are
- * sorted. If the format cannot represent the book, `write` calls ByteSink::fail.
+ * Everything the engine needs to know about a file format. To add a format, define another constant
+ * of this type, and a function like xlCreateBookW() that creates its books. The book passed to
+ * `write` has at least one sheet, and the cells of its sheets are sorted. If the format cannot
+ * represent the book, `write` calls ByteSink::fail.
  */
 struct FileFormat {
     int rows;

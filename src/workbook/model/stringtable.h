@@ -21,7 +21,7 @@ public:
     /** Returns the number of `text`. Adds `text` if it is new. */
     std::uint32_t intern(std::u16string_view text);
 
-    /** Returns the text that has the number `index`. Valid until the next intern(). */
+    /** Returns the text with the number `index`. The result is valid until the next intern(). */
     [[nodiscard]] std::u16string_view at(std::uint32_t index) const;
 
     [[nodiscard]] std::size_t size() const { return entries.size(); }

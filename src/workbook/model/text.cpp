@@ -19,7 +19,7 @@ constexpr char32_t joined(char16_t high, char16_t low)
     return 0x10000U + ((high - 0xD800U) << 10U) + (low - 0xDC00U);
 }
 
-/** Returns whether a character is between the controls and the surrogates, as most are. */
+/** Returns whether a character is in the range U+0020 to U+D7FF, as most characters are. */
 constexpr bool isUsual(char32_t point)
 {
     return point - 0x20U < 0xD800U - 0x20U;

@@ -23,8 +23,8 @@ struct DigitWidth {
 };
 
 // Measured with metric-compatible fonts. Other fonts are assumed to be as wide as Arial. For
-// Tahoma, this gives the right number of pixels at all usual sizes. "MS Shell Dlg 2" is usually
-// Tahoma.
+// Tahoma, this gives the right number of pixels at all usual sizes. The font of the reports, "MS
+// Shell Dlg 2", is usually Tahoma.
 constexpr DigitWidth digitWidths[] = {
     {u"Calibri", 0.507}, {u"Carlito", 0.507}, {u"Times", 0.500}, {u"Courier", 0.600}};
 constexpr double usualDigitWidth = 0.556;

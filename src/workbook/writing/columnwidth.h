@@ -8,7 +8,10 @@ struct FontData;
 constexpr double minRowPoints = 0.1;   // two twips, the minimum of .xls files
 constexpr double maxRowPoints = 409.5; // the limit of spreadsheet programs
 
-/** Returns the width of a font's widest digit in pixels of 1/96 inch. */
+/**
+ * Returns the width of a font's widest digit in pixels of 1/96 inch, estimated from the name and
+ * the size of the font.
+ */
 int digitPixels(const FontData &font);
 
 /**

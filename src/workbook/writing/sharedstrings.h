@@ -10,9 +10,10 @@ namespace workbook
 struct BookData;
 
 /**
- * The distinct texts in the cells of a book. The most frequent texts come first, because small
- * numbers make small files. Equally frequent texts are in the order of the cells that contain them.
- * Overwritten texts are left out. The order in which cells were written has no effect.
+ * The distinct texts in the cells of a book. The most frequent texts come first, because a file
+ * stores a text's number in each cell that contains the text, and small numbers make small files.
+ * Equally frequent texts are in the order of the first cells that contain them. Texts of
+ * overwritten cells are left out. The order in which cells were written has no effect.
  */
 class SharedStrings
 {
@@ -31,7 +32,7 @@ public:
      */
     [[nodiscard]] std::uint32_t numberOf(std::uint32_t index) const { return numbers[index]; }
 
-    /** Returns how many cells contain one of the texts. */
+    /** Returns the number of cells that contain a text of used(). */
     [[nodiscard]] std::size_t references() const { return cellCount; }
 
 private:

@@ -20,7 +20,7 @@ auto identity(const FormatData &format)
                            format.borders, format.borderColours);
 }
 
-/** Collects the distinct values of a table and finds the index of a value. */
+/** Collects distinct values in a list. place() returns the index of a value in the list. */
 template <class Value>
 class Distinct
 {

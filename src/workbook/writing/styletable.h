@@ -23,7 +23,7 @@ public:
     /** Returns the formats. Their `font` is an index into fonts(). */
     [[nodiscard]] const std::vector<FormatData> &formats() const { return distinctFormats; }
 
-    /** Returns the index in formats() of the book's format `modelFormat`. */
+    /** Returns the index in formats() of the format with the index `modelFormat` in the book. */
     [[nodiscard]] std::size_t indexOf(std::uint32_t modelFormat) const
     {
         return formatIndexes[modelFormat];

@@ -17,7 +17,7 @@ constexpr int xlsBlockRows = 32;
 
 /**
  * Writes the rows and cells of a sheet in blocks of 32 rows. A block consists of the ROW records,
- * the cells of these rows, and a DBCELL record with the positions of the rows and cells.
+ * the cells of these rows, and a DBCELL record with the distances to these records.
  */
 class XlsCells
 {
@@ -26,8 +26,8 @@ public:
              const SharedStrings &sharedStrings, RecordWriter &writer);
 
     /**
-     * Writes all rows and cells. Returns the position of the DBCELL record of each block, from the
-     * first row to the last.
+     * Writes all rows and cells. Returns the positions of the DBCELL records, one for each block,
+     * in ascending order.
      */
     std::vector<std::uint32_t> write(unsigned defaultRowTwips);
 

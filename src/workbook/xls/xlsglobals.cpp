@@ -54,7 +54,7 @@ void window(RecordWriter &out)
     out.single(record::BookBool, 0);
 }
 
-// BOUNDSHEET: u32 position of the sheet, u8 visible, u8 kind, short text name
+// BOUNDSHEET: u32 position of the sheet, u8 visibility, u8 kind, short text name
 std::vector<std::uint32_t> sheetList(const BookData &book, RecordWriter &out)
 {
     std::vector<std::uint32_t> places;
@@ -66,7 +66,7 @@ std::vector<std::uint32_t> sheetList(const BookData &book, RecordWriter &out)
 }
 
 // NAME: u16 flags, u8 key, u8 length of the name, u16 bytes of tokens, u16 0,
-//       u16 number of the sheet, from 1, u32 0, u8 flags of the name, name, tokens
+//       u16 number of the sheet (from 1), u32 0, u8 flags of the name, name, tokens
 // Print titles have the single character 07 as their name, and one token, an area of a sheet:
 // u8 kind, u16 index in EXTERNSHEET, u16 first row, u16 last row, u16 first column, u16 last column
 void printTitles(const SheetData &sheet, unsigned sheetNumber, unsigned externIndex,

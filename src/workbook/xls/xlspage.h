@@ -6,7 +6,10 @@ namespace workbook
 class RecordWriter;
 struct SheetData;
 
-/** Writes the records before the columns of a sheet: calculation, printing and page settings. */
+/**
+ * Writes the settings that precede the columns of a sheet: calculation, printing, page and default
+ * row height.
+ */
 void writeXlsPage(const SheetData &sheet, unsigned defaultRowTwips, RecordWriter &out);
 
 /**

@@ -7,7 +7,7 @@
 namespace workbook
 {
 
-/** Packs numbers of any width into bytes, lowest bit first. */
+/** Packs numbers of up to maxBits bits into bytes, lowest bit first. */
 class BitWriter
 {
 public:

@@ -54,7 +54,10 @@ private:
     static constexpr std::size_t symbols = 286;
     static constexpr std::size_t distances = 30;
 
-    /** A length or distance is encoded as a symbol for a range, and extra bits within the range. */
+    /**
+     * A length or distance is encoded as the symbol of a range, and extra bits that select a value
+     * of this range.
+     */
     struct Class {
         unsigned symbol;
         unsigned extraBits;

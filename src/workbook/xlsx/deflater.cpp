@@ -11,7 +11,10 @@ namespace
 constexpr unsigned candidatesBetweenPhrases = 1; // the nearest, usually in the previous cell
 constexpr unsigned candidatesInText = 16;
 
-/** From this distance on, a match may save fewer bits than a match that begins one byte later. */
+/**
+ * From this distance on, a search also tries the match that begins one byte later, which may save
+ * more bits.
+ */
 constexpr std::size_t farDistance = 256;
 
 } // namespace

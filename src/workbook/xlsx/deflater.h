@@ -24,8 +24,8 @@ struct Phrase {
  * A general compressor spends most of its time searching for repetitions. The writer of a sheet
  * knows nearly all repetitions in the XML: a cell has the same tag as the cell above. The writer
  * passes such tags as phrases, and this class looks up each phrase as a whole. Between two phrases
- * there are only a value and a row number, and the row number also occurs in the previous cell.
- * Compared with zlib, this takes a quarter of the time and makes smaller files.
+ * there is little more than a row number and a value, and the row number also occurs in the
+ * previous cell. Compared with zlib, this takes a quarter of the time and makes smaller files.
  */
 class Deflater
 {

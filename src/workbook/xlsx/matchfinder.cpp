@@ -90,7 +90,7 @@ std::size_t MatchFinder::distanceTo(Position earlier, const char *place) const
     return distance <= reach ? distance : 0;
 }
 
-/** Remembers `place`. Returns the previous place with the same hash. */
+/** Remembers `place`. Returns the position of the previous place with the same hash. */
 MatchFinder::Position MatchFinder::remember(const char *place)
 {
     const Position position = positionOf(place);

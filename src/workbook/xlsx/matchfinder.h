@@ -58,7 +58,8 @@ public:
     static std::size_t length(const char *place, const char *end, std::size_t distance);
 
 private:
-    // An offset in all texts so far, modulo 4 GiB. Only differences between offsets are used.
+    // An offset in the concatenation of all texts so far, modulo 4 GiB. Used to compute distances
+    // and, modulo 32 KiB, as an index into `previous`.
     using Position = std::uint32_t;
 
     [[nodiscard]] Position positionOf(const char *place) const
@@ -71,7 +72,7 @@ private:
     std::string window;
     Position windowBegin = 0;
     std::vector<Position> latest;   // by the hash of four bytes: the latest position
-    std::vector<Position> previous; // by position: the previous position with that hash
+    std::vector<Position> previous; // by position % 32 KiB: the previous one with the same hash
     std::vector<Position> phrases;  // by the hash of a phrase: the latest position
 };
 

@@ -83,8 +83,8 @@ XmlText &XmlText::operator<<(std::u16string_view text)
 
 XmlText &XmlText::operator<<(double number)
 {
-    // Most numbers are integers or have at most two decimals. Such numbers are written as integers:
-    // this is faster than to_chars() of a double, which would also write 100000 as "1e+05".
+    // Most numbers are integers or have at most two decimals. Convert them as integers: this is
+    // faster than to_chars() of a double, which would also write 100000 as "1e+05".
     constexpr double wholeLimit = 1e15;
     constexpr double hundredthsLimit = 1e13;
     if (std::fabs(number) < wholeLimit && std::trunc(number) == number)

@@ -21,7 +21,8 @@ constexpr std::string_view sheetNamespace =
 
 /**
  * Collects XML. Narrow strings are markup and are appended unchanged. UTF-16 strings are text and
- * are escaped both for content and for attributes. Does not depend on the locale.
+ * are escaped both for content and for attributes. In attributes, texts must not contain tabs or
+ * line feeds, which parsers convert to blanks. Does not depend on the locale.
  */
 class XmlText
 {

@@ -8,7 +8,7 @@
 
 #include <zlib.h>
 
-// local header:  signature, common, name          followed by the deflated bytes
+// local header:  signature, common, name; followed by the deflated bytes
 // central entry: signature, made by, common, comment length, disk, attributes (2 + 4), offset, name
 // common:        version, flags, method, time, date, checksum, packed and plain size (4 bytes
 //                each), name length, extra length
