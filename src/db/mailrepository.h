@@ -31,7 +31,7 @@ public:
     static QString insertStatement();
 
 public Q_SLOTS:
-    /// Queues a mail. Returns its id, or 0 on an error or if sender, recipient or subject is empty.
+    /// Queues a mail. Returns its id, or 0 on an error or if `from`, `to` or `subject` is empty.
     uint addMail(const MailRecord &mail);
     MailRecord loadMail(uint mid);
     /// Puts a mail back into the queue. Returns false on an error, if there is no mail with that

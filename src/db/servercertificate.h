@@ -4,8 +4,8 @@
 
 /// Opens `database`. If its options name a certificate authority (SSL_CA), refuses a server without
 /// encryption and a server whose certificate this authority has not signed; lastError() says why.
-/// Version 3.4 and later of MariaDB's client library do not check the signature themselves. With
-/// MySQL's client library, which does not reveal the certificate, checks only the encryption.
+/// Since version 3.4, MariaDB's client library does not check the signature itself. With MySQL's
+/// client library, which does not reveal the certificate, checks only the encryption.
 ///
 /// With MariaDB's library, a connection with an authority does not reconnect, because the new
 /// server would not be checked. Call isUsable() before using such a connection.

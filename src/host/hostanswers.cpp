@@ -18,7 +18,7 @@ namespace
 {
 
 constexpr auto listenInterval = std::chrono::seconds(5);
-constexpr auto temporaryPatience = std::chrono::seconds(2); // no signal is handled meanwhile
+constexpr auto temporaryPatience = std::chrono::seconds(2); // no signal is handled during the wait
 
 HostAnswer aboutProcess(const ConnectionOptions &connection)
 {

@@ -125,7 +125,7 @@ void HostState::takeReport(const ReportKind &kind, QtMsgType type, const QString
                end.captured(3).toULongLong());
         return;
     }
-    if (message.endsWith(QLatin1String("::doWork()"))) { // a tick begins
+    if (message.endsWith(QLatin1String("::doWork()"))) { // the worker polls the report
         running.remove(token());
         return;
     }

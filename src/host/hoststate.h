@@ -32,7 +32,7 @@ struct RunTotals {
     Durations durations;           ///< of all runs, including failed ones
 };
 
-/// What the host knows about one schema. Moments are Unix seconds, 0 for never.
+/// What the host knows about one schema. Points in time are Unix seconds; 0 means never.
 struct SchemaState {
     QMap<QString, qint64> lastSuccess; ///< by kind of report; since the host started
     SchemaAnswer answer;               ///< this schema's part of the host's answer

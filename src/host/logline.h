@@ -13,5 +13,5 @@ enum class LogStyle {
 LogStyle logStyleOf(int descriptor);
 
 /// Returns the text as one line of UTF-8, including the line end. Replaces line feeds in the text
-/// with " | ", and other characters that could control a terminal with U+FFFD.
+/// with " | ", and all other characters for which isControl() returns true with U+FFFD.
 QByteArray logLine(LogStyle style, QtMsgType type, const QString &text);

@@ -39,9 +39,9 @@ void writeSummaries(QtMsgType type, LogRepeats &repeats)
         write(type, summary);
 }
 
-/// Returns whether an info line may be logged at every tick of every schema, thousands of times a
-/// day. This includes the last line of a run without mails: every tick repeats such a run, and a
-/// warning gives the reason.
+/// Returns whether `message` is an info line that can recur at every tick of every schema,
+/// thousands of times a day. This includes the last line of a run without mails: the next tick
+/// usually repeats such a run, and another line gives the reason.
 bool isOfTick(const QString &message)
 {
     return message.endsWith(QLatin1String("::doWork()")) ||

@@ -17,8 +17,8 @@ namespace LogSink
 
 /**
  * Installs the process's message handler. If `showEverything` is false, the handler drops debug
- * messages and the info lines of every tick, and shows a repeated warning or critical message only
- * once an hour, with its count. It counts the messages of each schema separately.
+ * messages and the info lines that recur at every tick, and shows a repeated warning or critical
+ * message only once an hour, with its count. It counts the messages of each schema separately.
  */
 void install(bool showEverything);
 

@@ -118,7 +118,8 @@ void addSchemas(std::vector<MetricFamily> &families, const QMap<QString, SchemaS
         families.push_back(family.family);
 }
 
-/// Reads the number of pages in memory, the second number in /proc/self/statm.
+/// Returns the size of the process in memory. The second number in /proc/self/statm is this size in
+/// pages.
 double residentBytes()
 {
     std::ifstream statm("/proc/self/statm");

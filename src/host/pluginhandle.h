@@ -28,7 +28,7 @@ public:
     /// Loads the module and creates the object. Returns the error, empty on success.
     QString load(const QString &file);
 
-    /// Null before load(), and never null after load() has succeeded.
+    /// The next three functions return null before load(), and never after load() has succeeded.
     QObject *pluginObject() const { return object.get(); }
     ServerInterface *server() const { return serverPart; }
     DatabaseManagerInterface *databaseManager() const { return databasePart; }

@@ -15,7 +15,7 @@ class QueueWatch
 {
 public:
     QueueWatch(const ConnectionOptions &options, const DBManager &manager, HostState &state);
-    /// Waits until the current query has been answered or has timed out.
+    /// Waits until the current query, or the current attempt to connect, has ended or timed out.
     ~QueueWatch();
     Q_DISABLE_COPY(QueueWatch)
 

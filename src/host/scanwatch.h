@@ -20,7 +20,8 @@ class ScanWatch : public QObject
 public:
     explicit ScanWatch(QObject &plugin);
 
-    /// Starts a scan at once unless one is running. scanned() is emitted in either case.
+    /// Starts a scan at once unless one is running. In either case, scanned() is emitted when the
+    /// scan has ended.
     void scanNow();
 
     /// Returns when the next scan begins, in Unix seconds. Returns the current time while a scan

@@ -232,7 +232,7 @@ void ServeCommand::clearWorkbooks()
     if (!options.clearsWorkbooks || clearedOn == today)
         return;
     clearedOn = today;
-    const QString path = QDir::tempPath(); // empty if missing; to QDir, that means "."
+    const QString path = QDir::tempPath(); // empty if missing; QDir("") is "."
     if (path.isEmpty())
         return;
     const QDir folder(path);

@@ -20,14 +20,15 @@ class SignalWatcher;
  * request.
  *
  * Works in a thread of its own. The main thread handles the signals, so that a signal can end a
- * report that runs in the serving thread itself. Removes every connection registered in the serving
- * thread: the master connection, and the connections to schemas that the plug-in's scan opened.
+ * report that runs in the serving thread itself. Removes the serving thread's connections that
+ * the plug-in does not remove itself: the master connection, and the connections to schemas that
+ * the plug-in's scan opened.
  */
 class ServeCommand
 {
 public:
-    /// Main thread only. Returns the exit status: 0 after a requested stop, 1 if serving never
-    /// began.
+    /// Call it in the main thread. Returns the exit status: 0 after a requested stop, 1 if serving
+    /// never began.
     static int run(const ServeOptions &options);
 
 private:

@@ -6,7 +6,7 @@
 
 #include <optional>
 
-// What a host says about itself. Moments are Unix seconds, 0 for never.
+// What a host says about itself. Points in time are Unix seconds; 0 means never.
 
 /// How a run of a report ended.
 struct RunOutcome {
@@ -49,9 +49,12 @@ struct HostAnswer {
     QString temporaryDirectory;       ///< empty if the directory does not exist
     bool isTemporaryAnswering = true; ///< false if the directory's disk is stalled
     bool isTemporaryWritable = false;
-    QString temporaryError; ///< why the directory is not writable, or was not checked; may be empty
+    /// Why the directory is not writable, or why no check could be started. Empty if the directory
+    /// is usable or missing, or its disk is stalled.
+    QString temporaryError;
     qint64 temporaryFreeBytes = 0;
-    QMap<QString, SchemaAnswer> schemas; ///< by token
+    /// By token or, in single-database mode, by the schema's name.
+    QMap<QString, SchemaAnswer> schemas;
 
     QJsonObject toJson() const;
     /// Returns std::nullopt if the object is not a host's answer. Ignores unknown keys.

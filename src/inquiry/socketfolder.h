@@ -5,9 +5,9 @@
 // Where the hosts of this machine keep their sockets, each named "PID.socket".
 
 /// Returns the folder for the socket of a host in this process. It is the first of these that
-/// applies: the folder in RUNTIME_DIRECTORY, which the service manager sets; for root, the packaged
-/// service's folder; a folder in XDG_RUNTIME_DIR, which a login session sets; a folder in /tmp for
-/// this account. The folder may not exist yet.
+/// applies: the first folder that RUNTIME_DIRECTORY names, which the service manager sets; for
+/// root, the packaged service's folder; "autoreport" in the folder that XDG_RUNTIME_DIR names,
+/// which a login session sets; a folder in /tmp for this account. The folder may not exist yet.
 QString ownSocketFolder();
 
 /// Creates `folder` for this account alone unless it exists. Returns the error, or an empty text.

@@ -29,7 +29,8 @@ class ServerWatch;
  * thread, on the database that the host passes to setDatabase().
  *
  * All functions run in the object's thread. The host owns the object and calls `stop` before
- * deleting it. The destructor also stops the workers that have threads of their own.
+ * deleting it. Without that call, the destructor stops only the workers that have threads of their
+ * own.
  */
 class AutoReport : public QObject,
                    public ServerInterface,
@@ -90,8 +91,8 @@ private:
     };
 
     QTimer *timer;
-    QTimer *soonScan;  ///< single shot: starts the first scan, a scan that a pause postponed, and a
-                       ///< new scan after one that lost the server
+    QTimer *soonScan;  ///< single shot: starts the first scan, a scan that a pause postponed or
+                       ///< interrupted, and a new scan after one that lost the server
     QTimer *nextSlice; ///< single shot, running between two slices of a scan
     Scan scan;
     bool scanPending = false; ///< a scan is due or running

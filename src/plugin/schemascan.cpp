@@ -96,7 +96,7 @@ void AutoReport::guardInfoDatabase()
 }
 
 /// Ends the guarding. Closes the connection if the watch has broken it off: Qt still considers it
-/// open, so that the next query would not reopen it.
+/// open, and the manager would not reopen it for the next query.
 void AutoReport::releaseInfoDatabase()
 {
     if (infoGuard->isBroken())

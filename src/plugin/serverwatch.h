@@ -19,9 +19,9 @@ class ConnectionGuard;
  *
  * TCP detects a dead machine or network, but not a frozen server process, whose kernel still
  * acknowledges packets. A limit on the duration of queries would also end long queries on a healthy
- * server. Therefore, when a guarded connection has been in use for longer than `patience`, the
- * watch's own thread probes the server by connecting to it. If no probe succeeds for `silence`, the
- * watch breaks off the guarded connection.
+ * server. Therefore, when a guarded connection has been in use for longer than `Limits::patience`,
+ * the watch's own thread probes the server by connecting to it. If the probes fail for at least
+ * `Limits::silence`, the watch breaks off the guarded connection.
  *
  * Owned and used by one thread. If the system cannot start the watch's thread, logs a warning and
  * watches nothing.
@@ -30,8 +30,8 @@ class ServerWatch
 {
 public:
     struct Limits {
-        std::chrono::seconds patience; ///< from the beginning of a use to the first probe
-        std::chrono::seconds silence;  ///< from the first failed probe to the breaking off
+        std::chrono::seconds patience; ///< how long a connection is in use before the first probe
+        std::chrono::seconds silence;  ///< how long probes fail before the connection is broken off
     };
 
     /// With these limits, a worker's query ends within a minute after its server falls silent.
@@ -58,7 +58,7 @@ private:
         std::weak_ptr<ConnectionGuard> guard;
         Limits limits;
     };
-    /// A connection that has been in use for longer than its patience.
+    /// A connection that has been in use for longer than `limits.patience`.
     struct Waiting {
         AutoReportDbConfig config; ///< with the server's numeric address if it is known
         std::shared_ptr<ConnectionGuard> guard;
@@ -74,10 +74,11 @@ private:
 
     std::mutex mutex;
     std::condition_variable wake;
-    bool ended = false;           ///< under the mutex
-    std::vector<Watched> watched; ///< under the mutex
+    bool ended = false;           ///< guarded by `mutex`
+    std::vector<Watched> watched; ///< guarded by `mutex`
     // Used by the watch's thread only. The keys are "HOST:PORT".
-    QHash<QString, Clock::time_point> silentSince; ///< first failed probe since the last success
-    QHash<QString, Clock::time_point> answered;    ///< last successful probe
+    QHash<QString, Clock::time_point>
+        silentSince;                            ///< when the current series of failed probes began
+    QHash<QString, Clock::time_point> answered; ///< when the last successful probe began
     std::thread thread;
 };

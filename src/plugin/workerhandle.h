@@ -29,10 +29,11 @@ public:
     /// Returns the guard of the worker's connection. The guard outlives the worker. Thread-safe.
     ConnectionGuard &guard() { return *connectionGuard; }
 
-    /// Stops the worker unless it has ended already. For the worker's thread.
+    /// Stops the worker unless it has ended already. Call it in the worker's thread.
     void stopNow();
 
-    /// Forgets the worker, which has ended and is about to be deleted. For the worker's thread.
+    /// Forgets the worker, which has ended and is about to be deleted. Call it in the worker's
+    /// thread.
     void clear();
 
 private:

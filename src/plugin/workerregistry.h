@@ -15,7 +15,7 @@ class WorkerHandle;
  * The plug-in's workers, by token, and their threads.
  *
  * Only stopAll() removes entries. The entry of a worker that ended on its own remains, so that the
- * next scan does not start a new worker for the same schema. For the plug-in's thread.
+ * next scan does not start a new worker for the same schema. Use it only in the plug-in's thread.
  */
 class WorkerRegistry
 {
@@ -34,7 +34,7 @@ public:
     /// thread, deletes the worker and returns false; Qt has then logged the reason.
     bool add(const QString &token, std::unique_ptr<AutoReportWorker> owned);
 
-    /// Queues a call of `slot` to every running worker.
+    /// Queues a call of `slot` for every worker that has not ended.
     void post(const char *slot);
 
     /**
@@ -42,8 +42,8 @@ public:
      * off the connections of the workers that have not ended. Takes at most ten seconds.
      *
      * A thread that does not end in time, for example because a disk is stalled, is logged and left
-     * to end on its own. Terminating the thread would leave its locks and objects behind, or abort
-     * the process in a destructor.
+     * to end on its own. It is not terminated: the C functions that it runs would not release their
+     * locks and memory, and the process would abort if the thread were in a destructor.
      */
     void stopAll();
 
