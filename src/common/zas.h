@@ -5,4 +5,4 @@
 #include "common/zasrules.h"
 #include "common/zastime.h"
 
-// Includes all helper functions of the product.
+// Includes all of the namespace ZAS.

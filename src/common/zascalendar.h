@@ -47,7 +47,7 @@ unsigned char workingDaysInWeek(unsigned char freeDays);
 QDate findFirstMonth();
 
 /// Returns the Slovak name of a day of the week or, if `shortForm`, the two-letter abbreviation.
-/// 1 is Monday, 6 is Saturday, and any other value is Sunday.
+/// The values 1 to 6 are Monday to Saturday; any other value is Sunday.
 QString getDayName(unsigned char dayOfWeek, bool shortForm);
 
 } // namespace ZAS

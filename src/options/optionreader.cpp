@@ -219,7 +219,7 @@ QString OptionReader::language()
     const auto option = QStringLiteral("language");
     QString language =
         config.values.value(QStringLiteral("reports/language"), Language::known().first());
-    if (parser.optionNames().contains(option)) // some commands have no such option
+    if (parser.optionNames().contains(option)) // isSet() warns if the command has no such option
         language = parser.value(option);
     if (!Language::known().contains(language))
         fail(QStringLiteral("--language must be %1, not '%2'")

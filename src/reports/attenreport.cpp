@@ -217,7 +217,7 @@ AttenReport::End AttenReport::begin(const ReportRun &run, ReportTransaction &tra
     case Claim::Ours:
     case Claim::NodeNotReady: // handled above
         break;
-    case Claim::Unclaimed: // mailed nevertheless, unless the transaction is lost
+    case Claim::Unclaimed: // goes on if the transaction is intact
         return interruptionOf(run, transaction);
     case Claim::Made:
         return End::MadeElsewhere;
@@ -254,9 +254,9 @@ AttenReport::End AttenReport::queueForEach(MailRecord mail, const ReportRun &run
 {
     for (const QString &recipient : recipientsToMail(run.settings.recipients)) {
         mail.to = recipient;
-        // A stop must not wait until thousands of mails are queued. If the mails cannot be rolled
-        // back, queue the rest nevertheless: otherwise the next run would mail some recipients
-        // again.
+        // A stop must not wait until thousands of mails are queued. But if the mails queued so far
+        // cannot be rolled back, queue the others, too. Otherwise the next run would mail the first
+        // recipients again.
         const bool stops = isStopRequested(run);
         if (stops && (queued == 0 || transaction.canRollBack()))
             return End::StoppedInMails;

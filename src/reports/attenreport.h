@@ -20,7 +20,7 @@ struct ReportKind;
  * its recipients once a day.
  *
  * The worker's tick calls doWork(), which takes these steps. The first step that fails ends the
- * tick; the next tick starts over:
+ * call; the next tick starts over:
  *
  *   1. Schedule: checks whether the report is due now.
  *   2. Gate: waits while too many runs of this process are working.
@@ -28,13 +28,13 @@ struct ReportKind;
  *   4. Schedule again: the lock's previous holder may have made the report.
  *   5. Workbook, saveWorkbook(): reads and writes the rows, then saves the file.
  *   6. Mails, queueMails(): one transaction claims the report, queues a mail per recipient and
- *      stores "lastGenerated". On a cluster, where locks are local to a node, the claim alone keeps
+ *      stores "lastGenerated". On a cluster, where locks are local to a node, only the claim keeps
  *      two hosts from mailing the same report.
  *
  * The moment of the run, ReportRun::now, does not change after step 4, so that a run that lasts
- * past midnight makes the report of one day. A request to stop the thread takes effect at the next
- * row, or at the next mail while the mails can be rolled back. A lost connection ends the run,
- * because the server then releases the lock and rolls the transaction back.
+ * past midnight makes the report of one day. A request to stop the thread takes effect at the gate,
+ * at the next row, or at the next mail while the mails can be rolled back. A lost connection ends
+ * the run, because the server then releases the lock and rolls the transaction back.
  *
  * Use a report in the thread that owns the connection. Errors and outcomes are logged.
  */
@@ -60,8 +60,8 @@ public:
     /// Returns the name of the workbook's file.
     QString fileName(const QDate &today);
 
-    /// Returns a mail with the file attached, but without a recipient. If the file cannot be read,
-    /// logs an error and leaves `data` empty.
+    /// Returns a mail with the file attached, but without a recipient. If the file cannot be read
+    /// or is too large, logs an error and leaves `data` empty.
     MailRecord makeMail(const QString &path, const QDate &today = QDate::currentDate());
 
     /// Returns the subject of the mails of `today`, in the installed language.
@@ -77,7 +77,7 @@ protected:
     virtual void loadOptions() = 0;
     virtual QString fileNameByOptions(const QDate &today) const = 0;
     virtual std::unique_ptr<ReportContent> createContent(const ReportRun &run) = 0;
-    /// Returns the name of the function that creates the book, for the log.
+    /// Returns what the log calls the function that creates the book.
     virtual const char *bookFactoryName() const = 0;
     virtual MailTexts mailTexts(const QDate &today) const = 0;
 

@@ -15,14 +15,14 @@
 namespace
 {
 
-// With these limits, a statement usually returns at most ten thousand rows, a few megabytes.
+// With these limits, a statement usually returns at most ten thousand records, a few megabytes.
 constexpr int peoplePerStatement = 500; ///< MariaDB turns IN lists of 1,000 or more into subqueries
-constexpr int cellsAhead = 8000;        ///< in memory, of all people
-/// A block may have this many days even if all people together then exceed `cellsAhead`: for the
-/// server, finding a person costs as much as reading a few days.
+constexpr int cellsAhead = 8000;        ///< in memory, for all people together
+/// A block may have this many days even if the cells then exceed `cellsAhead`: for the server,
+/// finding a person costs as much as reading a few days.
 constexpr int daysAhead = 16;
 
-// The columns of every statement: the person, the moment, then the values.
+// The columns of every statement of forMany(): the uid, the record's moment, then the values.
 enum Column { Uid, Moment, FirstValue };
 
 int quotientRoundedUp(int count, int divisor)
@@ -66,12 +66,12 @@ bool add(double &total, double seconds, bool isFirst)
 
 } // namespace
 
-/// A row that is being read.
+/// A row of the report while it is being read.
 struct DailyAttenAhead::Cell {
     DailyAttenRow row;
-    DayValues seen;             ///< whether attendance and overtime had a row
-    DayValues doubtful;         ///< values that may depend on the order of the rows
-    unsigned int corrected = 0; ///< one bit per correction that had a row
+    DayValues seen;             ///< Attendance and Overtime, once they had a record
+    DayValues doubtful;         ///< values that may depend on the order of the records
+    unsigned int corrected = 0; ///< one bit per correction that had a record
 
     void take(DayValue value, const QSqlQuery &query)
     {
@@ -122,8 +122,8 @@ private:
             doubtful |= DayValue::Interruptions;
         ++total.count;
     }
-    /// Makes `value` doubtful if it has a second row: the last row counts, but here the rows may
-    /// arrive in another order than from the statement for one day.
+    /// Makes `value` doubtful if it has a second record: only the last record counts, but here the
+    /// records may arrive in another order than from the statement for one day.
     void takeOnly(DayValue value)
     {
         if (seen.testFlag(value))
@@ -244,7 +244,7 @@ bool DailyAttenAhead::read(DayValue value, Block &block)
     return true;
 }
 
-/// Returns the cell of the query's current row, or null if the row is outside of the block.
+/// Returns the cell of the query's current record, or null if the record is outside of the block.
 DailyAttenAhead::Cell *DailyAttenAhead::cellOf(const QSqlQuery &query, Block &block) const
 {
     const int person = places.value(query.value(Uid).toLongLong(), -1) - block.firstPerson;

@@ -20,7 +20,7 @@ class QSqlQuery;
  *
  * Returns exactly the values that the statements for one person and one day would return. A value
  * that might differ is left open, and the caller must read it with those statements. This happens
- * after an error, if several rows match and only the last one counts, if a sum may depend on the
+ * after an error, if several records match and only the last one counts, if a sum may depend on the
  * order of its addends, if the columns that identify people and days are not integers, or if the
  * time zone skipped one of the days. Logs nothing.
  *
@@ -44,8 +44,8 @@ public:
         DailyAttenRow row; ///< incomplete if this call read the block and a statement failed
         DayValues open;    ///< values that the caller must still read
     };
-    /// Returns nothing if stopped before the row was read. `uid` must be one of setPeople(), and
-    /// the day must not be after today.
+    /// Returns nothing if stopped before the row was read. `uid` must have been passed to
+    /// setPeople(), and the day must not be after today.
     std::optional<Row> row(unsigned int uid, int dayOfMonth);
 
 private:
@@ -61,11 +61,11 @@ private:
     DailyAttenOptions options;
     DailyAttenStatements statements;
     std::function<bool()> isStopped;
-    QVector<qint64> starts; ///< of day 1 to tomorrow, in Unix seconds
+    QVector<qint64> starts; ///< when the days from day 1 to tomorrow begin, in Unix seconds
 
     QVector<unsigned int> people; ///< sorted, without duplicates
     QHash<qlonglong, int> places; ///< uid -> index in `people`
     int peoplePerBlock = 1;
     int daysPerBlock = 1;
-    std::vector<Block> blocks; ///< one for each `peoplePerBlock` people
+    std::vector<Block> blocks; ///< one per batch of `peoplePerBlock` people
 };

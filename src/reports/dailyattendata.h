@@ -50,8 +50,8 @@ public:
     /// Calls in the order of the sheet are fastest: all people of day 1, then all of day 2.
     DailyAttenRow row(const DailyAttenPerson &person, int dayOfMonth);
 
-    /// Returns the statements that a report with these options runs to read the schema, for person
-    /// 0 and the day `today`. The first one reads the people.
+    /// Returns the statements that define what a report with these options shows. The first one
+    /// reads the people. Those about one person and one day are for the uid 0 and for `today`.
     static QStringList statements(const DailyAttenOptions &options, const QDate &today);
     /// Returns the statement that counts the people.
     static QString countStatement(const QDate &today);

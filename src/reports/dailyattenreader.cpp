@@ -8,7 +8,7 @@
 namespace
 {
 
-/// If there are several rows, the last one counts.
+/// If there are several records, the last one counts.
 void readAttendance(QSqlQuery &query, DailyAttenRow &row)
 {
     row.workedSeconds = 0;
@@ -19,7 +19,7 @@ void readAttendance(QSqlQuery &query, DailyAttenRow &row)
     }
 }
 
-/// If there are several rows, the last one counts.
+/// If there are several records, the last one counts.
 void readOvertime(QSqlQuery &query, DailyAttenRow &row)
 {
     row.overtimeSeconds = 0;

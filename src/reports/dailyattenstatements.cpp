@@ -22,7 +22,7 @@ struct Scope {
     {
     }
 
-    /// Returns the columns that the rows of forMany() begin with; empty for forOne().
+    /// Returns the first two columns for forMany(), or an empty text for forOne().
     QString columns(QLatin1String moment) const
     {
         return many ? QLatin1String("uid, ") + moment + QLatin1String(", ") : QString();

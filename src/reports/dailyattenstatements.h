@@ -7,7 +7,8 @@
 #include <QString>
 #include <QVector>
 
-/// The values of a row, each of which has its own statement, in the order of reading.
+/// What the daily report reads about one person and one day. Each of these values has a statement
+/// of its own; the statements run in this order.
 enum class DayValue { Attendance = 1, Overtime = 2, Corrections = 4, Interruptions = 8 };
 Q_DECLARE_FLAGS(DayValues, DayValue)
 Q_DECLARE_OPERATORS_FOR_FLAGS(DayValues)
@@ -24,11 +25,12 @@ struct DaySpan {
 };
 
 /**
- * The statements that read the days of people, with all parameters filled in.
+ * Builds the statements that read DayValues, with all parameters filled in.
  *
- * forOne() is for one person and one day, forMany() for several people and days. Both find the same
- * rows, except for the overtime; see forMany(). The rows of forMany() begin with two columns that
- * identify the person and the day: the uid and the moment.
+ * forOne() is for one person and one day, forMany() for several people and days. For every value
+ * except the overtime, both select the same records; see forMany(). The first two columns that
+ * forMany() selects identify the person and the day: the uid, and the record's moment in Unix
+ * seconds.
  */
 class DailyAttenStatements
 {
@@ -39,8 +41,8 @@ public:
     DayValues values() const;
 
     QString forOne(DayValue value, unsigned int uid, const DaySpan &day) const;
-    /// Without `advancedOvertime`, finds more overtime than forOne(): the caller must ignore rows
-    /// whose moment is not the first of a day.
+    /// Without the option `advancedOvertime`, the statement for the overtime selects more records
+    /// than forOne(): the caller must ignore those whose moment is not the start of a day.
     QString forMany(DayValue value, const QVector<unsigned int> &uids, const DaySpan &days) const;
 
 private:

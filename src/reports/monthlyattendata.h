@@ -43,8 +43,8 @@ public:
     /// Loads everything else about these people. Returns false if a query failed.
     bool loadValues();
 
-    /// Returns the statements that a report runs to read the schema, for person 0 and the month of
-    /// `today`. The first one reads the people.
+    /// Returns the statements with which a report reads the month of `today`. The first one reads
+    /// the people. Those that list people list only the uid 0.
     static QStringList statements(const QDate &today);
     /// Returns the statement that counts the people.
     static QString countStatement(const QDate &today);

@@ -9,7 +9,7 @@
 struct MonthlyAttenOptions : StoredOptions<MonthlyAttenOptions> {
     int advancedOvertime = 0;   ///< 1: overtime from `saldo_p`; otherwise from `totalSaldo`
     bool payrollNumber = false; ///< shown instead of the personal number
-    QStringList extraShortcuts; ///< one column for each of these; not trimmed
+    QStringList extraShortcuts; ///< interruptions that get a column each; not trimmed
 
     static const std::vector<StoredOption<MonthlyAttenOptions>> &table();
 };

@@ -8,8 +8,8 @@
 namespace
 {
 
-/// How long a stop may go unnoticed. With shorter slices, a thousand waiters would keep the machine
-/// busy.
+/// How long a waiting thread sleeps before it checks again whether it must stop. If this were
+/// shorter, a thousand waiting threads would keep the machine busy.
 constexpr std::chrono::milliseconds slice{250};
 
 /// Two, so that one run uses the core while the other waits for its server.
@@ -35,10 +35,10 @@ private:
 } // namespace
 
 /**
- * A thread's position in the queue, which the destructor gives up.
+ * A thread in the queue: the constructor joins the queue at its end, the destructor leaves it.
  *
  * Each waiter has its own condition variable, so that a free place wakes one thread instead of all.
- * Create and destroy a waiter with the mutex locked.
+ * Hold the gate's mutex to create or destroy a waiter.
  */
 class ReportGate::Waiter
 {

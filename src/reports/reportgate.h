@@ -22,7 +22,7 @@ public:
     ~ReportGate() = default;
     Q_DISABLE_COPY_MOVE(ReportGate)
 
-    /// The gate that all workers of this process share.
+    /// Returns the gate that all workers of this process share.
     static ReportGate &ofProcess();
 
     /// A place at the gate, released by the destructor.

@@ -13,13 +13,14 @@ class AttenReport;
 struct BookFormat;
 class QObject;
 
-/// What a run needs from a schema.
+/// What a run reads from a schema, and the format and size of its workbook. The operator's commands
+/// use this to check in advance whether a run can succeed.
 struct ReportNeeds {
     /// The statements that read the schema. The first one reads the people, without whom there is
-    /// no report. If another one fails, the report lacks its values.
+    /// no report. If another one fails, its values are missing from the report.
     QStringList statements;
     QString countStatement; ///< counts the people
-    int rowsPerPerson;      ///< of the workbook
+    int rowsPerPerson;      ///< rows of the workbook for each person
     const BookFormat *format;
 };
 
@@ -31,9 +32,10 @@ struct ReportNeeds {
 struct ReportKind {
     const char *word;      ///< its name on the command line, such as "daily"
     const char *className; ///< prefix of its log lines and of its lock's name
-    const char *prefix;    ///< of its keys in `vars`, including the final dot
+    const char *prefix;    ///< of its settings' keys in `vars`, including the final dot
     const ReportSchedule *schedule;
-    CountsAsMade countsWhen;  ///< for its scheduled runs and makeReport()
+    CountsAsMade
+        countsWhen; ///< for scheduled runs and makeReport(): when the report counts as made
     const BookFormat *format; ///< of its workbook; null if a setting chooses it
 
     /// Creates a report on `database`, owned by `parent` or, if that is null, by the caller.

@@ -16,8 +16,8 @@ public:
     /// `className` is the name of the report's class and becomes part of the lock's name.
     ReportLock(const QSqlDatabase &db, const char *className);
 
-    /// Returns false if another connection has the lock. On an error, returns true nevertheless:
-    /// one report too many is better than none.
+    /// Returns false if another connection has the lock. On an error, returns true without
+    /// having the lock: one report too many is better than none.
     bool acquire();
     void release();
 

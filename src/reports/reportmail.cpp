@@ -70,7 +70,8 @@ QByteArray attachmentDocument(const QString &path)
     const QByteArray frame = QJsonDocument(root).toJson(QJsonDocument::Indented);
 
     // The file is inserted into the finished JSON text. As a QJsonValue, it would be in memory
-    // several times, partly as UTF-16. Keys are sorted, so the first "content" is the right one.
+    // several times, partly as UTF-16. Qt sorts the keys of an object, so "content" is the first
+    // key of the attachment.
     const QByteArray opening = QByteArrayLiteral("\"content\": \"");
     const int place = frame.indexOf(opening) + opening.size();
     const qint64 bytes = frame.size() + (file.size() / 3 + 1) * 4;

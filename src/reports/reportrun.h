@@ -10,7 +10,7 @@
 /// day.
 enum class CountsAsMade {
     Never,       ///< the run does not affect the schedule
-    WithAnyMail, ///< once a mail is in the queue
+    WithAnyMail, ///< if at least one mail was queued
     Always,      ///< even if no mail could be queued
 };
 
@@ -36,7 +36,7 @@ struct ReportRun {
 ReportRun runFor(const QStringList &recipients, const QDateTime &now, CountsAsMade countsWhen,
                  const QSqlDatabase &database);
 
-/// Returns whether the run should end: it was cancelled, or the thread's interruption requested.
+/// Returns whether the run should end: it was cancelled, or its thread was asked to stop.
 bool isStopRequested(const ReportRun &run);
 
 /// Asks the server whether the run has lost the connection on which it began. Returns false if the

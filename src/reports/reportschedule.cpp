@@ -33,8 +33,8 @@ QDateTime nextDailyMoment(const ReportSettings &settings, const QDateTime &now)
         return {};
     if (settings.lastGenerated > endOfYear9999) // never due again
         return {};
-    // If the clock was wrong, `lastGenerated` may be in the future. The next report is not due
-    // before that day.
+    // If the clock was wrong, `lastGenerated` may be in the future. Then no report is due before
+    // the day of `lastGenerated`.
     const QDate last = QDateTime::fromSecsSinceEpoch(settings.lastGenerated).date();
     QDate date = last.isValid() ? std::max(last, now.date()) : QDate();
     while (date.isValid() && !isOpenOn(date, settings))
@@ -44,8 +44,8 @@ QDateTime nextDailyMoment(const ReportSettings &settings, const QDateTime &now)
     const QDateTime first = scheduledMoment(date, settings.time);
     if (now < first || !settings.time.isValid())
         return std::max(now, first);
-    // Here `now` is not before `first`. If its time of day is earlier nevertheless, the clock was
-    // set back, and the configured time of day occurs again.
+    // Here `now` is not before `first`. If it still shows a time of day before the configured one,
+    // the clock was set back, and the configured time of day occurs again.
     return now.time() < settings.time ? now.addMSecs(now.time().msecsTo(settings.time)) : now;
 }
 

@@ -23,8 +23,8 @@ struct ReportSchedule {
 /**
  * The schedule of both reports: once a day, at the first tick at or after the configured time.
  *
- * If "lastGenerated" is sixty seconds before today's scheduled moment, or later, today's report
- * counts as made.
+ * Today's report counts as made unless "lastGenerated" is more than sixty seconds before today's
+ * scheduled moment.
  */
 extern const ReportSchedule onceADay;
 
@@ -61,11 +61,11 @@ QVector<ScheduleRule> scheduleRules(const ReportSettings &settings, const QDateT
 ScheduleVerdict scheduleVerdict(const ReportSettings &settings, const QDateTime &now);
 
 /**
- * Returns the moment of a run that was due at `dueAt` and had to wait until `now`.
+ * Returns ReportRun::now for a run that was due at `dueAt` and has waited until `now`: `now` if the
+ * report is due then, otherwise `dueAt`.
  *
- * Returns `now` if the report is still due at `now`, and `dueAt` otherwise. A report that was due
- * late in the evening and waited past midnight is thus made for the day on which it was due, unless
- * it is already due on the new day.
+ * A report that was due late in the evening and waited past midnight is thus made for the day on
+ * which it was due, unless it is already due on the new day.
  */
 QDateTime momentAfterWait(const ReportSettings &settings, const QDateTime &dueAt,
                           const QDateTime &now);
@@ -78,8 +78,8 @@ QDateTime nextDue(const ReportSettings &settings, const QDateTime &now);
  * Returns the first moment of `date` at which a local clock shows `time` or later, for days of 23,
  * 24 and 25 hours. An invalid `time` means the start of the day.
  *
- * If clocks are set back and `time` occurs twice, returns the first occurrence: with the second, a
- * report made at the first would be due again. If clocks are set forward and skip `time`, returns
- * the end of the gap.
+ * If clocks are set back and `time` occurs twice, returns the first occurrence. If the second one
+ * counted, a report made at the first one would be due again. If clocks are set forward and skip
+ * `time`, returns the end of the gap.
  */
 QDateTime scheduledMoment(const QDate &date, const QTime &time);

@@ -28,9 +28,9 @@ QSqlQuery ReportTransaction::begin(const QString &statement)
 
 /// The savepoint is lost with its transaction, and the transaction with its connection.
 ///
-/// A cluster's node reports no error if it rolls the transaction back between two statements of a
+/// A cluster node reports no error if it rolls the transaction back between two statements of a
 /// packet: the later ones then succeed outside a transaction. The last one must therefore be one
-/// that fails there.
+/// that fails outside a transaction.
 bool ReportTransaction::isIntact()
 {
     QSqlQuery query = freshQuery(database);
@@ -63,8 +63,9 @@ bool ReportTransaction::commit()
 
 void ReportTransaction::rollback()
 {
-    // The first attempt fails if the server has already ended the transaction. If the second one
-    // fails too, the connection must end, because the next BEGIN would commit the open transaction.
+    // The first attempt may fail because the server has already ended the transaction. If the
+    // second one fails too, the connection must end, because the next BEGIN would commit the open
+    // transaction.
     if (open && !database.rollback() && !database.rollback())
         ServerSocket(database).shutDown();
     open = false;

@@ -24,7 +24,8 @@ public:
     /// Returns whether the transaction has begun and must be ended.
     bool isOpen() const { return open; }
 
-    /// Returns the server's id of the connection on which the transaction has begun; 0 before.
+    /// Returns the server's id of the connection on which the transaction has begun; 0 if it has
+    /// not.
     qulonglong connectionId() const { return id; }
 
     /// Asks the server whether the transaction still exists. Returns false if it has not begun, or

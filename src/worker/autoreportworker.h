@@ -40,8 +40,9 @@ Q_SIGNALS:
 public Q_SLOTS:
     /// Makes the reports that are due. Called right after start() and then once a minute.
     void activateReports();
-    /// Opens the connection and starts the ticks. If a connection of that name exists or the
-    /// database cannot be opened, emits finished() and returns false.
+    /// Opens the connection and starts the ticks. If a connection of the same name exists, or if
+    /// the database cannot be opened, emits finished() and returns false. If the worker has already
+    /// been started, only logs a warning and returns true.
     bool start();
     void stop();
     void pause();

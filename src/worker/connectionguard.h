@@ -9,7 +9,8 @@
 /**
  * Lets other threads break off a connection, on a stop or because its server fell silent.
  *
- * Use guard(), release() and Use in the connection's thread. All other functions are thread-safe.
+ * Call guard() and release(), and create objects of Use, in the connection's thread. All other
+ * functions are thread-safe.
  */
 class ConnectionGuard
 {
