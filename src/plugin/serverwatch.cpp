@@ -102,7 +102,7 @@ std::vector<ServerWatch::Waiting> ServerWatch::waitingConnections()
         // servers.
         const ServerAddress address = guard->serverAddress();
         if (address.host.isEmpty() && serversOf(each.config.hostName, 0).size() > 1)
-            continue; // still connecting, which has time limits of its own
+            continue; // still connecting, which has time limits of its own, or on a Unix socket
         waiting.push_back({each.config, guard, each.limits});
         if (!address.host.isEmpty()) {
             waiting.back().config.hostName = address.host;
