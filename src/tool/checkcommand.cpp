@@ -74,7 +74,7 @@ void findAll(const Schemas &schemas, bool isAsked, Found &found)
         addFindings(schema, isAsked, found);
 }
 
-/// Prints two lines per finding: the finding and its remedy.
+/// Prints two lines per finding, the finding and its remedy, and then a summary.
 void printText(const Found &found)
 {
     const auto &findings = found.findings;
@@ -132,7 +132,7 @@ int checkAll(const Invocation &invocation, const Schemas &schemas)
         return couldNotAsk(rows.error());
     if (isAsked && rows.value().isEmpty())
         return noSuchSchema(schemas, invocation.token);
-    // A schema that the command line names is checked even if it is not active.
+    // If the command line names a schema that is not active, a finding says so.
     const QVector<SchemaRow> chosen = isAsked ? rows.value() : activeOf(rows.value());
     Found found{Machine::ask(invocation.connection), {}, {}, {}, {}, 0, Tool::Well};
     {

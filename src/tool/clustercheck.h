@@ -14,6 +14,6 @@ QString serverName(const QSqlDatabase &master);
 /// cluster.
 QVector<Finding> checkCluster(const QSqlDatabase &master);
 
-/// Adds a finding for each table of the schema that the cluster does not keep identical on all
-/// nodes. Adds no findings outside of a cluster.
+/// Adds a finding for each table of the schema whose rows could differ between the nodes. Adds no
+/// findings outside of a cluster.
 void checkClusterTables(const QSqlDatabase &database, Findings &findings);

@@ -5,8 +5,8 @@ class QCommandLineParser;
 
 // Each command is two functions. describe...() adds the command's own options. run...() does the
 // work and returns the exit status: a Tool::Status or Interruption::status(). It prints its errors
-// itself, or logs them as warnings, which Tool::run() prints. It leaves no connection open. Call
-// these functions on the main thread.
+// itself, or logs them for Tool::run() to print. It leaves no connection open. Call these functions
+// on the main thread.
 
 void describeStatus(QCommandLineParser &parser);
 int runStatus(const Invocation &invocation);

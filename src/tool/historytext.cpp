@@ -32,7 +32,7 @@ QString signs(DayState state, int count)
     return Output::coloured(QString(count, QChar(lookOf(state).sign)), lookOf(state).colour);
 }
 
-/// Colours each run of equal days as one text, so that the colour changes rarely.
+/// Colours adjacent days in the same state as one text, so that the colour changes rarely.
 QString strip(const QVector<ReportDay> &days)
 {
     QString text;

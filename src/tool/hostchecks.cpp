@@ -13,7 +13,7 @@ namespace
 constexpr qint64 graceSeconds = 4200; // a scan per hour, a tick per minute, and the report itself
 constexpr qint64 graceOfServed = 300; // if a host serves the schema: a tick and the report
 constexpr qint64 twoTicksSeconds =
-    120; // a worker that ticks this long after a change has made a run since the change
+    120; // if a worker ticks this long after a change, its previous tick came after the change, too
 constexpr qint64 longestScanSeconds =
     60; // a scan may visit the schema before a change and end after the change
 const char *const scanAtOnce = "wait, or let the host scan at once: systemctl reload autoreport";
@@ -25,8 +25,8 @@ bool mayCount(const QString &cause)
     return cause == QLatin1String("mail") || cause == QLatin1String("recipients");
 }
 
-/// Adds a finding if today's run failed, unless another run has made the report. Another run has
-/// done so if the report counts as made and a run that fails for this cause never counts.
+/// Adds a finding if today's run failed, unless another run has made the report. Another run must
+/// have made it if the report counts as made, but a run that fails for this cause never counts.
 void checkLastRun(const RunOutcome &last, const StoredSettings &stored, const QDateTime &now,
                   const QString &command, Findings &findings)
 {
@@ -151,7 +151,7 @@ QDateTime overdueSince(const ReportSettings &settings, const QDateTime &now, qin
     // The report may have been enabled only today.
     if (settings.lastGenerated == 0 && day != now.date())
         return {};
-    // The report was made that day, before its time was changed to a later one.
+    // A report made on that day, before its time was changed to a later one, is not overdue.
     const bool isMade = QDateTime::fromSecsSinceEpoch(settings.lastGenerated).date() == day;
     if (isMade && day != now.date())
         return {};

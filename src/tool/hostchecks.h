@@ -11,8 +11,9 @@ struct ReportKind;
 struct ReportSettings;
 struct StoredSettings;
 
-/// Returns how many seconds ago the table `schemas` or the settings of the schema, both of which a
-/// scan reads, were last written. By the server's clock; the largest number if unknown.
+/// Returns how many seconds ago the tables that a scan reads were last written: the table `schemas`
+/// or the schema's table `vars`, whichever is more recent. By the server's clock; the largest
+/// number if unknown.
 using SecondsSinceChange = std::function<qint64()>;
 
 /**

@@ -49,5 +49,5 @@ public:
     ConnectionOptions connection;
     QStringList arguments;            ///< positional arguments after the command's name
     QString token;                    ///< the first argument, as given: there may be no such schema
-    const ReportKind *kind = nullptr; ///< set if the command takes exactly one report
+    const ReportKind *kind = nullptr; ///< null unless the command takes one schema and one report
 };

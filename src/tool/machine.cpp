@@ -15,7 +15,8 @@ constexpr qint64 bytesPerMiB = 1048576;
 constexpr qint64 spaceWantedMiB = 512;
 
 /// Returns the hosts that serve the database on the server that the command names. If there are
-/// none, returns the hosts whose server has the same port, because a server can have several names.
+/// none, returns the hosts that serve a database of this name on a server with the same port,
+/// because a server can have several names.
 QVector<HostAnswer> hostsOf(const ConnectionOptions &connection, const QVector<HostAnswer> &all)
 {
     const QString server = serverText(connection.host, connection.port);
@@ -33,7 +34,7 @@ QVector<HostAnswer> hostsOf(const ConnectionOptions &connection, const QVector<H
     return same.isEmpty() ? alike : same;
 }
 
-/// Sets what a host's directory and the directory of this process have in common.
+/// Does the common part of takeDirectoryOfHost() and takeOwnDirectory().
 void takeDirectory(Machine &machine, const QString &path, bool isAnswering, qint64 freeBytes)
 {
     machine.temporaryDirectory = path;

@@ -16,7 +16,7 @@ void collect(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
     const QString line = message.simplified();
     const QMutexLocker locker(&mutex);
-    // Keeps each line once: an unreadable table causes the same warning for every row.
+    // Keeps each line once: an unreadable table causes the same warning for each row of a report.
     if (type != QtDebugMsg && type != QtInfoMsg && !collected.contains(line))
         collected.append(line);
 }

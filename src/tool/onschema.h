@@ -12,7 +12,7 @@
  */
 int onSchemas(const Invocation &invocation, const std::function<int(const Schemas &)> &work);
 
-/// Prints that there is no such active schema, and suggests a similar one. Returns
+/// Prints that there is no such active schema, and suggests a similar one if there is any. Returns
 /// Tool::CouldNotAsk.
 int noSuchSchema(const Schemas &schemas, const QString &token);
 

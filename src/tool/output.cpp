@@ -18,9 +18,9 @@
 namespace
 {
 
-// coloured() marks colours with code points that are never characters. harmless() first replaces
-// control characters, which may come from a database, and turns the marks into escape sequences. A
-// mark that comes from a database can only change a colour.
+// coloured() marks colours with code points that are never characters. Before a text is printed,
+// harmless() replaces its control characters, which may come from a database, and turns the marks
+// into escape sequences. A mark that comes from a database can only change a colour.
 constexpr ushort colourMark = 0xFDD0;
 constexpr const char *colourCodes[] = {"\033[32m", "\033[31m", "\033[33m", "\033[0m"};
 constexpr ushort endMark = colourMark + 3;
@@ -54,7 +54,7 @@ void noteError(bool isWritten)
         firstErrno = errno;
 }
 
-/// Does not use QTextStream, which replaces non-ASCII letters by question marks in the C locale.
+/// Does not use QTextStream, which replaces non-ASCII letters with question marks in the C locale.
 void write(const QString &text, std::FILE *stream)
 {
     const bool isWritten = std::fputs(text.toUtf8().constData(), stream) >= 0;

@@ -33,7 +33,7 @@ Progress::~Progress()
 void Progress::step()
 {
     ++done;
-    // Short work needs no bar, and drawing it for every row would slow the work down.
+    // Short work needs no bar, and drawing one for every item would slow the work down.
     if (!possible || sinceStart.elapsed() < patienceMs)
         return;
     if (shown && sinceDrawn.elapsed() < intervalMs)

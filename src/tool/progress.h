@@ -16,7 +16,7 @@ public:
     ~Progress();
     Q_DISABLE_COPY(Progress)
 
-    /// Counts one more item as done. Cheap enough to be called for every row.
+    /// Counts one more item as done. Cheap enough to be called for every row of a workbook.
     void step();
 
 private:

@@ -8,15 +8,16 @@ struct Machine;
 struct ReportKind;
 struct ReportSettings;
 
-/// Returns whether the report counts as made on the last day of the window.
+/// Returns whether an enabled report counts as made on the last day of the window.
 bool countsAsMade(const ReportSettings &settings, const HistoryWindow &window);
 
 /**
  * Checks whether a report that counts as made today has mails: the monthly report counts even if
  * all its mails were refused.
  *
- * Adds no finding if a host says that it has queued mails. Adds none either if the table `emails`
- * has no sent mail of an earlier day, because then the product may delete sent mails.
+ * Adds no finding if a host says that it has queued mails today. Adds none either if the latest
+ * mails contain no sent mail of the report from an earlier day, because then the product may delete
+ * sent mails.
  */
 void checkQueued(const QSqlDatabase &database, const ReportKind &kind,
                  const ReportSettings &settings, const Machine &machine,

@@ -40,7 +40,8 @@ struct ReportStatus {
 /// One report of one schema over the last days.
 struct ReportHistory {
     ReportStatus status;
-    QVector<ReportDay> days; ///< oldest first, today last; empty if the mails could not be read
+    /// Oldest first, today last. Empty if the schema could not be judged or its mails not be read.
+    QVector<ReportDay> days;
 
     /// Returns how many days are in that state.
     int count(DayState state) const;
@@ -54,7 +55,8 @@ class HistoryWindow
 public:
     static constexpr int dayCount = 31;
 
-    /// Covers dayCount days. The last one is the day of `moment`.
+    /// Covers dayCount days. The last one is the day of `moment`. Construct the object on the main
+    /// thread, because the constructor switches languages temporarily.
     explicit HistoryWindow(const QDateTime &moment);
 
     const QDateTime now;

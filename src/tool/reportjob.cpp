@@ -15,7 +15,7 @@ ReportJob::ReportJob(const QSqlDatabase &database, const QDate &date)
 {
     run.isCancelled = &Interruption::isRequested;
     run.progress = [this](int rows) {
-        // The report passes the total, which is known only after the first row.
+        // The bar needs the total, which the report passes only after its first row.
         if (!bar)
             bar = std::make_unique<Progress>(QStringLiteral("rows"), rows);
         bar->step();

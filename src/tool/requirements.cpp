@@ -69,7 +69,7 @@ QVector<UnmetRequirement> Requirements::unmetOf(const QSqlDatabase &database,
         preparations.append(preparation(database, statement));
     const QVector<Answer> answers = answersTo(database, preparations);
     QVector<UnmetRequirement> found;
-    QSet<QString> known; // a missing table makes several statements fail
+    QSet<QString> known; // several statements fail if a table is missing
     for (int i = 0; i < statements.size(); ++i) {
         const QSqlError &error = answers.at(i).error;
         if (answers.at(i).isOk())

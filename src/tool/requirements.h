@@ -31,7 +31,7 @@ bool isMissingRight(const QString &code);
 QStringList tablesOf(const QStringList &statements);
 
 /// Returns an SQL statement that makes the server prepare `statement`, which may have placeholders.
-/// Several such statements can share a packet; the driver would send a packet for each.
+/// Several such statements can share a packet, while QSqlQuery::prepare() sends a packet for each.
 QString preparation(const QSqlDatabase &database, const QString &statement);
 
 /// Returns what `error` says about `statement`, which the server could not prepare.
@@ -40,7 +40,8 @@ UnmetRequirement unmetBy(const QString &statement, const QSqlError &error);
 /// Returns whether the server can prepare all of these queries. Sends them as a single statement.
 bool areReadable(const QSqlDatabase &database, const QStringList &queries);
 
-/// Returns which of these statements the server cannot prepare, and why.
+/// Returns which of these statements the server cannot prepare, and why. Of several statements with
+/// the same error, returns only the first.
 QVector<UnmetRequirement> unmetOf(const QSqlDatabase &database, const QStringList &statements);
 
 } // namespace Requirements

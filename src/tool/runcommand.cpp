@@ -20,7 +20,7 @@
 namespace
 {
 
-/// Includes malformed addresses, so that the printed result counts them as not queued.
+/// Includes malformed addresses, because scheduled runs queue mails to them, too.
 Result<QStringList> chosenRecipients(const Invocation &invocation, const QSqlDatabase &database)
 {
     if (invocation.has("to"))

@@ -19,7 +19,7 @@ struct ReportJudgement {
     const ReportKind *kind = nullptr;
     StoredSettings stored;
     QDateTime next;            ///< when the report is due next; invalid if never
-    QVector<Finding> findings; ///< the most urgent first; empty if all is well
+    QVector<Finding> findings; ///< in descending order of gravity
 };
 
 /// Returns one word for a report: the state of its first problem; without problems, the state of
@@ -36,7 +36,7 @@ struct SchemaJudgement {
     int queued = -1;           ///< mails waiting for the sender; -1 if they cannot be counted
     qint64 oldestSeconds = 0;  ///< age of the oldest waiting mail, by the server's clock
     QVector<Finding> findings; ///< why the reports could not be judged; empty if they could
-    QVector<ReportJudgement> reports; ///< daily first; empty if the settings were not read
+    QVector<ReportJudgement> reports; ///< daily first; empty if they could not be judged
 
     bool hasProblem() const;
     bool isEnabled() const; ///< whether the schema has an enabled report
@@ -45,7 +45,8 @@ struct SchemaJudgement {
 /**
  * Judges schemas: what keeps their reports from going out, what harms them, and what to do.
  *
- * All judging is done here. `status`, `check`, `why` and `history` only show the findings.
+ * All checks of schemas are made here. `status`, `check`, `why` and `history` only show what they
+ * find.
  *
  * Findings of equal gravity are in this order: the row in the table `schemas`, the connection, the
  * settings, the tables and rights, the people, this machine, the hosts, the mails. Judging changes
@@ -56,7 +57,7 @@ class SchemaJudge
 public:
     /// What to look for. Each value includes the previous ones.
     enum class Scope {
-        Problems,  ///< problems of enabled reports; disabled reports are only named
+        Problems,  ///< problems of enabled reports, and which reports are disabled
         Notices,   ///< tables in a cluster, machines that may serve the schema, damaged tables
         AllReports ///< problems of disabled reports, as if they were enabled
     };

@@ -40,7 +40,7 @@ public:
     }
     Q_DISABLE_COPY(Pool)
 
-    /// Waits for the next judgement. Returns null once all threads are done.
+    /// Waits for the next judgement and returns it. Returns null if there are no more.
     const SchemaJudgement *next()
     {
         std::unique_lock guard(mutex);

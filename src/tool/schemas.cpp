@@ -83,7 +83,7 @@ std::optional<Error> Schemas::open() const
         return Error{ConnectionOptions::openError(db)};
     if (options.single)
         return std::nullopt;
-    // Checks the table `schemas` now: a wrong database is one error, not one per schema.
+    // Checks the table `schemas` now, so that a wrong database is one error, not one per schema.
     const auto error = SchemaRegistry(db).check();
     if (!error)
         return std::nullopt;

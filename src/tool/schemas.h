@@ -23,7 +23,8 @@ struct SchemaRow {
     /// unknown.
     qint64 secondsSinceListed = std::numeric_limits<qint64>::max();
 
-    /// Returns why no host can open the schema, or an empty text.
+    /// Returns an error if the name, user or password is empty, because then no host can open the
+    /// schema. Otherwise, and always with "--single", returns an empty text.
     QString error() const;
 };
 
@@ -70,8 +71,8 @@ private:
 /**
  * A connection to one schema. The destructor closes and removes the connection.
  *
- * Use it only on the thread that constructed it, and destroy its queries first. The connection
- * never reconnects.
+ * Use it only on the thread that constructed it. Destroy all queries on the connection before the
+ * object. The connection never reconnects.
  */
 class SchemaConnection
 {

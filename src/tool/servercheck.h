@@ -7,7 +7,8 @@
 // A statement that fails adds no finding, because rights are checked elsewhere, for each schema.
 // `master` must be open.
 
-/// Checks the server itself: reserved words, and its clock against this machine's.
+/// Checks the server itself: its reserved words, and whether its clock and time zone differ from
+/// this machine's.
 QVector<Finding> checkServer(const QSqlDatabase &master);
 
 /// Returns the cipher of the connection; empty if it is not encrypted.

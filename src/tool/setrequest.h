@@ -18,7 +18,8 @@ struct SetRequest {
 void describeSetRequests(QCommandLineParser &parser);
 
 /**
- * The request on the command line or, with "--file", a request for each line of the file.
+ * The request on the command line or, with "--file", a request for each line of the file except
+ * blank lines and comments.
  *
  * The constructor checks every request, up to the first error. If there is an error, `list` must
  * not be used. An error in a file names the line.

@@ -20,6 +20,6 @@ struct StatusLine {
 /// leaves out columns that do not fit, but never schema, report and state.
 QStringList statusTable(const QVector<StatusLine> &lines);
 
-/// Returns everything about one line, for monitors. Moments are in ISO 8601 format with an offset
-/// from UTC, ages in seconds. Absent values are null.
+/// Returns one line as JSON, for monitors. Moments are in ISO 8601 format with an offset from UTC,
+/// ages in seconds. Absent values are null. If the line is a schema, a report's keys are left out.
 QJsonObject statusJson(const StatusLine &line);

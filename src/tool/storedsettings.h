@@ -26,7 +26,7 @@ struct StoredSettings {
 /// The settings of all reports in a schema's table `vars`.
 struct SchemaSettings {
     QVector<StoredSettings> reports; ///< in the order of reportKinds()
-    QMap<QString, QVariant> options; ///< every value in the rows, by full key
+    QMap<QString, QVariant> options; ///< every value that statement() reads, by full key
     QVariant sender;                 ///< of the reports' mails; invalid if it is not stored
 
     /// Return the statement that reads the settings, and the settings in its rows.

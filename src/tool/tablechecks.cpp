@@ -71,7 +71,8 @@ void checkRights(const QSqlDatabase &database, const SchemaTables &tables, Findi
                      remedyOf(*tables.unmarkable, "INSERT, UPDATE", database));
 }
 
-/// Tries to write no row, because some accounts may write even if the server is read-only.
+/// Tries an UPDATE that changes no row, because some accounts may write even if the server is
+/// read-only.
 void checkReadOnly(const QSqlDatabase &database, Findings &findings)
 {
     QSqlQuery query = freshQuery(database);
@@ -127,7 +128,7 @@ void checkStorage(const QSqlDatabase &database, const TableFacts &facts, Finding
         checkNames(database, findings);
 }
 
-/// Adds a finding for each column that cannot hold all characters.
+/// Adds a finding for each column whose character set is not UTF-8.
 void checkLetters(const TableFacts &facts, Findings &findings)
 {
     for (const TableFacts::Column &column : facts.lossyColumns)
@@ -277,7 +278,7 @@ void checkTables(const QSqlDatabase &database, const QVariant &sender, const Sch
 
 QString queueStatement()
 {
-    // The last eight mails include both reports, unless one of them has eight recipients or more.
+    // The last eight mails usually include both reports, unless one has eight recipients or more.
     return QStringLiteral("SELECT COUNT(*), UNIX_TIMESTAMP() - MIN(created), MAX(LENGTH(data)), "
                           "@@max_allowed_packet, (SELECT MAX(size) FROM (SELECT LENGTH(data) AS "
                           "size FROM emails ORDER BY mid DESC LIMIT 8) AS latest) FROM emails "

@@ -15,9 +15,9 @@ struct Answer;
 struct Machine;
 struct SchemaJudgement;
 
-// The checks that SchemaJudge runs. They need a connection that is not read-only: on a read-only
-// one, the server does not check rights to write. If the connection is lost, findings may be wrong
-// or missing. SchemaJudge therefore tests the connection at the end.
+// The checks of the schema's tables that SchemaJudge makes. They need a connection that is not
+// read-only: on a read-only one, the server does not check rights to write. If the connection is
+// lost, findings may be wrong or missing. SchemaJudge therefore tests the connection at the end.
 
 /// What a report can read in a schema.
 struct ReportReading {
@@ -33,7 +33,8 @@ struct SchemaTables {
     std::optional<UnmetRequirement> unqueuable; ///< why reports cannot queue mails
     std::optional<UnmetRequirement> unmarkable; ///< why they cannot store "lastGenerated"
 
-    /// Reads this, and sets `rows` of all `reports`. Their `needs` must be set.
+    /// Queries the server for these members, and sets `rows` of all `reports`, whose `needs` must
+    /// be set.
     static SchemaTables read(const QSqlDatabase &database, QVector<ReportReading> &reports);
 };
 
@@ -57,8 +58,8 @@ struct MailSizes {
 /// Returns the statement whose answer checkQueue() takes.
 QString queueStatement();
 
-/// Counts the waiting mails for `schema`, and checks whether any has waited too long or is too
-/// large.
+/// Stores in `schema` the number of waiting mails and the age of the oldest, and checks whether any
+/// has waited too long or is too large. `answer` is the answer to queueStatement().
 MailSizes checkQueue(const QSqlDatabase &database, const Answer &answer, SchemaJudgement &schema,
                      Findings &findings);
 

@@ -31,8 +31,8 @@ struct TableFacts {
         QString characterSet;
     };
 
-    QVector<Table> unsafeTables;  ///< `emails` or `vars`, if its engine has no transactions
-    QVector<Column> lossyColumns; ///< columns that reports need and that cannot hold all characters
+    QVector<Table> unsafeTables;  ///< `emails` or `vars`, if its engine is not InnoDB
+    QVector<Column> lossyColumns; ///< columns of texts, if their character set is not UTF-8
     bool isReadOnly = false;      ///< whether the server refuses writes by ordinary accounts
     bool isNameUnique = false;    ///< whether a key makes the names in `vars` unique
     // An unknown limit is the largest number, so that it never applies.
@@ -44,7 +44,8 @@ struct TableFacts {
     /// view, because a view depends on other tables.
     QByteArray digest;
 
-    /// Returns the statements that read the facts. The digest covers `tables`.
+    /// Returns the statements that read the facts about `tables`, and whether a key makes the names
+    /// in `vars` unique.
     static QStringList statements(const QStringList &tables);
     /// Returns the facts in the answers to statements(), which must be in the same order.
     static TableFacts of(const QVector<Answer> &answers);

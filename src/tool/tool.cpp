@@ -71,7 +71,7 @@ const Command *find(const QString &name)
     return found == commands.end() ? nullptr : found;
 }
 
-/// Returns the names of the command's arguments: "TOKEN" and "daily|monthly".
+/// Returns the names of the command's arguments, such as "TOKEN" and "daily|monthly".
 QStringList argumentNames(const Command &command)
 {
     const QString words = reportWords().join(QLatin1Char('|'));

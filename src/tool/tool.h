@@ -22,7 +22,8 @@ QString commandIn(const QStringList &arguments);
  * Runs the command `name`, which commandIn() returned. Returns the exit status.
  *
  * Prints results to standard output and everything else to standard error. Call it once, on the
- * main thread, with a QCoreApplication. While it runs, a Messages object handles what is logged.
+ * main thread, with a QCoreApplication. While the command runs, a Messages object handles what is
+ * logged.
  */
 int run(const QString &name, const QStringList &arguments);
 

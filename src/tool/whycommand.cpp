@@ -126,8 +126,8 @@ int sayCause(const QString &text, const QString &remedy)
     return Tool::Look;
 }
 
-/// Prints the findings and, in the last line, the most important one and what to do. Returns the
-/// exit status.
+/// Prints the findings and, in the last line, the most important problem and what to do, or that
+/// nothing prevents the report. Returns the exit status.
 int conclude(const QVector<Finding> &findings, const QDateTime &next)
 {
     for (const Finding &one : findings) {
