@@ -5,7 +5,7 @@
 #include "reports/reportcontent.h"
 #include "reports/reportkind.h"
 
-/// The rows are the people, in the order of the sheet.
+/// One row per person, in the order in which the people are read.
 class MonthlyAttenReport::Content : public ReportContent
 {
 public:

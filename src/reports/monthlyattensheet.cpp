@@ -32,7 +32,7 @@ MonthlyAttenSheet::MonthlyAttenSheet(libxl::IBookT<wchar_t> &targetBook,
         formula = resolveFormula(formula, columns);
 }
 
-/// Lists the columns from left to right. The six interruption ids are fixed; only the extra columns
+/// Adds the columns from left to right. The six interruption ids are fixed; only the extra columns
 /// use the catalogue.
 void MonthlyAttenSheet::addColumns(const MonthlyAttenOptions &options,
                                    const InterruptionCatalogue &catalogue)

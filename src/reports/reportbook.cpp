@@ -55,7 +55,7 @@ QString reportPath(const QString &fileName)
 
 bool saveReportBook(ReportBook book, const QString &path, const char *report)
 {
-    errno = 0; // save() sets errno only on a system error
+    errno = 0; // stays 0 unless save() fails with a system error
     const bool saved = book->save(path.toStdWString().c_str());
     const int error = errno;
     book.reset();

@@ -34,8 +34,7 @@ struct ReportKind {
     const char *className; ///< prefix of its log lines and of its lock's name
     const char *prefix;    ///< of its settings' keys in `vars`, including the final dot
     const ReportSchedule *schedule;
-    CountsAsMade
-        countsWhen; ///< for scheduled runs and makeReport(): when the report counts as made
+    CountsAsMade countsWhen;  ///< applies to scheduled runs and makeReport()
     const BookFormat *format; ///< of its workbook; null if a setting chooses it
 
     /// Creates a report on `database`, owned by `parent` or, if that is null, by the caller.

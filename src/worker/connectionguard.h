@@ -57,5 +57,5 @@ private:
     ServerSocket socket;
     bool forGood = false;
     std::atomic<bool> broken{false};
-    std::atomic<Clock::rep> busySince{0}; ///< ticks of the clock, 0 while idle
+    std::atomic<Clock::rep> busySince{0}; ///< start of the current Use in units of Clock; 0 if none
 };
