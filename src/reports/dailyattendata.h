@@ -51,7 +51,8 @@ public:
     DailyAttenRow row(const DailyAttenPerson &person, int dayOfMonth);
 
     /// Returns the statements that define what a report with these options shows. The first one
-    /// reads the people. Those about one person and one day are for the uid 0 and for `today`.
+    /// reads the people. Those about one person and one day are for the uid 0 and for `today`;
+    /// that of the shifts has placeholders.
     static QStringList statements(const DailyAttenOptions &options, const QDate &today);
     /// Returns the statement that counts the people.
     static QString countStatement(const QDate &today);
