@@ -14,7 +14,7 @@ QStringList hostLines(const Machine &machine);
 /// Returns the answers of the hosts as JSON, without their schemas.
 QJsonArray hostsJson(const Machine &machine);
 
-/// Returns a moment given in Unix seconds as text; "-" for 0.
+/// Returns Output::exactMoment() of a moment in Unix seconds; "-" for 0.
 QString momentText(qint64 seconds);
 
 /// Returns how a run ended: "2026-11-22 07:00:02 CET, 2 mails in 1.2 s", or why it failed. Returns

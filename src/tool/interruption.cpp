@@ -8,7 +8,7 @@ namespace
 constexpr int signals[] = {SIGINT, SIGTERM, SIGHUP};
 constexpr int shellBase = 128;
 
-// Of the type that a signal handler may write to.
+// Its type is the one that a signal handler may write to.
 volatile std::sig_atomic_t noted = 0;
 
 void resetUnlessIgnored(int number)

@@ -4,8 +4,8 @@
 #include "options/connectionoptions.h"
 #include "tool/finding.h"
 
-/// The answers of the hosts of this machine, and the state of the directory for workbooks. Constant
-/// once ask() has returned it, so any thread may read it.
+/// The answers of the hosts of this machine, and the state of the directory for workbooks. Does not
+/// change after ask() has returned it, so any thread may read it.
 struct Machine {
     QVector<HostAnswer> hosts; ///< hosts that serve the command's database
     QStringList silentHosts;   ///< why other hosts, perhaps of this database, could not be asked

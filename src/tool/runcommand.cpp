@@ -99,7 +99,7 @@ int makeRun(const Invocation &invocation, const QSqlDatabase &database)
                            queued > 0 && !complained && invocation.has("mark")
                                ? QStringLiteral("; the report counts as made")
                                : QString()));
-    if (queued > 0 && !Output::flush()) { // or the operator might queue them again
+    if (queued > 0 && !Output::flush()) { // says so, or the operator might queue them again
         Output::error(QStringLiteral("%1 mails were queued nevertheless").arg(queued));
         return Tool::Look;
     }

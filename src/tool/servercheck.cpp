@@ -11,7 +11,7 @@
 namespace
 {
 
-constexpr qint64 clockToleranceSeconds = 5; // NTP and a slow answer cause less
+constexpr qint64 clockToleranceSeconds = 5; // more than NTP and a slow answer cause
 constexpr int connectionsToSpare = 20;      // for the product's users and an operator
 constexpr int connectionsOfScan = 400;      // opened by a scan within a slice of 0.2 s
 
@@ -80,8 +80,8 @@ QVector<Finding> checkConnections(const QSqlDatabase &master, int schemas, int e
 {
     Findings findings(QStringLiteral("server"));
     const QVariant limit = valueOf(master, "SELECT @@max_connections");
-    // One connection to the information database, a short-lived one, those of a slice of the scan,
-    // and one for each worker.
+    // One connection to the information database, a short-lived one, those that a slice of the scan
+    // opens, and one for each worker.
     const int needed = 2 + std::min(schemas, connectionsOfScan) + enabled;
     if (limit.isValid() && needed + connectionsToSpare > limit.toInt())
         findings.add(Gravity::Harm, "connections",

@@ -58,7 +58,7 @@ QString nothingSet(const SchemaConnection &connection)
         .arg(connection.databaseName);
 }
 
-/// Returns the settings that a failed request has changed nevertheless, because the table has no
+/// Returns the settings that a request has changed although it failed, because the table has no
 /// transactions.
 QStringList changed(const VarsTable::Values &before, const VarsTable::Values &now)
 {

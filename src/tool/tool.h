@@ -19,7 +19,7 @@ enum Status {
 QString commandIn(const QStringList &arguments);
 
 /**
- * Runs the command `name`, which commandIn() returned. Returns the exit status.
+ * Runs the command `name`, as returned by commandIn(). Returns the exit status.
  *
  * Prints results to standard output and everything else to standard error. Call it once, on the
  * main thread, with a QCoreApplication. While the command runs, a Messages object handles what is

@@ -163,7 +163,7 @@ int explain(const Invocation &invocation, const Machine &machine, const SchemaJu
     explainHosts(invocation, machine);
     QVector<Finding> findings = report->findings;
     for (const Finding &one : machine.findings()) {
-        if (one.text != machine.temporaryError) // which the report's findings include
+        if (one.text != machine.temporaryError) // the report's findings include that
             findings.append(one);
     }
     return conclude(findings, nextDue(report->stored.settings, now));
