@@ -2,8 +2,6 @@
 
 #include "support/testdata.h"
 
-#include <QDateTime>
-
 #include <limits>
 
 class TestZas : public QObject
@@ -13,7 +11,6 @@ class TestZas : public QObject
 private Q_SLOTS:
     void durations_data()
     {
-        addColumns<qint64, uint, bool, QString>("seconds", "format", "limit24", "text");
         addRow("hours alone lose the sign", Q_INT64_C(-25200), 1U, false, "07");
         addRow("negative below a minute keeps its sign", Q_INT64_C(-59), 2U, false, "-00:00");
         addRow("a whole day is not wrapped", Q_INT64_C(86400), 2U, true, "24:00");
@@ -25,10 +22,8 @@ private Q_SLOTS:
 
     void durations()
     {
-        QFETCH(qint64, seconds);
-        QFETCH(uint, format);
-        QFETCH(bool, limit24);
-        QTEST(ZAS::tsToTimeString(seconds, format, limit24), "text");
+        const auto [seconds, format, limit24, text] = fetch<qint64, uint, bool, QString>();
+        QCOMPARE(ZAS::tsToTimeString(seconds, format, limit24), text);
         const auto thereAndBack = [seconds](uint precision) {
             return ZAS::timeStringToTs(ZAS::tsToTimeString(seconds, precision, false)).value();
         };
@@ -66,7 +61,6 @@ private Q_SLOTS:
     void calendar_data()
     {
         // Midnight, the next and the previous one, the month's first and last day; the weekday.
-        addColumns<QString>("days");
         addRow("2024-03-31 23:59:59", "2024-03-31 2024-04-01 2024-03-30 2024-03-01 2024-03-31 7");
         addRow("2024-10-27 00:00:00", "2024-10-27 2024-10-28 2024-10-26 2024-10-01 2024-10-31 7");
         addRow("2024-03-01 12:00:00", "2024-03-01 2024-03-02 2024-02-29 2024-03-01 2024-03-31 5");
@@ -75,11 +69,12 @@ private Q_SLOTS:
 
     void calendar()
     {
+        const auto [days] = fetch<QString>();
         const uint ts = at(QTest::currentDataTag());
-        const QStringList days{text(ZAS::midnightFromTs(ts)), text(ZAS::nextMidnight(ts)),
-                               text(ZAS::prevMidnight(ts)),   text(ZAS::firstDayOfMonth(ts)),
-                               text(ZAS::lastDayOfMonth(ts)), QString::number(ZAS::dayOfWeek(ts))};
-        QTEST(days.join(' '), "days");
+        const QStringList found{text(ZAS::midnightFromTs(ts)), text(ZAS::nextMidnight(ts)),
+                                text(ZAS::prevMidnight(ts)),   text(ZAS::firstDayOfMonth(ts)),
+                                text(ZAS::lastDayOfMonth(ts)), QString::number(ZAS::dayOfWeek(ts))};
+        QCOMPARE(found.join(' '), days);
     }
 
     /// The C library takes the passage of the half of the year that it was asked for last.

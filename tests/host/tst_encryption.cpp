@@ -47,7 +47,6 @@ private Q_SLOTS:
 
     void serves_data()
     {
-        addColumns<QString, QString>("user", "options");
         addRow("authority", "safe", "--db-ca DIR/ours.pem");
         addRow("certificate", "known",
                "--db-ca DIR/ours.pem --db-cert DIR/client.pem --db-key DIR/client.key");
@@ -56,8 +55,7 @@ private Q_SLOTS:
     /// Scan, check connection and worker: a mail is queued only if each of them came encrypted.
     void serves()
     {
-        QFETCH(QString, user);
-        QFETCH(QString, options);
+        auto [user, options] = fetch<QString, QString>();
         options = certificates.in(" --db-user " + user + ' ' + options);
         info->exec("UPDATE `schemas` SET user = '" + user + "'");
         program = start("serve" + options);
@@ -81,7 +79,6 @@ private Q_SLOTS:
 
     void refused_data()
     {
-        addColumns<QString, QString>("options", "text");
         addRow("not encrypted", "", "Access denied");
         addRow("other authority", "--db-ca DIR/other.pem", "certificate signed by --db-ca?");
         addRow("no such file", "--db-ca DIR/missing.pem", "missing.pem': No such file");
@@ -90,8 +87,7 @@ private Q_SLOTS:
 
     void refused()
     {
-        QFETCH(QString, options);
-        QFETCH(QString, text);
+        const auto [options, text] = fetch<QString, QString>();
         holdRefused("--db-user safe " + options, text);
     }
 
@@ -112,10 +108,9 @@ private:
         HostTest::prepare();
         addPeople(bench->schema, 1);
         enableDailyReport(bench->schema, "a@firma.sk");
-        const QString account =
-            "GRANT ALL ON *.* TO %1@'127.0.0.1' IDENTIFIED BY 'secret' REQUIRE ";
-        info->exec(account.arg("safe") + "SSL");
-        info->exec(account.arg("known") + "X509");
+        const QString grant = "GRANT ALL ON *.* TO %1@'127.0.0.1' IDENTIFIED BY 'secret' REQUIRE ";
+        info->exec(grant.arg("safe") + "SSL");
+        info->exec(grant.arg("known") + "X509");
     }
 
     void holdRefused(const QString &options, const QString &text) const

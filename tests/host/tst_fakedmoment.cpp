@@ -1,8 +1,5 @@
 #include "host/hosttest.h"
 
-#include <QElapsedTimer>
-#include <QXmlStreamReader>
-
 /// From the host's start to the queued mail, at critical moments and in both languages.
 class TestFakedMoment : public HostTest
 {
@@ -11,7 +8,6 @@ class TestFakedMoment : public HostTest
 private Q_SLOTS:
     void bothReports_data()
     {
-        addColumns<QString, QString, QString>("language", "monthly", "daily");
         const auto slovak = [](const char *day, const QString &monthly, const QString &daily) {
             addRow(day, "sk", "Mesačný report dochádzky za " + monthly,
                    "Denný report dochádzky za " + daily);
@@ -27,9 +23,7 @@ private Q_SLOTS:
     /// Due in the same minute, each goes out once; the operator's preview, made today, is the same.
     void bothReports()
     {
-        QFETCH(QString, language);
-        QFETCH(QString, monthly);
-        QFETCH(QString, daily);
+        const auto [language, monthly, daily] = fetch<QString, QString, QString>();
         const QDate today = QDate::fromString(QTest::currentDataTag(), Qt::ISODate);
         const QDateTime moment(today, QTime(7, 0, 5));
         fillCompany(today);
@@ -52,9 +46,8 @@ private Q_SLOTS:
         QCOMPARE(mails, QStringList({"a@firma.sk: " + monthly, "b@firma.sk: " + monthly,
                                      "a@firma.sk: " + daily, "b@firma.sk: " + daily}));
         for (const char *report : {"DailyAtten", "MonthlyAtten"}) {
-            const qint64 after =
-                bench->lastGenerated(report).toLongLong() - moment.toSecsSinceEpoch();
-            QVERIFY2(after >= 0 && after <= served, report);
+            const auto late = bench->lastGenerated(report).toLongLong() - moment.toSecsSinceEpoch();
+            QVERIFY2(late >= 0 && late <= served, report);
         }
 
         const auto before = bench->schema.rows("CHECKSUM TABLE vars, emails");
@@ -104,12 +97,11 @@ private:
     }
 
     /// At least two ticks of a host; its clock runs fast, so that the second one comes soon.
-    void serveAt(const QDateTime &moment, const QString &language)
+    void serveAt(const QDateTime &at, const QString &language)
     {
         QElapsedTimer timer;
         timer.start();
-        environment =
-            TestServer::environment(moment.toString("yyyy-MM-dd HH:mm:ss' x%1'").arg(speed));
+        environment = TestServer::environment(at.toString("yyyy-MM-dd HH:mm:ss' x%1'").arg(speed));
         serveSingle({"--language", language, "--debug", "1"});
         const bool ticked = program->logs("activateReports()", 2);
         QVERIFY(program->stops());
@@ -122,10 +114,8 @@ private:
     {
         const QString file = bench->temporary.filePath(kind + ".xlsx");
         const QString date = day.toString(Qt::ISODate);
-        const QString arguments(
-            "preview %1 %2 --single --db-name %1 --date %3 --language %4 --out %5");
-        const Outcome outcome =
-            run(arguments.arg(bench->schema.name(), kind, date, language, file));
+        const QString line("preview %1 %2 --single --db-name %1 --date %3 --language %4 --out %5");
+        const Outcome outcome = run(line.arg(bench->schema.name(), kind, date, language, file));
         return outcome.status == 0 ? readSheet(file) : QJsonObject();
     }
 

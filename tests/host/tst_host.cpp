@@ -1,10 +1,6 @@
 #include "host/hosttest.h"
 #include "support/relay.h"
 
-#include <QDir>
-#include <QLibraryInfo>
-#include <QRegularExpression>
-
 #include <sys/resource.h>
 
 // The program as a process, judged by its output and its exit status alone.
@@ -15,7 +11,6 @@ class TestProgram : public HostTest
 private Q_SLOTS:
     void commandLine_data()
     {
-        addColumns<QString, int, QString>("arguments", "status", "text");
         const QString most = "serve --db-host h --db-user u --db-name n ";
         const QString all = most + "--db-port 1 ";
         addRow("help", "--help", 0, "--password-file");
@@ -41,16 +36,13 @@ private Q_SLOTS:
 
     void commandLine()
     {
-        QFETCH(QString, arguments);
-        QFETCH(int, status);
-        QFETCH(QString, text);
+        auto [arguments, status, text] = fetch<QString, int, QString>();
         Relay silent(TestServer::port());
         silent.freeze();
         arguments.replace("SILENT", QString::number(silent.port()));
         for (const QString command : {"serve ", "serve --single "}) {
             program = std::make_unique<HostProgram>();
-            program->start(
-                QString(arguments).replace("serve ", command).split(' ', Qt::SkipEmptyParts));
+            program->start(QProcess::splitCommand(QString(arguments).replace("serve ", command)));
             QVERIFY(program->ended());
             QCOMPARE(program->exitCode(), status);
             const QString output = program->output();
@@ -67,7 +59,6 @@ private Q_SLOTS:
 
     void configuration_data()
     {
-        addColumns<QString, QString, QString>("content", "mode", "text");
         const QString way = "[database]\nhost=127.0.0.1\nname=here\nuser=" + TestServer::user +
                             "\nport=" + QString::number(TestServer::port()) + '\n';
         addRow("password", way + "password=secret\n", "", "Unknown database 'here'");
@@ -82,9 +73,7 @@ private Q_SLOTS:
 
     void configuration()
     {
-        QFETCH(QString, content);
-        QFETCH(QString, mode);
-        QFETCH(QString, text);
+        const auto [content, mode, text] = fetch<QString, QString, QString>();
         const QString file = bench->temporary.filePath("passwd"); // open to all in /etc
         writeFile(file, content.toUtf8());
         QVERIFY(QFile::setPermissions(file, mode == "open" ? QFile::ReadOwner | QFile::ReadOther
@@ -101,7 +90,6 @@ private Q_SLOTS:
 
     void serves_data()
     {
-        addColumns<bool, bool, int>("single", "noGlib", "stopSignal");
         addRow("information database", false, false, SIGTERM);
         addRow("the other dispatcher", false, true, SIGINT);
         addRow("one schema", true, false, SIGINT);
@@ -110,9 +98,7 @@ private Q_SLOTS:
 
     void serves()
     {
-        QFETCH(bool, single);
-        QFETCH(bool, noGlib);
-        QFETCH(int, stopSignal);
+        const auto [single, noGlib, stopSignal] = fetch<bool, bool, int>();
         writeFile(bench->temporary.filePath("password"), "secret\r\nmore\n");
         environment.insert("AUTOREPORT_DB_PASSWORD", "wrong");
         if (noGlib)
@@ -120,8 +106,7 @@ private Q_SLOTS:
         const QStringList options{"--debug", "2", "--password-file",
                                   bench->temporary.filePath("password")};
         single ? serveSingle(options) : serve(options);
-        QVERIFY(
-            program->logs(single ? "AutoReport - is info db: NO" : "AutoReport - is info db: YES"));
+        QVERIFY(program->logs(QString("AutoReport - is info db: ") + (single ? "NO" : "YES")));
         // The scan leaves a connection to the schema, which the host must remove.
         QVERIFY(program->logs(single ? "Host - serving" : "DBManager::getDatabase(firm)"));
         program->send(SIGUSR1);

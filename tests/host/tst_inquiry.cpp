@@ -2,9 +2,6 @@
 #include "host/script.h"
 #include "support/relay.h"
 
-#include <QDir>
-#include <QRegularExpression>
-
 #include <cerrno>
 
 #include <unistd.h>
@@ -67,7 +64,6 @@ private Q_SLOTS:
 
     void tellsOfFailures_data()
     {
-        addColumns<QString, QString, QString, QString>("change", "temporary", "cause", "text");
         addRow("directory", "DO 0", "/proc", "workbook", "XLS not saved!; '/proc/");
         addRow("nobody", "DELETE FROM people", "/tmp", "no_people", "no people!");
         addRow("people", "DROP TABLE people", "/tmp", "query", "people SQL ");
@@ -78,10 +74,7 @@ private Q_SLOTS:
 
     void tellsOfFailures()
     {
-        QFETCH(QString, change);
-        QFETCH(QString, temporary);
-        QFETCH(QString, cause);
-        QFETCH(QString, text);
+        const auto [change, temporary, cause, text] = fetch<QString, QString, QString, QString>();
         bench->schema.exec(change);
         environment.insert("TMPDIR", temporary);
         serve({"--metrics", place, "--debug", "1"});
@@ -131,7 +124,6 @@ private Q_SLOTS:
     /// Others in the folder, asked by the program before the host.
     void asksBesideOthers_data()
     {
-        addColumns<QString, QString, int>("other", "error", "answers");
         const QString listen = "import socket, sys\n"
                                "one = socket.socket(socket.AF_UNIX)\n"
                                "one.bind(sys.argv[1])\n"
@@ -153,14 +145,13 @@ private Q_SLOTS:
 
     void asksBesideOthers()
     {
-        QFETCH(QString, other);
-        QFETCH(QString, error);
+        const auto [other, error, answers] = fetch<QString, QString, int>();
         serve();
         QTRY_VERIFY_WITH_TIMEOUT(schema("firm")["served"].toBool(), patienceMs);
         Script beside(other, {folder() + "/0.socket"});
         QVERIFY(!beside.next().isEmpty());
         const QJsonObject found = run("status --json").json();
-        QTEST(found["hosts"].toArray().size(), "answers");
+        QCOMPARE(found["hosts"].toArray().size(), answers);
         const QString silent = found["silentHosts"].toArray()[0].toString();
         QVERIFY2(silent.endsWith(error), qPrintable(silent));
         QVERIFY(program->stops());
@@ -268,8 +259,7 @@ private:
     {
         static const QRegularExpression name(R"(\b(?:autoreport|process)_[a-z_]+)");
         for (const QString file : {"alerts.yml", "grafana.json"}) {
-            auto matches =
-                name.globalMatch(QString::fromUtf8(readFile(AUTOREPORT_MONITORING_DIR "/" + file)));
+            auto matches = name.globalMatch(readFile(AUTOREPORT_MONITORING_DIR "/" + file));
             QVERIFY(matches.hasNext());
             while (matches.hasNext()) {
                 const QString metric = matches.next().captured();

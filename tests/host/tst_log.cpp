@@ -2,8 +2,6 @@
 #include "host/logline.h"
 #include "host/logrepeats.h"
 
-#include <QRegularExpression>
-
 /// The log of a host as its operator reads it: on a terminal or in the service manager's journal.
 class TestLog : public HostTest
 {
@@ -12,7 +10,6 @@ class TestLog : public HostTest
 private Q_SLOTS:
     void namesTheCustomer_data()
     {
-        addColumns<QString, QString>("stream", "head"); // of a critical line
         const QString time = R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d[+-]\d\d:\d\d CRITICAL )";
         addRow("terminal", "", time);
         addRow("journal", "%d:%i", "<3>");
@@ -22,8 +19,7 @@ private Q_SLOTS:
     /// Two customers, one fault: neither hides the other, nor one of its reports the other.
     void namesTheCustomer()
     {
-        QFETCH(QString, stream);
-        QFETCH(QString, head);
+        const auto [stream, head] = fetch<QString, QString>(); // head: of a critical line
         enableBoth(bench->schema);
         const TestDatabase other(TestDatabase::Tables::Schema);
         enableBoth(other);
@@ -34,13 +30,12 @@ private Q_SLOTS:
         serve();
         QTRY_COMPARE_WITH_TIMEOUT(lines(": No such file or directory").size(), 4, patienceMs);
         QVERIFY(program->stops());
-        for (const char *token : {"firm", "second"}) {
-            for (const char *report : {"DailyAttenReport", "MonthlyAttenReport"}) {
-                const QString line =
-                    QString("^%1%2: %3 - XLS not saved!$").arg(head, token, report);
-                QCOMPARE(lines(line).size(), 1);
-                const QString why = QString("%1: %2 - '/no/such/.+': No such").arg(token, report);
-                QCOMPARE(lines(why).size(), 1);
+        const QString unsaved("^%1%2: %3 - XLS not saved!$");
+        const QString why("%1: %2 - '/no/such/.+': No such");
+        for (const QString token : {"firm", "second"}) {
+            for (const QString report : {"DailyAttenReport", "MonthlyAttenReport"}) {
+                QCOMPARE(lines(unsaved.arg(head, token, report)).size(), 1);
+                QCOMPARE(lines(why.arg(token, report)).size(), 1);
             }
         }
         QCOMPARE(lines("^<[2-7]>").size(), head == "<3>" ? lines("").size() : 0);
@@ -72,9 +67,8 @@ private Q_SLOTS:
 
     void textControlsNothing()
     {
-        const QByteArray line =
-            logLine(LogStyle::Journal, QtInfoMsg, "a\nb\x1b[2J\u009b\u202e\u2066č");
-        QCOMPARE(line, QByteArray("<6>a | b\ufffd[2J\ufffd\ufffd\ufffdč\n"));
+        QCOMPARE(logLine(LogStyle::Journal, QtInfoMsg, "a\nb\x1b[2J\u009b\u202e\u2066č"),
+                 QByteArray("<6>a | b\ufffd[2J\ufffd\ufffd\ufffdč\n"));
         for (const QString marks : {"\u061c\u200e", "\u200f\u2028", "\u2029\u2069"})
             QCOMPARE(logLine(LogStyle::Journal, QtInfoMsg, marks), QByteArray("<6>\ufffd\ufffd\n"));
     }

@@ -1,8 +1,6 @@
 #include "host/hosttest.h"
 #include "host/script.h"
 
-#include <QRegularExpression>
-
 /// The host under a service manager, which it notifies.
 class TestService : public HostTest
 {

@@ -1,17 +1,11 @@
 #include "support/hostprogram.h"
 #include "support/testhost.h"
 
-#include <QDir>
-#include <QElapsedTimer>
-
 #include <algorithm>
 
-/**
- * A host at work for long: reports made due again and again, the server restarted, pauses.
- *
- * The suite runs a short form. AUTOREPORT_SOAK_SECONDS=600 AUTOREPORT_SOAK_SCHEMAS=200 is the
- * long one; it prints what the host holds after each round.
- */
+/// A host at work for long: reports made due again and again, the server restarted, pauses.
+/// The suite runs a short form. AUTOREPORT_SOAK_SECONDS=600 AUTOREPORT_SOAK_SCHEMAS=200 is the
+/// long one; it prints what the host holds after each round.
 class TestSoak : public QObject
 {
     Q_OBJECT

@@ -1,8 +1,6 @@
 #include "support/foreignmanager.h"
 #include "support/reportbench.h"
 
-#include <QPluginLoader>
-
 #include <array>
 
 namespace foreign

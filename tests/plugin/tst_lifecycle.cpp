@@ -3,16 +3,12 @@
 #include "support/fullgate.h"
 #include "support/plugintest.h"
 
-#include <QTimer>
-
 #include <algorithm>
 
 constexpr int promptMs = sanitized ? 10000 : 2000;
 
-/**
- * The plug-in with real threads, workers and connections; CTest runs it under both dispatchers.
- * The host lists one schema, "firma", whose daily report is on.
- */
+/// The plug-in with real threads, workers and connections; CTest runs it under both dispatchers.
+/// The host lists one schema, "firma", whose daily report is on.
 class TestLifecycle : public PluginTest
 {
     Q_OBJECT
@@ -232,10 +228,7 @@ private Q_SLOTS:
         const QString isAtPeople = "SELECT 1 FROM information_schema.processlist WHERE info LIKE "
                                    "'SELECT uid, pid, CONCAT%'";
         // Not QTRY_: that looks again, when another worker may be at it.
-        const auto nobodyIs = [&] {
-            return !schema->value(isAtPeople).isValid();
-        };
-        QVERIFY(QTest::qWaitFor(nobodyIs, patienceMs));
+        QVERIFY(QTest::qWaitFor([&] { return !schema->value(isAtPeople).isValid(); }, patienceMs));
 
         stopWithin(promptMs);
         QCOMPARE(logged("did not stop in time"), 0);

@@ -2,10 +2,6 @@
 
 #include "support/plugintest.h"
 
-#include <QDir>
-#include <QPointer>
-#include <QScopeGuard>
-
 #include <atomic>
 
 #include <dlfcn.h>
@@ -73,8 +69,6 @@ class TestShortage : public PluginTest
 private Q_SLOTS:
     void tooFew_data()
     {
-        addColumns<int, int, QString, int, int>("descriptors", "threadLimit", "line", "least",
-                                                "most");
         addRow("file descriptors", 120, -1, "too few file descriptors left (ulimit -n)", 6, 29);
         addRow("threads", 0, 11, "cannot start a thread for a worker", 10,
                10); // one is the watch's
@@ -84,11 +78,7 @@ private Q_SLOTS:
     /// What fits is served, and the next scan serves the others.
     void tooFew()
     {
-        QFETCH(int, descriptors);
-        QFETCH(int, threadLimit);
-        QFETCH(QString, line);
-        QFETCH(int, least);
-        QFETCH(int, most);
+        const auto [files, threadLimit, line, least, most] = fetch<int, int, QString, int, int>();
         constexpr int total = 40;
         enableDailyReport(*schema);
         for (int i = 0; i < total; ++i)
@@ -102,8 +92,8 @@ private Q_SLOTS:
             threadsLeft = -1;
         };
         const auto plenty = qScopeGuard(givePlenty);
-        if (descriptors > 0)
-            limit.rlim_cur = rlim_t(fcntl(0, F_DUPFD, 0)) + rlim_t(descriptors);
+        if (files > 0)
+            limit.rlim_cur = rlim_t(fcntl(0, F_DUPFD, 0)) + rlim_t(files);
         setrlimit(RLIMIT_NOFILE, &limit);
         threadsLeft = threadLimit;
         QVERIFY(plugin->start());

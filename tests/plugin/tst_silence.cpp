@@ -1,8 +1,6 @@
 #include "support/plugintest.h"
 #include "support/relay.h"
 
-#include <QElapsedTimer>
-
 constexpr int stopMs = 12000;
 
 /// Statements, each with its number among those alike on the connections to its database.
@@ -25,7 +23,6 @@ private Q_SLOTS:
 
     void stopsWorkersThatWait_data()
     {
-        addColumns<Moments>("moments");
         // No more in a report than may run at a time on two cores.
         addRow("first",
                Moments{{Relay::login, 3}, // after those of the scan: its own, the manager's
@@ -44,11 +41,10 @@ private Q_SLOTS:
     /// and the next start makes every report that is not out yet.
     void stopsWorkersThatWait()
     {
-        QFETCH(Moments, moments);
-        for (const auto &[statement, ordinal] : moments) {
+        const auto [moments] = fetch<Moments>();
+        for (const auto &[text, ordinal] : moments) {
             addSchema();
-            relay->failAt(schemas.back()->name().toUtf8(), statement, Relay::Fault::Silence,
-                          ordinal);
+            relay->failAt(schemas.back()->name().toUtf8(), text, Relay::Fault::Silence, ordinal);
         }
         addSchema();
         const int workers = static_cast<int>(schemas.size());
@@ -68,7 +64,6 @@ private Q_SLOTS:
 
     void scan_data()
     {
-        addColumns<QByteArray, int>("statement", "ordinal");
         addRow("asks for a schema's row", QByteArray("SELECT * FROM `schemas`"), 2);
         addRow("opens the manager's connection", QByteArray("SELECT ? + ?"), 1);
         addRow("asks whether a report is on", QByteArray("MonthlyAtten.enabled')"), 2);
@@ -77,8 +72,7 @@ private Q_SLOTS:
     /// A scan gives up within seconds, and stop, pause and resume still work.
     void scan()
     {
-        QFETCH(QByteArray, statement);
-        QFETCH(int, ordinal);
+        const auto [statement, ordinal] = fetch<QByteArray, int>();
         for (int i = 0; i < 3; ++i)
             addSchema();
         relay->failAt({}, statement, Relay::Fault::Freeze, ordinal);

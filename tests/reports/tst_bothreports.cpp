@@ -5,9 +5,6 @@
 #include "support/reportbench.h"
 #include "support/testhost.h"
 
-#include <QDir>
-#include <QRegularExpression>
-
 /// What both reports have in common: mails, and errors, which cost no more than they must and are
 /// logged.
 class TestBothReports : public ReportTest
@@ -17,9 +14,6 @@ class TestBothReports : public ReportTest
 private Q_SLOTS:
     void mails_data()
     {
-        // The mail's place in the queue comes first; the daily report's setting "exportUseXLSX"
-        // last.
-        addColumns<int, QString, QString, QString>("mail", "report", "body", "xlsx");
         const QString automatic =
             "%1 report dochádzky sa nachádza v prílohe.\n\n\nTento e-mail bol vygenerovaný "
             "automaticky dochádzkovým systémom ZAS%2.";
@@ -31,9 +25,8 @@ private Q_SLOTS:
 
     void mails()
     {
-        QFETCH(int, mail);
-        QFETCH(QString, report);
-        QFETCH(QString, xlsx);
+        // `mail` is the place in the queue, `xlsx` the daily report's setting "exportUseXLSX".
+        const auto [mail, report, body, xlsx] = fetch<int, QString, QString, QString>();
         bench->set("globalEmail", "mzdy@firma.sk");
         bench->set("exportUseXLSX", xlsx);
         const bool binary = mail == 0 && xlsx == "0";
@@ -46,7 +39,7 @@ private Q_SLOTS:
         const auto queued = bench->schema.rows("SELECT body, `from`, `to`, type, status, aid, "
                                                "uid IS NULL, data FROM emails ORDER BY mid");
         QCOMPARE(queued.size(), 4);
-        QTEST(queued.at(mail).at(0).toString(), "body");
+        QCOMPARE(queued.at(mail).at(0).toString(), body);
         QCOMPARE(queued.at(mail).mid(1, 6),
                  (QVariantList{"mzdy@firma.sk", "a@firma.sk", "E", "Q", 0, 1}));
         QCOMPARE(queued.at(mail + 1).at(2).toString(), QString("b@firma.sk"));
@@ -77,7 +70,6 @@ private Q_SLOTS:
 
     void goOutAllTheSame_data()
     {
-        addColumns<QString, QStringList>("statements", "warnings"); // what all of them begin with
         const QString daily = "DailyAttenReport::makeReport() %1 SQL error: ";
         const QString monthly = "MonthlyAttenReport::makeReport() %1 ERROR: ";
         const QString pseudo = daily.arg("pseudo inters");
@@ -92,8 +84,7 @@ private Q_SLOTS:
                QStringList{daily.arg("overtime"), daily.arg("overtime")});
         addRow("corrections", "ALTER TABLE atten_data DROP duration",
                QStringList{pseudo, inters, pseudo, inters, monthly.arg("atten_data")});
-        addRow("catalogue", "DROP TABLE inters",
-               QStringList{inters, inters, monthly.arg("inters")});
+        addRow("inters", "DROP TABLE inters", QStringList{inters, inters, monthly.arg("inters")});
         addRow("totals", "ALTER TABLE atten_month DROP work",
                QStringList{monthly.arg("atten_month"), monthly.arg("work")});
         const QString wrong = R"(
@@ -113,8 +104,7 @@ private Q_SLOTS:
 
     void goOutAllTheSame()
     {
-        QFETCH(QString, statements);
-        QFETCH(QStringList, warnings);
+        const auto [statements, warnings] = fetch<QString, QStringList>(); // how each begins
         bench->schema.exec(statements);
         makeBoth();
         const QStringList found = bench->log.texts(QtWarningMsg);
@@ -130,7 +120,6 @@ private Q_SLOTS:
     void noMail_data()
     {
         // A queue that takes nothing does not make the monthly report come again.
-        addColumns<QString, QString, QString, bool>("statement", "folder", "line", "monthlyCounts");
         const char *unsaved = "%1 - XLS not saved!";
         addRow("people query", "DROP TABLE people", "", "%1::makeReport() people SQL ", false);
         addRow("no people", "DELETE FROM people", "", "%1 - no people!", false);
@@ -157,9 +146,7 @@ private Q_SLOTS:
 
     void noMail()
     {
-        QFETCH(QString, statement);
-        QFETCH(QString, folder);
-        QFETCH(QString, line);
+        const auto [statement, folder, line, counts] = fetch<QString, QString, QString, bool>();
         bench->schema.exec(statement);
         if (!folder.isEmpty())
             qputenv("TMPDIR", folder.toLocal8Bit());
@@ -178,12 +165,11 @@ private Q_SLOTS:
         }
         QCOMPARE(bench->mails(), 0);
         QVERIFY(!bench->lastGenerated("DailyAtten").isValid());
-        QTEST(bench->lastGenerated("MonthlyAtten").isValid(), "monthlyCounts");
+        QCOMPARE(bench->lastGenerated("MonthlyAtten").isValid(), counts);
     }
 
     void names_data()
     {
-        addColumns<QString, QString>("name", "shown"); // null: an empty cell
         for (const char *kept : {"O'Brien \"Jano\" \\", "%1 %2 %s", "=1+1", "_x0041_ & <b>"})
             addRow(kept, kept, kept);
         addRow("emoji, of which the driver has no notion", "EMOJI", "?");
@@ -193,8 +179,7 @@ private Q_SLOTS:
 
     void names()
     {
-        QFETCH(QString, name);
-        QFETCH(QString, shown);
+        auto [name, shown] = fetch<QString, QString>(); // shown: null for an empty cell
         bench->schema.exec("ALTER TABLE people MODIFY name TEXT");
         name.replace('\\', "\\\\").replace('\'', "\\'");
         bench->schema.exec("UPDATE people SET surname = '', name = REPLACE('" + name +

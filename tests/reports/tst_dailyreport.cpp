@@ -2,8 +2,6 @@
 
 #include "support/reportbench.h"
 
-#include <QtMath>
-
 class TestDailyReport : public ReportTest
 {
     Q_OBJECT
@@ -11,7 +9,6 @@ class TestDailyReport : public ReportTest
 private Q_SLOTS:
     void rows_data()
     {
-        addColumns<QString, QString>("options", "cells"); // what the options change: column, value
         addRow("no options", "", "{}");
         addRow("decimal time", "dattenIsTimeDec",
                R"({"H": 7, "I": 1, "J": 1, "K": 0.016666666666666666, "M": 2, "N": 1})");
@@ -28,8 +25,7 @@ private Q_SLOTS:
     /// The row of the second day and the first person: the sheet has four people a day.
     void rows()
     {
-        QFETCH(QString, options);
-        QFETCH(QString, cells);
+        const auto [options, cells] = fetch<QString, QString>(); // what the options change
         const QJsonObject sheet = sheetWith(options, "xlsx");
         const char *plain =
             R"({"A": 101, "B": "Novák Ján Ing.", "C": "Výroba", "D": "3", "E": "Majster",
@@ -66,8 +62,7 @@ private Q_SLOTS:
                                      {"H6", "right bottom, #0.00"}};
         for (const QStringList &look : looks)
             QCOMPARE(cellValue(sheet, look[0], "look"), QJsonValue(font + look[1]));
-        QCOMPARE(shownWidths(sheet),
-                 QString("B17 C20 D10 E20 F20 G4 H20 I20 J20 K20 L20 M20 N20 O26"));
+        QCOMPARE(widths(sheet), QString("B17 C20 D10 E20 F20 G4 H20 I20 J20 K20 L20 M20 N20 O26"));
         checkPage(sheet);
     }
 

@@ -11,7 +11,6 @@ private Q_SLOTS:
     {
         // A setting (key=value), what differs in the first person's row (column: value), and the
         // headings between column U and the last one.
-        addColumns<QDate, QString, QString, QStringList>("month", "option", "first", "extras");
         const QDate leap(2024, 2, 1);
         const QString trip = "Služobná cesta";
         addRow("payroll number, 25-hour day", october, "monthAttenUsePamID=1", "{}", QStringList());
@@ -25,10 +24,7 @@ private Q_SLOTS:
 
     void sheet()
     {
-        QFETCH(QDate, month);
-        QFETCH(QString, option);
-        QFETCH(QString, first);
-        QFETCH(QStringList, extras);
+        const auto [month, option, first, extras] = fetch<QDate, QString, QString, QStringList>();
         bench->set(option.section('=', 0, 0), option.section('=', 1));
         const QJsonObject sheet = sheetOf(month);
 
@@ -79,7 +75,7 @@ private Q_SLOTS:
             looks[cell] = ", center top wrap, #0.00, thin FF000000";
         for (auto look = looks.cbegin(); look != looks.cend(); ++look)
             QCOMPARE(cellValue(sheet, look.key(), "look"), QJsonValue(font + look.value()));
-        QCOMPARE(shownWidths(sheet),
+        QCOMPARE(widths(sheet),
                  QString("A10 B20 C23 D12 K28 M24 N18 O18 P18 Q24 R18 S18 T18 V16 W2 X12"));
         QCOMPARE(sheet.value("rowHeights").toObject(), QJsonObject({{"1", 16}}));
         QVERIFY(!sheet.value("showGridLines").toBool());

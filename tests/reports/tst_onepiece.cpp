@@ -6,9 +6,6 @@
 #include "support/reportbench.h"
 #include "support/testhost.h"
 
-#include <QScopeGuard>
-#include <QThread>
-
 #include <future>
 
 /// A run reaches the database as a whole or not at all, and only one host makes it.
@@ -19,7 +16,6 @@ class TestOnePiece : public ReportTest
 private Q_SLOTS:
     void rolledBackByServer_data()
     {
-        addColumns<QString, bool>("competitor", "scheduled");
         const char *lock = "UPDATE locks SET value = 2 WHERE id = 1";
         addRow("deadlock, scheduled", lock, true);
         addRow("deadlock, by hand", lock, false);
@@ -30,8 +26,7 @@ private Q_SLOTS:
     /// The server rolls the whole transaction back; later statements would autocommit.
     void rolledBackByServer()
     {
-        QFETCH(QString, competitor);
-        QFETCH(bool, scheduled);
+        const auto [competitor, scheduled] = fetch<QString, bool>();
         const TestDatabase &schema = bench->schema;
         const QString workbook = bench->temporary.filePath("book.xlsx");
         writeFile(workbook, "workbook");
@@ -46,6 +41,7 @@ private Q_SLOTS:
         const QString waits = "SELECT 1 FROM information_schema.innodb_trx JOIN "
                               "information_schema.processlist ON id = trx_mysql_thread_id WHERE "
                               "trx_state = 'LOCK WAIT' AND db = DATABASE()";
+        const QString line("%1::makeReport() - the server rolled the run back, no mail queued!");
         for (const ReportKind *kind : reportKinds()) {
             makeDue(schema);
             const auto queue = [&] {
@@ -65,8 +61,6 @@ private Q_SLOTS:
             other.commit();
             QCOMPARE(run.get(), 0);
             QVERIFY(won);
-            const QString line(
-                "%1::makeReport() - the server rolled the run back, no mail queued!");
             QCOMPARE(
                 bench->log.count(scheduled ? QtInfoMsg : QtWarningMsg, line.arg(kind->className)),
                 1);
@@ -97,7 +91,6 @@ private Q_SLOTS:
 
     void waitsAtTheGate_data()
     {
-        addColumns<QString, bool>("report", "stopped");
         for (const QString &word : reportWords()) {
             addRow(qPrintable(word + ", goes out later"), word, false);
             addRow(qPrintable(word + ", stopped"), word, true);
@@ -106,8 +99,7 @@ private Q_SLOTS:
 
     void waitsAtTheGate()
     {
-        QFETCH(QString, report);
-        QFETCH(bool, stopped);
+        const auto [report, stopped] = fetch<QString, bool>();
         const ReportKind &kind = *reportKindOf(report);
         addPeople(bench->schema, 2);
         enableBothReports(bench->schema, "a@firma.sk");

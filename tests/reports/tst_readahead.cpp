@@ -192,7 +192,6 @@ class TestReadAhead : public ReportTest
 private Q_SLOTS:
     void sameBothWays_data()
     {
-        addColumns<unsigned, QString, QString>("seed", "uids", "moments");
         const int count = qEnvironmentVariable("AUTOREPORT_SEEDS", "25").toInt();
         const unsigned first = qEnvironmentVariable("AUTOREPORT_FIRST_SEED", "1").toUInt();
         for (unsigned seed = first; seed < first + unsigned(count); ++seed)
@@ -203,9 +202,7 @@ private Q_SLOTS:
 
     void sameBothWays()
     {
-        QFETCH(unsigned, seed);
-        QFETCH(QString, uids);
-        QFETCH(QString, moments);
+        const auto [seed, uids, moments] = fetch<unsigned, QString, QString>();
         Company company(seed, uids, moments);
         bench->schema.exec(company.sql());
         DailyAttenData data(bench->database, company.options, company.today, [] { return false; });
@@ -236,15 +233,13 @@ private Q_SLOTS:
 
     void statements_data()
     {
-        addColumns<QString, int>("statement", "expected");
         constexpr int ahead = 2 * 2 * 4; // batches of people, spans of days, values
         addRow("ordinary days", "DO 0", ahead);
         addRow("a second row of attendance",
                "INSERT INTO atten (uid, date, dom, diff) "
                "SELECT uid, date + 7, dom, 1 FROM atten LIMIT 1",
                ahead + 1);
-        addRow("a sum of fractions", "UPDATE atten_data SET duration = 0.1 WHERE uid = 3",
-               ahead + 30);
+        addRow("fractions", "UPDATE atten_data SET duration = 0.1 WHERE uid = 3", ahead + 30);
         addRow("no column", "ALTER TABLE atten DROP ok", ahead + 600 * 30);
     }
 
@@ -252,7 +247,7 @@ private Q_SLOTS:
     /// otherwise.
     void statements()
     {
-        QFETCH(QString, statement);
+        const auto [statement, expected] = fetch<QString, int>();
         const QDate today(2026, 11, 30);
         bench->schema.exec(R"(
             INSERT INTO people (uid, name, surname) SELECT seq, '', '' FROM seq_1_to_600;
@@ -274,7 +269,7 @@ private Q_SLOTS:
             for (const DailyAttenPerson &person : data.people())
                 data.row(person, day);
         }
-        QTEST(selects() - before, "expected");
+        QCOMPARE(selects() - before, expected);
     }
 
 private:

@@ -2,8 +2,6 @@
 
 #include "support/testdata.h"
 
-#include <QElapsedTimer>
-
 #include <atomic>
 #include <chrono>
 #include <deque>

@@ -2,8 +2,6 @@
 
 #include "support/testdata.h"
 
-#include <QScopeGuard>
-
 #include <limits>
 
 Q_DECLARE_METATYPE(ScheduleVerdict)
@@ -15,8 +13,6 @@ class TestReportSchedule : public QObject
 private Q_SLOTS:
     void rules_data()
     {
-        addColumns<QString, QString, QString, ScheduleVerdict, int>("time", "last", "now", "reason",
-                                                                    "wait");
         const int hour = 3600;
         const auto due = ScheduleVerdict::Due;
         const auto done = ScheduleVerdict::AlreadyGenerated;
@@ -26,28 +22,23 @@ private Q_SLOTS:
         addRow("on time", "07:00", day, "2023-11-15 07:00", due, 0);
         addRow("seconds in the time", "07:00:30", day, "2023-11-15 07:00:29", early, 1);
         addRow("made today", "07:00", "2023-11-15 07:00:05", "2023-11-15 08:00", done, 23 * hour);
-        addRow("made 60 s before the moment", "07:00", "2023-11-15 06:59", "2023-11-15 07:00", done,
-               24 * hour);
+        addRow("60 s before", "07:00", "2023-11-15 06:59", "2023-11-15 07:00", done, 24 * hour);
         addRow("61 s", "07:00", "2023-11-15 06:58:59", "2023-11-15 07:00", due, 0);
         addRow("no time: the first tick", "", "2023-11-14 23:00", "2023-11-15 00:00:03", due, 0);
         addRow("25:00: once", "25:00", "2023-11-15 00:00:04", "2023-11-15 18:00", done, 6 * hour);
         addRow("7: none either", "7", "2023-11-14 23:00", "2023-11-15 00:00", due, 0);
-        addRow("made in the future", "07:00", "2024-06-01 08:00", "2024-05-31 08:00", done,
-               47 * hour);
+        addRow("in the future", "07:00", "2024-06-01 08:00", "2024-05-31 08:00", done, 47 * hour);
         addRow("long night", "07:00", "2024-10-26 07:00:01", "2024-10-26 08:00", done, 24 * hour);
         addRow("in the gap", "02:30", "2024-03-30 02:30:01", "2024-03-31 01:59", early, 60);
-        addRow("before both passages", "02:30", "2024-10-26 02:30:01", "2024-10-27 01:30", early,
-               hour);
+        addRow("before both", "02:30", "2024-10-26 02:30:01", "2024-10-27 01:30", early, hour);
     }
 
     void rules()
     {
-        QFETCH(QString, time);
-        QFETCH(QString, last);
-        QFETCH(QString, now);
-        QFETCH(int, wait);
+        const auto [time, last, now, reason, wait] =
+            fetch<QString, QString, QString, ScheduleVerdict, int>();
         ReportSettings settings = settingsWith(time, local(last));
-        QTEST(scheduleVerdict(settings, local(now)), "reason");
+        QCOMPARE(scheduleVerdict(settings, local(now)), reason);
 
         const QDateTime next = nextDue(settings, local(now));
         QCOMPARE(local(now).secsTo(next), qint64(wait));
@@ -64,7 +55,6 @@ private Q_SLOTS:
 
     void oncePerDay_data()
     {
-        addColumns<QDate, int, QString, QString>("date", "hours", "time", "firstTick");
         const QDate azores(2015, 10, 25); // 00:00 to 01:00 comes twice
         const QDate spring(2024, 3, 31);
         addRow("23 hours, in the gap", spring, 23, "02:30", "03:00");
@@ -78,9 +68,7 @@ private Q_SLOTS:
     /// Ticks through the whole day, as a worker does: the report must go out once and not later.
     void oncePerDay()
     {
-        QFETCH(QDate, date);
-        QFETCH(int, hours);
-        QFETCH(QString, time);
+        const auto [date, hours, time, firstTick] = fetch<QDate, int, QString, QString>();
         const auto zone = qScopeGuard([] { qputenv("TZ", "Europe/Bratislava"); });
         qputenv("TZ", date.year() == 2015 ? "Atlantic/Azores" : "Europe/Bratislava");
         ReportSettings settings = settingsWith(time, date.addDays(-1).startOfDay());
@@ -97,7 +85,6 @@ private Q_SLOTS:
             made.append(now.toString("HH:mm"));
             settings.lastGenerated = tick + 2;
         }
-        QFETCH(QString, firstTick);
         QCOMPARE(made, QStringList{firstTick});
     }
 

@@ -3,9 +3,6 @@
 #include "support/testdata.h"
 #include "support/testserver.h"
 
-#include <QProcess>
-#include <QtTest>
-
 #include <csignal>
 
 /// The program as a process, judged by its output and its exit status alone.
@@ -43,20 +40,15 @@ public:
     /// Returns whether the text appears in the log so often, before the program ends.
     bool logs(const QString &text, int times = 1)
     {
-        const auto over = [&] {
-            return process.state() == QProcess::NotRunning;
-        };
-        const auto seen = [&] {
-            return readLog().count(text) >= times;
-        };
-        return QTest::qWaitFor([&] { return seen() || over(); }, patienceMs) && seen();
+        return QTest::qWaitFor([&] { return readLog().count(text) >= times || isOver(); },
+                               patienceMs) &&
+               readLog().count(text) >= times;
     }
 
     /// Returns whether the program ended without being killed.
     bool ended(int timeoutMs = patienceMs)
     {
-        const bool end =
-            process.state() == QProcess::NotRunning || process.waitForFinished(timeoutMs);
+        const bool end = isOver() || process.waitForFinished(timeoutMs);
         readLog();
         return end && process.exitStatus() == QProcess::NormalExit;
     }
@@ -80,5 +72,7 @@ public:
     QString log;
 
 private:
+    bool isOver() const { return process.state() == QProcess::NotRunning; }
+
     QProcess process;
 };

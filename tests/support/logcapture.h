@@ -5,13 +5,10 @@
 #include <utility>
 #include <vector>
 
-/**
- * Collects what every thread logs during its lifetime, instead of printing it.
- *
- * One object at a time, which goes last. The test then fails when a database connection, not of the
- * bench's own, is left registered, or when Qt complained that one is still in use, or of a wrong
- * thread for it or for an object. Of a failed test all is printed.
- */
+/// Collects what every thread logs during its lifetime, instead of printing it.
+/// One object at a time, which goes last. The test then fails when a database connection, not of
+/// the bench's own, is left registered, or when Qt complained that one is still in use, or of a
+/// wrong thread for it or for an object. Of a failed test all is printed.
 class LogCapture
 {
 public:

@@ -8,14 +8,10 @@
 #include <mutex>
 #include <thread>
 
-/**
- * A TCP relay to the private server that can be made to fail. It listens on the loopback interface,
- * in its own thread.
- *
- * Frozen, it behaves like a server process that is stopped or a network that drops packets:
- * connections stay, new ones are accepted, nothing is forwarded. It reads what clients send, so
- * that it fails at the statement that the test names.
- */
+/// A TCP relay to the private server that can be made to fail. It listens on the loopback
+/// interface, in its own thread. Frozen, it behaves like a server process that is stopped or a
+/// network that drops packets: connections stay, new ones are accepted, nothing is forwarded. It
+/// reads what clients send, so that it fails at the statement that the test names.
 class Relay
 {
 public:

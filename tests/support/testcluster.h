@@ -4,10 +4,8 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-/**
- * A Galera cluster of three nodes for one test: all databases created during its lifetime are on
- * it. Nodes are numbered from 0. The bench's own connections are to the last one, which stays.
- */
+/// A Galera cluster of three nodes for one test: all databases created during its lifetime are on
+/// it. Nodes are numbered from 0. The bench's own connections are to the last one, which stays.
 class TestCluster
 {
 public:

@@ -9,12 +9,9 @@
 
 #include <functional>
 
-/**
- * The private database server that the tests of one run share.
- *
- * AUTOREPORT_TEST_SERVER names its folder. An error here is an error of the bench, not of the code
- * under test: the program prints it and ends at once.
- */
+/// The private database server that the tests of one run share.
+/// AUTOREPORT_TEST_SERVER names its folder. An error here is an error of the bench, not of the code
+/// under test: the program prints it and ends at once.
 namespace TestServer
 {
 
@@ -29,8 +26,7 @@ int port();
 QSqlDatabase addConnection(const QString &connectionName, const QString &databaseName);
 
 /// Calls `work` with an open connection of its own, which the calling thread may use.
-void onConnection(const QString &databaseName,
-                  const std::function<void(const QSqlDatabase &)> &work);
+void onConnection(const QString &database, const std::function<void(const QSqlDatabase &)> &work);
 
 /// The options of the program that lead to that database, and its environment with the password;
 /// the clock is set to `moment` unless it is empty.
@@ -54,12 +50,9 @@ private:
     void run(const char *command, const QStringList &serverOptions = {}) const;
 };
 
-/**
- * A database for one test, dropped by the destructor.
- *
- * It keeps a connection of its own, to be used on the thread that made the object alone. A failed
- * statement ends the test program.
- */
+/// A database for one test, dropped by the destructor.
+/// It keeps a connection of its own, to be used on the thread that made the object alone. A failed
+/// statement ends the test program.
 class TestDatabase
 {
 public:

@@ -2,12 +2,9 @@
 
 #include "host/hosttest.h"
 
-/**
- * What tests of the operator's commands share: a schema as it is on a good day, with one person and
- * a report made this morning.
- *
- * The moment is a morning in 2023, so that what is due does not depend on when the tests run.
- */
+/// What tests of the operator's commands share: a schema as it is on a good day, with one person
+/// and a report made this morning. The moment is a morning in 2023, so that what is due does not
+/// depend on when the tests run.
 class ToolTest : public HostTest
 {
     Q_OBJECT

@@ -3,8 +3,6 @@
 #include "tool/reportjob.h"
 #include "tool/tooltest.h"
 
-#include <QRegularExpression>
-
 /// The rights that docs/operations.md grants to the account, exactly these.
 class TestRights : public ToolTest
 {

@@ -8,7 +8,6 @@ class TestToolAlike : public ToolTest
 private Q_SLOTS:
     void oneOfMany_data()
     {
-        addColumns<QString, QString, QString>("change", "daily", "monthly");
         addRow("none", "DO 0", "well", "well");
         addRow("column of both", "ALTER TABLE people DROP surname", "tables", "tables");
         addRow("column of one", "ALTER TABLE atten_month DROP bonus", "well", "tables");
@@ -41,11 +40,9 @@ private Q_SLOTS:
     /// The first and the last schema differ from the others.
     void oneOfMany()
     {
-        QFETCH(QString, change);
-        QFETCH(QString, daily);
-        QFETCH(QString, monthly);
-        const QString interruptions = "REPLACE INTO vars VALUES ('dattenInters', '1')";
-        bench->schema.exec(interruptions);
+        auto [change, daily, monthly] = fetch<QString, QString, QString>();
+        enableBoth();
+        bench->set("dattenInters", "1");
         const TestDatabase other(TestDatabase::Tables::Schema);
         const QString copy = "INSERT INTO `%1`.%3 SELECT * FROM `%2`.%3";
         for (const QString table : {"vars", "people"})
@@ -67,13 +64,6 @@ private Q_SLOTS:
             ++lines;
         }
         QCOMPARE(lines, 2 * (alike.size() + 3));
-    }
-
-private:
-    void prepare() override
-    {
-        ToolTest::prepare();
-        enableBoth();
     }
 };
 

@@ -1,8 +1,5 @@
 #include "tool/tooltest.h"
 
-#include <QFileInfo>
-#include <QRegularExpression>
-
 /// Wrong command lines, where output goes to, and what the commands that only read print.
 class TestToolAnswers : public ToolTest
 {
@@ -11,16 +8,13 @@ class TestToolAnswers : public ToolTest
 private Q_SLOTS:
     void usage_data()
     {
-        addColumns<QString, QString>("arguments", "text");
         const auto guess = [](const char *text, const char *meant) {
             return QString("%1\nDid you mean '%2'?\n").arg(text, meant);
         };
         addRow("command", "chekc --json", guess("unknown command 'chekc'", "check"));
-        addRow("option", "status --nonsense",
-               "unknown option 'nonsense'\nUsage: autoreport status ");
+        addRow("option", "status --absurd", "unknown option 'absurd'\nUsage: autoreport status ");
         addRow("near option", "status --jsno", guess("unknown option 'jsno'", "--json"));
-        addRow("begun option", "why firm daily --time",
-               guess("unknown option 'time'", "--timeout"));
+        addRow("begun", "why firm daily --time", guess("unknown option 'time'", "--timeout"));
         addRow("report", "why firm Dayly",
                guess("there is no report 'Dayly', only daily or monthly", "daily"));
         addRow("out", "preview firm daily --out x.ods", "end with .xlsx or .xls");
@@ -33,7 +27,7 @@ private Q_SLOTS:
         addRow("near schema", "run Fimr daily --yes", guess("no active schema 'Fimr'", "firm"));
         addRow("near schema's history", "history frim", guess("'frim'", "firm"));
         for (const QString empty : {"why '' daily", "history ''", "check ''", "status --schema ''"})
-            QTest::newRow(qPrintable(empty)) << empty << "the schema's token is empty\nUsage: ";
+            addRow(qPrintable(empty), empty, "the schema's token is empty\nUsage: ");
         addRow("two formats", "history --json --html x", "--json and --html exclude");
         addRow("injection", "preview x'OR''=' daily --out x.xls", "no active schema 'x'OR''=''");
         addRow("set", "set", "name the schema and the report");
@@ -50,8 +44,7 @@ private Q_SLOTS:
         addRow("no file", "set --file /no/such", "cannot read '/no/such': No such file");
         addRow("empty file", "set --file /dev/null", "'/dev/null' contains no requests");
         addRow("file and schema", "set --file LINES firm", "'firm' must not be given with --file");
-        addRow("file and option", "set --file LINES --disable",
-               "'--disable' must not be given with");
+        addRow("file, option", "set --file LINES --disable", "'--disable' must not be given with");
         addRow("line", "set --file LINES",
                guess("line 3 of 'LINES': unknown option 'tiem'", "--time"));
     }
@@ -59,8 +52,7 @@ private Q_SLOTS:
     /// Whatever is wrong, nothing is stored, not even what comes before it.
     void usage()
     {
-        QFETCH(QString, arguments);
-        QFETCH(QString, text);
+        auto [arguments, text] = fetch<QString, QString>();
         const QString path = bench->temporary.filePath("lines");
         writeFile(path, "firm daily --disable\n\nfirm daily --tiem 08:00\n");
         const auto before = bench->schema.rows("CHECKSUM TABLE vars, emails");
@@ -74,7 +66,6 @@ private Q_SLOTS:
 
     void lostOutputIsAnError_data()
     {
-        addColumns<QString, int>("arguments", "schemas");
         addRow("a buffer's", "status", 1);
         addRow("more than a buffer holds", "status --json", 30);
         addRow("of a change", "set firm daily --format xls", 1);
@@ -85,8 +76,7 @@ private Q_SLOTS:
 
     void lostOutputIsAnError()
     {
-        QFETCH(QString, arguments);
-        QFETCH(int, schemas);
+        const auto [arguments, schemas] = fetch<QString, int>();
         for (int i = 1; i < schemas; ++i)
             info->addSchemas({QString::number(i)}, bench->schema.name());
         const Outcome outcome = run(arguments, "/dev/full");
@@ -97,7 +87,6 @@ private Q_SLOTS:
 
     void targets_data()
     {
-        addColumns<QString, bool>("making", "taken");
         addRow("new", "true", true);
         addRow("file", "touch p.xls", true);
         addRow("link to a file", "touch file; ln -s file p.xls", true);
@@ -110,8 +99,7 @@ private Q_SLOTS:
     /// Devices and FIFOs are not replaced by what a command writes.
     void targets()
     {
-        QFETCH(QString, making);
-        QFETCH(bool, taken);
+        const auto [making, taken] = fetch<QString, bool>();
         for (const QString command : {"preview firm daily --out ", "history --html "}) {
             const QTemporaryDir folder;
             QCOMPARE(QProcess::execute("sh", {"-c", "cd " + folder.path() + "; " + making}), 0);

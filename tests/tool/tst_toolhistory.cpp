@@ -1,8 +1,5 @@
 #include "tool/tooltest.h"
 
-#include <QRegularExpression>
-#include <QUrl>
-
 /// What the mails of the last days say, in a terminal, as JSON and in a browser.
 class TestToolHistory : public ToolTest
 {
@@ -13,7 +10,6 @@ private Q_SLOTS:
     /// of the days up to the 15th; all days before it are not due.
     void strips_data()
     {
-        addColumns<QString, QString, QString>("mails", "change", "strip");
         const QString none = "DO 0";
         const QString set = "UPDATE vars SET value = '%1' WHERE name LIKE '%.%2'";
         const QString longAgo = set.arg("1699768802", "lastGenerated"); // the 12th
@@ -37,9 +33,7 @@ private Q_SLOTS:
 
     void strips()
     {
-        QFETCH(QString, mails);
-        QFETCH(QString, change);
-        QFETCH(QString, strip);
+        const auto [mails, change, strip] = fetch<QString, QString, QString>();
         enableBoth();
         bench->schema.exec(change);
         bench->schema.exec("ALTER TABLE vars FORCE"); // forgets when it was written
@@ -135,8 +129,7 @@ private Q_SLOTS:
         const TestDatabase second(TestDatabase::Tables::Schema);
         info->addSchemas({"broken"}, second.name());
         second.exec("DROP TABLE vars");
-        addMail("Denný report dochádzky za 13. 11. 2023", "S",
-                QDateTime(QDate(2023, 11, 13), {7, 0}));
+        addMail("Denný report dochádzky za 13. 11. 2023", "S", QDate(2023, 11, 13).startOfDay());
         const QString path = bench->temporary.filePath("page.html");
         const Outcome outcome = run("history --html " + path);
         QCOMPARE(outcome.output, path + '\n');

@@ -8,9 +8,6 @@
 #include "tool/requirements.h"
 #include "tool/tooltest.h"
 
-#include <QDir>
-#include <QRegularExpression>
-
 /// The commands that make reports and configure them.
 class TestToolReports : public ToolTest
 {
@@ -19,7 +16,6 @@ class TestToolReports : public ToolTest
 private Q_SLOTS:
     void previewWritesOneFileOnly_data()
     {
-        addColumns<QString, QString, bool>("change", "error", "made");
         addRow("well", "DO 0", "", true);
         addRow("a value lost", "DROP TABLE brape", ".brape'", true);
         addRow("no people", "DELETE FROM people", "no people!", false);
@@ -27,9 +23,7 @@ private Q_SLOTS:
 
     void previewWritesOneFileOnly()
     {
-        QFETCH(QString, change);
-        QFETCH(QString, error);
-        QFETCH(bool, made);
+        const auto [change, error, made] = fetch<QString, QString, bool>();
         bench->schema.exec(change);
         const QString path = bench->temporary.filePath("p.xls");
         const Outcome outcome = run("preview firm daily --out " + path);
@@ -44,7 +38,6 @@ private Q_SLOTS:
 
     void runQueues_data()
     {
-        addColumns<QString, QString, QString, bool>("options", "change", "mails", "marked");
         const QString none = "DO 0";
         const QString two =
             "UPDATE vars SET value = ' a@firma.sk, ,b@firma.sk' WHERE name LIKE '%emails'";
@@ -60,9 +53,7 @@ private Q_SLOTS:
 
     void runQueues()
     {
-        QFETCH(QString, options);
-        QFETCH(QString, change);
-        QFETCH(QString, mails);
+        const auto [options, change, mails, marked] = fetch<QString, QString, QString, bool>();
         const int status = mails.isEmpty() ? 1 : 0;
         bench->schema.exec(change);
         const Outcome outcome = run("run firm " + options);
@@ -72,7 +63,7 @@ private Q_SLOTS:
                             "dochádzky za', '') ORDER BY mid SEPARATOR '|') FROM emails";
         QCOMPARE(change.startsWith("DROP") ? QString() : bench->schema.value(sql).toString(),
                  mails);
-        QTEST(bench->lastGenerated("DailyAtten").toLongLong() > 1700028002, "marked");
+        QCOMPARE(bench->lastGenerated("DailyAtten").toLongLong() > 1700028002, marked);
         QVERIFY(QDir(bench->temporary.path()).isEmpty());
     }
 
@@ -102,7 +93,6 @@ private Q_SLOTS:
 
     void interruptionLeavesNothing_data()
     {
-        addColumns<QString, QString, QString>("arguments", "table", "engine");
         addRow("daily", "run firm daily --yes", "atten", "InnoDB");
         addRow("monthly", "run firm monthly --to a@firma.sk", "atten_month", "InnoDB");
         addRow("preview", "preview firm daily --out DIR/p.xlsx", "atten", "InnoDB");
@@ -112,9 +102,7 @@ private Q_SLOTS:
 
     void interruptionLeavesNothing()
     {
-        QFETCH(QString, arguments);
-        QFETCH(QString, table);
-        QFETCH(QString, engine);
+        auto [arguments, table, engine] = fetch<QString, QString, QString>();
         const bool stays = engine == "MyISAM";
         bench->set("autoReport.DailyAtten.emails", "a@firma.sk,b@firma.sk");
         // While a table is locked, the report waits in the middle of its work.
@@ -135,7 +123,6 @@ private Q_SLOTS:
 
     void requirementsAreThoseOfTheReports_data()
     {
-        addColumns<QString, QString>("report", "options");
         addRow("daily", "daily", "0");
         addRow("daily with all it can show", "daily", "1");
         addRow("monthly", "monthly", "1");
@@ -144,8 +131,7 @@ private Q_SLOTS:
     /// `check` and `status` complain about exactly the columns without which the report complains.
     void requirementsAreThoseOfTheReports()
     {
-        QFETCH(QString, report);
-        QFETCH(QString, options);
+        const auto [report, options] = fetch<QString, QString>();
         const ReportKind *kind = reportKindOf(report);
         bench->set("dattenInters", options);
         bench->set("advancedOvertime", options);
@@ -174,10 +160,9 @@ private Q_SLOTS:
                 QStringList(bench->log.texts().mid(known)).filter("Unknown column '");
             bench->schema.exec(rename.arg("gone", name));
 
-            const QString where = column[0].toString() + '.' + name + ": " + unmet.join("; ");
-            QVERIFY2(unmet.isEmpty() == complaints.isEmpty(), qPrintable(where));
-            QVERIFY2(unmet.isEmpty() || unmet.join(';').contains(name + "' in "),
-                     qPrintable(where));
+            const QString here = column[0].toString() + '.' + name + ": " + unmet.join("; ");
+            QVERIFY2(unmet.isEmpty() == complaints.isEmpty(), qPrintable(here));
+            QVERIFY2(unmet.isEmpty() || unmet.join(';').contains(name + "' in "), qPrintable(here));
         }
         QVERIFY(bench->mails() > 10);
     }

@@ -8,10 +8,8 @@ class TestToolSet : public ToolTest
 private Q_SLOTS:
     void warns_data()
     {
-        addColumns<QString, QString, int, QString>("change", "options", "status", "warnings");
         const QString none = "DO 0";
-        const QString made =
-            "UPDATE vars SET value = '1699941602' WHERE name LIKE '%lastGenerated'";
+        const char *made = "UPDATE vars SET value = '1699941602' WHERE name LIKE '%lastGenerated'";
         const QString off = "UPDATE vars SET value = '0' WHERE name LIKE '%enabled'";
         const QString scan =
             "autoreport: a host finds the schema at its next scan, within an "
@@ -37,8 +35,7 @@ private Q_SLOTS:
     /// With or without "--dry-run"; the latter stores nothing.
     void warns()
     {
-        QFETCH(QString, change);
-        QFETCH(QString, options);
+        const auto [change, options, status, warnings] = fetch<QString, QString, int, QString>();
         bench->schema.exec(change);
         const auto stored = [this] {
             return bench->schema.rows("CHECKSUM TABLE vars");
@@ -48,8 +45,8 @@ private Q_SLOTS:
         QCOMPARE(stored(), before);
         const Outcome outcome = run("set firm daily " + options);
         QVERIFY(stored() != before);
-        QTEST(outcome.errors, "warnings");
-        QTEST(outcome.status, "status");
+        QCOMPARE(outcome.errors, warnings);
+        QCOMPARE(outcome.status, status);
         QCOMPARE(dry.errors, outcome.errors);
         QCOMPARE(dry.output, outcome.output + "not set: a dry run, nothing was stored\n");
     }
@@ -74,7 +71,6 @@ private Q_SLOTS:
 
     void failsInPart_data()
     {
-        addColumns<QString, QString>("engine", "left");
         addRow("transactions", "InnoDB", "nothing was set in the database '%1'");
         addRow("none", "MyISAM",
                "only a part was set in the database '%1': autoReport.DailyAtten.emails = 'x@y.sk'");
@@ -82,8 +78,7 @@ private Q_SLOTS:
 
     void failsInPart()
     {
-        QFETCH(QString, engine);
-        QFETCH(QString, left);
+        const auto [engine, left] = fetch<QString, QString>();
         bench->schema.exec("ALTER TABLE vars ENGINE=" + engine);
         bench->schema.exec("CREATE TRIGGER refuse BEFORE UPDATE ON vars FOR EACH ROW IF "
                            "NEW.name LIKE '%time' THEN SIGNAL SQLSTATE '45000'; END IF");

@@ -1,8 +1,5 @@
 #include "tool/tooltest.h"
 
-#include <QDir>
-#include <QElapsedTimer>
-
 /// The operator's commands against a server that falls silent: it neither answers nor closes.
 class TestToolSilence : public ToolTest
 {
@@ -13,7 +10,6 @@ private Q_SLOTS:
 
     void silentServer_data()
     {
-        addColumns<QString, QString, int>("arguments", "table", "status");
         addRow("from the start", "status", "", 2);
         addRow("from the start, a schema's", "run firm daily --yes", "", 2);
         addRow("status", "status", "vars", 2);
@@ -30,8 +26,7 @@ private Q_SLOTS:
     /// Silent from the start, or when the command waits for that table.
     void silentServer()
     {
-        QFETCH(QString, arguments);
-        QFETCH(QString, table);
+        auto [arguments, table, status] = fetch<QString, QString, int>();
         info->addSchemas({"second", "third", "fourth"}, bench->schema.name());
         const QByteArray server = readFile(ownServer.folder.filePath("server/pid")).trimmed();
         if (table.isEmpty())
@@ -52,7 +47,7 @@ private Q_SLOTS:
         ::kill(server.toInt(), SIGCONT);
         bench->schema.exec("UNLOCK TABLES");
         QVERIFY(ended);
-        QTEST(tool->exitCode(), "status");
+        QCOMPARE(tool->exitCode(), status);
         const QString expected = table.isEmpty() ? "cannot open the database '" + info->name() : "";
         QVERIFY2(!tool->log.isEmpty() && tool->log.contains(expected), qPrintable(tool->log));
         QVERIFY2(took < limitMs, qPrintable(QString::number(took)));

@@ -53,9 +53,8 @@ public:
         for (int times = 0; times < 2; ++times) {
             bool saved = false;
             scarcely([&] { saved = book->save(path.c_str()); });
-            if (ranOut ? saved && sheets.empty() : saved == sheets.empty())
-                return false;
-            if (QFile::exists(file()) != saved)
+            const bool wrong = ranOut ? saved && sheets.empty() : saved == sheets.empty();
+            if (wrong || QFile::exists(file()) != saved)
                 return false;
             if (times == 0)
                 QFile::remove(file());
@@ -241,11 +240,11 @@ private:
     QJsonArray written(Sheet *sheet, int row, int column)
     {
         QJsonArray content{"blank"_q, QJsonValue()};
-        bool accepted = false;
+        bool taken = false;
         const int kind = below(10);
         if (kind < 4) {
             std::wstring value = text();
-            scarcely([&] { accepted = sheet->writeStr(row, column, value.c_str(), anyFormat()); });
+            scarcely([&] { taken = sheet->writeStr(row, column, value.c_str(), anyFormat()); });
             const wchar_t last = value.empty() ? L' ' : value.back();
             if ((last < 0x20 && last != L'\n') || (last >= 0xD800 && last <= 0xDFFF) ||
                 last == 0xFFFE || last == 0xFFFF || last > 0x10FFFF)
@@ -254,17 +253,16 @@ private:
                 content = {"text"_q, QString::fromStdWString(value)};
         } else if (kind < 8) {
             const double value = number();
-            scarcely([&] { accepted = sheet->writeNum(row, column, value, anyFormat()); });
+            scarcely([&] { taken = sheet->writeNum(row, column, value, anyFormat()); });
             content = {"number"_q, value};
         } else if (kind == 8) {
-            scarcely([&] { accepted = sheet->writeBlank(row, column, anyFormat()); });
+            scarcely([&] { taken = sheet->writeBlank(row, column, anyFormat()); });
         } else {
-            const std::wstring formula = L"=" + expression(0);
-            scarcely(
-                [&] { accepted = sheet->writeFormula(row, column, formula.c_str(), anyFormat()); });
+            const std::wstring value = L"=" + expression(0);
+            scarcely([&] { taken = sheet->writeFormula(row, column, value.c_str(), anyFormat()); });
             content[0] = "formula"_q;
         }
-        return accepted ? content : QJsonArray();
+        return taken ? content : QJsonArray();
     }
 
     std::mt19937 random;

@@ -65,7 +65,6 @@ class TestDeflate : public QObject
 private Q_SLOTS:
     void comesBack_data()
     {
-        addColumns<QByteArray, double>("text", "most"); // of the size before
         const QByteArray noise = randomBytes(32768, 256);
         addRow("nothing", QByteArray(), 100.0);
         addRow("one byte", QByteArray("a"), 100.0);
@@ -81,8 +80,7 @@ private Q_SLOTS:
 
     void comesBack()
     {
-        QFETCH(QByteArray, text);
-        QFETCH(double, most);
+        const auto [text, most] = fetch<QByteArray, double>(); // most: of the size before
         workbook::Deflater deflater;
         // In pieces, too: matches reach back over their borders.
         for (const int piece : {text.size() + 1, 100000, 777}) {

@@ -2,8 +2,6 @@
 #include "workbook/writing/bytesink.h"
 #include "workbook/xls/compoundfile.h"
 
-#include <QFileInfo>
-
 /** Books as large as the formats allow, and the edges inside an .xls. */
 class TestLimits : public QObject
 {
@@ -41,11 +39,10 @@ private Q_SLOTS:
         const FormatFixture fixture;
         const TestBook book(true);
         Sheet *sheet = book->addSheet(L"S");
-        const QString letters[] = {"\U0001F600"_q, "á"_q, "č"_q, "x"_q};
+        const QString chars[] = {"\U0001F600"_q, "á"_q, "č"_q, "x"_q};
         QByteArray expected;
         for (int row = 0; row < fixture.rows; ++row) {
-            const QString text =
-                QString::number(row) + letters[row % 4].repeated(1 + row * 37 % 700);
+            const QString text = QString::number(row) + chars[row % 4].repeated(1 + row * 37 % 700);
             QVERIFY(sheet->writeStr(row, 0, text.toStdWString().c_str()));
             expected += text.toUtf8();
             for (int column = 1; column < 15; ++column) {

@@ -1,10 +1,6 @@
 #include "failingnew.h"
 #include "testbook.h"
 
-#include <QDir>
-#include <QFileInfo>
-#include <QProcess>
-
 #include <clocale>
 #include <csignal>
 #include <thread>

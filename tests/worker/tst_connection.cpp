@@ -6,8 +6,6 @@
 #include "support/reportbench.h"
 #include "support/testhost.h"
 
-#include <QElapsedTimer>
-
 /// Workers whose server restarts, drops them or falls silent; on a server of this test's own.
 class TestConnection : public ReportTest
 {
@@ -34,7 +32,6 @@ private Q_SLOTS:
 
     void silentServer_data()
     {
-        addColumns<QByteArray, bool>("statement", "brief");
         addRow("daily", QByteArray("g.name grp"), true);
         addRow("monthly", QByteArray("pamId FROM people"), true);
         addRow("with the limits that workers have", QByteArray("g.name grp"), false);
@@ -44,8 +41,7 @@ private Q_SLOTS:
     /// reports. A long query on a server that still answers is not broken off.
     void silentServer()
     {
-        QFETCH(QByteArray, statement);
-        QFETCH(bool, brief);
+        const auto [statement, brief] = fetch<QByteArray, bool>();
         constexpr ServerWatch::Limits seconds{std::chrono::seconds(1), std::chrono::seconds(1)};
         addPeople(bench->schema, 2);
         bench->schema.exec("CREATE TRIGGER slow AFTER INSERT ON emails FOR EACH ROW DO SLEEP(4)");
@@ -77,10 +73,9 @@ private Q_SLOTS:
     {
         auto first = std::make_unique<Relay>(TestServer::port());
         auto second = std::make_unique<Relay>(TestServer::port());
-        AutoReportDbConfig several = config();
-        several.hostName =
-            QString("127.0.0.1:%1,127.0.0.1:%2").arg(first->port()).arg(second->port());
-        AutoReportWorker worker(several, nullptr);
+        AutoReportDbConfig both = config();
+        both.hostName = QString("127.0.0.1:%1,127.0.0.1:%2").arg(first->port()).arg(second->port());
+        AutoReportWorker worker(both, nullptr);
         QVERIFY(worker.start());
         const auto tick = [&] {
             worker.activateReports();
@@ -95,7 +90,7 @@ private Q_SLOTS:
         second.reset();
         QCOMPARE(tick(), 3); // no server is left
         const QString line = bench->log.texts(QtWarningMsg).filter("no connection").join("");
-        for (const QString &one : several.hostName.split(','))
+        for (const QString &one : both.hostName.split(','))
             QVERIFY2(line.contains(one + ": "), qPrintable(line));
         worker.stop();
         QCOMPARE(logged("host='127.0.0.1:"), 1);
