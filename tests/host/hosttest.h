@@ -30,14 +30,13 @@ protected:
     }
 
     /// Starts another command at the information database, unless its options lead elsewhere. Its
-    /// output goes to a file unless `outputFile` is empty.
-    std::unique_ptr<HostProgram> start(const QString &arguments,
-                                       const QString &outputFile = QString()) const
+    /// output goes to a file unless `output` is empty.
+    std::unique_ptr<HostProgram> start(const QString &arguments, const QString &output = {}) const
     {
         auto tool = std::make_unique<HostProgram>();
         QStringList words = QProcess::splitCommand(arguments);
         words.replaceInStrings(QRegularExpression("^''$"), QString()); // which it cannot express
-        tool->outputTo(outputFile);
+        tool->outputTo(output);
         tool->start(words.mid(0, 1) + TestServer::options(info->name()) + words.mid(1),
                     environment);
         return tool;

@@ -4,13 +4,14 @@
 
 #include <QProcess>
 
-/// A program of its own, in Python, that runs beside the host until the object ends.
+/// A program in Python that runs beside the host until the object ends.
 class Script
 {
 public:
     Script(const QString &text, const QStringList &arguments)
     {
-        process.start("python3", QStringList{"-c", text} + arguments);
+        const QString modules("import os, socket, sys, time\n");
+        process.start("python3", QStringList{"-c", modules + text} + arguments);
     }
     ~Script()
     {

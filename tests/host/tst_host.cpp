@@ -49,9 +49,8 @@ private Q_SLOTS:
             const QString &spoken = status == 0 ? output : program->log;
             QVERIFY2(spoken.contains(text), qPrintable(spoken));
             QVERIFY((status == 0 ? program->log : output).isEmpty());
-            QCOMPARE(
-                program->log.count(QRegularExpression("\nHelp: autoreport (serve )?--help\n$")),
-                status == 2 ? 1 : 0);
+            const QRegularExpression hint("\nHelp: autoreport (serve )?--help\n$");
+            QCOMPARE(program->log.contains(hint), status == 2);
             const int lines = status == 0 ? 0 : status == 1 ? 1 : 3;
             QVERIFY2(program->log.count('\n') == lines, qPrintable(program->log));
         }

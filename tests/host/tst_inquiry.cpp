@@ -98,8 +98,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(!socket().isEmpty(), patienceMs);
         const QString left = socket();
         {
-            Script idler("import socket, sys, time\n"
-                         "all = [socket.socket(socket.AF_UNIX) for _ in range(100)]\n"
+            Script idler("all = [socket.socket(socket.AF_UNIX) for _ in range(100)]\n"
                          "for one in all: one.connect(sys.argv[1])\n"
                          "print('connected', flush=True)\n"
                          "time.sleep(60)",
@@ -124,8 +123,7 @@ private Q_SLOTS:
     /// Others in the folder, asked by the program before the host.
     void asksBesideOthers_data()
     {
-        const QString listen = "import socket, sys\n"
-                               "one = socket.socket(socket.AF_UNIX)\n"
+        const QString listen = "one = socket.socket(socket.AF_UNIX)\n"
                                "one.bind(sys.argv[1])\n"
                                "one.listen()\n"
                                "print('ready', flush=True)\n";
@@ -135,7 +133,6 @@ private Q_SLOTS:
         if (::geteuid() != 0)
             return; // only root can give a folder away
         addRow("another account",
-               "import os, sys\n"
                "folder = os.path.dirname(sys.argv[1])\n"
                "os.chmod(os.path.dirname(folder), 0o1777)\n"
                "os.chown(folder, 65534, -1)\n"
@@ -212,8 +209,7 @@ private:
 
     QJsonObject ask()
     {
-        Script asking("import socket, sys\n"
-                      "host = socket.socket(socket.AF_UNIX)\n"
+        Script asking("host = socket.socket(socket.AF_UNIX)\n"
                       "host.connect(sys.argv[1])\n"
                       "while part := host.recv(9999): sys.stdout.buffer.write(part)",
                       {socket()});
@@ -233,7 +229,7 @@ private:
     bool shows(const QString &line)
     {
         const auto isShown = [&] {
-            Script reading("import sys, urllib.request\n"
+            Script reading("import urllib.request\n"
                            "sys.stdout.buffer.write(urllib.request.urlopen(sys.argv[1]).read())",
                            {"http://" + place + "/metrics"});
             shown = QString::fromUtf8(reading.rest());

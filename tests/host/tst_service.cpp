@@ -79,8 +79,7 @@ private:
         environment.insert("NOTIFY_SOCKET", path);
         notifications.clear();
         manager =
-            std::make_unique<Script>("import socket, sys\n"
-                                     "one = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)\n"
+            std::make_unique<Script>("one = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)\n"
                                      "one.bind(sys.argv[1])\n"
                                      "print('ready', flush=True)\n"
                                      "while True: print(one.recv(1000).decode(), flush=True)",

@@ -3,10 +3,6 @@
 
 constexpr int stopMs = 12000;
 
-/// Statements, each with its number among those alike on the connections to its database.
-using Moments = QVector<QPair<QByteArray, int>>;
-Q_DECLARE_METATYPE(Moments)
-
 /// The plug-in while its server neither answers nor closes.
 class TestSilence : public PluginTest
 {
@@ -23,28 +19,24 @@ private Q_SLOTS:
 
     void stopsWorkersThatWait_data()
     {
-        // No more in a report than may run at a time on two cores.
-        addRow("first",
-               Moments{{Relay::login, 3}, // after those of the scan: its own, the manager's
-                       {"SELECT CONNECTION_ID()", 2},
-                       {"GET_LOCK('Monthly", 1},
-                       {"g.name grp", 1},
-                       {"INSERT INTO emails", 1},
-                       {"COMMIT", 2}});
-        addRow("second", Moments{{"GET_LOCK('Daily", 1},
-                                 {"pamId FROM people", 1},
-                                 {"INSERT INTO emails", 2},
-                                 {"RELEASE_LOCK('Monthly", 1}});
+        // Statements, each with its number among those alike on the connections to its database;
+        // the first two logins are the scan's and the manager's. In each row, no more workers wait
+        // in a report than may run at a time on two cores.
+        addRow("first", "3 login|2 SELECT CONNECTION_ID()|1 GET_LOCK('Monthly|1 g.name grp|"
+                        "1 INSERT INTO emails|2 COMMIT");
+        addRow("second", "1 GET_LOCK('Daily|1 pamId FROM people|2 INSERT INTO emails|"
+                         "1 RELEASE_LOCK('Monthly");
     }
 
     /// Each worker waits at a different place, the last one at the gate; one stop ends them all,
     /// and the next start makes every report that is not out yet.
     void stopsWorkersThatWait()
     {
-        const auto [moments] = fetch<Moments>();
-        for (const auto &[text, ordinal] : moments) {
+        const auto [moments] = fetch<QString>();
+        for (const QString &moment : moments.split('|')) {
             addSchema();
-            relay->failAt(schemas.back()->name().toUtf8(), text, Relay::Fault::Silence, ordinal);
+            relay->failAt(schemas.back()->name().toUtf8(), moment.section(' ', 1).toUtf8(),
+                          Relay::Fault::Silence, moment.section(' ', 0, 0).toInt());
         }
         addSchema();
         const int workers = static_cast<int>(schemas.size());

@@ -61,9 +61,8 @@ private Q_SLOTS:
             other.commit();
             QCOMPARE(run.get(), 0);
             QVERIFY(won);
-            QCOMPARE(
-                bench->log.count(scheduled ? QtInfoMsg : QtWarningMsg, line.arg(kind->className)),
-                1);
+            const QtMsgType type = scheduled ? QtInfoMsg : QtWarningMsg;
+            QCOMPARE(bench->log.count(type, line.arg(kind->className)), 1);
             QCOMPARE(bench->mails(), 0);
             QVERIFY(!schema.value("SELECT 1 FROM vars WHERE name LIKE '%lastGenerated'").isValid());
             QCOMPARE(queue(), recipients); // the next tick makes the report

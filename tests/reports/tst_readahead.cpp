@@ -145,13 +145,11 @@ private:
         QString("2 3 3 3 4 5 6 7 1 999 1000 1000 1001 1002 1003 1003 1004 NULL "
                 "-3 1000.5 '1001x'")
             .split(' ');
-    const QStringList missing{"ALTER TABLE atten DROP ok",
-                              "ALTER TABLE atten DROP expFund",
-                              "ALTER TABLE inters DROP name",
-                              "ALTER TABLE atten_data DROP del",
-                              "ALTER TABLE inters ADD uid INT",
-                              "DROP TABLE inters",
-                              "DROP TABLE atten"};
+    const QStringList missing =
+        QString("ALTER TABLE atten DROP ok|ALTER TABLE atten DROP expFund|"
+                "ALTER TABLE inters DROP name|ALTER TABLE atten_data DROP del|"
+                "ALTER TABLE inters ADD uid INT|DROP TABLE inters|DROP TABLE atten")
+            .split('|');
 
     const QString uidType;    ///< of the keys; random if empty
     const QString momentType; ///< likewise

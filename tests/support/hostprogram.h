@@ -53,7 +53,6 @@ public:
         return end && process.exitStatus() == QProcess::NormalExit;
     }
 
-    /// Returns whether the program ended with success.
     bool succeeded()
     {
         if (ended() && exitCode() == 0)

@@ -175,7 +175,7 @@ bool Relay::mayForward(Link &link, const QByteArray &packet)
     else if (const QByteArray command = packet.mid(headerBytes, 1);
              command == quit || command == closeStatement)
         return true;
-    const QByteArray text = loggingIn ? QByteArray(login) : packet.mid(headerBytes + 1);
+    const QByteArray text = loggingIn ? QByteArray("login") : packet.mid(headerBytes + 1);
     for (int i = 0; i < plans.size(); ++i) {
         Plan &plan = plans[i];
         if (!link.database.contains(plan.database) || !text.contains(plan.text) || --plan.left > 0)

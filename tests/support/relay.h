@@ -31,12 +31,10 @@ public:
         Cut,      ///< this connection is closed; the server never sees the statement
         CutAnswer ///< it is closed when the server has executed the statement
     };
-    /// What counts as the statement with which a client logs in.
-    static constexpr const char *login = "login";
-
     /// Fails once, at the `ordinal`-th statement that contains `text` on connections to `database`.
-    /// An empty text means any statement that has an answer, an empty name any database. Texts that
-    /// clients prepare are seen when they are prepared.
+    /// An empty text means any statement that has an answer, an empty name any database; "login" is
+    /// that with which a client logs in. Texts that clients prepare are seen when they are
+    /// prepared.
     void failAt(const QByteArray &database, const QByteArray &text, Fault fault, int ordinal = 1);
     /// Returns how often that has happened.
     int failures() const { return failed; }

@@ -89,7 +89,7 @@ inline int rowCount(const QJsonObject &sheet)
 }
 
 /// A row of `columns` cells; both texts are objects in JSON that give values by column.
-inline QJsonArray rowOf(int columns, const QString &cells, const QString &more)
+inline QJsonArray rowOf(int columns, const QString &cells, const QString &more = "{}")
 {
     QJsonArray row;
     while (row.size() < columns)

@@ -79,7 +79,6 @@ inline void addPeople(const TestDatabase &schema, int count)
     schema.exec(sql.arg(count));
 }
 
-/// Returns whether the plug-in is in the middle of a scan.
 inline bool isScanning(const QObject &plugin)
 {
     const auto timers = plugin.findChildren<const QTimer *>();

@@ -15,10 +15,9 @@ protected:
         HostTest::prepare();
         environment = TestServer::environment("2023-11-15 09:30:00");
         bench->schema.exec("INSERT INTO people (pid, surname, name) VALUES (7, 'Novák', 'Ján')");
-        bench->schema.exec("INSERT INTO vars VALUES ('autoReport.DailyAtten.enabled', '1'), "
-                           "('autoReport.DailyAtten.emails', 'a@firma.sk'), "
-                           "('autoReport.DailyAtten.time', '07:00'), "
-                           "('autoReport.DailyAtten.lastGenerated', '1700028002')");
+        enableDailyReport(bench->schema, "a@firma.sk");
+        bench->set("autoReport.DailyAtten.time", "07:00");
+        bench->set("autoReport.DailyAtten.lastGenerated", "1700028002");
     }
 
     /// Enables the monthly report in the same way.

@@ -78,7 +78,7 @@ private:
     /// Returns the statements of the page's first block of SQL, for this test's databases.
     QString statements() const
     {
-        const QString page = QString::fromUtf8(readFile(AUTOREPORT_OPERATIONS));
+        const QString page = readFile(AUTOREPORT_OPERATIONS);
         return page.section("```sql\n", 1, 1)
             .section("```", 0, 0)
             .replace("CREATE USER", "CREATE OR REPLACE USER")

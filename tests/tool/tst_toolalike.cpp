@@ -15,26 +15,21 @@ private Q_SLOTS:
         addRow("table", "DROP TABLE brape", "tables", "well");
         addRow("ambiguous column", "ALTER TABLE inters ADD del INT", "tables", "well");
         addRow("view",
-               "RENAME TABLE atten_month TO months;\n"
-               "CREATE VIEW atten_month AS SELECT * FROM months;\n"
-               "ALTER TABLE months DROP bonus",
+               "RENAME TABLE atten_month TO m;\nCREATE VIEW atten_month AS SELECT * FROM m;\n"
+               "ALTER TABLE m DROP bonus",
                "well", "tables");
         addRow("engine", "ALTER TABLE emails ENGINE=MyISAM", "storage", "storage");
         addRow("letters", "ALTER TABLE people MODIFY surname VARCHAR(9) CHARSET latin2", "letters",
                "letters");
         addRow("people", "UPDATE people SET status = 0", "people", "people");
-        const auto revoked = [](const QString &right) {
-            return "CREATE OR REPLACE USER poor IDENTIFIED BY 'poor';\n"
-                   "GRANT SELECT, INSERT, UPDATE ON `DATABASE`.* TO poor;\n"
-                   "REVOKE " +
-                   right +
-                   " ON `DATABASE`.* FROM poor;\n"
-                   "GRANT SELECT ON `DATABASE`.vars TO poor;\n"
-                   "UPDATE INFO.`schemas` SET user = 'poor', pass = TO_BASE64('poor') "
-                   "WHERE name = 'DATABASE'";
-        };
-        addRow("right to read", revoked("SELECT"), "rights", "rights");
-        addRow("right to mark", revoked("UPDATE"), "rights", "rights");
+        const QString revoked = "CREATE OR REPLACE USER poor IDENTIFIED BY 'poor';\n"
+                                "GRANT SELECT, INSERT, UPDATE ON `DATABASE`.* TO poor;\n"
+                                "REVOKE %1 ON `DATABASE`.* FROM poor;\n"
+                                "GRANT SELECT ON `DATABASE`.vars TO poor;\n"
+                                "UPDATE INFO.`schemas` SET user = 'poor', "
+                                "pass = TO_BASE64('poor') WHERE name = 'DATABASE'";
+        addRow("right to read", revoked.arg("SELECT"), "rights", "rights");
+        addRow("right to mark", revoked.arg("UPDATE"), "rights", "rights");
     }
 
     /// The first and the last schema differ from the others.

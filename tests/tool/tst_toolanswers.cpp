@@ -14,7 +14,7 @@ private Q_SLOTS:
         addRow("command", "chekc --json", guess("unknown command 'chekc'", "check"));
         addRow("option", "status --absurd", "unknown option 'absurd'\nUsage: autoreport status ");
         addRow("near option", "status --jsno", guess("unknown option 'jsno'", "--json"));
-        addRow("begun", "why firm daily --time", guess("unknown option 'time'", "--timeout"));
+        addRow("prefix", "why firm daily --time", guess("unknown option 'time'", "--timeout"));
         addRow("report", "why firm Dayly",
                guess("there is no report 'Dayly', only daily or monthly", "daily"));
         addRow("out", "preview firm daily --out x.ods", "end with .xlsx or .xls");
@@ -43,7 +43,7 @@ private Q_SLOTS:
         addRow("second schema", "set firm frm daily --disable", guess("'frm'", "firm"));
         addRow("no file", "set --file /no/such", "cannot read '/no/such': No such file");
         addRow("empty file", "set --file /dev/null", "'/dev/null' contains no requests");
-        addRow("file and schema", "set --file LINES firm", "'firm' must not be given with --file");
+        addRow("file, schema", "set --file LINES firm", "'firm' must not be given with --file");
         addRow("file, option", "set --file LINES --disable", "'--disable' must not be given with");
         addRow("line", "set --file LINES",
                guess("line 3 of 'LINES': unknown option 'tiem'", "--time"));

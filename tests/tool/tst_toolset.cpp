@@ -12,8 +12,8 @@ private Q_SLOTS:
         const char *made = "UPDATE vars SET value = '1699941602' WHERE name LIKE '%lastGenerated'";
         const QString off = "UPDATE vars SET value = '0' WHERE name LIKE '%enabled'";
         const QString scan =
-            "autoreport: a host finds the schema at its next scan, within an "
-            "hour; to scan now: systemctl reload autoreport, or SIGHUP to autoreport "
+            "autoreport: a host finds the schema at its next scan, within an hour; "
+            "to scan now: systemctl reload autoreport, or SIGHUP to autoreport "
             "serve\n";
         const QString now = "autoreport: firm daily: its time has passed, so "
                             "it goes out now: at the next tick of a host\n";
@@ -83,9 +83,8 @@ private Q_SLOTS:
         bench->schema.exec("CREATE TRIGGER refuse BEFORE UPDATE ON vars FOR EACH ROW IF "
                            "NEW.name LIKE '%time' THEN SIGNAL SQLSTATE '45000'; END IF");
         const Outcome outcome = run("set firm daily --emails x@y.sk --time 08:00");
-        QVERIFY2(
-            outcome.errors.endsWith(left.arg(bench->schema.name()) + ": see autoreport check\n"),
-            qPrintable(outcome.errors));
+        const QString end = left.arg(bench->schema.name()) + ": see autoreport check\n";
+        QVERIFY2(outcome.errors.endsWith(end), qPrintable(outcome.errors));
         QCOMPARE(outcome.status, 1);
         QCOMPARE(bench->schema.value("SELECT COUNT(*) FROM vars WHERE value = 'x@y.sk'").toInt(),
                  engine == "MyISAM" ? 1 : 0);

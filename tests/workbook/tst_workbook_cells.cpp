@@ -92,12 +92,12 @@ private Q_SLOTS:
         sheet->writeNum(0, 0, 1, value);
         sheet->writeNum(0, 1, 1, copy);
         QJsonObject read = saved(book);
-        QCOMPARE(cellValue(read, "A1"_q, "look").toString(),
-                 "MS Shell Dlg 2 10, general top wrap, #0.00, left thin FF000000, "
-                 "top thin FF000000"_q);
-        QCOMPARE(cellValue(read, "B1"_q, "look").toString(),
-                 "MS Shell Dlg 2 10 bold, left center, General, left thin FFFF0000, "
-                 "right double FFFF0000, top thin FFFF0000"_q);
+        const QString font = "MS Shell Dlg 2 10";
+        QCOMPARE(cellValue(read, "A1", "look").toString(),
+                 font + ", general top wrap, #0.00, left thin FF000000, top thin FF000000");
+        QCOMPARE(cellValue(read, "B1", "look").toString(),
+                 font + " bold, left center, General, left thin FFFF0000, "
+                        "right double FFFF0000, top thin FFFF0000");
 
         // An .xls names colours by their place in the palette in either mode.
         book->setRgbMode(false);
@@ -177,8 +177,7 @@ private Q_SLOTS:
             const QString expression = QString::fromStdWString(entry.expression);
             const QString cell = cellName(row, 5);
             QCOMPARE(cellValue(read, cell, "type").toString(), "formula"_q);
-            QCOMPARE(cellValue(read, cell).toString(),
-                     isXls ? QString() : QLatin1Char('=') + expression);
+            QCOMPARE(cellValue(read, cell).toString(), isXls ? QString() : '=' + expression);
             QVERIFY2(cellValue(read, cell, "cached") == entry.stored, qPrintable(expression));
             for (const QByteArrayList &lines : {gnumeric, office})
                 QVERIFY2(lines.value(row).split(',').last() == entry.shown, qPrintable(expression));
