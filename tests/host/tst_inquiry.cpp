@@ -100,8 +100,7 @@ private Q_SLOTS:
         {
             Script idler("all = [socket.socket(socket.AF_UNIX) for _ in range(100)]\n"
                          "for one in all: one.connect(sys.argv[1])\n"
-                         "print('connected', flush=True)\n"
-                         "time.sleep(60)",
+                         "print('connected', flush=True)\ntime.sleep(60)",
                          {left});
             QVERIFY(!idler.next().isEmpty());
             QTRY_VERIFY_WITH_TIMEOUT(schema("firm")["served"].toBool(), patienceMs);
@@ -124,8 +123,7 @@ private Q_SLOTS:
     void asksBesideOthers_data()
     {
         const QString listen = "one = socket.socket(socket.AF_UNIX)\n"
-                               "one.bind(sys.argv[1])\n"
-                               "one.listen()\n"
+                               "one.bind(sys.argv[1])\none.listen()\n"
                                "print('ready', flush=True)\n";
         addRow("silent", listen + "sys.stdin.read()", "/0.socket': it did not answer in time", 1);
         addRow("endless", listen + "to = one.accept()[0]\nwhile True: to.send(b'[' * 65536)",
@@ -135,8 +133,7 @@ private Q_SLOTS:
         addRow("another account",
                "folder = os.path.dirname(sys.argv[1])\n"
                "os.chmod(os.path.dirname(folder), 0o1777)\n"
-               "os.chown(folder, 65534, -1)\n"
-               "print('ready', flush=True)",
+               "os.chown(folder, 65534, -1)\nprint('ready', flush=True)",
                "/hosts': it belongs to another account", 0);
     }
 
@@ -209,8 +206,7 @@ private:
 
     QJsonObject ask()
     {
-        Script asking("host = socket.socket(socket.AF_UNIX)\n"
-                      "host.connect(sys.argv[1])\n"
+        Script asking("host = socket.socket(socket.AF_UNIX)\nhost.connect(sys.argv[1])\n"
                       "while part := host.recv(9999): sys.stdout.buffer.write(part)",
                       {socket()});
         answer = QJsonDocument::fromJson(asking.rest()).object();

@@ -78,12 +78,10 @@ private:
         const QString path = bench->temporary.filePath("notify");
         environment.insert("NOTIFY_SOCKET", path);
         notifications.clear();
-        manager =
-            std::make_unique<Script>("one = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)\n"
-                                     "one.bind(sys.argv[1])\n"
-                                     "print('ready', flush=True)\n"
-                                     "while True: print(one.recv(1000).decode(), flush=True)",
-                                     QStringList{path});
+        const QString receiver = "one = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)\n"
+                                 "one.bind(sys.argv[1])\nprint('ready', flush=True)\n"
+                                 "while True: print(one.recv(1000).decode(), flush=True)";
+        manager = std::make_unique<Script>(receiver, QStringList{path});
         QVERIFY(!manager->next().isEmpty());
     }
 
@@ -91,8 +89,7 @@ private:
     bool isNotified(const QByteArray &text, int timeoutMs = patienceMs)
     {
         const auto isHere = [&] {
-            notifications += manager->output();
-            return notifications.contains(text);
+            return (notifications += manager->output()).contains(text);
         };
         if (!QTest::qWaitFor(isHere, timeoutMs))
             return false;

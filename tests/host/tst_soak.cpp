@@ -31,11 +31,8 @@ private Q_SLOTS:
 
         QElapsedTimer elapsed;
         elapsed.start();
-        int rounds = 0;
-        int restarts = 0;
-        int pauses = 0;
-        Holdings first = {};
-        Holdings last = {};
+        int rounds = 0, restarts = 0, pauses = 0;
+        Holdings first = {}, last = {};
         while (elapsed.elapsed() < lengthMs || restarts < 2) {
             const bool pausing = rounds % 5 == 2;
             if (pausing) {

@@ -155,8 +155,7 @@ private:
     const QString momentType; ///< likewise
     std::mt19937 random;
     QStringList uids;
-    QStringList attendance; ///< rows to insert
-    QStringList records;    ///< rows to insert
+    QStringList attendance, records; ///< rows to insert
 };
 
 bool isSame(double one, double other)

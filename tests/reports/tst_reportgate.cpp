@@ -84,13 +84,9 @@ private Q_SLOTS:
     /// Each lost wake-up would cost a time slice.
     void admitsNoMoreThanItsPlaces()
     {
-        constexpr int places = 3;
-        constexpr int passes = 2000;
-        constexpr int threadCount = 8;
+        constexpr int places = 3, passes = 2000, threadCount = 8;
         ReportGate gate(places, 1h);
-        std::atomic<int> inside{0};
-        std::atomic<int> full{0};
-        std::atomic<int> overfull{0};
+        std::atomic<int> inside{0}, full{0}, overfull{0};
         const auto visit = [&] {
             for (int pass = 0; pass < passes / threadCount; ++pass) {
                 const ReportGate::Pass held(gate, goOn);

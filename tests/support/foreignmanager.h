@@ -10,10 +10,7 @@ namespace foreign
 {
 
 struct Scheme {
-    QString name;
-    QString user;
-    QString pass;
-    QString token;
+    QString name, user, pass, token;
 };
 
 /// The connection manager as it lies in memory.
