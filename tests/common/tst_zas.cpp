@@ -77,7 +77,7 @@ private Q_SLOTS:
         QCOMPARE(found.join(' '), days);
     }
 
-    /// The C library takes the passage of the half of the year that it was asked for last.
+    /// Of the two, the C library chooses by the half of the year that it converted last.
     void midnightComesTwice()
     {
         constexpr uint first = 1445731200;
@@ -107,7 +107,7 @@ private:
     {
         return static_cast<uint>(QDateTime::fromString(text, Qt::ISODate).toSecsSinceEpoch());
     }
-    /// The date of a midnight; of any other moment the time as well.
+    /// Returns the date; for a moment other than midnight, the time as well.
     static QString text(qint64 ts)
     {
         return QDateTime::fromSecsSinceEpoch(ts).toString(Qt::ISODate).remove("T00:00:00");

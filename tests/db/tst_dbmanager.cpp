@@ -57,7 +57,7 @@ private Q_SLOTS:
         info().exec("DELETE FROM `schemas`");
         info().addSchemas({"never", "due", "stamped", "fresh"}, "x");
         QVERIFY(manager->setMaintenance("stamped"));
-        // 898 leaves room: the clock goes on until the schemas are read.
+        // 898 rather than 900: time passes until the schemas are read.
         info().exec(
             "UPDATE `schemas` SET maintenance = UNIX_TIMESTAMP() - IF(token = 'due', 901, 898) "
             "WHERE token IN ('due', 'fresh')");
@@ -178,7 +178,7 @@ private Q_SLOTS:
         QCOMPARE(found.join('|'), servers);
     }
 
-    /// What no scan of the plug-in touches on an object that a foreign host created.
+    /// The members of a foreign host's manager that no scan of the plug-in touches.
     void objectOfAForeignHost()
     {
         foreign::Manager image;
@@ -192,7 +192,7 @@ private Q_SLOTS:
                  QStringList({"KVH.InfoDB", info().database().connectionName()}));
         QVERIFY(image.product.isValid() && image.closeInfoAfterUse && !image.poolEnabled);
 
-        // Both lock the same mutex.
+        // The host and this class lock the same mutex.
         image.mutex.lock();
         const auto answer = std::async(std::launch::async, [&] { return shared->isInfoDB(); });
         const bool waited = answer.wait_for(100ms) == std::future_status::timeout;

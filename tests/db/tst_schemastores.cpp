@@ -118,7 +118,7 @@ private:
         mail.data = QByteArray::fromHex("00ff27225c0a");
         return mail;
     }
-    /// Of the only mail.
+    /// Returns these columns of the only mail, joined.
     QString columns(const QString &names) const
     {
         return bench->schema.value("SELECT CONCAT(" + names + ") FROM emails").toString();

@@ -41,7 +41,7 @@ protected:
                     environment);
         return tool;
     }
-    /// The same to its end.
+    /// Runs such a command to its end.
     Outcome run(const QString &arguments, const QString &outputFile = QString()) const
     {
         const auto tool = start(arguments, outputFile);

@@ -22,13 +22,13 @@ public:
 
     /// Returns what it has printed since the last call.
     QByteArray output() { return process.readAllStandardOutput(); }
-    /// The same, once it prints.
+    /// Waits until it prints, and returns that.
     QByteArray next()
     {
         process.waitForReadyRead(patienceMs);
         return output();
     }
-    /// The same, once it has ended.
+    /// Waits for its end, and returns the rest of its output.
     QByteArray rest()
     {
         process.waitForFinished(patienceMs);

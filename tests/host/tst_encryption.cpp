@@ -61,7 +61,7 @@ private Q_SLOTS:
         program = start("serve" + options);
         QTRY_COMPARE_WITH_TIMEOUT(bench->mails(), 1, patienceMs);
 
-        // The scan's own connection does not reconnect by itself: nobody would check that server.
+        // The scan's connection must not reconnect by itself: that server would not be verified.
         server.restart();
         const TestDatabase later(TestDatabase::Tables::Schema);
         addPeople(later, 1);
@@ -91,7 +91,7 @@ private Q_SLOTS:
         holdRefused("--db-user safe " + options, text);
     }
 
-    /// The last one, as tests find the server that was started last.
+    /// Runs last: later tests would use the server that this one starts.
     void refusesServerWithoutEncryption()
     {
         const OwnServer plain({"--skip-ssl"});

@@ -72,8 +72,8 @@ private:
     static constexpr int speed = 20; // of the host's clock
     qint64 served = 0;               // seconds of that clock
 
-    /// A month up to `today`. The penalty is of the day's last second: a day of another length
-    /// would not have it.
+    /// Fills the month up to `today`. Each penalty is in the last second of its day, which a day
+    /// of a wrong length would not include.
     void fillCompany(const QDate &today) const
     {
         addPeople(bench->schema, people);
@@ -96,7 +96,7 @@ private:
         bench->set("dattenInters", "1");
     }
 
-    /// At least two ticks of a host; its clock runs fast, so that the second one comes soon.
+    /// Runs a host for at least two ticks; its clock runs fast, so that the second comes soon.
     void serveAt(const QDateTime &at, const QString &language)
     {
         QElapsedTimer timer;
@@ -119,7 +119,7 @@ private:
         return outcome.status == 0 ? readSheet(file) : QJsonObject();
     }
 
-    /// Returns all texts of the translation in that language: another one is written past it.
+    /// Returns all texts in that language; any other text bypasses the translation.
     static QStringList textsIn(const QString &language)
     {
         QStringList texts;

@@ -65,7 +65,7 @@ private Q_SLOTS:
             if (QTest::currentTestFailed())
                 break;
             QCOMPARE(bench->mails(), round);
-            // What the plug-in left in the manager is the host's to read, and without the module.
+            // The host can read what the plug-in left in the manager, without the module.
             QCOMPARE(manager.schemes.size(), 2);
             const foreign::Scheme scheme = manager.schemes.value("firma");
             QCOMPARE(QStringList({scheme.name, scheme.user, scheme.pass, scheme.token}),

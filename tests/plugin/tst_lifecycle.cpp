@@ -75,8 +75,7 @@ private Q_SLOTS:
 
     void schemasThatCannotBeServed()
     {
-        // The host's own databases, with a report switched on, so that a mix-up would make a
-        // worker.
+        // A report is on in the host's own databases: using one as a schema would make a worker.
         TestServer::addConnection(QSqlDatabase::defaultConnection, schema->name());
         host->manager()->setZasDB(schema->database());
         const TestDatabase off(TestDatabase::Tables::Schema);
@@ -227,7 +226,7 @@ private Q_SLOTS:
         // That statement cannot be broken off, and is long when the month is young and people many.
         const QString isAtPeople = "SELECT 1 FROM information_schema.processlist WHERE info LIKE "
                                    "'SELECT uid, pid, CONCAT%'";
-        // Not QTRY_: that looks again, when another worker may be at it.
+        // Not QTRY_VERIFY: it evaluates the condition again, when another worker may have begun.
         QVERIFY(QTest::qWaitFor([&] { return !schema->value(isAtPeople).isValid(); }, patienceMs));
 
         stopWithin(promptMs);

@@ -143,7 +143,7 @@ private Q_SLOTS:
         plugin->stop();
     }
 
-    /// One thread waits, whoever asks how often, and a late answer does not count.
+    /// However many callers ask, one thread waits for the disk; a late answer is ignored.
     void stalledTemporaryDirectory()
     {
         using State = TemporaryDirectory::State;

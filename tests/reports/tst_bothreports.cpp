@@ -5,8 +5,8 @@
 #include "support/reportbench.h"
 #include "support/testhost.h"
 
-/// What both reports have in common: mails, and errors, which cost no more than they must and are
-/// logged.
+/// What both reports have in common: their mails, and errors, which are logged and keep back no
+/// more of a report than they must.
 class TestBothReports : public ReportTest
 {
     Q_OBJECT
@@ -118,7 +118,7 @@ private Q_SLOTS:
 
     void noMail_data()
     {
-        // A queue that takes nothing does not make the monthly report come again.
+        // If the queue refuses every mail, the monthly report still counts as made.
         const char *unsaved = "%1 - XLS not saved!";
         addRow("people query", "DROP TABLE people", "%1::makeReport() people SQL ", false);
         addRow("no people", "DELETE FROM people", "%1 - no people!", false);

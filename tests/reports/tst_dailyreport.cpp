@@ -90,7 +90,7 @@ private Q_SLOTS:
         QCOMPARE(report.dateToMonth(QDate(2023, 1, 31)), 202301U);
     }
 
-    /// A program that saves both books as .xlsx produces the same workbook.
+    /// A program that saves the .xls and the .xlsx as .xlsx makes the same workbook of both.
     void binaryBookInOtherPrograms()
     {
         for (const QString suffix : {"xlsx", "xls"})
@@ -111,7 +111,7 @@ private Q_SLOTS:
             QJsonObject xlsx = shown("xlsx");
             QVERIFY(cellValue(xls, "O6") == QJsonValue("[D 1.5-2x][L 0.2514]"));
             if (program == Program::LibreOffice) {
-                // Without a window it drops the frozen row of any .xlsx (7.4) or any .xls (25.2).
+                // Without a window, it drops the frozen row of any .xlsx (7.4) or any .xls (25.2).
                 QVERIFY(xls["freeze"] == "A2" || xlsx["freeze"] == "A2");
                 xls["freeze"] = xlsx["freeze"] = "A2";
             }

@@ -41,7 +41,7 @@ private Q_SLOTS:
         QCOMPARE(rowCount(sheet), 62);
         for (int person = 1; person <= 61; ++person) {
             const int uid = person == 60 ? 63 : person == 61 ? 60 : person;
-            // Without a fund the difference alone; 0 hours worked are shown, a sum of 0 is not.
+            // Without a fund, only the difference is shown; 0 hours are shown, a sum of 0 is not.
             const char *cells = "{}";
             if (uid == 1)
                 cells = R"json({"C": 160, "D": 2, "E": 1, "F": 2, "G": 0.25, "H": 0.1, "I": 0.01,

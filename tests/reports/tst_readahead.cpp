@@ -9,8 +9,8 @@ namespace
 {
 
 /// A company from a random seed, with everything that a customer's tables may hold, valid or not.
-/// The types of its keys are random too; if they are given, its people are two whom the type YEAR
-/// takes for one.
+/// The types of its keys are random too. If they are given, it has two people, whose uids are one
+/// and the same to the type YEAR.
 class Company
 {
 public:
@@ -66,7 +66,7 @@ private:
     unsigned below(unsigned limit) { return unsigned(random()) % limit; }
     bool one(unsigned of) { return below(of) == 0; }
     QString pick(const QStringList &from) { return from.at(int(below(unsigned(from.size())))); }
-    /// The first in most companies.
+    /// Returns `usual` in most companies.
     QString type(const QString &usual, const QStringList &others)
     {
         return one(8) ? pick(others) : usual;
@@ -280,7 +280,7 @@ private:
         return row;
     }
 
-    /// How many of them this connection has sent.
+    /// Returns how many SELECT statements this connection has sent.
     int selects() const
     {
         QSqlQuery query = bench->database.exec("SHOW SESSION STATUS LIKE 'Com_select'");

@@ -77,7 +77,7 @@ private Q_SLOTS:
         QStringList made;
         for (qint64 tick = start; tick < start + hours * 3600; tick += 60) {
             const QDateTime now = QDateTime::fromSecsSinceEpoch(tick);
-            // The C library takes a repeated hour by the half of the year that it was asked for
+            // In a repeated hour, the C library chooses by the half of the year that it converted
             // last.
             local(tick % 120 == 0 ? "2015-01-15" : "2015-07-15").toSecsSinceEpoch();
             if (scheduleVerdict(settings, now) != ScheduleVerdict::Due)
@@ -100,7 +100,7 @@ private Q_SLOTS:
 
     void edges()
     {
-        // Between the two passages of a time of day, after a morning without a host.
+        // Between the two passages of 02:30, after a morning on which no host ran.
         const QDateTime between = QDateTime::fromSecsSinceEpoch(1729991400); // the second 02:10
         ReportSettings settings = settingsWith("02:30", local("2024-10-26 02:30:01"));
         QCOMPARE(between.secsTo(nextDue(settings, between)), Q_INT64_C(1200));

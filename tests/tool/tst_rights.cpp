@@ -87,7 +87,7 @@ private:
             .replace("info.", info->name() + '.');
     }
 
-    /// Returns them one by one, such as "INSERT ON firm.emails".
+    /// Returns the granted rights one by one, such as "INSERT ON firm.emails".
     QStringList rights() const
     {
         QStringList found;

@@ -127,7 +127,7 @@ private Q_SLOTS:
         bench->schema.exec("SET GLOBAL max_allowed_packet = 67108864, read_only = 0");
     }
 
-    /// What is queued has to go out in any case.
+    /// Mails that wait are a problem even if both reports are off.
     void queueOfWhatIsOff()
     {
         bench->schema.exec("UPDATE vars SET value = '0' WHERE name LIKE '%.enabled'");
@@ -282,7 +282,7 @@ private:
         cause("privileged account", Says::Well, "SET GLOBAL read_only = 1", "well", "2023-11-16");
     }
 
-    /// The one that is written as .xls, too, and that reads interruptions in this way.
+    /// Only the daily report can be an .xls, and only it joins the table of interruptions.
     static void causesOfTheDailyReport()
     {
         const QStringList daily("daily");

@@ -131,7 +131,7 @@ private Q_SLOTS:
         QCOMPARE(outcome.output, path + '\n');
         QCOMPARE(outcome.status, 1);
 
-        // As it is: the policy lets its own script sort, and nothing else.
+        // The page as it is: its policy allows only its own script, which sorts.
         const QString page = shown(path, "#sort=-missing", {});
         QVERIFY2(!page.contains("<img") && !page.contains('\x1b'), qPrintable(page));
         QVERIFY(page.contains("<th scope=\"row\">&lt;img src=x onerror=alert(1)&gt;&amp;\"%1" +
@@ -146,7 +146,7 @@ private Q_SLOTS:
         QVERIFY(unsorted.contains("<title>13 Nov: 1 mail sent</title>"));
         QVERIFY(unsorted.indexOf("<b>broken</b>") < unsorted.indexOf("<table>"));
 
-        // On a telephone, where nothing is to scroll to the side for, and in the dark.
+        // On a telephone, where nothing needs scrolling to the side, and in the dark.
         const QString probe = withProbe(path);
         const QString telephone = shown(probe, QString(), {"--window-size=360,740"});
         QVERIFY2(telephone.contains(">360 360 wide strip, rgb(255, 255, 255)</title>"),

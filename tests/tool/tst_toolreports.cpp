@@ -67,7 +67,7 @@ private Q_SLOTS:
         QVERIFY(QDir(bench->temporary.path()).isEmpty());
     }
 
-    /// Another directory, such as the root, is not used in its place.
+    /// No other directory, such as the root, is used in place of one that is unusable.
     void runNeedsATemporaryDirectory()
     {
         for (const QString folder : {"/no/such", "no-such", "/proc"}) {

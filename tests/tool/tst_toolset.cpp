@@ -32,7 +32,7 @@ private Q_SLOTS:
                "--enable", 0, "");
     }
 
-    /// With or without "--dry-run"; the latter stores nothing.
+    /// "--dry-run" prints the same and stores nothing.
     void warns()
     {
         const auto [change, options, status, warnings] = fetch<QString, QString, int, QString>();
@@ -120,7 +120,7 @@ private Q_SLOTS:
         QCOMPARE(second.value("SELECT value FROM vars WHERE name LIKE '%Daily%emails'").toString(),
                  QString("b@firma.sk,c@firma.sk"));
 
-        // One that cannot be set keeps nobody else from it.
+        // A schema that cannot be set does not keep the others from being set.
         info->addSchemas({"broken"}, broken.name());
         outcome = run("set --all daily --disable --yes");
         QCOMPARE(outcome.status, 1);

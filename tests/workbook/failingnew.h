@@ -4,13 +4,13 @@
 namespace FailingNew
 {
 
-/** The allocation after so many others fails, and that one alone. */
+/** Makes the allocation after that many others fail, and no other. */
 void failAfter(int allocations);
 
-/** Ends that; true if an allocation failed. */
+/** Ends failAfter(). Returns whether an allocation failed. */
 bool stop();
 
-/** Blocks that were allocated on this thread and not freed on it. */
+/** Returns how many blocks were allocated on this thread and not freed on it. */
 int liveBlocks();
 
 } // namespace FailingNew

@@ -56,7 +56,7 @@ private Q_SLOTS:
                          "END LC_NUMERIC\n");
         const QString characters =
             makeFile("characters"_q, "<code_set_name> MINI\nCHARMAP\n<U002C> \\x2c\nEND CHARMAP\n");
-        // It warns of all that is missing beside the numbers.
+        // It warns of every category that is missing; the numbers are enough.
         QProcess maker;
         maker.start("localedef"_q,
                     {"-c"_q, "-f"_q, characters, "-i"_q, numbers, dir.filePath("comma"_q)});

@@ -71,7 +71,7 @@ private Q_SLOTS:
         worker.stop();
     }
 
-    /// At the next one of several servers, where the worker stays.
+    /// The worker reconnects to the next of several servers, and stays there.
     void lostServer()
     {
         auto first = std::make_unique<Relay>(TestServer::port());
