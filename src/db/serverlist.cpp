@@ -60,7 +60,8 @@ QString serverFault(const QSqlDatabase &database)
     if (node && !node->isReady)
         return QStringLiteral("node %1 of the cluster is not ready: %2")
             .arg(node->name, node->state);
-    return node || serverAnswers(database) ? QString() : QStringLiteral("it does not answer");
+    return node || serverAnswers(database) ? QString()
+                                           : QStringLiteral("the server does not answer");
 }
 
 using Open = std::function<bool(QSqlDatabase &)>;
@@ -122,8 +123,12 @@ QVector<ServerAddress> serversOf(const QString &hostName, int port)
 QString serverText(const QString &hostName, int port)
 {
     QStringList servers;
-    for (const ServerAddress &server : serversOf(hostName, port))
-        servers.append(QStringLiteral("%1:%2").arg(server.host).arg(server.port));
+    for (const ServerAddress &server : serversOf(hostName, port)) {
+        const bool isIpV6 = server.host.contains(QLatin1Char(':'));
+        servers.append((isIpV6 ? QStringLiteral("[%1]:%2") : QStringLiteral("%1:%2"))
+                           .arg(server.host)
+                           .arg(server.port));
+    }
     return servers.join(QLatin1Char(','));
 }
 

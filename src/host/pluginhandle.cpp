@@ -36,7 +36,8 @@ QString PluginHandle::load(const QString &file)
     if (iid.isEmpty())
         return QStringLiteral("not a Qt plug-in");
     if (iid != QLatin1String(qobject_interface_iid<ServerInterface *>()))
-        return QStringLiteral("a plug-in for something else (%1)").arg(iid);
+        return QStringLiteral("a plug-in, but not one for this server: its interface is %1")
+            .arg(iid);
 
     object.reset(loader.instance());
     if (!object)

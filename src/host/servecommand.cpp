@@ -248,7 +248,7 @@ void ServeCommand::reload(ScanWatch &scans)
         scans.scanNow();
         return;
     }
-    qInfo("Host - nothing to scan: %s", isPaused ? "paused" : "only one schema is served");
+    qInfo("Host - scan request ignored: %s", isPaused ? "paused" : "only one schema is served");
     QMetaObject::invokeMethod(&services, &ServiceManager::ready, Qt::QueuedConnection);
 }
 

@@ -83,8 +83,8 @@ QString secrecyError(const QString &path)
     const QFile::Permissions others = QFile::ReadOther | QFile::WriteOther;
     if (!(QFile::permissions(path) & others))
         return {};
-    return QStringLiteral("the configuration file '%1' holds a password and every account of "
-                          "this machine can read or change it; run: chmod o-rwx %1")
+    return QStringLiteral("the configuration file '%1' contains a password, but every account of "
+                          "this machine can read or change the file; run: chmod o-rwx %1")
         .arg(path);
 }
 
@@ -112,17 +112,17 @@ ConfigFile ConfigFile::read(const QString &path)
                 .arg(path);
     const QMap<QString, QString> written = writtenValues(path);
     for (const QString &key : keys) {
+        if (!config.error.isEmpty())
+            break;
+        const QString value = settings.value(key).toString();
         // Refuse unknown keys instead of skipping them: a misspelt "password" would be hard to
         // find.
-        if (!isKnown(key)) {
+        if (!isKnown(key))
             config.error = QStringLiteral("the configuration file '%1' has an unknown key '%2'")
                                .arg(path, key);
-            continue;
-        }
         // Qt reads commas as lists, semicolons as comments and a leading "@" as a type code. If Qt
         // silently altered a password, the server would seem to be at fault.
-        const QString value = settings.value(key).toString();
-        if (value != intendedValue(written.value(key)))
+        else if (value != intendedValue(written.value(key)))
             config.error =
                 QStringLiteral("the value of '%1' in the configuration file '%2' is ambiguous: put "
                                "it in double quotes, with a backslash before each \" and \\; "

@@ -43,7 +43,8 @@ ServerWatch::ServerWatch()
     try {
         thread = std::thread([this] { run(); });
     } catch (const std::system_error &error) {
-        qWarning("AutoReport - cannot watch for silent servers, no thread: %s", error.what());
+        qWarning("AutoReport - cannot start the thread that watches for silent servers: %s",
+                 error.what());
     }
 }
 

@@ -25,9 +25,10 @@ QString roomText(const QString &folder, int error)
 
 void logUnsaved(const QString &path, int error, const char *report)
 {
-    const QString reason = error == 0
-                               ? QStringLiteral("the format cannot hold it, or memory ran out")
-                               : qt_error_string(error);
+    const QString reason =
+        error == 0
+            ? QStringLiteral("the workbook exceeds the limits of its format, or memory ran out")
+            : qt_error_string(error);
     qWarning("%s - '%s': %s%s", report, qUtf8Printable(path), qUtf8Printable(reason),
              qUtf8Printable(roomText(QFileInfo(path).path(), error)));
 }

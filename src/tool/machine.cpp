@@ -116,7 +116,7 @@ QVector<Finding> Machine::findings() const
     else if (temporaryFreeBytes < spaceWantedMiB * bytesPerMiB)
         findings.add(
             Gravity::Harm, "directory",
-            QStringLiteral("%1 MiB are free in the temporary directory '%2'")
+            QStringLiteral("only %1 MiB are free in the temporary directory '%2'")
                 .arg(QString::number(temporaryFreeBytes / bytesPerMiB), temporaryDirectory),
             QStringLiteral("workbooks stay there for months: make room for "
                            "%1 MiB, or point TMPDIR of the host elsewhere")

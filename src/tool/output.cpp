@@ -158,11 +158,6 @@ QStringList Output::table(const QVector<QStringList> &rows, const QVector<Colour
     return lines;
 }
 
-QString Output::shortened(const QString &text, int width)
-{
-    return text.size() <= width ? text : text.left(width - 1) + QChar(0x2026);
-}
-
 QString Output::moment(const QDateTime &moment)
 {
     return moment.isValid() ? moment.toString(QStringLiteral("yyyy-MM-dd HH:mm"))

@@ -51,9 +51,6 @@ int terminalWidth();
 /// `colours` has, for each further row, the colour of its last column.
 QStringList table(const QVector<QStringList> &rows, const QVector<Colour> &colours);
 
-/// Returns `text`, shortened to `width` characters with an ellipsis if it is longer.
-QString shortened(const QString &text, int width);
-
 /// Returns "2026-11-21 07:00", or "-" for an invalid moment.
 QString moment(const QDateTime &moment);
 /// Returns "2026-11-21 07:00:00 CET", or "never" for an invalid moment.

@@ -75,7 +75,7 @@ void checkQueued(const QSqlDatabase &database, const ReportKind &kind,
     if (!mails.isQueuedToday && mails.isKept)
         findings.add(
             Gravity::Harm, "unmailed",
-            QStringLiteral("it counts as made today, but no mail of it was queued"),
+            QStringLiteral("it counts as made today, but none of its mails was queued"),
             QStringLiteral("find the reason in the host's log, then run autoreport run %1 %2")
                 .arg(findings.subject, QLatin1String(kind.word)));
 }

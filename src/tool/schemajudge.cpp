@@ -31,12 +31,12 @@ void checkSwitch(const ReportKind &kind, const StoredSettings &stored, bool isSc
         findings.add(Gravity::Off, "off", QStringLiteral("it is disabled"), remedy);
     else if (!isSchemaFound)
         findings.add(Gravity::Obstacle, "switch",
-                     QStringLiteral("enabled is '%1', but the scan of a host asks for exactly 1")
+                     QStringLiteral("enabled is '%1', but a host's scan requires exactly 1")
                          .arg(stored.text("enabled")),
                      remedy);
     else if (!stored.isFoundByScan())
         findings.add(Gravity::Harm, "switch",
-                     QStringLiteral("enabled is '%1', but the scan of a host asks for exactly 1 "
+                     QStringLiteral("enabled is '%1', but a host's scan requires exactly 1 "
                                     "and finds the schema only by its other report")
                          .arg(stored.text("enabled")),
                      remedy);
@@ -49,7 +49,7 @@ void checkRecipients(const ReportKind &kind, const StoredSettings &stored, Findi
     if (recipients.wellFormed.isEmpty())
         findings.add(
             Gravity::Obstacle, "recipients",
-            QStringLiteral("nobody would get it: emails is '%1'").arg(stored.text("emails")),
+            QStringLiteral("it has no valid recipient: emails is '%1'").arg(stored.text("emails")),
             remedy);
     else if (!recipients.malformed.isEmpty())
         findings.add(Gravity::Harm, "recipients",

@@ -81,7 +81,7 @@ QString leftText(const SchemaConnection &connection, const VarsTable::Values &be
             .arg(connection.databaseName);
     const QStringList texts = changed(before, now.value());
     if (!texts.isEmpty())
-        return QStringLiteral("only a part was set in the database '%1': %2: see autoreport check")
+        return QStringLiteral("only a part was set in the database '%1': %2; see autoreport check")
             .arg(connection.databaseName, texts.join(QStringLiteral(", ")));
     return nothingSet(connection);
 }
@@ -182,7 +182,8 @@ private:
         const SetOutcome outcome(kind, before, after, QDateTime::currentDateTime());
         const QString report = target.token + QLatin1Char(' ') + QLatin1String(kind.word);
         if (outcome.isForNobody)
-            Output::error(QStringLiteral("%1: nobody would get it: give --emails").arg(report));
+            Output::error(
+                QStringLiteral("%1: it has no valid recipient: use --emails").arg(report));
         if (outcome.isDueNow)
             Output::error(QStringLiteral("%1: its time has passed, so it "
                                          "goes out now: at the next tick of a host")

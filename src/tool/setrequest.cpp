@@ -164,13 +164,11 @@ void SetRequests::readFile(const Invocation &invocation)
         error.text = QStringLiteral("cannot read '%1': %2").arg(path, file.errorString());
     else if (!invocation.arguments.isEmpty())
         error.text =
-            QStringLiteral("'%1' must not be given with --file, whose lines name everything")
-                .arg(invocation.arguments.first());
+            QStringLiteral("'%1' cannot be combined with --file").arg(invocation.arguments.first());
     for (const char *option : {"all", "enable", "disable", "emails", "time", "format"}) {
         if (error.text.isEmpty() && invocation.has(option))
             error.text =
-                QStringLiteral("'--%1' must not be given with --file, whose lines name everything")
-                    .arg(QLatin1String(option));
+                QStringLiteral("'--%1' cannot be combined with --file").arg(QLatin1String(option));
     }
     // Reads until readLine() returns nothing, because atEnd() does not work for a pipe.
     for (int number = 1; error.text.isEmpty(); ++number) {

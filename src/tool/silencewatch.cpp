@@ -45,7 +45,7 @@ SilenceWatch::SilenceWatch(const QSqlDatabase &watched, const ConnectionOptions 
     try {
         thread = std::thread([this] { watch(); });
     } catch (const std::system_error &error) {
-        qWarning("cannot watch the server, no thread: %s", error.what());
+        qWarning("cannot start the thread that watches the server: %s", error.what());
     }
 }
 

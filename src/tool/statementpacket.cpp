@@ -25,7 +25,7 @@ QSqlError errorOfRest(const QSqlQuery &query)
 {
     const QSqlError error = query.lastError();
     return error.isValid() ? error
-                           : QSqlError(QString(), QStringLiteral("the server gave no answer"),
+                           : QSqlError(QString(), QStringLiteral("the server did not answer"),
                                        QSqlError::UnknownError);
 }
 

@@ -71,7 +71,7 @@ void printText(const Found &found, bool onlyProblems)
     for (const Finding &one : found.machine.findings())
         Output::print(QStringLiteral("%1: %2; to do: %3").arg(one.subject, one.text, one.remedy));
     if (found.off > 0)
-        Output::print(QStringLiteral("switched off and not shown: %1, see --all").arg(found.off));
+        Output::print(QStringLiteral("disabled and not shown: %1; see --all").arg(found.off));
     Output::print(hostLines(found.machine));
 }
 

@@ -44,7 +44,7 @@ private Q_SLOTS:
         program->send(SIGHUP);
         QVERIFY(isNotified("RELOADING=1"));
         QVERIFY(isNotified("READY=1"));
-        QVERIFY(program->logs("Host - nothing to scan: paused"));
+        QVERIFY(program->logs("Host - scan request ignored: paused"));
 
         program->send(SIGTERM);
         QVERIFY(isNotified("STOPPING=1"));

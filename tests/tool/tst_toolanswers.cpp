@@ -43,8 +43,8 @@ private Q_SLOTS:
         addRow("second schema", "set firm frm daily --disable", guess("'frm'", "firm"));
         addRow("no file", "set --file /no/such", "cannot read '/no/such': No such file");
         addRow("empty file", "set --file /dev/null", "'/dev/null' contains no requests");
-        addRow("file, schema", "set --file LINES firm", "'firm' must not be given with --file");
-        addRow("file, option", "set --file LINES --disable", "'--disable' must not be given with");
+        addRow("file, schema", "set --file LINES firm", "'firm' cannot be combined with --file");
+        addRow("file, option", "set --file LINES --disable", "'--disable' cannot be combined with");
         addRow("line", "set --file LINES",
                guess("line 3 of 'LINES': unknown option 'tiem'", "--time"));
     }

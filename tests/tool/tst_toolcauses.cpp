@@ -38,7 +38,7 @@ private Q_SLOTS:
         cause("not exactly 1", Says::Cause, set.arg("true", "enabled"), "switch",
               "enabled is 'true', but", "autoreport set firm KIND --enable");
         cause("blank recipients", Says::Cause, set.arg(" , ", "emails"), "recipients",
-              "nobody would get it: emails is ' , '", "autoreport set firm KIND --emails");
+              "it has no valid recipient: emails is ' , '", "autoreport set firm KIND --emails");
         cause("one bad recipient", Says::Harm, set.arg("a@firma.sk,b", "emails"), "recipients",
               "not a mail address: b", "autoreport set firm KIND --emails");
         cause("time", Says::Harm, set.arg("7 hours", "time"), "time",
@@ -93,7 +93,7 @@ private Q_SLOTS:
                              "1699941602, 1), ('S', 'a', 'b', 'Mesačný report dochádzky za 11 / "
                              "2023', 1699941602, 1)";
         cause("all mails refused", Says::Harm, sent, "unmailed",
-              "it counts as made today, but no mail",
+              "it counts as made today, but none of its mails",
               "find the reason in the host's log, then run autoreport run firm KIND");
 
         // A host scans once an hour.

@@ -23,7 +23,7 @@ private Q_SLOTS:
         addRow("time has passed", made, "--time 08:00", 0, now);
         addRow("off, time has passed", made, "--disable --time 08:00", 0, "");
         addRow("nobody", made, "--emails=", 1,
-               "autoreport: firm daily: nobody would get it: give --emails\n");
+               "autoreport: firm daily: it has no valid recipient: use --emails\n");
         addRow("off, nobody", off, "--emails=", 0, "");
         addRow("on", off, "--enable", 0, scan);
         addRow("on and due", off + ";\n" + made, "--enable", 0, now + scan);
@@ -83,7 +83,7 @@ private Q_SLOTS:
         bench->schema.exec("CREATE TRIGGER refuse BEFORE UPDATE ON vars FOR EACH ROW IF "
                            "NEW.name LIKE '%time' THEN SIGNAL SQLSTATE '45000'; END IF");
         const Outcome outcome = run("set firm daily --emails x@y.sk --time 08:00");
-        const QString end = left.arg(bench->schema.name()) + ": see autoreport check\n";
+        const QString end = left.arg(bench->schema.name()) + "; see autoreport check\n";
         QVERIFY2(outcome.errors.endsWith(end), qPrintable(outcome.errors));
         QCOMPARE(outcome.status, 1);
         QCOMPARE(bench->schema.value("SELECT COUNT(*) FROM vars WHERE value = 'x@y.sk'").toInt(),
