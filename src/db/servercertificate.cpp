@@ -1,5 +1,6 @@
 #include "db/servercertificate.h"
 
+#include "db/autocommit.h"
 #include "db/clientlibrary.h"
 #include "db/serverconnection.h"
 #include "db/serverlist.h"
@@ -60,11 +61,11 @@ bool openTrusted(QSqlDatabase &database)
     if (!database.open())
         return false;
     if (!namesAuthority(database))
-        return true;
+        return enableAutocommit(database);
     const QString error = certificateError(database);
     if (error.isEmpty()) {
         forbidReconnect(database);
-        return true;
+        return enableAutocommit(database);
     }
     database.close();
     setOpenError(database, QStringLiteral("TLS/SSL error: %1").arg(error), tlsError);

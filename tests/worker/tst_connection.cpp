@@ -1,3 +1,4 @@
+#include "db/servercertificate.h"
 #include "plugin/serverwatch.h"
 #include "worker/autoreportworker.h"
 #include "worker/connectionguard.h"
@@ -59,10 +60,7 @@ private Q_SLOTS:
         QVERIFY2(clock.elapsed() < 60000, qPrintable(QString::number(clock.elapsed())));
         QCOMPARE(relay.failures(), 1);
         relay.thaw();
-        // The server ends the connection, and frees the run's lock, later than the client notices.
-        // No events meanwhile: they could bring the worker's next tick.
-        while (bench->schema.connectionsIn("%") > 1)
-            QTest::qSleep(10);
+        waitUntilGone();
         worker.activateReports();
         QCOMPARE(bench->mails(), 2);
         QCOMPARE(logged("was lost and reopened"), 1);
@@ -99,6 +97,37 @@ private Q_SLOTS:
         QCOMPARE(logged("host='127.0.0.1:"), 1);
     }
 
+    /// A server may have it switched off. A tick sees what was stored since the last one, after the
+    /// connection was lost, too.
+    void withoutAutocommit()
+    {
+        bench->schema.exec("SET GLOBAL autocommit = 0");
+        AutoReportWorker worker(config(), nullptr);
+        QVERIFY(worker.start());
+        for (int connection = 0; connection < 2; ++connection) {
+            makeDue(bench->schema);
+            bench->schema.exec("DELETE FROM people");
+            worker.activateReports();
+            QCOMPARE(bench->mails(), 0);
+            addPeople(bench->schema, 2);
+            worker.activateReports();
+            QCOMPARE(bench->mails(), 2);
+            killOthers();
+        }
+        worker.stop();
+        {
+            QSqlDatabase manager = TestServer::addConnection("reconnects", bench->schema.name());
+            manager.close();
+            manager.setConnectOptions("MYSQL_OPT_RECONNECT=1");
+            QVERIFY(openTrusted(manager));
+            killOthers();
+            QSqlQuery query = manager.exec("SELECT @@autocommit");
+            QVERIFY(query.next() && query.value(0).toInt() == 1);
+        }
+        QSqlDatabase::removeDatabase("reconnects");
+        bench->schema.exec("SET GLOBAL autocommit = 1");
+    }
+
 private:
     void prepare() override
     {
@@ -113,6 +142,20 @@ private:
                 schema,   TestServer::user, TestServer::password, options};
     }
     int logged(const QString &part) const { return bench->log.countContaining(part); }
+    void killOthers() const
+    {
+        const QString id = "SELECT id FROM information_schema.processlist WHERE db = DATABASE() "
+                           "AND id <> CONNECTION_ID()";
+        bench->schema.exec("KILL " + bench->schema.value(id).toString());
+        waitUntilGone();
+    }
+    /// The server ends a connection, and frees the run's lock, later than the client notices. No
+    /// events meanwhile: they could bring the worker's next tick.
+    void waitUntilGone() const
+    {
+        while (bench->schema.connectionsIn("%") > 1)
+            QTest::qSleep(10);
+    }
 
     const OwnServer server;
 };
