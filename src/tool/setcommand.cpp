@@ -28,8 +28,12 @@ QStringList store(QSqlDatabase database, const VarsTable::Values &values)
 {
     const bool open = database.transaction();
     QStringList errors;
-    for (const Error &error : VarsTable(database).store(values))
-        errors.append(error.text.simplified());
+    // Ends at the first error, because the server may have rolled the transaction back: the next
+    // value would then be stored alone.
+    for (auto value = values.cbegin(); value != values.cend() && errors.isEmpty(); ++value) {
+        for (const Error &error : VarsTable(database).store({{value.key(), value.value()}}))
+            errors.append(error.text.simplified());
+    }
     if (open && !(errors.isEmpty() ? database.commit() : database.rollback()))
         errors.append(database.lastError().text().simplified());
     return errors;
@@ -54,7 +58,7 @@ Result<VarsTable::Values> readBefore(const QSqlDatabase &database, const VarsTab
 
 QString nothingSet(const SchemaConnection &connection)
 {
-    return QStringLiteral("nothing was set in the database '%1': see autoreport check")
+    return QStringLiteral("nothing was set in the database '%1'; see autoreport check")
         .arg(connection.databaseName);
 }
 
