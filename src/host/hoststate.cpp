@@ -35,6 +35,7 @@ constexpr Cause causesByText[] = {
     {"for read!", "attachment"},
     {"mail not created!", "mail"},
     {"mails not committed", "commit"},
+    {"mails were committed", "commit"},
     {"begin a transaction,", "commit"},
     {"node is not ready,", "commit"},
     {"interrupted,", "stopped"},

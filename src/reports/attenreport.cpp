@@ -16,6 +16,7 @@
 
 #include <QDebug>
 
+#include <algorithm>
 #include <utility>
 
 AttenReport::AttenReport(const ReportKind &reportKind, const QSqlDatabase &db, QObject *parent)
@@ -73,7 +74,7 @@ void AttenReport::produce(const ReportRun &run)
     loadOptions();
     const QString path = reportPath(fileNameByOptions(run.now.date()));
     const int rows = buildWorkbook(path, run);
-    const int queued = rows > 0 ? queueMails(path, run) : 0;
+    const int queued = rows > 0 ? std::max(queueMails(path, run), 0) : 0;
     // The host parses this line for its metrics.
     qInfo("%s::makeReport() - run ended after %.3f s, rows: %i, mails queued: %i", kind.className,
           double(elapsed.elapsed()) / 1000, rows, queued);
@@ -194,7 +195,7 @@ int AttenReport::queueMails(const QString &path, const ReportRun &run)
         return queued;
     transaction.rollback();
     logEnd(end, run);
-    return 0;
+    return end == End::LostInCommit ? -1 : 0;
 }
 
 /// Begins the transaction. A scheduled run claims the report in it. Other runs claim nothing,
@@ -338,9 +339,12 @@ AttenReport::End AttenReport::commit(const ReportRun &run, ReportTransaction &tr
     const End end = endAfter(transaction.errorCode(), run);
     if (end != End::None)
         return end;
-    qCritical("%s::makeReport() - mails not committed: %s", kind.className,
-              qUtf8Printable(transaction.error()));
-    return End::NotCommitted;
+    // The server may have committed, and its answer may have been lost.
+    const bool isLost = isConnectionLost(run, database);
+    qCritical(isLost ? "%s::makeReport() - it is unknown whether the mails were committed: %s"
+                     : "%s::makeReport() - mails not committed: %s",
+              kind.className, qUtf8Printable(transaction.error()));
+    return isLost ? End::LostInCommit : End::NotCommitted;
 }
 
 void AttenReport::logEnd(End end, const ReportRun &run) const
@@ -349,6 +353,7 @@ void AttenReport::logEnd(End end, const ReportRun &run) const
     case End::None:
     case End::NothingQueued: // each failed mail was logged
     case End::NotCommitted:  // logged by commit()
+    case End::LostInCommit:
         break;
     case End::MadeElsewhere:
         qInfo("%s::doWork() - another host has made this report", kind.className);

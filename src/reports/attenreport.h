@@ -54,7 +54,8 @@ public:
     /// false and leaves an existing file unchanged.
     bool saveWorkbook(const QString &path, const ReportRun &run);
 
-    /// Runs step 6. Returns the number of mails queued.
+    /// Runs step 6. Returns the number of mails queued, or -1 if it is unknown because the
+    /// connection was lost during the commit.
     int queueMails(const QString &path, const ReportRun &run);
 
     /// Returns the name of the workbook's file.
@@ -98,6 +99,7 @@ private:
         Contested,
         Blocked,
         NotCommitted,
+        LostInCommit,
     };
 
     ReportSettings readSettings() const;

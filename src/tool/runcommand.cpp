@@ -41,8 +41,9 @@ bool isAgreed(const Invocation &invocation, const QStringList &recipients)
                                    recipients.join(QStringLiteral(", "))));
 }
 
-/// Returns the number of mails queued. Writes the workbook to a new folder: in the temporary
-/// directory itself, a host that runs as another account could not replace the operator's file.
+/// Returns the number of mails queued, or -1 if that is unknown. Writes the workbook to a new
+/// folder: in the temporary directory itself, a host that runs as another account could not replace
+/// the operator's file.
 int queue(const Invocation &invocation, const QSqlDatabase &database, const QStringList &recipients,
           qulonglong connectionId)
 {
@@ -94,6 +95,12 @@ int makeRun(const Invocation &invocation, const QSqlDatabase &database)
     const int queued = queue(invocation, database, recipients, lock.connectionId());
     lock.release();
     const bool complained = Messages::print();
+    if (queued < 0) {
+        Output::error(QStringLiteral("the connection was lost during the commit; before you queue "
+                                     "the mails again, look at autoreport history %1")
+                          .arg(invocation.token));
+        return Tool::Look;
+    }
     Output::print(QStringLiteral("%1 of %2 mails queued%3")
                       .arg(QString::number(queued), QString::number(recipients.size()),
                            queued > 0 && !complained && invocation.has("mark")

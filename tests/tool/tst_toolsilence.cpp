@@ -1,5 +1,7 @@
 #include "tool/tooltest.h"
 
+#include "support/relay.h"
+
 /// The operator's commands against a server that falls silent: it neither answers nor closes.
 class TestToolSilence : public ToolTest
 {
@@ -63,6 +65,27 @@ private Q_SLOTS:
         QVERIFY(!tool->ended(3 * timeoutMs));
         bench->schema.exec("UNLOCK TABLES");
         QVERIFY(tool->succeeded());
+        QCOMPARE(bench->mails(), 1);
+    }
+
+    /// Nobody can tell then whether the mails are there, and they are.
+    void lostInCommit_data()
+    {
+        addRow("daily", "daily");
+        addRow("monthly", "monthly");
+    }
+
+    void lostInCommit()
+    {
+        const auto [report] = fetch<QString>();
+        Relay relay(TestServer::port());
+        relay.failAt({}, "COMMIT", Relay::Fault::CutAnswer);
+        const Outcome outcome =
+            run(QString("run firm %1 --to a@firma.sk --db-port %2").arg(report).arg(relay.port()));
+        QCOMPARE(outcome.status, 1);
+        QVERIFY2(outcome.errors.contains("the connection was lost during the commit"),
+                 qPrintable(outcome.errors));
+        QCOMPARE(outcome.output, QString());
         QCOMPARE(bench->mails(), 1);
     }
 
