@@ -18,9 +18,11 @@ private Q_SLOTS:
     void connectionEnds_data()
     {
         addColumns<Relay::Fault, QString>("fault", "options");
+        const QString reconnects("MYSQL_OPT_RECONNECT=1");
         addRow("before the statement", Relay::Fault::Cut, "");
-        addRow("before its answer, driver reconnects", Relay::Fault::CutAnswer,
-               "MYSQL_OPT_RECONNECT=1");
+        addRow("before it, driver reconnects", Relay::Fault::Cut, reconnects);
+        addRow("before its answer", Relay::Fault::CutAnswer, "");
+        addRow("before its answer, driver reconnects", Relay::Fault::CutAnswer, reconnects);
     }
 
     void connectionEnds()

@@ -28,7 +28,7 @@ private Q_SLOTS:
         addRow("wrong user", way + " --db-user nobody", 1, "Access denied");
         addRow("no such database", way, 1, "Unknown database 'here'");
         addRow("silent server", way + " --db-port SILENT", 1, "cannot open the database");
-        addRow("foreign plug-in", way + " --plugin " + foreign, 1, "for something else");
+        addRow("foreign plug-in", way + " --plugin " + foreign, 1, "its interface is org.qt");
         addRow("no port for metrics", all + "--metrics 127.0.0.1", 2, "an address with a port");
         addRow("metrics not here", way + " --metrics 192.0.2.1:9469", 1,
                "cannot serve metrics at 192.0.2.1:9469");
