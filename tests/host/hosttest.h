@@ -4,8 +4,6 @@
 #include "support/reportbench.h"
 #include "support/testhost.h"
 
-#include <QRegularExpression>
-
 /// Base of test classes of the program that gives each test function an information database, which
 /// lists the bench's schema as "firm", a host that is not started yet, and the other commands.
 class HostTest : public ReportTest
@@ -22,11 +20,15 @@ protected:
     };
 
     /// Serves the schemas of the information database.
-    void serve(const QStringList &options = {}) { serveDatabase(info->name(), options); }
+    void serve(const QStringList &options = {})
+    {
+        const QStringList database = TestServer::options(info->name());
+        program->start(QStringList("serve") + database + options, environment);
+    }
     /// Serves the bench's schema alone.
     void serveSingle(const QStringList &options = {})
     {
-        serveDatabase(bench->schema.name(), QStringList("--single") + options);
+        serve(QStringList{"--single", "--db-name", bench->schema.name()} + options);
     }
 
     /// Starts another command at the information database, unless its options lead elsewhere. Its
@@ -71,10 +73,4 @@ protected:
     std::unique_ptr<TestDatabase> info;
     std::unique_ptr<HostProgram> program; ///< the host
     QProcessEnvironment environment;      ///< of all of them
-
-private:
-    void serveDatabase(const QString &name, const QStringList &options)
-    {
-        program->start(QStringList("serve") + TestServer::options(name) + options, environment);
-    }
 };

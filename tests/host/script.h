@@ -2,8 +2,6 @@
 
 #include "support/testdata.h"
 
-#include <QProcess>
-
 /// A program in Python that runs beside the host until the object ends.
 class Script
 {

@@ -22,9 +22,11 @@ private Q_SLOTS:
     void namesTheCustomer()
     {
         auto [stream, head] = fetch<QString, QString>(); // head: of a critical line
-        enableBoth(bench->schema);
         const TestDatabase other(TestDatabase::Tables::Schema);
-        enableBoth(other);
+        for (const TestDatabase *schema : {&bench->schema, &other}) {
+            addPeople(*schema, 3);
+            enableBothReports(*schema, "a@firma.sk, b@firma.sk");
+        }
         info->addSchemas({"second"}, other.name());
         environment.insert("TMPDIR", "/no/such");
         struct stat file = {}; // which the service manager names by its device and inode
@@ -84,12 +86,6 @@ private:
         log = bench->temporary.filePath("log");
         writeFile(log, {});
         program->logTo(log);
-    }
-
-    static void enableBoth(const TestDatabase &schema)
-    {
-        addPeople(schema, 3);
-        enableBothReports(schema, "a@firma.sk, b@firma.sk");
     }
 
     QStringList lines(const QString &pattern) const

@@ -76,9 +76,7 @@ private:
 
     /// The resources that an idle host holds.
     struct Holdings {
-        int memoryKiB;
-        int threads;
-        int files;
+        int memoryKiB, threads, files;
         int connections; ///< of the server, the bench's own among them
     };
 

@@ -37,21 +37,19 @@ private Q_SLOTS:
                                      extras + QStringList("Stravné j.");
         QCOMPARE(sheetRow(sheet, 1), QJsonArray::fromStringList(headings));
 
+        // Without a fund, only the difference is shown; 0 hours are shown, a sum of 0 is not.
+        const QHash<int, QString> rows{
+            {1, R"json({"C": 160, "D": 2, "E": 1, "F": 2, "G": 0.25, "H": 0.1, "I": 0.01, "J": 5,
+            "K": 165, "M": "=K2/(C2/100)", "O": "=N2*(K2/100)", "P": 8, "Q": 0.5, "R": 1, "S": 2,
+            "T": 3, "U": 4})json"},
+            {2, R"({"K": 0})"},
+            {3, R"json({"C": 10, "K": 0, "M": "=K4/(C4/100)", "O": "=N4*(K4/100)"})json"}};
         const QHash<int, QString> leavers{{60, "Ukončený Ivan"}, {63, "Ukončený Adam"}};
         QCOMPARE(rowCount(sheet), 62);
         for (int person = 1; person <= 61; ++person) {
             const int uid = person == 60 ? 63 : person == 61 ? 60 : person;
-            // Without a fund, only the difference is shown; 0 hours are shown, a sum of 0 is not.
-            const char *cells = "{}";
-            if (uid == 1)
-                cells = R"json({"C": 160, "D": 2, "E": 1, "F": 2, "G": 0.25, "H": 0.1, "I": 0.01,
-                "J": 5, "K": 165, "M": "=K2/(C2/100)", "O": "=N2*(K2/100)", "P": 8, "Q": 0.5,
-                "R": 1, "S": 2, "T": 3, "U": 4})json";
-            if (uid == 2)
-                cells = R"({"K": 0})";
-            if (uid == 3)
-                cells = R"json({"C": 10, "K": 0, "M": "=K4/(C4/100)", "O": "=N4*(K4/100)"})json";
-            QJsonArray expected = rowOf(headings.size(), cells, uid == 1 ? first : "{}");
+            QJsonArray expected =
+                rowOf(headings.size(), rows.value(uid, "{}"), uid == 1 ? first : "{}");
             expected[0] = payroll ? QJsonValue(QString("P%1").arg(uid)) : QJsonValue(100 + uid);
             const QString name = QString("Priezvisko%1 Ján").arg(uid, 2, 10, QChar('0'));
             expected[1] = leavers.value(uid, uid == 1 ? name + " Ing." : name);

@@ -14,10 +14,6 @@ using namespace std::chrono_literals;
 namespace
 {
 
-const auto goOn = [] {
-    return false;
-};
-
 /// A thread that asks for a pass and keeps it until it leaves. Of the standard library throughout:
 /// ThreadSanitizer does not see what Qt's threads wait for.
 class Visitor
@@ -89,7 +85,7 @@ private Q_SLOTS:
         std::atomic<int> inside{0}, full{0}, overfull{0};
         const auto visit = [&] {
             for (int pass = 0; pass < passes / threadCount; ++pass) {
-                const ReportGate::Pass held(gate, goOn);
+                const ReportGate::Pass held(gate, [] { return false; });
                 const int now = ++inside;
                 full += now == places ? 1 : 0;
                 overfull += now > places ? 1 : 0;
@@ -125,9 +121,9 @@ private Q_SLOTS:
     void holderWithoutEnd()
     {
         ReportGate gate(1, 100ms);
-        const ReportGate::Pass stuck(gate, goOn);
+        const ReportGate::Pass stuck(gate, [] { return false; });
         QVERIFY(!stuck.hasWaited());
-        const ReportGate::Pass pass(gate, goOn);
+        const ReportGate::Pass pass(gate, [] { return false; });
         QVERIFY(pass.isHeld());
         QVERIFY(pass.hasWaited());
     }

@@ -1,9 +1,6 @@
 #pragma once
 
-#include <QHash>
-#include <QMutex>
-#include <QSqlDatabase>
-#include <QVector>
+#include <QtSql>
 
 /// A host's own declarations of what it shares with its plug-ins; none of the plug-in's headers.
 namespace foreign

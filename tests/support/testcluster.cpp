@@ -1,12 +1,5 @@
 #include "support/testcluster.h"
 
-#include "support/testdata.h"
-#include "support/testserver.h"
-
-#include <QProcess>
-#include <QSqlQuery>
-#include <QTest>
-
 TestCluster::TestCluster(const QStringList &serverOptions)
 {
     run("start", serverOptions);

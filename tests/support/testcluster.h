@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QSqlDatabase>
-#include <QStringList>
-#include <QTemporaryDir>
+#include "support/testserver.h"
 
 /// A Galera cluster of three nodes for one test: all databases created during its lifetime are on
 /// it. Nodes are numbered from 0. The bench's own connections are to the last one, which stays.

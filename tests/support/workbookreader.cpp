@@ -1,13 +1,5 @@
 #include "support/workbookreader.h"
 
-#include <QDebug>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QProcess>
-
 namespace
 {
 

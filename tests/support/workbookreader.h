@@ -1,9 +1,6 @@
 #pragma once
 
-#include <QByteArrayList>
-#include <QJsonObject>
-#include <QStringList>
-#include <QVector>
+#include <QtCore>
 
 // Workbook files as other people's programs see them. If such a program complains, that is logged
 // as critical, and the result is empty.

@@ -49,16 +49,15 @@ private Q_SLOTS:
         info->addSchemas({"a", "z"}, other.name());
         other.exec(change.replace("DATABASE", other.name()).replace("INFO", info->name()));
         const Outcome outcome = run("status --json");
-        int lines = 0;
-        for (const auto &value : outcome.json()["reports"].toArray()) {
+        const QJsonArray lines = outcome.json()["reports"].toArray();
+        QCOMPARE(lines.size(), 2 * (alike.size() + 3));
+        for (const auto &value : lines) {
             const QJsonObject line = value.toObject();
             const QString token = line["schema"].toString();
             const bool isOther = token == "a" || token == "z";
             const QString state = !isOther ? "well" : line["report"] == "daily" ? daily : monthly;
             QVERIFY2(line["state"] == state, qPrintable(token + outcome.output.left(4000)));
-            ++lines;
         }
-        QCOMPARE(lines, 2 * (alike.size() + 3));
     }
 };
 

@@ -66,15 +66,13 @@ private Q_SLOTS:
         mail("Denný report dochádzky za 1. 9. 2023", "S", "2023-11-02T06:00:00Z");
         mail("Re: Denný report dochádzky za 3. 11. 2023", "S", "2023-11-03T06:00:00Z");
         const QStringList lines = run("history firm").output.split('\n');
-        QCOMPARE(lines.filter(QRegularExpression("^2.* mails?")),
-                 QStringList({"2023-10-30 daily    1 mail sent, queued 2023-10-31 00:01, sent "
-                              "2023-10-31 00:02",
-                              "2023-11-01 daily    2 mails: 1 waiting, 1 taken but not sent, "
-                              "queued 2023-11-01 07:00",
-                              "2023-10-28 monthly  1 mail sent, queued 2023-10-28 22:30, sent "
-                              "2023-10-28 22:31",
-                              "2023-10-29 monthly  1 mail sent, queued 2023-10-29 00:30, sent "
-                              "2023-10-29 00:31"}));
+        const QStringList mails{
+            "2023-10-30 daily    1 mail sent, queued 2023-10-31 00:01, sent 2023-10-31 00:02",
+            "2023-11-01 daily    2 mails: 1 waiting, 1 taken but not sent, "
+            "queued 2023-11-01 07:00",
+            "2023-10-28 monthly  1 mail sent, queued 2023-10-28 22:30, sent 2023-10-28 22:31",
+            "2023-10-29 monthly  1 mail sent, queued 2023-10-29 00:30, sent 2023-10-29 00:31"};
+        QCOMPARE(lines.filter(QRegularExpression("^2.* mails?")), mails);
         const auto expected = QJsonDocument::fromJson(R"({"day": "2023-11-01", "state": "waiting",
             "queued": 2, "waiting": 1, "sent": 0, "unsent": 1,
             "lastQueuedAt": "2023-11-01T07:00:01+01:00", "lastSentAt": null})")

@@ -135,11 +135,11 @@ private Q_SLOTS:
         const ReportKind *kind = reportKindOf(report);
         bench->set("dattenInters", options);
         bench->set("advancedOvertime", options);
-        const QStringList statements =
-            kind->needs({{"dattenInters", options}, {"advancedOvertime", options}},
-                        QDate(2023, 11, 1))
-                .statements +
-            QStringList{MailRepository::insertStatement(), VarsTable::upsertStatement()};
+        const QDateTime now(QDate(2023, 11, 1), QTime(10, 0));
+        QStringList statements{MailRepository::insertStatement(), VarsTable::upsertStatement()};
+        statements +=
+            kind->needs({{"dattenInters", options}, {"advancedOvertime", options}}, now.date())
+                .statements;
         const auto columns = bench->schema.rows(
             "SELECT table_name, column_name FROM information_schema.columns WHERE table_schema = "
             "DATABASE() AND table_name != 'admins_people'");
@@ -152,16 +152,13 @@ private Q_SLOTS:
             QStringList unmet;
             for (const UnmetRequirement &one : Requirements::unmetOf(bench->database, statements))
                 unmet.append(one.text);
-            const int known = bench->log.texts().size();
-            createReport(*kind, bench->database)
-                ->makeReport({"a@firma.sk"},
-                             QDateTime::fromString("2023-11-01T09:00:00Z", Qt::ISODate));
-            const QStringList complaints =
-                QStringList(bench->log.texts().mid(known)).filter("Unknown column '");
+            const int known = bench->log.countContaining("Unknown column '");
+            createReport(*kind, bench->database)->makeReport({"a@firma.sk"}, now);
+            const bool complains = bench->log.countContaining("Unknown column '") > known;
             bench->schema.exec(rename.arg("gone", name));
 
             const QString here = column[0].toString() + '.' + name + ": " + unmet.join("; ");
-            QVERIFY2(unmet.isEmpty() == complaints.isEmpty(), qPrintable(here));
+            QVERIFY2(unmet.isEmpty() != complains, qPrintable(here));
             QVERIFY2(unmet.isEmpty() || unmet.join(';').contains(name + "' in "), qPrintable(here));
         }
         QVERIFY(bench->mails() > 10);

@@ -12,9 +12,8 @@ private Q_SLOTS:
         const char *made = "UPDATE vars SET value = '1699941602' WHERE name LIKE '%lastGenerated'";
         const QString off = "UPDATE vars SET value = '0' WHERE name LIKE '%enabled'";
         const QString scan =
-            "autoreport: a host finds the schema at its next scan, within an hour; "
-            "to scan now: systemctl reload autoreport, or SIGHUP to autoreport "
-            "serve\n";
+            "autoreport: a host finds the schema at its next scan, within an hour; to scan now: "
+            "systemctl reload autoreport, or SIGHUP to autoreport serve\n";
         const QString now = "autoreport: firm daily: its time has passed, so "
                             "it goes out now: at the next tick of a host\n";
         addRow("nothing", none, "--time 06:30", 0, "");

@@ -1,9 +1,6 @@
 #include "failingnew.h"
 #include "testbook.h"
 
-#include <QElapsedTimer>
-#include <QJsonArray>
-
 #include <cfloat>
 #include <climits>
 #include <cmath>

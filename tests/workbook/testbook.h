@@ -8,10 +8,6 @@
 #include "workbook/format.h"
 #include "workbook/sheet.h"
 
-#include <QCoreApplication>
-#include <QJsonObject>
-#include <QTemporaryDir>
-
 /** Text of UTF-8 source code. */
 inline QString operator""_q(const char *text, std::size_t bytes)
 {

@@ -3,7 +3,7 @@
 
 #include <clocale>
 #include <csignal>
-#include <thread>
+#include <future>
 
 #include <sys/resource.h>
 
@@ -31,16 +31,13 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo(file()).isSymLink() && readFile(precious) == "precious");
         QVERIFY(book.save(file()));
         QVERIFY(!readSheet(file()).isEmpty());
-        bool saved[2] = {};
-        const auto work = [&](int i) {
+        const auto work = [this](int i) {
             const TestBook other(isXls);
-            saved[i] = fill(*other, 2000) && other.save(file(QString::number(i)));
+            return fill(*other, 2000) && other.save(file(QString::number(i)));
         };
-        std::thread first(work, 0);
-        std::thread second(work, 1);
-        first.join();
-        second.join();
-        QVERIFY(saved[0] && saved[1]);
+        auto first = std::async(std::launch::async, work, 0);
+        auto second = std::async(std::launch::async, work, 1);
+        QVERIFY(first.get() && second.get());
         QVERIFY(readFile(file("0"_q)) == readFile(file()));
         QVERIFY(readFile(file("1"_q)) == readFile(file()));
         QCOMPARE(QFileInfo(file()).permissions() & ~(QFile::ReadUser | QFile::WriteUser),
