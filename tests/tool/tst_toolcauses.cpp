@@ -23,7 +23,7 @@ Q_DECLARE_METATYPE(Verdict)
 
 /// Causes of "I got no report this morning", each made on purpose, and the answers of the three
 /// commands that judge: `status` by its word, `why` by its last line, `check` by a finding. The
-/// table of causes in docs/operations.md has the same rows.
+/// table of causes in docs/causes.md has the same rows.
 class TestToolCauses : public ToolTest
 {
     Q_OBJECT
