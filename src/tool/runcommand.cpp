@@ -86,8 +86,9 @@ int makeRun(const Invocation &invocation, const QSqlDatabase &database)
     // held.
     ReportLock lock(database, invocation.kind->className);
     if (!lock.acquire()) {
-        Output::error(QStringLiteral("a host is making this report right now; nothing was queued: "
-                                     "see autoreport status in a minute"));
+        Output::error(QStringLiteral(
+            "a host or another operator is making this report right now; nothing was "
+            "queued: see autoreport status in a minute"));
         return Tool::Look;
     }
     // Constructed only after the answer, so that Ctrl-C at the question ends the program.

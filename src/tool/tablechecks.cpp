@@ -63,12 +63,13 @@ void checkRights(const QSqlDatabase &database, const SchemaTables &tables, Findi
                      QStringLiteral("no mail can be queued: ") + tables.unqueuable->text,
                      remedyOf(*tables.unqueuable, "INSERT", database));
     if (tables.unmarkable)
-        findings.add(tables.unqueuable ? Gravity::Obstacle : Gravity::Alarm,
-                     stateOf(*tables.unmarkable),
-                     QStringLiteral("lastGenerated cannot be stored, and everybody is mailed again "
-                                    "every minute: ") +
-                         tables.unmarkable->text,
-                     remedyOf(*tables.unmarkable, "INSERT, UPDATE", database));
+        findings.add(
+            tables.unqueuable ? Gravity::Obstacle : Gravity::Alarm, stateOf(*tables.unmarkable),
+            (tables.unqueuable ? QStringLiteral("lastGenerated cannot be stored: ")
+                               : QStringLiteral("lastGenerated cannot be stored, and "
+                                                "everybody is mailed again every minute: ")) +
+                tables.unmarkable->text,
+            remedyOf(*tables.unmarkable, "INSERT, UPDATE", database));
 }
 
 /// Tries an UPDATE that changes no row, because some accounts may write even if the server is
@@ -210,19 +211,19 @@ void checkMail(qint64 bytes, const TableFacts &limits, Findings &findings)
     const QString mailText = QString::number(mail);
     if (mail > limits.packetBytes)
         findings.add(Gravity::Obstacle, "packet",
-                     QStringLiteral("max_allowed_packet is %1, a mail has %2 bytes or more")
+                     QStringLiteral("max_allowed_packet is %1, but a mail has %2 bytes or more")
                          .arg(QString::number(limits.packetBytes), mailText),
                      QStringLiteral("set max_allowed_packet to 64M on the server"));
     if (limits.dataBytes >= attachmentBytes)
         return;
-    const QString holds = QStringLiteral("emails.data can hold %1 bytes, ").arg(limits.dataBytes);
+    const QString holds =
+        QStringLiteral("emails.data can hold %1 bytes, but ").arg(limits.dataBytes);
     const QString remedy = QStringLiteral("ALTER TABLE emails MODIFY data LONGBLOB");
     if (mail > limits.dataBytes)
         findings.add(Gravity::Obstacle, "size",
                      holds + QStringLiteral("a mail has %1 or more").arg(mailText), remedy);
     else
-        findings.add(Gravity::Harm, "size", holds + QStringLiteral("too few for workbooks"),
-                     remedy);
+        findings.add(Gravity::Harm, "size", holds + QStringLiteral("workbooks need more"), remedy);
 }
 
 } // namespace
@@ -349,8 +350,8 @@ void checkMachines(const QSqlDatabase &database, Findings &findings)
         findings.add(Gravity::Notice, "machines",
                      QStringLiteral("connections from several machines: %1")
                          .arg(names.join(QStringLiteral(", "))),
-                     QStringLiteral("nothing, if autoreport serve is meant to run on more than one "
-                                    "of them: no report goes out twice"));
+                     QStringLiteral("if autoreport serve is meant to run on one of them only, stop "
+                                    "it on the others; no report goes out twice"));
 }
 
 void checkReport(const QSqlDatabase &database, const ReportReading &reading, const Machine &machine,

@@ -60,13 +60,13 @@ private Q_SLOTS:
         const QString many = "INSERT INTO people (uid, pid, name, surname) "
                              "SELECT seq, seq, 'a', 'b' FROM seq_100_to_5000;\n";
         cause("small column", Says::Cause, many + "ALTER TABLE emails MODIFY data BLOB", "size",
-              "emails.data can hold 65535 bytes, a mail has ",
+              "emails.data can hold 65535 bytes, but a mail has ",
               "ALTER TABLE emails MODIFY data LONGBLOB");
         cause("column for texts", Says::Harm, "ALTER TABLE emails MODIFY data BLOB", "size",
-              "emails.data can hold 65535 bytes, too few",
+              "emails.data can hold 65535 bytes, but workbooks need",
               "ALTER TABLE emails MODIFY data LONGBLOB");
         cause("small packets", Says::Cause, many + "SET GLOBAL max_allowed_packet = 32768",
-              "packet", "max_allowed_packet is 32768, a mail has ", "set max_allowed_packet");
+              "packet", "max_allowed_packet is 32768, but a mail has ", "set max_allowed_packet");
         cause("workbooks near the limit", Says::Harm,
               "INSERT INTO emails (`from`, `to`, subject, body, status, data) VALUES ('z', 'a', "
               "'', '', 'S', REPEAT('x', 9000000));\nSET GLOBAL max_allowed_packet = 16777216",
