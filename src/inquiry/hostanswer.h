@@ -13,14 +13,17 @@ struct RunOutcome {
     qint64 moment = 0;
     double seconds = 0; ///< how long it took
     int mails = 0;
-    QString cause; ///< why mails were not queued: one word, as in the metrics; else empty
-    QString text;  ///< the run's warnings, without the report's name; empty without a cause
+    /// Why mails were not queued: one of the words that the metrics use. May be empty.
+    QString cause;
+    QString text; ///< the run's warnings, without the report's name; empty without a cause
 };
 
 /// The runs of one report of one schema since the host started.
 struct ReportAnswer {
-    RunOutcome last;        ///< has a cause only if no mail was queued
-    RunOutcome lastFailure; ///< the last run that did not queue all mails; may be the same run
+    /// The last run that was not left to another host. Has a cause only if it queued no mail.
+    RunOutcome last;
+    /// The last run that did not queue all its mails. May be the run in `last`.
+    RunOutcome lastFailure;
 };
 
 /// A schema that has a worker, or had one.
@@ -29,7 +32,7 @@ struct SchemaAnswer {
     qint64 lastTick = 0;
     QString problem; ///< the worker's last warning about itself, such as a lost connection
     qint64 problemMoment = 0;
-    QMap<QString, ReportAnswer> reports; ///< by the report's word, such as "daily"
+    QMap<QString, ReportAnswer> reports; ///< the keys are the reports' words, such as "daily"
 };
 
 struct HostAnswer {
@@ -40,20 +43,20 @@ struct HostAnswer {
     bool isSingle = false;
     QString zone; ///< such as "Europe/Bratislava"
     int utcOffsetSeconds = 0;
-    qint64 moment = 0; ///< of the answer, by the host's clock
+    qint64 moment = 0; ///< when the host answered, by its clock
     qint64 since = 0;  ///< when the host started
     bool isPaused = false;
     qint64 lastScan = 0;
     qint64 nextScan = 0;
     QString scanProblem;              ///< why the last scan ended early; empty if it did not
-    QString temporaryDirectory;       ///< empty if the directory does not exist
+    QString temporaryDirectory;       ///< for workbooks; empty if it does not exist
     bool isTemporaryAnswering = true; ///< false if the directory's disk is stalled
     bool isTemporaryWritable = false;
     /// Why the directory is not writable, or why no check could be started. Empty if the directory
     /// is usable or missing, or its disk is stalled.
     QString temporaryError;
     qint64 temporaryFreeBytes = 0;
-    /// By token or, in single-database mode, by the schema's name.
+    /// The keys are tokens or, in single-database mode, the schema's name.
     QMap<QString, SchemaAnswer> schemas;
 
     QJsonObject toJson() const;

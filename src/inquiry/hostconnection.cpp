@@ -13,7 +13,7 @@
 namespace
 {
 
-// An answer about 10,000 schemas takes 5 MiB, or 20 MiB if each has an error text of 300 letters.
+// An answer with 10,000 schemas takes 5 MiB, or 20 MiB if each schema has 300 letters of errors.
 constexpr int maxAnswerMiB = 64;
 constexpr int bytesPerMiB = 1048576;
 

@@ -4,7 +4,7 @@
 #include <QString>
 
 /**
- * A connection to a host's socket that receives the host's answer.
+ * Connects to the socket of a host and receives the host's answer.
  *
  * Never waits: the owner polls the descriptor and calls take(). The first error ends the
  * connection.
@@ -21,7 +21,7 @@ public:
     /// Returns the descriptor to poll; -1 while not connected, for example because the host's
     /// backlog is full.
     int descriptor() const { return isConnected ? socket : -1; }
-    /// Connects unless already connected, and receives the data that has arrived.
+    /// Connects if not yet connected. Then receives the data that has arrived.
     void take();
     /// Closes the connection. `why` is the error; empty if the answer is complete.
     void end(const QString &why);

@@ -48,7 +48,7 @@ Connections connectAll(HostsFound &found)
     return all;
 }
 
-/// Receives from all hosts in parallel, so that a silent host does not delay the others.
+/// Receives all hosts' answers in parallel, so that a silent host does not delay the others.
 void receive(const Connections &all, const QDeadlineTimer &deadline)
 {
     const auto isOpen = [](const auto &connection) {

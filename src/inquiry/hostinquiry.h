@@ -12,6 +12,6 @@ struct HostsFound {
 };
 
 /// Asks every host whose socket is in one of socketFolders(). Asks them in parallel and blocks for
-/// at most `timeoutMs`, without an event loop. Ignores sockets on which no process listens. Reports
-/// a folder that another account could have created as an error.
+/// at most `timeoutMs`. Needs no event loop. Ignores sockets on which no process listens. If
+/// another account could have created a folder, adds an error and ignores the folder's sockets.
 HostsFound askHosts(int timeoutMs);

@@ -31,8 +31,8 @@ void removeLeftBehind(const QString &folder)
     }
 }
 
-/// Returns why the server failed to accept a connection, or an empty text. For most errors,
-/// QLocalServer's text contains only the error's number.
+/// Returns why the server failed to accept a connection, or an empty text. QLocalServer's text
+/// identifies most errors only by number.
 QString acceptError(const QLocalServer &server)
 {
     const QString text = server.errorString();
@@ -73,7 +73,7 @@ QString InquiryServer::open(const QString &folder)
         return QStringLiteral("'%1': %2").arg(folder, error);
     const QString path = ownPath(folder);
     removeLeftBehind(folder);
-    QLocalServer::removeServer(path); // in case another file has that name
+    QLocalServer::removeServer(path); // in case a file of that name was left behind
     return server->listen(path) ? QString()
                                 : QStringLiteral("'%1': %2").arg(path, server->errorString());
 }
@@ -84,6 +84,6 @@ void InquiryServer::answerAll()
         QObject::connect(client, &QLocalSocket::disconnected, client, &QObject::deleteLater);
         QTimer::singleShot(patience, client, [client] { client->abort(); });
         client->write(answer());
-        client->disconnectFromServer(); // after the answer is written
+        client->disconnectFromServer(); // takes effect after the answer is written
     }
 }

@@ -25,7 +25,7 @@ public:
 
     /// Listens in `folder` unless already listening. Call it every few seconds, because a shortage
     /// of file descriptors closes the socket. Returns the error, or an empty text. The first call
-    /// after such a closure returns its reason, even if this call has reopened the socket.
+    /// after such a closure returns the reason for it, even if this call has reopened the socket.
     QString listen(const QString &folder);
 
 private:

@@ -5,17 +5,17 @@
 // Where the hosts of this machine keep their sockets, each named "PID.socket".
 
 /// Returns the folder for the socket of a host in this process. It is the first of these that
-/// applies: the first folder that RUNTIME_DIRECTORY names, which the service manager sets; for
-/// root, the packaged service's folder; "autoreport" in the folder that XDG_RUNTIME_DIR names,
-/// which a login session sets; a folder in /tmp for this account. The folder may not exist yet.
+/// applies: the first folder in RUNTIME_DIRECTORY, which the service manager sets; for root, the
+/// packaged service's folder; the folder "autoreport" in XDG_RUNTIME_DIR, which a login session
+/// sets; this account's folder in /tmp. The folder need not exist yet.
 QString ownSocketFolder();
 
-/// Creates `folder` for this account alone unless it exists. Returns the error, or an empty text.
-/// Refuses a folder that belongs to another account.
+/// Creates `folder` unless it exists. A new folder is accessible to this account only. Returns the
+/// error, or an empty text. Refuses a folder that belongs to another account.
 QString makeSocketFolder(const QString &folder);
 
 /// Returns the folders in which commands look for hosts: ownSocketFolder() and the packaged
-/// service's.
+/// service's folder.
 QStringList socketFolders();
 
 /// Returns whether only root or this account can have created the folder. A folder in /tmp could be

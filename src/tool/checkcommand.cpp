@@ -24,7 +24,7 @@ struct Found {
     QVector<Finding> findings;
     QString server; ///< the server that answered; empty if unknown
     QString cipher; ///< empty if the connection is not encrypted
-    int opened = 0; ///< schemas that could be opened
+    int opened = 0; ///< how many schemas could be opened
     int status = Tool::Well;
 };
 
@@ -74,7 +74,7 @@ void findAll(const Schemas &schemas, bool isAsked, Found &found)
         addFindings(schema, isAsked, found);
 }
 
-/// Prints two lines per finding, the finding and its remedy, and then a summary.
+/// Prints each finding with its remedy on the line below. Prints a summary at the end.
 void printText(const Found &found)
 {
     const auto &findings = found.findings;

@@ -9,7 +9,7 @@
 namespace
 {
 
-constexpr int leastMembers = 3; // of two nodes, one alone has no majority
+constexpr int leastMembers = 3; // if one of two nodes fails, the other has no majority
 
 /// What keeps a cluster from copying a table, or from noticing a conflict.
 struct TableFault {
@@ -64,7 +64,7 @@ QVector<Finding> checkCluster(const QSqlDatabase &master)
                          .arg(node->members),
                      QStringLiteral("use three, of which one may be an arbitrator "
                                     "(garbd)"));
-    // With either option, both parts of a divided cluster would make the reports.
+    // With either of these options, both parts of a divided cluster would make the reports.
     const QStringList halves =
         names(master, "SELECT 1 FROM DUAL WHERE REPLACE(@@wsrep_provider_options, ' ', '') REGEXP "
                       "'pc\\\\.ignore_(quorum|sb)=(true|yes|on|1)'");

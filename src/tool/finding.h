@@ -11,7 +11,7 @@ enum class Gravity {
     Harm,     ///< the report goes out, but something is wrong
     Obstacle, ///< the report does not go out
     Alarm,    ///< the recipients get the report again and again
-    Off       ///< the report is disabled or its schema inactive on purpose, which is not a problem
+    Off       ///< the report is disabled or its schema is inactive, which is not a problem
 };
 
 /// Something that a check has found, and what to do about it. Texts have no full stop; `remedy` is

@@ -41,12 +41,12 @@ std::optional<QVector<ReportHistory>> readAll(const Schemas &schemas,
     return found;
 }
 
-/// Replaces the file only once the new page is complete.
+/// Replaces the file only after writing the new page completely.
 bool writePage(const QString &path, const QByteArray &page)
 {
     QSaveFile file(path);
     errno = 0; // not every error of QSaveFile sets errno
-    // Calls flush() first, because commit() ignores errors in writing buffered data.
+    // Calls flush() before commit(), because commit() ignores errors in writing buffered data.
     const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(page) == page.size() &&
                            file.flush() && file.commit();
     const int error = errno;

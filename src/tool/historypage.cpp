@@ -72,7 +72,7 @@ QString drawing(const QString &content, int days, const QString &label)
         .arg(QString::number(days * dayWidth), QString::number(stripHeight), label, content);
 }
 
-/// Returns what a screen reader says instead of showing the drawing.
+/// Returns the text that a screen reader reads aloud in place of the drawing.
 QString stripLabel(const ReportHistory &report)
 {
     QStringList counts;
@@ -102,7 +102,7 @@ QString kindWord(const ReportHistory &report)
     return report.status.kind ? QString(QLatin1String(report.status.kind->word)) : QString();
 }
 
-/// Returns the content of the column "Today", with the class that colours it.
+/// Returns the content of a cell in the column "Today", with the class that colours it.
 QString todayCell(const ReportHistory &report)
 {
     const QString &reason = report.status.reason;
@@ -203,7 +203,7 @@ QByteArray historyPage(const QVector<ReportHistory> &reports, const HistoryWindo
     const QString style = resource("history.css");
     const QString script = resource("history.js");
     const QString moment = Output::exactMoment(window.now);
-    // Concatenated rather than filled in with arg(), because customers' texts may contain "%1".
+    // Joins the parts with "+" rather than arg(), because customers' texts may contain "%1".
     return (QStringLiteral("<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
                            "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src "
                            "'none'; style-src ") +

@@ -32,7 +32,7 @@ QString signs(DayState state, int count)
     return Output::coloured(QString(count, QChar(lookOf(state).sign)), lookOf(state).colour);
 }
 
-/// Colours adjacent days in the same state as one text, so that the colour changes rarely.
+/// Returns one sign per day. Adjacent days in the same state share one pair of colour marks.
 QString strip(const QVector<ReportDay> &days)
 {
     QString text;
@@ -45,7 +45,7 @@ QString strip(const QVector<ReportDay> &days)
     return text;
 }
 
-/// Returns the first and the last day, aligned with the ends of the strip below.
+/// Returns the first and the last day, aligned with the ends of the strips in the rows below.
 QString ruler(const QVector<ReportDay> &days)
 {
     const auto text = [](const ReportDay &day) {
@@ -127,7 +127,7 @@ QString mailsText(const ReportDay &day)
     add(day.unsent(), "taken but not sent");
     const QString mails =
         day.queued == 1 ? QStringLiteral("1 mail") : QStringLiteral("%1 mails").arg(day.queued);
-    if (parts.size() == 1) // the total says the number already
+    if (parts.size() == 1) // all mails are in one state: do not repeat their number
         return mails + QLatin1Char(' ') + parts.first().section(QLatin1Char(' '), 1);
     return QStringLiteral("%1: %2").arg(mails, parts.join(QStringLiteral(", ")));
 }
@@ -150,7 +150,7 @@ QStringList historyTable(const QVector<ReportHistory> &reports)
                                         : QString(),
                                     report.status.detail));
     }
-    // The strips are coloured already.
+    // Plain, because strip() has already coloured the last column.
     const QVector<Output::Colour> colours(rows.size() - 1, Output::Colour::Plain);
     const QStringList lines = Output::table(rows, colours) + legend();
     return details.isEmpty() ? lines : lines + QStringList(QString()) + details;

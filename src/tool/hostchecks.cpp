@@ -10,8 +10,8 @@
 namespace
 {
 
-constexpr qint64 graceSeconds = 4200; // a scan per hour, a tick per minute, and the report itself
-constexpr qint64 graceOfServed = 300; // if a host serves the schema: a tick and the report
+constexpr qint64 graceSeconds = 4200; // time for the hourly scan, a tick and the report itself
+constexpr qint64 graceOfServed = 300; // time for a tick and the report, if a host serves the schema
 constexpr qint64 twoTicksSeconds =
     120; // if a worker ticks this long after a change, its previous tick came after the change, too
 constexpr qint64 longestScanSeconds =
@@ -25,8 +25,8 @@ bool mayCount(const QString &cause)
     return cause == QLatin1String("mail") || cause == QLatin1String("recipients");
 }
 
-/// Adds a finding if today's run failed, unless another run has made the report. Another run must
-/// have made it if the report counts as made, but a run that fails for this cause never counts.
+/// Adds a finding if today's run failed, unless another run has made the report. That is certain if
+/// the report counts as made and a run that fails for this cause never makes it count.
 void checkLastRun(const RunOutcome &last, const StoredSettings &stored, const QDateTime &now,
                   const QString &command, Findings &findings)
 {
@@ -148,7 +148,7 @@ QDateTime overdueSince(const ReportSettings &settings, const QDateTime &now, qin
     QDate day = now.date();
     if (scheduledMoment(day, settings.time).secsTo(now) < grace)
         day = day.addDays(-1);
-    // The report may have been enabled only today.
+    // Perhaps the report was not enabled before today.
     if (settings.lastGenerated == 0 && day != now.date())
         return {};
     // A report made on that day, before its time was changed to a later one, is not overdue.
@@ -158,7 +158,8 @@ QDateTime overdueSince(const ReportSettings &settings, const QDateTime &now, qin
     return wasMissed(settings, day) ? scheduledMoment(day, settings.time) : QDateTime();
 }
 
-/// Returns whether a change of that age is so recent that the host may not know it yet.
+/// Returns whether a change made `changeAge` seconds ago is so recent that the host might not know
+/// it yet.
 bool isTooNew(qint64 changeAge, const HostAnswer *host, const QString &token)
 {
     if (!host)
@@ -176,7 +177,7 @@ void checkOverdue(const StoredSettings &stored, const Machine &machine, const QD
         overdueSince(stored.settings, now, isServed ? graceOfServed : graceSeconds);
     if (!since.isValid())
         return;
-    // The report may have been enabled, or its time changed, only just now.
+    // Perhaps the report was enabled, or its time was changed, just now.
     if (!isMissedLonger(stored.settings, since.date()) &&
         isTooNew(sinceChange(), host, findings.subject)) {
         findings.add(Gravity::Waiting, "due",

@@ -11,9 +11,9 @@ struct ReportKind;
 struct ReportSettings;
 struct StoredSettings;
 
-/// Returns how many seconds ago the tables that a scan reads were last written: the table `schemas`
-/// or the schema's table `vars`, whichever is more recent. By the server's clock; the largest
-/// number if unknown.
+/// Returns how many seconds ago, by the server's clock, a table that a scan reads was last written:
+/// `schemas` or the schema's `vars`, whichever was written later. Returns the largest qint64 if
+/// that is unknown.
 using SecondsSinceChange = std::function<qint64()>;
 
 /**
@@ -26,7 +26,7 @@ using SecondsSinceChange = std::function<qint64()>;
 void checkHosts(const ReportKind &kind, const StoredSettings &stored, const Machine &machine,
                 const QDateTime &now, const SecondsSinceChange &sinceChange, Findings &findings);
 
-/// Returns whether an enabled report went out when it was last due, and no host of this machine
-/// says that its last run failed.
+/// Returns whether an enabled report went out when it was last due. Also returns false if the host
+/// that serves the schema says that the report's last run failed.
 bool wentOut(const ReportKind &kind, const ReportSettings &settings, const Machine &machine,
              const QString &token, const QDateTime &now);

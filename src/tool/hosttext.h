@@ -7,8 +7,8 @@
 
 struct Machine;
 
-/// Returns a line for each host of this machine that serves the database, or one line that says
-/// that there is none. Adds a line for each host that could not be asked.
+/// Returns a line for each of `machine.hosts`, or one line that says that there are none. Adds a
+/// line for each of `machine.silentHosts`.
 QStringList hostLines(const Machine &machine);
 
 /// Returns the answers of the hosts as JSON, without their schemas.

@@ -8,7 +8,7 @@ namespace
 constexpr int signals[] = {SIGINT, SIGTERM, SIGHUP};
 constexpr int shellBase = 128;
 
-// Its type is the one that a signal handler may write to.
+// Has the type to which a signal handler may write.
 volatile std::sig_atomic_t noted = 0;
 
 void resetUnlessIgnored(int number)

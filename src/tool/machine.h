@@ -8,7 +8,8 @@
 /// change after ask() has returned it, so any thread may read it.
 struct Machine {
     QVector<HostAnswer> hosts; ///< hosts that serve the command's database
-    QStringList silentHosts;   ///< why other hosts, perhaps of this database, could not be asked
+    /// Why some hosts could not be asked. It is unknown which databases they serve.
+    QStringList silentHosts;
     /// The temporary directory of the first host; without a host, that of this process.
     QString temporaryDirectory;
     QString temporaryError; ///< why the directory cannot be used; empty if it can
@@ -21,8 +22,8 @@ struct Machine {
     /// file.
     static Machine ask(const ConnectionOptions &connection);
 
-    /// Returns a host that has a worker for the schema, if possible one that is not paused; null if
-    /// there is none.
+    /// Returns a host that has a worker for the schema, preferably a host that is not paused.
+    /// Returns null if no host has a worker for the schema.
     const HostAnswer *hostOf(const QString &token) const;
 
     /// Returns what is wrong with the temporary directory.

@@ -18,7 +18,7 @@ public:
     Q_DISABLE_COPY(Messages)
 
     /// Prints to standard error what was collected since the last call, each text once and on one
-    /// line. Returns whether there was any.
+    /// line. Returns whether it printed anything.
     static bool print();
 
 private:

@@ -12,12 +12,12 @@
  */
 int onSchemas(const Invocation &invocation, const std::function<int(const Schemas &)> &work);
 
-/// Prints that there is no such active schema, and suggests a similar one if there is any. Returns
-/// Tool::CouldNotAsk.
+/// Prints that no active schema has this token, and suggests a similar token if there is one.
+/// Returns Tool::CouldNotAsk.
 int noSuchSchema(const Schemas &schemas, const QString &token);
 
 /**
- * Like onSchemas(), but passes a connection to the schema that the command line names.
+ * Like onSchemas(), but calls `work` with a connection to the schema that the command line names.
  *
  * The connection is closed when `work` returns. By then, `work` must have destroyed its queries.
  */

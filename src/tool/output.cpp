@@ -25,7 +25,7 @@ constexpr ushort colourMark = 0xFDD0;
 constexpr const char *colourCodes[] = {"\033[32m", "\033[31m", "\033[33m", "\033[0m"};
 constexpr ushort endMark = colourMark + 3;
 
-/// NO_COLOR counts if it is set and not empty.
+/// NO_COLOR turns colours off if it is set and not empty.
 bool areColoursUsed()
 {
     static const bool used =
@@ -45,7 +45,7 @@ QString harmless(const QString &text)
     return safe;
 }
 
-/// The errno of the first write to standard output that failed.
+/// The errno of the first failed write to standard output; 0 if none failed.
 int firstErrno = 0;
 
 void noteError(bool isWritten)
@@ -80,7 +80,7 @@ void Output::print(const QJsonObject &object)
     QString text;
     for (const QChar c : QString::fromUtf8(QJsonDocument(object).toJson()).trimmed()) {
         const bool isEscaped =
-            isControl(c) && c != QLatin1Char('\n'); // the document's own line feeds
+            isControl(c) && c != QLatin1Char('\n'); // line feeds are the document's own
         text += isEscaped ? QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'))
                           : QString(c);
     }

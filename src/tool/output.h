@@ -10,11 +10,11 @@ class QJsonObject;
 /**
  * The commands' output: UTF-8 in every locale, with colours only on a terminal.
  *
- * Names, settings and server messages come from databases that others write to. Control characters
- * in them, line feeds included, are printed as U+FFFD, so that they cannot control the terminal, or
- * forge or reorder a line. In JSON they are escaped instead. flush() reports the first error in
- * writing to standard output. Errors in writing to standard error are ignored: there is nowhere
- * else to report them.
+ * Names, settings and server messages come from databases that other programs write to. Control
+ * characters in them, line feeds included, are printed as U+FFFD, so that they cannot control the
+ * terminal, or forge or reorder a line. In JSON they are escaped instead. flush() reports the first
+ * error in writing to standard output. Errors in writing to standard error are ignored: there is
+ * nowhere else to report them.
  */
 namespace Output
 {
@@ -27,7 +27,7 @@ void print(const QString &line);
 void print(const QStringList &lines);
 void print(const QJsonObject &object);
 /// Writes buffered output. Returns false if any output so far could not be written; the first call
-/// that does so prints why.
+/// that returns false prints why.
 bool flush();
 /// Prints "autoreport: " and the line to standard error.
 void error(const QString &line);
