@@ -18,7 +18,7 @@ class QLocalServer;
 class InquiryServer
 {
 public:
-    /// Calls `answer` once for each client, in the object's thread.
+    /// `answer` is called once for each client, in the object's thread.
     explicit InquiryServer(std::function<QByteArray()> answer);
     ~InquiryServer();
     Q_DISABLE_COPY(InquiryServer)

@@ -18,6 +18,6 @@ QStringList historyTable(const QVector<ReportHistory> &reports);
 /// Returns a line for each day on which the report has mails, or should have some.
 QStringList historyDays(const ReportHistory &report);
 
-/// Returns everything about one report. Moments are in ISO 8601 format with an offset from UTC.
+/// Returns the report's status and days. Moments are in ISO 8601 format with an offset from UTC.
 /// Absent values are null.
 QJsonObject historyJson(const ReportHistory &report);

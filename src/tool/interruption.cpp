@@ -31,7 +31,7 @@ Interruption::Interruption()
 {
     noted = 0;
     for (const int number : signals) {
-        // A signal that was ignored, as under nohup or in a shell's background, stays ignored.
+        // A signal that was ignored, as under nohup or in a background job, stays ignored.
         if (std::signal(number, note) == SIG_IGN)
             std::signal(number, SIG_IGN);
     }

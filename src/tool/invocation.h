@@ -9,7 +9,7 @@
 
 struct UsageError;
 
-/// Returns the kind of report that `word` names. If there is none, sets `error` and returns null.
+/// Returns the kind of report that `word` names. If it names none, sets `error` and returns null.
 const ReportKind *readReport(const QString &word, UsageError &error);
 
 /**
@@ -40,8 +40,8 @@ public:
     /// Calls wrong() for a "--date" that is not a date.
     int wrongDate() const;
 
-    /// Returns the day that "--date" names, or today without the option. Returns an invalid date if
-    /// the option's value is not a date.
+    /// Returns the day that "--date" names, or today if the option is missing. Returns an invalid
+    /// date if the option's value is not a date.
     QDate date() const;
 
     const QCommandLineParser &parser;
