@@ -11,7 +11,7 @@ namespace
 
 constexpr char statement[] = "SET autocommit=1";
 
-/// The server reports its settings when the client logs in.
+/// Returns whether autocommit is known to be on. The server sends this status at login.
 bool isEnabled(const QSqlDatabase &database, const MYSQL &connection)
 {
     return isMariaDb(database) && (connection.server_status & SERVER_STATUS_AUTOCOMMIT) != 0;
@@ -26,7 +26,7 @@ bool enableAutocommit(QSqlDatabase &database)
     if (!connection)
         return true;
     if (const auto set = reinterpret_cast<SetOption>(clientFunction(database, "mysql_options")))
-        set(connection, MYSQL_INIT_COMMAND, statement); // for a reconnect
+        set(connection, MYSQL_INIT_COMMAND, statement); // runs after every reconnect
     if (isEnabled(database, *connection))
         return true;
     QSqlQuery query = freshQuery(database);

@@ -20,6 +20,6 @@ MYSQL *clientHandle(const QSqlDatabase &database);
 /// the client library links in turn. Returns null if there is no such function.
 void *clientFunction(const QSqlDatabase &database, const char *name);
 
-/// Returns whether the library is MariaDB's. The headers used here are MariaDB's, and the
+/// Returns whether the client library is MariaDB's. The headers used here are MariaDB's, and the
 /// structures of MySQL's library differ.
 bool isMariaDb(const QSqlDatabase &database);

@@ -7,8 +7,8 @@
 
 std::optional<ClusterNode> clusterNodeOf(const QSqlDatabase &database)
 {
-    // Both statements run even on a node that refuses all tables. The first one fails on a server
-    // without cluster variables.
+    // Both statements run even on a node that refuses access to all tables. The first one fails on
+    // a server without cluster variables.
     QSqlQuery query = freshQuery(database);
     if (!query.exec(QStringLiteral("SELECT @@wsrep_on, @@wsrep_node_name")) || !query.next() ||
         query.value(0).toInt() != 1)

@@ -208,8 +208,8 @@ QSqlDatabase DBManager::openSchema(const QString &token, const QString &connecti
     return defaultConnection();
 }
 
-/// Returns whether the pool must not remove this connection. The usual name of the connection to
-/// the product's database counts as a master even if the host uses another name.
+/// Returns whether `name` is the name of a master connection, which the pool must not remove. The
+/// usual name of the connection to the product's database counts even if the host uses another.
 bool DBManager::isMaster(const QString &name) const
 {
     return name == zasConnectionName || name == infoConnectionName || name == productConnection ||

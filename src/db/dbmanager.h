@@ -53,44 +53,47 @@ public:
     /// Opens `db` unless isUsable(db) returns true. Returns whether `db` is open. No lock.
     bool checkOpenDB(QSqlDatabase &db);
 
-    /// Returns the name of the calling thread's connection to that schema.
+    /// Returns the name of the calling thread's connection to the schema `token`.
     QString getConnectionNameFromToken(const QString &token) const;
-    /// Returns whether the calling thread has a connection to that schema, open or not.
+    /// Returns whether the calling thread has an open or closed connection to the schema `token`.
     bool isDatabase(const QString &token) const;
-    /// Returns whether this manager created the calling thread's connection to that schema.
+    /// Returns whether this manager created the calling thread's connection to the schema `token`.
     bool isConnection(const QString &token) const;
-    /// Returns whether the connection of that name is open. On any thread but the connection's own,
-    /// Qt warns and the result is false. No lock.
+    /// Returns whether the connection `name` is open. On any thread but the connection's own, Qt
+    /// warns and the result is false. No lock.
     bool connectionIsActive(const QString &name);
 
-    /// Returns the number of active schemas or, if `active` is false, of inactive ones.
+    /// Returns the number of active schemas (status 1) or, if `active` is false, of inactive
+    /// schemas (status 0).
     uint tokensCount(bool active);
-    /// Returns up to `limit` tokens of active schemas, beginning at `offset`, in a stable order.
+    /// Returns up to `limit` tokens of active schemas in a stable order, from position `offset` on.
     QStringList loadTokens(uint limit, uint offset);
     /// Returns up to `count` tokens of active schemas that had no maintenance in the last 900
-    /// seconds, the longest waiting first. The caller must stamp each schema with setMaintenance()
-    /// before working on it.
+    /// seconds, the least recently maintained first. The caller must stamp each schema with
+    /// setMaintenance() before working on it.
     QStringList loadTokens4Maintenance(ushort count);
     /// Returns up to `count` tokens of active schemas, the least recently recalculated first.
     QStringList loadTokens4Recalculate(ushort count);
-    /// Stamp the schema's row with the current second. Return false on an error, if there is no
-    /// such active schema, or if the row already has this stamp.
+    /// Stamp the row of the schema `token` with the current Unix second. Return false on an error,
+    /// if no active schema has this token, or if the row already has this stamp.
     bool setMaintenance(const QString &token);
     bool setRecalculated(const QString &token);
-    /// Returns the token of the active schema in the database `name`; empty if there is none.
+    /// Returns the token of the active schema in the database `name`, or an empty text if there is
+    /// no such schema.
     QString getTokenBySchemaName(const QString &name);
 
-    /// Reads and caches the schema's row if the schema is active. Returns an empty record if the
-    /// server cannot be reached or there is no such row, and the cached row if the query fails. No
-    /// lock.
+    /// Reads and caches the row of the active schema `token`, and returns it. Returns an empty
+    /// record if the server cannot be reached or no row was found. If the query fails, returns the
+    /// result of getDbConnRecord(). No lock.
     DBSchemeRecord loadScheme(const QString &token);
-    /// Returns the row that loadScheme() has cached, or an empty record.
+    /// Returns the row that loadScheme() has cached for `token`, or an empty record.
     DBSchemeRecord getDbConnRecord(const QString &token) const;
 
-    /// Returns the calling thread's open connection to that schema, or the product's own database
-    /// if `token` is empty. Returns Qt's default connection, which may be invalid, if the schema
-    /// has no complete row or the first attempt to connect fails. After that attempt, each call
-    /// reopens the schema's connection if necessary and returns it, open or not.
+    /// Returns the calling thread's open connection to the schema `token`, or the connection to the
+    /// product's own database if `token` is empty. Returns Qt's default connection, which may be
+    /// invalid, if no complete row was found for the schema or the thread's first attempt to
+    /// connect fails. After that attempt, each call reopens the thread's connection if necessary,
+    /// and returns it even if that fails.
     ///
     /// Before a thread ends, it must pass the names of its connections to addUnusedConnection().
     /// Otherwise a later thread with the same id would get these connections but could not use
@@ -118,7 +121,7 @@ private:
     QHash<QString, DBSchemeRecord> schemaCache; // by token; never shrinks
     QSqlDatabase infoDatabase;
     QSqlDatabase zasDatabase;
-    QVector<QString> connections;       // names of those that getDatabase() created
+    QVector<QString> connections;       // names of connections from getDatabase()
     QVector<QString> unusedConnections; // in the order in which they were added
     bool closeInfoAfterUse = false;
     bool infoOpen = false;

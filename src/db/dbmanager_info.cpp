@@ -8,8 +8,9 @@
 
 #include <type_traits>
 
-/// Opens the information database and calls `ask`. Returns the value, or logs the error and returns
-/// an empty value. The registry and its queries are destroyed before the database is closed.
+/// Opens the information database and calls `ask`. Returns the value that `ask` has found. On an
+/// error, logs it and returns an empty value. The registry and its queries are destroyed before the
+/// database is closed.
 template <typename Ask>
 auto DBManager::askRegistry(const QString &errorPrefix, const Ask &ask)
 {

@@ -3,12 +3,12 @@
 #include <QString>
 
 /**
- * The columns of a row of `schemas` that are needed to open the customer's database. All members
- * are empty if there is no such row.
+ * The columns of `schemas` that are needed to open a customer's database. All members are empty if
+ * no row was found.
  */
 struct DBSchemeRecord {
     QString name; ///< the customer's database
     QString user;
-    QString pass; ///< in clear, decoded from Base64
+    QString pass; ///< plain text, decoded from Base64
     QString token;
 };

@@ -28,8 +28,8 @@ void logError(const char *text, const QSqlQuery &query)
     qCritical().noquote() << errorLine(text, query, query.lastQuery()).text;
 }
 
-/// Binds the values of a new mail. The other columns, above all `status`, keep their defaults or
-/// are written by the sender.
+/// Binds the values of a new mail. Columns that are not bound, such as `status`, keep their
+/// defaults until the sender sets them.
 void bind(QSqlQuery &query, const MailRecord &mail)
 {
     query.bindValue(QStringLiteral(":type"),
@@ -45,7 +45,7 @@ void bind(QSqlQuery &query, const MailRecord &mail)
     query.bindValue(QStringLiteral(":data"), mail.data.isNull() ? QByteArray("") : mail.data);
 }
 
-/// Reads the columns by name, because the product's table has others, too. NULL reads as 0 or "".
+/// Reads the columns by name, because the product's table has more columns. NULL reads as 0 or "".
 MailRecord recordOf(const QSqlQuery &query)
 {
     const auto number = [&query](const QString &column) {

@@ -107,8 +107,8 @@ Result<bool> SchemaRegistry::stampRecalculation(const QString &token) const
                      .arg(token));
 }
 
-/// Returns whether the row has changed. A row that was stamped within the same second does not
-/// change.
+/// Runs the statement and returns whether it has changed the row. A row that already has the stamp
+/// of the current second does not change.
 Result<bool> SchemaRegistry::stamp(const QString &sql) const
 {
     QSqlQuery query = freshQuery(database);

@@ -24,10 +24,11 @@ public:
     /// The usual `limit` of tokens().
     static constexpr uint tokensPerPage = 1000;
 
-    /// Returns the number of active schemas or, if `active` is false, of inactive ones.
+    /// Returns the number of active schemas (status 1) or, if `active` is false, of inactive
+    /// schemas (status 0).
     Result<uint> count(bool active) const;
 
-    /// Returns up to `limit` tokens of active schemas, beginning at `offset`, in a stable order.
+    /// Returns up to `limit` tokens of active schemas in a stable order, from position `offset` on.
     Result<QStringList> tokens(uint limit, uint offset) const;
     /// Returns the tokens of all active schemas, read page by page.
     Result<QStringList> allTokens() const;
@@ -39,19 +40,20 @@ public:
     /// Returns all rows, in the order of tokens().
     Result<QVector<Listed>> all() const;
     /// Returns up to `count` tokens of active schemas that had no maintenance in the last 900
-    /// seconds, the longest waiting first.
+    /// seconds, the least recently maintained first.
     Result<QStringList> tokensForMaintenance(ushort count) const;
     /// Returns up to `count` tokens of active schemas, the least recently recalculated first.
     Result<QStringList> tokensForRecalculation(ushort count) const;
 
-    /// Stamp the schema's row with the current second. Return false if there is no such active
-    /// schema, or if the row already has this stamp.
+    /// Stamp the row of the schema `token` with the current Unix second. Return false if no active
+    /// schema has this token, or if the row already has this stamp.
     Result<bool> stampMaintenance(const QString &token) const;
     Result<bool> stampRecalculation(const QString &token) const;
 
-    /// Returns the token of the active schema in that database, or an empty text if there is none.
+    /// Returns the token of the active schema in the database `databaseName`, or an empty text if
+    /// there is no such schema.
     Result<QString> tokenOf(const QString &databaseName) const;
-    /// Returns the row of the active schema with that token, or nothing if there is none.
+    /// Returns the row of the active schema `token`, or nothing if there is no such schema.
     Result<std::optional<DBSchemeRecord>> find(const QString &token) const;
 
     /// Checks whether the columns needed by find() can be read. Returns the error, if any.

@@ -15,7 +15,7 @@ using ErrorText = const char *(*)(long result);
 // A function of the client library.
 using Cipher = const char *(*)(MYSQL *connection);
 
-const QLatin1String tlsError("2026"); // the client library's error code
+const QLatin1String tlsError("2026"); // the client library's code for a TLS error
 
 /// The first members of MARIADB_TLS. The library's header cannot be used, because it includes a
 /// header that the distribution does not install.

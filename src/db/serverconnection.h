@@ -15,5 +15,5 @@ qulonglong serverConnectionId(const QSqlDatabase &database);
 /// Returns whether the server answers on this connection.
 bool serverAnswers(const QSqlDatabase &database);
 
-/// Sets `database`.lastError() to a connection error with this text and native error code.
+/// Sets `database`.lastError() to a connection error with `text` and the native error code `code`.
 void setOpenError(const QSqlDatabase &database, const QString &text, const QString &code);

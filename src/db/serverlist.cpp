@@ -12,7 +12,7 @@
 namespace
 {
 
-/// Remembers the position of the last working server in each list of servers.
+/// Remembers for each list of servers the position of the server that was last found working.
 class LastServers
 {
 public:
@@ -52,8 +52,8 @@ ServerAddress addressOf(const QString &text, int defaultPort)
     return {text.left(colon), text.mid(colon + 1).toInt()};
 }
 
-/// Returns why the server does not work, or an empty text if it does. A cluster node that has lost
-/// the other nodes accepts connections but refuses every table.
+/// Returns why the server does not work, or an empty text if it works. A cluster node that has lost
+/// the other nodes accepts connections but refuses access to all tables.
 QString serverFault(const QSqlDatabase &database)
 {
     const std::optional<ClusterNode> node = clusterNodeOf(database);
@@ -93,7 +93,8 @@ bool openOnOneOf(const QVector<ServerAddress> &servers, const QString &list, QSq
     const int first = LastServers::ofProcess().of(list);
     QStringList errors;
     for (int i = 0; i < servers.size(); ++i) {
-        // Each `open` may take as long as its time limit. A stop must not wait for all servers.
+        // Each call of `open` may take as long as its time limit. A thread that was asked to stop
+        // must not try all servers.
         if (i > 0 && QThread::currentThread()->isInterruptionRequested())
             break;
         const int position = (first + i) % servers.size();

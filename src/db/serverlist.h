@@ -26,9 +26,9 @@ QString serverText(const QString &hostName, int port);
 /// such as a cluster node that has lost the other nodes. Before each call of `open`, sets the host
 /// name and port of `database` to those of the server; restores them at the end.
 ///
-/// If the host name lists one server, only calls `open`. If it lists several, tries no further
-/// server once the thread's interruption is requested; if none works, lastError() names each server
-/// that was tried and its error. Thread-safe.
+/// If the host name lists only one server, does not query whether that server works. If it lists
+/// several, tries no further server once the thread's interruption is requested; if none works,
+/// lastError() names each server that was tried and its error. Thread-safe.
 bool openOnAny(QSqlDatabase &database,
                const std::function<bool(QSqlDatabase &)> &open = openTrusted);
 

@@ -44,7 +44,8 @@ void liftQueryLimits(const QSqlDatabase &database)
     MYSQL *connection = clientHandle(database);
     if (!connection || !isMariaDb(database) || !connection->net.pvio)
         return;
-    // The options take effect at the next connect. These calls change the open connection.
+    // The options set above take effect only at the next connect. The calls below change the open
+    // connection.
     MARIADB_PVIO *io = connection->net.pvio;
     io->methods->set_timeout(io, PVIO_READ_TIMEOUT, 0);
     io->methods->set_timeout(io, PVIO_WRITE_TIMEOUT, 0);

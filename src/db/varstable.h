@@ -18,8 +18,9 @@ class QSqlQuery;
  * Caches nothing: every call runs its statement. Errors have the driver's text. If the connection
  * is closed or invalid, every statement fails. Use it only on the thread that owns the connection.
  *
- * Only store() and insertMissing() escape names. In all other functions, an apostrophe breaks the
- * statement, and "_" and "%" in a prefix are wildcards.
+ * Only store() and insertMissing() accept any character in a name. In all other functions, an
+ * apostrophe breaks the statement. A prefix is matched with LIKE, without escaping: "_" and "%" in
+ * it are wildcards.
  */
 class VarsTable
 {
@@ -28,26 +29,28 @@ public:
 
     explicit VarsTable(const QSqlDatabase &db);
 
-    /// Returns the value as the driver reads it, text or bytes, or nothing if the key is missing.
+    /// Returns the value of the key `name`, or nothing if the key is missing. The column's type
+    /// decides whether the value is a text or a byte array.
     Result<std::optional<QVariant>> value(const QString &name) const;
-    /// Returns the keys of `names` that exist, with their values. Runs no statement if `names` is
-    /// empty.
+    /// Returns those keys in `names` that exist in the table, with their values. Runs no statement
+    /// if `names` is empty.
     Result<Values> values(const QStringList &names) const;
-    /// Returns the keys that begin with `prefix` and the keys of `others` that exist, with their
-    /// values.
+    /// Returns all keys that begin with `prefix`, and those keys in `others` that exist in the
+    /// table, with their values.
     Result<Values> valuesWithPrefix(const QString &prefix, const QStringList &others = {}) const;
 
-    /// Locks all rows of that name until the transaction ends, and returns their latest committed
-    /// values. If there is no such row, another transaction may still insert one.
+    /// Locks all rows of the key `name` until the transaction ends, and returns their latest
+    /// committed values. If the key is missing, another transaction may still insert it.
     Result<QVector<QVariant>> lock(const QString &name) const;
     /// Return the statement of lock(), and the values that a query with this statement has read.
     static QString lockStatement(const QString &name);
     static QVector<QVariant> lockedValues(QSqlQuery &query);
-    /// Inserts a row unless one of that name exists, and locks the new row until the transaction
-    /// ends. Returns whether it inserted a row.
+    /// Inserts a row unless the key `name` exists, and locks the new row until the transaction
+    /// ends. Returns whether it inserted a row. Without a unique key on `name`, always inserts one.
     Result<bool> insertMissing(const QString &name, const QVariant &value) const;
 
-    /// Inserts or replaces all values. An error does not stop the rest. Returns the errors.
+    /// Inserts or replaces all values. If one cannot be stored, still stores the others. Returns
+    /// the errors.
     QVector<Error> store(const Values &values) const;
 
     /// Deletes the key `name` or, if `asPrefix`, all keys that begin with `name`. Returns the

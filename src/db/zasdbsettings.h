@@ -6,11 +6,14 @@
 #include <QVariant>
 
 /**
- * A schema's settings. Reads and writes them through VarsTable and logs its errors.
+ * A schema's settings, stored in the table `vars`. Logs all errors.
  *
  * Caches nothing: every call runs its statements. Only openDB() opens the connection; if the
  * connection is closed or invalid, every statement fails. Use it only on the thread that owns the
  * connection.
+ *
+ * An apostrophe in a name breaks the statement, except when storing. A prefix is matched with LIKE,
+ * without escaping: "_" and "%" in it are wildcards.
  */
 class ZasDbSettings
 {
@@ -22,20 +25,22 @@ public:
     bool openDB();
     void closeDB();
 
-    /// Returns the stored value, text or bytes. Returns `defaultValue` if the key is missing or the
-    /// query fails.
+    /// Returns the value of the key `name`, or `defaultValue` if the key is missing or the query
+    /// fails. The column's type decides whether a stored value is a text or a byte array.
     QVariant variableGet(const QString &name, const QVariant &defaultValue) const;
-    /// Returns the keys of `names` that exist, with their values. Returns an empty map on an error.
+    /// Returns those keys in `names` that exist in the table, with their values. Returns an empty
+    /// map on an error.
     QMap<QString, QVariant> variableGetMultiple(const QStringList &names) const;
-    /// Returns the keys that begin with `prefix`, with their values. Returns an empty map on an
+    /// Returns all keys that begin with `prefix`, with their values. Returns an empty map on an
     /// error.
     QMap<QString, QVariant> variableGetMultiple(const QString &prefix) const;
 
     bool variableSet(const QString &name, const QVariant &value);
-    /// Stores all values; an error does not stop the rest. Returns whether all were stored.
+    /// Inserts or replaces all values. If one cannot be stored, still stores the others. Returns
+    /// whether all were stored.
     bool variableSetMultiple(const QMap<QString, QVariant> &values);
     /// Deletes the key `name` or, if `asPrefix`, all keys that begin with `name`. Returns whether
-    /// any key was deleted.
+    /// it deleted a key; false on an error.
     bool variableDel(const QString &name, bool asPrefix);
 
 private:
