@@ -9,9 +9,9 @@ class HostState;
 struct ServeOptions;
 
 /**
- * Answers the operator's commands on this machine: which schemas the host serves, and how their
- * reports ended. If the socket cannot be created or is lost, logs that and tries again every few
- * seconds.
+ * Answers inquiries from the operator's commands on this machine: which schemas the host serves,
+ * and how the last runs of their reports ended. If the socket cannot be created or is lost, logs
+ * that and tries again every few seconds.
  *
  * Lives in the main thread. The state must outlive the object.
  */

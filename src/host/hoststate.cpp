@@ -13,8 +13,8 @@
 namespace
 {
 
-// The cause of a run that queued no mail but did not fail: another host was faster, or the next
-// tick makes the report.
+// The cause of a run that queued no mail but did not fail: another host has made or is making the
+// report, or the next tick makes it.
 constexpr const char *leftToOthers = "elsewhere";
 constexpr int warningsKept = 4; // per run; the first warnings name the cause
 constexpr int warningChars = 200;

@@ -34,7 +34,7 @@ struct RunTotals {
 
 /// What the host knows about one schema. Points in time are Unix seconds; 0 means never.
 struct SchemaState {
-    QMap<QString, qint64> lastSuccess; ///< by kind of report; since the host started
+    QMap<QString, qint64> lastSuccess; ///< since the host started, by kind of report
     SchemaAnswer answer;               ///< this schema's part of the host's answer
     bool isQueueKnown = false;
     int mailsWaiting = 0;

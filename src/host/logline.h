@@ -12,6 +12,6 @@ enum class LogStyle {
 /// Returns Journal if the service manager has connected `descriptor` to its journal, else Plain.
 LogStyle logStyleOf(int descriptor);
 
-/// Returns the text as one line of UTF-8, including the line end. Replaces line feeds in the text
-/// with " | ", and all other characters for which isControl() returns true with U+FFFD.
+/// Returns the text as one line of UTF-8, including the line end. In the text, " | " replaces each
+/// line feed, and U+FFFD replaces each other character for which isControl() returns true.
 QByteArray logLine(LogStyle style, QtMsgType type, const QString &text);

@@ -40,8 +40,8 @@ void writeSummaries(QtMsgType type, LogRepeats &repeats)
 }
 
 /// Returns whether `message` is an info line that can recur at every tick of every schema,
-/// thousands of times a day. This includes the last line of a run without mails: the next tick
-/// usually repeats such a run, and another line gives the reason.
+/// thousands of times a day. The last line of a run that queued no mail is such a line: the next
+/// tick usually repeats the run, and another line gives the reason.
 bool isOfTick(const QString &message)
 {
     return message.endsWith(QLatin1String("::doWork()")) ||

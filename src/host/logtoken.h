@@ -2,6 +2,6 @@
 
 #include <QString>
 
-/// Returns the token of the schema if the calling thread is a worker's, otherwise an empty text.
-/// The plug-in names each worker's thread after the schema's token.
+/// If the calling thread is a worker's, returns the token of the worker's schema, otherwise an
+/// empty text. The plug-in names each worker's thread after this token.
 QString tokenOfThread();

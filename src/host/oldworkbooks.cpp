@@ -9,8 +9,8 @@
 namespace
 {
 
-/// Returns the month in the name of a report's workbook, such as "DennyReport_firm_112023.xlsx";
-/// an invalid date for other files.
+/// Returns the first day of the month in a workbook's file name, such as
+/// "DennyReport_firm_112023.xlsx". Returns an invalid date if the file is not a report's workbook.
 QDate monthIn(const QString &fileName)
 {
     static const QRegularExpression form(

@@ -28,7 +28,8 @@ public:
     /// Loads the module and creates the object. Returns the error, empty on success.
     QString load(const QString &file);
 
-    /// The next three functions return null before load(), and never after load() has succeeded.
+    /// The next three functions return null before load(). After load() has succeeded, they never
+    /// return null.
     QObject *pluginObject() const { return object.get(); }
     ServerInterface *server() const { return serverPart; }
     DatabaseManagerInterface *databaseManager() const { return databasePart; }

@@ -8,8 +8,8 @@ class DBManager;
 class HostState;
 
 /**
- * Counts the mails that are waiting to be sent in every served schema, every five minutes and after
- * each ask(). Works in a thread of its own, with one short-lived connection at a time.
+ * Every five minutes and after each ask(), counts the waiting mails of each served schema. Works in
+ * a thread of its own, with one short-lived connection at a time.
  */
 class QueueWatch
 {

@@ -34,7 +34,7 @@
 namespace
 {
 
-// The connection manager never removes a connection with one of these names as unused.
+// The connection manager never treats a connection with one of these names as unused.
 QString masterName(bool single)
 {
     return single ? productConnection : informationConnection;
@@ -136,7 +136,7 @@ bool ServeCommand::connectDatabase()
 {
     QSqlDatabase db = options.connection.addDatabase(masterName(options.connection.single),
                                                      ConnectionOptions::OnLoss::Reconnect);
-    // Opened here first, so that a failure is logged as a single line that names the server.
+    // Opened once here, so that a failure is logged as a single line that names the server.
     if (!openWithin(db, connectSeconds)) {
         qCritical("Host - %s", qUtf8Printable(ConnectionOptions::openError(db)));
         return false;

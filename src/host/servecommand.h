@@ -21,8 +21,8 @@ class SignalWatcher;
  *
  * Works in a thread of its own. The main thread handles the signals, so that a signal can end a
  * report that runs in the serving thread itself. Removes the serving thread's connections that
- * the plug-in does not remove itself: the master connection, and the connections to schemas that
- * the plug-in's scan opened.
+ * the plug-in does not remove itself: the one to the configured database, and those that the
+ * plug-in's scan opened to schemas.
  */
 class ServeCommand
 {

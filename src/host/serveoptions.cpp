@@ -48,8 +48,8 @@ void describe(QCommandLineParser &parser, const QString &commandHelp)
     add("run-for", "Stop after this many seconds.", "seconds");
 }
 
-/// Returns what is wrong, or an empty text. An unknown command is reported before unknown options,
-/// which may be meant for that command.
+/// Returns the usage error; its text is empty if there is none. An unknown command is reported
+/// before unknown options, which may be meant for that command.
 UsageError usageError(const QCommandLineParser &parser, bool parsed, const QStringList &commands)
 {
     const QStringList positional = parser.positionalArguments();

@@ -29,8 +29,8 @@ struct CommandLine {
     QString text;
 };
 
-/// Parses `arguments`, which begin with the program's name. `commands` are the names of the
-/// program's other commands; `commandHelp` lists them, one per line, for the end of the help's
+/// Parses `arguments`, which begin with the program's name. `commands` are the names of all
+/// commands except `serve`; `commandHelp` lists them, one per line, for the end of the help's
 /// description.
 CommandLine parseCommandLine(const QStringList &arguments, const QStringList &commands,
                              const QString &commandHelp);

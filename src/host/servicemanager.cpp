@@ -26,7 +26,8 @@ QString counted(int count, const char *noun)
                                                     QLatin1String(count == 1 ? "" : "s"));
 }
 
-/// Returns the monotonic time in microseconds, which the service manager compares with its own.
+/// Returns the monotonic time in microseconds, which the service manager compares with its own
+/// monotonic time.
 qulonglong monotonicTime()
 {
     timespec now = {};

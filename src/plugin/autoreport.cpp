@@ -41,8 +41,9 @@ AutoReport::~AutoReport()
 
 void AutoReport::stopAllWorkers()
 {
+    // Requested before stopAll(), so that a probe in progress ends while stopAll() waits.
     if (watch)
-        watch->requestEnd(); // first: the current probe ends while the workers end
+        watch->requestEnd();
     workers.stopAll();
     watch.reset();
 }

@@ -103,7 +103,7 @@ std::vector<ServerWatch::Waiting> ServerWatch::waitingConnections()
         // servers.
         const ServerAddress address = guard->serverAddress();
         if (address.host.isEmpty() && serversOf(each.config.hostName, 0).size() > 1)
-            continue; // still connecting, which has time limits of its own, or on a Unix socket
+            continue; // on a Unix socket, or still connecting, which has time limits of its own
         waiting.push_back({each.config, guard, each.limits});
         if (!address.host.isEmpty()) {
             waiting.back().config.hostName = address.host;

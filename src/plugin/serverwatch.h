@@ -76,7 +76,7 @@ private:
     std::condition_variable wake;
     bool ended = false;           ///< guarded by `mutex`
     std::vector<Watched> watched; ///< guarded by `mutex`
-    // Used by the watch's thread only. The keys are "HOST:PORT".
+    // Used only by the watch's thread. The keys are "HOST:PORT".
     QHash<QString, Clock::time_point>
         silentSince;                            ///< when the current series of failed probes began
     QHash<QString, Clock::time_point> answered; ///< when the last successful probe began

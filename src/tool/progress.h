@@ -4,8 +4,8 @@
 #include <QString>
 
 /**
- * A progress bar on standard error for work that takes longer than a second. No bar is shown if
- * standard error is not a terminal. Print nothing until the destructor has erased the bar.
+ * A progress bar for work that takes longer than a second. The bar is drawn on standard error, but
+ * only if that is a terminal. Print nothing until the destructor has erased the bar.
  */
 class Progress
 {

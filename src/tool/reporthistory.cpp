@@ -87,9 +87,9 @@ QDate inUseSince(const ReportHistory &report)
     return made.isValid() ? std::min(made, mailed->date) : mailed->date;
 }
 
-/// Returns whether today's report is missing although its time has come. Either it is overdue, or
-/// it has another problem and meets all rules of the schedule except perhaps the one that requires
-/// recipients. Mails that wait in the queue do not count as a problem here.
+/// Returns whether today's report is missing although its time has come. It is missing if it is
+/// overdue, or if it has another problem and meets all rules of the schedule except perhaps the one
+/// that requires recipients. Mails that wait in the queue do not count as a problem here.
 bool isMissedToday(const ReportStatus &status, const QDateTime &now)
 {
     if (status.reason == QLatin1String("overdue"))

@@ -18,8 +18,8 @@ struct ReportDay {
     QDate date;
     DayState state = DayState::NotDue;
     int queued = 0;          ///< all mails, still in the queue or not
-    int waiting = 0;         ///< of these, still in the queue
-    int sent = 0;            ///< of these, marked by the sender as sent or done
+    int waiting = 0;         ///< mails that are still in the queue
+    int sent = 0;            ///< mails that have left the queue marked as sent or done
     qint64 lastQueuedAt = 0; ///< Unix seconds, 0 for never
     qint64 lastSentAt = 0;
 
@@ -33,17 +33,18 @@ struct ReportStatus {
     QString databaseName;
     const ReportKind *kind = nullptr; ///< null if the schema could not be judged
     StoredSettings stored;
-    QString reason; ///< the state of the most urgent problem; empty without one
+    QString reason; ///< the state of the most urgent problem; empty without a problem
     QString detail; ///< that problem, and what to do
 };
 
 /// One report of one schema over the last days.
 struct ReportHistory {
     ReportStatus status;
-    /// Oldest first, today last. Empty if the schema could not be judged or its mails not be read.
+    /// Oldest first, today last. Empty if the schema could not be judged or its mails could not
+    /// be read.
     QVector<ReportDay> days;
 
-    /// Returns how many days are in that state.
+    /// Returns how many days are in `state`.
     int count(DayState state) const;
     /// Returns when the last mail was queued, in Unix seconds; 0 for never.
     qint64 lastQueuedAt() const;
@@ -67,7 +68,7 @@ public:
         const ReportKind *kind;
         QDate day; ///< invalid if the subject names only a month
     };
-    /// The key is the subject's text, in each language of the reports.
+    /// The keys are the texts of the subjects, in all languages of the reports.
     QHash<QString, Subject> subjects;
 
 private:
@@ -75,7 +76,7 @@ private:
 };
 
 /// Returns the history of both reports, daily first. If the schema could not be judged, returns a
-/// single record without days that says why. Changes nothing in the database, and leaves no
+/// single record, which has no days and says why. Changes nothing in the database, and leaves no
 /// connection open.
 QVector<ReportHistory> readHistory(const SchemaRow &row, const SchemaJudge &judge,
                                    const HistoryWindow &window);

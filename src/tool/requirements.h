@@ -5,7 +5,7 @@
 #include <QStringList>
 #include <QVector>
 
-/// A statement of a report that the server could not prepare.
+/// A report's statement that the server could not prepare.
 struct UnmetRequirement {
     QString text;             ///< the statement's tables and the server's error
     QStringList tables;       ///< the main table of the statement first

@@ -42,8 +42,8 @@ bool isAgreed(const Invocation &invocation, const QStringList &recipients)
 }
 
 /// Returns the number of mails queued, or -1 if that is unknown. Writes the workbook to a new
-/// folder: in the temporary directory itself, a host that runs as another account could not replace
-/// the operator's file.
+/// folder, because a host that runs as another account could not replace the operator's file in the
+/// temporary directory itself.
 int queue(const Invocation &invocation, const QSqlDatabase &database, const QStringList &recipients,
           qulonglong connectionId)
 {
@@ -107,7 +107,7 @@ int makeRun(const Invocation &invocation, const QSqlDatabase &database)
                            queued > 0 && !complained && invocation.has("mark")
                                ? QStringLiteral("; the report counts as made")
                                : QString()));
-    if (queued > 0 && !Output::flush()) { // says so, or the operator might queue them again
+    if (queued > 0 && !Output::flush()) { // say so, or the operator might queue the mails again
         Output::error(QStringLiteral("%1 mails were queued nevertheless").arg(queued));
         return Tool::Look;
     }

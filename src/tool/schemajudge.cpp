@@ -239,8 +239,9 @@ void SchemaJudge::judgeTables(const QSqlDatabase &database, const SchemaSettings
     checkMachines(database, tables.findings);
 }
 
-/// If the same statements could be prepared for a schema with the same TableFacts::digest, and the
-/// reports went out, only `check` and `why` prepare the statements again, to find damaged tables.
+/// If the same statements could be prepared for an earlier schema with an equal TableFacts::digest,
+/// and this schema's reports went out, only `check` and `why` prepare the statements again, to find
+/// damaged tables.
 void SchemaJudge::judgeReading(const QSqlDatabase &database, const SchemaSettings &settings,
                                TablesJudged &tables) const
 {

@@ -45,8 +45,8 @@ struct SchemaJudgement {
 /**
  * Judges schemas: what keeps their reports from going out, what harms them, and what to do.
  *
- * All checks of schemas are made here. `status`, `check`, `why` and `history` only show what they
- * find.
+ * All checks of schemas are made here. The commands `status`, `check`, `why` and `history` only
+ * show the findings.
  *
  * Findings of equal gravity are in this order: the row in the table `schemas`, the connection, the
  * settings, the tables and rights, the people, this machine, the hosts, the mails. Judging changes

@@ -85,7 +85,7 @@ private:
     std::mutex mutex; // guards the members below, except `threads`
     std::condition_variable changed;
     std::vector<std::optional<SchemaJudgement>> judgements; // by row
-    std::vector<size_t> arrived;                            // indexes of `judgements`, oldest first
+    std::vector<size_t> arrived;                            // indexes into `judgements`
     size_t taken = 0;
     size_t ended = 0;
     std::vector<std::thread> threads;

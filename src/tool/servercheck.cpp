@@ -11,7 +11,7 @@
 namespace
 {
 
-constexpr qint64 clockToleranceSeconds = 5; // more than NTP and a slow answer cause
+constexpr qint64 clockToleranceSeconds = 5; // NTP and a slow answer cause less
 constexpr int connectionsToSpare = 20;      // for the product's users and an operator
 constexpr int connectionsOfScan = 400;      // opened by a scan within a slice of 0.2 s
 

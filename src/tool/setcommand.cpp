@@ -16,14 +16,14 @@
 namespace
 {
 
-/// One request in one schema.
+/// A request and one of the schemas that it is for.
 struct Target {
     QString token;
     const SetRequest *request;
 };
 
 /// Stores the values in a transaction, and rolls it back after an error. If the table has no
-/// transactions, a part may stay stored. Returns the errors.
+/// transactions, some values may stay stored. Returns the errors.
 QStringList store(QSqlDatabase database, const VarsTable::Values &values)
 {
     const bool open = database.transaction();
@@ -39,7 +39,7 @@ QStringList store(QSqlDatabase database, const VarsTable::Values &values)
     return errors;
 }
 
-/// Returns the stored values of all reports' settings and of the keys of `changed`.
+/// Returns the stored settings of all reports, and the stored values of the keys in `changed`.
 Result<VarsTable::Values> readBefore(const QSqlDatabase &database, const VarsTable::Values &changed)
 {
     const VarsTable vars(database);
@@ -62,7 +62,7 @@ QString nothingSet(const SchemaConnection &connection)
         .arg(connection.databaseName);
 }
 
-/// Returns the settings that a request has changed although it failed, because the table has no
+/// Returns the settings that a failed request has changed. There may be some if the table has no
 /// transactions.
 QStringList changed(const VarsTable::Values &before, const VarsTable::Values &now)
 {
@@ -223,7 +223,8 @@ int setAll(const Invocation &invocation, const Schemas &schemas, const QVector<T
     return setter.conclude(done);
 }
 
-/// Asks before all customers are changed: settings can be restored, but mails cannot be recalled.
+/// Asks before all customers' settings are changed: settings can be restored, but mails cannot be
+/// recalled.
 bool isAgreed(const Invocation &invocation, const QVector<SetRequest> &requests, int targets)
 {
     const bool isForAll = std::any_of(requests.cbegin(), requests.cend(),

@@ -76,7 +76,7 @@ private:
         for (const QString &part : parts) {
             if (!ZAS::validEmail(part.trimmed()))
                 fail(QStringLiteral("'%1' is not a mail address").arg(part.trimmed()));
-            addresses.append(part.trimmed()); // as the report uses them
+            addresses.append(part.trimmed()); // the report trims them, too
         }
         set("emails", addresses.join(QLatin1Char(',')));
     }

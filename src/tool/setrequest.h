@@ -6,7 +6,7 @@
 
 #include <QVector>
 
-/// Settings of one report that `set` is to store in one or more schemas.
+/// The settings that `set` is to store for one report in one or more schemas.
 struct SetRequest {
     QStringList tokens;    ///< each once; not yet looked up in the table `schemas`
     bool isForAll = false; ///< for every active schema; `tokens` is then empty

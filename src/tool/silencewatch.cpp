@@ -16,7 +16,7 @@ bool isOfClient(int error)
     return (error >= 2000 && error < 3000) || error >= 5000;
 }
 
-/// Opens a new connection each time, so that the server keeps none in between.
+/// Opens a new connection for each probe, so that none stays open in between.
 bool isAnswering(ConnectionOptions options)
 {
     const QString name = QStringLiteral("AutoReport.tool.watch");
@@ -38,7 +38,7 @@ SilenceWatch::SilenceWatch(const QSqlDatabase &watched, const ConnectionOptions 
     , options(connectionOptions)
 {
     const ServerAddress server = socket.peerAddress();
-    if (!server.host.isEmpty()) { // of several servers, watch the connected one
+    if (!server.host.isEmpty()) { // if there are several servers, probe the connected one
         options.host = server.host;
         options.port = server.port;
     }

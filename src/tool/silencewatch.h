@@ -11,9 +11,9 @@
  * Shuts down a connection once its server no longer answers.
  *
  * A report's statement may take long, so the connection waits for the answer without a limit.
- * Meanwhile, a thread opens another connection to the server every `timeoutSeconds`. If the server
- * does not answer within the same time, the thread shuts down the watched connection, and the
- * statement fails. If the thread cannot be started, logs a warning and does not watch.
+ * Meanwhile, a thread attempts to open a second connection every `options.timeoutSeconds`. If the
+ * server does not answer an attempt within that time, the thread shuts down the watched connection,
+ * and the statement fails. If the thread cannot be started, logs a warning and does not watch.
  *
  * Construct and destroy the object on the connection's thread. The connection must be open
  * throughout. The destructor waits for a connection attempt in progress.

@@ -17,7 +17,7 @@ struct Answer {
 /**
  * Executes the statements in order and returns an answer for each. A statement that fails does not
  * keep the rest from being executed. Statements that share a packet cost a single round trip. The
- * server stops a packet at an error, so the rest of the statements needs another packet: put
- * statements that may fail last.
+ * server stops a packet at an error, so the rest of the statements needs another packet:
+ * statements that may fail should come last.
  */
 QVector<Answer> answersTo(const QSqlDatabase &database, const QStringList &statements);

@@ -26,9 +26,9 @@ struct Found {
     int status = Tool::Well;
 };
 
-/// Chooses the lines to show. Problems are always shown, disabled reports and inactive schemas only
-/// if an option asks for them. JSON includes disabled reports, because a field says that they are
-/// disabled.
+/// Chooses the lines to show. Problems are always shown. Disabled reports and inactive schemas are
+/// shown only if an option asks for them. JSON includes disabled reports, because a field says that
+/// they are disabled.
 void choose(const Invocation &invocation, Found &found)
 {
     const bool takesAll = invocation.has("all") || invocation.has("schema");

@@ -45,7 +45,7 @@ QString age(qint64 seconds)
     return QStringLiteral("%1 d").arg(seconds / secondsPerDay);
 }
 
-/// Returns "2", or "2+1" if one more entry is not a mail address.
+/// Returns "2" for two recipients, or "2+1" if a third entry is not a mail address.
 QString recipientsText(const ReportJudgement &report)
 {
     const Recipients recipients(report.stored.settings.recipients);

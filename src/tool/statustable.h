@@ -16,10 +16,10 @@ struct StatusLine {
 };
 
 /// Returns the text to print: a table with a row for each of `lines`, and below the table a
-/// sentence for each of them that needs attention. Does not wrap the sentences. On a terminal,
-/// leaves out columns that do not fit, but never schema, report and state.
+/// sentence for each line that needs attention. Does not wrap the sentences. On a terminal, leaves
+/// out columns that do not fit, but never SCHEMA, REPORT or STATE.
 QStringList statusTable(const QVector<StatusLine> &lines);
 
-/// Returns one line as JSON, for monitors. Moments are in ISO 8601 format with an offset from UTC,
+/// Returns `line` as JSON, for monitors. Moments are in ISO 8601 format with an offset from UTC,
 /// ages in seconds. Absent values are null. If the line is a schema, a report's keys are left out.
 QJsonObject statusJson(const StatusLine &line);

@@ -29,8 +29,9 @@ struct SchemaSettings {
     QMap<QString, QVariant> options; ///< every value that statement() reads, by full key
     QVariant sender;                 ///< of the reports' mails; invalid if it is not stored
 
-    /// Return the statement that reads the settings, and the settings in its rows.
+    /// Returns the statement that reads the settings.
     static QString statement();
+    /// Returns the settings in the rows that statement() selects.
     static SchemaSettings of(const QVector<QVector<QVariant>> &rows);
 };
 

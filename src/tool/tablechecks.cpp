@@ -150,8 +150,8 @@ void checkSender(const QVariant &sender, Findings &findings)
                      QStringLiteral("correct globalEmail in the table vars, or delete it"));
 }
 
-/// Returns whether the report cannot be made without this statement: the one that reads the people.
-/// Without any other statement, only values are missing.
+/// Returns whether `unmet` is the statement that reads the people, without which the report cannot
+/// be made. If any other statement fails, the report lacks only values.
 bool isDecisive(const UnmetRequirement &unmet)
 {
     return unmet.tables.value(0) == QLatin1String("people");

@@ -15,9 +15,9 @@ struct Answer;
 struct Machine;
 struct SchemaJudgement;
 
-// The checks of the schema's tables that SchemaJudge makes. They need a connection that is not
-// read-only: on a read-only one, the server does not check rights to write. If the connection is
-// lost, findings may be wrong or missing. SchemaJudge therefore tests the connection at the end.
+// SchemaJudge's checks of a schema's tables. They need a connection that is not read-only: on a
+// read-only one, the server does not check rights to write. If the connection is lost, findings may
+// be wrong or missing. SchemaJudge therefore tests the connection at the end.
 
 /// What a report can read in a schema.
 struct ReportReading {

@@ -8,8 +8,8 @@
 namespace
 {
 
-/// Returns the expressions that select the number of rows, and a 60-bit hash of these columns that
-/// does not depend on the order of the rows.
+/// Returns the expressions that select the number of rows and a 60-bit hash of these columns. The
+/// hash does not depend on the order of the rows.
 QString digestOf(const char *columns)
 {
     return QStringLiteral("COUNT(*), BIT_XOR(CONV(LEFT(MD5(CONCAT_WS('|', %1)), 15), 16, 10))")

@@ -44,8 +44,7 @@ struct TableFacts {
     /// view, because a view depends on other tables.
     QByteArray digest;
 
-    /// Returns the statements that read the facts about `tables`, and whether a key makes the names
-    /// in `vars` unique.
+    /// Returns the statements that read the facts about `tables` and the keys of `vars`.
     static QStringList statements(const QStringList &tables);
     /// Returns the facts in the answers to statements(), which must be in the same order.
     static TableFacts of(const QVector<Answer> &answers);

@@ -12,8 +12,8 @@ namespace
 {
 
 /// Returns the moment that "--at" names, or now without the option; invalid if the text cannot be
-/// read. A time of day that occurs twice means its first occurrence; one that does not occur means
-/// the end of the gap.
+/// read. On a day when the clock is changed, a time that occurs twice means its first occurrence,
+/// and a time that is skipped means the end of the gap.
 QDateTime askedMoment(const Invocation &invocation)
 {
     if (!invocation.has("at"))
