@@ -218,7 +218,7 @@ AttenReport::End AttenReport::begin(const ReportRun &run, ReportTransaction &tra
     case Claim::Ours:
     case Claim::NodeNotReady: // handled above
         break;
-    case Claim::Unclaimed: // goes on if the transaction is intact
+    case Claim::Unclaimed: // the run goes on if its transaction is intact
         return interruptionOf(run, transaction);
     case Claim::Made:
         return End::MadeElsewhere;
@@ -256,7 +256,7 @@ AttenReport::End AttenReport::queueForEach(MailRecord mail, const ReportRun &run
     for (const QString &recipient : recipientsToMail(run.settings.recipients)) {
         mail.to = recipient;
         // A stop must not wait until thousands of mails are queued. But if the mails queued so far
-        // cannot be rolled back, queue the others, too. Otherwise the next run would mail the first
+        // cannot be rolled back, queue the rest, too. Otherwise the next run would mail the first
         // recipients again.
         const bool stops = isStopRequested(run);
         if (stops && (queued == 0 || transaction.canRollBack()))
@@ -285,8 +285,8 @@ AttenReport::End AttenReport::endAfter(const QString &errorCode, const ReportRun
     return run.isScheduled && isNodeNotReady(errorCode) ? End::NodeNotReady : End::None;
 }
 
-/// Queues one mail and counts it. On an error, returns how the run ends, or None if the run goes on
-/// with the other mails.
+/// Queues one mail and counts it. On an error, returns how the run ends, or None if this error does
+/// not end it.
 AttenReport::End AttenReport::queueOne(const MailRecord &mail, const ReportRun &run,
                                        int &queued) const
 {
@@ -339,7 +339,7 @@ AttenReport::End AttenReport::commit(const ReportRun &run, ReportTransaction &tr
     const End end = endAfter(transaction.errorCode(), run);
     if (end != End::None)
         return end;
-    // The server may have committed, and its answer may have been lost.
+    // If the connection was lost, the server may have committed without being able to say so.
     const bool isLost = isConnectionLost(run, database);
     qCritical(isLost ? "%s::makeReport() - it is unknown whether the mails were committed: %s"
                      : "%s::makeReport() - mails not committed: %s",

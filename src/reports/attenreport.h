@@ -19,8 +19,8 @@ struct ReportKind;
  * The base class of both attendance reports. A report is a workbook of the month so far, mailed to
  * its recipients once a day.
  *
- * The worker's tick calls doWork(), which takes these steps. The first step that fails ends the
- * call; the next tick starts over:
+ * The worker's tick calls doWork(), which takes the following steps. If one of them fails, the call
+ * ends, and the next tick starts over.
  *
  *   1. Schedule: checks whether the report is due now.
  *   2. Gate: waits while too many runs of this process are working.
@@ -33,8 +33,8 @@ struct ReportKind;
  *
  * The moment of the run, ReportRun::now, does not change after step 4, so that a run that lasts
  * past midnight makes the report of one day. A request to stop the thread takes effect at the gate,
- * at the next row, or at the next mail while the mails can be rolled back. A lost connection ends
- * the run, because the server then releases the lock and rolls the transaction back.
+ * at the next row or, if the mails can be rolled back, at the next mail. A lost connection ends the
+ * run, because the server then releases the lock and rolls the transaction back.
  *
  * Use a report in the thread that owns the connection. Errors and outcomes are logged.
  */
@@ -78,7 +78,7 @@ protected:
     virtual void loadOptions() = 0;
     virtual QString fileNameByOptions(const QDate &today) const = 0;
     virtual std::unique_ptr<ReportContent> createContent(const ReportRun &run) = 0;
-    /// Returns what the log calls the function that creates the book.
+    /// Returns the log's name for the function that creates the book.
     virtual const char *bookFactoryName() const = 0;
     virtual MailTexts mailTexts(const QDate &today) const = 0;
 

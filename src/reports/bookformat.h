@@ -8,10 +8,10 @@
 
 /// A file format of the reports' workbooks.
 struct BookFormat {
-    QLatin1String extension;             ///< with its dot
-    QLatin1String mimeType;              ///< for systems without a MIME database
-    int rows;                            ///< the most rows of a sheet, including the heading row
-    libxl::IBookT<wchar_t> *(*create)(); ///< returns a new book, or null; the caller releases it
+    QLatin1String extension;             ///< including the dot
+    QLatin1String mimeType;              ///< used on systems without a MIME database
+    int rows;                            ///< the limit of a sheet, including the heading row
+    libxl::IBookT<wchar_t> *(*create)(); ///< returns null or a book that the caller releases
 };
 
 extern const BookFormat xlsxFormat;
@@ -22,6 +22,5 @@ QStringList bookFormatNames();
 /// Returns the format called `name`, or null. The comparison is case-insensitive.
 const BookFormat *bookFormatNamed(const QString &name);
 
-/// Returns the format for the extension of `path`, compared case-insensitively. Any extension but
-/// ".xls" means xlsx.
+/// Returns xlsFormat if `path` ends with ".xls", in any case, and xlsxFormat otherwise.
 const BookFormat &bookFormatOf(const QString &path);

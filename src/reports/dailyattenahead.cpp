@@ -15,10 +15,10 @@
 namespace
 {
 
-// With these limits, a statement usually returns at most ten thousand records, a few megabytes.
+// With these limits, a statement usually returns at most ten thousand records (a few megabytes).
 constexpr int peoplePerStatement = 500; ///< MariaDB turns IN lists of 1,000 or more into subqueries
-constexpr int cellsAhead = 8000;        ///< in memory, for all people together
-/// A block may have this many days even if the cells then exceed `cellsAhead`: for the server,
+constexpr int cellsAhead = 8000;        ///< cells in memory, for all people together
+/// A block may have this many days even if this takes more than `cellsAhead` cells: for the server,
 /// finding a person costs as much as reading a few days.
 constexpr int daysAhead = 16;
 
@@ -66,10 +66,10 @@ bool add(double &total, double seconds, bool isFirst)
 
 } // namespace
 
-/// A row of the report while it is being read.
+/// A row that is being read.
 struct DailyAttenAhead::Cell {
     DailyAttenRow row;
-    DayValues seen;             ///< Attendance and Overtime, once they had a record
+    DayValues seen;             ///< those of Attendance and Overtime that had a record
     DayValues doubtful;         ///< values that may depend on the order of the records
     unsigned int corrected = 0; ///< one bit per correction that had a record
 
@@ -122,8 +122,8 @@ private:
             doubtful |= DayValue::Interruptions;
         ++total.count;
     }
-    /// Makes `value` doubtful if it has a second record: only the last record counts, but here the
-    /// records may arrive in another order than from the statement for one day.
+    /// Marks `value` as doubtful if it already had a record. The last record counts, but the
+    /// statement for one day may return the records in a different order.
     void takeOnly(DayValue value)
     {
         if (seen.testFlag(value))
@@ -192,8 +192,8 @@ std::optional<DailyAttenAhead::Row> DailyAttenAhead::row(unsigned int uid, int d
     return result;
 }
 
-/// Reads the block of `batch` that begins at `firstDay`. If stopped, empties the block and returns
-/// false.
+/// Reads the block of `batch` that begins at `firstDay`. If the run is stopped, empties the block
+/// and returns false.
 bool DailyAttenAhead::load(Block &block, int batch, int firstDay)
 {
     block = Block();

@@ -19,10 +19,10 @@ class QSqlQuery;
  * four for each row.
  *
  * Returns exactly the values that the statements for one person and one day would return. A value
- * that might differ is left open, and the caller must read it with those statements. This happens
- * after an error, if several records match and only the last one counts, if a sum may depend on the
- * order of its addends, if the columns that identify people and days are not integers, or if the
- * time zone skipped one of the days. Logs nothing.
+ * that might differ is left open, and the caller must read it with those statements. A value is
+ * left open if a statement failed, if several records match although only the last one counts, if a
+ * sum may depend on the order of its addends, if the columns that identify people and days are not
+ * integers, or if the time zone skipped one of the days. Logs nothing.
  *
  * Call row() in the order of the sheet, day by day. A block is some days of some people. The first
  * call for a row of a block reads the block, which stays in memory until other days of the same
@@ -44,8 +44,8 @@ public:
         DailyAttenRow row; ///< incomplete if this call read the block and a statement failed
         DayValues open;    ///< values that the caller must still read
     };
-    /// Returns nothing if stopped before the row was read. `uid` must have been passed to
-    /// setPeople(), and the day must not be after today.
+    /// Returns nothing if `stopCheck` returned true before the row was read. `uid` must have been
+    /// passed to setPeople(), and the day must not be after today.
     std::optional<Row> row(unsigned int uid, int dayOfMonth);
 
 private:
@@ -61,7 +61,7 @@ private:
     DailyAttenOptions options;
     DailyAttenStatements statements;
     std::function<bool()> isStopped;
-    QVector<qint64> starts; ///< when the days from day 1 to tomorrow begin, in Unix seconds
+    QVector<qint64> starts; ///< when each day from the 1st to tomorrow begins, in Unix seconds
 
     QVector<unsigned int> people; ///< sorted, without duplicates
     QHash<qlonglong, int> places; ///< uid -> index in `people`

@@ -15,7 +15,7 @@
 
 #include <functional>
 
-/// Shifts of one month, by uid and day of the month.
+/// The shifts of one month. A key is a uid and a day of the month.
 using ShiftTable = QHash<QPair<int, int>, int>;
 
 /// Reads the shifts of the month of `date`. On an error, logs it and returns an empty table.
@@ -25,9 +25,9 @@ ShiftTable loadShifts(const QSqlDatabase &database, const QDate &date);
  * Reads what the daily report shows: the people of the month and, for each of them, every day so
  * far.
  *
- * Create one for each workbook, in the thread that owns the connection. Failed queries are logged.
- * If the people cannot be read, there is no report. If another query fails, its values stay empty
- * and the report goes on.
+ * Create one object per workbook, in the thread that owns the connection. Failed queries are
+ * logged. If the people cannot be read, there is no report. If another query fails, its values stay
+ * empty and the report goes on.
  */
 class DailyAttenData
 {
@@ -46,13 +46,14 @@ public:
 
     void setShifts(const ShiftTable &table) { shifts = table; }
 
-    /// Returns the values of one person and one day, incomplete if stopped or if a query failed.
-    /// Calls in the order of the sheet are fastest: all people of day 1, then all of day 2.
+    /// Returns the row of one person and one day. Marks it as incomplete if a query failed or
+    /// `isStopped` returned true. Calls in the order of the sheet are fastest: all people of day 1,
+    /// then all people of day 2.
     DailyAttenRow row(const DailyAttenPerson &person, int dayOfMonth);
 
     /// Returns the statements that define what a report with these options shows. The first one
-    /// reads the people. Those about one person and one day are for the uid 0 and for `today`;
-    /// that of the shifts has placeholders.
+    /// reads the people. Statements about one person and one day are for the uid 0 and for `today`.
+    /// The statement that reads the shifts has placeholders.
     static QStringList statements(const DailyAttenOptions &options, const QDate &today);
     /// Returns the statement that counts the people.
     static QString countStatement(const QDate &today);
@@ -66,6 +67,6 @@ private:
     DailyAttenAhead ahead;
     DailyAttenReader reader;
     QVector<DailyAttenPerson> allPeople;
-    QHash<unsigned int, QString> branches; ///< by uid
+    QHash<unsigned int, QString> branches; ///< the keys are uids
     ShiftTable shifts;
 };

@@ -7,12 +7,12 @@
  * exports use them too.
  */
 struct DailyAttenOptions : StoredOptions<DailyAttenOptions> {
-    bool decimalTime = false; ///< durations as numbers of hours instead of text
-    bool minusSign = false;   ///< unworked time shown as negative
+    bool decimalTime = false; ///< shows durations as numbers of hours instead of text
+    bool minusSign = false;   ///< shows unworked time as negative
     bool interruptions = false;
-    bool advancedOvertime = false; ///< overtime from `saldo_p` instead of `diff`
+    bool advancedOvertime = false; ///< reads the overtime from `saldo_p` instead of `diff`
     const BookFormat *format = &xlsxFormat;
-    bool homeBranch = false; ///< the home branch instead of the latest assigned branch
+    bool homeBranch = false; ///< shows the home branch instead of the latest assigned branch
 
     static const std::vector<StoredOption<DailyAttenOptions>> &table();
 };

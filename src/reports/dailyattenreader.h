@@ -17,8 +17,8 @@ class DailyAttenReader
 public:
     DailyAttenReader(const QSqlDatabase &db, const DailyAttenOptions &options);
 
-    /// Reads `values` into `row`. If a query fails, logs it, empties its value and marks the row
-    /// incomplete.
+    /// Reads `values` into `row`. If the query for a value fails, logs the error, resets the value
+    /// and marks the row as incomplete.
     void read(DayValues values, unsigned int uid, const DaySpan &day, DailyAttenRow &row) const;
 
 private:

@@ -13,7 +13,7 @@ struct DailyAttenPerson {
     QString homeBranch;
 };
 
-/// All interruptions of one kind on one day.
+/// The sum of one person's interruptions of one kind on one day.
 struct InterruptionTotal {
     double seconds = 0;
     int count = 0;
@@ -22,7 +22,7 @@ struct InterruptionTotal {
 /// What one person did on one day.
 struct DailyAttenRow {
     int dayOfMonth = 0;
-    int shift = -1; ///< shown only above 0; -1 if there is none
+    int shift = -1; ///< -1 if there is none; shown if it is above 0
     QString branch;
     double workedSeconds = 0;
     double unworkedSeconds = 0; ///< the planned time minus the worked time
@@ -31,7 +31,8 @@ struct DailyAttenRow {
     double roundingSeconds = 0;
     double movedSeconds = 0;
     double penaltySeconds = 0;
-    QMap<QString, InterruptionTotal> interruptions; ///< by shortcut
+    /// The keys are `inters.shortcut`, the short names of the kinds of interruption.
+    QMap<QString, InterruptionTotal> interruptions;
     bool complete = true; ///< false if values may be missing: a query failed or the run is stopped
 };
 
@@ -49,7 +50,7 @@ constexpr Correction corrections[] = {
     {1003, &DailyAttenRow::movedSeconds},
 };
 
-/// Returns the correction with that id, or null.
+/// Returns the correction with the id `iid`, or null.
 inline const Correction *correctionOf(int iid)
 {
     for (const Correction &correction : corrections) {

@@ -12,7 +12,8 @@ DailyAttenSheet::DailyAttenSheet(libxl::IBookT<wchar_t> &targetBook,
 {
 }
 
-/// Returns the columns from left to right. The corrections are in the order 1000, 1001, 1003, 1002.
+/// Returns the columns from left to right. The ids of the corrections are 1000, 1001, 1003 and
+/// 1002, in this order.
 QVector<DailyAttenSheet::Column> DailyAttenSheet::allColumns() const
 {
     using Person = DailyAttenPerson;

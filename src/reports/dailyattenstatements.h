@@ -25,12 +25,11 @@ struct DaySpan {
 };
 
 /**
- * Builds the statements that read DayValues, with all parameters filled in.
+ * Builds the statements that read DayValues. They have no placeholders.
  *
- * forOne() is for one person and one day, forMany() for several people and days. For every value
- * except the overtime, both select the same records; see forMany(). The first two columns that
- * forMany() selects identify the person and the day: the uid, and the record's moment in Unix
- * seconds.
+ * forOne() is for one person and one day, forMany() for several people and days. Both select the
+ * same records, except for the overtime; see forMany(). The first two columns that forMany()
+ * selects identify the person and the day: the uid, and the record's moment in Unix seconds.
  */
 class DailyAttenStatements
 {

@@ -10,7 +10,7 @@
 #include <QStringList>
 #include <QVector>
 
-/// A schema's kinds of interruption.
+/// A schema's kinds of interruption. A shortcut is the short name of a kind.
 struct InterruptionCatalogue {
     QHash<unsigned int, QString> iidToName;
     QHash<QString, unsigned int> shortcutToIid;
@@ -28,9 +28,9 @@ struct AttenMonth {
 /**
  * Reads what the monthly report shows.
  *
- * Create one for each workbook, in the thread that owns the connection. Failed queries are logged.
- * If the people cannot be read, there is no report. If another query fails, its values stay empty
- * and the report goes on.
+ * Create one object per workbook, in the thread that owns the connection. Failed queries are
+ * logged. If the people cannot be read, there is no report. If another query fails, its values stay
+ * empty and the report goes on.
  */
 class MonthlyAttenData
 {
@@ -44,7 +44,7 @@ public:
     bool loadValues();
 
     /// Returns the statements with which a report reads the month of `today`. The first one reads
-    /// the people. Those that list people list only the uid 0.
+    /// the people. Statements with a list of uids list only the uid 0.
     static QStringList statements(const QDate &today);
     /// Returns the statement that counts the people.
     static QString countStatement(const QDate &today);

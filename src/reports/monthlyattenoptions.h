@@ -7,9 +7,9 @@
  * exports use them too.
  */
 struct MonthlyAttenOptions : StoredOptions<MonthlyAttenOptions> {
-    int advancedOvertime = 0;   ///< 1: overtime from `saldo_p`; otherwise from `totalSaldo`
-    bool payrollNumber = false; ///< shown instead of the personal number
-    QStringList extraShortcuts; ///< interruptions that get a column each; not trimmed
+    int advancedOvertime = 0;   ///< if 1, the overtime is `saldo_p`, otherwise `totalSaldo`
+    bool payrollNumber = false; ///< shows the payroll number instead of the personal number
+    QStringList extraShortcuts; ///< each gets a column for its kind of interruption; not trimmed
 
     static const std::vector<StoredOption<MonthlyAttenOptions>> &table();
 };

@@ -24,6 +24,6 @@ struct MonthlyAttenRow {
     double plannedHours = 0;
     double overtimeHours = 0;
     std::optional<double> workedHours;             ///< shown if there is a value, even 0
-    QHash<unsigned int, double> interruptionHours; ///< by interruption id
+    QHash<unsigned int, double> interruptionHours; ///< the keys are interruption ids
     AttMonthValues values;
 };

@@ -32,8 +32,8 @@ MonthlyAttenSheet::MonthlyAttenSheet(libxl::IBookT<wchar_t> &targetBook,
         formula = resolveFormula(formula, columns);
 }
 
-/// Adds the columns from left to right. The six interruption ids are fixed; only the extra columns
-/// use the catalogue.
+/// Adds the columns from left to right. The first six columns of interruptions have fixed ids; only
+/// the extra columns use the catalogue.
 void MonthlyAttenSheet::addColumns(const MonthlyAttenOptions &options,
                                    const InterruptionCatalogue &catalogue)
 {
@@ -114,8 +114,8 @@ MonthlyAttenSheet::Column MonthlyAttenSheet::interruptionColumn(const QString &h
             }};
 }
 
-/// Returns the column of an extra shortcut. An unknown shortcut gets id 0; its column has neither a
-/// heading nor hours.
+/// Returns the column for one of MonthlyAttenOptions::extraShortcuts. An unknown shortcut gets the
+/// id 0, and its column has neither a heading nor hours.
 MonthlyAttenSheet::Column
 MonthlyAttenSheet::extraColumn(const QString &shortcut,
                                const InterruptionCatalogue &catalogue) const

@@ -51,7 +51,7 @@ private:
 
     libxl::IBookT<wchar_t> &book;
     QVector<Column> columns;
-    QStringList formulas; ///< one per formula column, such as "=K%1-C%1"
+    QStringList formulas; ///< one such as "=K%1-C%1" per formula column
     libxl::ISheetT<wchar_t> *sheet = nullptr;
     libxl::IFormatT<wchar_t> *headingFormat = nullptr;
     libxl::IFormatT<wchar_t> *idFormat = nullptr;

@@ -18,9 +18,9 @@ const QLatin1String interrupted("1317");
 const QLatin1String deadlock("1213");     // or a conflict between two nodes of a cluster
 const QLatin1String changedSince("1020"); // the row is newer than the transaction's view
 
-/// Begins the transaction and locks the row of `key`. Inserts the row first if it is missing.
-/// Without a row, the server would lock only a gap between rows, which two transactions can lock at
-/// once, or nothing with READ COMMITTED. If the run is rolled back, so is the insertion.
+/// Begins the transaction and locks the row of `key`. If the row is missing, inserts it first: the
+/// server would otherwise lock only a gap between rows, which two transactions can lock at once,
+/// and with READ COMMITTED it would lock nothing. If the run is rolled back, so is the insertion.
 Result<QVector<QVariant>> lockRow(const VarsTable &vars, const QString &key,
                                   ReportTransaction &transaction)
 {
@@ -49,8 +49,8 @@ Claim claimAfter(const QString &errorCode)
         return Claim::Blocked;
     if (isNodeNotReady(errorCode))
         return Claim::NodeNotReady;
-    // A conflict means that another run was faster. After any other error, such as a missing right
-    // to write, the row cannot be locked, and the report is mailed unclaimed.
+    // A conflict means that another run claims the report. After any other error, such as a missing
+    // right to write, the row cannot be locked, and the report is mailed unclaimed.
     return isConflict(errorCode) ? Claim::Contested : Claim::Unclaimed;
 }
 

@@ -9,9 +9,9 @@ struct ReportRun;
 /// Whether a run may mail its report.
 enum class Claim {
     Ours,         ///< yes, until the transaction ends
-    Unclaimed,    ///< yes, but so may other runs, because the row cannot be locked
+    Unclaimed,    ///< yes, but other runs may mail it, too, because the row cannot be locked
     Made,         ///< no: another host has made the report meanwhile
-    Contested,    ///< no: another host was faster, and the server rolled this transaction back
+    Contested,    ///< no: another host claims the report; the server rolled this transaction back
     NodeNotReady, ///< no: the cluster node executes no statements for now
     Blocked       ///< no: another connection has locked the row, and the wait was cut short
 };
@@ -31,7 +31,8 @@ enum class Claim {
 Claim claimReport(const QSqlDatabase &database, const QString &key, const ReportRun &run,
                   ReportTransaction &transaction);
 
-/// Returns whether this error code of the server means that another transaction was faster.
+/// Returns whether this error code of the server means that the transaction lost a conflict with
+/// another one.
 bool isConflict(const QString &errorCode);
 
 /// Returns whether this error code means that the cluster node executes no statements for now, for

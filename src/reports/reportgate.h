@@ -8,7 +8,7 @@
 #include <mutex>
 
 /**
- * Limits how many runs work at the same time. The others wait, first come, first served.
+ * Limits how many runs work at the same time. Further runs wait, first come, first served.
  *
  * A place held for longer than `patience` no longer counts: its run is probably waiting for a
  * silent server, and customers on other servers should not have to wait for it. Thread-safe.

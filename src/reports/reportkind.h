@@ -30,17 +30,17 @@ struct ReportNeeds {
  * over the table. To add a report, write its class and add a row.
  */
 struct ReportKind {
-    const char *word;      ///< its name on the command line, such as "daily"
-    const char *className; ///< prefix of its log lines and of its lock's name
-    const char *prefix;    ///< of its settings' keys in `vars`, including the final dot
+    const char *word;      ///< the report's name on the command line, such as "daily"
+    const char *className; ///< the prefix of its log lines and of its lock's name
+    const char *prefix;    ///< the prefix of its settings' keys in `vars`, including the final dot
     const ReportSchedule *schedule;
     CountsAsMade countsWhen;  ///< applies to scheduled runs and makeReport()
-    const BookFormat *format; ///< of its workbook; null if a setting chooses it
+    const BookFormat *format; ///< the format of its workbook; null if an option chooses it
 
-    /// Creates a report on `database`, owned by `parent` or, if that is null, by the caller.
+    /// Creates a report that uses `database`. If `parent` is null, the caller owns the report.
     AttenReport *(*create)(const QSqlDatabase &database, QObject *parent);
 
-    /// Returns the keys in `vars` of the report's options, which have no prefix.
+    /// Returns the keys under which `vars` holds the report's options. They have no prefix.
     QStringList (*optionKeys)();
     /// Returns what a run on `today` needs. `options` contains the stored values of optionKeys().
     ReportNeeds (*needs)(const QMap<QString, QVariant> &options, const QDate &today);

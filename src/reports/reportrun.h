@@ -6,8 +6,8 @@
 
 #include <functional>
 
-/// When a run stores "lastGenerated", so that the report counts as made and is not due again that
-/// day.
+/// Whether a run stores "lastGenerated", the time that the schedule checks to decide whether the
+/// report has been made.
 enum class CountsAsMade {
     Never,       ///< the run does not affect the schedule
     WithAnyMail, ///< if at least one mail was queued
@@ -19,20 +19,20 @@ struct ReportRun {
     ReportSettings settings;
     QDateTime now;
     CountsAsMade countsWhen = CountsAsMade::Never;
-    /// Whether the schedule started the run, rather than an operator. Only a scheduled run ends if
-    /// another host is faster.
+    /// Whether the schedule started the run, rather than an operator. A scheduled run claims its
+    /// report, and ends if another host has already claimed it.
     bool isScheduled = false;
     /// The server's id of the connection on which the run began, 0 if unknown. If that connection
-    /// is lost, the server rolls the run's mails back, so the run must not continue on another one.
+    /// is lost, the server rolls the run's mails back, so the run must not use another connection.
     qulonglong connectionId = 0;
     /// Called after each row, with the total number of rows.
     std::function<void(int)> progress = nullptr;
-    /// Polled at each row and each mail. Returning true has the effect of
-    /// QThread::requestInterruption(), which the main thread does not support.
+    /// Polled at each row and each mail. Returns whether to stop the run. The operator's commands
+    /// need it because QThread::requestInterruption() has no effect on the main thread.
     std::function<bool()> isCancelled = nullptr;
 };
 
-/// Returns the parameters of an unscheduled run.
+/// Returns the parameters of a run that is not scheduled.
 ReportRun runFor(const QStringList &recipients, const QDateTime &now, CountsAsMade countsWhen,
                  const QSqlDatabase &database);
 

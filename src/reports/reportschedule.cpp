@@ -113,7 +113,7 @@ QDateTime scheduledMoment(const QDate &date, const QTime &time)
     if (early.date() == date && early.time() == time)
         return early;
 
-    // The clock was changed earlier that day. If this skipped `time`, find the end of the gap.
+    // The clock was changed earlier that day. If it skipped `time`, find the end of the gap.
     QDateTime moment(date, time);
     QTime minute(time.hour(), time.minute());
     while (!moment.isValid() && minute < QTime(23, 59)) {

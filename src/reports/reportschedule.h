@@ -31,8 +31,9 @@ extern const ReportSchedule onceADay;
 /// A report's settings in the table `vars`, and the schedule that depends on them.
 struct ReportSettings {
     bool enabled = false;
-    QStringList recipients;   ///< as stored, not trimmed; empty parts dropped
-    QTime time;               ///< invalid if missing or unreadable: due at the day's first tick
+    QStringList recipients; ///< as stored, not trimmed; empty parts dropped
+    /// Invalid if missing or unreadable. The report is then due at the day's first tick.
+    QTime time;
     qint64 lastGenerated = 0; ///< seconds since the epoch
     QString uids;             ///< read, but used by no query
     const ReportSchedule *schedule = &onceADay;
@@ -41,7 +42,7 @@ struct ReportSettings {
     static ReportSettings fromValues(const QMap<QString, QVariant> &values, const QString &prefix);
 };
 
-/// Returns the recipients that get a mail: trimmed, without blank ones.
+/// Returns the recipients that get a mail: those of `stored`, trimmed, without blank ones.
 QStringList recipientsToMail(const QStringList &stored);
 
 /// Whether a report is due and, if not, why.
@@ -62,7 +63,7 @@ ScheduleVerdict scheduleVerdict(const ReportSettings &settings, const QDateTime 
 
 /**
  * Returns ReportRun::now for a run that was due at `dueAt` and has waited until `now`: `now` if the
- * report is due then, otherwise `dueAt`.
+ * report is due at `now`, otherwise `dueAt`.
  *
  * A report that was due late in the evening and waited past midnight is thus made for the day on
  * which it was due, unless it is already due on the new day.
@@ -70,13 +71,13 @@ ScheduleVerdict scheduleVerdict(const ReportSettings &settings, const QDateTime 
 QDateTime momentAfterWait(const ReportSettings &settings, const QDateTime &dueAt,
                           const QDateTime &now);
 
-/// Returns the first moment from `now` on at which the report is due, assuming that its settings do
-/// not change. Returns an invalid moment if there is none.
+/// Returns when the report is due next, or `now` if it is already due. Assumes that its settings do
+/// not change. Returns an invalid moment if it is never due.
 QDateTime nextDue(const ReportSettings &settings, const QDateTime &now);
 
 /**
- * Returns the first moment of `date` at which a local clock shows `time` or later, for days of 23,
- * 24 and 25 hours. An invalid `time` means the start of the day.
+ * Returns the first moment of `date` at which a local clock shows `time` or later. The day may have
+ * 23, 24 or 25 hours. An invalid `time` means the start of the day.
  *
  * If clocks are set back and `time` occurs twice, returns the first occurrence. If the second one
  * counted, a report made at the first one would be due again. If clocks are set forward and skip

@@ -11,7 +11,7 @@ ReportTransaction::ReportTransaction(const QSqlDatabase &db)
 {
 }
 
-/// All statements are one packet, so that the run waits for a single answer.
+/// Sends all statements in one packet, so that the run waits only once for the server.
 QSqlQuery ReportTransaction::begin(const QString &statement)
 {
     QSqlQuery query = freshQuery(database);
@@ -29,8 +29,8 @@ QSqlQuery ReportTransaction::begin(const QString &statement)
 /// The savepoint is lost with its transaction, and the transaction with its connection.
 ///
 /// A cluster node reports no error if it rolls the transaction back between two statements of a
-/// packet: the later ones then succeed outside a transaction. The last one must therefore be one
-/// that fails outside a transaction.
+/// packet. It then executes the rest of the packet outside a transaction. The packet must therefore
+/// end with a statement that fails outside a transaction.
 bool ReportTransaction::isIntact()
 {
     QSqlQuery query = freshQuery(database);
@@ -40,7 +40,7 @@ bool ReportTransaction::isIntact()
            query.nextResult() && query.nextResult() && query.nextResult();
 }
 
-/// Looks at the table's engine, because BEGIN and COMMIT succeed even on non-transactional tables.
+/// Looks up the engine of `emails`, because BEGIN and COMMIT succeed even without transactions.
 bool ReportTransaction::canRollBack() const
 {
     QSqlQuery query = freshQuery(database);

@@ -5,7 +5,7 @@
 #include <QString>
 
 /**
- * Makes the mails of one run and its "lastGenerated" atomic: either all are stored or none.
+ * Ensures that the mails of a run and its "lastGenerated" are stored together or not at all.
  *
  * End it with commit() or rollback(). The destructor runs no statement; without either call, the
  * server rolls the transaction back when the connection closes. If the tables do not support
@@ -38,8 +38,8 @@ public:
     /// server does not answer.
     bool canRollBack() const;
 
-    /// Commits the transaction. Returns false if the server refused: error() says why, and
-    /// rollback() must be called.
+    /// Commits the transaction. If this returns false, error() says why, and rollback() must be
+    /// called.
     bool commit();
     /// Rolls the transaction back, if necessary by breaking the connection off.
     void rollback();

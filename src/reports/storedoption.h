@@ -29,7 +29,7 @@ inline void readStored(const QVariant &stored, QString &value)
 {
     value = stored.toString();
 }
-/// Splits the text at its commas. Drops empty parts; does not trim the others.
+/// Splits the text at its commas. Drops empty parts; trims nothing.
 inline void readStored(const QVariant &stored, QStringList &value)
 {
     value = stored.toString().split(QLatin1Char(','), Qt::SkipEmptyParts);
@@ -68,7 +68,8 @@ struct StoredOption {
     std::function<void(const QVariant &, Options &)> read;
 };
 
-/// Returns the options stored in `values` under the keys of `table`, each preceded by `prefix`.
+/// Returns the options of `table` that are stored in `values`, where `prefix` precedes every key.
+/// All other options keep their initial values.
 template <typename Options>
 Options optionsFromValues(const std::vector<StoredOption<Options>> &table,
                           const QMap<QString, QVariant> &values, const QString &prefix = QString())
@@ -86,7 +87,7 @@ Options optionsFromValues(const std::vector<StoredOption<Options>> &table,
 /// keys.
 template <typename Options>
 struct StoredOptions {
-    /// Returns the keys in `vars`.
+    /// Returns the keys under which the table `vars` holds the options.
     static QStringList keys()
     {
         QStringList keys;
