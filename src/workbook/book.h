@@ -37,16 +37,16 @@ public:
     /**
      * Appends an empty sheet or, if `copyFrom` is not null, a copy of that sheet. Returns null if
      * `copyFrom` belongs to another book or if `name` is invalid. A name is invalid if it is null,
-     * empty or longer than 31 UTF-16 units, contains a tab, a line break or any of []:*?/\, begins
-     * or ends with an apostrophe, or equals the name of another sheet, ignoring case.
+     * empty or longer than 31 UTF-16 units, contains a tab, a line break or any of `[]:*?/\`,
+     * begins or ends with an apostrophe, or equals the name of another sheet, ignoring case.
      */
     virtual ISheetT<Char> *addSheet(const Char *name, ISheetT<Char> *copyFrom = nullptr) = 0;
 
     /**
-     * Returns the identifier of a number format code, for IFormatT::setNumFormat. Equal codes have
-     * equal identifiers. Returns 0, the general number format, if the code is null, empty or longer
-     * than 255 UTF-16 units, if it contains a tab or a line break, or if the book already has 200
-     * other codes.
+     * Returns the identifier of a number format code. Pass it to IFormatT::setNumFormat. Equal
+     * codes have equal identifiers. Returns 0, the general number format, if the code is null,
+     * empty or longer than 255 UTF-16 units, if it contains a tab or a line break, or if the book
+     * already has 200 other codes.
      */
     virtual int addCustomNumFormat(const Char *customNumFormat) = 0;
 
@@ -85,7 +85,7 @@ public:
      */
     virtual bool setLocale(const char *locale) = 0;
 
-    /** Frees the book and all its objects; the pointer is invalid afterwards. */
+    /** Frees the book and all its objects. All pointers to them become invalid. */
     virtual void release() = 0;
 
 protected:

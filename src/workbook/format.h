@@ -23,7 +23,7 @@ public:
     /** Returns false and changes nothing if `font` is null or belongs to another book. */
     virtual bool setFont(IFontT<Char> *font) = 0;
 
-    /** `numFormat` is 0 (general) or from IBookT::addCustomNumFormat; other values are ignored. */
+    /** Ignores values other than 0 (general) and the results of IBookT::addCustomNumFormat. */
     virtual void setNumFormat(int numFormat) = 0;
 
     virtual void setAlignH(AlignH align) = 0;

@@ -12,12 +12,13 @@ class IFormatT;
  * One worksheet of a book, obtained from IBookT::addSheet.
  *
  * It belongs to the book and lives until the book is released. Rows and columns count from 0.
- * Cells, rows and columns may be written in any order; the last write wins. If `format` is
- * null, the default format is used. Any other format must belong to the same book. If an argument
+ * Cells, rows and columns may be written in any order; the last write wins. If `format` is null,
+ * the default format is used; otherwise, `format` must belong to the sheet's book. If an argument
  * is out of range, functions return false, or ignore the call if they return nothing.
  *
- * Characters that XML cannot represent are removed from all texts, even in binary books: characters
- * below U+0020 except tab, line feed and carriage return, lone surrogates, U+FFFE and U+FFFF.
+ * Even in binary books, the characters that XML cannot represent are removed from all texts: lone
+ * surrogates, U+FFFE, U+FFFF, and characters below U+0020 except tab, line feed and carriage
+ * return.
  *
  * If a function that writes a cell returns false, the cell becomes empty, even if it had content
  * before. All other cells are unchanged. After a write that ran out of memory, save() fails.
@@ -44,10 +45,11 @@ public:
      * file also contains the formula's value if the engine can compute it; otherwise, spreadsheet
      * programs compute the value when they open the file.
      *
-     * Returns false if the formula is null, empty or longer than 8,192 UTF-16 units without the
-     * "=". An XML book accepts any other text unchecked. In a binary book, a formula must consist
-     * of cells of the same sheet, numbers, + - * /, signs and parentheses, with at most 63 nested
-     * signs and parentheses, and must take at most 1,800 bytes in the file.
+     * Returns false if the formula is null or if, without the "=", it is empty or longer than 8,192
+     * UTF-16 units. An XML book accepts any other text unchecked. In a binary book, a formula must
+     * consist of numbers, the operators + - * /, signs, parentheses and references to cells of the
+     * same sheet. At most 63 signs and parentheses may be nested, and the formula must take at most
+     * 1,800 bytes in the file.
      */
     virtual bool writeFormula(int row, int col, const Char *expr,
                               IFormatT<Char> *format = nullptr) = 0;
@@ -55,14 +57,14 @@ public:
     /**
      * Sets the width of columns `colFirst` to `colLast`, both included. `width` (0 to 255) is the
      * width that spreadsheet programs show: in digits of the default font, without the cell's
-     * padding. `format` applies to the cells of these columns that are not written.
+     * padding. `format` applies to the unwritten cells of these columns.
      */
     virtual bool setCol(int colFirst, int colLast, double width, IFormatT<Char> *format = nullptr,
                         bool hidden = false) = 0;
 
     /**
-     * Sets the height of a row in points, 0.1 to 409.5. `format` applies to the cells of the row
-     * that are not written.
+     * Sets the height of a row in points, 0.1 to 409.5. `format` applies to the unwritten cells of
+     * the row.
      */
     virtual bool setRow(int row, double height, IFormatT<Char> *format = nullptr,
                         bool hidden = false) = 0;

@@ -19,7 +19,7 @@ Result guarded(Result failure, Operation operation) noexcept
     }
 }
 
-/** Runs an operation without a result. Returns false if the operation throws. */
+/** Runs an operation that returns nothing. Returns false if the operation throws. */
 template <class Operation>
 bool guarded(Operation operation) noexcept
 {

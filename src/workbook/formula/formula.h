@@ -31,9 +31,10 @@ struct FormulaToken {
 using FormulaTokens = std::vector<FormulaToken>;
 
 /**
- * Parses a formula that consists of cells of the same sheet, numbers, + - * /, signs and
- * parentheses, with at most 63 nested signs and parentheses. `text` must not include the leading
- * "=". Returns nothing for any other formula.
+ * Parses a formula that consists of numbers, the operators + - * /, signs, parentheses and
+ * references to cells of the formula's own sheet. `text` must not include the leading "=". Returns
+ * nothing if the formula contains anything else, is malformed, or has more than 63 nested signs and
+ * parentheses.
  */
 std::optional<FormulaTokens> parseFormula(std::u16string_view text);
 

@@ -19,8 +19,9 @@ bool takeDollar(std::u16string_view &text)
 }
 
 /**
- * Returns whether a reference may end where `rest` begins. It may not if the text continues as
- * a longer name, such as "LOG10(" or "A1!".
+ * Returns whether a reference can end before `rest`. It cannot if `rest` extends the reference to a
+ * longer name: "LOG10" is a reference, but "LOG10(" begins a function call, and "A1!" names a
+ * sheet.
  */
 bool referenceEndsBefore(std::u16string_view rest)
 {

@@ -32,7 +32,8 @@ void CellStore::put(const Cell &cell)
     const bool inOrder = isSorted() && (cells.empty() || before(cells.back(), cell));
     if (!inOrder && replace(cell))
         return;
-    cells.push_back(cell); // first, so that nothing has changed if it throws
+    // push_back() may throw, so call it before changing any other member.
+    cells.push_back(cell);
     holdsErased = holdsErased || cell.kind() == CellKind::Erased;
     if (inOrder)
         ++sortedEnd;
@@ -41,8 +42,8 @@ void CellStore::put(const Cell &cell)
 }
 
 /**
- * Replaces the stored cell at the same row and column. Returns false if there is no such cell, or
- * if there is an unsorted tail, because the tail may contain another cell at that row and column.
+ * Replaces the stored cell at the row and column of `cell`. Returns false if there is no such
+ * stored cell. Also returns false if there is an unsorted tail, which may contain such a cell too.
  */
 bool CellStore::replace(const Cell &cell)
 {
@@ -64,7 +65,8 @@ void CellStore::sort() noexcept
         const auto tail = cells.begin() + static_cast<std::ptrdiff_t>(sortedEnd);
         std::stable_sort(tail, cells.end(), before);
         std::inplace_merge(cells.begin(), tail, cells.end(), before);
-        // unique() keeps the first of several equal cells: in reverse order, the one written last.
+        // unique() keeps the first of several cells with the same key. In reverse order, that is
+        // the cell written last.
         const auto samePlace = [](const Cell &a, const Cell &b) {
             return a.key() == b.key();
         };

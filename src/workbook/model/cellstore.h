@@ -17,7 +17,7 @@ struct Cell {
     std::uint64_t format : 26;
     union {
         double number;
-        std::uint32_t index; // of a text or a formula
+        std::uint32_t index; // of the text or the formula in a string table of the book
     };
 
     [[nodiscard]] CellKind kind() const { return static_cast<CellKind>(kindCode); }
@@ -35,11 +35,12 @@ Cell makeCell(int row, int column, CellKind kind, std::uint32_t format = 0);
  * The cells of a sheet. They may be written in any order. If several cells are written to the same
  * row and column, the last one wins.
  *
- * Cells are sorted by row, then by column, as files need them. A cell written in this order extends
- * the sorted part. Any other cell replaces the cell at the same row and column or, if there is no
- * such cell, starts an unsorted tail. All further cells are appended to the tail. Once the tail is
- * as long as the sorted part and has at least 4,096 cells, it is merged into the sorted part. The
- * average time per cell therefore grows at most with the logarithm of the number of cells.
+ * Files contain cells sorted by row, then by column. A cell written in this order extends the
+ * sorted part. A cell written out of order replaces the cell at the same row and column or, if
+ * there is no such cell, starts an unsorted tail. All further cells are appended to the tail. Once
+ * the tail is as long as the sorted part and has at least 4,096 cells, it is merged into the sorted
+ * part. The average time per cell therefore grows at most with the logarithm of the number of
+ * cells.
  */
 class CellStore
 {
@@ -56,7 +57,7 @@ public:
     /** Returns all cells. Call sort() first. */
     [[nodiscard]] const std::vector<Cell> &all() const { return cells; }
 
-    /** Returns the cell, or null if there is no such cell. Call sort() first. */
+    /** Returns the cell at `row` and `column`, or null if there is none. Call sort() first. */
     [[nodiscard]] const Cell *find(int row, int column) const;
 
 private:

@@ -92,8 +92,8 @@ struct BookData {
     }
 
     const FileFormat &format;
-    std::deque<FontData> fonts{FontData{}};       // 0 is the book's default font
-    std::deque<FormatData> formats{FormatData{}}; // 0 is "no format"
+    std::deque<FontData> fonts{FontData{}};       // the first is the default font
+    std::deque<FormatData> formats{FormatData{}}; // the first is the default format
     std::vector<std::u16string> numFormats;       // codes, numbered from firstOwnNumFormat
     std::deque<SheetData> sheets;
     StringTable strings;

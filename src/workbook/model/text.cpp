@@ -33,8 +33,8 @@ constexpr bool fitsXml(char32_t point)
 }
 
 /**
- * Returns the next character and moves `text` past it. Combines two wide characters that form a
- * surrogate pair into one character.
+ * Returns the next character and moves `text` past it. If the next two wide characters are a
+ * surrogate pair, returns the character that they encode.
  */
 char32_t takePoint(const wchar_t *&text)
 {
@@ -58,8 +58,8 @@ void appendUtf16(std::u16string &units, char32_t point)
 
 /**
  * Returns the small letter for a letter of Latin Extended-A. In this block, the code of a small
- * letter is nearly always the code of its capital plus one. Capitals have odd codes in two ranges
- * and even codes elsewhere.
+ * letter is nearly always one greater than the code of its capital. Capitals have odd codes in two
+ * ranges and even codes elsewhere.
  */
 char16_t foldLatinExtended(char16_t unit)
 {

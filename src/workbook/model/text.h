@@ -5,16 +5,16 @@
 #include <string_view>
 
 /**
- * Text inside the engine is UTF-16, because both file formats limit texts in UTF-16 units. It has
- * no lone surrogates and no other characters that XML cannot represent.
+ * Text inside the engine is UTF-16, because both file formats limit the number of UTF-16 units in a
+ * text. It has no lone surrogates and no other characters that XML cannot represent.
  */
 namespace workbook
 {
 
 /**
  * Converts `text` to UTF-16 and stores the result in `units`. Removes the characters that XML
- * cannot represent: characters below U+0020 except tab, line feed and carriage return, lone
- * surrogates, U+FFFE and U+FFFF. Returns false if `text` is null or the result is longer than
+ * cannot represent: lone surrogates, U+FFFE, U+FFFF, and characters below U+0020 except tab, line
+ * feed and carriage return. Returns false if `text` is null or the result is longer than
  * `maxUnits`.
  */
 bool readText(const wchar_t *text, std::size_t maxUnits, std::u16string &units);

@@ -12,7 +12,7 @@ namespace workbook
  * Collects bytes for a file. Optimised for many small pieces: the bytes are written into reserved
  * memory, which clear() does not free.
  *
- * No other class knows the byte order of the file formats. Both are little-endian.
+ * Numbers are stored in little-endian byte order, as both file formats require.
  */
 class Buffer
 {

@@ -27,8 +27,8 @@ public:
     [[nodiscard]] const std::vector<std::uint32_t> &used() const { return order; }
 
     /**
-     * Returns the position in used() of the text that has the index `index` in the string table. At
-     * least one cell must contain the text.
+     * Converts the index of a text in the string table to its position in used(). At least one cell
+     * must contain the text.
      */
     [[nodiscard]] std::uint32_t numberOf(std::uint32_t index) const { return numbers[index]; }
 

@@ -23,7 +23,7 @@ public:
     /** Returns the formats. Their `font` is an index into fonts(). */
     [[nodiscard]] const std::vector<FormatData> &formats() const { return distinctFormats; }
 
-    /** Returns the index in formats() of the format with the index `modelFormat` in the book. */
+    /** Converts the index of a format in BookData::formats to its index in formats(). */
     [[nodiscard]] std::size_t indexOf(std::uint32_t modelFormat) const
     {
         return formatIndexes[modelFormat];

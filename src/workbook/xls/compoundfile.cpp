@@ -24,8 +24,8 @@ constexpr std::uint32_t sectorBytes = 512;
 constexpr std::uint32_t entriesPerSector = sectorBytes / 4;
 constexpr std::uint32_t listedInHeader = 109;
 constexpr std::uint32_t listedInOverflow = entriesPerSector - 1;
-// A shorter stream would have to be stored in small sectors. To avoid them, finish() pads it with
-// zeros, which are allowed after the last record.
+// A shorter stream would have to be stored in small sectors. To avoid small sectors, finish() pads
+// the stream with zeros, which are allowed after the last record.
 constexpr std::uint64_t minStreamBytes = 4096;
 
 constexpr std::uint32_t freeSector = 0xFFFFFFFF;

@@ -13,13 +13,13 @@ namespace workbook
 constexpr std::uint32_t recordHead = 4; // bytes
 constexpr unsigned twipsPerPoint = 20;
 
-/** Returns whether a text can be stored in Latin-1, in half the bytes of UTF-16. */
+/** Returns whether a text can be stored in Latin-1, which takes half the bytes of UTF-16. */
 bool isNarrow(std::u16string_view text);
 
 /**
  * Writes a stream of records, each `u16 id, u16 size, data` with up to 8,224 bytes of data. For
- * each record, call begin(), append its data, and call end(). A longer record is an error, latched
- * in the sink.
+ * each record, call begin(), append its data, and call end(). A record with more data is an error,
+ * latched in the sink.
  *
  * The constructor starts the stream at the end of the sink. Positions are relative to the start of
  * the stream.

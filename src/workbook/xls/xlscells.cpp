@@ -19,7 +19,7 @@ namespace workbook
 namespace
 {
 
-/** Returns the number in 4-byte form (RK). Returns nothing if this form is not exact. */
+/** Returns the 4-byte form of `number` (RK). Returns nothing if this form would lose precision. */
 std::optional<std::uint32_t> compressed(double number)
 {
     constexpr double limit = 1U << 29U;
@@ -202,8 +202,8 @@ void XlsCells::number(const Cell &cell)
         beginCell(record::Number, cell).f64(cell.number).end();
 }
 
-// FORMULA: result (f64, or 8 bytes that begin with a kind and end with FFFF), u16 flags, u32 0,
-//          u16 bytes of tokens, tokens
+// FORMULA: result (a number as f64; otherwise u16 kind, u16 error code, u16 0, u16 FFFF),
+//          u16 flags, u32 0, u16 size of the tokens, tokens
 void XlsCells::formula(const Cell &cell)
 {
     constexpr unsigned alwaysCalculate = 1;
@@ -211,7 +211,7 @@ void XlsCells::formula(const Cell &cell)
     constexpr unsigned emptyResult = 3;
     constexpr unsigned divisionByZero = 0x07;
     constexpr unsigned overflow = 0x24;
-    // Parsing and compiling succeed, because writeFormula() rejects all other formulas.
+    // Parsing and compiling succeed, because writeFormula() rejects formulas for which they fail.
     FormulaTokens parsed = parseFormula(book.formulas.at(cell.index)).value();
     const std::string tokens = compileXlsFormula(parsed).value();
     const FormulaValue value = evaluator.valueOf(cell, std::move(parsed));

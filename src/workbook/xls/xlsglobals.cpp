@@ -40,8 +40,9 @@ void protection(const BookData &book, RecordWriter &out)
         out.single(id, 0);
 }
 
-// WINDOW1: u16 x, y, width, height in twips, u16 flags, u16 shown sheet, u16 first tab,
-//          u16 selected sheets, u16 width of the tabs
+// WINDOW1: u16 x, u16 y, u16 width, u16 height (all in twips), u16 flags, u16 index of the shown
+//          sheet, u16 index of the first tab, u16 number of selected sheets, u16 relative width of
+//          the tabs
 void window(RecordWriter &out)
 {
     constexpr unsigned scrollBarsAndTabs = 0x38;
@@ -54,7 +55,7 @@ void window(RecordWriter &out)
     out.single(record::BookBool, 0);
 }
 
-// BOUNDSHEET: u32 position of the sheet, u8 visibility, u8 kind, short text name
+// BOUNDSHEET: u32 position of the sheet, u8 visibility, u8 kind, name as short text
 std::vector<std::uint32_t> sheetList(const BookData &book, RecordWriter &out)
 {
     std::vector<std::uint32_t> places;
@@ -65,9 +66,9 @@ std::vector<std::uint32_t> sheetList(const BookData &book, RecordWriter &out)
     return places;
 }
 
-// NAME: u16 flags, u8 key, u8 length of the name, u16 bytes of tokens, u16 0,
+// NAME: u16 flags, u8 shortcut key, u8 length of the name, u16 size of the tokens, u16 0,
 //       u16 number of the sheet (from 1), u32 0, u8 flags of the name, name, tokens
-// Print titles have the single character 07 as their name, and one token, an area of a sheet:
+// The name of print titles is the character 07. Their only token refers to an area of a sheet:
 // u8 kind, u16 index in EXTERNSHEET, u16 first row, u16 last row, u16 first column, u16 last column
 void printTitles(const SheetData &sheet, unsigned sheetNumber, unsigned externIndex,
                  RecordWriter &out)

@@ -83,13 +83,13 @@ void writeXlsPage(const SheetData &sheet, unsigned defaultRowTwips, RecordWriter
 
 // WINDOW2: u16 flags, u16 top row, u16 left column, u16 grid colour, u16 0, 2 x u16 zoom,
 //          u32 0
-// PANE:    u16 frozen columns, u16 frozen rows, u16 first row below, u16 first column to the
-//          right, u8 active pane, u8 0
+// PANE:    u16 frozen columns, u16 frozen rows, u16 first row of the lower panes,
+//          u16 first column of the right panes, u8 active pane, u8 0
 void writeXlsView(const SheetData &sheet, bool isFirst, RecordWriter &out)
 {
     constexpr unsigned usualFlags = 0x00B4; // headings, zeros, automatic grid colour, outline
     constexpr unsigned gridlines = 0x0002;
-    constexpr unsigned frozen = 0x0108; // frozen, and not split before it was frozen
+    constexpr unsigned frozen = 0x0108; // panes are frozen and were not split before
     constexpr unsigned selectedAndShown = 0x0600;
     constexpr unsigned automaticColour = 0x40;
     enum Pane : unsigned { LowerRight, UpperRight, LowerLeft, UpperLeft };

@@ -11,8 +11,8 @@ namespace workbook
 namespace
 {
 
-// FONT: u16 height in twips, u16 flags, u16 colour, u16 weight, u16 raised or lowered,
-//       u8 underline, u8 family, u8 character set, u8 0, short text name
+// FONT: u16 height in twips, u16 flags, u16 colour, u16 weight, u16 superscript or
+//       subscript, u8 underline, u8 family, u8 character set, u8 0, name as short text
 void font(const FontData &data, RecordWriter &out)
 {
     constexpr unsigned boldFlag = 1;
@@ -100,8 +100,8 @@ void cellFormat(const FormatData &format, unsigned kind, unsigned usedParts, Rec
 
 void cellFormats(const StyleTable &styles, RecordWriter &out)
 {
-    constexpr unsigned styleKind = 0xFFF5; // a style without a parent, locked
-    constexpr unsigned cellKind = 0x0001;  // a cell format whose parent is style 0, locked
+    constexpr unsigned styleKind = 0xFFF5; // locked; a style, which has no parent
+    constexpr unsigned cellKind = 0x0001;  // locked; a cell format with style 0 as its parent
     constexpr unsigned allParts = 0xFC;
     constexpr unsigned outlineParts = 0xF4;
     // The named style "Normal", then fourteen copies of it for outline levels.

@@ -4,14 +4,14 @@
 
 #include <algorithm>
 
-// block:   is last (1 bit), kind (2 bits), code, items, end of block
+// block:   last-block flag (1 bit), kind (2 bits), code, items, end of block
 // code:    number of symbols - 257 (5 bits), number of distances - 1 (5 bits), code of the lengths,
 //          word length of each symbol, word length of each distance
 // code of the lengths: number of word lengths - 4 (4 bits), word lengths (3 bits each, in the order
 //          of lengthOrder)
 //
-// The word lengths of symbols and distances are written in the code of the lengths, which has
-// symbols for runs of equal lengths.
+// The word lengths of symbols and distances are written in the code of the lengths. This
+// code has a symbol for each length, and symbols for runs of equal lengths.
 
 namespace workbook
 {
@@ -37,7 +37,7 @@ void put(BitWriter &out, const HuffmanCode::Word &word)
     out.put(word.bits, word.length);
 }
 
-/** Writes the word lengths of a block's code, from which readers reconstruct the words. */
+/** Writes the word lengths of a block's codes. Readers reconstruct the words from them. */
 class CodeLengths
 {
 public:

@@ -54,10 +54,7 @@ private:
     static constexpr std::size_t symbols = 286;
     static constexpr std::size_t distances = 30;
 
-    /**
-     * A length or distance is encoded as the symbol of a range, and extra bits that select a value
-     * of this range.
-     */
+    /** An encoded length or distance: the symbol of a range, and extra bits that select a value. */
     struct Class {
         unsigned symbol;
         unsigned extraBits;
@@ -65,8 +62,9 @@ private:
     };
 
     /**
-     * Returns the class of a value. The first 2^(`bits` + 1) classes contain one value each. In the
-     * classes after them, the number of values doubles every 2^`bits` classes.
+     * Encodes a value. The first 2^(`bits` + 1) symbols stand for one value each. Each of the next
+     * 2^`bits` symbols stands for two values, each of the 2^`bits` symbols after these for four
+     * values, and so on.
      */
     static Class classOf(std::uint32_t value, unsigned bits)
     {

@@ -12,8 +12,8 @@ constexpr unsigned candidatesBetweenPhrases = 1; // the nearest, usually in the 
 constexpr unsigned candidatesInText = 16;
 
 /**
- * From this distance on, a search also tries the match that begins one byte later, which may save
- * more bits.
+ * If a match is at least this far away, a search also tries the match that begins one byte later,
+ * which may save more bits.
  */
 constexpr std::size_t farDistance = 256;
 
@@ -63,8 +63,8 @@ void Deflater::search(const char *end)
 }
 
 /**
- * If the phrase [begin, end) occurred before, compresses it as a copy. The copy may be longer than
- * the phrase and include the phrases that follow.
+ * If the phrase [begin, end) occurred before, compresses it as a copy. The copy may extend beyond
+ * the phrase and include following phrases.
  */
 void Deflater::phrase(const char *begin, const char *end, const char *textEnd)
 {

@@ -9,7 +9,7 @@ namespace workbook
 namespace
 {
 
-/** Returns the symbols that occur, the rarest first. If fewer than two occur, adds others. */
+/** Returns the symbols that occur, the rarest first. Adds unused ones if fewer than two occur. */
 std::vector<std::size_t> usedSymbols(const std::uint32_t *counts, std::size_t symbols)
 {
     std::vector<std::size_t> used;
@@ -29,7 +29,7 @@ std::vector<std::size_t> usedSymbols(const std::uint32_t *counts, std::size_t sy
 /**
  * Builds a tree: joins the two rarest nodes until one node is left. Returns the depths of the
  * leaves, the deepest first. `counts` are the counts of the leaves in ascending order. The function
- * appends the counts of the joined nodes, which are in ascending order too.
+ * appends the counts of the joined nodes to `counts`; they are in ascending order too.
  */
 std::vector<unsigned> leafDepths(std::vector<std::uint32_t> counts)
 {

@@ -18,7 +18,7 @@ public:
     static constexpr std::size_t maxSymbols = 286;
 
     struct Word {
-        std::uint32_t bits = 0; // the first bit is the lowest, as in deflate
+        std::uint32_t bits = 0; // the word's first bit is the lowest bit, as in deflate
         unsigned length = 0;
     };
 

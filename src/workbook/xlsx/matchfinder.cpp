@@ -12,7 +12,7 @@ namespace
 
 constexpr std::size_t windowBytes = 0x8000; // the longest distance in a deflate stream
 constexpr std::size_t hashedBytes = 4;
-constexpr unsigned hashBits = 13; // few, so that the table `latest` fits into the L1 cache
+constexpr unsigned hashBits = 13; // `latest` takes 32 KiB, the size of a typical L1 cache
 constexpr unsigned phraseHashBits = 12;
 constexpr std::size_t plenty = 32; // bytes; a match of at least this length ends the search
 

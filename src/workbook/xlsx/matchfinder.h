@@ -36,7 +36,7 @@ public:
 
     /**
      * Returns the match at `place` that saves the most bits, and remembers `place`. Examines at
-     * most `candidates` earlier places whose four bytes have the same hash, the nearest place
+     * most `candidates` earlier places whose first four bytes have the same hash, the nearest place
      * first. The match does not extend beyond `end`. If fewer than four bytes remain before `end`,
      * returns no match and does not remember `place`.
      */
