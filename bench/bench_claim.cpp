@@ -44,8 +44,8 @@ double median(QVector<double> seconds)
     return seconds.at(seconds.size() / 2);
 }
 
-/// Runs both sides in turn in one process, because the difference is smaller than that between two
-/// processes.
+/// Runs both sides in turn in one process, because two processes would differ by more than the two
+/// sides do.
 void compare(const ReportKind &kind, int people, int pairs, const QString &path)
 {
     const BenchSchema schema(people, days);

@@ -67,8 +67,8 @@ void compareWithPeer(const Bench::Plan &plan)
     row(QStringLiteral("first worker"), sinceFirstFigure);
 }
 
-/// Stops a host while it makes reports, and returns the seconds that this took. Then checks that a
-/// second host makes the missing reports.
+/// Stops a host while it makes reports, and checks that a second host makes the missing reports.
+/// Returns how many seconds the stop took.
 double stopAmidst(const Fleet &fleet)
 {
     const QTemporaryDir folder;

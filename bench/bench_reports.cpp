@@ -1,5 +1,6 @@
-// Compares the reports with their statements alone and with a Python program. Also measures their
-// peak memory, and how their time grows with the number of people.
+// Compares the reports with a client that only executes their statements, and with a Python
+// program. Also measures the reports' peak memory, and how their time grows with the number of
+// people.
 
 #include "support/bareclient.h"
 #include "support/benchschema.h"
@@ -88,7 +89,7 @@ QString fileOf(const QString &report, const BenchSchema &schema)
 }
 
 /// Checks that the workbook has `rows` rows below the heading, that `mails` mails have been queued
-/// since the last check, and that the last one contains the workbook.
+/// since the last check, and that the last mail contains the workbook.
 void check(const QString &report, const BenchSchema &schema, int rows, int mails)
 {
     const QString path = fileOf(report, schema);
@@ -134,8 +135,8 @@ QVector<Bench::Figures> compare(const Bench::Plan &plan, const QString &report, 
     return runs[0];
 }
 
-/// Counts the statements of one run that read a single person. Compares this number with the number
-/// of values, each of which could be read by a statement.
+/// Runs the report once and counts the statements that each read a single person. Compares their
+/// number with that of the values, each of which could be read by a statement of its own.
 void countStatements(const Size &size, const BenchSchema &schema)
 {
     static const QRegularExpression ofOnePerson(QStringLiteral("uid ?= ?[0-9]"));
@@ -197,8 +198,8 @@ void compareMonthly(const Bench::Plan &plan)
 /// all runs make the same number of rows.
 ///
 /// If the tables contain only the month of the report, the server may read the complete tables for
-/// a few people, but use the index for many people, which costs more. Therefore this is measured
-/// with and without the month before.
+/// a few people, but use the index for many people, which costs more. Therefore the growth is
+/// measured with and without data of the month before.
 void growth(const Bench::Plan &plan, BenchSchema::Past past)
 {
     constexpr int days = 10;
@@ -247,7 +248,7 @@ int main(int argc, char **argv)
         return 0;
     }
     const QTemporaryDir folder;
-    qputenv("TMPDIR", QFile::encodeName(folder.path())); // for the reports, also of child processes
+    qputenv("TMPDIR", QFile::encodeName(folder.path())); // child processes save reports there, too
     compareDaily(plan);
     compareMonthly(plan);
     growth(plan, BenchSchema::Past::None);

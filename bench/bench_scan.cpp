@@ -1,5 +1,5 @@
-// Compares a scan of schemas without enabled reports with a bare client that connects to each
-// schema, executes the same query, and disconnects.
+// Measures a scan that finds no enabled reports. Compares it with a bare client that connects to
+// each schema, executes the same query, and disconnects.
 
 #include "support/bareclient.h"
 #include "support/measure.h"
@@ -62,9 +62,9 @@ void runScan(int schemas)
     qInstallMessageHandler(nullptr);
 }
 
-/// Measures the same work with a bare client. Like the first scan of the plug-in, the client's
-/// first pass also reads each schema's entry in the information database, and keeps a connection
-/// open.
+/// Measures the work of a scan with a bare client. Like the first scan of the plug-in, the client's
+/// first pass also reads each schema's entry in the information database, and keeps a connection to
+/// each schema open.
 void runFloor(int schemas)
 {
     const TestDatabase schema(TestDatabase::Tables::Schema);

@@ -32,8 +32,8 @@ const QVector<Mix> mixes{{SampleMix::Daily, QStringLiteral("daily report"), 0.28
                          {SampleMix::Numbers, QStringLiteral("numbers alone"), 0.33}};
 
 /// Writes a workbook and prints the figures. Arguments: the side (`ours`, `theirs` or
-/// `theirsConstant`), the path, the number of rows, the mix, and how many times to write it,
-/// default 1.
+/// `theirsConstant`), the path, the number of rows, the mix, and how many times to write the
+/// workbook (1 if left out).
 void run(const QStringList &arguments)
 {
     const QString &side = arguments.at(0);
@@ -84,14 +84,14 @@ void printRow(const QString &work, const Runs &our, const QString &against, cons
         .print();
 }
 
-/// Compares one mix in .xlsx with both modes of libxlsxwriter.
+/// Writes one mix as .xlsx, and compares the engine with both modes of libxlsxwriter.
 void compare(int rounds, const QString &folder, int rows, const Mix &mix)
 {
     const QVector<QStringList> sides{sideOf(ours, folder, rows, mix),
                                      sideOf(theirs, folder, rows, mix),
                                      sideOf(theirsConstant, folder, rows, mix)};
     const auto runs = Bench::inTurn(rounds, sides);
-    constexpr int cellsOfLarge = 100000; // rows; from here on, reading the cells takes minutes
+    constexpr int cellsOfLarge = 100000; // rows; comparing so many cells takes minutes
     if (rows < cellsOfLarge)
         requireSameCells(sides[0].at(1), sides[1].at(1));
     else

@@ -1,4 +1,5 @@
-// A thousand idle workers: the memory of each, and the time that a tick of all of them takes.
+// Measures a thousand idle workers: the memory per worker, and how long it takes until all of them
+// have ticked once.
 
 #include "support/measure.h"
 #include "support/tablerow.h"
@@ -97,7 +98,7 @@ void run(int count)
     Bench::failOnWarnings();
     const double before = Bench::residentKib();
     Crew crew(count, schema.name());
-    crew.tick(); // afterwards each worker is connected, and has made everything that it keeps
+    crew.tick(); // connects each worker and creates the objects that it keeps
     const double resident = (Bench::residentKib() - before) / count;
     const int asked = statementsSoFar(schema);
     const double seconds = Bench::secondsOf([&crew] { crew.tick(); });

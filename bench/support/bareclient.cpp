@@ -12,7 +12,7 @@ void BareClient::Close::operator()(st_mysql *connection) const
 BareClient::BareClient(const QString &schema)
     : connection(mysql_init(nullptr))
 {
-    // The character set that Qt's driver selects, so that the server sends the same bytes.
+    // Use the same character set as Qt's driver, so that the server sends the same bytes.
     mysql_options(connection.get(), MYSQL_SET_CHARSET_NAME, "utf8mb3");
     const bool open =
         mysql_real_connect(connection.get(), qPrintable(TestServer::host),

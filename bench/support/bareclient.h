@@ -7,7 +7,8 @@
 struct st_mysql;
 
 /**
- * Executes statements with MariaDB's client library alone, as a lower bound for the product's time.
+ * Executes statements with MariaDB's client library alone. The time that this takes is a lower
+ * bound for the product's time.
  *
  * Fetches the rows and discards them. If a statement fails, ends the program.
  */
@@ -19,7 +20,7 @@ public:
     void run(const RecordedStatement &statement);
     void query(const QByteArray &statement);
 
-    /// Repeats the three additional round trips that Qt's driver makes after every connect.
+    /// Makes the three additional round trips that Qt's driver makes after every connect.
     void openLikeQt(const QString &schema);
 
 private:

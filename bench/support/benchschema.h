@@ -12,7 +12,7 @@
 class BenchSchema
 {
 public:
-    /// Which months before the month of the report have data. The reports do not read these data.
+    /// How many months before the month of the report have data, which the report does not need.
     enum class Past { None, OneMonth };
 
     BenchSchema(int people, int days, Past past = Past::None);

@@ -6,7 +6,7 @@
 
 /**
  * Customers of the same size, each with a database of its own, and the information database that
- * lists them. Both reports of every customer are due as soon as a host serves it.
+ * lists them. Both reports of a customer are due as soon as a host serves the customer.
  *
  * The databases are copies of one, except that the names of the people contain the customer's
  * number, so that check() finds a report that went to the wrong customer.
@@ -24,13 +24,13 @@ public:
     QString infoDatabase() const { return info.name(); }
     QString moment() const;
 
-    /// Deletes all mails and all "lastGenerated", so that all reports are due again.
+    /// Deletes all mails and every "lastGenerated", so that all reports are due again.
     void reset() const;
     int queuedMails() const;
 
-    /// Ends the program unless each customer has one mail per report, with the customer's own
-    /// workbook, which is also in `folder`. The daily workbook must have a row per person and day,
-    /// the monthly one a row per person.
+    /// Ends the program unless each customer has one mail per report, and each mail contains the
+    /// customer's workbook as saved in `folder`. The daily workbook must have a row per person and
+    /// day, and the monthly workbook a row per person.
     void check(const QString &folder) const;
 
 private:

@@ -21,9 +21,9 @@ public:
 
     /// Waits until `files` workbooks are saved.
     void waitForFiles(int files);
-    /// Waits until both reports of every customer are queued. Returns the time since the last
-    /// worker was created, at the end of the scan, as "seconds"; the time since the first worker
-    /// was created as "sinceFirst"; and the host's peak memory as "peakMib".
+    /// Waits until both reports of every customer are queued. Returns as "seconds" the time
+    /// since the scan created the last worker, as "sinceFirst" the time since it created the first
+    /// worker, and as "peakMib" the host's peak memory.
     Bench::Figures waitForAll();
     /// Stops the host. Returns how many seconds this took.
     double stop();

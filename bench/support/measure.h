@@ -38,11 +38,11 @@ struct Plan {
 /// fails, ends the program.
 Figures child(const QStringList &arguments);
 
-/// Prints the figures of a run, which child() reads.
+/// Prints the figures of a run in the form that child() reads.
 void print(const Figures &figures);
 
-/// Runs all sides of a comparison in turn, `rounds` times. Each side is the arguments of a run.
-/// Returns the figures of each side's runs.
+/// Runs all sides of a comparison in turn, `rounds` times. A side is given by the arguments of its
+/// run. Returns the figures of each side's runs.
 QVector<QVector<Figures>> inTurn(int rounds, const QVector<QStringList> &sides);
 
 double median(const QVector<Figures> &runs, const QString &figure);
@@ -60,7 +60,8 @@ double peakKib(qint64 processId);
 /// Ends the program with `complaint` unless `held`, so that no failure is measured.
 void require(bool held, const QString &complaint);
 
-/// From now on, ends the program on a warning or a more severe message, and discards all others.
+/// From now on, ends the program on a warning or a more severe message, and discards debug and info
+/// messages.
 void failOnWarnings();
 
 } // namespace Bench

@@ -5,7 +5,8 @@
 #include <QStringList>
 
 /**
- * A Python program that makes the daily report, as a user would write it instead of this product.
+ * A Python program that makes the daily report. Users could write such a program
+ * instead of using this product.
  *
  * The program reads the same schemas, writes the same cells and queues the same mail, but does not
  * store "lastGenerated".
@@ -13,7 +14,8 @@
 namespace PeerReport
 {
 
-/// Returns the program's arguments for the report of a schema over `days` days, saved in `folder`.
+/// Returns the program's arguments for making the report of the first `days` days of a schema and
+/// saving it in `folder`.
 QStringList one(const QString &schema, int days, const QString &folder);
 /// Returns the arguments for `count` schemas, whose names are `prefix` and a number from 1 on. The
 /// program uses all cores.

@@ -7,7 +7,8 @@
 
 #include <functional>
 
-/// A statement that the server received. `values` are those of the execution if it was prepared.
+/// A statement that the server received. If it was a prepared statement, `values` are the values
+/// with which it was executed.
 struct RecordedStatement {
     QByteArray text;
     bool prepared = false;

@@ -26,7 +26,7 @@ std::string twoDigits(int number)
     return (number < 10 ? "0" : "") + std::to_string(number);
 }
 
-/// Returns the minutes of a working day of ten hours, as "HH:mm:00".
+/// Returns all times from one minute to ten hours in steps of a minute, as "HH:mm:00".
 std::vector<SampleText> minutesOfDay()
 {
     constexpr int minutes = 600;

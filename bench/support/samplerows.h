@@ -60,5 +60,5 @@ private:
         interruptions;
     std::vector<SampleText> uniqueTexts; ///< for the mix UniqueTexts
     std::vector<std::uint32_t>
-        uniquePlaces; ///< by text cell: its index in uniqueTexts or notUnique
+        uniquePlaces; ///< for each text cell, its index in uniqueTexts, or notUnique
 };

@@ -21,5 +21,6 @@ struct TableRow {
     void print() const;
 };
 
-/// Prints a row for each size of the same work: the time per row, compared with the smallest time.
+/// Prints a table row for each size of the same work. Compares the time per row of a report or
+/// sheet with the smallest such time.
 void printGrowth(const QStringList &works, const QVector<double> &microseconds);

@@ -11,7 +11,7 @@
  * Returns a new query on `database`, forward only.
  *
  * If `database` is invalid, every statement of the returned query fails. QSqlQuery(database) would
- * silently use the default connection instead, and so the wrong database.
+ * silently use the default connection, which may belong to another database.
  */
 inline QSqlQuery freshQuery(const QSqlDatabase &database)
 {

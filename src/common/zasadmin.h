@@ -25,7 +25,7 @@ struct LoginInfo {
     QString email;
     unsigned int permissions = 0; ///< bits of AdminPerms
     QSet<int> closedScreens;      ///< values of GUIStates
-    QString uids;                 ///< people whom the administrator may see, joined with ","
+    QString uids;                 ///< ids of people whom the administrator may see, comma-separated
 
     /// Returns "name (login)".
     QString getName() const;
@@ -48,9 +48,9 @@ extern LoginInfo curAdmin;
 extern LicenseInfo license;
 
 /**
- * Sets `curAdmin.uids` to the people whom the current administrator may see. For the built-in
- * accounts (ids below 2), these are all active people. Uses the default connection. If the query
- * fails, logs the error and sets an empty list.
+ * Sets `curAdmin.uids` to the ids of the people whom the current administrator may see. The
+ * built-in accounts (ids below 2) may see all active people. Uses the default connection. If the
+ * query fails, logs the error and sets an empty list.
  */
 void loadCurrentAdminPeopleUids();
 

@@ -91,7 +91,7 @@ int ZAS::workingDaysInMonth(unsigned char days, unsigned char firstDayOfWeek,
 {
     constexpr int saturday = 6;
     constexpr int sunday = 7;
-    constexpr int mondayAfterSunday = 8; // the next day is 2, Tuesday
+    constexpr int mondayAfterSunday = 8; // the day after it is 2, Tuesday
     int count = 0;
     int weekday = firstDayOfWeek;
     for (int day = 0; day < days; ++day) {

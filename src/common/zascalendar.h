@@ -35,8 +35,8 @@ QString monthString(unsigned int monthKey);
  */
 int workingDaysInMonth(unsigned char days, unsigned char firstDayOfWeek, unsigned char holidays);
 
-/// Returns 7 minus the number of free days. Bits 0 to 6 of `freeDays` each mark one day of the
-/// week; bit 7 is ignored.
+/// Returns 7 minus the number of free days. Each set bit from 0 to 6 of `freeDays` marks one free
+/// day of the week; bit 7 is ignored.
 unsigned char workingDaysInWeek(unsigned char freeDays);
 
 /**

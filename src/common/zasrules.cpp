@@ -114,6 +114,6 @@ QString ZAS::firstInterruption(const QString &interruptions)
 
 QString ZAS::shortcutFromInters(const QString &interruptions)
 {
-    // A shortcut may contain blanks; the amount that follows it does not.
+    // A shortcut may contain blanks; the amount after the shortcut contains none.
     return firstInterruption(interruptions).section(QLatin1Char(' '), 0, -2);
 }

@@ -20,9 +20,9 @@ int roundValToIndex(int seconds);
 /// Returns the translated label of a rounding step.
 QString roundValToString(int seconds);
 
-/// Convert between an interval of the list of day issues and its index. The indexes 1 to 3 stand
-/// for 60, 300 and 900 seconds. More than 900 seconds becomes index 3, too. Any other index or
-/// interval becomes 0.
+/// Convert between an interval for the list of day issues, in seconds, and the index of that
+/// interval. The indexes 1 to 3 stand for 60, 300 and 900 seconds. An interval of more than 900
+/// seconds also becomes index 3. Any other index or interval becomes 0.
 int dayIssuesIndexFromInterval(unsigned short seconds);
 unsigned short dayIssuesIntervalFromIndex(int index);
 
@@ -36,15 +36,16 @@ bool checkDuplicateEntry(const QString &errorText);
 /// `alphabet` is empty. Not for secrets.
 QString getRandomString(int length, const QString &alphabet);
 
-/// Returns the key of a shift in one person's plan: "number-day-order", decimal.
+/// Returns the key of a shift in one person's plan: the three numbers as "shift-day-order".
 QString shiftKeyFromNum(int shift, unsigned char dayOfMonth, unsigned char order);
 
 /// Returns the text that users see for a shift: the number, then "/" and the variant unless the
 /// variant is 0, then "*" if the shift was changed. The text of a planned shift is in parentheses.
 QString makeShiftString(unsigned char shift, unsigned char variant, bool changed, bool planned);
 
-/// Return the first interruption in a list, and that interruption's shortcut: "D 1.5-2x" and "D"
-/// for "[D 1.5-2x][L 0.25]". Return an empty text if `interruptions` is not such a list.
+/// Return the first interruption in a list, and its shortcut, which is the abbreviation of its
+/// kind: "D 1.5-2x" and "D" for "[D 1.5-2x][L 0.25]". Return an empty text if `interruptions` does
+/// not begin with an interruption in brackets.
 QString firstInterruption(const QString &interruptions);
 QString shortcutFromInters(const QString &interruptions);
 

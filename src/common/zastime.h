@@ -13,7 +13,7 @@
 namespace ZAS
 {
 
-/// Whether the customer shows times with seconds. The host sets it at start-up.
+/// Whether the customer's times are shown with seconds. The host sets it at start-up.
 extern bool timeSecondPrecision;
 
 /// Both return `timeSecondPrecision`.
@@ -47,7 +47,7 @@ QString tsToDateString(unsigned int ts);
 /// Returns tsToDateString(), a blank and the time of day in the customer's precision.
 QString tsToDateTimeString(unsigned int ts);
 
-/// Returns the time of day that a local clock shows: hour * 3600 + minute * 60 + second.
+/// Returns the time of day on a local clock at `ts`: hour * 3600 + minute * 60 + second.
 unsigned int secondsFromTimestamp(unsigned int ts);
 
 /**

@@ -13,7 +13,7 @@
 struct ConfigFile {
     QMap<QString, QString> values; ///< keyed like "database/host"; empty after an error
     QString error;                 ///< why the file was refused; empty on success
-    bool isReadable = true;        ///< whether the file could be read, even if invalid
+    bool isReadable = true;        ///< whether the file could be read, valid or not
 
     /// Returns the path of the file to read if the command line names none. Only this file may be
     /// missing.

@@ -7,7 +7,7 @@
 struct ConnectionOptions {
     bool single = false; ///< `databaseName` is one schema, not an information database
     QString host;        ///< one host, or several: "node1:3306,node2"
-    int port = 0;        ///< of hosts without a port in `host`; may be 0 if all have one
+    int port = 0;        ///< for each host without a port in `host`; may be 0 if all have one
     QString user;
     QString password;
     QString databaseName;

@@ -28,8 +28,8 @@ QString configKey(const QString &option)
            (option.startsWith(prefix) ? option.mid(prefix.size()) : option);
 }
 
-/// Returns the first line without its end. Keeps other white space, which may belong to the
-/// password.
+/// Returns the first line without its newline. Keeps leading and trailing blanks, which may belong
+/// to the password.
 QString firstLine(QFile &file)
 {
     QString line = QString::fromUtf8(file.readLine());

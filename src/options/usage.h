@@ -24,7 +24,7 @@ QStringList threeLines(const UsageError &error, const QString &synopsis, const Q
 UsageError parserError(const QCommandLineParser &parser);
 
 /// Returns the word of `known` that begins with `word` or differs from `word` in the fewest
-/// letters. Returns an empty text if each word differs in more than about a third of the letters.
+/// letters. Returns an empty text if all words differ in more than about a third of the letters.
 QString nearest(const QString &word, const QStringList &known);
 
 } // namespace Usage
