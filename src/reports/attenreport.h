@@ -85,7 +85,7 @@ protected:
     ZasDbSettings settings;
 
 private:
-    /// Why a run ended early.
+    /// Why a run ends early. None means that it goes on.
     enum class End {
         None,
         StoppedInRows,

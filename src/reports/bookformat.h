@@ -22,5 +22,6 @@ QStringList bookFormatNames();
 /// Returns the format called `name`, or null. The comparison is case-insensitive.
 const BookFormat *bookFormatNamed(const QString &name);
 
-/// Returns xlsFormat if `path` ends with ".xls", in any case, and xlsxFormat otherwise.
+/// Returns xlsFormat if `path` ends with ".xls", otherwise xlsxFormat. The comparison is
+/// case-insensitive.
 const BookFormat &bookFormatOf(const QString &path);

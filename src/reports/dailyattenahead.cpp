@@ -49,7 +49,8 @@ bool isWholeNumber(const QSqlField &field)
     }
 }
 
-/// Returns whether `seconds` can be added exactly. The sum of four million such numbers is exact.
+/// Returns whether `seconds` is whole and so small that the sum of four million such numbers is
+/// exact.
 bool addsExactly(double seconds)
 {
     constexpr double limit = 2147483648.0; // 2^31; doubles are exact up to 2^53

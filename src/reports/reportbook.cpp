@@ -14,7 +14,7 @@ namespace
 
 constexpr int fontPoints = 10;
 
-/// Returns a text with the free space if its lack caused `error`, otherwise an empty text.
+/// Returns a text with the free space if `error` means that it is used up, otherwise an empty text.
 QString roomText(const QString &folder, int error)
 {
     struct statvfs room = {};

@@ -36,7 +36,7 @@ Result<QVector<QVariant>> lockRow(const VarsTable &vars, const QString &key,
     return vars.lock(key);
 }
 
-/// Returns whether the wait for the row was cut short. Another run may then be making the report.
+/// Returns whether the wait for the row was cut short. If so, another run may be making the report.
 bool isWaitCutShort(const QString &errorCode)
 {
     return errorCode == lockWaitTimeout || errorCode == statementTimeout ||

@@ -29,8 +29,9 @@ QString mimeTypeName(const QString &path)
     return bookFormatOf(path).mimeType; // a system without a MIME database
 }
 
-/// The descriptor of a file open for reading. Closed here and not by Qt: the sanitizers do not see
-/// Qt close a descriptor, and would mistake the next file with the same number for this one.
+/// The descriptor of a file open for reading. The destructor closes it, because the sanitizers do
+/// not notice when Qt closes a descriptor, and would mistake the next file with the same number for
+/// this one.
 struct Descriptor {
     // Encodes the path as UTF-8 in every locale, as the workbook engine does.
     explicit Descriptor(const QString &path)

@@ -11,7 +11,7 @@ namespace
 constexpr qint64 toleranceSeconds = 60;
 constexpr int secondsPerMinute = 60;
 
-/// Returns whether the report of that day is still to be made.
+/// Returns whether the report of `date` is still to be made.
 bool isOpenOn(const QDate &date, const ReportSettings &settings)
 {
     const qint64 scheduled = scheduledMoment(date, settings.time).toSecsSinceEpoch();

@@ -40,7 +40,8 @@ bool ReportTransaction::isIntact()
            query.nextResult() && query.nextResult() && query.nextResult();
 }
 
-/// Looks up the engine of `emails`, because BEGIN and COMMIT succeed even without transactions.
+/// Looks up the engine of `emails`, because BEGIN and COMMIT succeed even if it has no
+/// transactions.
 bool ReportTransaction::canRollBack() const
 {
     QSqlQuery query = freshQuery(database);

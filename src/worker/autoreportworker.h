@@ -60,7 +60,7 @@ private:
     std::shared_ptr<ConnectionGuard> guard;
     QSqlDatabase database;       ///< invalid until `start`
     qulonglong connectionId = 0; ///< the server's id of the connection, 0 if unknown
-    bool databaseLost = false;   ///< there was no usable connection at the last tick
+    bool databaseLost = false;   ///< true if the last tick found no usable connection
     QList<ReportBase *> reports;
     QTimer *timer = nullptr; ///< null until `start` has succeeded
     bool active = false;
