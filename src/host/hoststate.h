@@ -55,7 +55,7 @@ struct HostSnapshot {
  * What a host knows about the reports that it makes.
  *
  * Reads the log, because the interfaces between host and plug-in do not report runs. Each run logs
- * a line at its end, in a thread that is named after the schema except in single-database mode.
+ * a line at its end, in a thread that is named after the schema, except in single-database mode.
  * Thread-safe.
  */
 class HostState

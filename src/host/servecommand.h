@@ -55,7 +55,7 @@ private:
     ServiceManager &services;
     HostState &state; // outlives this object
     bool isPaused = false;
-    QDate clearedOn; // when old workbooks were last removed
+    QDate clearedOn; // when old workbooks were last looked for
     QEventLoop loop; // created before the plug-in, whose timers need the loop's dispatcher
     std::unique_ptr<DBManager> manager;
     std::unique_ptr<QueueWatch> queues;   // null without metrics

@@ -8,7 +8,7 @@
 /// A report's statement that the server could not prepare.
 struct UnmetRequirement {
     QString text;             ///< the statement's tables and the server's error
-    QStringList tables;       ///< the main table of the statement first
+    QStringList tables;       ///< the statement's tables; the main one first
     bool isForbidden = false; ///< true: a right is missing; false: a table or column is missing or
                               ///< damaged
 };

@@ -11,7 +11,7 @@
 namespace
 {
 
-constexpr qint64 clockToleranceSeconds = 5; // NTP and a slow answer cause less
+constexpr qint64 clockToleranceSeconds = 5; // NTP and a slow answer cause smaller differences
 constexpr int connectionsToSpare = 20;      // for the product's users and an operator
 constexpr int connectionsOfScan = 400;      // opened by a scan within a slice of 0.2 s
 

@@ -102,7 +102,8 @@ public:
     {
     }
 
-    /// Returns whether the settings were stored or, in a dry run, would have been.
+    /// Returns whether the settings were stored. In a dry run, returns whether the previous
+    /// values could be read.
     bool set(const Target &target)
     {
         using Access = SchemaConnection::Access;

@@ -33,7 +33,7 @@ QDateTime lastGenerated(const ReportJudgement &report)
                         : QDateTime::fromSecsSinceEpoch(std::min(seconds, endOfYear9999));
 }
 
-/// Returns the age in the largest unit of which there are at least two.
+/// Returns the age in the largest unit that yields at least 2, or else in seconds.
 QString age(qint64 seconds)
 {
     if (seconds < 2 * secondsPerMinute)
