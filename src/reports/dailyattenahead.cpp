@@ -139,7 +139,7 @@ struct DailyAttenAhead::Block {
     int firstDay = 0; ///< 0 if nothing has been read
     int days = 0;
     DayValues open;          ///< values left open in every cell
-    bool failed = false;     ///< a statement failed
+    bool failed = false;     ///< true if a statement failed
     std::vector<Cell> cells; ///< the days of the first person, then those of the next
 };
 

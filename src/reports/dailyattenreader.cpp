@@ -49,7 +49,7 @@ void readInterruptions(QSqlQuery &query, DailyAttenRow &row)
 
 struct Reading {
     DayValue value;
-    const char *failure; ///< the beginning of the log line
+    const char *failure; ///< the beginning of the line logged if the query fails
     void (*read)(QSqlQuery &query, DailyAttenRow &row);
 };
 
