@@ -80,8 +80,8 @@ public:
     virtual void setRgbMode(bool rgbMode) = 0;
 
     /**
-     * Returns whether `locale` is a UTF-8 locale ("UTF-8", "sk_SK.utf8"). Has no effect, because
-     * the interface uses wide characters only.
+     * Returns whether `locale` is a UTF-8 locale, such as "sk_SK.utf8". Has no other effect,
+     * because the interface uses only wide characters.
      */
     virtual bool setLocale(const char *locale) = 0;
 

@@ -13,7 +13,7 @@ enum class Operator {
     Number,
     Cell,
     Group, // parentheses around the previous operand
-    Plus,
+    Plus,  // unary; has no effect
     Negate,
     Multiply,
     Divide,

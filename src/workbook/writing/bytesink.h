@@ -12,9 +12,9 @@ namespace workbook
  * target's directory; commit() renames this file to the target. Until then, an existing target is
  * unchanged. If commit() is not called or fails, the destructor removes the temporary file.
  *
- * The first error is latched: later calls write nothing, and commit() returns false. commit() sets
- * `errno` to the first error, or to 0 if the first error was a call of fail(). The destructor
- * preserves `errno`.
+ * The first error is latched: later calls write nothing, and commit() returns false and sets
+ * `errno` to this error, or to 0 if this error was a call of fail(). The destructor preserves
+ * `errno`.
  */
 class ByteSink
 {

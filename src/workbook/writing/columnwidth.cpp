@@ -22,9 +22,9 @@ struct DigitWidth {
     double ofHeight; // the width of a digit divided by the height of the font
 };
 
-// Measured with metric-compatible fonts. Other fonts are assumed to be as wide as Arial. For
-// Tahoma, this gives the right number of pixels at all usual sizes. The font of the reports, "MS
-// Shell Dlg 2", is usually Tahoma.
+// The ratios were measured with metric-compatible fonts. Other fonts are assumed to be as wide as
+// Arial. For Tahoma, this assumption gives the right number of pixels at all usual sizes. The font
+// of the reports, "MS Shell Dlg 2", is usually Tahoma.
 constexpr DigitWidth digitWidths[] = {
     {u"Calibri", 0.507}, {u"Carlito", 0.507}, {u"Times", 0.500}, {u"Courier", 0.600}};
 constexpr double usualDigitWidth = 0.556;

@@ -10,8 +10,8 @@
 // code of the lengths: number of word lengths - 4 (4 bits), word lengths (3 bits each, in the order
 //          of lengthOrder)
 //
-// The word lengths of symbols and distances are written in the code of the lengths. This
-// code has a symbol for each length, and symbols for runs of equal lengths.
+// The word lengths of symbols and distances are written in the code of the lengths. This code has a
+// symbol for each length, and symbols for runs of equal lengths.
 
 namespace workbook
 {

@@ -45,7 +45,7 @@ public:
     void write(BitWriter &out, bool isLast);
 
 private:
-    // Either a byte, or a copy: isCopy, 15 bits of distance - 1, 8 bits of length - minCopy.
+    // A byte, or a copy: the flag isCopy, 15 bits for distance - 1, 8 bits for length - minCopy.
     using Item = std::uint32_t;
     static constexpr Item isCopy = 1U << 31U;
 

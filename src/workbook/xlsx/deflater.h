@@ -25,7 +25,8 @@ struct Phrase {
  * knows nearly all repetitions in the XML: a cell has the same tag as the cell above. The writer
  * passes such tags as phrases, and this class looks up each phrase as a whole. Between two phrases
  * there is little more than a row number and a value, and the row number also occurs in the
- * previous cell. Compared with zlib, this takes a quarter of the time and makes smaller files.
+ * previous cell. For a daily report, this class takes about a quarter of zlib's time and makes a
+ * smaller file.
  */
 class Deflater
 {

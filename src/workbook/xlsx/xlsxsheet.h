@@ -52,8 +52,8 @@ private:
     std::vector<Phrase> phrases; // pieces of xml
     std::size_t phraseBegin = 0; // where the next phrase begins in xml
     std::vector<std::string> columnNames;
-    std::vector<std::string> textTags;  // "<c t=\"s\" s=\"1\" r=\"", by index of the model's format
-    std::vector<std::string> otherTags; // the same without the type
+    std::vector<std::string> textTags;  // "<c t=\"s\" s=\"1\" r=\"", by index in BookData::formats
+    std::vector<std::string> otherTags; // the same without the attribute t
 };
 
 } // namespace workbook

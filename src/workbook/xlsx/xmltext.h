@@ -74,7 +74,7 @@ private:
 /** How many bytes of XML to collect before moving them into the archive. */
 constexpr std::size_t chunkBytes = 0x10000;
 
-/** Moves the text into the archive's open entry if it has at least chunkBytes. */
+/** Moves the bytes of `xml` into the archive's open entry if there are at least chunkBytes. */
 void flushChunk(XmlText &xml, ZipWriter &zip);
 
 } // namespace workbook
