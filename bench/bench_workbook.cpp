@@ -56,7 +56,7 @@ void run(const QStringList &arguments)
                   {bytesFigure, double(QFileInfo(path).size())}});
 }
 
-/// Returns the arguments of a run of `side` that writes its own file.
+/// Returns the arguments of a run of `side`, which writes a file of its own.
 QStringList sideOf(const QString &side, const QString &folder, int rows, const Mix &mix,
                    const QString &suffix = QStringLiteral("xlsx"))
 {

@@ -8,12 +8,11 @@
 #include <functional>
 
 /**
- * Functions for measuring. Every run is a process of its own, so that the memory and the caches of
- * one run do not affect the next one.
+ * Functions for measuring. child() and inTurn() do each run in a process of its own, so that the
+ * memory and the caches of one run do not affect the next one.
  *
  * A benchmark program that is called with "run ..." does one run and prints its figures. Otherwise
- * the program starts itself for each run, with the compared sides in turn, and prints the rows of
- * the table.
+ * the program starts itself for each such run, and prints the rows of the table.
  */
 namespace Bench
 {

@@ -1,4 +1,5 @@
-// DBManager's queries of the information database. They call SchemaRegistry and log its errors.
+// DBManager's functions that query the information database. They call SchemaRegistry and log its
+// errors.
 
 #include "db/dbmanager.h"
 

@@ -34,8 +34,8 @@ public Q_SLOTS:
     /// Queues a mail. Returns its id, or 0 on an error or if `from`, `to` or `subject` is empty.
     uint addMail(const MailRecord &mail);
     MailRecord loadMail(uint mid);
-    /// Puts a mail back into the queue. Returns false on an error, if there is no mail with that
-    /// id, or if the mail's row already has the values of a queued mail.
+    /// Puts a mail back into the queue. Returns false on an error, if no mail has the id `mid`, or
+    /// if the mail's row already has the values of a queued mail.
     bool resetMail(uint mid);
 
 private:

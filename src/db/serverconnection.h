@@ -4,8 +4,8 @@
 #include <QString>
 
 /**
- * Returns the server's id for the connection, or 0 if the server does not answer or has no such
- * ids.
+ * Returns the server's id for the connection, or 0 if the server does not answer or does not
+ * support connection ids.
  *
  * A connection that reconnects loses its transaction and its locks. The driver reconnects silently,
  * but the id changes.

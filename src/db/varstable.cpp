@@ -82,7 +82,7 @@ QVector<QVariant> VarsTable::lockedValues(QSqlQuery &query)
 Result<bool> VarsTable::insertMissing(const QString &name, const QVariant &value) const
 {
     QSqlQuery query = freshQuery(database);
-    // Do not use INSERT IGNORE: it would also turn other errors into warnings.
+    // Do not use INSERT IGNORE: it would also turn errors other than duplicate keys into warnings.
     if (!query.prepare(QStringLiteral("INSERT INTO vars (name, value) VALUES(:name, :value) ON "
                                       "DUPLICATE KEY UPDATE value=vars.value")))
         return errorOf(query);

@@ -5,7 +5,7 @@
 
 /// How to reach the database; the same for every command.
 struct ConnectionOptions {
-    bool single = false; ///< `databaseName` is one schema, not an information database
+    bool single = false; ///< `databaseName` names one schema, not an information database
     QString host;        ///< one host, or several: "node1:3306,node2"
     int port = 0;        ///< for each host without a port in `host`; may be 0 if all have one
     QString user;

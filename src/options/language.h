@@ -8,7 +8,7 @@
 namespace Language
 {
 
-/// Returns "sk", then the languages that have a translation.
+/// Returns the known languages: "sk" first, followed by those that have a translation.
 QStringList known();
 
 /// Installs the translation for the whole process, including the plug-in's module. Call once, on

@@ -20,7 +20,7 @@ public:
 
     /// Adds the connection options, --password-file and --config to `parser`.
     static void describe(QCommandLineParser &parser);
-    /// Adds the language option, for commands that make reports.
+    /// Adds --language to `parser`, the parser of a command that makes reports.
     static void describeLanguage(QCommandLineParser &parser);
 
     /// Returns the value of an option. A missing or empty option is an error.
@@ -53,7 +53,7 @@ private:
     void failMissing(const QString &message, bool usage);
     bool hasOption(const QString &option) const;
     /// Returns the value of an option, or an empty text if it is not set. The value must be the
-    /// path of a readable file, without a semicolon.
+    /// path of a readable file and must not contain a semicolon.
     QString file(const char *name);
 
     const QCommandLineParser &parser;

@@ -24,7 +24,7 @@ QString pathAsSet()
     return path.isEmpty() ? QStringLiteral("/tmp") : path;
 }
 
-/// Returns why no file can be created in the directory, or an empty text. Tries to create one,
+/// Returns why no file can be created in the directory, or an empty text. Tries to create a file,
 /// because permissions do not show, for example, that the file system is read-only.
 QString writeError(const QByteArray &path)
 {
