@@ -12,7 +12,7 @@
 namespace ZAS
 {
 
-/// Permissions of an administrator; the host defines what each bit means.
+/// Permissions of an administrator. The host grants them.
 enum class AdminPerms : unsigned int { None = 0, Closure = 1 };
 
 /// Screens of the product that can be closed to an administrator.

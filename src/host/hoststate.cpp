@@ -24,7 +24,8 @@ struct Cause {
     const char *name; ///< of the cause in the metrics
 };
 
-// Each part occurs in all variants of its line: the line "mail not created!" has two variants.
+// A line may have two wordings, such as "makeReport() - mail not created!" and "makeReport - mail
+// not created!". Each part occurs in both.
 constexpr Cause causesByText[] = {
     {"people SQL", "query"},
     {"no people!", "no_people"},

@@ -124,7 +124,7 @@ QString mailsText(const ReportDay &day)
     };
     add(day.sent, "sent");
     add(day.waiting, "waiting");
-    add(day.unsent(), "taken but not sent");
+    add(day.unsent(), "taken from the queue but not sent");
     const QString mails =
         day.queued == 1 ? QStringLiteral("1 mail") : QStringLiteral("%1 mails").arg(day.queued);
     if (parts.size() == 1) // all mails are in one state: do not repeat their number

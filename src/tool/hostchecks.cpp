@@ -12,10 +12,11 @@ namespace
 
 constexpr qint64 graceSeconds = 4200; // time for the hourly scan, a tick and the report itself
 constexpr qint64 graceOfServed = 300; // time for a tick and the report, if a host serves the schema
-constexpr qint64 twoTicksSeconds =
-    120; // if a worker ticks this long after a change, its previous tick came after the change, too
-constexpr qint64 longestScanSeconds =
-    60; // a scan may visit the schema before a change and end after the change
+// If the last tick of a worker came this long after a change, the tick before it also did: the
+// worker had a whole tick to act on the change.
+constexpr qint64 twoTicksSeconds = 120;
+// A scan may visit the schema before a change and end after it.
+constexpr qint64 longestScanSeconds = 60;
 const char *const scanAtOnce = "wait, or let the host scan at once: systemctl reload autoreport";
 
 /// Returns whether a report may count as made although its run failed for this cause. The monthly
@@ -54,7 +55,7 @@ void checkPart(const ReportAnswer &runs, Findings &findings)
             Gravity::Harm, "failed",
             QStringLiteral("its last run, at %1, queued only %2 of its mails: %3")
                 .arg(momentText(failure.moment), QString::number(failure.mails), failure.text),
-            QStringLiteral("fix that before the next run, and mail the others by hand"));
+            QStringLiteral("fix that before the next run, and send the missing mails by hand"));
 }
 
 void checkServed(const HostAnswer &host, const ReportKind &kind, const StoredSettings &stored,
@@ -83,8 +84,8 @@ bool wasMissed(const ReportSettings &settings, const QDate &day)
 }
 
 /// Returns whether the report was missed on the day before `day`, too. If so, the report is not
-/// merely waiting for the next scan or tick. How recently the settings were written does not show
-/// this, because the product may write them all the time.
+/// merely waiting for the next scan or tick. The age of the settings cannot be used instead,
+/// because the product may write them all the time.
 bool isMissedLonger(const ReportSettings &settings, const QDate &day)
 {
     return settings.lastGenerated != 0 && wasMissed(settings, day.addDays(-1));
@@ -151,7 +152,8 @@ QDateTime overdueSince(const ReportSettings &settings, const QDateTime &now, qin
     // Perhaps the report was not enabled before today.
     if (settings.lastGenerated == 0 && day != now.date())
         return {};
-    // A report made on that day, before its time was changed to a later one, is not overdue.
+    // A report that was made on an earlier day, before its time was changed to a later one, is not
+    // overdue.
     const bool isMade = QDateTime::fromSecsSinceEpoch(settings.lastGenerated).date() == day;
     if (isMade && day != now.date())
         return {};

@@ -42,8 +42,8 @@ bool isAgreed(const Invocation &invocation, const QStringList &recipients)
 }
 
 /// Returns the number of mails queued, or -1 if that is unknown. Writes the workbook to a new
-/// folder, because a host that runs as another account could not replace the operator's file in the
-/// temporary directory itself.
+/// folder: if it were in the temporary directory itself, a host that runs as another account could
+/// not write its own workbook of the same name there.
 int queue(const Invocation &invocation, const QSqlDatabase &database, const QStringList &recipients,
           qulonglong connectionId)
 {

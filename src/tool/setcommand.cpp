@@ -191,7 +191,7 @@ private:
                 QStringLiteral("%1: it has no valid recipient: use --emails").arg(report));
         if (outcome.isDueNow)
             Output::error(QStringLiteral("%1: its time has passed, so it "
-                                         "goes out now: at the next tick of a host")
+                                         "goes out at the next tick of a host")
                               .arg(report));
         forNobody += outcome.isForNobody ? 1 : 0;
         // In single-database mode there is no scan.

@@ -111,8 +111,8 @@ void checkNames(const QSqlDatabase &database, Findings &findings)
                  QStringLiteral("vars.name is not unique: each report adds a row lastGenerated, "
                                 "and which one counts is left to chance"),
                  twice.isEmpty() ? key
-                                 : QStringLiteral("keep one row of each name, '%1' has several; "
-                                                  "then %2")
+                                 : QStringLiteral("'%1' has several rows: keep one row of each "
+                                                  "name, then %2")
                                        .arg(twice.first().first().toString(), key));
 }
 
@@ -129,7 +129,7 @@ void checkStorage(const QSqlDatabase &database, const TableFacts &facts, Finding
         checkNames(database, findings);
 }
 
-/// Adds a finding for each column whose character set is not UTF-8.
+/// Adds a finding for each column of names, mails or settings whose character set is not UTF-8.
 void checkLetters(const TableFacts &facts, Findings &findings)
 {
     for (const TableFacts::Column &column : facts.lossyColumns)
@@ -140,7 +140,7 @@ void checkLetters(const TableFacts &facts, Findings &findings)
             QStringLiteral("ALTER TABLE %1 CONVERT TO CHARACTER SET utf8mb4").arg(column.table));
 }
 
-/// A missing sender has a default, but with an empty sender no mail is queued.
+/// Without a stored sender, a default is used. With an empty one, no mail is queued.
 void checkSender(const QVariant &sender, Findings &findings)
 {
     if (sender.isValid() && !ZAS::validEmail(sender.toString()))
@@ -204,7 +204,7 @@ void checkRoom(qint64 bytes, const Machine &machine, Findings &findings)
                      QStringLiteral("make room, or point TMPDIR of the host elsewhere"));
 }
 
-/// `bytes` is the size of the workbook. The mail is larger, because its attachment is in Base64.
+/// The workbook has at least `bytes`. The mail is larger, because its attachment is in Base64.
 void checkMail(qint64 bytes, const TableFacts &limits, Findings &findings)
 {
     const qint64 mail = bytes / 3 * 4;
@@ -286,8 +286,8 @@ QString queueStatement()
                           "WHERE status = 'Q'");
 }
 
-/// The age is by the server's clock, which stamped the mails. A missing right to read mails is only
-/// a notice, because reports do not read them.
+/// The age of the mails is by the server's clock, which stamped them. A missing right to read mails
+/// is only a notice, because reports do not read them.
 MailSizes checkQueue(const QSqlDatabase &database, const Answer &answer, SchemaJudgement &schema,
                      Findings &findings)
 {

@@ -17,8 +17,9 @@ class ISheetT;
  * release(). The book owns its sheets, formats and fonts. Use a book and its objects in one thread
  * at a time; different books share no state.
  *
- * No function throws. On an error, functions return null, false or 0. If writing a cell, calling
- * addCustomNumFormat() or calling setDefaultFont() runs out of memory, later calls of save() fail.
+ * No function throws. On an error, functions return null, false or 0. If memory runs out while a
+ * cell is written, or in addCustomNumFormat() or setDefaultFont(), every later call of save()
+ * fails.
  */
 template <class Char>
 class IBookT

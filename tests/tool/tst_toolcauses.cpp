@@ -79,7 +79,8 @@ private Q_SLOTS:
         cause("two rows of a setting", Says::Harm,
               "ALTER TABLE vars DROP PRIMARY KEY;\nINSERT INTO vars VALUES ('a', 1), ('a', 2)",
               "storage", "vars.name is not unique",
-              "keep one row of each name, 'a' has several; then ALTER TABLE vars ADD UNIQUE KEY");
+              "'a' has several rows: keep one row of each name, then ALTER TABLE vars ADD UNIQUE "
+              "KEY");
         cause("view of the settings", Says::Well,
               "RENAME TABLE vars TO v;\nCREATE VIEW vars AS SELECT * FROM v", "well",
               "2023-11-16 07:00:00");

@@ -68,7 +68,7 @@ private Q_SLOTS:
         const QStringList lines = run("history firm").output.split('\n');
         const QStringList mails{
             "2023-10-30 daily    1 mail sent, queued 2023-10-31 00:01, sent 2023-10-31 00:02",
-            "2023-11-01 daily    2 mails: 1 waiting, 1 taken but not sent, "
+            "2023-11-01 daily    2 mails: 1 waiting, 1 taken from the queue but not sent, "
             "queued 2023-11-01 07:00",
             "2023-10-28 monthly  1 mail sent, queued 2023-10-28 22:30, sent 2023-10-28 22:31",
             "2023-10-29 monthly  1 mail sent, queued 2023-10-29 00:30, sent 2023-10-29 00:31"};

@@ -8,7 +8,8 @@ namespace workbook
 namespace
 {
 
-constexpr unsigned candidatesBetweenPhrases = 1; // the nearest, usually in the previous cell
+constexpr unsigned candidatesBetweenPhrases =
+    1; // the nearest earlier place, usually in the previous cell
 constexpr unsigned candidatesInText = 16;
 
 /**
