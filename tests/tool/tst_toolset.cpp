@@ -15,7 +15,7 @@ private Q_SLOTS:
             "autoreport: a host finds the schema at its next scan, within an hour; to scan now: "
             "systemctl reload autoreport, or SIGHUP to autoreport serve\n";
         const QString now = "autoreport: firm daily: its time has passed, so "
-                            "it goes out now: at the next tick of a host\n";
+                            "it goes out at the next tick of a host\n";
         addRow("nothing", none, "--time 06:30", 0, "");
         addRow("later today", made, "--time 23:00", 0, "");
         addRow("made before the new time", none, "--time 09:15", 0, now);
