@@ -35,6 +35,6 @@ bool enableAutocommit(QSqlDatabase &database)
     const QSqlError error = query.lastError();
     query.clear();
     database.close();
-    setOpenError(database, error.text(), error.nativeErrorCode());
+    setOpenError(database, error.databaseText(), error.nativeErrorCode());
     return false;
 }

@@ -29,6 +29,12 @@ bool serverAnswers(const QSqlDatabase &database)
     return freshQuery(database).exec(QStringLiteral("SELECT 1"));
 }
 
+bool isClientError(const QString &code)
+{
+    const int number = code.toInt();
+    return (number >= 2000 && number < 3000) || number >= 5000;
+}
+
 void setOpenError(const QSqlDatabase &database, const QString &text, const QString &code)
 {
     (database.driver()->*(&Driver::setLastError))(QSqlError(

@@ -1,6 +1,7 @@
 #include "plugin/serverwatch.h"
 
 #include "common/freshquery.h"
+#include "db/serverlist.h"
 #include "db/serversocket.h"
 #include "worker/connectionguard.h"
 
@@ -17,7 +18,7 @@ constexpr std::chrono::seconds probeAgain(8); // from a successful probe to the 
 
 QString serverName(const AutoReportDbConfig &config)
 {
-    return QStringLiteral("%1:%2").arg(config.hostName).arg(config.port);
+    return serverText(config.hostName, config.port);
 }
 
 /// Opens a connection and runs a statement, each with a time limit. Returns false only on a

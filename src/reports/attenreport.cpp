@@ -1,6 +1,7 @@
 #include "reports/attenreport.h"
 
 #include "db/mailrepository.h"
+#include "db/serverconnection.h"
 #include "db/varstable.h"
 #include "reports/bookformat.h"
 #include "reports/reportbook.h"
@@ -340,7 +341,7 @@ AttenReport::End AttenReport::commit(const ReportRun &run, ReportTransaction &tr
     if (end != End::None)
         return end;
     // If the connection was lost, the server may have committed without being able to say so.
-    const bool isLost = isConnectionLost(run, database);
+    const bool isLost = isClientError(transaction.errorCode()) || isConnectionLost(run, database);
     qCritical(isLost ? "%s::makeReport() - it is unknown whether the mails were committed: %s"
                      : "%s::makeReport() - mails not committed: %s",
               kind.className, qUtf8Printable(transaction.error()));

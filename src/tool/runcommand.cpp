@@ -88,7 +88,7 @@ int makeRun(const Invocation &invocation, const QSqlDatabase &database)
     if (!lock.acquire()) {
         Output::error(QStringLiteral(
             "a host or another operator is making this report right now; nothing was "
-            "queued: see autoreport status in a minute"));
+            "queued; see autoreport status in a minute"));
         return Tool::Look;
     }
     // Constructed only after the answer, so that Ctrl-C at the question ends the program.
@@ -97,9 +97,10 @@ int makeRun(const Invocation &invocation, const QSqlDatabase &database)
     lock.release();
     const bool complained = Messages::print();
     if (queued < 0) {
-        Output::error(QStringLiteral("the connection was lost during the commit; before you queue "
-                                     "the mails again, look at autoreport history %1")
-                          .arg(invocation.token));
+        Output::error(QStringLiteral("the connection was lost during the commit; look whether the "
+                                     "mails are in the table emails of '%1' before you queue them "
+                                     "again")
+                          .arg(database.databaseName()));
         return Tool::Look;
     }
     Output::print(QStringLiteral("%1 of %2 mails queued%3")

@@ -80,7 +80,7 @@ QString leftText(const SchemaConnection &connection, const VarsTable::Values &be
 {
     const auto now = VarsTable(connection.database()).values(request.values.keys());
     if (!now.isOk())
-        return QStringLiteral("whether anything was set in the database '%1' is not known: see "
+        return QStringLiteral("whether anything was set in the database '%1' is not known; see "
                               "autoreport status")
             .arg(connection.databaseName);
     const QStringList texts = changed(before, now.value());

@@ -1,6 +1,7 @@
 #include "tool/silencewatch.h"
 
 #include "db/servercertificate.h"
+#include "db/serverconnection.h"
 
 #include <QSqlError>
 
@@ -9,26 +10,19 @@
 namespace
 {
 
-/// Returns whether the error is one of the client library. With any other error, the server has
-/// answered.
-bool isOfClient(int error)
-{
-    return (error >= 2000 && error < 3000) || error >= 5000;
-}
-
 /// Opens a new connection for each probe, so that none stays open in between.
 bool isAnswering(ConnectionOptions options)
 {
     const QString name = QStringLiteral("AutoReport.tool.watch");
-    int error = 0;
+    QString error;
     {
         options.waitsForAnswers = false;
         QSqlDatabase db = options.addDatabase(name, ConnectionOptions::OnLoss::Fail);
         if (!openTrusted(db))
-            error = db.lastError().nativeErrorCode().toInt();
+            error = db.lastError().nativeErrorCode();
     }
     QSqlDatabase::removeDatabase(name);
-    return !isOfClient(error);
+    return !isClientError(error); // with any other error, the server has answered
 }
 
 } // namespace

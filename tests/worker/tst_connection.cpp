@@ -102,6 +102,8 @@ private Q_SLOTS:
     void withoutAutocommit()
     {
         bench->schema.exec("SET GLOBAL autocommit = 0");
+        const auto restore =
+            qScopeGuard([this] { bench->schema.exec("SET GLOBAL autocommit = 1"); });
         AutoReportWorker worker(config(), nullptr);
         QVERIFY(worker.start());
         for (int connection = 0; connection < 2; ++connection) {
@@ -125,7 +127,6 @@ private Q_SLOTS:
             QVERIFY(query.next() && query.value(0).toInt() == 1);
         }
         QSqlDatabase::removeDatabase("reconnects");
-        bench->schema.exec("SET GLOBAL autocommit = 1");
     }
 
 private:
