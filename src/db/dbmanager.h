@@ -34,8 +34,9 @@ public:
     DBManager(const QSqlDatabase &info, const QSqlDatabase &zas);
     Q_DISABLE_COPY(DBManager)
 
-    /// Resets debugLevel, setCloseInfoDB() and isInfoDB() to their initial values, and the assumed
-    /// name of the information database's connection to "KVH.InfoDB". No lock.
+    /// Resets debugLevel and what setCloseInfoDB() and isInfoDB() refer to. Until the next
+    /// setInfoDB(), the connection named "KVH.InfoDB" counts as the information database's. No
+    /// lock.
     void init();
 
     QSqlDatabase getInfoDB() const;

@@ -139,8 +139,9 @@ bool hasLiftableLimits(const QSqlDatabase &database)
            !database.connectOptions().contains(QLatin1String("MYSQL_OPT_READ_TIMEOUT"));
 }
 
-/// Opens `database` with a limit on connecting. Limits its queries, too, if `limited` says so, or
-/// if openWithin() can lift that limit afterwards.
+/// Opens `database` with a limit on connecting; with a driver other than QMYSQL, without one. Also
+/// limits queries, including those of the login, unless `limited` is Connecting and openWithin()
+/// could not lift that limit afterwards.
 bool openOneWithin(QSqlDatabase &database, int seconds, Limited limited)
 {
     if (database.driverName() != QLatin1String("QMYSQL"))

@@ -35,7 +35,7 @@ struct RunTotals {
 /// What the host knows about one schema. Points in time are Unix seconds; 0 means never.
 struct SchemaState {
     QMap<QString, qint64> lastSuccess; ///< since the host started, by kind of report
-    SchemaAnswer answer;               ///< this schema's part of the host's answer
+    SchemaAnswer answer;               ///< what a command learns of the schema
     bool isQueueKnown = false;
     int mailsWaiting = 0;
     qint64 oldestMail = 0;
@@ -76,7 +76,7 @@ public:
 private:
     /// What the current run of a schema has logged.
     struct Run {
-        QString cause; ///< of the failure logged last
+        QString cause; ///< of the failure logged last, or `leftToOthers`
         QStringList warnings;
 
         void warn(const QString &text);

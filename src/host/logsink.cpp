@@ -40,8 +40,8 @@ void writeSummaries(QtMsgType type, LogRepeats &repeats)
 }
 
 /// Returns whether `message` is an info line that can recur at every tick of every schema,
-/// thousands of times a day. The last line of a run that queued no mail is such a line: the next
-/// tick usually repeats the run, and another line gives the reason.
+/// thousands of times a day. The line that ends a run without a queued mail is such a line,
+/// because the next tick usually repeats the run; another line says why no mail was queued.
 bool isOfTick(const QString &message)
 {
     return message.endsWith(QLatin1String("::doWork()")) ||

@@ -23,6 +23,11 @@ void ScanWatch::scanNow()
         qWarning("Host - this plug-in cannot scan on request");
 }
 
+void ScanWatch::forgetScan()
+{
+    sinceBegin.invalidate();
+}
+
 qint64 ScanWatch::nextScan() const
 {
     const qint64 now = QDateTime::currentSecsSinceEpoch();

@@ -24,6 +24,10 @@ public:
     /// scan has ended.
     void scanNow();
 
+    /// Call it when the plug-in has been paused, which ends a running scan; scanned() is not
+    /// emitted for that scan.
+    void forgetScan();
+
     /// Returns when the next scan begins, in Unix seconds. Returns the current time while a scan
     /// runs, and 0 if no scan is scheduled.
     qint64 nextScan() const;

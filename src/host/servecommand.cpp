@@ -213,10 +213,12 @@ void ServeCommand::followSignals(ScanWatch &scans)
         state.takePaused(paused);
         state.takeNextScan(scans.nextScan());
     };
-    QObject::connect(&signalWatcher, &SignalWatcher::pauseRequested, &scans, [this, setPaused] {
-        plugin->server()->pause();
-        setPaused(true);
-    });
+    QObject::connect(&signalWatcher, &SignalWatcher::pauseRequested, &scans,
+                     [this, &scans, setPaused] {
+                         plugin->server()->pause();
+                         scans.forgetScan();
+                         setPaused(true);
+                     });
     QObject::connect(&signalWatcher, &SignalWatcher::resumeRequested, &scans, [this, setPaused] {
         plugin->server()->resume();
         setPaused(false);

@@ -24,10 +24,10 @@ void describe(QCommandLineParser &parser, const QString &commandHelp)
     parser.setApplicationDescription(
         QStringLiteral(
             "Loads the attendance report plug-in and runs it until SIGINT or "
-            "SIGTERM; SIGHUP scans the\nschemas at once, SIGUSR1 pauses, SIGUSR2 resumes. "
-            "--db-host, --db-port, "
-            "--db-user and --db-name are required, here\nor in the configuration file. "
-            "The password is read from the environment variable\n"
+            "SIGTERM. On SIGHUP, it scans\nthe schemas at once; SIGUSR1 pauses it, SIGUSR2 resumes "
+            "it. --db-host, --db-user and\n--db-name are required, here or in the "
+            "configuration file; --db-port is, too, unless each\nserver of --db-host has a "
+            "port. The password is read from the environment variable\n"
             "AUTOREPORT_DB_PASSWORD or from a file.\n\nThe operator's commands, each with "
             "its own --help:\n") +
         commandHelp.chopped(1));

@@ -30,7 +30,7 @@ struct CommandLine {
 };
 
 /// Parses `arguments`, which begin with the program's name. `commands` are the names of all
-/// commands except `serve`; `commandHelp` lists them, one per line, for the end of the help's
-/// description.
+/// commands except `serve`; `commandHelp` lists them, one per line; the help shows this list
+/// above the options.
 CommandLine parseCommandLine(const QStringList &arguments, const QStringList &commands,
                              const QString &commandHelp);

@@ -21,7 +21,7 @@ public:
     /// Returns the descriptor to poll; -1 while not connected, for example because the host's
     /// backlog is full.
     int descriptor() const { return isConnected ? socket : -1; }
-    /// Connects if not yet connected. Then receives the data that has arrived.
+    /// Connects if not yet connected. Then receives at most 64 KiB of what has arrived.
     void take();
     /// Closes the connection. `why` is the error; empty if the answer is complete.
     void end(const QString &why);

@@ -24,9 +24,10 @@ class QSqlQuery;
  * sum may depend on the order of its addends, if the columns that identify people and days are not
  * integers, or if the time zone skipped one of the days. Logs nothing.
  *
- * Call row() in the order of the sheet, day by day. A block is some days of some people. The first
- * call for a row of a block reads the block, which stays in memory until other days of the same
- * people are read. At most sixteen days of all people are in memory, or 8,000 rows if that is more.
+ * Call row() in the order of the sheet, day by day. A block is a few days of a batch of people. The
+ * first call for a row of a block reads the block, which stays in memory until other days of the
+ * same people are read. At most sixteen days of all people are in memory, or 8,000 rows if that is
+ * more.
  */
 class DailyAttenAhead
 {
@@ -41,7 +42,7 @@ public:
     void setPeople(const QVector<unsigned int> &uids);
 
     struct Row {
-        DailyAttenRow row; ///< incomplete if this call read the block and a statement failed
+        DailyAttenRow row; ///< `complete` is false if a statement of this call failed
         DayValues open;    ///< values that the caller must still read
     };
     /// Returns nothing if `stopCheck` returned true before the row was read. `uid` must have been

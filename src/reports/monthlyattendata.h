@@ -44,7 +44,8 @@ public:
     bool loadValues();
 
     /// Returns the statements with which a report reads the month of `today`. The first one reads
-    /// the people. Statements with a list of uids list only the uid 0.
+    /// the people. In place of the people's uids, the
+    /// statements contain 0, which is nobody's.
     static QStringList statements(const QDate &today);
     /// Returns the statement that counts the people.
     static QString countStatement(const QDate &today);

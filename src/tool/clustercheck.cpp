@@ -59,8 +59,8 @@ QVector<Finding> checkCluster(const QSqlDatabase &master)
         return findings.list;
     if (node->members < leastMembers)
         findings.add(Gravity::Notice, "cluster",
-                     QStringLiteral("the cluster has only %1 nodes, so it does not survive the "
-                                    "loss of one")
+                     QStringLiteral("the cluster has too few nodes to survive the loss of one: "
+                                    "%1")
                          .arg(node->members),
                      QStringLiteral("use three, of which one may be an arbitrator "
                                     "(garbd)"));

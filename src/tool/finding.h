@@ -14,8 +14,8 @@ enum class Gravity {
     Off       ///< the report is disabled or its schema is inactive, which is not a problem
 };
 
-/// Something that a check has found, and what to do about it. Texts have no full stop; `remedy` is
-/// never empty.
+/// Something that a check has found, and what to do about it. Neither `text` nor `remedy` ends
+/// with a full stop; `remedy` is never empty.
 struct Finding {
     Gravity gravity;
     QString state;   ///< one word, as `status` shows it

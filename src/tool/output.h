@@ -11,8 +11,9 @@ class QJsonObject;
  * The commands' output: UTF-8 in every locale, with colours only on a terminal.
  *
  * Names, settings and server messages come from databases that other programs write to. Control
- * characters in them, line feeds included, are printed as U+FFFD, so that they cannot control the
- * terminal, or forge or reorder a line. In JSON they are escaped instead. flush() reports the first
+ * characters in them, including line feeds and marks of the writing direction, are printed as
+ * U+FFFD: they could control the terminal, fake a line of output, or change the order in which a
+ * line is displayed. In JSON they are escaped instead. flush() reports the first
  * error in writing to standard output. Errors in writing to standard error are ignored: there is
  * nowhere else to report them.
  */
@@ -39,7 +40,7 @@ void errorLines(const QStringList &lines);
 bool agrees(const QString &question);
 
 /// Returns `text` marked for printing in that colour, or unchanged if standard output is not a
-/// terminal or NO_COLOR is set.
+/// terminal, if NO_COLOR is not empty, or if the colour is Plain.
 QString coloured(const QString &text, Colour colour);
 
 bool isTerminal(int descriptor);

@@ -51,7 +51,7 @@ void checkClock(const QSqlDatabase &master, Findings &findings)
     if (offset.isValid() && offset.toInt() != now.offsetFromUtc())
         findings.add(
             Gravity::Notice, "zone",
-            QStringLiteral("its time zone is %1 min off UTC, this machine's %2 min")
+            QStringLiteral("its UTC offset is %1 min, this machine's is %2 min")
                 .arg(QString::number(offset.toInt() / 60),
                      QString::number(now.offsetFromUtc() / 60)),
             QStringLiteral("the reports' days are those of the machine that runs "
@@ -75,13 +75,13 @@ QString cipherOf(const QSqlDatabase &master)
     return ran && query.next() ? query.value(1).toString() : QString();
 }
 
-/// A host without enough connections would serve a random part of the schemas.
+/// Checks max_connections. A host without enough connections would serve only some of the schemas.
 QVector<Finding> checkConnections(const QSqlDatabase &master, int schemas, int enabled)
 {
     Findings findings(QStringLiteral("server"));
     const QVariant limit = valueOf(master, "SELECT @@max_connections");
-    // One connection to the information database, a short-lived one, those that a slice of the scan
-    // opens, and one for each worker.
+    // Two connections to the information database, of which one is short-lived; those that a slice
+    // of the scan opens; and one for each worker.
     const int needed = 2 + std::min(schemas, connectionsOfScan) + enabled;
     if (limit.isValid() && needed + connectionsToSpare > limit.toInt())
         findings.add(Gravity::Harm, "connections",

@@ -30,7 +30,7 @@ struct Command {
 
 constexpr int maxTimeoutSeconds = 3600;
 
-/// All commands. Help, dispatch and positional arguments follow from this table.
+/// All commands but `serve`. Help, dispatch and positional arguments follow from this table.
 constexpr std::array commands{
     Command{"status", Takes::Nothing, "Shows whether each report went out.",
             "autoreport status\n  autoreport status --schema kovo --json", describeStatus,
@@ -136,7 +136,7 @@ UsageError readArguments(const Command &command, Invocation &invocation)
     if (command.takes != Takes::Report)
         return {};
     if (given.size() < expected)
-        return {QStringLiteral("the schema and the report are missing")};
+        return {QStringLiteral("the schema or the report is missing")};
     UsageError error;
     invocation.kind = readReport(given.last(), error);
     return error;
@@ -153,13 +153,13 @@ int runCommand(const Command &command, Invocation &invocation)
     if (reader.error.isEmpty())
         invocation.connection.password = reader.password();
     const QString language = reader.language();
-    // The whole command line is checked before the first connection attempt.
+    // The common options are checked before the first connection attempt.
     if (reader.error.isEmpty()) {
         Language::install(language);
         // From here on, warnings are collected for the command to print.
         const Messages messages;
         const int status = command.run(invocation);
-        // Warnings that the command has not printed turn success into Look.
+        // If the command has left warnings unprinted, success becomes Look.
         return Messages::print() && status == Tool::Well ? Tool::Look : status;
     }
     if (reader.isUsage)

@@ -21,7 +21,8 @@ class IFormatT;
  * return.
  *
  * If a function that writes a cell returns false, the cell becomes empty, even if it had content
- * before. All other cells are unchanged. After a write that ran out of memory, save() fails.
+ * before. All other cells are unchanged. After a cell was not written for lack of memory, save()
+ * fails.
  */
 template <class Char>
 class ISheetT
