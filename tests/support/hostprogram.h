@@ -14,6 +14,9 @@ public:
     {
         process.setProcessEnvironment(environment);
         process.start(AUTOREPORT_PROGRAM, arguments);
+        // Qt would end a process that it could not start by kill(-1), and so all processes.
+        if (!process.waitForStarted(patienceMs))
+            qFatal("test bench: no program: %s", qUtf8Printable(process.errorString()));
     }
 
     /// For the next start: the file to write standard error or standard output to instead.
