@@ -14,9 +14,10 @@ public:
     {
         process.setProcessEnvironment(environment);
         process.start(AUTOREPORT_PROGRAM, arguments);
-        // Qt would end a process that it could not start by kill(-1), and so all processes.
-        if (!process.waitForStarted(patienceMs))
-            qFatal("test bench: no program: %s", qUtf8Printable(process.errorString()));
+        // If the system refuses the process, Qt takes -1 for its number, takes it for running and
+        // ends it by kill(-1), which ends all processes.
+        if (process.processId() <= 0)
+            qFatal("test bench: cannot start the program");
     }
 
     /// For the next start: the file to write standard error or standard output to instead.
